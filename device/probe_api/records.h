@@ -1,0 +1,102 @@
+#pragma once
+// The records and constants that cross the boundary of the probe library. Layouts are the library's own.
+
+#include "base/types.h"
+
+struct VNODEARM_DEVICE_INFO {
+  U32 SizeOfStruct;  // set by the caller to sizeof(VNODEARM_DEVICE_INFO)
+  U32 Reserved0;
+  const char* sName;  // owned by the library, valid as long as it is loaded
+  U8 aReserved1[8];
+  U32 RAMAddr;
+  U32 Reserved2[2];
+  U32 RAMSize;
+  U8 aReserved3[520];
+  U32 Core;  // core identifier; its top byte is the core family
+  U8 aReserved4[804];
+};
+static_assert(sizeof(void*) != 8 || sizeof(VNODEARM_DEVICE_INFO) == 1368);
+
+struct VNODEARM_BP_INFO {
+  U32 SizeOfStruct;
+  U32 Handle;
+  U32 Addr;
+  U32 Type;
+  U32 ImpFlags;  // the implementation that was chosen
+  U32 UseCnt;
+  U8 aReserved[4];
+};
+static_assert(sizeof(VNODEARM_BP_INFO) == 28);
+
+struct VNODEARM_DATA_EVENT {
+  U32 SizeOfStruct;
+  U32 Type;  // 1 data breakpoint
+  U32 Addr;
+  U32 AddrMask;
+  U32 Data;
+  U32 DataMask;
+  U8 Access;
+  U8 AccessMask;
+  U8 aReserved[2];
+};
+static_assert(sizeof(VNODEARM_DATA_EVENT) == 28);
+
+struct VNODEARM_WP_INFO {
+  U32 SizeOfStruct;
+  U32 Handle;
+  U32 Addr;
+  U32 AddrMask;
+  U32 Data;
+  U32 DataMask;
+  U32 Ctrl;
+  U32 CtrlMask;
+  U32 aReserved[2];
+};
+static_assert(sizeof(VNODEARM_WP_INFO) == 40);
+
+struct VNODE_HSS_BLOCK {
+  U32 Addr;
+  U32 NumBytes;
+  U32 Flags;
+  U32 Reserved;
+};
+
+// Result of optional function VNODE_FUNC_WEB_PORT.
+struct VNODE_WEB_INFO {
+  U32 Reserved;
+  U32 Port;
+};
+
+// Numbers that VNODE_GetpFunc knows.
+enum VNODE_OPTIONAL_FUNCS : int {
+  VNODE_FUNC_HAS_BMA = 10,         // int (*)(): non-zero when memory can be read while the target runs
+  VNODE_FUNC_GET_ENDIANNESS = 12,  // int (*)(): negative, or bit 1 instruction and bit 0 data big endian
+  VNODE_FUNC_WEB_PORT = 33,        // int (*)(VNODE_WEB_INFO*)
+};
+
+using VNODE_GET_INT_FUNC = int (*)();
+using VNODE_WEB_INFO_FUNC = int (*)(VNODE_WEB_INFO*);
+using VNODE_TEXT_CALLBACK = void (*)(const char* sText);
+
+enum VNODE_CAPABILITIES : U32 { VNODE_CAP_SWO = 23 };
+enum VNODE_TARGET_IFS : int { VNODE_TIF_JTAG = 0, VNODE_TIF_SWD = 1 };
+
+// Type flags of VNODEARM_SetBPEx.
+inline constexpr U32 VNODE_BP_ISA_MASK = 0x3;
+inline constexpr U32 VNODE_BP_ARM = 1;
+inline constexpr U32 VNODE_BP_THUMB = 2;
+inline constexpr U32 VNODE_BP_IMP_ANY = 0xFFFFFFF0;
+inline constexpr U32 VNODE_BP_IMP_HW = 0xFFFFFF00;
+inline constexpr U32 VNODE_BP_IMP_SW = 0x000000F0;
+
+inline constexpr U32 VNODE_SPEED_AUTO = 0;
+inline constexpr U32 VNODE_SPEED_ADAPTIVE = 65535;
+
+// Core identifiers, as VNODEARM_DEVICE_INFO gives them.
+inline constexpr U32 VNODE_CORE_CORTEX_M0 = 0x060000FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M23 = 0x060100FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M1 = 0x010000FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M3 = 0x030000FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M4 = 0x0E0000FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M7 = 0x0E0100FF;
+inline constexpr U32 VNODE_CORE_CORTEX_M33 = 0x0E0200FF;

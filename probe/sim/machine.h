@@ -1,0 +1,88 @@
+#pragma once
+// The simulated board: one core with its memories, system control space and debug units. It knows no threads and no
+// probe: the board's runner calls Run in slices on a thread of its own and everything else while it is stopped.
+
+#include <atomic>
+#include <memory>
+
+#include "base/types.h"
+
+namespace sim {
+
+enum class ARCH { ARMV6M, ARMV7M, ARMV7EM };
+
+struct MEM_RANGE {
+  U32 Start = 0;
+  U32 Size = 0;  // bytes
+};
+
+// What the machine is built from: the core and the part's memories.
+struct BOARD_SPEC {
+  ARCH Arch = ARCH::ARMV7EM;
+  MEM_RANGE Flash;
+  MEM_RANGE RAM[2];
+  U32 NumCodeBreakpoints = 6;  // comparators of the core's breakpoint unit
+  U32 NumDataWatches = 4;
+  U32 NumIRQs = 64;
+  U32 ClockHz = 64'000'000;
+};
+
+enum class STOP {
+  SLICE_END,   // the instruction budget is used up
+  REQUESTED,   // *pStop was set
+  BREAKPOINT,  // a breakpoint unit matched; the PC is at the instruction, which has not run
+  BKPT,        // a BKPT instruction, semihosting requests among them; the PC is at it
+  DATA_WATCH,  // a data event matched; the access is done
+  VECTOR_CATCH,
+  LOCKUP,
+};
+
+struct STATE;  // private to the engine
+
+class CMachine {
+ public:
+  explicit CMachine(const BOARD_SPEC& Spec);
+  ~CMachine();
+  CMachine(const CMachine&) = delete;
+  CMachine& operator=(const CMachine&) = delete;
+
+  const BOARD_SPEC& Spec() const;
+
+  // Power-on or system reset: registers and system control space to their reset values, MSP and PC from the vector
+  // table. Flash and RAM keep their contents.
+  void Reset();
+
+  // Runs at most MaxInstructions, or until a stop. With bSkipFirst a breakpoint at the present PC does not stop.
+  STOP Run(U64 MaxInstructions, const std::atomic<bool>* pStop, bool bSkipFirst);
+  // One instruction, exactly: an IT block is as many steps as it has instructions, a skipped one is a step too, a pending
+  // exception is entered by the step. Breakpoints do not stop it.
+  STOP Step();
+
+  U64 InstructionCount() const;  // since construction
+
+  // VNODE_REG_INDEX numbers. False for a register that the core does not have.
+  bool ReadReg(U32 Index, U32* pValue) const;
+  bool WriteReg(U32 Index, U32 Value);
+
+  // Debugger's access, side effects of peripherals included; AccessWidth 1, 2 or 4. Returns the number of bytes that
+  // were read or written before the first address that does not answer. Flash is not written.
+  U32 ReadMem(U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth = 1);
+  U32 WriteMem(U32 Addr, U32 NumBytes, const void* pData, U32 AccessWidth = 1);
+  // Programs flash (and RAM alike): what a download or a flash breakpoint does. Returns the number of bytes written.
+  U32 Program(U32 Addr, U32 NumBytes, const void* pData);
+  void EraseFlash();  // to 0xFF
+
+  // Hardware breakpoint comparators. False when none is free.
+  bool SetCodeBreakpoint(U32 Addr);
+  void ClearCodeBreakpoint(U32 Addr);
+  // Breakpoints without a unit: they stop like a BKPT written into memory, but reads see the original contents.
+  void SetSoftBreakpoint(U32 Addr);
+  void ClearSoftBreakpoint(U32 Addr);
+
+  bool IsInLockup() const;
+
+ private:
+  std::unique_ptr<STATE> m_pState;
+};
+
+}  // namespace sim
