@@ -1,0 +1,66 @@
+#pragma once
+// Readers that turn a data file into blocks of target memory, and the writer of binary files.
+
+#include <QObject>
+#include <QString>
+
+#include "base/mem_block.h"
+#include "base/sinks.h"
+
+struct ELF_FILE;
+
+namespace VFile {
+
+// Class of a data file, by its name and, without a suffix, by its first bytes.
+enum FILE_CLASS : U32 { FILE_CLASS_NONE = 0, FILE_CLASS_BINARY, FILE_CLASS_ELF, FILE_CLASS_SREC, FILE_CLASS_HEX };
+
+// NONE for a path that is no existing regular file or whose suffix is not one of a data file.
+FILE_CLASS GetFileClass(const QString& sPath);
+
+// One piece of memory that its owner keeps alive; see MakeMemBlocks.
+struct MEM_RECORD {
+  U32 Addr = 0;
+  U32 VirtAddr = 0;
+  U32 NumBytes = 0;
+  const U8* pData = nullptr;
+};
+
+// Blocks that refer to the records' bytes without copying; empty when paRecords is null.
+QMemBlocks MakeMemBlocks(U32 NumRecords, const MEM_RECORD* paRecords);
+
+// Main thread; each call blocks until the file is done, with the progress sink as the only sign of life. The two
+// Read...Segments operations and SetProgram belong to the program database and may be called on any thread.
+class CFileWorker : public QObject {
+  Q_OBJECT
+
+public:
+  // The only instance, made on first use.
+  static CFileWorker* Get();
+
+  // Blocks of the file, sorted, without overlaps and adjacent pairs. DefaultAddr places a binary file; -1 leaves it at
+  // 0. Empty when the path is no regular file, its class is unknown, or a record is corrupt (one error line then).
+  // An ELF class path answers with the segments of the program that is open, whatever the path names.
+  QMemBlocks ReadDataFile(const QString& sPath, I64 DefaultAddr = -1);
+  // Writes NumBytes bytes; returns 0 and emits FileSaved, or removes the file and returns -1.
+  int SaveFile(const QString& sPath, const void* pData, U32 NumBytes);
+
+  // The open program file, null for none; the program database tells it.
+  void SetProgram(const ELF_FILE* pFile);
+  // One block per loadable segment of the open program.
+  QMemBlocks ReadProgramSegments();
+
+  void SetProgressSink(PROGRESS_SINK Sink);
+  void SetMessageSink(MessageSink Sink);
+
+Q_SIGNALS:
+  void FileSaved(QString FilePath, U32 nBytes);
+
+private:
+  CFileWorker() = default;
+
+  const ELF_FILE* m_pProgram = nullptr;
+  PROGRESS_SINK m_Progress;
+  MessageSink m_Sink;
+};
+
+}  // namespace VFile
