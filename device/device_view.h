@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/types.h"
+
+// The device's state as event delivery and the data provider read it; CDevice is the real one. Any thread.
+class CDeviceView {
+public:
+  virtual ~CDeviceView() = default;
+  virtual bool IsConnected() const = 0;
+  // The halt sequence is finished; registers and memory may be read through the cache.
+  virtual bool IsAccessible() const = 0;
+  virtual bool IsSessionReady() const = 0;
+  // A source step is in progress.
+  virtual bool IsStepping() const = 0;
+  virtual U64 GetPC() const = 0;
+};
