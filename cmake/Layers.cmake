@@ -101,7 +101,7 @@ function(vexor_test NAME)
       if(ARG_MOC)
         set_target_properties(${program} PROPERTIES AUTOMOC ON)
       endif()
-      target_link_libraries(${program} PRIVATE GTest::gmock GTest::gtest)
+      target_link_libraries(${program} PRIVATE GTest::gmock GTest::gtest_main)
       gtest_discover_tests(${program} TEST_PREFIX ${NAME}. DISCOVERY_MODE PRE_TEST
         PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120)
     endif()
