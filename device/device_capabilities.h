@@ -1,0 +1,30 @@
+#pragma once
+
+#include "device/probe_info.h"
+
+// What probe and target can do together; device thread.
+class CDeviceCapabilities {
+public:
+  CDeviceCapabilities(CDeviceContext& Ctx, CProbeInfo& Info) : Ctx(Ctx), Info(Info) {}
+
+  // All capabilities count as present.
+  void ResetHWCapabilityFlags();
+  // Asks probe and target; no-op when not connected. Every changed flag is reported.
+  void UpdateHWCapabilityFlags();
+  bool ReadBMACapability();
+  // False with the reason in the SWO error text.
+  bool ReadSWOTraceCapability();
+  bool ReadStreamingTraceCapability();
+  // Byte orders of the connected target, or the configured one; a change is reported with the former values.
+  void UpdateEndianess();
+  // Tells the probe the byte order when connected, and refreshes what is known.
+  int ApplyDataEndianess(ENDIAN Endian);
+  // Interface speed in Hz from the probe.
+  void UpdateTIFSpeed();
+
+private:
+  void SetCapability(HW_CAPABILITIES Capability, bool bPresent);
+
+  CDeviceContext& Ctx;
+  CProbeInfo& Info;
+};
