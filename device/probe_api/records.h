@@ -1,21 +1,31 @@
 #pragma once
 // The records and constants that cross the boundary of the probe library. Layouts are the library's own.
 
+#include <cstddef>
+
 #include "base/types.h"
 
 struct VNODEARM_DEVICE_INFO {
   U32 SizeOfStruct;  // set by the caller to sizeof(VNODEARM_DEVICE_INFO)
   U32 Reserved0;
-  const char* sName;  // owned by the library, valid as long as it is loaded
-  U8 aReserved1[8];
+  const char* sName;  // these two are owned by the library and valid as long as it is loaded
+  const char* sManufacturer;
   U32 RAMAddr;
-  U32 Reserved2[2];
+  U32 FlashAddr;
+  U32 FlashSize;
   U32 RAMSize;
-  U8 aReserved3[520];
+  U32 NumCores;
+  U8 aReserved1[516];
   U32 Core;  // core identifier; its top byte is the core family
-  U8 aReserved4[804];
+  U8 aReserved2[804];
 };
 static_assert(sizeof(void*) != 8 || sizeof(VNODEARM_DEVICE_INFO) == 1368);
+static_assert(sizeof(void*) != 8 || offsetof(VNODEARM_DEVICE_INFO, Core) == 560);
+
+// Implementations of a breakpoint in VNODEARM_BP_INFO::ImpFlags.
+inline constexpr U32 VNODE_BP_IS_HARD = 0x01;
+inline constexpr U32 VNODE_BP_IS_SOFT_RAM = 0x02;
+inline constexpr U32 VNODE_BP_IS_SOFT_FLASH = 0x10;
 
 struct VNODEARM_BP_INFO {
   U32 SizeOfStruct;

@@ -1,0 +1,18 @@
+#include "probe/api_call.h"
+
+#include <chrono>
+#include <thread>
+
+bool CTargetCall::Begin() {
+  CSession& Session = CSession::Get();
+  if (!Session.IsConnected()) return false;
+  if (const U32 SlowMs = Session.Faults.SlowMs()) std::this_thread::sleep_for(std::chrono::milliseconds(SlowMs));
+  if (Session.Faults.TakeConnectionLoss()) Session.LoseConnection();
+  return Session.IsConnected();
+}
+
+bool CTargetCall::IsInjected(FAULT_POINT Point) {
+  if (!CSession::Get().Faults.Take(Point, &m_Code)) return false;
+  Error(std::string(FaultPointName(Point)) + " failed (injected fault)");
+  return true;
+}

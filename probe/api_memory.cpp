@@ -1,0 +1,136 @@
+// Target memory, while the target is halted and while it runs.
+
+#include <algorithm>
+#include <cstring>
+
+#include "probe/api_call.h"
+#include "probe/memory_access.h"
+#include "probe/text.h"
+
+namespace {
+
+// Width of the accesses to items of a size.
+constexpr U32 ItemWidth(size_t Size) {
+  return Size < sizeof(U32) ? static_cast<U32>(Size) : sizeof(U32);
+}
+
+// Number of bytes read, negative when the target cannot be reached.
+int Read(U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth) {
+  CTargetCall Call(FAULT_POINT::ReadMem);
+  if (!Call) return Call.FailureCode();
+  CBoard::CAccess Machine(Call.Board());
+  return static_cast<int>(ReadMachine(*Machine, Addr, NumBytes, pData, AccessWidth));
+}
+
+int Write(U32 Addr, U32 NumBytes, const void* pData, U32 AccessWidth) {
+  CTargetCall Call(FAULT_POINT::WriteMem);
+  if (!Call) return Call.FailureCode();
+  CBoard::CAccess Machine(Call.Board());
+  if (Call->Download.IsOpen()) {
+    return static_cast<int>(Call->Download.Write(*Machine, Addr, NumBytes, pData, AccessWidth));
+  }
+  return static_cast<int>(WriteMachine(*Machine, Addr, NumBytes, pData, AccessWidth));
+}
+
+// Items behind one that does not answer are read too.
+template <typename T>
+int ReadItems(U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
+  if (paStatus) std::memset(paStatus, 1, NumItems);
+  CTargetCall Call(FAULT_POINT::ReadMem);
+  if (!Call) return Call.FailureCode();
+  CBoard::CAccess Machine(Call.Board());
+  int NumRead = 0;
+  U32 Item = 0;
+  while (Item < NumItems) {
+    const U64 Offset = static_cast<U64>(Item) * sizeof(T);
+    if (Addr + Offset > 0xFFFFFFFFull) break;
+    const U32 Rest = static_cast<U32>(std::min<U64>((NumItems - Item) * sizeof(T), 0x80000000ull));
+    const U32 Moved = ReadMachine(*Machine, Addr + static_cast<U32>(Offset), Rest, paData + Item, ItemWidth(sizeof(T)));
+    const U32 NumWhole = Moved / sizeof(T);
+    if (paStatus) std::memset(paStatus + Item, 0, NumWhole);
+    NumRead += static_cast<int>(NumWhole);
+    Item += NumWhole;
+    if (Item < NumItems) std::memset(&paData[Item++], 0, sizeof(T));
+  }
+  return NumRead;
+}
+
+template <typename T>
+int WriteItem(U32 Addr, T Value) {
+  return Write(Addr, sizeof(Value), &Value, ItemWidth(sizeof(Value))) == sizeof(Value) ? 0 : -1;
+}
+
+}  // namespace
+
+int VNODEARM_ReadMem(U32 Addr, U32 NumBytes, void* pData) {
+  return Read(Addr, NumBytes, pData, 0) == static_cast<int>(NumBytes) ? 0 : -1;
+}
+
+int VNODEARM_ReadMemEx(U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth) {
+  return Read(Addr, NumBytes, pData, AccessWidth);
+}
+
+int VNODEARM_ReadMemHW(U32 Addr, U32 NumBytes, void* pData) {
+  return VNODEARM_ReadMem(Addr, NumBytes, pData);
+}
+
+int VNODEARM_ReadMemU8(U32 Addr, U32 NumItems, U8* paData, U8* paStatus) {
+  return ReadItems(Addr, NumItems, paData, paStatus);
+}
+
+int VNODEARM_ReadMemU16(U32 Addr, U32 NumItems, U16* paData, U8* paStatus) {
+  return ReadItems(Addr, NumItems, paData, paStatus);
+}
+
+int VNODEARM_ReadMemU32(U32 Addr, U32 NumItems, U32* paData, U8* paStatus) {
+  return ReadItems(Addr, NumItems, paData, paStatus);
+}
+
+int VNODEARM_ReadMemU64(U32 Addr, U32 NumItems, U64* paData, U8* paStatus) {
+  return ReadItems(Addr, NumItems, paData, paStatus);
+}
+
+int VNODEARM_WriteMem(U32 Addr, U32 NumBytes, const void* pData) {
+  return Write(Addr, NumBytes, pData, 0) == static_cast<int>(NumBytes) ? 0 : -1;
+}
+
+int VNODEARM_WriteMemEx(U32 Addr, U32 NumBytes, const void* pData, U32 AccessWidth) {
+  return Write(Addr, NumBytes, pData, AccessWidth);
+}
+
+int VNODEARM_WriteU8(U32 Addr, U8 Value) {
+  return WriteItem(Addr, Value);
+}
+
+int VNODEARM_WriteU16(U32 Addr, U16 Value) {
+  return WriteItem(Addr, Value);
+}
+
+int VNODEARM_WriteU32(U32 Addr, U32 Value) {
+  return WriteItem(Addr, Value);
+}
+
+int VNODEARM_WriteU64(U32 Addr, U64 Value) {
+  return WriteItem(Addr, Value);
+}
+
+void VNODEARM_BeginDownload(U32) {
+  CTargetCall Call;
+  if (Call) Call->Download.Begin();
+}
+
+int VNODEARM_EndDownload() {
+  CTargetCall Call(FAULT_POINT::EndDownload);
+  if (!Call) {
+    Call->Download.Abandon(Call.FailureCode());
+    return Call.FailureCode();
+  }
+  // A caller who closes once more still hears of the failure.
+  if (!Call->Download.IsOpen()) return Call->Download.LastResult();
+  CBoard::CAccess Machine(Call.Board());
+  const int Result = Call->Download.End(*Machine);
+  if (const U32 NumBytes = Call->Download.NumProgrammed()) {
+    Call->Messages.Add(MSG_KIND::LOG, FormatText("Programmed %u bytes of flash", NumBytes));
+  }
+  return Result;
+}

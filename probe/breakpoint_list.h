@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "device/probe_api/records.h"
+#include "probe/board.h"
+
+// The breakpoints of a connection and how each is implemented: by a comparator of the core, in RAM or in flash.
+class CBreakpointList {
+public:
+  // Handle, or 0 with the reason in *psError. An address that has a breakpoint already gets the same handle and one
+  // more use, if its implementation is permitted. Software breakpoints are allowed by bSoftEnabled on top of TypeFlags.
+  int Set(CBoard& Board, bool bCodeRegionOnly, U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError);
+  // Gives one use back; false when there is no such handle.
+  bool Clear(CBoard& Board, int Handle);
+  void ClearAll(CBoard& Board);
+
+  int Size() const { return static_cast<int>(m_Items.size()); }
+  // Null when out of range.
+  const VNODEARM_BP_INFO* At(int Index) const;
+  const VNODEARM_BP_INFO* FindHandle(U32 Handle) const;
+
+private:
+  std::vector<VNODEARM_BP_INFO> m_Items;
+  U32 m_LastHandle = 0;
+};
