@@ -3,7 +3,7 @@
 
 #include "shell/actions/action_ids.h"
 
-enum ACTION_ECHO : U8 { ECHO_NONE, ECHO, ECHO_AFTER };  // ECHO_AFTER: once the handler has run
+enum ACTION_ECHO : U8 { ECHO_NONE, ECHO_BEFORE, ECHO_AFTER };  // ECHO_AFTER: once the handler has run
 
 struct ACTION_ROW {
   ACTION_ID ID;

@@ -3,7 +3,7 @@
 // debug console and the application log file. Any thread may log.
 
 #include <QString>
-#include <QtLogging>
+#include <QtGlobal>
 
 #include "base/msg_flags.h"
 #include "base/types.h"

@@ -44,7 +44,7 @@ struct FONT_INFO {
 
 // The row, null for an identifier above 10.
 const FONT_INFO* GetFontInfo(U32 ID);
-// A number below 11, or an identifier in any case; -1 if there is none.
+// A number below 11, or an identifier or display name in any case (the first row of several); -1 if there is none.
 int FindFont(const QString& sText);
 
 // A font as far as its text tells. Weights are on the toolkit's scale of 100 to 900.
