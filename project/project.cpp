@@ -1,0 +1,141 @@
+#include "project/project.h"
+
+#include <QFileInfo>
+
+#include "base/msg_flags.h"
+#include "base/stable_hash.h"
+#include "script/vscript.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/command_text.h"
+#include "shell/log/log.h"
+
+namespace {
+
+constexpr int OPEN_INTERVAL_MS = 10;
+
+}  // namespace
+
+CProject& CProject::Get() {
+  static CProject* const pInstance = new CProject;
+  return *pInstance;
+}
+
+CProject::CProject() {
+  m_OpenTimer.setInterval(OPEN_INTERVAL_MS);
+  connect(&m_OpenTimer, &QTimer::timeout, this, &CProject::OnOpenTimeout);
+}
+
+void CProject::Open(const QString& sPath) {
+  VScript::RequestClose();
+  Q_EMIT AboutToOpen(sPath);
+  m_sPendingPath = sPath;
+  m_OpenTimer.start();
+}
+
+void CProject::OnOpenTimeout() {
+  if (m_sPendingPath.isEmpty() || VScript::CurrentFuncID() != HOOK_NONE || VScript::CallLevel() != 0) return;
+  m_OpenTimer.stop();
+  const QString sPath = m_sPendingPath;
+  DoOpen(sPath);
+  if (m_sPendingPath == sPath) m_sPendingPath.clear();
+}
+
+void CProject::DoOpen(const QString& sPath) {
+  if (QFileInfo(sPath).isFile()) {
+    Close();
+    if (m_Host.ResetFileFinder) m_Host.ResetFileFinder(sPath);
+    VScript::Load(sPath);
+    m_bOpen = true;
+  } else {
+    LogMsg(QStringLiteral("file not found: \"%1\"").arg(sPath), MSG_WARNING | MSG_TO_ALL);
+    m_bOpen = false;
+  }
+  SetModified(false);
+  Q_EMIT Opened(sPath);
+}
+
+void CProject::Close() {
+  const QString sPath = GetFileName();
+  VScript::RequestClose();
+  VScript::SetFilePath(QString());
+  if (m_Host.ResetFileFinder) m_Host.ResetFileFinder(QString());
+  m_Errors.clear();
+  m_sProgramFile.clear();
+  m_ProgramFileTime = QDateTime();
+  ClearSvdFiles();
+  SetModified(false);
+  m_bOpen = true;
+  Q_EMIT Closed(sPath);
+}
+
+void CProject::Create(const QStringList& Commands) {
+  if (VScript::LoadText(MakeProjectText(Commands)) == 0) VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
+  SetModified(true);
+}
+
+bool CProject::Save(const QString& sPath) {
+  if (VScript::GetText().isEmpty()) VScript::LoadText(MakeProjectText(GetCommands()));
+  if (!VScript::SaveText(sPath)) return false;
+  SetModified(false);
+  return true;
+}
+
+void CProject::SetModified(bool Modified) {
+  if (signalsBlocked()) return;
+  m_bModified = Modified;
+  Q_EMIT ModifiedChanged(Modified);
+}
+
+QString CProject::GetFileName() const {
+  return VScript::GetFilePath();
+}
+
+void CProject::SetProgramFile(const QString& sPath) {
+  m_sProgramFile = sPath;
+  const QFileInfo Info(sPath);
+  m_ProgramFileTime = !sPath.isEmpty() && Info.exists() ? Info.lastModified() : QDateTime();
+}
+
+void CProject::AddSvdFile(const QString& sPath) {
+  if (sPath.isEmpty()) return;
+  m_SvdFiles << sPath;
+  if (m_Host.AddSvdFile) m_Host.AddSvdFile(sPath);
+}
+
+void CProject::ClearSvdFiles() {
+  m_SvdFiles.clear();
+  if (m_Host.ClearSvdFiles) m_Host.ClearSvdFiles();
+}
+
+QStringList CProject::GetProjectErrors() const {
+  QStringList Errors = m_Errors;
+  if (m_Host.HasCpuRegisters && !m_Host.HasCpuRegisters()) {
+    Errors << QStringLiteral(
+        "CPU register set description file not found (specify with 'Project.AddSvdFile') - debugging w/o core "
+        "registers.");
+  }
+  for (const QString& sFile : m_SvdFiles) {
+    const QString sPath = m_Host.ResolvePath ? m_Host.ResolvePath(sFile) : sFile;
+    if (!QFileInfo(sPath).isFile()) Errors << QStringLiteral("file not found: ") + sFile;
+  }
+  if (!m_sProgramFile.isEmpty() && !QFileInfo(m_sProgramFile).isFile()) {
+    Errors << QStringLiteral("file not found: ") + m_sProgramFile;
+  }
+  return Errors;
+}
+
+QStringList CProject::GetCommands() const {
+  QStringList Commands = m_Host.DeviceCommands ? m_Host.DeviceCommands() : QStringList();
+  for (const QString& sFile : m_SvdFiles) Commands << MakeCommandText(ACTION_PROJ_ADD_SVD_FILE, {sFile});
+  if (!m_sProgramFile.isEmpty()) Commands << MakeCommandText(ACTION_FILE_OPEN, {m_sProgramFile});
+  return Commands;
+}
+
+QString CProject::GetUserFileName(const QString& sProjectPath) {
+  const qsizetype Dot = sProjectPath.lastIndexOf(QLatin1Char('.'));
+  return Dot < 0 ? QString() : sProjectPath.left(Dot + 1) + QStringLiteral("vdebug.user");
+}
+
+U32 CProject::GetProjectHash() const {
+  return (StableHash32(m_sProgramFile.toLower()) + 713u) * 31u + StableHash32(GetFileName().toLower());
+}

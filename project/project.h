@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+
+#include <QDateTime>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include "base/types.h"
+
+// What the project asks of the layers above it; the shell sets it once.
+struct PROJECT_HOST {
+  // A file of that description as the file finder sees it.
+  std::function<QString(const QString& sPath)> ResolvePath;
+  // Whether the processor's registers are described, or a description could be named for the device's core.
+  std::function<bool()> HasCpuRegisters;
+  // Takes a register description file in or out of use.
+  std::function<void(const QString& sPath)> AddSvdFile;
+  std::function<void()> ClearSvdFiles;
+  // Forgets the paths that the project had given to the file finder, and learns the path of the new one.
+  std::function<void(const QString& sProjectPath)> ResetFileFinder;
+  // The device as the project's text names it: device, host interface with its identifier, target interface, speed.
+  std::function<QStringList()> DeviceCommands;
+};
+
+// The project: one file that is a script, the program file that it names, and its settings, which are the commands that
+// the script's OnProjectLoad runs. One instance, main thread.
+class CProject : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(bool Modified READ IsModified NOTIFY ModifiedChanged)
+  Q_PROPERTY(QString FileName READ GetFileName)
+
+public:
+  static CProject& Get();
+  void SetHost(PROJECT_HOST Host) { m_Host = std::move(Host); }
+
+  // Asks running script functions to end; the file is loaded by the event loop once they have. Returns at once.
+  void Open(const QString& sPath);
+  // Whether an Open has not been carried out yet.
+  bool IsOpening() const { return !m_sPendingPath.isEmpty(); }
+  void Close();
+  // A project without file from commands, which are executed.
+  void Create(const QStringList& Commands);
+  // False when the file could not be written; the project stays modified then.
+  bool Save(const QString& sPath);
+
+  bool IsModified() const { return m_bModified; }
+  bool IsOpen() const { return m_bOpen; }
+  // Path of the project file; empty for a new project.
+  QString GetFileName() const;
+
+  const QString& GetProgramFile() const { return m_sProgramFile; }
+  void SetProgramFile(const QString& sPath);
+  // Modification time of the program file when it was taken, invalid if it didn't exist.
+  const QDateTime& GetProgramFileTime() const { return m_ProgramFileTime; }
+  void SetProgramFileTime(const QDateTime& Time) { m_ProgramFileTime = Time; }
+
+  void AddSvdFile(const QString& sPath);
+  void ClearSvdFiles();
+  const QStringList& GetSvdFiles() const { return m_SvdFiles; }
+
+  // What is wrong with the project's settings: one line for each file that is missing.
+  QStringList GetProjectErrors() const;
+  // The settings as commands, for a project file that is made anew.
+  QStringList GetCommands() const;
+
+  // Path of the user file beside a project file; empty for a path without a ".".
+  static QString GetUserFileName(const QString& sProjectPath);
+  // Key of a pair of project and program, under which windows keep what belongs to both.
+  U32 GetProjectHash() const;
+
+Q_SIGNALS:
+  void ModifiedChanged(bool Modified);
+  void AboutToOpen(QString sPath);
+  void Opened(QString sPath);
+  void Closed(QString sPath);
+
+private Q_SLOTS:
+  void OnOpenTimeout();
+
+private:
+  CProject();
+  void DoOpen(const QString& sPath);
+  void SetModified(bool Modified);
+
+  PROJECT_HOST m_Host;
+  bool m_bModified = false;
+  bool m_bOpen = false;
+  QTimer m_OpenTimer;
+  QString m_sPendingPath;
+  QStringList m_Errors;
+  QStringList m_SvdFiles;
+  QString m_sProgramFile;
+  QDateTime m_ProgramFileTime;
+};

@@ -1,0 +1,22 @@
+#include "project/recent_list.h"
+
+#include <QFileInfo>
+
+void CRecentList::Update(const QString& sOld, const QString& sNew) {
+  QStringList Paths = m_Paths;
+  if (!sOld.isEmpty() && Paths.contains(sOld)) {
+    Paths.replaceInStrings(QRegularExpression(QRegularExpression::anchoredPattern(QRegularExpression::escape(sOld))),
+                           sNew);
+  } else if (!Paths.contains(sNew) && Paths.size() >= m_Cap) {
+    Paths.removeLast();
+  }
+  Paths.removeAll(sNew);
+  Paths.prepend(sNew);
+  Install(Paths);
+}
+
+void CRecentList::Install(QStringList Paths) {
+  Paths.removeIf([this](const QString& sPath) { return !m_IsInClass(sPath) || !QFileInfo(sPath).isFile(); });
+  m_Paths = Paths.mid(0, m_Cap);
+  if (m_Listener) m_Listener();
+}
