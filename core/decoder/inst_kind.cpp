@@ -1,0 +1,175 @@
+#include "core/decoder/inst_kind.h"
+
+namespace {
+
+constexpr U32 SEMIHOST_NUMBER = 0xAB;  // of BKPT and of SVC in Thumb
+// Up to this version SVC 0xAB is the way to request semihosting.
+constexpr U32 LAST_ARCH_WITH_SVC_SEMIHOSTING = 5;
+
+U32 SignExtended(U32 Value, U32 Width) {
+  const U32 Sign = 1u << (Width - 1);
+  return (Value ^ Sign) - Sign;
+}
+
+U32 TargetB8(const INST& Inst) {
+  return Inst.Addr + 4 + SignExtended(Inst.Bits(0, 8) << 1, 9);
+}
+U32 TargetB11(const INST& Inst) {
+  return Inst.Addr + 4 + SignExtended(Inst.Bits(0, 11) << 1, 12);
+}
+U32 TargetCBZ(const INST& Inst) {
+  return Inst.Addr + 4 + (Inst.Bits(9, 1) << 6 | Inst.Bits(3, 5) << 1);
+}
+
+U32 TargetB20(const INST& Inst) {
+  const U32 Offset = Inst.Bits(26, 1) << 20 | Inst.Bits(11, 1) << 19 | Inst.Bits(13, 1) << 18 | Inst.Bits(16, 6) << 12 |
+                     Inst.Bits(0, 11) << 1;
+  return Inst.Addr + 4 + SignExtended(Offset, 21);
+}
+
+U32 TargetB24(const INST& Inst) {
+  const U32 S = Inst.Bits(26, 1);
+  const U32 I1 = (Inst.Bits(13, 1) ^ S ^ 1u);
+  const U32 I2 = (Inst.Bits(11, 1) ^ S ^ 1u);
+  const U32 Offset = S << 24 | I1 << 23 | I2 << 22 | Inst.Bits(16, 10) << 12 | Inst.Bits(0, 11) << 1;
+  return Inst.Addr + 4 + SignExtended(Offset, 25);
+}
+
+U32 TargetBLX(const INST& Inst) {
+  return TargetB24(Inst) & ~3u;
+}
+
+U32 LiteralBase(const INST& Inst) {
+  return (Inst.Addr + 4) & ~3u;
+}
+U32 TargetLiteral16(const INST& Inst) {
+  return LiteralBase(Inst) + (Inst.Bits(0, 8) << 2);
+}
+
+U32 TargetLiteral32(const INST& Inst) {
+  const U32 Offset = Inst.Bits(0, 12);
+  return Inst.Bit(23) ? LiteralBase(Inst) + Offset : LiteralBase(Inst) - Offset;
+}
+
+U32 TargetLiteralDual(const INST& Inst) {
+  const U32 Offset = Inst.Bits(0, 8) << 2;
+  return Inst.Bit(23) ? LiteralBase(Inst) + Offset : LiteralBase(Inst) - Offset;
+}
+
+U32 WideImmediate(const INST& Inst) {
+  return Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8);
+}
+U32 TargetAdrAdd(const INST& Inst) {
+  return LiteralBase(Inst) + WideImmediate(Inst);
+}
+U32 TargetAdrSub(const INST& Inst) {
+  return LiteralBase(Inst) - WideImmediate(Inst);
+}
+
+U32 FlagsBX(const INST& Inst) {
+  return Inst.Bits(3, 4) == REG_LR ? IF_RETURN : IF_CALL;
+}
+U32 FlagsPop16(const INST& Inst) {
+  return Inst.Bit(8) ? IF_BRANCH | IF_RETURN : 0u;
+}
+U32 FlagsPop32(const INST& Inst) {
+  return Inst.Bit(REG_PC) ? IF_BRANCH | IF_RETURN : 0u;
+}
+U32 FlagsLDM32(const INST& Inst) {
+  return Inst.Bit(REG_PC) ? IF_BRANCH : 0u;
+}
+
+U32 FlagsLDR32(const INST& Inst) {
+  if (Inst.Bits(12, 4) != REG_PC) return 0;
+  return Inst.Bits(16, 4) == REG_SP ? IF_BRANCH | IF_RETURN : IF_BRANCH;
+}
+
+U32 FlagsHighReg(const INST& Inst) {
+  const U32 Rd = Inst.Bits(7, 1) << 3 | Inst.Bits(0, 3);
+  return Rd == REG_PC ? IF_BRANCH | IF_DIRECT_BRANCH : 0u;
+}
+
+U32 FlagsBkpt(const INST& Inst) {
+  return Inst.Bits(0, 8) == SEMIHOST_NUMBER ? IF_SEMIHOST : 0u;
+}
+
+U32 FlagsSVC(const INST& Inst) {
+  const bool bOld = Inst.pContext->ArchVersion <= LAST_ARCH_WITH_SVC_SEMIHOSTING;
+  return bOld && Inst.Bits(0, 8) == SEMIHOST_NUMBER ? IF_SEMIHOST : 0u;
+}
+
+// Where the condition stands: in the IT block, nowhere, or in four bits of the word.
+enum COND_SOURCE : U8 { COND_FROM_IT, COND_FROM_NOWHERE, COND_FROM_BITS_8, COND_FROM_BITS_22 };
+
+struct KIND_INFO {
+  U32 Flags = 0;
+  COND_SOURCE Cond = COND_FROM_IT;
+  U32 (*pfTarget)(const INST&) = nullptr;
+  U32 (*pfFlags)(const INST&) = nullptr;  // flags that depend on operands
+};
+
+constexpr U32 JUMP = IF_BRANCH | IF_DIRECT_BRANCH;
+constexpr U32 JUMP_TO = JUMP | IF_TARGET;
+
+// In the order of INST_KIND.
+constexpr KIND_INFO aKind[] = {
+    /* PLAIN */ {},
+    /* NOCOND */ {0, COND_FROM_NOWHERE},
+    /* MEM */ {IF_MEM},
+    /* MEM_NOCOND */ {IF_MEM, COND_FROM_NOWHERE},
+    /* IT */ {IF_MEM, COND_FROM_NOWHERE},
+    /* B8 */ {JUMP_TO, COND_FROM_BITS_8, TargetB8},
+    /* B11 */ {JUMP_TO, COND_FROM_IT, TargetB11},
+    /* B20 */ {JUMP_TO, COND_FROM_BITS_22, TargetB20},
+    /* B24 */ {JUMP_TO, COND_FROM_IT, TargetB24},
+    /* CBZ */ {JUMP_TO, COND_FROM_NOWHERE, TargetCBZ},
+    /* BL */ {JUMP_TO | IF_CALL, COND_FROM_IT, TargetB24},
+    /* BLX_IMM */ {JUMP_TO | IF_CALL, COND_FROM_IT, TargetBLX},
+    /* BX */ {JUMP, COND_FROM_IT, nullptr, FlagsBX},
+    /* BLX */ {JUMP | IF_CALL},
+    /* BXJ */ {JUMP | IF_CALL},
+    /* TABLE_BRANCH */ {JUMP | IF_MEM},
+    /* POP16 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsPop16},
+    /* POP32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsPop32},
+    /* LDM32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsLDM32},
+    /* LDR32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsLDR32},
+    /* LITERAL16 */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteral16},
+    /* LITERAL32 */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteral32, FlagsLDR32},
+    /* LITERAL_DUAL */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteralDual},
+    /* PRELOAD_LITERAL */ {IF_TARGET, COND_FROM_IT, TargetLiteral32},
+    /* ADR16 */ {IF_TARGET, COND_FROM_IT, TargetLiteral16},
+    /* ADR_ADD */ {IF_TARGET, COND_FROM_IT, TargetAdrAdd},
+    /* ADR_SUB */ {IF_TARGET, COND_FROM_IT, TargetAdrSub},
+    /* HIGH_REG */ {0, COND_FROM_IT, nullptr, FlagsHighReg},
+    /* BKPT */ {IF_BKPT, COND_FROM_NOWHERE, nullptr, FlagsBkpt},
+    /* SVC16 */ {0, COND_FROM_IT, nullptr, FlagsSVC},
+    /* SMC */ {IF_BRANCH},
+    /* RFE */ {IF_BRANCH | IF_MEM},
+    /* ERET */ {IF_BRANCH | IF_RETURN},
+    /* REFUSED */ {},
+};
+static_assert(std::size(aKind) == KIND_COUNT);
+
+U32 CondOf(const INST& Inst, COND_SOURCE Source) {
+  switch (Source) {
+    case COND_FROM_IT:
+      return Inst.Cond;
+    case COND_FROM_BITS_8:
+      return Inst.Bits(8, 4);
+    case COND_FROM_BITS_22:
+      return Inst.Bits(22, 4);
+    case COND_FROM_NOWHERE:
+      break;
+  }
+  return COND_NONE;
+}
+
+}  // namespace
+
+void ClassifyInst(INST& Inst, INST_KIND Kind) {
+  const KIND_INFO& Info = aKind[Kind];
+  const U32 Cond = CondOf(Inst, Info.Cond);
+  Inst.Info.Flags = Info.Flags | Cond << IF_COND_SHIFT | (Cond < COND_NONE ? IF_CONDITIONAL : 0u);
+  if (Info.pfFlags != nullptr) Inst.Info.Flags |= Info.pfFlags(Inst);
+  if (Info.pfTarget != nullptr) Inst.Info.Target = Info.pfTarget(Inst);
+}

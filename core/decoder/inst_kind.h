@@ -1,0 +1,7 @@
+#pragma once
+
+#include "core/decoder/inst.h"
+#include "core/decoder/inst_row.h"
+
+// Fills Flags and Target of Inst.Info for an encoding of the given kind.
+void ClassifyInst(INST& Inst, INST_KIND Kind);

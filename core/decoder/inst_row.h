@@ -1,0 +1,77 @@
+#pragma once
+// The form of the decode tables: one row per encoding, the first matching row of a table wins.
+
+#include <span>
+#include <string_view>
+
+#include "base/types.h"
+
+// What an encoding does to the flow of control and to memory. The meaning of each is in inst_kind.cpp.
+enum INST_KIND : U8 {
+  KIND_PLAIN,   // takes the condition of the IT block, touches nothing
+  KIND_NOCOND,  // has no condition
+  KIND_MEM,
+  KIND_MEM_NOCOND,
+  KIND_IT,
+  KIND_B8,
+  KIND_B11,
+  KIND_B20,
+  KIND_B24,
+  KIND_CBZ,
+  KIND_BL,
+  KIND_BLX_IMM,
+  KIND_BX,
+  KIND_BLX,
+  KIND_BXJ,
+  KIND_TABLE_BRANCH,
+  KIND_POP16,
+  KIND_POP32,
+  KIND_LDM32,
+  KIND_LDR32,
+  KIND_LITERAL16,
+  KIND_LITERAL32,
+  KIND_LITERAL_DUAL,
+  KIND_PRELOAD_LITERAL,
+  KIND_ADR16,
+  KIND_ADR_ADD,
+  KIND_ADR_SUB,
+  KIND_HIGH_REG,
+  KIND_BKPT,
+  KIND_SVC16,
+  KIND_SMC,
+  KIND_RFE,
+  KIND_ERET,
+  KIND_REFUSED,  // no valid instruction; the text, if any, is the warning to log
+  KIND_COUNT
+};
+
+// A row is written as its bits from the highest down: 0 and 1 must match, any other character is an operand bit, blanks
+// are for the eye. sText is the template of the assembler text, see text_template.h.
+struct INST_ROW {
+  U32 Mask = 0;
+  U32 Value = 0;
+  U8 MinArch = 0;  // first architecture version that has the encoding
+  INST_KIND Kind = KIND_PLAIN;
+  const char* sText = nullptr;
+
+  consteval INST_ROW(const char* sBits, U8 Arch, INST_KIND RowKind, const char* sTemplate)
+      : MinArch(Arch), Kind(RowKind), sText(sTemplate) {
+    U32 NumBits = 0;
+    for (const char* s = sBits; *s != 0; ++s) {
+      if (*s == ' ') continue;
+      Mask = Mask << 1 | (*s == '0' || *s == '1' ? 1u : 0u);
+      Value = Value << 1 | (*s == '1' ? 1u : 0u);
+      ++NumBits;
+    }
+    if (NumBits != 16 && NumBits != 32) throw "a row has 16 or 32 bits";
+  }
+
+  bool Matches(U32 Word, U32 ArchVersion) const { return (Word & Mask) == Value && ArchVersion >= MinArch; }
+};
+
+// The tables, each a data file of its own.
+std::span<const INST_ROW> Thumb16Rows();
+std::span<const INST_ROW> Thumb32Rows();
+std::span<const INST_ROW> Thumb32LoadRows();
+std::span<const INST_ROW> Thumb32DspRows();
+std::span<const INST_ROW> ThumbVfpRows();

@@ -1,0 +1,65 @@
+#include "core/decoder/names.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr const char* aReg[] = {"R0", "R1", "R2",  "R3",  "R4",  "R5", "R6", "R7",
+                                "R8", "R9", "R10", "R11", "R12", "SP", "LR", "PC"};
+constexpr const char* aCond[] = {"EQ", "NE", "CS", "CC", "MI", "PL", "VS", "VC",
+                                 "HI", "LS", "GE", "LT", "GT", "LE", "",   ""};
+constexpr const char* aBarrier[] = {"0", "1", "OSHST", "OSH", "4",  "5",  "NSHST", "NSH",
+                                    "8", "9", "ISHST", "ISH", "12", "13", "ST",    ""};
+constexpr const char* aInterruptFlags[] = {"", "f", "i", "if", "a", "af", "ai", "aif"};
+constexpr const char* aShift[] = {"LSL", "LSR", "ASR", "ROR"};
+
+constexpr const char* aCPSR[] = {"CPSR",    "CPSR_c",   "CPSR_x",   "CPSR_xc",  "CPSR_s",  "CPSR_sc",
+                                 "CPSR_sx", "CPSR_sxc", "CPSR_f",   "CPSR_fc",  "CPSR_fx", "CPSR_fxc",
+                                 "CPSR_fs", "CPSR_fsc", "CPSR_fsx", "CPSR_fsxc"};
+constexpr const char* aSPSR[] = {"SPSR",    "SPSR_c",   "SPSR_x",   "SPSR_xc",  "SPSR_s",  "SPSR_sc",
+                                 "SPSR_sx", "SPSR_sxc", "SPSR_f",   "SPSR_fc",  "SPSR_fx", "SPSR_fxc",
+                                 "SPSR_fs", "SPSR_fsc", "SPSR_fsx", "SPSR_fsxc"};
+
+struct SYS_REG {
+  U32 SYSm;
+  U32 MinArch;
+  const char* sName;
+};
+
+constexpr SYS_REG aSysReg[] = {
+    {0, 6, "APSR"},         {1, 6, "IAPSR"},        {2, 6, "EAPSR"},          {3, 6, "XPSR"},
+    {5, 6, "IPSR"},         {6, 6, "EPSR"},         {7, 6, "IEPSR"},          {8, 6, "MSP"},
+    {9, 6, "PSP"},          {10, 8, "MSPLIM"},      {11, 8, "PSPLIM"},        {16, 6, "PRIMASK"},
+    {17, 7, "BASEPRI"},     {18, 7, "BASEPRI_MAX"}, {19, 7, "FAULTMASK"},     {20, 6, "CONTROL"},
+    {136, 8, "MSP_NS"},     {137, 8, "PSP_NS"},     {138, 8, "MSPLIM_NS"},    {139, 8, "PSPLIM_NS"},
+    {144, 8, "PRIMASK_NS"}, {145, 8, "BASEPRI_NS"}, {147, 8, "FAULTMASK_NS"}, {148, 8, "CONTROL_NS"},
+    {152, 8, "SP_NS"},
+};
+
+}  // namespace
+
+const char* RegName(U32 Reg) {
+  return aReg[Reg & 15];
+}
+const char* CondName(U32 Cond) {
+  return aCond[Cond & 15];
+}
+const char* BarrierName(U32 Option) {
+  return aBarrier[Option & 15];
+}
+const char* InterruptFlagsName(U32 Flags) {
+  return aInterruptFlags[Flags & 7];
+}
+const char* ShiftName(U32 Type) {
+  return Type < std::size(aShift) ? aShift[Type] : "??";
+}
+const char* StatusRegName(bool bSaved, U32 FieldMask) {
+  return (bSaved ? aSPSR : aCPSR)[FieldMask & 15];
+}
+
+const char* SysRegName(U32 SYSm, U32 ArchVersion) {
+  for (const SYS_REG& Reg : aSysReg) {
+    if (Reg.SYSm == SYSm) return ArchVersion >= Reg.MinArch ? Reg.sName : nullptr;
+  }
+  return nullptr;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/decoder/inst.h"
+#include "core/decoder/text_writer.h"
+
+// Operands that several directives share.
+
+// ", LSL #n" and its like, with the readings of amount 0; nothing for LSL #0.
+void WriteShift(CTextWriter& Out, U32 Type, U32 Amount);
+// Registers of a mask in ascending order, runs of R0 to R12 as "R4-R7".
+void WriteRegList(CTextWriter& Out, U32 Mask);
+// A code address with its label.
+void WriteTarget(CTextWriter& Out, const INST& Inst);
+// A literal load's operand: the value with its label, or the address.
+void WriteLiteral(CTextWriter& Out, const INST& Inst);
+// "[Rn, #0x..]", with "!" or as post-index.
+void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, bool bWriteBack);
+// The 32-bit value of a Thumb modified immediate constant (12 bits i:imm3:imm8).
+U32 ExpandModifiedImmediate(U32 Imm12);

@@ -1,0 +1,106 @@
+// Floating point encodings in Thumb, single and double precision.
+
+#include "core/decoder/inst_row.h"
+
+// clang-format off
+namespace {
+
+constexpr INST_ROW aRow[] = {
+  // Arithmetic
+  {"1110 1110 0 D 00 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VMLA<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 00 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VMLS<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 01 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VNMLS<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 01 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VNMLA<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 10 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VMUL<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 10 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VNMUL<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 11 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VADD<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 0 D 11 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VSUB<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 1 D 00 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VDIV<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 1 D 01 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VFNMS<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 1 D 01 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VFNMA<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 1 D 10 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_PLAIN, "VFMA<c><f>\t<vd>, <vn>, <vm>"},
+  {"1110 1110 1 D 10 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_PLAIN, "VFMS<c><f>\t<vd>, <vn>, <vm>"},
+
+  // One operand, immediate, compare
+  {"1110 1110 1 D 11 iiii dddd 101 z x 0 x 0 iiii", 7, KIND_PLAIN, "VMOV<c><f>\t<vd>, <vimm>"},
+  {"1110 1110 1 D 11 0000 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VMOV<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0000 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VABS<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0001 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VNEG<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0001 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VSQRT<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0100 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCMP<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0100 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCMPE<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0101 dddd 101 z 0 1 x 0 xxxx", 7, KIND_PLAIN, "VCMP<c><f>\t<vd>, #0.0"},
+  {"1110 1110 1 D 11 0101 dddd 101 z 1 1 x 0 xxxx", 7, KIND_PLAIN, "VCMPE<c><f>\t<vd>, #0.0"},
+  {"1110 1110 1 D 11 0110 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VRINTR<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0110 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VRINTZ<c><f>\t<vd>, <vm>"},
+  {"1110 1110 1 D 11 0111 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VRINTX<c><f>\t<vd>, <vm>"},
+
+  // Conversions
+  {"1110 1110 1 D 11 0010 dddd 101 0 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTB<c>.F32.F16\t<sd>, <sm>"},
+  {"1110 1110 1 D 11 0010 dddd 101 0 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTT<c>.F32.F16\t<sd>, <sm>"},
+  {"1110 1110 1 D 11 0011 dddd 101 0 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTB<c>.F16.F32\t<sd>, <sm>"},
+  {"1110 1110 1 D 11 0011 dddd 101 0 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTT<c>.F16.F32\t<sd>, <sm>"},
+  {"1110 1110 1 D 11 0010 dddd 101 1 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTB<c>.F64.F16\t<dd>, <sm>"},
+  {"1110 1110 1 D 11 0010 dddd 101 1 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTT<c>.F64.F16\t<dd>, <sm>"},
+  {"1110 1110 1 D 11 0011 dddd 101 1 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTB<c>.F16.F64\t<sd>, <dm>"},
+  {"1110 1110 1 D 11 0011 dddd 101 1 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTT<c>.F16.F64\t<sd>, <dm>"},
+  {"1110 1110 1 D 11 0111 dddd 101 0 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.F64.F32\t<dd>, <sm>"},
+  {"1110 1110 1 D 11 0111 dddd 101 1 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.F32.F64\t<sd>, <dm>"},
+  {"1110 1110 1 D 11 1000 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c><f>.U32\t<vd>, <sm>"},
+  {"1110 1110 1 D 11 1000 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c><f>.S32\t<vd>, <sm>"},
+  {"1110 1110 1 D 11 1100 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTR<c>.U32<f>\t<sd>, <vm>"},
+  {"1110 1110 1 D 11 1100 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.U32<f>\t<sd>, <vm>"},
+  {"1110 1110 1 D 11 1101 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTR<c>.S32<f>\t<sd>, <vm>"},
+  {"1110 1110 1 D 11 1101 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.S32<f>\t<sd>, <vm>"},
+  {"1110 1110 1 D 11 1010 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c><f>.S<fixsize>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1011 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c><f>.U<fixsize>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1110 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c>.S<fixsize><f>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1111 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c>.U<fixsize><f>\t<vd>, <vd>, <fixbits>"},
+
+  // Unconditional forms
+  {"1111 1110 0 D 00 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VSELEQ<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 0 D 01 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VSELVS<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 0 D 10 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VSELGE<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 0 D 11 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VSELGT<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 1 D 00 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VMAXNM<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 1 D 00 nnnn dddd 101 z N 1 M 0 mmmm", 7, KIND_NOCOND, "VMINNM<f>\t<vd>, <vn>, <vm>"},
+  {"1111 1110 1 D 11 10rr dddd 101 z 0 1 M 0 mmmm", 7, KIND_NOCOND, "VRINT<rounding><f>\t<vd>, <vm>"},
+  {"1111 1110 1 D 11 11rr dddd 101 z 0 1 M 0 mmmm", 7, KIND_NOCOND, "VCVT<rounding>.U32<f>\t<sd>, <vm>"},
+  {"1111 1110 1 D 11 11rr dddd 101 z 1 1 M 0 mmmm", 7, KIND_NOCOND, "VCVT<rounding>.S32<f>\t<sd>, <vm>"},
+
+  // Load and store
+  {"1110 1101 u D 01 1111 dddd 101 0 iiii iiii", 7, KIND_LITERAL_DUAL, "VLDR<c>.32\t<vd>, <literal>"},
+  {"1110 1101 u D 01 1111 dddd 101 1 iiii iiii", 7, KIND_LITERAL_DUAL, "VLDR<c>.64\t<vd>, <literal>"},
+  {"1110 1101 u D 01 nnnn dddd 101 0 iiii iiii", 7, KIND_MEM, "VLDR<c>.32\t<vd>, <indexed0.8.2>"},
+  {"1110 1101 u D 01 nnnn dddd 101 1 iiii iiii", 7, KIND_MEM, "VLDR<c>.64\t<vd>, <indexed0.8.2>"},
+  {"1110 1101 u D 00 nnnn dddd 101 0 iiii iiii", 7, KIND_MEM, "VSTR<c>.32\t<vd>, <indexed0.8.2>"},
+  {"1110 1101 u D 00 nnnn dddd 101 1 iiii iiii", 7, KIND_MEM, "VSTR<c>.64\t<vd>, <indexed0.8.2>"},
+  {"1110 1101 0 D 10 1101 dddd 101 z iiii iiii", 7, KIND_MEM, "VPUSH<c>\t{<vlist>}"},
+  {"1110 1100 1 D 11 1101 dddd 101 z iiii iiii", 7, KIND_MEM, "VPOP<c>\t{<vlist>}"},
+  {"1110 1100 1 D w0 nnnn dddd 101 z iiii iiii", 7, KIND_MEM, "VSTM<c>\t<R16><writeback21>, {<vlist>}"},
+  {"1110 1100 1 D w1 nnnn dddd 101 z iiii iiii", 7, KIND_MEM, "VLDM<c>\t<R16><writeback21>, {<vlist>}"},
+  {"1110 1101 0 D 10 nnnn dddd 101 z iiii iiii", 7, KIND_MEM, "VSTMDB<c>\t<R16>!, {<vlist>}"},
+  {"1110 1101 0 D 11 nnnn dddd 101 z iiii iiii", 7, KIND_MEM, "VLDMDB<c>\t<R16>!, {<vlist>}"},
+  {"1110 1100 0010 nnnn 0000 1010 0000 0000",    8, KIND_MEM, "VLSTM<c>\t<R16>"},
+  {"1110 1100 0011 nnnn 0000 1010 0000 0000",    8, KIND_MEM, "VLLDM<c>\t<R16>"},
+
+  // Transfers
+  {"1110 1100 0100 uuuu tttt 1010 00M1 mmmm", 7, KIND_PLAIN, "VMOV<c>\t<sm>, <snext>, <R12>, <R16>"},
+  {"1110 1100 0101 uuuu tttt 1010 00M1 mmmm", 7, KIND_PLAIN, "VMOV<c>\t<R12>, <R16>, <sm>, <snext>"},
+  {"1110 1100 0100 uuuu tttt 1011 00M1 mmmm", 7, KIND_PLAIN, "VMOV<c>\t<dm>, <R12>, <R16>"},
+  {"1110 1100 0101 uuuu tttt 1011 00M1 mmmm", 7, KIND_PLAIN, "VMOV<c>\t<R12>, <R16>, <dm>"},
+  {"1110 1110 0000 nnnn tttt 1010 Nxx1 xxxx", 7, KIND_PLAIN, "VMOV<c>\t<sn>, <R12>"},
+  {"1110 1110 0001 nnnn tttt 1010 Nxx1 xxxx", 7, KIND_PLAIN, "VMOV<c>\t<R12>, <sn>"},
+  {"1110 1110 0 0 i 0 nnnn tttt 1011 N001 xxxx", 7, KIND_PLAIN, "VMOV<c>.32\t<dn>[<bit21>], <R12>"},
+  {"1110 1110 0 0 i 1 nnnn tttt 1011 N001 xxxx", 7, KIND_PLAIN, "VMOV<c>.32\t<R12>, <dn>[<bit21>]"},
+  {"1110 1110 1110 0001 tttt 1010 xxx1 xxxx", 7, KIND_PLAIN, "VMSR<c>\tFPSCR, <R12>"},
+  {"1110 1110 1111 0001 1111 1010 xxx1 xxxx", 7, KIND_PLAIN, "VMRS<c>\tAPSR_nzcv, FPSCR"},
+  {"1110 1110 1111 0001 tttt 1010 xxx1 xxxx", 7, KIND_PLAIN, "VMRS<c>\t<R12>, FPSCR"},
+};
+
+}  // namespace
+// clang-format on
+
+std::span<const INST_ROW> ThumbVfpRows() {
+  return aRow;
+}
