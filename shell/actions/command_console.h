@@ -39,17 +39,3 @@ void PrintCommandDisabled(const QString& sName);
 // The list of commands, header and rows, and its print.
 QStringList CommandHelpLines();
 void PrintCommandHelp();
-
-// Entered commands, newest first and each only once.
-class CCommandHistory {
-public:
-  void Add(const QString& sCommand);
-  // The entry that the up or down key brings; a null text when there is none.
-  QString Up();
-  QString Down();
-  const QStringList& Entries() const { return m_Entries; }
-
-private:
-  QStringList m_Entries;
-  int m_Index = -1;
-};

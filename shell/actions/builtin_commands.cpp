@@ -1,0 +1,81 @@
+#include "shell/actions/builtin_commands.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QThread>
+
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/actions/action_link.h"
+#include "shell/actions/command_console.h"
+#include "shell/log/console_print.h"
+#include "shell/settings/preferences.h"
+
+namespace {
+
+constexpr I64 MAX_SLEEP_MS = 360'000;
+constexpr U64 RESULT_FAILED = static_cast<U64>(-1);
+
+void EditSysVarCommand() {
+  SetActionResult(ACTION_EDIT_SYS_VAR, 0);
+  if (!CheckActionArgs(ACTION_EDIT_SYS_VAR)) {
+    SetActionResult(ACTION_EDIT_SYS_VAR, RESULT_FAILED);
+    return;
+  }
+  const QStringList Args = GetActionArgs(ACTION_EDIT_SYS_VAR);
+  const VAR_EDIT Edit = EditSysVar(Args.at(0), Args.at(1));
+  if (Edit.sError.isEmpty()) {
+    SetActionArgs(ACTION_EDIT_SYS_VAR, QStringList{Edit.sName, Edit.sText});
+    return;
+  }
+  SetActionError(ACTION_EDIT_SYS_VAR, Edit.sError, Edit.sDetail);
+  SetActionResult(ACTION_EDIT_SYS_VAR, RESULT_FAILED);
+}
+
+// A third argument that no prototype tells of comes from windows: 1 stores the value, 0 wants no echo.
+void EditPreferenceCommand() {
+  const QStringList Args = GetActionArgs(ACTION_EDIT_PREFERENCE);
+  if (Args.size() < 2) {
+    SetActionError(ACTION_EDIT_PREFERENCE, QLatin1String(ActionError::WRONG_PARAMETER_COUNT));
+    return;
+  }
+  const bool bSave = Args.value(2) == u"1" || Args.value(2) == u"true";
+  const VAR_EDIT Edit = EditPreference(Args.at(0), Args.at(1), bSave);
+  if (!Edit.sError.isEmpty()) {
+    SetActionError(ACTION_EDIT_PREFERENCE, Edit.sError, Edit.sDetail);
+  } else if (Args.size() > 2 && !bSave) {
+    SuppressEcho(ACTION_EDIT_PREFERENCE);
+  } else {
+    SetActionArgs(ACTION_EDIT_PREFERENCE, QStringList{Edit.sName, Edit.sText});
+  }
+}
+
+void UtilLogCommand() {
+  if (!CheckActionArgs(ACTION_UTIL_LOG)) return;
+  PrintConsoleColor(GetFirstActionArg(ACTION_UTIL_LOG), CONSOLE_COLOR_SCRIPT);
+}
+
+void UtilSleepCommand() {
+  if (!CheckActionArgs(ACTION_UTIL_SLEEP)) return;
+  bool bOk = false;
+  const I64 Milliseconds = GetActionArgNumber(ACTION_UTIL_SLEEP, 0, &bOk);
+  if (!bOk) {
+    SetActionError(ACTION_UTIL_SLEEP, QLatin1String(ActionError::NOT_A_NUMBER));
+    return;
+  }
+  const QDeadlineTimer Deadline(std::clamp<I64>(Milliseconds, 0, MAX_SLEEP_MS));
+  while (!Deadline.hasExpired()) {
+    QCoreApplication::processEvents();
+    QThread::msleep(1);
+  }
+}
+
+}  // namespace
+
+void RegisterBuiltinCommands() {
+  RegisterActionHandler(ACTION_EDIT_SYS_VAR, EditSysVarCommand);
+  RegisterActionHandler(ACTION_EDIT_PREFERENCE, EditPreferenceCommand);
+  RegisterActionHandler(ACTION_HELP_COMMANDS, PrintCommandHelp);
+  RegisterActionHandler(ACTION_UTIL_LOG, UtilLogCommand);
+  RegisterActionHandler(ACTION_UTIL_SLEEP, UtilSleepCommand);
+}
