@@ -144,7 +144,7 @@ ELF_HANDLE_KIND ELF_GetHandleKind(ELF_SYM_HANDLE hSym);
 U32 ELF_GetTag(ELF_SYM_HANDLE hSym);
 // st_info >> 4 of an ELF symbol, ELF_BINDING_NONE otherwise.
 U32 ELF_GetBinding(ELF_SYM_HANDLE hSym);
-// st_value of an ELF symbol as the file has it (bit 0 set for Thumb functions), 0 otherwise.
+// Relocated st_value of an ELF symbol, bit 0 set for Thumb functions; 0 otherwise.
 U32 ELF_GetValue(ELF_SYM_HANDLE hSym);
 // Name, also by way of abstract origin, specification or definition; null when unknown.
 const char* ELF_GetName(ELF_SYM_HANDLE hSym);

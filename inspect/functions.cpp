@@ -1,0 +1,54 @@
+// vexor-inspect functions: every range of every function with debug information, and the function symbols without.
+#include <cstdio>
+#include <set>
+
+#include "inspect/inspect.h"
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+namespace {
+
+struct FUNCTION_ROW {
+  U32 Low;
+  U32 High;
+  std::string sName;
+  std::string sFile;
+  I64 Line;
+};
+
+void AddDebugFunction(ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
+  const U32 NumRanges = ELF_GetNumRanges(hFunc);
+  if (NumRanges == 0) return;
+  const char* sName = ELF_GetName(hFunc);
+  const std::string sOwnName = sName ? sName : "";
+  const char* sFile = ELF_GetDeclFile(hFunc);
+  I64 Line = 0;
+  ELF_GetAttrValue(hFunc, ELF_ATTR_DECL_LINE, &Line);
+  for (U32 i = 0; i < NumRanges; ++i) {
+    // Assemblers describe their functions with the Thumb bit in the address.
+    aRows.push_back(
+        {ELF_GetRangeLow(hFunc, i) & ~1u, ELF_GetRangeHigh(hFunc, i) & ~1u, sOwnName, sFile ? sFile : "", Line});
+  }
+}
+
+}  // namespace
+
+const char* InspectFunctions(const INSPECT_OPTIONS& Options) {
+  const CInspectedFile File(Options);
+  if (!File.Get()) return FILE_NOT_READ;
+  std::vector<FUNCTION_ROW> aRows;
+  for (U32 i = 0; i < ELF_GetNumFunctions(File.Get()); ++i) AddDebugFunction(ELF_GetFunction(File.Get(), i), aRows);
+  std::set<U32> Starts;
+  for (const FUNCTION_ROW& Row : aRows) Starts.insert(Row.Low);
+  for (U32 i = 0; i < ELF_GetNumFuncSymbols(File.Get()); ++i) {
+    const ELF_SYM_HANDLE hSym = ELF_GetFuncSymbol(File.Get(), i);
+    const U32 Addr = ELF_GetValue(hSym) & ~1u;
+    if (!Starts.count(Addr)) aRows.push_back({Addr, Addr + ELF_GetSize(hSym), ELF_GetName(hSym), "", 0});
+  }
+  std::stable_sort(aRows.begin(), aRows.end(), [](const auto& A, const auto& B) { return A.Low < B.Low; });
+  for (const FUNCTION_ROW& Row : aRows) {
+    if (!Options.Covers(Row.Low)) continue;
+    std::printf("0x%08x\t0x%08x\t%s\t%s\t%lld\n", Row.Low, Row.High, Row.sName.c_str(), Row.sFile.c_str(), Row.Line);
+  }
+  return nullptr;
+}

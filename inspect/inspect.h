@@ -1,0 +1,48 @@
+#pragma once
+// What the sub-commands of vexor-inspect share. Each stands in a file of its own and prints rows of tab-separated text.
+
+#include <QString>
+#include <QStringList>
+
+#include "base/types.h"
+
+struct ELF_FILE;
+
+struct INSPECT_OPTIONS {
+  QString sFile;
+  U32 From = 0;          // lowest address of interest
+  U32 To = 0xFFFFFFFFu;  // first address that is not
+  QString sCore;         // name of the core, empty for the one that fits the file
+
+  bool Covers(U32 Addr) const { return Addr >= From && Addr < To; }
+};
+
+// One sub-command: prints to standard output. Null, or what went wrong.
+using INSPECT_FUNC = const char* (*)(const INSPECT_OPTIONS& Options);
+
+struct INSPECT_COMMAND {
+  const char* sName;
+  const char* sRow;  // columns of a row, for the help text
+  INSPECT_FUNC pfRun;
+};
+
+const char* InspectFunctions(const INSPECT_OPTIONS& Options);
+const char* InspectLines(const INSPECT_OPTIONS& Options);
+const char* InspectSegments(const INSPECT_OPTIONS& Options);
+const char* InspectSymbols(const INSPECT_OPTIONS& Options);
+
+// Opens the file for a sub-command, the reader's complaints going to standard error, and closes it in the end.
+class CInspectedFile {
+public:
+  explicit CInspectedFile(const INSPECT_OPTIONS& Options);
+  ~CInspectedFile();
+  CInspectedFile(const CInspectedFile&) = delete;
+  CInspectedFile& operator=(const CInspectedFile&) = delete;
+
+  const ELF_FILE* Get() const { return pFile; }
+
+private:
+  ELF_FILE* pFile;
+};
+
+inline constexpr char FILE_NOT_READ[] = "the file could not be read as a program file";

@@ -1,0 +1,168 @@
+#include "program/elf/die_lookup.h"
+
+#include "program/elf/collectors.h"
+
+namespace {
+
+constexpr U32 MAX_ATTR_LEVELS = 6;
+constexpr U32 MAX_NAME_LEVELS = 21;
+constexpr U32 MAX_SCOPE_LEVELS = 64;  // abstract origins of abstract origins: only damaged files come here
+constexpr U32 MAX_CLASS_LEVELS = 6;
+constexpr U32 MAX_TYPE_STEPS = 25;
+
+bool IsInheritable(U32 Attr) {
+  return Attr != DW_AT_specification && Attr != DW_AT_abstract_origin && Attr != DW_AT_declaration &&
+         Attr != DW_AT_extension;
+}
+
+}  // namespace
+
+bool CDieLookup::HasOwn(U32 Entry, U32 Attr) const {
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
+  return Die && Info.Reader.Has(Die, Attr);
+}
+
+U32 CDieLookup::OwnReference(U32 Entry, U32 Attr) const {
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
+  if (!Die) return 0;
+  if (const std::optional<DIE_REF> Ref = Info.Reader.Reference(Die, Attr)) return Info.Index.Find(*Ref);
+  const std::optional<U64> Signature = Info.Reader.Signature(Die, Attr);
+  return Signature ? Info.Index.FindType(*Signature) : 0;
+}
+
+U32 CDieLookup::OwnerOf(U32 Entry, U32 Attr) const {
+  for (U32 Level = 0; Level < MAX_ATTR_LEVELS && Entry != 0; ++Level) {
+    if (HasOwn(Entry, Attr)) return Entry;
+    if (!IsInheritable(Attr)) return 0;
+    if (Info.Index.Get(Entry).Tag == DW_TAG_namespace) {
+      const U32 Original = OwnReference(Entry, DW_AT_extension);
+      if (Original && HasOwn(Original, Attr)) return Original;
+    }
+    const U32 Specification = Info.Index.Specification(Entry);
+    if (Specification && HasOwn(Specification, Attr)) return Specification;
+    const U32 Origin = AbstractOrigin(Entry);
+    if (Origin == 0 || Origin == Entry) {
+      const U32 Definition = Info.Index.Definition(Entry);
+      return Definition && HasOwn(Definition, Attr) ? Definition : 0;
+    }
+    Entry = Origin;
+  }
+  return 0;
+}
+
+std::optional<I64> CDieLookup::Integer(U32 Entry, U32 Attr) const {
+  const U32 Owner = OwnerOf(Entry, Attr);
+  if (Owner == 0) return std::nullopt;
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
+  return Die ? Info.Reader.Integer(Die, Attr) : std::nullopt;
+}
+
+U32 CDieLookup::Reference(U32 Entry, U32 Attr) const {
+  const U32 Owner = OwnerOf(Entry, Attr);
+  return Owner ? OwnReference(Owner, Attr) : 0;
+}
+
+const char* CDieLookup::Name(U32 Entry) const {
+  for (U32 Level = 0; Level < MAX_NAME_LEVELS && Entry != 0; ++Level) {
+    const auto Known = Info.Lists.Names.find(Entry);
+    if (Known != Info.Lists.Names.end()) return Known->second;
+    const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
+    if (!Die) return nullptr;
+    if (const char* sName = Info.Reader.Text(Die, DW_AT_name)) return sName;
+    U32 Next = OwnReference(Entry, DW_AT_abstract_origin);
+    if (Next == 0) Next = Info.Index.Specification(Entry);
+    if (Next == 0) Next = Info.Index.Definition(Entry);
+    if (Next == Entry) return nullptr;
+    Entry = Next;
+  }
+  return nullptr;
+}
+
+U32 CDieLookup::Definition(U32 Entry) const {
+  const U32 Definition = Info.Index.Definition(Entry);
+  if (Definition == 0) return HasOwn(Entry, DW_AT_byte_size) ? Entry : 0;
+  return Definition != Entry ? Definition : 0;
+}
+
+U32 CDieLookup::ArraySize(U32 Entry, U32 ElementSize) const {
+  U64 Total = 0;
+  for (U32 Child = Info.Index.FirstChild(Entry); Child; Child = Info.Index.NextSibling(Child)) {
+    if (Info.Index.Get(Child).Tag != DW_TAG_subrange_type) continue;
+    const I64 Lower = Integer(Child, DW_AT_lower_bound).value_or(0);
+    const std::optional<I64> Count = Integer(Child, DW_AT_count);
+    const I64 Upper = Integer(Child, DW_AT_upper_bound).value_or(0);
+    const U64 Dimension = static_cast<U32>(Count ? *Count : Upper - Lower + 1);
+    Total = static_cast<U32>(Total == 0 ? Dimension : Total * Dimension);
+  }
+  return static_cast<U32>(Total * ElementSize);
+}
+
+U32 CDieLookup::TypeSize(U32 Entry) const {
+  U64 Factor = 1;
+  for (U32 Step = 0; Step < MAX_TYPE_STEPS && Entry != 0; ++Step) {
+    const U32 Tag = Info.Index.Get(Entry).Tag;
+    if (Tag == DW_TAG_pointer_type) return static_cast<U32>(Factor * Info.Index.UnitOf(Entry).AddrSize);
+    if (Tag == DW_TAG_array_type) {
+      Factor = static_cast<U32>(Factor * ArraySize(Entry, 1));
+    } else if (const I64 Size = Integer(Entry, DW_AT_byte_size).value_or(0)) {
+      return static_cast<U32>(Factor * static_cast<U64>(Size));
+    }
+    Entry = Reference(Entry, DW_AT_type);
+  }
+  return 0;
+}
+
+template <typename PREDICATE>
+U32 CDieLookup::Around(U32 Entry, PREDICATE Wanted) const {
+  for (U32 Parent = Info.Index.Get(Entry).Parent; Parent != 0; Parent = Info.Index.Get(Parent).Parent) {
+    if (Wanted(Info.Index.Get(Parent).Tag)) return Parent;
+  }
+  return 0;
+}
+
+template <typename PREDICATE>
+U32 CDieLookup::AroundAnyForm(U32 Entry, PREDICATE Wanted, U32 MaxLevels) const {
+  for (U32 Level = 0; Level < MaxLevels && Entry != 0; ++Level) {
+    if (const U32 Found = Around(Entry, Wanted)) return Found;
+    const U32 Specification = Info.Index.Specification(Entry);
+    if (const U32 Found = Specification ? Around(Specification, Wanted) : 0) return Found;
+    const U32 Origin = AbstractOrigin(Entry);
+    Entry = Origin != Entry ? Origin : 0;
+  }
+  return 0;
+}
+
+U32 CDieLookup::ContainingClass(U32 Entry) const {
+  return AroundAnyForm(Entry, IsClassTag, MAX_CLASS_LEVELS);
+}
+
+U32 CDieLookup::ContainingFunc(U32 Entry) const {
+  return AroundAnyForm(Entry, IsFunctionTag, MAX_SCOPE_LEVELS);
+}
+
+U32 CDieLookup::ContainingNamespace(U32 Entry) const {
+  const auto IsNamespace = [](U32 Tag) { return Tag == DW_TAG_namespace; };
+  if (const U32 Found = Around(Entry, IsNamespace)) return Found;
+  const U32 Specification = Info.Index.Specification(Entry);
+  return Specification ? Around(Specification, IsNamespace) : 0;
+}
+
+U32 CDieLookup::ContainingScope(U32 Entry) const {
+  return Around(Entry, [](U32 Tag) {
+    return IsFunctionTag(Tag) || Tag == DW_TAG_subroutine_type || Tag == DW_TAG_lexical_block;
+  });
+}
+
+const char* CDieLookup::DeclFile(U32 Entry) const {
+  const bool bCall = Info.Index.Get(Entry).Tag == DW_TAG_inlined_subroutine;
+  const U32 Attr = bCall ? DW_AT_call_file : DW_AT_decl_file;
+  const U32 Owner = OwnerOf(Entry, Attr);
+  const DWARF_UNIT& Unit = Info.Index.UnitOf(Owner ? Owner : Entry);
+  if (Owner) {
+    const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
+    const std::optional<I64> Number = Die ? Info.Reader.Integer(Die, Attr) : std::nullopt;
+    const I32 File = Number ? Info.Sources.FileOf(Unit.FileTable, *Number) : -1;
+    if (File >= 0) return Info.Sources.Path(static_cast<U32>(File));
+  }
+  return Name(Unit.TopEntry);
+}

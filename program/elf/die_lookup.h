@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "program/elf/dwarf_info.h"
+
+// Answers about one entry that also take its specification, abstract origin and definition into account. Entries are
+// numbers of the index, 0 being none.
+class CDieLookup {
+public:
+  explicit CDieLookup(const DWARF_INFO& Info) : Info(Info) {}
+
+  std::optional<I64> Integer(U32 Entry, U32 Attr) const;
+  U32 Reference(U32 Entry, U32 Attr) const;
+  // The entry's own name or the inherited one; null when unknown.
+  const char* Name(U32 Entry) const;
+  U32 AbstractOrigin(U32 Entry) const { return OwnReference(Entry, ATTR_ABSTRACT_ORIGIN); }
+  U32 Definition(U32 Entry) const;
+  // Byte size of the entry's type, 0 if it has none.
+  U32 TypeSize(U32 Entry) const;
+
+  U32 ContainingClass(U32 Entry) const;
+  U32 ContainingFunc(U32 Entry) const;
+  U32 ContainingNamespace(U32 Entry) const;
+  U32 ContainingScope(U32 Entry) const;
+
+  // Path of the file of declaration or call, the unit's name where it is unknown; may be null.
+  const char* DeclFile(U32 Entry) const;
+
+private:
+  static constexpr U32 ATTR_ABSTRACT_ORIGIN = 0x31;
+
+  const DWARF_INFO& Info;
+
+  U32 OwnReference(U32 Entry, U32 Attr) const;
+  // The entry whose own attribute answers, 0 if there is none.
+  U32 OwnerOf(U32 Entry, U32 Attr) const;
+  bool HasOwn(U32 Entry, U32 Attr) const;
+  U32 ArraySize(U32 Entry, U32 ElementSize) const;
+  template <typename PREDICATE>
+  U32 Around(U32 Entry, PREDICATE Wanted) const;
+  template <typename PREDICATE>
+  U32 AroundAnyForm(U32 Entry, PREDICATE Wanted, U32 MaxLevels) const;
+};

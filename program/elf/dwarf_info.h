@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "program/elf/die_index.h"
+#include "program/elf/elf.h"
+#include "program/elf/frame_table.h"
+#include "program/elf/source_table.h"
+
+// Numbers of the entries that the traversal picked out, in file order.
+struct DIE_LISTS {
+  std::vector<U32> aGlobalVars;
+  std::vector<U32> aFunctions;
+  std::vector<U32> aInlinedFuncs;
+  std::vector<U32> aTypes;
+  std::vector<U32> aNamespaces;
+  std::vector<U32> aCompUnits;
+  std::unordered_map<U32, const char*> Names;  // own names of the entries above, texts in the file
+};
+
+// Everything read from the debug information of one file.
+struct DWARF_INFO {
+  explicit DWARF_INFO(const CElfImage& Image) : Session(Image), Reader(Session) {}
+
+  CDwarfSession Session;
+  CDieReader Reader;
+  CDieIndex Index;
+  DIE_LISTS Lists;
+  CSourceTable Sources;
+  CFrameTable Frames;
+  U32 MaxVersion = 0;
+  U32 NumTypeUnits = 0;
+  U32 NumWanted = 0;  // entries that a list took
+  ELF_SRC_LANG Language = ELF_SRC_LANG_C;
+  U32 EntryFunc = 0;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <dwarf.h>
+#include <libdwarf.h>
+
+#include <string>
+#include <vector>
+
+#include "program/elf/elf_image.h"
+
+// One libdwarf session over the debug sections of a file in memory. The image must outlive it.
+class CDwarfSession {
+public:
+  explicit CDwarfSession(const CElfImage& Image);
+  ~CDwarfSession();
+  CDwarfSession(const CDwarfSession&) = delete;
+  CDwarfSession& operator=(const CDwarfSession&) = delete;
+
+  // False if libdwarf refuses the sections. A file without debug sections opens; it then has no handle.
+  bool Open();
+  Dwarf_Debug Handle() const { return pDebug; }
+  // The bytes of a debug section by its standard name; null and size 0 if there is none.
+  const U8* Section(const char* sName, U32& Size) const;
+  bool IsBigEndian() const { return Image.IsBigEndian(); }
+
+  // Sends libdwarf's complaint about a call as a message and releases the error. sItem names the offending value.
+  void Report(Dwarf_Error& Error, const char* sFunction, const char* sItem = nullptr, U64 Value = 0) const;
+  void Drop(Dwarf_Error& Error) const;
+
+private:
+  struct SECTION {
+    const char* sName;
+    const U8* pData;
+    U32 Size;
+    U32 Addr;
+  };
+
+  const CElfImage& Image;
+  std::vector<SECTION> aSections;
+  Dwarf_Obj_Access_Methods Methods = {};
+  Dwarf_Obj_Access_Interface Interface = {};
+  Dwarf_Debug pDebug = nullptr;
+  mutable std::string sLastMessage;
+
+  void CollectSections();
+
+  static int GetSectionInfo(void* pThis, Dwarf_Half Index, Dwarf_Obj_Access_Section* pOut, int* pError);
+  static int LoadSection(void* pThis, Dwarf_Half Index, Dwarf_Small** ppData, int* pError);
+  static Dwarf_Endianness GetByteOrder(void* pThis);
+  static Dwarf_Small GetAddressSize(void* pThis);
+  static Dwarf_Unsigned GetSectionCount(void* pThis);
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+#include "program/elf/dwarf_info.h"
+#include "program/elf/elf_image.h"
+#include "program/elf/symbol_table.h"
+
+// One open program file.
+struct ELF_FILE {
+  bool bLoaded = false;
+  CElfImage Image;
+  CSymbolTable Symbols;
+  std::unique_ptr<DWARF_INFO> pDwarf;      // null where the debug information could not be read
+  mutable ELF_SYM_HANDLE hLastRanges = 0;  // entry whose ranges were asked last
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/types.h"
+
+struct SRC_LINE {
+  U32 Addr;
+  U32 Line;
+  I32 File;  // in CSourceTable, -1 for none
+  U16 Column;
+  U8 Flags;  // ELF_LINE_FLAGS
+};
+
+// The source files of a program with the units that name them, and the rows of all line tables.
+class CSourceTable {
+public:
+  // Position of the path, which is appended when it is new; -1 for the names of no file.
+  I32 Intern(const std::string& sPath);
+  // Notes that the compilation unit with that top entry names the file.
+  void AddUnit(I32 File, U32 UnitEntry);
+  // One file table of a line program: FirstNumber is the number of its first file, aFiles are positions. Its position.
+  I32 AddFileTable(U32 FirstNumber, std::vector<I32> aFiles);
+  // File of a number as DW_AT_decl_file and line rows give it, -1 if there is none.
+  I32 FileOf(I32 FileTable, I64 Number) const;
+  const std::vector<I32>& FilesOf(I32 FileTable) const { return aFileTables[FileTable].aFiles; }
+  void AddLine(const SRC_LINE& Line) { aLines.push_back(Line); }
+
+  U32 NumFiles() const { return static_cast<U32>(aFiles.size()); }
+  const char* Path(U32 File) const { return File < aFiles.size() ? aFiles[File].sPath.c_str() : nullptr; }
+  const std::vector<U32>& UnitsOf(U32 File) const { return aFiles[File].aUnits; }
+  const std::vector<SRC_LINE>& Lines() const { return aLines; }
+
+private:
+  struct FILE_ENTRY {
+    std::string sPath;
+    std::vector<U32> aUnits;
+  };
+  struct FILE_TABLE {
+    U32 FirstNumber;
+    std::vector<I32> aFiles;
+  };
+
+  std::deque<FILE_ENTRY> aFiles;  // a deque, for the hash below points into its texts
+  std::unordered_map<std::string_view, I32> FileByPath;
+  std::vector<FILE_TABLE> aFileTables;
+  std::vector<SRC_LINE> aLines;
+};

@@ -1,0 +1,163 @@
+// Queries about ELF symbols, and those that both kinds of handle answer.
+#include "program/elf/base_type_name.h"
+#include "program/elf/die_lookup.h"
+#include "program/elf/die_ranges.h"
+#include "program/elf/elf_dwarf_names.h"
+#include "program/elf/elf_file.h"
+#include "program/elf/handle.h"
+#include "program/elf/reader_state.h"
+
+namespace {
+
+constexpr U32 MAX_CODE_SIZE = 10000001;  // bytes: an entry that spans as much has no size
+
+U32 HandleKind(ELF_SYM_HANDLE hSym) {
+  const U32 Low = static_cast<U32>(hSym);
+  const bool bValid = hSym >> 32 == ELF_HANDLE_MAGIC && (Low >> HANDLE_NUMBER_BITS & 7) == 0;
+  return bValid ? Low >> 29 : static_cast<U32>(ELF_HANDLE_NONE);
+}
+
+const ELF_SYMBOL* SymbolOf(ELF_SYM_HANDLE hSym) {
+  U32 Index;
+  const ELF_FILE* pFile = FileOfSymbol(hSym, Index);
+  return pFile ? pFile->Symbols.Get(Index) : nullptr;
+}
+
+U32 CodeSize(const DWARF_INFO& Info, U32 Entry) {
+  U32 Lowest = INVALID_ADDR, Highest = 0;
+  for (const ADDR_RANGE& Range : RangesOf(Info, Entry)) {
+    Lowest = std::min(Lowest, Range.Low);
+    Highest = std::max(Highest, Range.High);
+  }
+  return Highest > Lowest && Highest - Lowest < MAX_CODE_SIZE ? Highest - Lowest : 0;
+}
+
+// The ranges of the entry asked last: a caller takes number, lows and highs one after the other.
+const std::vector<ADDR_RANGE>& RangesOfHandle(ELF_SYM_HANDLE hSym) {
+  static std::vector<ADDR_RANGE> aRanges;
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  if (!pFile) {
+    aRanges.clear();
+    return aRanges;
+  }
+  if (pFile->hLastRanges != hSym) aRanges = RangesOf(*pFile->pDwarf, Entry);
+  pFile->hLastRanges = hSym;
+  return aRanges;
+}
+
+}  // namespace
+
+const ELF_FILE* FileOfDie(ELF_SYM_HANDLE hSym, U32& Entry) {
+  if (HandleKind(hSym) != ELF_HANDLE_DWARF) return nullptr;
+  const ELF_FILE* pFile = LoadedFile(ReaderState().pFile.get());
+  Entry = static_cast<U32>(hSym) & MAX_HANDLE_NUMBER;
+  return pFile && pFile->pDwarf && Entry != 0 && Entry <= pFile->pDwarf->Index.Count() ? pFile : nullptr;
+}
+
+const ELF_FILE* FileOfSymbol(ELF_SYM_HANDLE hSym, U32& Index) {
+  if (HandleKind(hSym) != ELF_HANDLE_SYMBOL) return nullptr;
+  const ELF_FILE* pFile = LoadedFile(ReaderState().pFile.get());
+  Index = static_cast<U32>(hSym) & MAX_HANDLE_NUMBER;
+  return pFile && Index < pFile->Symbols.Count() ? pFile : nullptr;
+}
+
+U32 ELF_GetNumSymbols(const ELF_FILE* pFile) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  return pLoaded ? pLoaded->Symbols.Count() : 0;
+}
+
+ELF_SYM_HANDLE ELF_GetSymbolHandle(const ELF_FILE* pFile, U32 Index) {
+  return Index < ELF_GetNumSymbols(pFile) && Index <= MAX_HANDLE_NUMBER ? MakeHandle(ELF_HANDLE_SYMBOL, Index) : 0;
+}
+
+I32 ELF_FindFuncSymbol(const ELF_FILE* pFile, U32 Addr, bool bExact) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  return pLoaded ? pLoaded->Symbols.FindFunction(AddrToFile(Addr), bExact) : -1;
+}
+
+I32 ELF_FindSymbolAt(const ELF_FILE* pFile, U32 Addr, I32 Type) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  return pLoaded ? pLoaded->Symbols.FindAt(AddrToFile(Addr), Type) : -1;
+}
+
+U32 ELF_GetNumFuncSymbols(const ELF_FILE* pFile) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  return pLoaded ? static_cast<U32>(pLoaded->Symbols.Functions().size()) : 0;
+}
+
+ELF_SYM_HANDLE ELF_GetFuncSymbol(const ELF_FILE* pFile, U32 Index) {
+  return Index < ELF_GetNumFuncSymbols(pFile) ? ELF_GetSymbolHandle(pFile, pFile->Symbols.Functions()[Index]) : 0;
+}
+
+ELF_SYMBOL_EXTENT ELF_GetSymbolExtent(const ELF_FILE* pFile) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  return pLoaded ? pLoaded->Symbols.Extent() : ELF_SYMBOL_EXTENT();
+}
+
+ELF_HANDLE_KIND ELF_GetHandleKind(ELF_SYM_HANDLE hSym) {
+  U32 Number;
+  if (FileOfDie(hSym, Number)) return ELF_HANDLE_DWARF;
+  return FileOfSymbol(hSym, Number) ? ELF_HANDLE_SYMBOL : ELF_HANDLE_NONE;
+}
+
+U32 ELF_GetTag(ELF_SYM_HANDLE hSym) {
+  U32 Entry;
+  if (const ELF_FILE* pFile = FileOfDie(hSym, Entry)) return pFile->pDwarf->Index.Get(Entry).Tag;
+  const ELF_SYMBOL* pSymbol = SymbolOf(hSym);
+  return pSymbol ? pSymbol->Type() : ELF_TAG_INVALID;
+}
+
+U32 ELF_GetBinding(ELF_SYM_HANDLE hSym) {
+  const ELF_SYMBOL* pSymbol = SymbolOf(hSym);
+  return pSymbol ? pSymbol->Binding() : ELF_BINDING_NONE;
+}
+
+U32 ELF_GetValue(ELF_SYM_HANDLE hSym) {
+  const ELF_SYMBOL* pSymbol = SymbolOf(hSym);
+  return pSymbol ? AddrToTarget(pSymbol->Value) : 0;
+}
+
+const char* ELF_GetName(ELF_SYM_HANDLE hSym) {
+  static std::string sShortName;
+  U32 Number;
+  if (const ELF_FILE* pFile = FileOfSymbol(hSym, Number)) return pFile->Symbols.Name(Number);
+  const ELF_FILE* pFile = FileOfDie(hSym, Number);
+  const char* sName = pFile ? CDieLookup(*pFile->pDwarf).Name(Number) : nullptr;
+  if (!sName || pFile->pDwarf->Index.Get(Number).Tag != ELF_TAG_BASE_TYPE) return sName;
+  sShortName = ShortBaseTypeName(sName);
+  return sShortName.c_str();
+}
+
+U32 ELF_GetSize(ELF_SYM_HANDLE hSym) {
+  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return pSymbol->Size;
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  if (!pFile) return 0;
+  const U32 Size = CDieLookup(*pFile->pDwarf).TypeSize(Entry);
+  return Size ? Size : CodeSize(*pFile->pDwarf, Entry);
+}
+
+I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym) {
+  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return pSymbol->Section;
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  if (!pFile) return -1;
+  return pFile->Image.FindSection(pFile->pDwarf->Index.UnitOf(Entry).bTypes ? ".debug_types" : ".debug_info");
+}
+
+U32 ELF_GetNumRanges(ELF_SYM_HANDLE hSym) {
+  return SymbolOf(hSym) ? 1 : static_cast<U32>(RangesOfHandle(hSym).size());
+}
+
+U32 ELF_GetRangeLow(ELF_SYM_HANDLE hSym, U32 Index) {
+  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return Index == 0 ? AddrToTarget(pSymbol->Value) : INVALID_ADDR;
+  const std::vector<ADDR_RANGE>& aRanges = RangesOfHandle(hSym);
+  return Index < aRanges.size() ? AddrToTarget(aRanges[Index].Low) : INVALID_ADDR;
+}
+
+U32 ELF_GetRangeHigh(ELF_SYM_HANDLE hSym, U32 Index) {
+  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return Index == 0 ? EndToTarget(pSymbol->Value + pSymbol->Size) : 0;
+  const std::vector<ADDR_RANGE>& aRanges = RangesOfHandle(hSym);
+  return Index < aRanges.size() ? EndToTarget(aRanges[Index].High) : 0;
+}
