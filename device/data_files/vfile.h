@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QString>
+#include <mutex>
 
 #include "base/mem_block.h"
 #include "base/sinks.h"
@@ -29,7 +30,7 @@ struct MEM_RECORD {
 QMemBlocks MakeMemBlocks(U32 NumRecords, const MEM_RECORD* paRecords);
 
 // Main thread; each call blocks until the file is done, with the progress sink as the only sign of life. The two
-// Read...Segments operations and SetProgram belong to the program database and may be called on any thread.
+// operations with Program in their names belong to the program database and may be called on any thread.
 class CFileWorker : public QObject {
   Q_OBJECT
 
@@ -37,8 +38,8 @@ public:
   // The only instance, made on first use.
   static CFileWorker* Get();
 
-  // Blocks of the file, sorted, without overlaps and adjacent pairs. DefaultAddr places a binary file; -1 leaves it at
-  // 0. Empty when the path is no regular file, its class is unknown, or a record is corrupt (one error line then).
+  // Blocks of the file, sorted, without overlaps and adjacent pairs. DefaultAddr places a binary file; -1 leaves it
+  // at 0. Empty when the path is no regular file, its class is unknown, or a record is corrupt (one error line then).
   // An ELF class path answers with the segments of the program that is open, whatever the path names.
   QMemBlocks ReadDataFile(const QString& sPath, I64 DefaultAddr = -1);
   // Writes NumBytes bytes; returns 0 and emits FileSaved, or removes the file and returns -1.
@@ -58,6 +59,7 @@ Q_SIGNALS:
 private:
   CFileWorker() = default;
 
+  std::mutex m_ProgramMutex;  // the program may be closed on another thread
   const ELF_FILE* m_pProgram = nullptr;
   PROGRESS_SINK m_Progress;
   MessageSink m_Sink;

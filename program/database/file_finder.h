@@ -16,8 +16,8 @@ public:
   // The only instance, made on first use.
   static CFileFinder* Get();
 
-  // The path of an existing file or, if none is found, the path as expanded. Notes the outcome for the statistics and
-  // the console.
+  // The path of an existing file. When there is none: an absolute path comes back as expanded, a relative one that was
+  // searched for without success gives an empty text. Notes the outcome for the statistics and the console.
   QString ResolvePath(const QString& sPath);
   // The same search without noting the outcome. Any thread.
   QString FindFile(const QString& sPath) const;
@@ -29,7 +29,7 @@ public:
   void AddPathSubstitute(const QString& sOldPart, const QString& sNewPart);
   void AddSearchPath(const QString& sPath);
   void AddRootPath(const QString& sPath);
-  // The original path whose alias is sPath, case insensitive, or sPath itself.
+  // The alias target that equals sPath without regard to case, or sPath itself.
   QString GetAliasOf(const QString& sPath) const;
   // Forgets the project's settings, log state and statistics.
   void Clear();

@@ -1,0 +1,137 @@
+// Source files: identifiers, ranges, redirection; and the state of the program as a whole.
+
+#include "base/text.h"
+#include "program/database/database.h"
+#include "program/database/file_finder.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+// File of the program that the finder finds at this path; -1 if none. The paths are found again when the finder's
+// settings have changed.
+FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
+  const CFileFinder* pFinder = CFileFinder::Get();
+  const U32 Generation = pFinder->GetGeneration();
+  if (!Db->FoundPaths || Db->FoundPaths->Generation != Generation) {
+    Db->FoundPaths.emplace();
+    Db->FoundPaths->Generation = Generation;
+    for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
+      const QString sKey = NormalisedPath(pFinder->FindFile(Db->Files.At(i).sOwnPath)).toLower();
+      if (!sKey.isEmpty() && !Db->FoundPaths->Files.contains(sKey)) Db->FoundPaths->Files.insert(sKey, i);
+    }
+  }
+  return Db->FoundPaths->Files.value(NormalisedPath(sPath).toLower(), -1);
+}
+
+}  // namespace
+
+U32 ELFAPI_FileId(const QString& sPath) {
+  const CDatabaseLock Db;
+  const U32 Id = Db->Files.IdOfPath(sPath);
+  if (Id != INVALID_FILE_ID || sPath.isEmpty()) return Id;
+  const FILE_INDEX Found = FindByFoundPath(Db, sPath);
+  return Found < 0 ? INVALID_FILE_ID : Db->Files.At(Found).Id;
+}
+
+QString ELFAPI_GetFilePathOf(U32 FileId) {
+  const CDatabaseLock Db;
+  const QList<FILE_INDEX> Files = Db->Files.FindId(FileId);
+  return Files.isEmpty() ? QString() : Db->Files.At(Files.first()).sPath;
+}
+
+CAddrRange ELFAPI_GetFileRange(U32 FileId) {
+  const QAddrRanges Ranges = ELFAPI_GetFileRanges(FileId);
+  return Ranges.isEmpty() ? CAddrRange() : CAddrRange{Ranges.first().Start, Ranges.last().End() - Ranges.first().Start};
+}
+
+QAddrRanges ELFAPI_GetFileRanges(U32 FileId) {
+  const CDatabaseLock Db;
+  QAddrRanges Ranges;
+  for (const FILE_INDEX File : Db->Files.FindId(FileId)) Ranges += Db->Files.At(File).Ranges;
+  return MergedRanges(Ranges);
+}
+
+void ELFAPI_RedirectFile(const QString& sOldPath, const QString& sNewPath) {
+  const CDatabaseLock Db;
+  if (!Db->Files.Redirect(sOldPath, sNewPath)) return;
+  // What was remembered names the old identifier.
+  Db->Caches.DeclLocs.clear();
+  Db->Caches.CallLocs.clear();
+}
+
+bool ELFAPI_FileExists(U32 FileId) {
+  const CDatabaseLock Db;
+  const QList<FILE_INDEX> Files = Db->Files.FindId(FileId);
+  return !Files.isEmpty() && Db->Files.At(Files.first()).bExists;
+}
+
+QStringList ELFAPI_GetSourceFiles() {
+  const CDatabaseLock Db;
+  QStringList Existing, Redirected;
+  for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
+    const FILE_ENTRY& File = Db->Files.At(i);
+    if (File.bRedirected) {
+      if (!Redirected.contains(File.sPath)) Redirected.append(File.sPath);
+    } else if (File.bExists) {
+      Existing.append(File.sPath);
+    }
+  }
+  return Existing + Redirected;
+}
+
+U32 ELFAPI_GetFileAt(U32 Addr) {
+  const CDatabaseLock Db;
+  const QList<U64> Files = Db->FileTree.Find(Addr);
+  return Files.isEmpty() ? INVALID_FILE_ID : Db->Files.At(static_cast<FILE_INDEX>(Files.last())).Id;
+}
+
+QString ELFAPI_GetFilePath() {
+  const CDatabaseLock Db;
+  return Db->sPath;
+}
+
+ELF_SRC_LANG ELFAPI_GetSrcLang() {
+  const CDatabaseLock Db;
+  return ELF_GetSrcLang(Db->pElf);
+}
+
+U32 ELFAPI_GetEncoding() {
+  const CDatabaseLock Db;
+  return Db->pElf ? ELF_GetEncoding(Db->pElf) : ELF_ENCODING_INVALID;
+}
+
+U32 ELFAPI_GetEntryPC() {
+  const CDatabaseLock Db;
+  const U32 Entry = ELF_GetEntryPoint(Db->pElf);
+  return Entry == INVALID_ADDR ? Entry : ELF_RelocToFile(Entry, 1, 0);
+}
+
+ELF_SYM_HANDLE ELFAPI_GetEntryFunc() {
+  const CDatabaseLock Db;
+  return ELF_GetEntryFunc(Db->pElf);
+}
+
+std::pair<U32, U32> ELFAPI_GetProgramExtent() {
+  const CDatabaseLock Db;
+  return {Db->LowestAddr, Db->HighestAddr};
+}
+
+QMemBlocks ELFAPI_GetDataSegments() {
+  const CDatabaseLock Db;
+  return Db->DataSegments;
+}
+
+U32 ELFAPI_GetNumDiscardedLines() {
+  const CDatabaseLock Db;
+  return Db->NumDiscardedLines;
+}
+
+CAddrRange ELFAPI_GetCfiBlock(U32 PC) {
+  const CDatabaseLock Db;
+  return Db->Cfi.Find(PC);
+}
+
+U32 ELFAPI_GetNumCfiBlocks() {
+  const CDatabaseLock Db;
+  return Db->Cfi.Count();
+}

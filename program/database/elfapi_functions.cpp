@@ -1,0 +1,75 @@
+// Functions by address, and the lists of symbols.
+
+#include "program/database/database.h"
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+namespace {
+
+bool HasTag(ELF_SYM_HANDLE Sym, U32 Tag) {
+  return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF && ELF_GetTag(Sym) == Tag;
+}
+
+}  // namespace
+
+ELF_SYM_HANDLE ELFAPI_GetFuncAt(U32 Addr, bool bOuterOnly) {
+  const ELF_SYM_LIST Hits = ELFAPI_GetFuncsAt(Addr);
+  if (Hits.isEmpty()) return 0;
+  for (auto it = Hits.crbegin(); !bOuterOnly && it != Hits.crend(); ++it) {
+    if (HasTag(*it, ELF_TAG_INLINED_FUNC)) return *it;
+  }
+  for (const ELF_SYM_HANDLE Func : Hits) {
+    if (HasTag(Func, ELF_TAG_FUNC)) return Func;
+  }
+  return Hits.first();
+}
+
+ELF_SYM_LIST ELFAPI_GetFuncsAt(U32 Addr) {
+  const CDatabaseLock Db;
+  return Db->Functions.At(Addr);
+}
+
+ELF_SYM_HANDLE ELFAPI_GetFuncOfLoc(const CSrcLoc& Loc) {
+  const CDatabaseLock Db;
+  U32 Addr = ELFAPI_GetAddrOfLoc(Loc);
+  if (Addr == INVALID_ADDR) Addr = ELFAPI_GetAddrOfLoc(ELFAPI_PrevSrcLoc(Loc));
+  return Addr == INVALID_ADDR ? 0 : ELFAPI_GetFuncAt(Addr);
+}
+
+ELF_SYM_LIST ELFAPI_GetFunctions() {
+  const CDatabaseLock Db;
+  return Db->Functions.Functions();
+}
+
+ELF_SYM_LIST ELFAPI_GetNoFileFunctions() {
+  const CDatabaseLock Db;
+  if (!Db->NoFileFuncs) {
+    Db->NoFileFuncs.emplace();
+    for (const ELF_SYM_HANDLE Func : Db->Functions.Functions()) {
+      const U32 Addr = ELFAPI_GetAddr(Func);
+      if (Addr != INVALID_ADDR && Db->FileTree.Find(Addr).isEmpty()) Db->NoFileFuncs->append(Func);
+    }
+  }
+  return *Db->NoFileFuncs;
+}
+
+ELF_SYM_LIST ELFAPI_GetGlobalVars() {
+  const CDatabaseLock Db;
+  return Db->GlobalVars;
+}
+
+ELF_SYM_LIST ELFAPI_GetInlinedFuncs(ELF_SYM_HANDLE Func) {
+  const CDatabaseLock Db;
+  const ELF_SYM_LIST Instances = Db->Functions.InstancesOf(Func);
+  if (!Instances.isEmpty()) return Instances;
+  // The function's own code is a concrete instance of the abstract one, too.
+  const ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Func);
+  return Origin != 0 ? Db->Functions.InstancesOf(Origin) : ELF_SYM_LIST();
+}
+
+ELF_SYM_LIST ELFAPI_GetFileFunctions(U32 FileId) {
+  const CDatabaseLock Db;
+  ELF_SYM_LIST Functions;
+  for (const FILE_INDEX File : Db->Files.FindId(FileId)) Functions += Db->FileFuncs.value(File);
+  return Functions;
+}

@@ -1,0 +1,118 @@
+// The part of a load that builds the tables of source files and lines.
+
+#include <algorithm>
+
+#include "program/database/core_link.h"
+#include "program/database/database.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+// Positions in the file table of the reader's files, each looked up once.
+class CReaderFiles {
+public:
+  CReaderFiles(DATABASE& Db) : m_Db(Db), m_Indices(ELF_GetNumSrcFiles(Db.pElf), -1) {}
+
+  FILE_INDEX OfReaderFile(U32 ReaderFile) {
+    FILE_INDEX& Index = m_Indices[ReaderFile];
+    if (Index < 0) Index = m_Db.Files.Add(QString::fromUtf8(ELF_GetSrcFile(m_Db.pElf, ReaderFile)));
+    return Index;
+  }
+
+  // -1 for a line entry without file.
+  FILE_INDEX OfLine(U32 Line) {
+    const I32 ReaderFile = ELF_GetSrcLineFileIndex(m_Db.pElf, Line);
+    if (ReaderFile >= 0 && static_cast<size_t>(ReaderFile) < m_Indices.size()) {
+      return OfReaderFile(static_cast<U32>(ReaderFile));
+    }
+    const char* sFile = ELF_GetSrcLineFile(m_Db.pElf, Line);
+    return sFile && *sFile ? m_Db.Files.Add(QString::fromUtf8(sFile)) : -1;
+  }
+
+private:
+  DATABASE& m_Db;
+  std::vector<FILE_INDEX> m_Indices;
+};
+
+void AddLines(DATABASE& Db, CReaderFiles& ReaderFiles) {
+  const U32 Floor = LowestFuncAddr(Db.pElf);
+  const U32 NumLines = ELF_GetNumSrcLines(Db.pElf);
+  Db.Lines.Reserve(NumLines);
+  for (U32 i = 0; i < NumLines; ++i) {
+    // The end of a run of code would take the first address of whatever stands behind it.
+    if (ELF_GetSrcLineFlags(Db.pElf, i) & ELF_LINE_END_SEQUENCE) continue;
+    const U32 Addr = ELF_GetSrcLineAddr(Db.pElf, i);
+    if (Addr < Floor) {
+      ++Db.NumDiscardedLines;
+      continue;
+    }
+    const FILE_INDEX File = ReaderFiles.OfLine(i);
+    if (File < 0) continue;
+    const I32 Column = ELF_GetSrcLineColumn(Db.pElf, i);
+    Db.Lines.Add(
+        {Addr, File, static_cast<U32>(ELF_GetSrcLineNumber(Db.pElf, i)), Column > 0 ? static_cast<U32>(Column) : 0});
+  }
+}
+
+void SetFileExtents(DATABASE& Db) {
+  for (const LINE_ENTRY& Entry : Db.Lines.Entries()) {
+    FILE_ENTRY& File = Db.Files.At(Entry.File);
+    File.LowAddr = std::min(File.LowAddr, Entry.Addr);
+    File.HighAddr = std::max(File.HighAddr, Entry.Addr);
+  }
+  if (Db.Lines.Entries().empty()) return;
+  Db.LowestAddr = std::min(Db.LowestAddr, Db.Lines.Entries().front().Addr);
+  Db.HighestAddr = std::max(Db.HighestAddr, Db.Lines.Entries().back().Addr);
+}
+
+// The ranges of each unit, read once for all its files.
+using UNIT_RANGES = QHash<ELF_SYM_HANDLE, QAddrRanges>;
+
+void AddUnitRanges(FILE_ENTRY& File, ELF_SYM_HANDLE Unit, UNIT_RANGES& UnitRanges) {
+  auto it = UnitRanges.find(Unit);
+  if (it == UnitRanges.end()) it = UnitRanges.insert(Unit, MergedRanges(CodeRangesOf(Unit)));
+  for (const CAddrRange& Range : it.value()) {
+    if (Range.Start <= File.HighAddr && Range.End() > File.LowAddr) File.Ranges.append(Range);
+  }
+}
+
+void SetFileRanges(DATABASE& Db, CReaderFiles& ReaderFiles) {
+  UNIT_RANGES UnitRanges;
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(Db.pElf); ++i) {
+    FILE_ENTRY& File = Db.Files.At(ReaderFiles.OfReaderFile(i));
+    if (File.HighAddr < File.LowAddr) continue;
+    for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(Db.pElf, i); ++Unit) {
+      AddUnitRanges(File, ELF_GetSrcFileUnit(Db.pElf, i, Unit), UnitRanges);
+    }
+  }
+  for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) Db.Files.At(i).Ranges = MergedRanges(Db.Files.At(i).Ranges);
+}
+
+void RemoveStrayLines(DATABASE& Db) {
+  Db.Lines.Remove([&Db](const LINE_ENTRY& Entry) {
+    const CAddrRange Range = Db.Files.At(Entry.File).Range();
+    return !Range.IsNone() && !Range.Contains(Entry.Addr);
+  });
+  Db.Lines.BuildIndex();
+}
+
+}  // namespace
+
+void LoadFilesAndLines(DATABASE& Db, const std::function<void(const char*)>& StepDone) {
+  CReaderFiles ReaderFiles(Db);
+  for (U32 i = 0; i < ELF_GetNumSrcLines(Db.pElf); ++i) ReaderFiles.OfLine(i);
+  StepDone("Parsed source file paths found in address mapping table");
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(Db.pElf); ++i) ReaderFiles.OfReaderFile(i);
+  StepDone("Parsed source file paths found in source files table");
+  Db.Files.TestExistence();
+  StepDone("Initialized file exists flags");
+  AddLines(Db, ReaderFiles);
+  StepDone("Parsed source to address mapping table");
+  Db.Lines.Sort();
+  SetFileExtents(Db);
+  StepDone("Sorted program address list");
+  SetFileRanges(Db, ReaderFiles);
+  StepDone("parsed file address ranges");
+  RemoveStrayLines(Db);
+  StepDone("Cleaned up address mapping table");
+}

@@ -1,0 +1,100 @@
+// The part of a load that builds the tables of symbols and functions.
+
+#include <algorithm>
+
+#include "base/msg_flags.h"
+#include "program/database/database.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+using LIST_SIZE = U32 (*)(const ELF_FILE*);
+using LIST_ENTRY = ELF_SYM_HANDLE (*)(const ELF_FILE*, U32);
+
+ELF_SYM_LIST ReadList(const ELF_FILE* pElf, LIST_SIZE GetSize, LIST_ENTRY GetEntry) {
+  ELF_SYM_LIST Symbols;
+  U32 NumNull = 0;
+  for (U32 i = 0; i < GetSize(pElf); ++i) {
+    const ELF_SYM_HANDLE Sym = GetEntry(pElf, i);
+    if (Sym != 0) {
+      Symbols.append(Sym);
+    } else {
+      ++NumNull;
+    }
+  }
+  if (NumNull > 0) {
+    DatabaseLog(QStringLiteral("Warning: found %1 null pointers in symbol list").arg(NumNull),
+                MSG_WARNING | MSG_TO_STDOUT | MSG_TO_FILE);
+  }
+  return Symbols;
+}
+
+void ReadLists(DATABASE& Db) {
+  const ELF_SYM_LIST Inlined = ReadList(Db.pElf, ELF_GetNumInlinedFuncs, ELF_GetInlinedFunc);
+  const ELF_SYM_LIST Functions = ReadList(Db.pElf, ELF_GetNumFunctions, ELF_GetFunction);
+  Db.GlobalVars = ReadList(Db.pElf, ELF_GetNumGlobalVars, ELF_GetGlobalVar);
+  Db.Namespaces = ReadList(Db.pElf, ELF_GetNumNamespaces, ELF_GetNamespace);
+  Db.Types = ReadList(Db.pElf, ELF_GetNumTypes, ELF_GetTypeEntry);
+  Db.NamedSymbols = Inlined + Functions + Db.GlobalVars + Db.Namespaces;
+}
+
+QString FileNameOf(const QString& sPath) {
+  return sPath.mid(std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\'))) + 1);
+}
+
+// Names of the main files of all compilation units.
+QSet<QString> UnitFileNames(const ELF_FILE* pElf) {
+  QSet<ELF_SYM_HANDLE> Units;
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(pElf); ++i) {
+    for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(pElf, i); ++Unit) Units.insert(ELF_GetSrcFileUnit(pElf, i, Unit));
+  }
+  QSet<QString> Names;
+  for (const ELF_SYM_HANDLE Unit : Units) Names.insert(FileNameOf(QString::fromUtf8(ELF_GetName(Unit))));
+  return Names;
+}
+
+void BuildFileTree(DATABASE& Db) {
+  // The main file of a unit shares its ranges with the headers in it, and the last file found is the answer.
+  const QSet<QString> UnitNames = UnitFileNames(Db.pElf);
+  for (const bool bMainFiles : {false, true}) {
+    for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) {
+      const FILE_ENTRY& File = Db.Files.At(i);
+      if (UnitNames.contains(FileNameOf(File.sOwnPath)) != bMainFiles) continue;
+      for (const CAddrRange& Range : File.Ranges) {
+        Db.FileTree.Add(Range.Start, Range.Start + (Range.Size > 2 ? Range.Size - 2 : 0), static_cast<U64>(i));
+      }
+    }
+  }
+  Db.FileTree.Build();
+}
+
+void HashFileFunctions(DATABASE& Db, const ELF_SYM_LIST& Functions) {
+  for (const ELF_SYM_HANDLE Func : Functions) {
+    const QAddrRanges Ranges = CodeRangesOf(Func);
+    const QList<U64> Files = Ranges.isEmpty() ? QList<U64>() : Db.FileTree.Find(Ranges.first().Start);
+    if (!Files.isEmpty()) Db.FileFuncs[static_cast<FILE_INDEX>(Files.last())].append(Func);
+  }
+}
+
+}  // namespace
+
+void LoadSymbols(DATABASE& Db, const std::function<void(const char*)>& StepDone) {
+  ReadLists(Db);
+  StepDone("Build debug symbol lists");
+  Db.Functions.BuildInlined(Db.pElf);
+  StepDone("Hashed function inline expansions");
+  Db.Symbols.Build(Db.pElf);
+  StepDone("Build symbol table");
+  Db.Functions.BuildLists(Db.pElf, Db.Symbols.FuncSymbols());
+  StepDone("Build functions list");
+  Db.Functions.BuildTree();
+  StepDone("build function interval tree");
+  BuildFileTree(Db);
+  StepDone("build file interval tree");
+  HashFileFunctions(Db, Db.Functions.Functions());
+  HashFileFunctions(Db, Db.Functions.Inlined());
+  StepDone("hashed file functions");
+  Db.Cfi.Build(Db.pElf);
+  StepDone("parsed call frame information");
+  Db.RttBlockSym = ELF_FindRttControlBlock(Db.pElf);
+}

@@ -1,0 +1,176 @@
+// What is known of one symbol.
+
+#include <algorithm>
+
+#include "program/database/database.h"
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+namespace {
+
+constexpr int MAX_SCOPE_DEPTH = 32;  // enclosing classes and namespaces followed for a qualified name
+
+bool IsDebugSymbol(ELF_SYM_HANDLE Sym) {
+  return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF;
+}
+
+// Answer of a query that is remembered for the handle.
+template <typename VALUE, typename QUERY>
+VALUE Cached(QHash<ELF_SYM_HANDLE, VALUE>& Cache, ELF_SYM_HANDLE Sym, QUERY Query) {
+  const auto it = Cache.constFind(Sym);
+  if (it != Cache.cend()) return it.value();
+  const VALUE Value = Query();
+  Cache.insert(Sym, Value);
+  return Value;
+}
+
+// Class or namespace that a symbol belongs to; none for what is inside a function.
+ELF_SYM_HANDLE OwnerOf(ELF_SYM_HANDLE Sym) {
+  const U32 Tag = ELF_GetTag(Sym);
+  if ((Tag == ELF_TAG_VARIABLE || Tag == ELF_TAG_PARAMETER) && ELF_GetContainingFunc(Sym) != 0) return 0;
+  const ELF_SYM_HANDLE Class = ELF_GetContainingClass(Sym);
+  const ELF_SYM_HANDLE Owner = Class != 0 ? Class : ELF_GetContainingNamespace(Sym);
+  if (Owner != 0 || Tag != ELF_TAG_INLINED_FUNC) return Owner;
+  const ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Sym);
+  return Origin != 0 && Origin != Sym ? ELF_GetContainingNamespace(Origin) : 0;
+}
+
+QString ScopeNameOf(ELF_SYM_HANDLE Sym) {
+  QString sScope;
+  ELF_SYM_HANDLE Owner = IsDebugSymbol(Sym) ? OwnerOf(Sym) : 0;
+  for (int Depth = 0; Owner != 0 && Owner != Sym && Depth < MAX_SCOPE_DEPTH; ++Depth) {
+    const QString sName = ELFAPI_GetName(Owner);
+    if (!sName.isEmpty()) sScope = sScope.isEmpty() ? sName : sName + QStringLiteral("::") + sScope;
+    const ELF_SYM_HANDLE Next = OwnerOf(Owner);
+    if (Next == Owner) break;
+    Owner = Next;
+  }
+  return sScope;
+}
+
+U32 AttrU32(ELF_SYM_HANDLE Sym, U32 Attr) {
+  I64 Value = 0;
+  return ELF_GetAttrValue(Sym, Attr, &Value) == 0 && Value > 0 && Value <= 0xFFFFFFFFll ? static_cast<U32>(Value) : 0;
+}
+
+// Location in the file that the reader gives for the symbol; none without line.
+CSrcLoc LocFromAttrs(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym, U32 LineAttr, U32 ColumnAttr) {
+  const U32 Line = AttrU32(Sym, LineAttr);
+  const char* sFile = Line != 0 ? ELF_GetDeclFile(Sym) : nullptr;
+  if (!sFile) return {};
+  const U32 File = Db->Files.IdOfPath(QString::fromUtf8(sFile));
+  return File == INVALID_FILE_ID ? CSrcLoc() : CSrcLoc{File, Line, AttrU32(Sym, ColumnAttr)};
+}
+
+}  // namespace
+
+U32 ELFAPI_GetTag(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return ELF_GetTag(Sym);
+}
+
+QString ELFAPI_GetName(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return Cached(Db->Caches.Names, Sym, [Sym] { return QString::fromUtf8(ELF_GetName(Sym)); });
+}
+
+QString ELFAPI_GetQualifiedName(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  const QString sScope = ELFAPI_GetScopeName(Sym);
+  return sScope.isEmpty() ? ELFAPI_GetName(Sym) : sScope + QStringLiteral("::") + ELFAPI_GetName(Sym);
+}
+
+QString ELFAPI_GetScopeName(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return Cached(Db->Caches.ScopeNames, Sym, [Sym] { return ScopeNameOf(Sym); });
+}
+
+U32 ELFAPI_GetSize(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  if (!IsDebugSymbol(Sym) || !ELFAPI_IsFunction(Sym)) return ELF_GetSize(Sym);
+  U32 NumBytes = 0;
+  for (const CAddrRange& Range : ELFAPI_GetAddrRanges(Sym)) NumBytes += Range.Size;
+  return NumBytes;
+}
+
+U32 ELFAPI_GetAddr(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  if (ELFAPI_IsElfSymbol(Sym)) return ElfSymbolAddr(Sym);
+  if (ELFAPI_IsFunction(Sym)) {
+    const CAddrRange Range = ELFAPI_GetAddrRange(Sym);
+    return Range.IsNone() ? INVALID_ADDR : Range.Start;
+  }
+  if (!ELFAPI_IsVariable(Sym) || ELF_GetContainingFunc(Sym) != 0) return INVALID_ADDR;
+  return Db->Symbols.ObjectAddr(ELFAPI_GetName(Sym));
+}
+
+CAddrRange ELFAPI_GetAddrRange(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  const QAddrRanges Ranges = CodeRangesOf(Sym);
+  return Ranges.isEmpty() ? CAddrRange() : Ranges.first();
+}
+
+QAddrRanges ELFAPI_GetAddrRanges(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return Cached(Db->Caches.Ranges, Sym, [Sym] { return MergedRanges(CodeRangesOf(Sym)); });
+}
+
+CSrcLoc ELFAPI_GetDeclLoc(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  if (!IsDebugSymbol(Sym)) return {};
+  return Cached(Db->Caches.DeclLocs, Sym, [&Db, Sym] {
+    // The reader's file of an inlined instance is that of the call.
+    const ELF_SYM_HANDLE Declared = ELFAPI_IsInlined(Sym) ? ELF_GetAbstractOrigin(Sym) : Sym;
+    return LocFromAttrs(Db, Declared, ELF_ATTR_DECL_LINE, ELF_ATTR_DECL_COLUMN);
+  });
+}
+
+CSrcLoc ELFAPI_GetCallLoc(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  if (!ELFAPI_IsInlined(Sym)) return {};
+  return Cached(Db->Caches.CallLocs, Sym,
+                [&Db, Sym] { return LocFromAttrs(Db, Sym, ELF_ATTR_CALL_LINE, ELF_ATTR_CALL_COLUMN); });
+}
+
+CSrcLoc ELFAPI_GetLoc(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  const CSrcLoc CallLoc = ELFAPI_GetCallLoc(Sym);
+  if (CallLoc.IsValid()) return CallLoc;
+  const CSrcLoc DeclLoc = ELFAPI_GetDeclLoc(Sym);
+  return DeclLoc.IsValid() ? DeclLoc : ELFAPI_GetFirstSrcLoc(ELFAPI_GetAddr(Sym));
+}
+
+ELF_SYM_HANDLE ELFAPI_GetFunctionOf(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return ELF_GetContainingFunc(Sym);
+}
+
+bool ELFAPI_IsFunction(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  if (!IsDebugSymbol(Sym)) return IsElfFuncSymbol(Sym);
+  const U32 Tag = ELF_GetTag(Sym);
+  return Tag == ELF_TAG_FUNC || Tag == ELF_TAG_INLINED_FUNC;
+}
+
+bool ELFAPI_IsVariable(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  const U32 Tag = ELF_GetTag(Sym);
+  if (!IsDebugSymbol(Sym)) return ELFAPI_IsElfSymbol(Sym) && Tag == ELF_SYMBOL_OBJECT;
+  return Tag == ELF_TAG_VARIABLE || Tag == ELF_TAG_PARAMETER;
+}
+
+bool ELFAPI_IsInlined(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return IsDebugSymbol(Sym) && ELF_GetTag(Sym) == ELF_TAG_INLINED_FUNC;
+}
+
+bool ELFAPI_IsElfSymbol(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  return ELF_GetHandleKind(Sym) == ELF_HANDLE_SYMBOL;
+}
+
+bool ELFAPI_IsInFunction(ELF_SYM_HANDLE Func, U32 PC) {
+  const CDatabaseLock Db;
+  const QAddrRanges Ranges = ELFAPI_GetAddrRanges(Func);
+  return std::any_of(Ranges.begin(), Ranges.end(), [PC](const CAddrRange& Range) { return Range.Contains(PC); });
+}

@@ -1,0 +1,80 @@
+#include "program/database/function_table.h"
+
+#include <map>
+
+#include "program/database/elf_symbol_index.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+// The function that holds a start address so far.
+struct CANDIDATE {
+  U32 Size = 0;
+  ELF_SYM_HANDLE Func = 0;
+};
+
+using CANDIDATES = std::map<U32, CANDIDATE>;
+
+void Compete(CANDIDATES& Candidates, U32 Start, U32 Size, ELF_SYM_HANDLE Func) {
+  const auto [it, bIsNew] = Candidates.try_emplace(Start, CANDIDATE{Size, Func});
+  if (!bIsNew && Size > it->second.Size) it->second = {Size, Func};
+}
+
+QAddrRanges ElfSymbolRanges(ELF_SYM_HANDLE Sym) {
+  const CAddrRange Range{ElfSymbolAddr(Sym), ELF_GetSize(Sym)};
+  return Range.IsNone() ? QAddrRanges() : QAddrRanges{Range};
+}
+
+}  // namespace
+
+QAddrRanges CodeRangesOf(ELF_SYM_HANDLE Func) {
+  if (ELF_GetHandleKind(Func) == ELF_HANDLE_SYMBOL) return ElfSymbolRanges(Func);
+  QAddrRanges Ranges;
+  for (U32 i = 0; i < ELF_GetNumRanges(Func); ++i) {
+    const U32 Low = ELF_GetRangeLow(Func, i);
+    const U32 High = ELF_GetRangeHigh(Func, i);
+    if (Low != 0 && Low < High) Ranges.append({Low, High - Low});
+  }
+  return Ranges;
+}
+
+void CFunctionTable::BuildInlined(const ELF_FILE* pElf) {
+  for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pElf); ++i) {
+    const ELF_SYM_HANDLE Instance = ELF_GetInlinedFunc(pElf, i);
+    if (Instance == 0) continue;
+    m_Inlined.append(Instance);
+    m_Instances[ELF_GetAbstractOrigin(Instance)].append(Instance);
+  }
+}
+
+void CFunctionTable::BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFuncSymbols) {
+  CANDIDATES Candidates;
+  ELF_SYM_LIST OnlyInlined;
+  for (U32 i = 0; i < ELF_GetNumFunctions(pElf); ++i) {
+    const ELF_SYM_HANDLE Func = ELF_GetFunction(pElf, i);
+    const QAddrRanges Ranges = CodeRangesOf(Func);
+    if (!Ranges.isEmpty()) {
+      Compete(Candidates, Ranges.first().Start, Ranges.first().Size, Func);
+    } else if (m_Instances.contains(Func)) {
+      OnlyInlined.append(Func);
+    }
+  }
+  for (const ELF_SYM_HANDLE Sym : ElfFuncSymbols) Compete(Candidates, ElfSymbolAddr(Sym), ELF_GetSize(Sym), Sym);
+  for (const auto& [Start, Candidate] : Candidates) m_Functions.append(Candidate.Func);
+  m_Functions += OnlyInlined;
+}
+
+void CFunctionTable::AddToTree(const ELF_SYM_LIST& Functions) {
+  for (const ELF_SYM_HANDLE Func : Functions) {
+    for (const CAddrRange& Range : CodeRangesOf(Func)) {
+      // The last instruction's second halfword may belong to nothing else, but no instruction starts there.
+      m_Tree.Add(Range.Start, Range.Start + (Range.Size > 2 ? Range.Size - 2 : 0), Func);
+    }
+  }
+}
+
+void CFunctionTable::BuildTree() {
+  AddToTree(m_Functions);
+  AddToTree(m_Inlined);
+  m_Tree.Build();
+}

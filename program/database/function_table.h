@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QHash>
+#include <functional>
+
+#include "base/addr_range.h"
+#include "base/elf_sym.h"
+#include "program/database/interval_tree.h"
+
+struct ELF_FILE;
+
+// Code ranges of a function or inlined instance as the reader gives them, the entry's range first; ranges that start at
+// 0 belong to code that the linker dropped and are left out.
+QAddrRanges CodeRangesOf(ELF_SYM_HANDLE Func);
+
+// The functions of the program and what is inlined in them.
+class CFunctionTable {
+public:
+  void Clear() { *this = CFunctionTable(); }
+  // The steps of building, in this order.
+  void BuildInlined(const ELF_FILE* pElf);
+  void BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFuncSymbols);
+  void BuildTree();
+
+  // Sorted by address; functions that exist only as inlined instances have none and stand last.
+  const ELF_SYM_LIST& Functions() const { return m_Functions; }
+  const ELF_SYM_LIST& Inlined() const { return m_Inlined; }
+  // Instances of an abstract function.
+  ELF_SYM_LIST InstancesOf(ELF_SYM_HANDLE Func) const { return m_Instances.value(Func); }
+  // Functions and inlined instances that cover the address, outermost first.
+  ELF_SYM_LIST At(U32 Addr) const { return m_Tree.Find(Addr); }
+
+private:
+  void AddToTree(const ELF_SYM_LIST& Functions);
+
+  ELF_SYM_LIST m_Functions;
+  ELF_SYM_LIST m_Inlined;
+  QHash<ELF_SYM_HANDLE, ELF_SYM_LIST> m_Instances;
+  CIntervalTree m_Tree;
+};
