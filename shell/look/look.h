@@ -1,0 +1,37 @@
+#pragma once
+// Colours, fonts and icons as windows use them. Main thread.
+
+#include <QColor>
+#include <QFont>
+#include <QIcon>
+#include <QString>
+
+#include "base/types.h"
+
+// The live colour (COLOR_ID), palette roles resolved.
+QColor GetColor(U32 ID);
+// Tells the colour table what the application's palette is; at start and when the palette changes.
+void UpdatePaletteColors();
+// Whether the desktop's palette is a dark one.
+bool IsDarkPalette();
+
+// The font that is set for an identifier (FONT_ID), else the one that it inherits.
+QFont GetFont(U32 ID);
+// Sets it; a font equal to the inherited one removes the entry. FONT_APP is also the application's font unless
+// bApply is false. With bSave it is kept in the settings. Returns 0, or -1 for an unknown identifier.
+int SetFont(U32 ID, const QFont& Font, bool bSave, bool bApply = true);
+// The fixed-pitch form of a font.
+QFont MonospacedForm(const QFont& Font);
+// Height of a line and width of a text in logical pixels.
+int GetFontHeight(U32 ID);
+int GetTextWidth(U32 ID, const QString& sText);
+// "Family,  10pt,  Normal"
+QString FontToText(U32 ID);
+QFont TextToFont(const QString& sText, bool* pOk);
+
+// Colours and fonts from and to the settings cache.
+void LoadColorsAndFonts();
+void SaveColorsAndFonts();
+
+// An icon by its file name, such as "arrow-pc.png"; an empty icon for an unknown name.
+QIcon GetIcon(const QString& sName);
