@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QTimer>
+
+// The main window's status bar. Setters only store, so that they may be called at any rate; what has changed is shown a
+// fifth of a second later. One instance, main thread.
+class CStatusBar : public QStatusBar {
+  Q_OBJECT
+
+public:
+  static CStatusBar* _GetSingleton();
+
+  void SetStatusMessage(const QString& sText);
+  void SetProgressMessage(const QString& sText);
+  void SetConnectionInfo(const QString& sText);
+  void SetActiveWindowStatus(const QString& sText);
+  // Both 0: a bar that pulses.
+  void StartProgress(int Minimum, int Maximum);
+  void SetProgressValue(int Value);
+  int GetProgressValue() const { return m_Value; }
+  // The bar goes in the first refresh more than a quarter of a second later.
+  void EndProgress();
+  void SetFont(const QFont& Font);
+  const QString& GetStatusMessage() const { return m_sStatus; }
+
+public Q_SLOTS:
+  void OnTempStatusMsgChanged(const QString& sText);
+
+private:
+  CStatusBar();
+  void Refresh();
+  void MarkDirty();
+
+  QString m_sStatus, m_sProgress, m_sTemp, m_sConnection, m_sWindow;
+  int m_Minimum = 0, m_Maximum = 0, m_Value = 0;
+  bool m_bProgressRunning = false;
+  bool m_bEndPending = false;
+  QElapsedTimer m_EndTime;
+  QTimer m_Timer;
+  QLabel* m_pMessage;
+  QProgressBar* m_pProgress;
+  QLabel* m_pConnection;
+  QLabel* m_pWindow;
+};

@@ -1,0 +1,60 @@
+// When windows follow the target.
+
+#include "base/msg_flags.h"
+#include "core/vcore.h"
+#include "device/device.h"
+#include "shell/log/log.h"
+#include "ui/window.h"
+
+DEBUG_STATES GetDebugState() {
+  if (!CDevice::Exists() || !CDevice::Get().IsConnected()) return DEBUG_STATE_NO_CONNECTION;
+  return CDevice::Get().IsHalted() ? DEBUG_STATE_HALTED : DEBUG_STATE_RUNNING;
+}
+
+bool IsCurrentPC(U32 PC) {
+  const U32 Mask = ~(VCore::GetInfo().InstAlign - 1);
+  return PC != INVALID_ADDR && (PC & Mask) == (static_cast<U32>(CDevice::Get().GetPC()) & Mask);
+}
+
+void CWindow::OnDeviceConnectDone(CONNECT_MODES) {
+  Repaint();
+  UpdateActions();
+}
+
+void CWindow::OnDeviceDisconnectDone() {
+  if (TestFlag(WF_CLEAR_ON_DISCONNECT)) Clear();
+  Repaint();
+  UpdateActions();
+}
+
+void CWindow::OnDeviceResumeDone(RESUME_MODES) {
+  if (IsEmpty()) Repaint();
+  UpdateActions();
+}
+
+void CWindow::OnDeviceHaltDone(U32 PC, HALT_REASONS) {
+  HaltUpdate(PC);
+}
+void CWindow::OnDeviceResetDone(U32 PC, RESET_MODES) {
+  HaltUpdate(PC);
+}
+
+void CWindow::HaltUpdate(U32 PC) {
+  if (!IsCurrentPC(PC)) {
+    LogMsg("Not updating window as PC is superseeded", MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
+    return;
+  }
+  if (UpdateMode == WIN_UPDATE_VISIBLE && !IsVisible()) return;
+  if (UpdateMode == WIN_UPDATE_OPEN && !IsOpen()) return;
+  Update(PC);
+  if (IsEmpty()) Repaint();
+  UpdateActions();
+}
+
+void CWindow::OnDeviceStepped(U32 PC) {
+  if (!IsCurrentPC(PC)) return;
+  if (UpdateMode == WIN_UPDATE_VISIBLE && !IsVisible()) return;
+  if (UpdateMode == WIN_UPDATE_OPEN && !IsOpen()) return;
+  Update(PC);
+  if (IsEmpty()) Repaint();
+}
