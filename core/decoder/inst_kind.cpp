@@ -98,6 +98,23 @@ U32 FlagsSVC(const INST& Inst) {
   return bOld && Inst.Bits(0, 8) == SEMIHOST_NUMBER ? IF_SEMIHOST : 0u;
 }
 
+bool IsBitFieldValid(const INST& Inst) {
+  return Inst.Bits(0, 5) >= (Inst.Bits(12, 3) << 2 | Inst.Bits(6, 2));
+}
+
+bool IsFloatListValid(const INST& Inst) {
+  constexpr U32 NUM_SINGLES = 32;
+  constexpr U32 NUM_DOUBLES = 32;
+  constexpr U32 MAX_DOUBLES_IN_LIST = 16;
+  if (!Inst.Bit(8)) {
+    const U32 Count = Inst.Bits(0, 8);
+    return Count > 0 && (Inst.Bits(12, 4) << 1 | Inst.Bits(22, 1)) + Count <= NUM_SINGLES;
+  }
+  const U32 Count = Inst.Bits(1, 7);
+  const U32 First = Inst.Bits(22, 1) << 4 | Inst.Bits(12, 4);
+  return Count > 0 && Count <= MAX_DOUBLES_IN_LIST && First + Count <= NUM_DOUBLES;
+}
+
 // Where the condition stands: in the IT block, nowhere, or in four bits of the word.
 enum COND_SOURCE : U8 { COND_FROM_IT, COND_FROM_NOWHERE, COND_FROM_BITS_8, COND_FROM_BITS_22 };
 
@@ -106,6 +123,7 @@ struct KIND_INFO {
   COND_SOURCE Cond = COND_FROM_IT;
   U32 (*pfTarget)(const INST&) = nullptr;
   U32 (*pfFlags)(const INST&) = nullptr;  // flags that depend on operands
+  bool (*pfIsValid)(const INST&) = nullptr;
 };
 
 constexpr U32 JUMP = IF_BRANCH | IF_DIRECT_BRANCH;
@@ -146,6 +164,8 @@ constexpr KIND_INFO aKind[] = {
     /* SMC */ {IF_BRANCH},
     /* RFE */ {IF_BRANCH | IF_MEM},
     /* ERET */ {IF_BRANCH | IF_RETURN},
+    /* BIT_FIELD */ {0, COND_FROM_IT, nullptr, nullptr, IsBitFieldValid},
+    /* FLOAT_LIST */ {IF_MEM, COND_FROM_IT, nullptr, nullptr, IsFloatListValid},
     /* REFUSED */ {},
 };
 static_assert(std::size(aKind) == KIND_COUNT);
@@ -166,10 +186,12 @@ U32 CondOf(const INST& Inst, COND_SOURCE Source) {
 
 }  // namespace
 
-void ClassifyInst(INST& Inst, INST_KIND Kind) {
+bool ClassifyInst(INST& Inst, INST_KIND Kind) {
   const KIND_INFO& Info = aKind[Kind];
+  if (Info.pfIsValid != nullptr && !Info.pfIsValid(Inst)) return false;
   const U32 Cond = CondOf(Inst, Info.Cond);
   Inst.Info.Flags = Info.Flags | Cond << IF_COND_SHIFT | (Cond < COND_NONE ? IF_CONDITIONAL : 0u);
   if (Info.pfFlags != nullptr) Inst.Info.Flags |= Info.pfFlags(Inst);
   if (Info.pfTarget != nullptr) Inst.Info.Target = Info.pfTarget(Inst);
+  return true;
 }

@@ -41,7 +41,9 @@ enum INST_KIND : U8 {
   KIND_SMC,
   KIND_RFE,
   KIND_ERET,
-  KIND_REFUSED,  // no valid instruction; the text, if any, is the warning to log
+  KIND_BIT_FIELD,   // refused when the field ends below its start
+  KIND_FLOAT_LIST,  // refused when the list runs past the last register
+  KIND_REFUSED,     // no valid instruction; the text, if any, is the warning to log
   KIND_COUNT
 };
 

@@ -43,7 +43,7 @@ constexpr INST_ROW aRow[] = {
   {"010001 110 mmmm 100",   8, KIND_BX, "BXNS<c>\t<R3>"},
   {"010001 110 mmmm xxx",   4, KIND_BX, "BX<c>\t<R3>"},
   {"010001 111 mmmm 100",   8, KIND_BLX, "BLXNS<c>\t<R3>"},
-  {"010001 111 mmmm xxx",   5, KIND_BLX, "BLX<c>\t<R3>"},
+  {"010001 111 mmmm 000",   5, KIND_BLX, "BLX<c>\t<R3>"},
 
   // Load and store
   {"01001 ttt iiiiiiii",    4, KIND_LITERAL16, "LDR<c>\t<r8>, <literal>"},
@@ -77,11 +77,12 @@ constexpr INST_ROW aRow[] = {
   {"1011 0010 01 mmm ddd",  6, KIND_PLAIN, "SXTB<c>\t<r0>, <r3>"},
   {"1011 0010 10 mmm ddd",  6, KIND_PLAIN, "UXTH<c>\t<r0>, <r3>"},
   {"1011 0010 11 mmm ddd",  6, KIND_PLAIN, "UXTB<c>\t<r0>, <r3>"},
+  {"1011 x10 0 00000000",   4, KIND_REFUSED, ""},
   {"1011 010 p llllllll",   4, KIND_MEM, "PUSH<c>\t{<pushlist>}"},
-  {"1011 0110 010 1 0 xxx", 6, KIND_NOCOND, "SETEND\tLE"},
-  {"1011 0110 010 1 1 xxx", 6, KIND_NOCOND, "SETEND\tBE"},
-  {"1011 0110 011 0 x aif", 6, KIND_NOCOND, "CPSIE\t<aif0>"},
-  {"1011 0110 011 1 x aif", 6, KIND_NOCOND, "CPSID\t<aif0>"},
+  {"1011 0110 010 1 0 000", 6, KIND_NOCOND, "SETEND\tLE"},
+  {"1011 0110 010 1 1 000", 6, KIND_NOCOND, "SETEND\tBE"},
+  {"1011 0110 011 0 0 aif", 6, KIND_NOCOND, "CPSIE\t<aif0>"},
+  {"1011 0110 011 1 0 aif", 6, KIND_NOCOND, "CPSID\t<aif0>"},
   {"1011 1010 00 mmm ddd",  6, KIND_PLAIN, "REV<c>\t<r0>, <r3>"},
   {"1011 1010 01 mmm ddd",  6, KIND_PLAIN, "REV16<c>\t<r0>, <r3>"},
   {"1011 1010 10 iiiiii",   8, KIND_NOCOND, "HLT\t<hex0.6>"},
@@ -97,6 +98,7 @@ constexpr INST_ROW aRow[] = {
   {"1011 1111 cccc mmmm",   7, KIND_IT, "IT<itmask>\t<cond4>"},
 
   // Multiple and branches
+  {"1100x nnn 00000000",    4, KIND_REFUSED, ""},
   {"11000 nnn llllllll",    4, KIND_MEM, "STM<c>\t<r8>!, {<list0.8>}"},
   {"11001 nnn llllllll",    4, KIND_MEM, "LDM<c>\t<r8><notinlist>, {<list0.8>}"},
   {"1101 1110 iiiiiiii",    4, KIND_PLAIN, "UDF<c>\t<bare0.8>"},

@@ -111,9 +111,9 @@ constexpr INST_ROW aRow[] = {
 
   // Long multiply and divide
   {"11111011 1 000 nnnn llll hhhh 0000 mmmm", 7, KIND_PLAIN, "SMULL<c>\t<R12>, <R8>, <R16>, <R0>"},
-  {"11111011 1 001 nnnn xxxx dddd 1111 mmmm", 7, KIND_PLAIN, "SDIV<c>\t<R8>, <R16>, <R0>"},
+  {"11111011 1 001 nnnn 1111 dddd 1111 mmmm", 7, KIND_PLAIN, "SDIV<c>\t<R8>, <R16>, <R0>"},
   {"11111011 1 010 nnnn llll hhhh 0000 mmmm", 7, KIND_PLAIN, "UMULL<c>\t<R12>, <R8>, <R16>, <R0>"},
-  {"11111011 1 011 nnnn xxxx dddd 1111 mmmm", 7, KIND_PLAIN, "UDIV<c>\t<R8>, <R16>, <R0>"},
+  {"11111011 1 011 nnnn 1111 dddd 1111 mmmm", 7, KIND_PLAIN, "UDIV<c>\t<R8>, <R16>, <R0>"},
   {"11111011 1 100 nnnn llll hhhh 0000 mmmm", 7, KIND_PLAIN, "SMLAL<c>\t<R12>, <R8>, <R16>, <R0>"},
   {"11111011 1 100 nnnn llll hhhh 1000 mmmm", 7, KIND_PLAIN, "SMLALBB<c>\t<R12>, <R8>, <R16>, <R0>"},
   {"11111011 1 100 nnnn llll hhhh 1001 mmmm", 7, KIND_PLAIN, "SMLALBT<c>\t<R12>, <R8>, <R16>, <R0>"},

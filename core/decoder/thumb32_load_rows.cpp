@@ -6,6 +6,9 @@
 namespace {
 
 constexpr INST_ROW aRow[] = {
+  // A store never has the PC as its base
+  {"11111000 xxx 0 1111 xxxx xxxx xxxx xxxx", 7, KIND_REFUSED, ""},
+
   // STRB
   {"11111000 100 0 nnnn tttt iiii iiii iiii", 7, KIND_MEM, "STRB<c>.W\t<R12>, [<R16><offset0.12>]"},
   {"11111000 000 0 nnnn tttt 000000 ii mmmm", 7, KIND_MEM, "STRB<c>.W\t<R12>, [<R16>, <R0><index>]"},

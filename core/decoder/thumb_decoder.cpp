@@ -31,7 +31,7 @@ int DecodeWord(INST& Inst, const CRowTable& Table, char* sText, U32 TextSize) {
     if (pEntry->pRow->sText[0] != 0) LogWarning(*Inst.pContext, pEntry->pRow->sText);
     return -1;
   }
-  ClassifyInst(Inst, pEntry->pRow->Kind);
+  if (!ClassifyInst(Inst, pEntry->pRow->Kind)) return -1;
   CTextWriter Out(sText, TextSize);
   if (!Out.IsOff()) pEntry->Template.Write(Out, Inst);
   return pEntry->pRow->Kind;
