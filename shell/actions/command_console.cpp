@@ -110,6 +110,7 @@ QString CommandErrorLine(const QString& sCommandText, const QString& sError) {
 }
 
 void PrintCommandDisabled(const QString& sName) {
+  if (sName.isEmpty()) return;
   PrintConsoleColor(sName + QLatin1String(": ") + DISABLED_COMMAND, CONSOLE_COLOR_USER);
 }
 

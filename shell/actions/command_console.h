@@ -35,6 +35,7 @@ void ConnectAction(QAction* pAction, QObject* pContext, const std::function<void
 
 // "File.Open ("x.elf"): file not found", or the hint at the command list for an empty error.
 QString CommandErrorLine(const QString& sCommandText, const QString& sError);
+// Nothing for rows without a command name.
 void PrintCommandDisabled(const QString& sName);
 // The list of commands, header and rows, and its print.
 QStringList CommandHelpLines();

@@ -1,0 +1,196 @@
+// Which message reaches which sink, and in what form.
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "shell/log/console_print.h"
+#include "shell/log/log.h"
+
+namespace {
+
+constexpr U32 RGBA_ERROR = 0xFFB22222u;
+constexpr U32 RGBA_PROBE = 0xFF00008Bu;
+
+struct PRINTED {
+  QString sText;
+  U32 Rgba;
+};
+
+QList<PRINTED> TakeConsole() {
+  QList<PRINTED> Printed;
+  while (DrainConsole([&](const CONSOLE_MSG& Msg) { Printed.append({QString::fromUtf8(Msg.Text), Msg.Rgba}); })) {
+  }
+  return Printed;
+}
+
+QByteArray Content(const QString& sPath) {
+  QFile File(sPath);
+  return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray("(unreadable)");
+}
+
+class LogTest : public testing::Test {
+protected:
+  void SetUp() override {
+    SetLogInterval(QStringLiteral("1"));
+    ClearConsoleRing();
+    SetConsoleExists(true);
+    sPath = Dir.filePath(QStringLiteral("app.log"));
+  }
+  void TearDown() override {
+    CloseLogFiles();
+    SetDebugMode(false);
+    SetConsoleExists(false);
+  }
+  void OpenAppLog() { ASSERT_EQ(0, OpenLogFile(LOG_FILE_APPLICATION, sPath.toUtf8().constData())); }
+
+  QTemporaryDir Dir;
+  QString sPath;
+};
+
+struct ROUTE {
+  U32 Flags;
+  const char* sConsole;  // null: nothing there
+  U32 Rgba;
+  const char* sStdout;
+  const char* sFile;
+};
+
+TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
+  const ROUTE Routes[] = {
+      {MSG_INFO | MSG_TO_CONSOLE, "text", CONSOLE_RGBA_DEFAULT, nullptr, nullptr},
+      {MSG_INFO | MSG_TO_STDOUT, nullptr, 0, " i  text\n", nullptr},
+      {MSG_WARNING | MSG_TO_FILE, nullptr, 0, nullptr, "[W] text\n"},
+      {MSG_ERROR | MSG_TO_ALL, "text", RGBA_ERROR, "[E] text\n", "[E] text\n"},
+      {MSG_ERROR | MSG_SRC_PROBE | MSG_TO_CONSOLE, "V-Node: text", RGBA_ERROR, nullptr, nullptr},
+      {MSG_INFO | MSG_SRC_PROBE | MSG_TO_ALL, "V-Node: text", RGBA_PROBE, " i  V-Node: text\n", " i  V-Node: text\n"},
+      {MSG_SRC_TARGET | MSG_TO_CONSOLE | MSG_TO_FILE, "Target: text", CONSOLE_RGBA_DEFAULT, nullptr, "Target: text\n"},
+      {MSG_WARNING | MSG_SRC_CORE | MSG_TO_STDOUT, nullptr, 0, "[W] Core: text\n", nullptr},
+      {MSG_INFO, nullptr, 0, nullptr, nullptr},
+  };
+  SetDebugMode(true);
+  for (const ROUTE& Route : Routes) {
+    OpenAppLog();
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(0, LogMsg("text \r\n \n", Route.Flags));
+    fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), Route.sStdout ? Route.sStdout : "") << Route.Flags;
+    EXPECT_EQ(Content(sPath), QByteArray(Route.sFile)) << Route.Flags;
+    const QList<PRINTED> Printed = TakeConsole();
+    ASSERT_EQ(Printed.size(), Route.sConsole ? 1 : 0) << Route.Flags;
+    if (!Route.sConsole) continue;
+    EXPECT_EQ(Printed[0].sText.toStdString(), Route.sConsole);
+    EXPECT_EQ(Printed[0].Rgba, Route.Rgba) << Route.Flags;
+  }
+}
+
+TEST_F(LogTest, SinksThatAreOffTakeNothing) {
+  SetConsoleExists(false);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(0, LogMsg("lost", MSG_ERROR | MSG_TO_ALL));
+  EXPECT_EQ(0, LogElfMsg("lost", MSG_INFO | MSG_TO_ALL));
+  fflush(stdout);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_TRUE(TakeConsole().isEmpty());
+  EXPECT_FALSE(IsLogSinkActive(MSG_TO_ALL));
+  EXPECT_EQ(-1, LogMsg("", MSG_TO_ALL));
+  EXPECT_EQ(-1, LogMsg(static_cast<const char*>(nullptr), MSG_TO_ALL));
+}
+
+TEST_F(LogTest, ElfMessagesCarryTheirPrefix) {
+  LogElfMsg("no debug information", MSG_WARNING | MSG_TO_CONSOLE);
+  const QList<PRINTED> Printed = TakeConsole();
+  ASSERT_EQ(Printed.size(), 1);
+  EXPECT_EQ(Printed[0].sText, QLatin1String("ElfLib: no debug information"));
+}
+
+TEST_F(LogTest, PrefixIsLeftOutWhereItDoesNotFit) {
+  OpenAppLog();
+  LogMsg(QByteArray(2040, 'a').constData(), MSG_SRC_PROBE | MSG_TO_FILE);  // 8 bytes of prefix would make 2048
+  LogMsg(QByteArray(2039, 'b').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
+  LogMsg(QByteArray(5000, 'c').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
+  const QList<QByteArray> Lines = Content(sPath).split('\n');
+  ASSERT_EQ(Lines.size(), 4);
+  EXPECT_EQ(Lines[0], QByteArray(2040, 'a'));
+  EXPECT_EQ(Lines[1], "V-Node: " + QByteArray(2039, 'b'));
+  EXPECT_EQ(Lines[2], QByteArray(2047, 'c'));
+}
+
+TEST_F(LogTest, FileIsWrittenWhenTheIntervalIsFull) {
+  SetLogInterval(QStringLiteral("20"));
+  OpenAppLog();
+  LogMsg("12345", MSG_INFO | MSG_TO_FILE);  // 10 bytes with level and line end
+  EXPECT_EQ(Content(sPath), "");
+  LogMsg("12345", MSG_INFO | MSG_TO_FILE);
+  EXPECT_EQ(Content(sPath), " i  12345\n i  12345\n");
+  LogMsg("rest", MSG_INFO | MSG_TO_FILE);
+  CloseLogFiles();
+  EXPECT_TRUE(Content(sPath).endsWith(" i  rest\n"));
+  EXPECT_EQ(GetLogFilePath(), nullptr);
+}
+
+TEST_F(LogTest, UnreadableIntervalsGiveTheDefault) {
+  for (const char* sInterval : {"0", "-5", "many", ""}) {
+    SetLogInterval(QLatin1String(sInterval));
+    OpenAppLog();
+    LogMsg(QByteArray(500, 'x').constData(), MSG_TO_FILE);
+    EXPECT_EQ(Content(sPath), "") << sInterval;
+    LogMsg("0123456789", MSG_TO_FILE);
+    EXPECT_EQ(Content(sPath).size(), 512) << sInterval;
+  }
+}
+
+TEST_F(LogTest, StartEmptiesTheFileAndABadPathIsSilent) {
+  OpenAppLog();
+  LogMsg("old", MSG_TO_FILE);
+  OpenAppLog();
+  EXPECT_EQ(Content(sPath), "");
+  EXPECT_STREQ(GetLogFilePath(), sPath.toUtf8().constData());
+  EXPECT_EQ(-1, OpenLogFile(LOG_FILE_APPLICATION, "/no/such/folder/app.log"));
+  EXPECT_EQ(0, LogMsg("nowhere", MSG_TO_FILE));
+  EXPECT_EQ(-1, OpenLogFile(7, "x"));
+}
+
+TEST_F(LogTest, AGrownFileIsCutAndContinued) {
+  OpenAppLog();
+  LogMsg("first", MSG_TO_FILE);
+  QFile(sPath).resize(16'000'001);
+  LogMsg("next", MSG_TO_FILE);
+  const QByteArray Text = Content(sPath);
+  EXPECT_EQ(Text.size(), 16'000 + 5);
+  EXPECT_TRUE(Text.startsWith("first\n"));
+  EXPECT_TRUE(Text.endsWith("next\n"));
+}
+
+TEST_F(LogTest, QtMessagesStayOutOfTheConsoleUnlessCritical) {
+  SetDebugMode(true);
+  const QMessageLogContext Context;
+  testing::internal::CaptureStdout();
+  HandleQtMessage(QtDebugMsg, Context, QStringLiteral("debug"));
+  HandleQtMessage(QtInfoMsg, Context, QStringLiteral("info"));
+  HandleQtMessage(QtWarningMsg, Context, QStringLiteral("warning"));
+  HandleQtMessage(QtCriticalMsg, Context, QStringLiteral("critical"));
+  fflush(stdout);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), " i  debug\n i  info\n[W] warning\n[E] critical\n");
+  const QList<PRINTED> Printed = TakeConsole();
+  ASSERT_EQ(Printed.size(), 1);
+  EXPECT_EQ(Printed[0].sText, QLatin1String("critical"));
+}
+
+TEST_F(LogTest, DrainedMessagesGoToTheConsoleLogFile) {
+  const QString sConsoleLog = Dir.filePath(QStringLiteral("console.log"));
+  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, sConsoleLog.toUtf8().constData()));
+  PrintConsole(QStringLiteral("äöü"));
+  PrintConsoleError(QStringLiteral("bad"));
+  EXPECT_EQ(Content(sConsoleLog), "");
+  TakeConsole();
+  EXPECT_EQ(Content(sConsoleLog), "äöü\nbad\n");
+  OpenLogFile(LOG_FILE_CONSOLE, "");
+  PrintConsole(QStringLiteral("after"));
+  TakeConsole();
+  EXPECT_EQ(Content(sConsoleLog), "äöü\nbad\n");
+}
+
+}  // namespace
