@@ -3,6 +3,7 @@
 // probe: the board's runner calls Run in slices on a thread of its own and everything else while it is stopped.
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 #include "base/types.h"
@@ -25,6 +26,7 @@ struct BOARD_SPEC {
   U32 NumDataWatches = 4;
   U32 NumIRQs = 64;
   U32 ClockHz = 64'000'000;
+  U32 NumPriorityBits = 0;  // of the interrupt controller; 0: 2 for ARMv6-M, 4 for ARMv7-M
 };
 
 enum class STOP {
@@ -37,10 +39,29 @@ enum class STOP {
   LOCKUP,
 };
 
+// One comparator of the data watchpoint unit.
+struct DATA_WATCH {
+  U32 Addr = 0;
+  U32 AddrMask = 0;  // address bits that are not compared
+  U32 Data = 0;
+  U32 DataMask = 0xFFFFFFFF;  // bits of the accessed value that are not compared
+  U32 NumBytes = 0;           // width of the access, 0 for any
+  bool bOnRead = true;
+  bool bOnWrite = true;
+};
+
+// A range of registers outside flash and RAM. Called on the thread that runs the machine; Offset is relative to the
+// range, Width is 1, 2 or 4, values are right-aligned. A null function: reads give 0, writes are ignored.
+struct PERIPHERAL {
+  MEM_RANGE Range;
+  std::function<U32(U32 Offset, U32 Width)> Read;
+  std::function<void(U32 Offset, U32 Value, U32 Width)> Write;
+};
+
 struct STATE;  // private to the engine
 
 class CMachine {
- public:
+public:
   explicit CMachine(const BOARD_SPEC& Spec);
   ~CMachine();
   CMachine(const CMachine&) = delete;
@@ -54,11 +75,12 @@ class CMachine {
 
   // Runs at most MaxInstructions, or until a stop. With bSkipFirst a breakpoint at the present PC does not stop.
   STOP Run(U64 MaxInstructions, const std::atomic<bool>* pStop, bool bSkipFirst);
-  // One instruction, exactly: an IT block is as many steps as it has instructions, a skipped one is a step too, a pending
-  // exception is entered by the step. Breakpoints do not stop it.
+  // One instruction, exactly: an IT block is as many steps as it has instructions, a skipped one is a step too, a
+  // pending exception is entered by the step. Breakpoints do not stop it.
   STOP Step();
 
   U64 InstructionCount() const;  // since construction
+  U64 CycleCount() const;        // since construction: instructions and the time that was slept
 
   // VNODE_REG_INDEX numbers. False for a register that the core does not have.
   bool ReadReg(U32 Index, U32* pValue) const;
@@ -75,13 +97,27 @@ class CMachine {
   // Hardware breakpoint comparators. False when none is free.
   bool SetCodeBreakpoint(U32 Addr);
   void ClearCodeBreakpoint(U32 Addr);
-  // Breakpoints without a unit: they stop like a BKPT written into memory, but reads see the original contents.
+  // Breakpoints without a unit: as many as one likes, in flash too; reads see the original contents. They stop with
+  // BREAKPOINT. Several settings of one address need as many clearings; both kinds alike.
   void SetSoftBreakpoint(U32 Addr);
   void ClearSoftBreakpoint(U32 Addr);
 
+  // Comparators of the data watchpoint unit. -1 when none is free, otherwise what ClearDataWatch takes.
+  int SetDataWatch(const DATA_WATCH& Watch);
+  void ClearDataWatch(int Index);
+
+  void AddPeripheral(PERIPHERAL Peripheral);
+  // Makes an external interrupt pending, as its line would. Numbers that the part does not have are ignored.
+  void RaiseIRQ(U32 Index);
+
+  // While set, PendSV, SysTick and external interrupts stay pending: what a debugger asks for while it steps.
+  void MaskInterrupts(bool bMask);
+
+  // After WFI or WFE, until something wakes the core. A slice passes without instructions then; a stop wakes the core.
+  bool IsSleeping() const;
   bool IsInLockup() const;
 
- private:
+private:
   std::unique_ptr<STATE> m_pState;
 };
 

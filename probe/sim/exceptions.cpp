@@ -1,0 +1,270 @@
+#include "probe/sim/exceptions.h"
+
+#include "probe/sim/scs.h"
+
+namespace sim {
+
+namespace {
+
+inline constexpr U32 FRAME_SIZE = 32;         // bytes: R0 to R3, R12, LR, return address, xPSR
+inline constexpr U32 XPSR_ALIGNED = 1u << 9;  // in a stacked xPSR: a word was left out below the frame
+inline constexpr U32 XPSR_EXCEPTION = 0x1FF;
+
+inline constexpr U32 EXC_RETURN_HANDLER = 0xFFFFFFF1;
+inline constexpr U32 EXC_RETURN_THREAD_MSP = 0xFFFFFFF9;
+inline constexpr U32 EXC_RETURN_THREAD_PSP = 0xFFFFFFFD;
+
+constexpr U32 FRAME_REGS[] = {0, 1, 2, 3, 12, LR};
+
+// Which exceptions stop the core for which vector catch bit.
+struct CATCH_ROW {
+  U32 Exc;
+  U32 CfsrBits;  // one of them is the cause; 0 for any
+  U32 DemcrBit;
+};
+constexpr CATCH_ROW CATCH_ROWS[] = {
+    {EXC_HARDFAULT, 0, DEMCR_VC_HARDERR},
+    {EXC_MEMMANAGE, 0, DEMCR_VC_MMERR},
+    {EXC_BUSFAULT, 0, DEMCR_VC_BUSERR},
+    {EXC_USAGEFAULT, CFSR_NOCP, DEMCR_VC_NOCPERR},
+    {EXC_USAGEFAULT, CFSR_UNALIGNED | CFSR_DIVBYZERO, DEMCR_VC_CHKERR},
+    {EXC_USAGEFAULT, CFSR_UNDEFINSTR | CFSR_INVSTATE | CFSR_INVPC, DEMCR_VC_STATERR},
+};
+
+bool IsCaught(const STATE& S, U32 Exc) {
+  for (const CATCH_ROW& Row : CATCH_ROWS) {
+    if (Row.Exc == Exc && (S.Scb.DEMCR & Row.DemcrBit) && (!Row.CfsrBits || (S.Scb.CFSR & Row.CfsrBits))) return true;
+  }
+  return false;
+}
+
+const INST* EnterLockup(STATE& S) {
+  S.bLockup = true;
+  S.IT = 0;
+  S.StopWith(STOP::LOCKUP);
+  return LockupInst(S);
+}
+
+int GroupPriority(const STATE& S, U32 Exc) {
+  return S.Nvic.GroupPriority(Exc, S.Scb.PriGroup);
+}
+
+// What a synchronous exception becomes at the present priority; EXC_NONE is lockup.
+U32 Escalate(STATE& S, U32 Exc) {
+  const int Running = ExecutionPriority(S);
+  if (Exc != EXC_HARDFAULT) {
+    if (S.Nvic.IsEnabled(Exc) && GroupPriority(S, Exc) < Running) return Exc;
+    S.Scb.HFSR |= HFSR_FORCED;
+  }
+  return Running > -1 ? EXC_HARDFAULT : EXC_NONE;
+}
+
+bool ReadVector(const STATE& S, U32 Exc, U32* pVector) {
+  const U8* p = FindMem(S, S.Scb.VTOR + 4 * Exc, 4);
+  if (p) std::memcpy(pVector, p, 4);
+  return p != nullptr;
+}
+
+// Enters a handler; what was running is on a stack already.
+const INST* EnterHandler(STATE& S, U32 Exc, U32 ExcReturn) {
+  U32 Vector = 0;
+  if (!ReadVector(S, Exc, &Vector)) {
+    S.Scb.HFSR |= HFSR_VECTTBL;
+    if (Exc == EXC_HARDFAULT || Exc == EXC_NMI || !ReadVector(S, EXC_HARDFAULT, &Vector)) return EnterLockup(S);
+    Exc = EXC_HARDFAULT;
+  }
+  S.SetMode(Exc, S.Control & ~CONTROL_SPSEL);
+  S.R[LR] = ExcReturn;
+  S.IT = 0;
+  S.bExclusive = false;
+  S.bEvent = true;
+  S.bSleeping = false;
+  S.Nvic.SetPending(Exc, false);
+  S.Nvic.SetActive(Exc, true);
+  S.Attention();
+  if (IsCaught(S, Exc)) S.StopWith(STOP::VECTOR_CATCH);
+  if (!(Vector & 1)) return InvalidStateAt(S, Vector);
+  S.bThumb = true;
+  return At(S, Vector & ~1u);
+}
+
+bool PushFrame(STATE& S, U32 ReturnAddr, U8 ITState) {
+  const bool bAlign = (S.Scb.CCR & CCR_STKALIGN) && (S.R[SP] & 4);
+  const U32 Frame = (S.R[SP] - FRAME_SIZE) & ~(bAlign ? 4u : 0u);
+  S.R[SP] = Frame;
+  U32 Addr = Frame;
+  bool bOk = true;
+  for (U32 Reg : FRAME_REGS) {
+    bOk = bOk && StoreSlow(S, Addr, 4, S.R[Reg]);
+    Addr += 4;
+  }
+  return bOk && StoreSlow(S, Addr, 4, ReturnAddr) &&
+         StoreSlow(S, Addr + 4, 4, S.XPSR(ITState) | (bAlign ? XPSR_ALIGNED : 0));
+}
+
+const INST* Enter(STATE& S, U32 Exc, U32 ReturnAddr, U8 ITState) {
+  const U32 ExcReturn = S.IsHandlerMode()             ? EXC_RETURN_HANDLER
+                        : (S.Control & CONTROL_SPSEL) ? EXC_RETURN_THREAD_PSP
+                                                      : EXC_RETURN_THREAD_MSP;
+  if (!PushFrame(S, ReturnAddr, ITState) && S.bV7) {
+    S.Scb.CFSR |= CFSR_STKERR;
+    const U32 Derived = Escalate(S, EXC_BUSFAULT);
+    if (Derived != EXC_NONE && GroupPriority(S, Derived) < GroupPriority(S, Exc)) {
+      S.Nvic.SetPending(Exc, true);
+      Exc = Derived;
+    } else if (Derived != EXC_NONE && Derived != Exc) {
+      S.Nvic.SetPending(Derived, true);
+    }
+  }
+  return EnterHandler(S, Exc, ExcReturn);
+}
+
+const INST* RaiseSynchronous(STATE& S, U32 Exc, U32 ReturnAddr, U8 ITState) {
+  Exc = S.bV7 || Exc == EXC_SVCALL ? Escalate(S, Exc) : Escalate(S, EXC_HARDFAULT);
+  if (Exc == EXC_NONE) return EnterLockup(S);
+  return Enter(S, Exc, ReturnAddr, ITState);
+}
+
+// A fault that is found while returning: entered without stacking, as if tail-chained.
+const INST* RaiseOnReturn(STATE& S, U32 Exc, U32 CfsrBit, U32 ExcReturn) {
+  if (S.bV7) S.Scb.CFSR |= CfsrBit;
+  Exc = Escalate(S, S.bV7 ? Exc : static_cast<U32>(EXC_HARDFAULT));
+  if (Exc == EXC_NONE) return EnterLockup(S);
+  return EnterHandler(S, Exc, ExcReturn);
+}
+
+bool IsReturnLegal(const STATE& S, U32 ExcReturn) {
+  const bool bNested = S.Nvic.IsAnotherActive(S.IPSR);
+  switch (ExcReturn) {
+    case EXC_RETURN_HANDLER:
+      return bNested;
+    case EXC_RETURN_THREAD_MSP:
+    case EXC_RETURN_THREAD_PSP:
+      return !bNested || (S.Scb.CCR & CCR_NONBASETHRDENA);
+    default:
+      return false;
+  }
+}
+
+void Deactivate(STATE& S) {
+  S.Nvic.SetActive(S.IPSR, false);
+  if (S.IPSR != EXC_NMI) S.Faultmask = 0;
+}
+
+// Takes the frame off the stack that ExcReturn names and goes on where it says.
+const INST* PopFrame(STATE& S, U32 ExcReturn) {
+  const bool bToHandler = ExcReturn == EXC_RETURN_HANDLER;
+  const bool bPsp = ExcReturn == EXC_RETURN_THREAD_PSP;
+  const U32 Frame = bPsp ? S.PSP() : S.MSP();
+  U32 aWords[FRAME_SIZE / 4];
+  for (U32 i = 0; i < FRAME_SIZE / 4; i++) {
+    if (!LoadSlow(S, Frame + 4 * i, 4, &aWords[i])) return RaiseOnReturn(S, EXC_BUSFAULT, CFSR_UNSTKERR, ExcReturn);
+  }
+  const U32 Address = aWords[6];
+  const U32 XPSR = aWords[7];
+  const U32 NewIPSR = XPSR & XPSR_EXCEPTION;
+  if (bToHandler != (NewIPSR != 0)) return RaiseOnReturn(S, EXC_USAGEFAULT, CFSR_INVPC, ExcReturn);
+  S.SetMode(NewIPSR,
+            bToHandler ? S.Control & ~CONTROL_SPSEL : (S.Control & ~CONTROL_SPSEL) | (bPsp ? CONTROL_SPSEL : 0));
+  for (U32 i = 0; i < std::size(FRAME_REGS); i++) S.R[FRAME_REGS[i]] = aWords[i];
+  const bool bAligned = (XPSR & XPSR_ALIGNED) && (S.Scb.CCR & CCR_STKALIGN);
+  S.R[SP] = (Frame + FRAME_SIZE) | (bAligned ? 4u : 0u);
+  S.SetXPSR(XPSR);
+  S.bExclusive = false;
+  S.bEvent = true;
+  S.Attention();
+  if (!bToHandler && (S.Scb.SCR & SCR_SLEEPONEXIT)) {
+    S.bSleeping = true;
+    S.bSleepsForEvent = false;
+  }
+  return S.bThumb ? At(S, Address & ~1u) : InvalidStateAt(S, Address);
+}
+
+// An exception that may be entered now, EXC_NONE if there is none.
+U32 FindDeliverable(const STATE& S) {
+  const U32 Exc = S.Nvic.HighestPending(S.bMaskInterrupts);
+  return Exc != EXC_NONE && GroupPriority(S, Exc) < ExecutionPriority(S) ? Exc : static_cast<U32>(EXC_NONE);
+}
+
+// WFI ends for what PRIMASK alone holds back.
+bool HasWakeup(const STATE& S) {
+  const U32 Exc = S.Nvic.HighestPending(false);
+  if (Exc == EXC_NONE) return false;
+  int Running = S.Nvic.ActivePriority(S.Scb.PriGroup);
+  if (S.Basepri) Running = std::min(Running, S.Nvic.ApplyGroup(S.Basepri, S.Scb.PriGroup));
+  return GroupPriority(S, Exc) < Running;
+}
+
+bool IsExecuteNever(U32 Addr) {
+  const U32 Block = Addr >> 29;  // the architecture's 512 MB regions; peripherals, devices and system do not execute
+  return Block == 2 || Block >= 5;
+}
+
+}  // namespace
+
+const INST* RaiseUsageFault(STATE& S, const INST* pI, U32 CfsrBit) {
+  if (S.bV7) S.Scb.CFSR |= CfsrBit;
+  return RaiseSynchronous(S, EXC_USAGEFAULT, pI->Addr, S.ITOfCurrent);
+}
+
+const INST* RaiseAccessFault(STATE& S, const INST* pI) {
+  if (S.FaultCause == FAULT_CAUSE::UNALIGNED) return RaiseUsageFault(S, pI, CFSR_UNALIGNED);
+  if (S.bV7) {
+    S.Scb.CFSR |= CFSR_PRECISERR | CFSR_BFARVALID;
+    S.Scb.BFAR = S.FaultAddr;
+  }
+  return RaiseSynchronous(S, EXC_BUSFAULT, pI->Addr, S.ITOfCurrent);
+}
+
+const INST* RaiseFetchFault(STATE& S, U32 Addr) {
+  const bool bExecuteNever = IsExecuteNever(Addr);
+  if (S.bV7) S.Scb.CFSR |= bExecuteNever ? CFSR_IACCVIOL : CFSR_IBUSERR;
+  return RaiseSynchronous(S, bExecuteNever ? EXC_MEMMANAGE : EXC_BUSFAULT, Addr, S.ITOfCurrent);
+}
+
+const INST* RaiseSvc(STATE& S, const INST* pI) {
+  return RaiseSynchronous(S, EXC_SVCALL, pI->Addr + 2, S.IT);
+}
+
+const INST* ExceptionReturn(STATE& S, U32 ExcReturn) {
+  ExcReturn |= 0x0FFFFFE0;  // bits that the architecture does not look at
+  const bool bActive = S.Nvic.IsActive(S.IPSR);
+  const bool bLegal = bActive && IsReturnLegal(S, ExcReturn);
+  Deactivate(S);
+  if (!bLegal) return RaiseOnReturn(S, EXC_USAGEFAULT, CFSR_INVPC, ExcReturn);
+  S.SysTick.Advance(S.Now());
+  if (S.SysTick.TakeInterrupt()) S.Nvic.SetPending(EXC_SYSTICK, true);
+  if (const U32 Exc = FindDeliverable(S); Exc != EXC_NONE) return EnterHandler(S, Exc, ExcReturn);
+  return PopFrame(S, ExcReturn);
+}
+
+const INST* ServiceExceptions(STATE& S, const INST* pI) {
+  S.SysTick.Advance(S.Now());
+  if (S.SysTick.TakeInterrupt()) S.Nvic.SetPending(EXC_SYSTICK, true);
+  if (S.bLockup) return pI;
+  if (const U32 Exc = FindDeliverable(S); Exc != EXC_NONE) return Enter(S, Exc, AddrOf(S, pI), S.IT);
+  if (S.bSleeping && S.bSleepsForEvent && S.bEvent) S.bSleeping = S.bEvent = false;
+  if (S.bSleeping && HasWakeup(S)) S.bSleeping = false;
+  return pI;
+}
+
+const INST* ResetCore(STATE& S) {
+  ResetScs(S);
+  for (U32 Reg = 0; Reg < PC; Reg++) S.R[Reg] = 0;
+  S.R[LR] = 0xFFFFFFFF;
+  S.IPSR = S.Control = S.OtherSP = 0;
+  S.Primask = S.Faultmask = S.Basepri = 0;
+  S.SetXPSR(0);
+  S.bExclusive = S.bSleeping = S.bEvent = S.bLockup = S.bResetRequested = false;
+  S.ITOfCurrent = 0;
+  U32 InitialSP = 0;
+  U32 Vector = 0;
+  if (!ReadVector(S, 0, &InitialSP) || !ReadVector(S, EXC_RESET, &Vector)) return EnterLockup(S);
+  S.R[SP] = InitialSP & ~3u;
+  S.bThumb = Vector & 1;
+  S.Attention();
+  if (S.Scb.DEMCR & DEMCR_VC_CORERESET) S.StopWith(STOP::VECTOR_CATCH);
+  return S.bThumb ? At(S, Vector & ~1u) : InvalidStateAt(S, Vector);
+}
+
+}  // namespace sim

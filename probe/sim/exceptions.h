@@ -1,0 +1,20 @@
+#pragma once
+// Exception entry and return, fault escalation, lockup and reset.
+
+#include "probe/sim/code.h"
+
+namespace sim {
+
+// Faults of the instruction pI; each returns the first instruction of the handler that is entered.
+const INST* RaiseUsageFault(STATE& S, const INST* pI, U32 CfsrBit);
+const INST* RaiseAccessFault(STATE& S, const INST* pI);  // as Load or Store left it
+const INST* RaiseFetchFault(STATE& S, U32 Addr);
+const INST* RaiseSvc(STATE& S, const INST* pI);
+
+// Between two instructions, the next one being pI: advances SysTick, wakes the core, enters what has to be entered.
+const INST* ServiceExceptions(STATE& S, const INST* pI);
+
+// Everything to reset values; the first instruction.
+const INST* ResetCore(STATE& S);
+
+}  // namespace sim
