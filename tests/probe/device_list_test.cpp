@@ -1,0 +1,114 @@
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "probe_fixture.h"
+
+class DeviceListTest : public CProbeTest {
+protected:
+  VNODEARM_DEVICE_INFO Info(int Index) {
+    VNODEARM_DEVICE_INFO Result = {};
+    Result.SizeOfStruct = sizeof(Result);
+    EXPECT_EQ(API.VNODEARM_DEVICE_GetInfo(Index, &Result), 0) << Index;
+    return Result;
+  }
+  std::string CoreName(U32 Core) {
+    char acName[33];
+    API.VNODEARM_Core2CoreName(Core, acName, sizeof(acName));
+    return acName;
+  }
+};
+
+TEST_F(DeviceListTest, KnowsRealParts) {
+  const struct {
+    const char* sName;
+    const char* sExact;
+    const char* sCore;
+    U32 FlashAddr, FlashSize, RAMAddr, RAMSize;
+  } CASES[] = {
+      {"nrf52840_XXAA", "nRF52840_xxAA", "Cortex-M4", 0, 0x100000, 0x20000000, 0x40000},
+      {"nRF51822_xxAA", "nRF51822_xxAA", "Cortex-M0", 0, 0x40000, 0x20000000, 0x4000},
+      {"stm32f407ie", "STM32F407IE", "Cortex-M4", 0x08000000, 0x80000, 0x20000000, 0x20000},
+      {"MK66FN2M0XXX18", "MK66FN2M0XXX18", "Cortex-M4", 0, 0x200000, 0x20000000, 0x30000},
+      {"ATSAME70Q21", "ATSAME70Q21", "Cortex-M7", 0x00400000, 0x200000, 0x20400000, 0x60000},
+  };
+  for (const auto& Case : CASES) {
+    SCOPED_TRACE(Case.sName);
+    const int Index = API.VNODEARM_DEVICE_GetIndex(Case.sName);
+    ASSERT_GT(Index, 0);
+    const VNODEARM_DEVICE_INFO Device = Info(Index);
+    EXPECT_STREQ(Device.sName, Case.sExact);
+    EXPECT_EQ(CoreName(Device.Core), Case.sCore);
+    EXPECT_EQ(Device.FlashAddr, Case.FlashAddr);
+    EXPECT_EQ(Device.FlashSize, Case.FlashSize);
+    EXPECT_EQ(Device.RAMAddr, Case.RAMAddr);
+    EXPECT_EQ(Device.RAMSize, Case.RAMSize);
+  }
+  EXPECT_LT(API.VNODEARM_DEVICE_GetIndex("NoSuchPart"), 0);
+  EXPECT_LT(API.VNODEARM_DEVICE_GetIndex(""), 0);
+}
+
+TEST_F(DeviceListTest, EveryDeviceIsCompleteAndFoundByItsName) {
+  const int NumDevices = API.VNODEARM_DEVICE_GetInfo(-1, nullptr);
+  ASSERT_GT(NumDevices, 40);
+  EXPECT_STREQ(Info(0).sName, "Unspecified");
+  EXPECT_EQ(Info(0).Core, 0u);
+  for (int i = 1; i < NumDevices; ++i) {
+    const VNODEARM_DEVICE_INFO Device = Info(i);
+    EXPECT_EQ(API.VNODEARM_DEVICE_GetIndex(Device.sName), i) << Device.sName;
+    EXPECT_NE(CoreName(Device.Core), "") << Device.sName;
+    EXPECT_GT(Device.RAMSize, 0u) << Device.sName;
+    EXPECT_STRNE(Device.sManufacturer, "") << Device.sName;
+  }
+  VNODEARM_DEVICE_INFO Record = {sizeof(Record)};
+  EXPECT_NE(API.VNODEARM_DEVICE_GetInfo(NumDevices, &Record), 0);
+  EXPECT_NE(API.VNODEARM_DEVICE_GetInfo(-2, &Record), 0);
+}
+
+TEST_F(DeviceListTest, WritesNoMoreThanTheCallerHasRoomFor) {
+  VNODEARM_DEVICE_INFO Record;
+  std::memset(&Record, 0xA5, sizeof(Record));
+  Record.SizeOfStruct = offsetof(VNODEARM_DEVICE_INFO, RAMSize);
+  ASSERT_EQ(API.VNODEARM_DEVICE_GetInfo(1, &Record), 0);
+  EXPECT_EQ(Record.RAMSize, 0xA5A5A5A5u);
+  EXPECT_EQ(Record.RAMAddr, Info(1).RAMAddr);
+  char acName[8] = "xxxxxxx";
+  API.VNODEARM_Core2CoreName(VNODE_CORE_CORTEX_M7, acName, 4);
+  EXPECT_STREQ(acName, "Cor");
+  EXPECT_EQ(acName[4], 'x');
+}
+
+TEST_F(DeviceListTest, UsersFileAddsAndReplaces) {
+  const std::string sPath = testing::TempDir() + "vnode_devices_" + std::to_string(getpid()) + ".txt";
+  const auto AddLine = [&](const std::string& sLine) {
+    std::ofstream(sPath) << "# my own\n" << sLine << '\n';
+    return Exec("DeviceListFile=" + sPath);
+  };
+  EXPECT_EQ(AddLine("MyPart, Me, Cortex-M3, 10, 20, 0x1000+2K, 0x20000000+0x800"), "");
+  const int Index = API.VNODEARM_DEVICE_GetIndex("mypart");
+  ASSERT_GT(Index, 0);
+  EXPECT_EQ(Info(Index).FlashSize, 0x800u);
+  EXPECT_EQ(Info(Index).RAMSize, 0x800u);
+  EXPECT_EQ(AddLine("MYPART, Me, Cortex-M3, 10, 20, 0x1000+4K, 0x20000000+1K"), "");
+  EXPECT_EQ(API.VNODEARM_DEVICE_GetIndex("mypart"), Index);
+  EXPECT_EQ(Info(Index).FlashSize, 0x1000u);
+
+  const struct {
+    const char* sLine;
+    const char* sError;
+  } CASES[] = {
+      {"Bad, Me, Cortex-M3", "fields expected"},
+      {"Bad, Me, Cortex-X9, 10, 20, -, 0x0+1K", "unknown core Cortex-X9"},
+      {"Bad, Me, Cortex-M3, 0, 20, -, 0x0+1K", "invalid number"},
+      {"Bad, Me, Cortex-M3, 10, 20, 0x0, 0x0+1K", "invalid memory range"},
+      {"Bad, Me, Cortex-M3, 10, 20, -, 0xFFFFF000+8K", "invalid memory range"},
+      {"Bad, Me, Cortex-M3, 10, 20, -, 0x0+5000M", "invalid memory range"},
+      {"Bad, Me, Cortex-M3, 10, 20, 0x0+2K, 0x400+4K", "overlap"},
+  };
+  for (const auto& Case : CASES) {
+    EXPECT_THAT(AddLine(Case.sLine), testing::AllOf(testing::HasSubstr("line 2"), testing::HasSubstr(Case.sError)));
+    EXPECT_LT(API.VNODEARM_DEVICE_GetIndex("Bad"), 0);
+  }
+  std::remove(sPath.c_str());
+}

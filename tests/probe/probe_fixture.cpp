@@ -1,0 +1,140 @@
+#include "probe_fixture.h"
+
+#include <dlfcn.h>
+
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+VNODE_API CProbeTest::API;
+CProbeTest::MESSAGES CProbeTest::Messages;
+
+CFirmware::CFirmware(U32 Base, U32 StackTop) : m_Base(Base) {
+  Word(0, StackTop);
+  Word(4, Base + ENTRY + 1);
+}
+
+CFirmware& CFirmware::Code(U32 Offset, std::initializer_list<U16> Halfwords) {
+  const size_t End = Offset + Halfwords.size() * 2;
+  if (m_Bytes.size() < End) m_Bytes.resize(End);
+  std::memcpy(m_Bytes.data() + Offset, Halfwords.begin(), Halfwords.size() * 2);
+  return *this;
+}
+
+CFirmware& CFirmware::Word(U32 Offset, U32 Value) {
+  return Code(Offset, {static_cast<U16>(Value), static_cast<U16>(Value >> 16)});
+}
+
+CFirmware CFirmware::Counter(U32 Base) {
+  CFirmware Firmware(Base);
+  Firmware.Code(ENTRY, {0x4803,    // LDR R0, =COUNTER
+                        0x2100,    // MOVS R1, #0
+                        0x3101,    // ADDS R1, #1
+                        0x6001,    // STR R1, [R0]
+                        0xE7FC});  // B ADDS
+  return Firmware.Word(ENTRY + 0x10, COUNTER);
+}
+
+CFirmware CFirmware::Ticker(U32 Base, U32 ReloadCycles) {
+  constexpr U32 HANDLER = 0x180;
+  CFirmware Firmware(Base);
+  Firmware.Word(15 * 4, Base + HANDLER + 1);
+  Firmware.Code(ENTRY, {0x4807,    // LDR R0, =SysTick
+                        0x4908,    // LDR R1, =ReloadCycles
+                        0x6041,    // STR R1, [R0, #4]
+                        0x2100,    // MOVS R1, #0
+                        0x6081,    // STR R1, [R0, #8]
+                        0x2107,    // MOVS R1, #7
+                        0x6001,    // STR R1, [R0]
+                        0xBF30,    // WFI
+                        0xE7FD});  // B WFI
+  Firmware.Word(ENTRY + 0x20, 0xE000E010).Word(ENTRY + 0x24, ReloadCycles);
+  Firmware.Code(HANDLER, {0x4A02,    // LDR R2, =COUNTER
+                          0x6813,    // LDR R3, [R2]
+                          0x3301,    // ADDS R3, #1
+                          0x6013,    // STR R3, [R2]
+                          0x4770});  // BX LR
+  return Firmware.Word(HANDLER + 0x0C, COUNTER);
+}
+
+void CProbeTest::SetUp() {
+  if (!API.VNODEARM_Open) {
+    void* pLibrary = dlopen(VEXOR_BIN_DIR "/libvnode.so", RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(pLibrary, nullptr) << dlerror();
+#define VNODE_LOAD(Ret, Name, Args)                                        \
+  API.Name = reinterpret_cast<decltype(API.Name)>(dlsym(pLibrary, #Name)); \
+  ASSERT_NE(API.Name, nullptr) << #Name;
+    VNODE_API_FUNCS(VNODE_LOAD)
+#undef VNODE_LOAD
+  }
+  Messages.Logs.clear();
+  Messages.Warnings.clear();
+  Messages.Errors.clear();
+#define RECEIVER(List)                    \
+  [](const char* sText) {                 \
+    std::lock_guard Lock(Messages.Mutex); \
+    Messages.List.push_back(sText);       \
+  }
+  API.VNODEARM_EnableLog(RECEIVER(Logs));
+  API.VNODEARM_SetWarnOutHandler(RECEIVER(Warnings));
+  API.VNODEARM_SetErrorOutHandler(RECEIVER(Errors));
+#undef RECEIVER
+}
+
+void CProbeTest::TearDown() {
+  if (!API.VNODEARM_Open) return;
+  EXPECT_EQ(Exec("sim.clear-faults"), "");
+  EXPECT_EQ(Exec("sim.power-cycle"), "");
+  API.VNODEARM_Close();
+  API.VNODEARM_SetCoreIndex(0);
+}
+
+std::string CProbeTest::Exec(const std::string& sCommand) {
+  char acReply[256] = "";
+  const int Result = API.VNODEARM_ExecCommand(sCommand.c_str(), acReply, sizeof(acReply));
+  EXPECT_EQ(Result == 0, acReply[0] == 0);
+  return acReply;
+}
+
+void CProbeTest::Connect(const char* sDevice) {
+  ASSERT_EQ(API.VNODEARM_SelectUSB(0), 0);
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  ASSERT_EQ(Exec(std::string("device=") + sDevice), "");
+  ASSERT_EQ(API.VNODEARM_Connect(), 0);
+  API.VNODEARM_EnableSoftBPs(1);
+  ASSERT_EQ(API.VNODEARM_Reset(), 0);
+}
+
+void CProbeTest::Load(const CFirmware& Firmware) {
+  API.VNODEARM_BeginDownload(0);
+  const U32 NumBytes = static_cast<U32>(Firmware.Bytes().size());
+  ASSERT_EQ(API.VNODEARM_WriteMem(Firmware.Base(), NumBytes, Firmware.Bytes().data()), 0);
+  ASSERT_EQ(API.VNODEARM_EndDownload(), 0);
+  ASSERT_EQ(API.VNODEARM_Reset(), 0);
+  ASSERT_EQ(PC(), Firmware.Base() + CFirmware::ENTRY);
+}
+
+bool CProbeTest::WaitForHalt(int TimeoutMs) {
+  const auto End = std::chrono::steady_clock::now() + std::chrono::milliseconds(TimeoutMs);
+  while (std::chrono::steady_clock::now() < End) {
+    if (API.VNODEARM_IsHalted() == 1) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return false;
+}
+
+U32 CProbeTest::ReadWord(U32 Addr) {
+  U32 Value = 0;
+  U8 Status = 1;
+  EXPECT_EQ(API.VNODEARM_ReadMemU32(Addr, 1, &Value, &Status), 1);
+  EXPECT_EQ(Status, 0);
+  return Value;
+}
+
+U32 CProbeTest::ImpFlagsOf(int Handle) {
+  VNODEARM_BP_INFO Info = {};
+  Info.SizeOfStruct = sizeof(Info);
+  Info.Handle = static_cast<U32>(Handle);
+  API.VNODEARM_GetBPInfoEx(-1, &Info);
+  return Info.ImpFlags;
+}

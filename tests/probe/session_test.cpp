@@ -1,0 +1,225 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+#include "probe_fixture.h"
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class SessionTest : public CProbeTest {};
+
+TEST_F(SessionTest, OpensConnectsAndCloses) {
+  EXPECT_FALSE(API.VNODEARM_IsOpen());
+  EXPECT_NE(API.VNODEARM_Connect(), 0) << "not open";
+  EXPECT_LT(API.VNODEARM_IsHalted(), 0);
+  ASSERT_EQ(API.VNODEARM_EMU_SelectByUSBSN(4711), 0);
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  EXPECT_TRUE(API.VNODEARM_IsOpen());
+  EXPECT_FALSE(API.VNODEARM_IsConnected());
+  EXPECT_EQ(API.VNODEARM_GetSN(), 4711u);
+  EXPECT_EQ(Exec("device=nrf52840_XXAA"), "");
+  ASSERT_EQ(API.VNODEARM_Connect(), 0);
+  EXPECT_TRUE(API.VNODEARM_IsConnected());
+  EXPECT_GE(API.VNODEARM_IsHalted(), 0);
+  EXPECT_THAT(Messages.Logs, Contains(HasSubstr("nRF52840_xxAA")));
+  API.VNODEARM_Close();
+  EXPECT_FALSE(API.VNODEARM_IsOpen());
+  EXPECT_FALSE(API.VNODEARM_IsConnected());
+  EXPECT_LT(API.VNODEARM_IsHalted(), 0);
+  EXPECT_THAT(Messages.Errors, testing::ElementsAre(HasSubstr("not open")));
+}
+
+TEST_F(SessionTest, EveryCallFailsWithoutConnection) {
+  U32 Value = 0;
+  U8 Status = 0;
+  VNODEARM_DATA_EVENT Event = {sizeof(Event), 1};
+  VNODEARM_BP_INFO Info = {sizeof(Info)};
+  EXPECT_NE(API.VNODEARM_Halt(), 0);
+  EXPECT_NE(API.VNODEARM_Step(), 0);
+  EXPECT_NE(API.VNODEARM_Reset(), 0);
+  EXPECT_NE(API.VNODEARM_ReadRegs(&Value, &Value, &Status, 1), 0);
+  EXPECT_NE(API.VNODEARM_WriteReg(0, 0), 0);
+  EXPECT_NE(API.VNODEARM_ReadMem(0, 4, &Value), 0);
+  EXPECT_LT(API.VNODEARM_ReadMemEx(0, 4, &Value, 4), 0);
+  EXPECT_LT(API.VNODEARM_ReadMemU32(0, 1, &Value, &Status), 0);
+  EXPECT_EQ(Status, 1);
+  EXPECT_LT(API.VNODEARM_WriteMemEx(0, 4, &Value, 4), 0);
+  EXPECT_NE(API.VNODEARM_WriteU32(0, 0), 0);
+  EXPECT_LT(API.VNODEARM_EndDownload(), 0);
+  EXPECT_LE(API.VNODEARM_MeasureCPUSpeedEx(0x20000000, 1, 1), 0);
+  EXPECT_EQ(API.VNODEARM_SetBPEx(0, VNODE_BP_IMP_ANY | VNODE_BP_THUMB), 0);
+  EXPECT_NE(API.VNODEARM_ClrBPEx(-1), 0);
+  EXPECT_EQ(API.VNODEARM_GetBPInfoEx(-1, &Info), 0);
+  EXPECT_LT(API.VNODEARM_SetDataEvent(&Event, &Value), 0);
+  EXPECT_NE(API.VNODEARM_ClrDataEvent(0xFFFFFFFF), 0);
+}
+
+TEST_F(SessionTest, RefusesWhatItCannotConnectTo) {
+  const struct {
+    const char* sDevice;
+    U32 CoreIndex;
+    const char* sError;
+  } CASES[] = {
+      {"STM32L552ZE", 0, "Cortex-M33"},
+      {"Cortex-R5", 0, "Cortex-R5"},
+      {"STM32F407IE", 1, "no core with index 1"},
+  };
+  for (const auto& Case : CASES) {
+    SCOPED_TRACE(Case.sDevice);
+    ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+    ASSERT_EQ(Exec(std::string("device=") + Case.sDevice), "");
+    API.VNODEARM_SetCoreIndex(Case.CoreIndex);
+    Messages.Errors.clear();
+    EXPECT_NE(API.VNODEARM_Connect(), 0);
+    EXPECT_FALSE(API.VNODEARM_IsConnected());
+    EXPECT_THAT(Messages.Errors, testing::ElementsAre(HasSubstr(Case.sError)));
+    API.VNODEARM_Close();
+  }
+  EXPECT_EQ(API.VNODEARM_SelectIP("localhost", 0), 1);
+}
+
+TEST_F(SessionTest, EverySimulatedCoreConnects) {
+  for (const char* sDevice : {"Cortex-M0", "Cortex-M0+", "Cortex-M1", "Cortex-M3", "Cortex-M4", "Cortex-M7"}) {
+    SCOPED_TRACE(sDevice);
+    Connect(sDevice);
+    Load(CFirmware::Counter(0));
+    for (int i = 0; i < 4; ++i) ASSERT_EQ(API.VNODEARM_Step(), 0);
+    EXPECT_EQ(ReadWord(CFirmware::COUNTER), 1u);
+    API.VNODEARM_Close();
+  }
+}
+
+TEST_F(SessionTest, InjectedConnectFaultsEnd) {
+  EXPECT_EQ(Exec("sim.fail Open 1"), "");
+  EXPECT_THAT(API.VNODEARM_Open(), testing::NotNull());
+  EXPECT_EQ(API.VNODEARM_Open(), nullptr);
+  EXPECT_EQ(Exec("sim.fail EMU_SelectByUSBSN 1"), "");
+  EXPECT_LT(API.VNODEARM_EMU_SelectByUSBSN(1), 0);
+  EXPECT_EQ(API.VNODEARM_EMU_SelectByUSBSN(1), 0);
+  EXPECT_EQ(Exec("device=Cortex-M3"), "");
+  EXPECT_EQ(Exec("sim.refuse-connect 1"), "");
+  EXPECT_NE(API.VNODEARM_Connect(), 0);
+  EXPECT_EQ(API.VNODEARM_Connect(), 0);
+}
+
+TEST_F(SessionTest, LostConnectionLastsUntilClose) {
+  Connect("Cortex-M3");
+  U32 Value = 0;
+  EXPECT_EQ(Exec("sim.lose-connection 3"), "");
+  EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
+  EXPECT_EQ(API.VNODEARM_ReadMem(0x20000000, 4, &Value), 0);
+  EXPECT_LT(API.VNODEARM_IsHalted(), 0);
+  EXPECT_THAT(Messages.Errors, Contains(HasSubstr("lost")));
+  EXPECT_NE(API.VNODEARM_ReadMem(0x20000000, 4, &Value), 0);
+  EXPECT_FALSE(API.VNODEARM_IsConnected());
+  API.VNODEARM_Close();
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  EXPECT_EQ(API.VNODEARM_Connect(), 0);
+  EXPECT_GE(API.VNODEARM_IsHalted(), 0);
+}
+
+TEST_F(SessionTest, BoardStaysPoweredUntilAnotherOneIsSelected) {
+  Connect("STM32F103C8");
+  ASSERT_EQ(API.VNODEARM_WriteU32(0x20000100, 0xCAFE), 0);
+  const auto Reconnect = [&](U32 SerialNo) {
+    API.VNODEARM_Close();
+    ASSERT_EQ(API.VNODEARM_EMU_SelectByUSBSN(SerialNo), 0);
+    ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+    ASSERT_EQ(API.VNODEARM_Connect(), 0);
+  };
+  Reconnect(API.VNODEARM_GetSN());
+  EXPECT_EQ(ReadWord(0x20000100), 0xCAFEu);
+  Reconnect(99);
+  EXPECT_NE(ReadWord(0x20000100), 0xCAFEu);
+  ASSERT_EQ(API.VNODEARM_WriteU32(0x20000100, 0xCAFE), 0);
+  EXPECT_EQ(Exec("sim.power-cycle"), "");
+  EXPECT_LT(API.VNODEARM_IsHalted(), 0);
+  Reconnect(99);
+  EXPECT_NE(ReadWord(0x20000100), 0xCAFEu);
+}
+
+TEST_F(SessionTest, AnswersCommands) {
+  const struct {
+    const char* sCommand;
+    const char* sReply;  // part of it; empty: success
+  } CASES[] = {
+      {"device = \"STM32F407IE\"", ""},
+      {"device=", "Unknown device"},
+      {"device=NoSuchPart", "Unknown device \"NoSuchPart\""},
+      {"ScriptFile=no/such/file", "Cannot open script file \"no/such/file\""},
+      {"HideDeviceSelection=1", ""},
+      {"HideDeviceSelection=2", "0 or 1"},
+      {"SetRTTAddr 0x20000000", ""},
+      {"SetRTTAddr here", "Address expected"},
+      {"SetRTTSearchRanges 0x20000000 0x1000, 0x10000000 0x100", ""},
+      {"SetRTTSearchRanges 0x20000000", "expected"},
+      {"ReadIntoTraceCache 0x0 0x1000", ""},
+      {"DeviceListFile=no/such/file", "cannot open"},
+      {"sim.fail Halt", "invalid arguments"},
+      {"sim.fail NoSuchFunction 1", "invalid arguments"},
+      {"sim.slow -1", "invalid arguments"},
+      {"sim.nonsense", "Unknown command \"sim.nonsense\""},
+      {"", "Unknown command"},
+  };
+  for (const auto& Case : CASES) {
+    const std::string sReply = Exec(Case.sCommand);
+    EXPECT_THAT(sReply, HasSubstr(Case.sReply)) << Case.sCommand;
+    EXPECT_EQ(sReply.empty(), *Case.sReply == 0) << Case.sCommand;
+  }
+  char acReply[8];
+  EXPECT_NE(API.VNODEARM_ExecCommand("nonsense", acReply, sizeof(acReply)), 0);
+  EXPECT_STREQ(acReply, "Unknown");
+  EXPECT_NE(API.VNODEARM_ExecCommand(nullptr, nullptr, 0), 0);
+}
+
+TEST_F(SessionTest, ServesOptionalFunctions) {
+  const auto pfHasBMA = reinterpret_cast<VNODE_GET_INT_FUNC>(API.VNODE_GetpFunc(VNODE_FUNC_HAS_BMA));
+  const auto pfEndian = reinterpret_cast<VNODE_GET_INT_FUNC>(API.VNODE_GetpFunc(VNODE_FUNC_GET_ENDIANNESS));
+  const auto pfWebPort = reinterpret_cast<VNODE_WEB_INFO_FUNC>(API.VNODE_GetpFunc(VNODE_FUNC_WEB_PORT));
+  EXPECT_NE(pfHasBMA(), 0);
+  EXPECT_LT(pfEndian(), 0) << "no target";
+  Connect("Cortex-M4");
+  EXPECT_EQ(pfEndian(), 0);
+  VNODE_WEB_INFO Info = {0, 1};
+  EXPECT_EQ(pfWebPort(&Info), 0);
+  EXPECT_EQ(Info.Port, 0u);
+  EXPECT_EQ(API.VNODE_GetpFunc(11), nullptr);
+  char acText[4];
+  API.VNODEARM_GetFirmwareString(acText, sizeof(acText));
+  EXPECT_STREQ(acText, "V-N");
+}
+
+TEST_F(SessionTest, KeepsSpeedWithinTheProbesLimit) {
+  const U32 CASES[][2] = {{4000, 4000}, {0, 0}, {65535, 65535}, {60000, 50000}, {1'000'000, 50000}};
+  for (const auto& [Wanted, Actual] : CASES) {
+    API.VNODEARM_SetSpeed(Wanted);
+    EXPECT_EQ(API.VNODEARM_GetSpeed(), Actual) << Wanted;
+  }
+}
+
+TEST_F(SessionTest, ReceiverOfAMessageMayCallTheLibrary) {
+  static U8 bWasOpen;
+  bWasOpen = 1;
+  API.VNODEARM_SetErrorOutHandler([](const char*) { bWasOpen = API.VNODEARM_IsOpen(); });
+  EXPECT_NE(API.VNODEARM_Connect(), 0);
+  EXPECT_EQ(bWasOpen, 0);
+}
+
+TEST_F(SessionTest, WritesItsLogFile) {
+  const std::string sPath = testing::TempDir() + "vnode_log_" + std::to_string(getpid()) + ".txt";
+  API.VNODEARM_SetLogFile(sPath.c_str());
+  Exec("device=NoSuchPart");
+  API.VNODEARM_Connect();
+  API.VNODEARM_SetLogFile("");
+  std::ifstream File(sPath);
+  const std::string sText{std::istreambuf_iterator<char>(File), {}};
+  EXPECT_THAT(sText, HasSubstr("call: ExecCommand \"device=NoSuchPart\"\n"));
+  EXPECT_THAT(sText, HasSubstr("error: Connect: the probe is not open\n"));
+  std::remove(sPath.c_str());
+  API.VNODEARM_SetLogFile("/no/such/folder/file");
+  EXPECT_THAT(Messages.Warnings, Contains(HasSubstr("/no/such/folder/file")));
+}
