@@ -38,8 +38,6 @@ public:
   void ResetHitCounts();
   // Whether halts at the address go through the main thread's evaluation. Called by the breakpoint window.
   void SetConditional(U32 Addr, bool bConditional);
-  // Puts hit count and condition flag of a saved entry back into the entry of its address.
-  void RestoreCounters(const BP& Saved);
 
 private:
   int Find(U32 Addr) const;

@@ -34,7 +34,8 @@ public:
   // Makes the target stop at Addr for a run-to or a step (PendingJob, JOB_TYPES). 0; 1 when a breakpoint was lost on
   // the way and the address is listed as disabled instead; -1 when none could be set.
   int SetHiddenBreakpoint(U32 Addr, U32 PendingJob);
-  // Removes the hidden breakpoint and puts a disabled entry that it displaced back.
+  // Removes the hidden breakpoint, in the library only unless the user has one enabled there. A disabled entry at the
+  // same address stays as it is.
   void RemoveHiddenBreakpoint();
   // Forgets it without touching the library.
   void ForgetHiddenBreakpoint();
@@ -46,7 +47,8 @@ private:
   bool FindInLibrary(U32 Addr, VNODEARM_BP_INFO& Info) const;
   int SetInLibrary(U32 Addr, BP_TYPES Type);
   int ClearInLibrary(U32 Addr);
-  void RestoreSaved();
+  int SyncLibrary(U32 Addr, BP_STATES State, BP_TYPES Type, BP_TYPES OldType);
+  int FailHidden(U32 Addr);
 
   CDeviceContext& Ctx;
 };

@@ -52,9 +52,9 @@ public:
   virtual bool IsEnabled() const = 0;
   // Whether the target is to run on once the request is served.
   virtual void SetAutoResume(bool bResume) = 0;
-  virtual bool GetAutoResume() const = 0;
-  // Executes the request at the PC; true when it is finished, false when it waits for input.
-  virtual bool Execute(U32 PC) = 0;
+  virtual bool IsAutoResuming() const = 0;
+  // Executes the request at the PC: 0 when it is finished, any other value when the target has to stay halted.
+  virtual U8 HandleInterrupt(U32 PC) = 0;
 };
 
 // Completes a source step whose hidden breakpoint was hit.

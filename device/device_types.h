@@ -171,9 +171,7 @@ struct DEVICE_REQUESTS {
 // The hidden breakpoint of a run-to or source step. Device thread, or whoever holds bHaltPending.
 struct HIDDEN_BP {
   std::atomic<U64> Addr{NO_REQUEST};
-  U32 PendingJob = 0;  // JOB_TYPES for which it was set
-  bool bHasSaved = false;
-  BP Saved;  // disabled list entry at the same address, put back when the hidden breakpoint goes
+  std::atomic<U32> PendingJob{0};  // JOB_TYPES for which the target runs
 };
 
 struct DEVICE_STATE {

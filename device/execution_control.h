@@ -1,14 +1,16 @@
 #pragma once
 
 #include "device/breakpoint_ops.h"
+#include "device/device_capabilities.h"
 #include "device/target_state.h"
 
 // Halt, resume, reset and run-to. Device thread; Continue also on the main thread while it owns the halt sequence.
 // Results are 0 or -1 unless said otherwise.
 class CExecutionControl {
 public:
-  CExecutionControl(CDeviceContext& Ctx, CBreakpointOps& Breakpoints, CTargetState& Target)
-      : Ctx(Ctx), Breakpoints(Breakpoints), Target(Target) {}
+  CExecutionControl(CDeviceContext& Ctx, CDeviceCapabilities& Capabilities, CBreakpointOps& Breakpoints,
+                    CTargetState& Target)
+      : Ctx(Ctx), Capabilities(Capabilities), Breakpoints(Breakpoints), Target(Target) {}
 
   // Stops the running target; the halt sequence reports it.
   int Halt();
@@ -25,6 +27,8 @@ public:
   // Connected, halted, and no hidden breakpoint set; logs what is missing.
   bool CanStep();
 
+  // Whether a JT_HALT job has something to do: the target runs, or its halt waits for the verdict on a condition.
+  bool IsHaltNeeded();
   // Whether the target is halted, as far as known; asks the library at most every 50 ms.
   bool IsTargetHalted();
   // 1 halted, 0 running or not connected, -1 connection failure, -2 no news: asked less than MinQueryIntervalMS ago.
@@ -36,6 +40,7 @@ public:
 
 private:
   CDeviceContext& Ctx;
+  CDeviceCapabilities& Capabilities;
   CBreakpointOps& Breakpoints;
   CTargetState& Target;
 };

@@ -36,6 +36,7 @@ private:
   U32 WriteMemItemWise(U32 Addr, U32 nBytes, I8 AW, const U8* paData);
   U32 WriteMemChunkWise(U32 Addr, U32 nBytes, U32 ChunkSize, I8 AW, U32 Flags, const U8* paData);
   bool GiveUp() const;
+  int Fail(const QString& sText);
 
   CDeviceContext& Ctx;
   CDownloader& Download;

@@ -12,8 +12,10 @@ public:
   int ExecVNodeScript(const char* sFilePath);
   void SetSuppressDeviceSelectionDialog(bool bSuppress);
   // "device=..." before a connect.
-  int SelectDevice(const QByteArray& sName);
+  int SelectDevice(const QByteArray& sName, QByteArray& sReply);
 
 private:
+  int Send(const QByteArray& sCommand, QByteArray* psReply);
+
   CDeviceContext& Ctx;
 };

@@ -28,7 +28,7 @@ public:
   int SelectHostIF();
 
 private:
-  int Fail(const char* sText, bool bClose);
+  int Fail(const QString& sText, bool bClose);
   int ConfigureHardware();
   bool ConnectTarget();
   void InstallTextCallbacks();

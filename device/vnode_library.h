@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLibrary>
 #include <QString>
 
 #include "device/probe_api/probe_api.h"
@@ -9,14 +10,13 @@
 class CVNodeLibrary {
 public:
   CVNodeLibrary();
-  ~CVNodeLibrary();
   CVNodeLibrary(const CVNodeLibrary&) = delete;
   CVNodeLibrary& operator=(const CVNodeLibrary&) = delete;
 
   // Loads libvnode.so from sFolder, the application's own folder when empty. Returns 0, or -1 with ErrorText() naming
   // the file and the cause: a missing library or the first missing function. Call before other threads use Api().
   int Load(const QString& sFolder = QString());
-  bool IsLoaded() const { return pHandle != nullptr; }
+  bool IsLoaded() const { return bLoaded; }
   // Why the last Load failed; empty after a success.
   const QString& ErrorText() const { return sError; }
   // Path of the library with forward slashes; the path tried when loading failed.
@@ -29,7 +29,8 @@ public:
 private:
   int Fail(const QString& sText);
 
-  void* pHandle = nullptr;
+  QLibrary Library;  // stays in the process: its threads may outlive this object
+  bool bLoaded = false;
   VNODE_API Functions;
   QString sPath;
   QString sError;

@@ -1,0 +1,102 @@
+#include "device/device_configurator.h"
+
+int CDeviceConfigurator::Configure(const char* sXmlConfigStr) {
+  QList<CONFIG_ENTRY> Entries;
+  QString sError;
+  if (sXmlConfigStr == nullptr || !ParseConfigXML(sXmlConfigStr, Entries, sError)) {
+    Ctx.LogWarnMsg(QStringLiteral("Invalid device configuration: %1").arg(sError));
+    return -1;
+  }
+  const U32 OldSpeed = Ctx.Config.SpeedForProbe();
+  int Result = 0;
+  for (const CONFIG_ENTRY& Entry : Entries) {
+    if (Entry.Param == DCP_DEVICE_NAME) {
+      SetConfigParam(Entry.Param, Entry.sText.constData());
+    } else if (Entry.Param > NUM_CONFIG_VALUES) {
+      Result |= SetConfigParam(Entry.Param, Entry.sText.constData());
+    } else if (Entry.Param == DCP_ENDIAN) {
+      Result |= SetConfigParam(Entry.Param, Entry.Value);
+    } else {
+      Store(Entry.Param, Entry.Value);
+    }
+  }
+  if (Ctx.Config.SpeedForProbe() != OldSpeed) ApplySpeed();
+  return Result;
+}
+
+void CDeviceConfigurator::Store(DEV_CONFIG_PARAMS Param, int Value) {
+  Ctx.Config.SetValue(Param, Value);
+  Ctx.Sink.RaiseConfigParamChanged(Param, Value);
+}
+
+void CDeviceConfigurator::ApplySpeed() {
+  if (!Ctx.IsConnected()) return;
+  Ctx.Api.VNODEARM_SetSpeed(Ctx.Config.SpeedForProbe());
+  Capabilities.UpdateTIFSpeed();
+}
+
+void CDeviceConfigurator::SetSpeedValue(DEV_CONFIG_PARAMS Param, int Value) {
+  CDeviceConfig& Config = Ctx.Config;
+  if (Param == DCP_SPEED) {
+    Config.SetValue(DCP_USE_MAX_SPEED, static_cast<U32>(Value) == VNODE_SPEED_AUTO);
+    Config.SetValue(DCP_USE_ADAPTIVE, static_cast<U32>(Value) == VNODE_SPEED_ADAPTIVE);
+  } else if (Value > 0) {
+    const bool bMax = Param == DCP_USE_MAX_SPEED;
+    Config.SetValue(DCP_SPEED, bMax ? VNODE_SPEED_AUTO : VNODE_SPEED_ADAPTIVE);
+    Config.SetValue(bMax ? DCP_USE_ADAPTIVE : DCP_USE_MAX_SPEED, 0);
+  }
+  Store(Param, Value);
+  ApplySpeed();
+}
+
+int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, int Value) {
+  if (Param < 0 || Param >= NUM_CONFIG_VALUES) {
+    Ctx.LogWarnMsg(QString::asprintf("Unknown configuration parameter with ID %d", static_cast<int>(Param)));
+    return -1;
+  }
+  switch (Param) {
+    case DCP_SPEED:
+    case DCP_USE_MAX_SPEED:
+    case DCP_USE_ADAPTIVE:
+      SetSpeedValue(Param, Value);
+      return 0;
+    case DCP_DEVICE_INDEX:
+      Store(Param, Value);
+      Info.UpdateDeviceInfo();
+      Info.UpdateVNodeFuncPtrs();
+      return 0;
+    case DCP_ENDIAN:
+      Store(Param, Value);
+      return Capabilities.ApplyDataEndianess(static_cast<ENDIAN>(Value));
+    default:
+      Store(Param, Value);
+      return 0;
+  }
+}
+
+int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, const char* sText) {
+  if (Param < 0 || Param > DCP_LAST) {
+    Ctx.LogWarnMsg(QString::asprintf("Unknown configuration parameter with ID %d", static_cast<int>(Param)));
+    return -1;
+  }
+  if (sText == nullptr) {
+    Ctx.LogWarnMsg(QStringLiteral("Invalid configuration parameter string value"));
+    return -1;
+  }
+  if (!Ctx.Config.SetText(Param, sText)) {
+    Ctx.LogWarnMsg(QStringLiteral("Invalid configuration parameter"));
+    return -1;
+  }
+  Ctx.Sink.RaiseConfigParamChanged(Param, 0);
+  if (Param == DCP_DEVICE_NAME) ResolveDevice();
+  if (Param == DCP_LOG_FILE) Ctx.Api.VNODEARM_SetLogFile(Ctx.Config.Text(Param).constData());
+  return 0;
+}
+
+void CDeviceConfigurator::ResolveDevice() {
+  const QByteArray sName = Ctx.Config.Text(DCP_DEVICE_NAME);
+  const int Index = sName.isEmpty() ? -1 : Ctx.Api.VNODEARM_DEVICE_GetIndex(sName.constData());
+  Store(DCP_DEVICE_INDEX, std::max(Index, -1));
+  Info.UpdateDeviceInfo();
+  Info.UpdateVNodeFuncPtrs();
+}
