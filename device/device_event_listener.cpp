@@ -9,6 +9,7 @@ struct LISTENER_LIST {
   std::vector<CDeviceEventListener*> paListener;
   U32 Depth = 0;  // deliveries in progress
   bool bHasGaps = false;
+  void (*pfDestroyHook)(CDeviceEventListener*) = nullptr;
 };
 
 // Never destroyed: listeners with static storage may outlive any other static object.
@@ -25,6 +26,7 @@ CDeviceEventListener::CDeviceEventListener() {
 
 CDeviceEventListener::~CDeviceEventListener() {
   LISTENER_LIST& List = Listeners();
+  if (List.pfDestroyHook) List.pfDestroyHook(this);
   const auto It = std::find(List.paListener.begin(), List.paListener.end(), this);
   if (It == List.paListener.end()) return;
   if (List.Depth == 0) {
@@ -33,6 +35,10 @@ CDeviceEventListener::~CDeviceEventListener() {
   }
   *It = nullptr;
   List.bHasGaps = true;
+}
+
+void CDeviceEventListener::SetDestroyHook(void (*pfHook)(CDeviceEventListener*)) {
+  Listeners().pfDestroyHook = pfHook;
 }
 
 void CDeviceEventListener::BeginDelivery() {

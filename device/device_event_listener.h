@@ -195,6 +195,9 @@ public:
   // is not ready.
   static void SetView(const CDeviceView* pView);
 
+  // Called with each listener that is destroyed, so that nobody keeps a pointer to it. Empty: nobody cares.
+  static void SetDestroyHook(void (*pfHook)(CDeviceEventListener*));
+
 private:
   static void BeginDelivery();
   static void EndDelivery();

@@ -1,0 +1,171 @@
+#include "device/job_dispatch.h"
+
+#include <cstring>
+
+namespace {
+
+// Whether dynamic parameter Index holds Cnt items of ItemSize bytes.
+bool Holds(const DEVICE_JOB& Job, U32 Index, U64 Cnt, U64 ItemSize) {
+  return Job.pDyn[Index] != nullptr && Cnt <= MAX_DYN_PARAM_BYTES && Cnt * ItemSize < Job.DynSize[Index];
+}
+
+U32 P(const DEVICE_JOB& Job, U32 Index) {
+  return static_cast<U32>(Job.Param[Index]);
+}
+
+// A write that did not put every byte is a failure.
+int WriteResult(U64 NumWritten, U64 NumWanted) {
+  return NumWritten == NumWanted ? 0 : -1;
+}
+
+}  // namespace
+
+CJobDispatch::CJobDispatch(CDeviceOps& Ops, std::function<bool(DEVICE_JOB&)> RaiseFinished)
+    : Ops(Ops), RaiseFinished(std::move(RaiseFinished)) {
+  AddProbeHandlers();
+  AddRunHandlers();
+  AddBreakpointHandlers();
+  AddRegisterHandlers();
+  AddMemoryHandlers();
+  AddLocationHandlers();
+}
+
+void CJobDispatch::SetHandler(U32 Type, HANDLER Handler) {
+  if (Type < aHandler.size()) aHandler[Type] = std::move(Handler);
+}
+
+void CJobDispatch::PollTarget() {
+  Ops.CheckHandleNotifications();
+  Ops.Halts.CheckHandleHalt();
+  Ops.Halts.CheckHandleResume();
+}
+
+int CJobDispatch::Dispatch(DEVICE_JOB& Job) {
+  const HANDLER& Handler = aHandler[Job.Type];
+  return Handler ? Handler(Job) : -1;
+}
+
+void CJobDispatch::AddProbeHandlers() {
+  SetHandler(JT_CONNECT,
+             [this](DEVICE_JOB& Job) { return Ops.Connection.Connect(static_cast<CONNECT_MODES>(P(Job, 0))); });
+  SetHandler(JT_DISCONNECT, [this](DEVICE_JOB&) { return Ops.Connection.Disconnect(); });
+  SetHandler(JT_EXEC_VNODE_CMD, [this](DEVICE_JOB& Job) {
+    if (Job.pDyn[1] == nullptr) return -1;
+    const int Result = Ops.Commands.ExecVNodeCmd(Job.DynText(0), Job.DynSize[1] - 1, Job.Dyn<char>(1));
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  });
+  SetHandler(JT_CONFIGURE, [this](DEVICE_JOB& Job) { return Ops.Configurator.Configure(Job.DynText(0)); });
+  SetHandler(JT_SET_CONFIG_PARAM, [this](DEVICE_JOB& Job) {
+    const auto Param = static_cast<DEV_CONFIG_PARAMS>(Job.Param[0]);
+    if (Job.pDyn[0] != nullptr) return Ops.Configurator.SetConfigParam(Param, Job.DynText(0));
+    return Ops.Configurator.SetConfigParam(Param, static_cast<int>(Job.Param[1]));
+  });
+  SetHandler(JT_GET_DEVICE_INFO, [this](DEVICE_JOB& Job) {
+    U32 Core = 0;
+    const int Result = Ops.Info.GetDeviceInfo(Job.DynText(0), &Core);
+    Job.Result2 = Core;
+    return Result;
+  });
+  SetHandler(JT_MEASURE_CORE_SPEED, [this](DEVICE_JOB& Job) {
+    const int Speed = Ops.Memory.MeasureCoreSpeed();
+    Job.Result = Speed > 0 ? static_cast<U64>(Speed) : 0;
+    return Speed > 0 ? 0 : -1;
+  });
+}
+
+void CJobDispatch::AddRunHandlers() {
+  SetHandler(JT_RESET, [this](DEVICE_JOB& Job) { return Ops.Control.Reset(static_cast<RESET_MODES>(P(Job, 0))); });
+  SetHandler(JT_HALT, [this](DEVICE_JOB&) { return Ops.Control.Halt(); });
+  SetHandler(JT_CONTINUE, [this](DEVICE_JOB&) { return Ops.Control.Continue(); });
+  SetHandler(JT_STEP_INST, [this](DEVICE_JOB&) { return Ops.Stepper.StepInst(); });
+  SetHandler(JT_RUN_TO, [this](DEVICE_JOB& Job) { return Ops.Control.RunTo(Job.Param[0]); });
+  SetHandler(JT_SET_TARGET_EXEC_STATE,
+             [this](DEVICE_JOB& Job) { return Ops.Target.SetTargetExecState(Job.Param[0], Job.Param[1]); });
+  SetHandler(JT_RESET_TARGET_EXEC_STATE, [this](DEVICE_JOB&) { return Ops.Target.ResetTargetExecState(); });
+  SetHandler(JT_END_DOWNLOAD, [this](DEVICE_JOB& Job) {
+    const int Result = Ops.Download.EndDownload(Job.Param[0] != 0);
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  });
+}
+
+void CJobDispatch::AddBreakpointHandlers() {
+  SetHandler(JT_SET_BP, [this](DEVICE_JOB& Job) {
+    return Ops.Breakpoints.SetBreakpoint(P(Job, 0), static_cast<BP_STATES>(P(Job, 1)),
+                                         static_cast<BP_TYPES>(P(Job, 2)));
+  });
+  SetHandler(JT_SET_BPS, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], sizeof(U32))) return -1;
+    const int Result = Ops.Breakpoints.SetBreakpoints(P(Job, 0), Job.Dyn<U32>(0), static_cast<BP_STATES>(P(Job, 1)),
+                                                      static_cast<BP_TYPES>(P(Job, 2)));
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  });
+  SetHandler(JT_CLEAR_BP, [this](DEVICE_JOB& Job) { return Ops.Breakpoints.ClearBreakpoint(P(Job, 0)); });
+  SetHandler(JT_CLEAR_BPS, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], sizeof(U32))) return -1;
+    const int Result = Ops.Breakpoints.ClearBreakpoints(P(Job, 0), Job.Dyn<U32>(0));
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  });
+  SetHandler(JT_CLEAR_ALL_BPS, [this](DEVICE_JOB&) { return Ops.Breakpoints.ClearAllBreakpoints(); });
+  SetHandler(JT_RESET_BPS, [this](DEVICE_JOB&) { return Ops.Breakpoints.ResetBreakpoints(); });
+}
+
+void CJobDispatch::AddRegisterHandlers() {
+  SetHandler(JT_READ_REG, [this](DEVICE_JOB& Job) { return Ops.Registers.ReadReg(P(Job, 0), &Job.Result); });
+  SetHandler(JT_WRITE_REG, [this](DEVICE_JOB& Job) { return Ops.Registers.WriteReg(P(Job, 0), Job.Param[1]); });
+  SetHandler(JT_READ_REGS, [this](DEVICE_JOB& Job) {
+    const U64 Cnt = Job.Param[0];
+    if (!Holds(Job, 0, Cnt, sizeof(U32)) || !Holds(Job, 1, Cnt, sizeof(U64)) || !Holds(Job, 2, Cnt, 1)) return -1;
+    return Ops.Registers.ReadRegs(P(Job, 0), Job.Dyn<U32>(0), Job.Dyn<U64>(1), Job.Dyn<U8>(2));
+  });
+  SetHandler(JT_READ_CP_REG, [this](DEVICE_JOB& Job) { return Ops.Registers.ReadCPReg(Job.DynText(0), &Job.Result); });
+  SetHandler(JT_WRITE_CP_REG,
+             [this](DEVICE_JOB& Job) { return Ops.Registers.WriteCPReg(Job.DynText(0), Job.Param[0]); });
+}
+
+void CJobDispatch::AddMemoryHandlers() {
+  SetHandler(JT_READ_MEM, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], 1) || !Holds(Job, 1, Job.Param[1], 1)) return -1;
+    return static_cast<int>(Ops.Memory.ReadMem(P(Job, 0), P(Job, 1), P(Job, 2), static_cast<I8>(Job.Param[3]),
+                                               P(Job, 4), Job.Dyn<U8>(0), Job.Dyn<U8>(1)));
+  });
+  SetHandler(JT_WRITE_MEM, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
+    const U32 NumWritten =
+        Ops.Memory.WriteMem(P(Job, 0), P(Job, 1), P(Job, 2), static_cast<I8>(Job.Param[3]), P(Job, 4), Job.Dyn<U8>(0));
+    return WriteResult(NumWritten, Job.Param[1]);
+  });
+  SetHandler(JT_WRITE_MEM_MULTIPLE, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], 2 * sizeof(U32)) || !Holds(Job, 1, Job.Param[1], 1)) return -1;
+    const U32* paRanges = Job.Dyn<U32>(0);
+    U64 NumWanted = 0;
+    for (U32 i = 0; i < P(Job, 0); ++i) NumWanted += paRanges[2 * i + 1] - paRanges[2 * i];
+    const U32 NumWritten = Ops.Memory.WriteMemMultiple(P(Job, 0), paRanges, P(Job, 1), Job.Dyn<U8>(1), P(Job, 2),
+                                                       static_cast<I8>(Job.Param[3]), P(Job, 4));
+    return WriteResult(NumWritten, NumWanted);
+  });
+}
+
+void CJobDispatch::AddLocationHandlers() {
+  SetHandler(JT_READ_LOCATION, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, 1, sizeof(ELF_SYM_LOC)) || Job.Param[0] > CLocationAccess::MAX_LOC_BYTES) return -1;
+    U8 aData[CLocationAccess::MAX_LOC_BYTES] = {};
+    const int Result = Ops.Locations.ReadLoc(*Job.Dyn<ELF_SYM_LOC>(0), P(Job, 0), aData);
+    std::memcpy(&Job.Result, aData, sizeof(Job.Result));
+    return Result;
+  });
+  SetHandler(JT_READ_LOCS, [this](DEVICE_JOB& Job) {
+    const U64 Cnt = Job.Param[0];
+    if (!Holds(Job, 0, Cnt, sizeof(ELF_SYM_LOC)) || !Holds(Job, 1, Cnt, sizeof(U64)) || !Holds(Job, 2, Cnt, 1)) {
+      return -1;
+    }
+    return Ops.Locations.ReadLocs(P(Job, 0), Job.Dyn<ELF_SYM_LOC>(0), Job.Dyn<U64>(1), Job.Dyn<U8>(2));
+  });
+  SetHandler(JT_WRITE_LOCATION, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, 1, sizeof(ELF_SYM_LOC)) || !Holds(Job, 1, Job.Param[0], 1)) return -1;
+    return Ops.Locations.WriteLoc(*Job.Dyn<ELF_SYM_LOC>(0), P(Job, 0), Job.Dyn<U8>(1));
+  });
+}
