@@ -81,7 +81,8 @@ struct VCORE_REGS {
 struct VCORE_API : DISASM_API {
   // Plug. Cached read of target memory, bytes in target order; 0, or -1 when fewer than NumBytes could be read.
   std::function<int(U32 Addr, U32 NumBytes, void* pData)> pfReadTarget;
-  // Plug. VNODEARM_ReadRegs: probe indices to values and statuses (0 valid); 0 or a negative error. Empty: no target.
+  // Plug. VNODEARM_ReadRegs: probe indices to values and statuses (0 valid); 0 or a negative error. Asked on whatever
+  // thread makes the query, so it fails where the probe may not be reached. Empty: no target.
   std::function<int(const U32* paIndex, U32* paValue, U8* paStatus, U32 Count)> pfReadProbeRegs;
   // Plug. VNODEARM_WriteReg: probe index; 0 on success.
   std::function<int(U32 Index, U32 Value)> pfWriteReg;
@@ -123,19 +124,21 @@ int Init(const VCORE_CPU& Cpu, const VCORE_API& API);
 // Clears everything; InstAlign is 1 again.
 void Exit();
 bool IsInitialised();
-// Changes the core's identification and drops the instruction cache; -1 when nothing changed or nothing is initialised.
-// Called when a connection tells the real core.
+// Changes the core's identification, drops the instruction cache and fills it again from the attached program; -1 when
+// nothing changed or nothing is initialised. Called when a connection tells the real core.
 int SetCpuInfo(const VCORE_CPU& Cpu);
 VCORE_CPU GetCpuInfo();
 // Copy of the description; before Init the default with InstAlign 1.
 VCORE_INFO GetInfo();
-// Replaces the description and validates it; -1 with the text through pfLogError at the first invalid field.
+// Replaces the description and validates it; the instruction cache stays; -1 with the text through pfLogError at the
+// first invalid field.
 int SetInfo(const VCORE_INFO& Info);
 
 // ---- Program
 
-// Takes the program file for symbol and image questions, or null before the file is closed; forgets the regions, the
-// texts and the instruction cache of the previous one. Not owned.
+// Copies the program file's image and symbols for later questions, or forgets them for null, which is due before the
+// file is closed; forgets the regions, the texts and the instruction cache of the previous file. Runs under the
+// program database's mutex, as does BuildMappingSymbols; no other function reaches the file.
 void AttachElf(ELF_FILE* pFile);
 // Reads the mapping symbols ($a, $t, $d) of the attached file; the number of regions.
 int BuildMappingSymbols();
@@ -146,8 +149,8 @@ QMemBlocks GetImage();
 CAddrRange GetImageRange(bool bExecView);
 // Decodes all function symbols into the cache; the number of bytes.
 U32 AnalyzeProgram();
-// Decodes [Start, End) into the cache; pData holds the bytes at Start, null reads them through pfGetMemData. Number of
-// bytes, 0 with a text through pfLogError for an invalid range.
+// Decodes [Start, End) into the cache, data regions left out; pData holds the bytes at Start rounded down to InstAlign,
+// null reads them through pfGetMemData. Number of bytes, 0 with a text through pfLogError for an invalid range.
 U32 AnalyzeAdd(U64 Start, U64 End, const U8* pData = nullptr);
 // Drops all instruction records and texts, keeps regions and image.
 void ResetCache();
@@ -163,7 +166,8 @@ bool GetCachedInst(U32 Addr, VCORE_INST& Inst);
 bool GetInst(U32 Addr, VCORE_INST& Inst);
 // A cached instruction begins here and the address is in no data region.
 bool IsInstruction(U32 Addr);
-// At an instruction start its length (0 when it cannot be decoded), elsewhere the distance to the next start.
+// At an instruction start its length, 0 when it cannot be decoded; in the midst of an instruction and in data the
+// distance to the next start, MinInstLen if none lies within MaxInstLen.
 U32 GetInstLength(U32 Addr);
 // Nearest cached instruction start below or above, within MaxInstLen; 0 or -1.
 int GetPrevInst(U32 Addr, U32& Result);
