@@ -1,0 +1,285 @@
+#include "device/data_files/vfile.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "base/msg_flags.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+using VFile::CFileWorker;
+
+const QString DATA_DIR = QStringLiteral(VEXOR_SOURCE_DIR "/tests/database/data/");
+
+class VFileTest : public testing::Test {
+protected:
+  void SetUp() override {
+    CFileWorker::Get()->SetMessageSink([this](const QString& sText, U32 Flags) { m_Messages.append({sText, Flags}); });
+  }
+  void TearDown() override {
+    CFileWorker::Get()->SetMessageSink({});
+    CFileWorker::Get()->SetProgressSink({});
+  }
+
+  QString Write(const QString& sName, const QByteArray& Bytes) {
+    QFile File(m_Dir.filePath(sName));
+    EXPECT_TRUE(File.open(QIODevice::WriteOnly));
+    File.write(Bytes);
+    return File.fileName();
+  }
+  QMemBlocks Read(const QString& sName, const QByteArray& Bytes) {
+    return CFileWorker::Get()->ReadDataFile(Write(sName, Bytes));
+  }
+  bool HasError(const QString& sPart) const {
+    for (const auto& [sText, Flags] : m_Messages) {
+      if ((Flags & MSG_ERROR) && sText.contains(sPart)) return true;
+    }
+    return false;
+  }
+
+  QTemporaryDir m_Dir;
+  QList<std::pair<QString, U32>> m_Messages;
+};
+
+QByteArray ReadAll(const QString& sPath) {
+  QFile File(sPath);
+  EXPECT_TRUE(File.open(QIODevice::ReadOnly)) << sPath.toStdString();
+  return File.readAll();
+}
+
+// "addr: bytes" of each block, one a line.
+QByteArray Text(const QMemBlocks& Blocks) {
+  QByteArray Result;
+  for (const CMemBlock& Block : Blocks) {
+    EXPECT_EQ(Block.NumBytes, static_cast<U32>(Block.Data.size()));
+    Result += QByteArray::number(Block.Addr, 16) + ":" + Block.Data.toHex() + "\n";
+  }
+  return Result;
+}
+
+TEST_F(VFileTest, TellsClassesByNameAndFirstBytes) {
+  struct CASE {
+    const char* sName;
+    const char* sBytes;
+    VFile::FILE_CLASS Class;
+  };
+  const CASE aCases[] = {
+      {"a.bin", "", VFile::FILE_CLASS_BINARY},
+      {"a.elf", "no elf", VFile::FILE_CLASS_ELF},
+      {"a.axf", "", VFile::FILE_CLASS_ELF},
+      {"a.b.out", "", VFile::FILE_CLASS_ELF},
+      {"a.mot", "", VFile::FILE_CLASS_SREC},
+      {"a.srec", "", VFile::FILE_CLASS_SREC},
+      {"a.hex", "", VFile::FILE_CLASS_HEX},
+      {"a.HEX", "", VFile::FILE_CLASS_NONE},
+      {"a.txt", "", VFile::FILE_CLASS_NONE},
+      {"plain",
+       "\x7f"
+       "ELF",
+       VFile::FILE_CLASS_NONE},
+  };
+  for (const CASE& Case : aCases) {
+    EXPECT_EQ(VFile::GetFileClass(Write(QString::fromLatin1(Case.sName), Case.sBytes)), Case.Class) << Case.sName;
+  }
+  const QByteArray Identification(
+      "\x7f"
+      "ELF\1\1\1\0\0\0\0\0more",
+      16);
+  EXPECT_EQ(VFile::GetFileClass(Write(QStringLiteral("program"), Identification)), VFile::FILE_CLASS_ELF);
+  EXPECT_EQ(VFile::GetFileClass(m_Dir.path()), VFile::FILE_CLASS_NONE);
+  EXPECT_EQ(VFile::GetFileClass(m_Dir.filePath(QStringLiteral("absent.bin"))), VFile::FILE_CLASS_NONE);
+}
+
+TEST_F(VFileTest, ReadsBinaryFilesAcrossPieces) {
+  const QByteArray Bytes = QByteArray(1000000, 'a') + QByteArray(1000000, 'b') + "end";
+  const QString sPath = Write(QStringLiteral("big.bin"), Bytes);
+  QList<int> Values;
+  bool bEnded = false;
+  PROGRESS_SINK Progress;
+  Progress.Start = [&](const QString& sText, int Min, int Max) {
+    EXPECT_EQ(sText, QStringLiteral("Reading File..."));
+    Values = {Min, Max};
+  };
+  Progress.SetValue = [&](int Value) { Values.append(Value); };
+  Progress.End = [&] { bEnded = true; };
+  CFileWorker::Get()->SetProgressSink(Progress);
+  const QMemBlocks Blocks = CFileWorker::Get()->ReadDataFile(sPath, 0x08004000);
+  ASSERT_EQ(Blocks.size(), 1);
+  EXPECT_EQ(Blocks[0].Addr, 0x08004000u);
+  EXPECT_TRUE(Blocks[0].Data == Bytes);
+  EXPECT_EQ(Values, (QList<int>{0, 2000003, 1000000, 2000000, 2000003, 2000003}));
+  EXPECT_TRUE(bEnded);
+  EXPECT_EQ(Text(Read(QStringLiteral("empty.bin"), "")), "0:\n");
+}
+
+// The same image, written by another tool in two formats and as it stands in the program file.
+TEST_F(VFileTest, AllFormatsGiveTheImageOfTheProgram) {
+  ELF_FILE* pElf = ELF_Open((DATA_DIR + QStringLiteral("demo.elf")).toUtf8());
+  ASSERT_NE(pElf, nullptr);
+  CFileWorker::Get()->SetProgram(pElf);
+  const QMemBlocks Elf = CFileWorker::Get()->ReadDataFile(DATA_DIR + QStringLiteral("demo.elf"));
+  CFileWorker::Get()->SetProgram(nullptr);
+  ELF_Close(pElf);
+  ASSERT_EQ(Elf.size(), 2);
+  EXPECT_EQ(Elf[0].Data, ReadAll(DATA_DIR + QStringLiteral("demo.bin")));
+  EXPECT_EQ(Elf[1].VirtAddr, 0x20000000u);
+  EXPECT_TRUE(m_Messages.contains({QStringLiteral("Virtual segment address differs from physical address by 17fffd90 "
+                                                  "bytes"),
+                                   MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE}));
+
+  // In the flash both segments stand side by side.
+  const QMemBlocks Joined{{Elf[0].Addr, Elf[0].NumBytes + Elf[1].NumBytes, 0, Elf[0].Data + Elf[1].Data, {}}};
+  for (const char* sName : {"demo.srec", "demo.hex"}) {
+    EXPECT_EQ(Text(CFileWorker::Get()->ReadDataFile(DATA_DIR + QString::fromLatin1(sName))), Text(Joined)) << sName;
+  }
+  EXPECT_TRUE(CFileWorker::Get()->ReadDataFile(DATA_DIR + QStringLiteral("demo.elf")).isEmpty());
+}
+
+TEST_F(VFileTest, ReadsRecords) {
+  struct CASE {
+    const char* sWhat;
+    const char* sName;
+    const char* sText;
+    const char* sBlocks;
+  };
+  const CASE aCases[] = {
+      {"address widths", "a.srec", "S1051000AABB85\nS2051000002BBF\nS3061000000002E7\n",
+       "1000:aabb\n100000:2b\n10000000:02\n"},
+      {"records without data", "a.mot", "S0030000FC\nS1041000AA41\nS5030001FB\nS70500000000FA\nS9030000FC\n",
+       "1000:aa\n"},
+      {"line ends and blank lines", "a.srec", "\r\nS1041000AA41\r\n\n  \r\nS1041001BB2F\n", "1000:aabb\n"},
+      {"adjacent and apart", "a.srec", "S1041001BB2F\nS1041000AA41\nS1041003CC1C\n", "1000:aabb\n1003:cc\n"},
+      {"overlap, higher start wins", "a.srec", "S1041001BB2F\nS10510001122B7\n", "1000:11bb\n"},
+      {"linear base", "a.hex", ":020000040800F2\n:01001000AA45\n:00000001FF\n", "8000010:aa\n"},
+      {"segment base", "a.hex", ":020000021000EC\n:01001000AA45\n:00000001FF\n", "10010:aa\n"},
+      {"start address", "a.hex", ":0400000508000101ED\n:01001000AA45\n", "10:aa\n"},
+      {"lower case digits", "a.hex", ":01001000aa45\n", "10:aa\n"},
+      {"single line without end", "a.hex", ":01001000AA45", "10:aa\n"},
+      {"last line without end", "a.hex", ":01001000AA45\n:01001100BB33", "10:aa\n"},
+      {"empty", "a.hex", "", ""},
+  };
+  for (const CASE& Case : aCases) {
+    EXPECT_EQ(Text(Read(QString::fromLatin1(Case.sName), Case.sText)), Case.sBlocks) << Case.sWhat;
+  }
+}
+
+TEST_F(VFileTest, RefusesFilesWithCorruptRecords) {
+  struct CASE {
+    const char* sWhat;
+    const char* sName;
+    const char* sBadLine;
+  };
+  const CASE aCases[] = {
+      {"bad checksum", "a.srec", "S1041000AA42"},
+      {"bad count", "a.srec", "S1051000AA40"},
+      {"reserved type 4", "a.srec", "S4041000AA41"},
+      {"type that is no digit", "a.srec", "Sx041000AA41"},
+      {"no digit in the data", "a.srec", "S1041000AG41"},
+      {"cut short", "a.srec", "S10410"},
+      {"address longer than record", "a.srec", "S3041000AA41"},
+      {"other format", "a.srec", ":01001000AA45"},
+      {"bad checksum", "a.hex", ":01001000AA46"},
+      {"bad count", "a.hex", ":02001000AA44"},
+      {"unknown type", "a.hex", ":00000006FA"},
+      {"long type", "a.hex", ":01001010AA35"},
+      {"base at an offset", "a.hex", ":020001040800F1"},
+      {"short base", "a.hex", ":0100000408F3"},
+      {"end with data", "a.hex", ":01000001AA54"},
+  };
+  for (const CASE& Case : aCases) {
+    const bool bHex = QByteArray(Case.sName).endsWith("hex");
+    const QByteArray Good = bHex ? ":01001000AA45\n" : "S1041000AA41\n";
+    m_Messages.clear();
+    EXPECT_TRUE(Read(QString::fromLatin1(Case.sName), Good + Case.sBadLine + "\n" + Good).isEmpty()) << Case.sWhat;
+    EXPECT_TRUE(HasError(QStringLiteral("file contains corrupt data record at line 1."))) << Case.sWhat;
+  }
+}
+
+TEST_F(VFileTest, ParsesLinesAcrossPieceBoundaries) {
+  // 44-character lines: a million bytes end inside one of them.
+  QByteArray Records, Image;
+  for (int i = 0; i < 60000; ++i) {
+    QByteArray Body = QByteArray::fromHex("10") + char((i * 16) >> 8 & 0xFF) + char(i * 16 & 0xFF) + '\0';
+    if (i % 4096 == 0) {
+      const QByteArray Base = QByteArray::fromHex("02000004") + '\0' + char(i / 4096);
+      const char Sum = static_cast<char>(-(6 + i / 4096));
+      Records += ":" + (Base + Sum).toHex().toUpper() + "\n";
+    }
+    for (int k = 0; k < 16; ++k) Body += char(i * 7 + k);
+    Image += Body.right(16);
+    int Sum = 0;
+    for (const char Byte : Body) Sum += Byte;
+    Records += ":" + (Body + char(-Sum)).toHex().toUpper() + "\n";
+  }
+  ASSERT_GT(Records.size(), 2000000);
+  const QMemBlocks Blocks = Read(QStringLiteral("big.hex"), Records);
+  ASSERT_EQ(Blocks.size(), 1);
+  EXPECT_EQ(Blocks[0].Addr, 0u);
+  EXPECT_TRUE(Blocks[0].Data == Image);
+  // Half of the file: the line that was cut is not read, all before it is.
+  const QMemBlocks Half = Read(QStringLiteral("half.hex"), Records.left(1500007));
+  ASSERT_EQ(Half.size(), 1);
+  EXPECT_TRUE(Image.startsWith(Half[0].Data));
+  EXPECT_GT(Half[0].NumBytes, 500000u);
+  // One line without end of more than a piece.
+  EXPECT_TRUE(Read(QStringLiteral("line.hex"), QByteArray(1500000, '0')).isEmpty());
+}
+
+TEST_F(VFileTest, SavesAndReportsFailure) {
+  QString sSaved;
+  const auto Connection = QObject::connect(
+      CFileWorker::Get(), &CFileWorker::FileSaved,
+      [&](const QString& sPath, U32 NumBytes) { sSaved = QStringLiteral("%1 %2").arg(sPath).arg(NumBytes); });
+  const QByteArray Bytes(2500000, 'x');
+  const QString sPath = m_Dir.filePath(QStringLiteral("out.bin"));
+  EXPECT_EQ(CFileWorker::Get()->SaveFile(sPath, Bytes.constData(), static_cast<U32>(Bytes.size())), 0);
+  EXPECT_TRUE(ReadAll(sPath) == Bytes);
+  EXPECT_EQ(sSaved, sPath + QStringLiteral(" 2500000"));
+  sSaved.clear();
+  EXPECT_EQ(CFileWorker::Get()->SaveFile(m_Dir.filePath(QStringLiteral("no/dir.bin")), "abc", 3), -1);
+  EXPECT_TRUE(sSaved.isEmpty());
+  QObject::disconnect(Connection);
+}
+
+TEST_F(VFileTest, BlocksOfRecordsShareTheBytes) {
+  const U8 aBytes[4] = {1, 2, 3, 4};
+  const VFile::MEM_RECORD aRecords[] = {{0x100, 0x200, 4, aBytes}, {0x300, 0x300, 2, aBytes + 2}};
+  const QMemBlocks Blocks = VFile::MakeMemBlocks(2, aRecords);
+  EXPECT_EQ(Text(Blocks), "100:01020304\n300:0304\n");
+  EXPECT_EQ(static_cast<const void*>(Blocks[0].Data.constData()), static_cast<const void*>(aBytes));
+  EXPECT_TRUE(VFile::MakeMemBlocks(2, nullptr).isEmpty());
+}
+
+// Program files that were damaged: the sizes in their headers are not to be believed.
+TEST_F(VFileTest, SegmentsOfDamagedProgramsStayInsideTheFile) {
+  const QByteArray Good = ReadAll(DATA_DIR + QStringLiteral("demo.elf"));
+  const auto SegmentsOf = [&](const QByteArray& Bytes) {
+    ELF_FILE* pElf = ELF_Open(Write(QStringLiteral("damaged.elf"), Bytes).toUtf8());
+    CFileWorker::Get()->SetProgram(pElf);
+    const QMemBlocks Blocks = CFileWorker::Get()->ReadProgramSegments();
+    CFileWorker::Get()->SetProgram(nullptr);
+    if (pElf) ELF_Close(pElf);
+    return Blocks;
+  };
+  const qsizetype FirstHeader = 52, SegmentFileSize = 16, SegmentOffset = 4;
+  for (const auto& [Offset, Value] : {std::pair<qsizetype, QByteArray>{SegmentFileSize, "ffffffff"},
+                                      {SegmentFileSize, "00000100"},
+                                      {SegmentOffset, "f0ffffff"}}) {
+    QByteArray Bytes = Good;
+    Bytes.replace(FirstHeader + Offset, 4, QByteArray::fromHex(Value));
+    const QMemBlocks Blocks = SegmentsOf(Bytes);
+    ASSERT_LE(Blocks.size(), 2);
+    for (const CMemBlock& Block : Blocks) {
+      EXPECT_EQ(Block.NumBytes, static_cast<U32>(Block.Data.size()));
+      EXPECT_LE(Block.Data.size(), Good.size());
+    }
+  }
+  for (qsizetype Size = 0; Size < Good.size(); Size += 1499) {
+    for (const CMemBlock& Block : SegmentsOf(Good.left(Size))) EXPECT_LE(Block.Data.size(), Size);
+  }
+}
+
+}  // namespace

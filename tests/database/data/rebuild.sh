@@ -1,0 +1,20 @@
+#!/bin/sh
+# Builds demo.elf, the program that the tests of the program database load. Needs gcc-arm-none-eabi.
+set -e
+cd "$(dirname "$0")"
+flags="-mcpu=cortex-m4 -mthumb -g3 -gdwarf-5 -ffile-prefix-map=$PWD=/demo -ffreestanding"
+out=$(mktemp -d)
+trap 'rm -rf "$out"' EXIT
+arm-none-eabi-gcc $flags -O1 -ffunction-sections -c first.c -o "$out/first.o"
+arm-none-eabi-gcc $flags -O1 -c second.c -o "$out/second.o"
+arm-none-eabi-g++ $flags -O0 -fno-exceptions -fno-rtti -c shape.cpp -o "$out/shape.o"
+arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -c start.S -o "$out/start.o"
+arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--gc-sections,--build-id=none,-u,UseShapes,-u,LongStatement \
+  -T demo.ld "$out/first.o" "$out/second.o" "$out/shape.o" "$out/start.o" -o demo.elf
+
+# What other tools say about it: the rows of the line table, the symbols, and the image in other formats.
+arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h) ' >demo.lines.txt
+arm-none-eabi-nm -n -S demo.elf >demo.symbols.txt
+arm-none-eabi-objcopy -O srec demo.elf demo.srec
+arm-none-eabi-objcopy -O ihex demo.elf demo.hex
+arm-none-eabi-objcopy -O binary -j .text demo.elf demo.bin
