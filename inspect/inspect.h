@@ -26,6 +26,7 @@ struct INSPECT_COMMAND {
   INSPECT_FUNC pfRun;
 };
 
+const char* InspectDisasm(const INSPECT_OPTIONS& Options);
 const char* InspectFunctions(const INSPECT_OPTIONS& Options);
 const char* InspectLines(const INSPECT_OPTIONS& Options);
 const char* InspectSegments(const INSPECT_OPTIONS& Options);

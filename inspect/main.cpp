@@ -7,6 +7,7 @@
 namespace {
 
 constexpr INSPECT_COMMAND aCommands[] = {
+    {"disasm", "address, code in hexadecimal digits, instruction or data directive", InspectDisasm},
     {"functions", "start, end, name, declaration file, line", InspectFunctions},
     {"lines", "address, file, line, column, flags (S statement, E end of a sequence, P end of a prologue)",
      InspectLines},

@@ -44,6 +44,7 @@ public:
   U32 Find(DIE_REF Ref) const;
   U32 FindType(U64 Signature) const;
   const DWARF_UNIT& UnitOf(U32 Entry) const;
+  DWARF_UNIT& UnitOf(U32 Entry) { return const_cast<DWARF_UNIT&>(std::as_const(*this).UnitOf(Entry)); }
   const std::vector<DWARF_UNIT>& Units() const { return aUnits; }
 
   U32 Specification(U32 Entry) const;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "program/elf/list_header_check.h"
 #include "program/elf/reader_state.h"
 
 namespace {
@@ -10,6 +11,10 @@ namespace {
 constexpr size_t MAX_MESSAGE_LENGTH = 2000;
 constexpr U8 ADDRESS_SIZE = 4;  // bytes
 const char DEBUG_PREFIX[] = ".debug_";
+
+bool IsListSection(const char* sName) {
+  return std::strcmp(sName, ".debug_rnglists") == 0 || std::strcmp(sName, ".debug_loclists") == 0;
+}
 
 }  // namespace
 
@@ -28,7 +33,12 @@ void CDwarfSession::CollectSections() {
     if (std::strncmp(sName, DEBUG_PREFIX, sizeof(DEBUG_PREFIX) - 1) != 0 || (Section.Flags & SHF_COMPRESSED)) continue;
     U32 Size;
     const U8* pData = Image.SectionData(i);
-    if (pData && !this->Section(sName, Size)) aSections.push_back({sName, pData, Section.Size, Section.Addr});
+    if (!pData || this->Section(sName, Size)) continue;
+    if (IsListSection(sName) && !AreListHeadersSound(pData, Section.Size, IsBigEndian())) {
+      SendMessageF("section %s is damaged and was left out.", sName);
+      continue;
+    }
+    aSections.push_back({sName, pData, Section.Size, Section.Addr});
   }
 }
 

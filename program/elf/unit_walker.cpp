@@ -54,6 +54,7 @@ void CUnitWalker::Walk() {
   if (!Info.Session.Handle()) return;
   WalkSection(true);
   WalkSection(false);
+  ReadTypeUnitFiles();
   Info.Index.ResolveSpecifications();
   Info.EntryFunc = FindEntryFunc(Info);
 }
@@ -107,7 +108,11 @@ void CUnitWalker::WalkUnit(const DWARF_UNIT& Header) {
   aStack.clear();
   Info.NumTypeUnits += Header.bTypeUnit;
   Watch.AddTo(Header.bTypeUnit ? Spent.TypeUnits : Spent.Entries);
-  if (const CDie Again = Info.Reader.Load({TopOffset, Header.bTypes})) ReadSources(Again);
+  if (Header.bTypeUnit) {
+    aTypeUnits.push_back(Info.Index.LastUnit().TopEntry);
+  } else if (const CDie Again = Info.Reader.Load({TopOffset, Header.bTypes})) {
+    ReadSources(Again);
+  }
 }
 
 bool CUnitWalker::WalkEntries(CDie Top) {
@@ -164,12 +169,22 @@ void CUnitWalker::ReadSources(const CDie& Top) {
   CStopWatch Watch;
   DWARF_UNIT& Unit = Info.Index.LastUnit();
   Unit.FileTable = Lines.ReadFiles(Top);
-  if (!Unit.bTypeUnit && Unit.FileTable >= 0) {
+  if (Unit.FileTable >= 0) {
     for (const I32 File : Info.Sources.FilesOf(Unit.FileTable)) Info.Sources.AddUnit(File, Unit.TopEntry);
   }
   Watch.AddTo(Spent.Files);
-  if (!Unit.bTypeUnit) Lines.ReadLines(Top);
+  Lines.ReadLines(Top);
   Watch.AddTo(Spent.Lines);
+}
+
+// A type unit shares the file table of a compilation unit, and only that one knows the compilation directory.
+void CUnitWalker::ReadTypeUnitFiles() {
+  CStopWatch Watch;
+  for (const U32 TopEntry : aTypeUnits) {
+    const CDie Top = TopEntry <= Info.Index.Count() ? Info.Reader.Load(Info.Index.Ref(TopEntry)) : CDie();
+    if (Top) Info.Index.UnitOf(TopEntry).FileTable = Lines.ReadFiles(Top);
+  }
+  Watch.AddTo(Spent.Files);
 }
 
 void CUnitWalker::NoteLanguage(const CDie& Top) {

@@ -33,11 +33,13 @@ private:
   CLineReader Lines;
   WALK_TIMES Spent;
   std::vector<LEVEL> aStack;
+  std::vector<U32> aTypeUnits;  // top entries, whose file tables wait for the compilation units
 
   void WalkSection(bool bTypes);
   void WalkUnit(const DWARF_UNIT& Header);
   bool WalkEntries(CDie Top);
   U32 Visit(const CDie& Die, U32 Parent, U32 Func);
   void ReadSources(const CDie& Top);
+  void ReadTypeUnitFiles();
   void NoteLanguage(const CDie& Top);
 };

@@ -1,0 +1,35 @@
+#!/bin/sh
+# Builds the program files of the reader's tests from the sources beside this script. The results are committed, so
+# that the tests need no compiler; they depend on the compilers' versions.
+set -eu
+cd "$(dirname "$0")"
+TMP=$(mktemp -d)
+trap 'rm -rf "$TMP"' EXIT
+
+MAP="-ffile-prefix-map=$PWD=/sample"
+GCC="arm-none-eabi-gcc -ffreestanding -nostdlib -mcpu=cortex-m4 -mthumb $MAP -gno-as-loc-support"
+LINK="-T sample.ld -Wl,--build-id=none"
+
+$GCC -gdwarf-2 -gstrict-dwarf -O0 $LINK sample.c other.c -o gcc_dwarf2_O0.elf
+$GCC -gdwarf-3 -gstrict-dwarf -O2 $LINK sample.c other.c -o gcc_dwarf3_O2.elf
+$GCC -gdwarf-4 -O2 $LINK sample.c other.c -o gcc_dwarf4_O2.elf
+$GCC -gdwarf-5 -O0 $LINK sample.c other.c -o gcc_dwarf5_O0.elf
+$GCC -gdwarf-5 -O2 -ffunction-sections $LINK sample.c other.c -o gcc_dwarf5_O2.elf
+for UNIT in sample.c other.c sizes.S; do $GCC -O2 -c $UNIT -o "$TMP/$UNIT.o"; done
+$GCC $LINK "$TMP/sample.c.o" "$TMP/other.c.o" "$TMP/sizes.S.o" -o plain.elf
+$GCC -gdwarf-2 -O1 -c sample.c -o "$TMP/two.o"
+$GCC -gdwarf-5 -O1 -c other.c -o "$TMP/five.o"
+$GCC $LINK "$TMP/two.o" "$TMP/five.o" -o mixed.elf
+$GCC -gdwarf-5 -O1 -fno-exceptions -fno-rtti -fno-asynchronous-unwind-tables $LINK drive.cpp -o cpp_dwarf5.elf
+$GCC -gdwarf-4 -O1 -fno-exceptions -fno-rtti -fdebug-types-section $LINK drive.cpp -o cpp_dwarf4_types.elf
+
+arm-none-eabi-gcc -ffreestanding -nostdlib -mcpu=cortex-r4 -mbig-endian -marm $MAP -gdwarf-4 -O2 $LINK sample.c other.c \
+  -o big_endian.elf
+
+for VERSION in 4 5; do
+  for UNIT in sample other; do
+    clang-14 --target=arm-none-eabi -mcpu=cortex-m4 -mthumb -ffreestanding $MAP -gdwarf-$VERSION -O2 \
+      -c $UNIT.c -o "$TMP/$UNIT.$VERSION.o"
+  done
+  $GCC $LINK "$TMP/sample.$VERSION.o" "$TMP/other.$VERSION.o" -o clang_dwarf$VERSION.elf
+done
