@@ -1,0 +1,134 @@
+#include "shell/program_loader.h"
+
+#include <QGuiApplication>
+
+#include "core/vcore.h"
+#include "device/data_files/vfile.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "device/device_data_provider.h"
+#include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "shell/log/console_print.h"
+#include "shell/log/log.h"
+#include "shell/session_controller.h"
+#include "ui/message_box.h"
+#include "ui/status_bar.h"
+
+namespace {
+
+constexpr int RESET_STATE_WAIT_MS = 100;
+
+CDevice& Device() {
+  return CDevice::Get();
+}
+
+class CWaitCursor {
+public:
+  CWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~CWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+  CWaitCursor(const CWaitCursor&) = delete;
+  CWaitCursor& operator=(const CWaitCursor&) = delete;
+};
+
+}  // namespace
+
+CProgramLoader::CProgramLoader(CSessionController& Session) : m_Session(Session) {}
+
+void CProgramLoader::OpenDataFile(const QString& sPath) {
+  if (!m_Clock.isValid()) m_Clock.start();
+  if (IsElfFile(sPath)) {
+    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Opening File..."));
+    OpenElfDataFile(sPath);
+  } else if (IsBinFile(sPath)) {
+    OpenBinDataFile(sPath);
+  } else {
+    OpenOtherDataFile(sPath);
+  }
+  m_Clock.invalidate();
+}
+
+void CProgramLoader::OpenElfDataFile(const QString& sPath) {
+  const CWaitCursor Wait;
+  CProject::Get().SetProgramFile(sPath);
+  CFileFinder::Get()->SetProgramPath(sPath);
+  CDeviceDataProvider::Get().ClearCaches(false);
+  if (!Device().IsSessionReady()) Device().ScheduleResetTargetExecState();
+  ClearProgramViews();
+  if (ELFAPI_Load(sPath) < 0) {
+    LogMsg(QStringLiteral("Could not read the program file \"%1\"").arg(sPath), MSG_ERROR | MSG_TO_ALL);
+  }
+  OnDataFileOpened(sPath);
+}
+
+void CProgramLoader::OpenBinDataFile(const QString& sPath) {
+  if (m_Session.GetLoadAddress() == 0) {
+    U32 Addr = 0;
+    if (!m_AskAddress || !m_AskAddress(sPath, &Addr)) return;
+    m_Session.SetLoadAddress(Addr);
+  }
+  OpenOtherDataFile(sPath);
+}
+
+void CProgramLoader::OpenOtherDataFile(const QString& sPath) {
+  CProject::Get().SetProgramFile(sPath);
+  CFileFinder::Get()->SetProgramPath(sPath);
+  ClearProgramViews();
+  ELFAPI_Unload();
+  StoreProgramData(sPath);
+  if (!Device().IsSessionReady()) {
+    Device().ScheduleResetTargetExecState();
+    Device().WaitForJob(JT_RESET_TARGET_EXEC_STATE, false, RESET_STATE_WAIT_MS);
+  }
+  OnDataFileOpened(sPath);
+}
+
+void CProgramLoader::StoreProgramData(const QString& sPath) {
+  QMemBlocks Blocks;
+  if (!sPath.isEmpty()) Blocks = VFile::CFileWorker::Get()->ReadDataFile(sPath, m_Session.GetLoadAddress());
+  VCore::AttachElf(nullptr);
+  VCore::SetImage(Blocks);
+}
+
+void CProgramLoader::ClearProgramViews() {
+  Q_EMIT AboutToChange();
+}
+
+void CProgramLoader::ConfigTargetEndianess() {
+  const U32 Encoding = ELFAPI_IsLoaded() ? ELFAPI_GetEncoding() : 0;
+  Device().ScheduleSetConfigParam(DCP_ENDIAN, Encoding == 1 ? ENDIAN_BIG : ENDIAN_LITTLE);
+}
+
+void CProgramLoader::OnDataFileOpened(const QString& sPath) {
+  const bool bSame = !sPath.isEmpty() && sPath == m_sProgramPath;
+  if (!sPath.isEmpty()) ConfigTargetEndianess();
+  if (!bSame && !sPath.isEmpty()) Device().ScheduleClearAllBreakpoints();
+  m_Session.EvalBreakSymbol();
+  Q_EMIT DataFileOpened(sPath, bSame);
+  if (sPath.isEmpty() || !Device().IsConnected()) {
+    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
+  } else {
+    ContinueSession(sPath);
+  }
+  if (IsElfFile(sPath)) {
+    const QString sText =
+        QStringLiteral("File.Open: completed in %1 ms").arg(m_Clock.isValid() ? m_Clock.elapsed() : 0);
+    PrintConsole(sText);
+    LogMsg(sText, MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
+  }
+  m_sProgramPath = sPath;
+  m_bUserChosen = m_bReload = false;
+}
+
+void CProgramLoader::ContinueSession(const QString& sPath) {
+  if (!Device().IsSessionReady() || !IsElfFile(sPath) || (m_bReload && sPath == m_sProgramPath)) {
+    m_Session.ResetDevice(RM_BEFORE_DOWNLOAD);
+  } else if (m_bUserChosen) {
+    const int Answer = CMessageBox::Show(
+        QStringLiteral("Download Program"), QStringLiteral("Program file opened. Download to target?"),
+        CMessageBox::NO_CHECK_BOX, QString(), QDialogButtonBox::Yes | QDialogButtonBox::No);
+    if (Answer == CMessageBox::ACCEPTED) m_Session.ResetDevice(RM_BEFORE_DOWNLOAD);
+  }
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include "base/types.h"
+
+class CSessionController;
+
+// Opens program and data files: reads them, tells everybody, and starts the download where a session is running. Main
+// thread.
+class CProgramLoader : public QObject {
+  Q_OBJECT
+
+public:
+  explicit CProgramLoader(CSessionController& Session);
+
+  // Opens a program or data file, or with an empty path unloads the program.
+  void OpenDataFile(const QString& sPath);
+  // Times the next OpenDataFile from now on, as File.Open does.
+  void StartClock() { m_Clock.start(); }
+  // The file was chosen by the user, so a download during a session is asked for; it is a reload of a changed file.
+  void SetUserChosen(bool bOn) { m_bUserChosen = bOn; }
+  void SetReload(bool bOn) { m_bReload = bOn; }
+  // The program file that was opened last.
+  const QString& GetProgramPath() const { return m_sProgramPath; }
+  // Asks for the base address of a binary file; false when the user gave none. Set by the shell.
+  void SetAddressQuestion(std::function<bool(const QString& sPath, U32* pAddr)> Ask) { m_AskAddress = std::move(Ask); }
+
+Q_SIGNALS:
+  // The program's views are about to lose their contents.
+  void AboutToChange();
+  // Everything is read; an empty path: the program was unloaded. bSame: the file was open before.
+  void DataFileOpened(const QString& sPath, bool bSame);
+
+private:
+  void OpenElfDataFile(const QString& sPath);
+  void OpenBinDataFile(const QString& sPath);
+  void OpenOtherDataFile(const QString& sPath);
+  void StoreProgramData(const QString& sPath);
+  void ClearProgramViews();
+  void OnDataFileOpened(const QString& sPath);
+  void ContinueSession(const QString& sPath);
+  void ConfigTargetEndianess();
+
+  CSessionController& m_Session;
+  QString m_sProgramPath;
+  bool m_bUserChosen = false;
+  bool m_bReload = false;
+  QElapsedTimer m_Clock;
+  std::function<bool(const QString&, U32*)> m_AskAddress;
+};

@@ -1,0 +1,153 @@
+// The download step: data to the target, and what follows.
+
+#include <QFileInfo>
+#include <QThread>
+
+#include "core/vcore.h"
+#include "device/data_files/vfile.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "device/device_data_provider.h"
+#include "device/downloader.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "script/vscript.h"
+#include "shell/log/console_print.h"
+#include "shell/session_controller.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/status_bar.h"
+#include "ui/warnings_dialog.h"
+
+namespace {
+
+constexpr int INIT_REGS_WAIT_MS = 25;
+constexpr U8 WIDTH_FROM_SETTING = 255;
+
+CDevice& Device() {
+  return CDevice::Get();
+}
+
+// The writes of all blocks as one job.
+int ScheduleBlocks(const QMemBlocks& Blocks) {
+  std::vector<U32> Ranges;
+  QByteArray Data;
+  for (const CMemBlock& Block : Blocks) {
+    Ranges.push_back(Block.Addr);
+    Ranges.push_back(CAddrRange{Block.Addr, Block.NumBytes}.End());
+    Data += Block.Data;
+  }
+  const DEVICE_STATE& State = Device().Context().State;
+  const U32 Flags = MEM_FLAG_DOWNLOAD | (State.aCapability[HW_CAP_BMA] ? 0u : static_cast<U32>(MEM_FLAG_HALT));
+  return Device().ScheduleWriteMemMultiple(static_cast<U32>(Blocks.size()), Ranges.data(),
+                                           static_cast<U32>(Data.size()), reinterpret_cast<const U8*>(Data.constData()),
+                                           DownloadChunkSize(State.TIFSpeed), WIDTH_FROM_SETTING, Flags);
+}
+
+QMemBlocks DataOf(const QString& sFile, I64 Addr, U32 LoadAddress) {
+  const bool bProgram = sFile == CProject::Get().GetProgramFile();
+  if (bProgram) return VCore::GetImage();
+  return VFile::CFileWorker::Get()->ReadDataFile(sFile,
+                                                 IsBinFile(sFile) && Addr < 0 ? static_cast<I64>(LoadAddress) : Addr);
+}
+
+}  // namespace
+
+void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind, I64 Addr) {
+  if ((Kind != DOWNLOAD_PROGRAM && sFile.isEmpty()) || !Device().IsConnected()) return;
+  m_DownloadKind = Kind;
+  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Writing Memory..."));
+  if (Kind != DOWNLOAD_INTERNAL) ExecScriptFunc(HOOK_BEFORE_TARGET_DOWNLOAD);
+  if (Kind == DOWNLOAD_PROGRAM) {
+    if (VScript::HasFunction(HOOK_TARGET_DOWNLOAD)) {
+      Device().SetSuppressEvent(JT_END_DOWNLOAD, true);
+      ExecScriptFunc(HOOK_TARGET_DOWNLOAD);
+      Device().SetSuppressEvent(JT_END_DOWNLOAD, false);
+      const I32 Result = Device().Context().State.LastDownloadResult;
+      if (Result < 0) OnDownloadFailed(Result);
+      FinishDownload();
+      return;
+    }
+    if (sFile.isEmpty()) {
+      FinishDownload();
+      return;
+    }
+  }
+  if (WriteFileToTarget(sFile, Addr) < 0) ContinueAfterDownload();
+}
+
+int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
+  if (!Device().IsConnected() || sFile.isEmpty()) return -1;
+  const QMemBlocks Blocks = DataOf(sFile, Addr, m_LoadAddress);
+  if (Blocks.isEmpty() || ScheduleBlocks(Blocks) < 0) return -1;
+  if (Device().ScheduleEndDownload(!Device().Context().State.aCapability[HW_CAP_BMA], sFile.toUtf8().constData()) < 0)
+    return -1;
+  CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
+  for (const CMemBlock& Block : Blocks) Provider.RequestMem(this, Block.Addr, Block.NumBytes, 0, WIDTH_FROM_SETTING, 0);
+  return 0;
+}
+
+void CSessionController::OnDeviceEndDownloadDone(const char* sFileName) {
+  if (sFileName == nullptr || *sFileName == 0) return;
+  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Complete."));
+  ContinueAfterDownload();
+}
+
+void CSessionController::OnDeviceEndDownloadFailed(const char*, int Error) {
+  OnDownloadFailed(Error);
+}
+
+void CSessionController::OnDownloadFailed(int Error) {
+  if (GetVarValue(VAR_VERIFY_DOWNLOAD)) {
+    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
+    PrintConsole(QString::fromUtf8(DownloadErrorText(Error)));
+    CWarningsDialog::ShowText(QStringLiteral("Unsuccessfull Data Download"),
+                              QStringLiteral("The data file was not downloaded correctly."),
+                              QStringLiteral("It is recommended to restart the debug session or to download\n"
+                                             "the program file manually using command File.Download"));
+  }
+  ContinueAfterDownload();
+}
+
+void CSessionController::ContinueAfterDownload() {
+  if (m_DownloadKind == DOWNLOAD_FILE && VScript::HasFunction(HOOK_AFTER_TARGET_DOWNLOAD)) {
+    ExecScriptFunc(HOOK_AFTER_TARGET_DOWNLOAD);
+  } else if (m_DownloadKind == DOWNLOAD_PROGRAM) {
+    FinishDownload();
+  }
+}
+
+void CSessionController::FinishDownload() {
+  if (VScript::HasFunction(HOOK_AFTER_TARGET_DOWNLOAD)) {
+    ExecScriptFunc(HOOK_AFTER_TARGET_DOWNLOAD);
+  } else {
+    Device().RequestInitRegsAfterDownload();
+    QThread::msleep(INIT_REGS_WAIT_MS);
+  }
+  if (GetVarValue(VAR_CONNECT_MODE) == CM_DOWNLOAD_RESET) StartProgram();
+  m_View.RefreshWindows();
+}
+
+void CSessionController::StartProgram() {
+  switch (GetVarValue(VAR_RESET_MODE)) {
+    case RM_RESET_HALT:
+      Device().SetSessionReady();
+      Device().ScheduleHalt();
+      break;
+    case RM_BREAK_AT_SYMBOL:
+      if (RunToBreakSymbol() >= 0) {
+        Device().SetSessionReady();
+      } else {
+        m_MessageBoxTimer.start();
+        Device().SetSessionReady();
+        Device().ScheduleHalt();
+      }
+      break;
+    case RM_RESET_AND_RUN:
+      Device().SetSessionReady();
+      ResumeDevice();
+      break;
+    default:
+      break;
+  }
+}

@@ -1,0 +1,183 @@
+// What the session does when the device has news.
+
+#include "core/vcore.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "program/database/elfapi.h"
+#include "project/project.h"
+#include "script/vscript.h"
+#include "shell/core_binding.h"
+#include "shell/log/console_print.h"
+#include "shell/log/log.h"
+#include "shell/session_controller.h"
+#include "shell/settings/color_ids.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/message_box.h"
+#include "ui/status_bar.h"
+
+namespace {
+
+constexpr int HALT_DELAY_MS = 100;
+
+CDevice& Device() {
+  return CDevice::Get();
+}
+CStatusBar& Status() {
+  return *CStatusBar::_GetSingleton();
+}
+
+}  // namespace
+
+void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
+  PrintConsoleColor(QStringLiteral("V-Node: connected to target device"), COLOR_LOGGING_VNODE);
+  Status().SetStatusMessage(QStringLiteral("Connected"));
+  UpdateConnectionInfo();
+  m_View.OnSessionStateChanged();
+  ExecScriptFunc(HOOK_AFTER_TARGET_CONNECT);
+  if (Mode <= CM_ATTACH_HALT && GetVarValue(VAR_CONNECT_MODE) != static_cast<U32>(Mode)) {
+    LogMsg("Changing the connection mode while the connection sequence is in progress may lead to undefined behaviour.",
+           MSG_ERROR | MSG_TO_ALL);
+  }
+  switch (Mode) {
+    case CM_DOWNLOAD_RESET:
+      ResetDevice(RM_BEFORE_DOWNLOAD);
+      break;
+    case CM_ATTACH:
+      if (Device().IsHalted()) {
+        Device().ScheduleHalt();
+      } else {
+        ShowPulse(QStringLiteral("CPU running..."));
+      }
+      break;
+    case CM_ATTACH_HALT:
+      Device().ScheduleHalt();
+      break;
+    default:
+      break;
+  }
+}
+
+void CSessionController::OnDeviceConnectFailed(CONNECT_MODES) {
+  Status().SetStatusMessage(QStringLiteral("V-Node: error connecting to device"));
+  PrintConsoleColor(QStringLiteral("Connection failed"), COLOR_LOGGING_VNODE);
+  m_View.OnSessionStateChanged();
+}
+
+void CSessionController::OnDeviceAboutToDisconnect() {
+  m_HaltedTimer.stop();
+}
+
+void CSessionController::OnDeviceDisconnectDone() {
+  PrintConsoleColor(QStringLiteral("V-Node: disconnected from target device"), COLOR_LOGGING_VNODE);
+  Status().SetStatusMessage(QStringLiteral("Ready"));
+  Status().EndProgress();
+  UpdateConnectionInfo();
+  m_View.OnSessionStateChanged();
+  ExecScriptFunc(HOOK_AFTER_TARGET_DISCONNECT);
+  SetVarValue(GetVarInfo(VAR_ALLOW_DEBUG_MODIFIED_SRC), 0, 0);
+}
+
+void CSessionController::OnDeviceConnectionLost() {
+  PrintConsoleColor(QStringLiteral("V-Node: connection to target device lost."), COLOR_LOGGING_VNODE);
+  if (Device().IsConnected()) {
+    const int Answer = CMessageBox::Show(QStringLiteral("Target Connection Lost"),
+                                         QStringLiteral("Failed to read target status. Abort Debug Session?"),
+                                         CMessageBox::NO_CHECK_BOX, QStringLiteral("control-power-red.png"),
+                                         QDialogButtonBox::Yes | QDialogButtonBox::No);
+    if (Answer == CMessageBox::ACCEPTED) DisconnectDevice();
+  }
+  m_View.OnSessionStateChanged();
+}
+
+void CSessionController::OnDeviceResumeDone(RESUME_MODES) {
+  Status().SetStatusMessage(QStringLiteral("CPU running..."));
+  if (GetVarValue(PREF_SHOW_PROGBAR_WHILE_RUNNING)) ShowPulse(QStringLiteral("CPU running..."));
+  m_View.OnSessionStateChanged();
+}
+
+void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
+  if (Mode == RM_BEFORE_DOWNLOAD) {
+    if (GetVarValue(VAR_CONNECT_MODE) != CM_DOWNLOAD_RESET) return;
+    ExecScriptFunc(HOOK_AFTER_TARGET_RESET);
+    DownloadFile(CProject::Get().GetProgramFile(), DOWNLOAD_PROGRAM, -1);
+    return;
+  }
+  m_View.RefreshWindows();
+  if (Mode == RM_STATE_CHANGED) return;
+  ExecScriptFunc(HOOK_AFTER_TARGET_RESET);
+  switch (Mode) {
+    case RM_RESET_HALT:
+      Status().SetStatusMessage(QStringLiteral("Device was reset"));
+      break;
+    case RM_RESET_AND_RUN:
+      ResumeDevice();
+      break;
+    case RM_BREAK_AT_SYMBOL:
+      if (RunToBreakSymbol() < 0) m_MessageBoxTimer.start();
+      m_View.ShowPC(PC);
+      m_View.OnSessionStateChanged();
+      break;
+    default:
+      break;
+  }
+}
+
+void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
+  m_View.ShowPC(PC);
+  Status().SetStatusMessage(QStringLiteral("CPU halted"));
+  Status().EndProgress();
+  m_View.OnSessionStateChanged();
+  if (Reason == HR_STATE_CHANGED) return;
+  m_HaltedTimer.start(Reason == HR_GENERAL || Reason == HR_BREAKPOINT ? 0 : HALT_DELAY_MS);
+}
+
+void CSessionController::OnDeviceStepped(U32 PC) {
+  Status().SetStatusMessage(QStringLiteral("CPU halted"));
+  Status().EndProgress();
+  m_HaltedTimer.start(HALT_DELAY_MS);
+  m_View.ShowPC(PC);
+  m_View.OnSessionStateChanged();
+}
+
+void CSessionController::OnTargetHaltedAndTOElapsed() {
+  if (Device().IsSessionReady()) ExecScriptFunc(HOOK_AFTER_TARGET_HALT);
+}
+
+void CSessionController::OnDeviceRunToSymbolDone(U32) {
+  m_View.RefreshWindows();
+  m_View.FocusSourceWindow();
+}
+
+void CSessionController::OnDeviceConfigParamChanged(int Param, int /*Value*/) {
+  if (Param == DCP_DEVICE_INDEX) {
+    const U32 Core = Device().Context().Facts.Get().Core;
+    if (Core == m_CoreId && Core != 0) return;
+    m_CoreId = Core;
+    BindCoreModel(Core);
+    if (!m_bLoadingProject) Q_EMIT DeviceChanged();
+  } else if (Param == DCP_SPEED) {
+    UpdateConnectionInfo();
+  } else if (Param == DCP_ENDIAN) {
+    VCore::ResetCache();
+  }
+}
+
+void CSessionController::OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS Flags) {
+  LogMsg(sText, Flags);
+}
+void CSessionController::OnDeviceStartProgress(int Min, int Max) {
+  Status().StartProgress(Min, Max);
+}
+void CSessionController::OnDeviceEndProgress() {
+  Status().EndProgress();
+}
+void CSessionController::OnDeviceSetProgressValue(int Value) {
+  Status().SetProgressValue(Value);
+}
+void CSessionController::OnDeviceSetProgressMsg(const char* sText) {
+  Status().SetProgressMessage(QString::fromUtf8(sText));
+}
+void CSessionController::OnDeviceSetStatusMsg(const char* sText) {
+  Status().SetStatusMessage(QString::fromUtf8(sText));
+}
