@@ -74,6 +74,10 @@ public:
   void OnDeviceHaltDone(U32, HALT_REASONS) override { ClearCaches(true); }
   void OnDeviceStepped(U32) override { ClearCaches(true); }
   void OnDeviceResumeDone(RESUME_MODES) override { ClearCaches(false); }
+  // The reads that waited were taken back.
+  void OnDeviceResetFailed(U32, RESET_MODES) override { ClearCaches(true); }
+  void OnDeviceResumeFailed(RESUME_MODES) override { ClearCaches(true); }
+  void OnDeviceConnectionLost() override { ClearCaches(true); }
   void OnDeviceReadMemDone(U32 Addr, U32 NumBytes, U8* paData, U8* paStatus) override;
   void OnDeviceReadMemFailed(U32 Addr, U32 NumBytes) override;
   void OnDeviceReadRegDone(U32 Index, U64 Value) override;
@@ -105,6 +109,8 @@ private:
   LOC_PLACE PlaceOf(const ELF_SYM_LOC& Loc);
   U8 ReadLocCache(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData);
   void StoreLoc(const ELF_SYM_LOC& Loc, U32 NumBytes, const U8* paData, U8 Status);
+
+  void RefetchLocs();
 
   static bool IsRangeInSpace(U32 Addr, U32 NumBytes);
   int FetchMem(U32 Addr, U32 NumBytes, U32 ChunkSize, U8 AW, U32 Flags);

@@ -91,6 +91,17 @@ int CDeviceDataProvider::RequestLoc(CDeviceEventListener* pListener, const ELF_S
   return DATA_UNAVAILABLE;
 }
 
+// Locations whose bytes were to come with a memory read that was taken back.
+void CDeviceDataProvider::RefetchLocs() {
+  for (const DATA_REQUEST& Request : Requests.All()) {
+    if (Request.Kind != DR_LOC) continue;
+    const auto [Loc, NumBytes] = Request.ToLoc();
+    const LOC_PLACE Place = PlaceOf(Loc);
+    if (Place.Kind != LOC_MEM || Memory.Status(Place.Addr, NumBytes) != MEM_STALE) continue;
+    if (Access.ScheduleReadLoc(Loc, NumBytes) == 0) StoreLoc(Loc, NumBytes, nullptr, MEM_PENDING);
+  }
+}
+
 U8 CDeviceDataProvider::DeliverLoc(const DATA_REQUEST& Request) {
   const auto [Loc, NumBytes] = Request.ToLoc();
   U8 aData[MAX_LOC_BYTES] = {};

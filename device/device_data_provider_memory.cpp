@@ -123,6 +123,7 @@ void CDeviceDataProvider::CancelMemRequests() {
     if (pRequest->Kind == DR_MEM) pRequest->pListener = nullptr;
   }
   Access.CancelJobs(JT_READ_MEM, JQ_ALL);
+  RefetchLocs();
 }
 
 void CDeviceDataProvider::MarkMemStale(U32 Addr, U32 NumBytes) {

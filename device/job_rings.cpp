@@ -1,6 +1,9 @@
 #include "device/job_rings.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <utility>
 
 namespace {
 

@@ -1,0 +1,209 @@
+#include "device/job_rings.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+DEVICE_JOB Job(U32 Type, U64 P0 = 0) {
+  DEVICE_JOB New;
+  New.Type = Type;
+  New.Param[0] = P0;
+  if (JobTypeInfo(Type).bNeedsDyn) AllocDynParam(New, 0, 4);
+  return New;
+}
+
+int Schedule(CJobRings& Rings, U32 Type, U64 P0 = 0) {
+  DEVICE_JOB New = Job(Type, P0);
+  return Rings.Schedule(New);
+}
+
+DEVICE_JOB* TakeOne(CJobRings& Rings) {
+  DEVICE_JOB* pJob = Rings.Take();
+  Rings.Finished();
+  return pJob;
+}
+
+}  // namespace
+
+TEST(JobTypes, RingsAndRequiredParameters) {
+  const auto IsIn = [](U32 Type, std::initializer_list<std::pair<U32, U32>> Ranges) {
+    for (const auto& [First, Last] : Ranges) {
+      if (Type >= First && Type <= Last) return true;
+    }
+    return false;
+  };
+  const std::set<U32> NeedDyn = {12, 15, 17, 20, 21, 25, 26, 27, 30, 31, 36,
+                                 37, 38, 39, 44, 45, 49, 50, 54, 58, 59, 61};
+  for (U32 Type = 0; Type <= JT_LAST; ++Type) {
+    U32 Ring = JQ_READ;
+    if (Type == 0 || Type == 62 || Type == 64) Ring = JQ_BACKGROUND;
+    if (IsIn(Type, {{1, 9}, {11, 22}, {24, 24}, {26, 26}, {28, 28}, {30, 35}, {38, 38}, {40, 43}, {46, 48}})) {
+      Ring = JQ_CONTROL;
+    }
+    if (IsIn(Type, {{50, 52}, {56, 57}, {59, 60}})) Ring = JQ_CONTROL;
+    EXPECT_EQ(JobTypeInfo(Type).Queue, Ring) << Type;
+    EXPECT_EQ(JobTypeInfo(Type).bNeedsDyn, NeedDyn.count(Type) == 1) << Type;
+  }
+  EXPECT_STREQ(JobTypeName(JT_STEP_OVER), "JT_STEP_OVER");
+  EXPECT_STREQ(JobTypeName(64), "Last");
+  EXPECT_STREQ(JobTypeName(65), "Unknown");
+}
+
+TEST(JobTypes, DynamicParameterSizes) {
+  const struct {
+    U64 NumBytes;
+    DYN_PARAM_RESULT Result;
+  } aCase[] = {{0, DYN_BAD_SIZE}, {1, DYN_OK}, {1000000000, DYN_OK}, {1000000001, DYN_BAD_SIZE}};
+  for (const auto& Case : aCase) {
+    DEVICE_JOB New;
+    EXPECT_EQ(AllocDynParam(New, 2, Case.NumBytes), Case.Result) << Case.NumBytes;
+    EXPECT_EQ(New.pDyn[2] != nullptr, Case.Result == DYN_OK);
+    if (Case.Result == DYN_OK) {
+      EXPECT_EQ(New.DynSize[2], Case.NumBytes + 1);
+      EXPECT_EQ(New.Dyn<char>(2)[Case.NumBytes], 0);
+      void* pBlock = New.pDyn[2];
+      EXPECT_EQ(AllocDynParam(New, 2, 8), DYN_ALREADY_TAKEN);
+      EXPECT_EQ(New.pDyn[2], pBlock);
+    }
+    FreeDynParams(New);
+  }
+}
+
+TEST(JobRings, RefusesTypesThatAreNoJobs) {
+  CJobRings Rings;
+  for (const U32 Type : {0u, 64u, 1000u}) EXPECT_EQ(Schedule(Rings, Type), CJobRings::BAD_TYPE) << Type;
+}
+
+TEST(JobRings, FullRingRefusesUntilASlotIsReleased) {
+  CJobRings Rings;
+  for (U32 i = 0; i < CJobRings::RING_SIZE; ++i) ASSERT_EQ(Schedule(Rings, JT_HALT, i), CJobRings::SCHEDULED);
+  DEVICE_JOB Refused = Job(JT_EXEC_VNODE_CMD);
+  EXPECT_EQ(Rings.Schedule(Refused), CJobRings::QUEUE_FULL);
+  EXPECT_EQ(Refused.pDyn[0], nullptr);
+  EXPECT_EQ(Schedule(Rings, JT_READ_REG), CJobRings::SCHEDULED) << "the other rings have room";
+  EXPECT_NE(Rings.FindPending(JT_HALT).pJob, nullptr) << "a full ring is not an empty one";
+
+  DEVICE_JOB* pFirst = TakeOne(Rings);
+  ASSERT_NE(pFirst, nullptr);
+  EXPECT_EQ(Schedule(Rings, JT_HALT), CJobRings::QUEUE_FULL) << "an executed job keeps its slot";
+  Rings.Release(pFirst);
+  EXPECT_EQ(Schedule(Rings, JT_HALT, 77777), CJobRings::SCHEDULED);
+  EXPECT_EQ(Schedule(Rings, JT_HALT), CJobRings::QUEUE_FULL);
+
+  DEVICE_JOB* pLast = nullptr;
+  U64 NumTaken = 0;
+  for (U64 Expected = 1; DEVICE_JOB* pJob = TakeOne(Rings); ++Expected, ++NumTaken) {
+    if (pJob->Type != JT_HALT) break;
+    if (Expected < CJobRings::RING_SIZE) {
+      ASSERT_EQ(pJob->Param[0], Expected);
+    }
+    pLast = pJob;
+  }
+  EXPECT_EQ(NumTaken, CJobRings::RING_SIZE);
+  EXPECT_EQ(pLast->Param[0], 77777u);
+}
+
+TEST(JobRings, ControlBeforeReadBeforeBackground) {
+  CJobRings Rings;
+  for (const U32 Type : {JT_MEASURE_CORE_SPEED, JT_READ_REG, JT_CONTINUE, JT_READ_MEM, JT_RESET}) {
+    Schedule(Rings, Type);
+  }
+  U64 LastID = 0;
+  for (const U32 Type : {JT_CONTINUE, JT_RESET, JT_READ_REG, JT_READ_MEM, JT_MEASURE_CORE_SPEED}) {
+    DEVICE_JOB* pJob = TakeOne(Rings);
+    ASSERT_NE(pJob, nullptr);
+    EXPECT_EQ(pJob->Type, Type);
+    EXPECT_NE(pJob->ID, LastID);
+    EXPECT_EQ(pJob->Queue, JobTypeInfo(Type).Queue);
+    LastID = pJob->ID;
+  }
+  EXPECT_EQ(Rings.Take(), nullptr);
+}
+
+TEST(JobRings, JobWithoutItsParameterDoesNotStallTheRing) {
+  CJobRings Rings;
+  DEVICE_JOB Broken;
+  Broken.Type = JT_CONFIGURE;
+  ASSERT_EQ(Rings.Schedule(Broken), CJobRings::SCHEDULED);
+  const CJobRings::JOB_REF Ref = Rings.FindPending(JT_CONFIGURE);
+  EXPECT_FALSE(Rings.IsValid(Ref.pJob));
+  Schedule(Rings, JT_HALT);
+  DEVICE_JOB* pJob = TakeOne(Rings);
+  ASSERT_NE(pJob, nullptr);
+  EXPECT_EQ(pJob->Type, JT_HALT);
+  EXPECT_FALSE(Rings.IsPending(Ref)) << "nobody waits for it for ever";
+  EXPECT_EQ(Ref.pJob->Type, JT_NONE);
+}
+
+TEST(JobRings, ValidityOfPointers) {
+  CJobRings Rings;
+  Schedule(Rings, JT_HALT);
+  DEVICE_JOB* pJob = TakeOne(Rings);
+  DEVICE_JOB Foreign = Job(JT_HALT);
+  EXPECT_TRUE(Rings.IsValid(pJob));
+  EXPECT_FALSE(Rings.IsValid(nullptr));
+  EXPECT_FALSE(Rings.IsValid(&Foreign));
+  EXPECT_FALSE(Rings.IsValid(reinterpret_cast<DEVICE_JOB*>(reinterpret_cast<char*>(pJob) + 8)));
+  EXPECT_FALSE(Rings.IsValid(pJob + 1)) << "free slot";
+  Rings.Release(pJob);
+  EXPECT_FALSE(Rings.IsValid(pJob));
+}
+
+TEST(JobRings, CancelSelectsByTypeAndRing) {
+  const struct {
+    U32 Type;
+    U32 Queue;
+    std::set<U32> Cancelled;
+  } aCase[] = {
+      {JT_ANY, JQ_ALL, {JT_STEP_INST, JT_STEP_OUT, JT_READ_REG, JT_READ_MEM, JT_MEASURE_CORE_SPEED}},
+      {JT_ANY, JQ_READ, {JT_READ_REG, JT_READ_MEM}},
+      {JT_ANY, JQ_BACKGROUND, {JT_MEASURE_CORE_SPEED}},
+      {JT_STEP, JQ_OF_TYPE, {JT_STEP_INST, JT_STEP_OUT}},
+      {JT_READ_MEM, JQ_OF_TYPE, {JT_READ_MEM}},
+      {JT_READ_MEM, JQ_CONTROL, {}},
+  };
+  for (const auto& Case : aCase) {
+    CJobRings Rings;
+    for (const U32 Type : {JT_STEP_INST, JT_STEP_OUT, JT_READ_REG, JT_READ_MEM, JT_MEASURE_CORE_SPEED}) {
+      Schedule(Rings, Type);
+    }
+    DEVICE_JOB Fixed = Job(JT_RESET);
+    Fixed.Flags = JF_NOT_CANCELLABLE;
+    Rings.Schedule(Fixed);
+    EXPECT_EQ(Rings.Cancel(Case.Type, Case.Queue), Case.Cancelled.size());
+    while (DEVICE_JOB* pJob = TakeOne(Rings)) {
+      EXPECT_EQ(CJobRings::IsPending(*pJob), Case.Cancelled.count(pJob->Type) == 0) << JobTypeName(pJob->Type);
+    }
+  }
+}
+
+TEST(JobRings, RunningJobIsPendingAndCannotBeCancelled) {
+  CJobRings Rings;
+  Schedule(Rings, JT_CONNECT);
+  DEVICE_JOB* pJob = Rings.Take();
+  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, pJob);
+  EXPECT_EQ(Rings.FindPending(JT_ANY, JQ_CONTROL).pJob, pJob);
+  EXPECT_EQ(Rings.FindPending(JT_ANY, JQ_READ).pJob, nullptr);
+  EXPECT_EQ(Rings.Cancel(JT_ANY, JQ_ALL), 0u);
+  EXPECT_TRUE(CJobRings::IsPending(*pJob));
+  Rings.Finished();
+  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, nullptr);
+}
+
+TEST(JobRings, NotificationPoolRefusesRatherThanOverwrite) {
+  CJobRings Rings;
+  DEVICE_JOB* pFirst = nullptr;
+  for (U32 i = 0; i < CJobRings::RING_SIZE; ++i) {
+    DEVICE_JOB New = Job(JT_HALT, i);
+    DEVICE_JOB* pSlot = Rings.AddNotification(New);
+    ASSERT_NE(pSlot, nullptr);
+    if (i == 0) pFirst = pSlot;
+  }
+  DEVICE_JOB New = Job(JT_HALT);
+  EXPECT_EQ(Rings.AddNotification(New), nullptr);
+  EXPECT_EQ(Rings.Take(), nullptr) << "notifications are not executed";
+  Rings.Release(pFirst);
+  EXPECT_EQ(Rings.AddNotification(New), pFirst);
+}
