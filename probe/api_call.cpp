@@ -3,6 +3,11 @@
 #include <chrono>
 #include <thread>
 
+CTargetCall::CTargetCall(FAULT_POINT Point) {
+  CSession::Get().Messages.Trace(FaultPointName(Point));
+  m_bReady = Begin() && !IsInjected(Point);
+}
+
 bool CTargetCall::Begin() {
   CSession& Session = CSession::Get();
   if (!Session.IsConnected()) return false;

@@ -29,7 +29,7 @@ class CTargetCall : public CApiCall {
 public:
   // For functions without a fault of their own.
   CTargetCall() { m_bReady = Begin(); }
-  explicit CTargetCall(FAULT_POINT Point) { m_bReady = Begin() && !IsInjected(Point); }
+  explicit CTargetCall(FAULT_POINT Point);
 
   // False: the function has to give its failure value.
   explicit operator bool() const { return m_bReady; }

@@ -45,6 +45,7 @@ int VNODEARM_IsHalted() {
 
 void VNODEARM_GoEx(int, int Flags) {
   CTargetCall Call;
+  Call->Messages.Trace("GoEx");
   if (Call) Call.Board().Go(Flags & 1);
 }
 
@@ -58,7 +59,6 @@ int VNODEARM_Step() {
 int VNODEARM_Reset() {
   CTargetCall Call(FAULT_POINT::Reset);
   if (!Call) return -1;
-  Call->Messages.Trace("Reset");
   const bool bHalt = !Call->Faults.IsHaltIgnored();
   Call.Board().Reset(bHalt);
   if (bHalt && Call->Config.bInitRegsOnReset) InitRegisters(*CBoard::CAccess(Call.Board()));

@@ -120,7 +120,7 @@ void VNODEARM_SetLogFile(const char* sPath) {
 int VNODEARM_ExecCommand(const char* sCommand, char* acReply, int ReplySize) {
   CApiCall Call;
   const size_t Size = ReplySize > 0 ? static_cast<size_t>(ReplySize) : 0;
-  Call->Messages.Trace(FormatText("ExecCommand \"%s\"", sCommand ? sCommand : ""));
+  Call->Messages.Trace(FormatText("ExecCommand \"%s\"", sCommand ? sCommand : "").c_str());
   const std::string sReply = ExecuteCommand(*Call.operator->(), sCommand ? sCommand : "");
   CopyText(sReply, acReply, Size);
   return sReply.empty() ? 0 : -1;

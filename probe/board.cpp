@@ -1,9 +1,12 @@
 #include "probe/board.h"
 
+#include <algorithm>
+
 namespace {
 
 // A slice is so much of the target's time, unless somebody wants the machine earlier.
 constexpr U32 SLICES_PER_SECOND = 250;
+constexpr std::chrono::milliseconds MAX_LAG{100};
 
 }  // namespace
 
@@ -41,7 +44,9 @@ void CBoard::Halt() {
 void CBoard::Go(bool bSkipFirst) {
   CAccess Access(*this);
   m_bSkipFirst = bSkipFirst;
+  m_bPowerOn = false;
   m_bLockup = false;
+  m_NotBefore = std::chrono::steady_clock::now();
   m_bRunning = true;
 }
 
@@ -53,8 +58,10 @@ void CBoard::Step() {
 void CBoard::Reset(bool bHalt) {
   CAccess Access(*this);
   Access->Reset();
+  m_bPowerOn = false;
   m_bLockup = false;
   m_bSkipFirst = false;
+  m_NotBefore = std::chrono::steady_clock::now();
   m_bRunning = !bHalt;
 }
 
@@ -80,19 +87,25 @@ void CBoard::RunSlice() {
   if (m_NumWaiting != 0) return;
   const U32 ClockHz = Spec().ClockHz;
   const auto Begin = std::chrono::steady_clock::now();
+  const U64 CyclesBefore = m_Machine.CycleCount();
   const U64 SleptBefore = SleptCycles();
   const sim::STOP Reason = m_Machine.Run(ClockHz / SLICES_PER_SECOND, &m_bStopSlice, m_bSkipFirst);
   m_bSkipFirst = false;
-  const double SleptSeconds = static_cast<double>(SleptCycles() - SleptBefore) / ClockHz;
-  m_NotBefore = Begin + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                            std::chrono::duration<double>(SleptSeconds));
+  // A busy core runs as fast as it can. One that slept keeps to real time, and makes up for a host that was late.
+  m_NotBefore = std::max(m_NotBefore, Begin - MAX_LAG);
+  if (SleptCycles() != SleptBefore) {
+    const std::chrono::duration<double> TargetTime(static_cast<double>(m_Machine.CycleCount() - CyclesBefore) /
+                                                   ClockHz);
+    m_NotBefore += std::chrono::duration_cast<std::chrono::steady_clock::duration>(TargetTime);
+  }
   if (Reason != sim::STOP::SLICE_END && Reason != sim::STOP::REQUESTED) OnStop(Reason);
 }
 
 void CBoard::OnStop(sim::STOP Reason) {
   if (Reason == sim::STOP::LOCKUP) {
     m_bLockup = true;
-    m_Messages.Add(MSG_KIND::WARNING, "The core is in lockup.");
+    // A board that comes without firmware locks up at power-on, which is no news to anybody.
+    if (!m_bPowerOn) m_Messages.Add(MSG_KIND::WARNING, "The core is in lockup.");
   } else {
     m_bRunning = false;
   }

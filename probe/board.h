@@ -60,8 +60,9 @@ private:
   std::atomic<bool> m_bStopSlice{false};
   std::atomic<bool> m_bRunning{true};
   bool m_bSkipFirst = false;
+  bool m_bPowerOn = true;  // neither resumed nor reset by the debugger yet
   bool m_bLockup = false;  // runs, but executes nothing until it is halted or reset
   bool m_bQuit = false;
-  std::chrono::steady_clock::time_point m_NotBefore;  // end of the time that the core has slept
+  std::chrono::steady_clock::time_point m_NotBefore;  // the core has slept until then
   std::thread m_Runner;
 };

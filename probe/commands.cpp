@@ -82,8 +82,8 @@ std::string ExecuteCommand(CSession& Session, std::string_view sCommand) {
   sCommand = Trimmed(sCommand);
   const size_t NameEnd = std::min(sCommand.find_first_of("= \t"), sCommand.size());
   const std::string_view sName = sCommand.substr(0, NameEnd);
-  std::string_view sArg = sCommand.substr(NameEnd);
-  if (!sArg.empty()) sArg = Trimmed(sArg.substr(1));
+  std::string_view sArg = Trimmed(sCommand.substr(NameEnd));
+  if (sArg.starts_with('=')) sArg = Trimmed(sArg.substr(1));
   for (const auto& Command : COMMANDS) {
     if (EqualsNoCase(Command.sName, sName)) return Command.pfExecute(Session, sArg);
   }

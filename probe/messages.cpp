@@ -24,10 +24,11 @@ bool CMessages::SetLogFile(const std::string& sPath) {
   std::lock_guard Lock(m_Mutex);
   if (m_pFile) std::fclose(m_pFile);
   m_pFile = sPath.empty() ? nullptr : std::fopen(sPath.c_str(), "a");
+  m_bHasFile = m_pFile != nullptr;
   return sPath.empty() || m_pFile;
 }
 
-void CMessages::WriteToFile(const char* sKind, const std::string& sText) {
+void CMessages::WriteToFile(const char* sKind, const char* sText) {
   if (!m_pFile) return;
   timespec Now = {};
   std::timespec_get(&Now, TIME_UTC);
@@ -35,17 +36,18 @@ void CMessages::WriteToFile(const char* sKind, const std::string& sText) {
   localtime_r(&Now.tv_sec, &Parts);
   char acTime[32];
   std::strftime(acTime, sizeof(acTime), "%H:%M:%S", &Parts);
-  std::fprintf(m_pFile, "%s.%03ld %s: %s\n", acTime, Now.tv_nsec / 1'000'000, sKind, sText.c_str());
+  std::fprintf(m_pFile, "%s.%03ld %s: %s\n", acTime, Now.tv_nsec / 1'000'000, sKind, sText);
   std::fflush(m_pFile);
 }
 
 void CMessages::Add(MSG_KIND Kind, std::string sText) {
   std::lock_guard Lock(m_Mutex);
-  WriteToFile(KIND_TEXTS[static_cast<int>(Kind)], sText);
+  WriteToFile(KIND_TEXTS[static_cast<int>(Kind)], sText.c_str());
   if (m_Queue.size() < MAX_QUEUED_MESSAGES) m_Queue.push_back({Kind, std::move(sText)});
 }
 
-void CMessages::Trace(const std::string& sText) {
+void CMessages::Trace(const char* sText) {
+  if (!m_bHasFile) return;
   std::lock_guard Lock(m_Mutex);
   WriteToFile("call", sText);
 }

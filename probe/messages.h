@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdio>
 #include <mutex>
 #include <string>
@@ -20,7 +21,7 @@ public:
 
   void Add(MSG_KIND Kind, std::string sText);
   // For the log file alone.
-  void Trace(const std::string& sText);
+  void Trace(const char* sText);
   void Flush();
 
 private:
@@ -28,10 +29,11 @@ private:
     MSG_KIND Kind;
     std::string sText;
   };
-  void WriteToFile(const char* sKind, const std::string& sText);
+  void WriteToFile(const char* sKind, const char* sText);
 
   std::mutex m_Mutex;
   std::vector<ITEM> m_Queue;
   VNODE_TEXT_CALLBACK m_apfCallback[3] = {};
   std::FILE* m_pFile = nullptr;
+  std::atomic<bool> m_bHasFile{false};
 };

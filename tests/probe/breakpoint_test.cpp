@@ -54,7 +54,7 @@ TEST_F(BreakpointTest, ChoosesTheImplementation) {
     API.VNODEARM_EnableSoftBPs(Case.bSoftEnabled);
     const int Handle = API.VNODEARM_SetBPEx(Case.Addr, Case.TypeFlags);
     EXPECT_EQ(Handle != 0, Case.ImpFlags != 0);
-    if (Handle) EXPECT_EQ(ImpFlagsOf(Handle), Case.ImpFlags);
+    EXPECT_EQ(ImpFlagsOf(Handle), Case.ImpFlags);
     EXPECT_EQ(Messages.Errors.empty(), Case.ImpFlags != 0);
     Messages.Errors.clear();
     API.VNODEARM_Close();
@@ -188,7 +188,9 @@ TEST_F(BreakpointTest, DataEventsStopOnTheirAccess) {
     ASSERT_EQ(API.VNODEARM_SetDataEvent(&Case.Event, &Handle), 0);
     API.VNODEARM_GoEx(0, 1);
     EXPECT_EQ(WaitForHalt(Case.bStops ? 2000 : 20), Case.bStops);
-    if (Case.bStops) EXPECT_EQ(ReadWord(CFirmware::COUNTER), Case.Counter);
+    if (Case.bStops) {
+      EXPECT_EQ(ReadWord(CFirmware::COUNTER), Case.Counter);
+    }
     EXPECT_EQ(API.VNODEARM_ClrDataEvent(Handle), 0);
     API.VNODEARM_GoEx(0, 1);
     EXPECT_FALSE(WaitForHalt(20)) << "cleared";
