@@ -1,0 +1,232 @@
+// Exceptions as firmware meets them: order of handlers, what is stacked, fault status registers.
+
+#include <string>
+
+#include "tests/sim/board.h"
+
+namespace sim_test {
+
+namespace {
+
+#include "tests/sim/firmware/exceptions.inc"
+
+using sim::STOP;
+
+constexpr U32 CASE_ADDR = RAM_START + 4;
+constexpr U32 RESULT_ADDR = RAM_START + 8;
+constexpr U32 LOG_ADDR = RAM_START + 0x200;
+constexpr U32 CFSR = 0xE000ED28;
+constexpr U32 HFSR = 0xE000ED2C;
+constexpr U32 BFAR = 0xE000ED38;
+constexpr U32 FORCED = 0x40000000;
+constexpr U64 MANY = 100'000;
+
+struct ROW {
+  const char* sName;
+  U32 Label;
+  const char* sLog;  // +N entered, -N left
+  std::vector<U32> aResult = {};
+  U32 CFSR = 0;
+  U32 HFSR = 0;
+  STOP Stop = STOP::BKPT;
+};
+
+const ROW ROWS[] = {
+    {"SvcOnPsp", L_svc_on_psp, "+11 -11", {42, 0x60000000, 0x20000F04, 0x61000200}},
+    {"TailChain", L_tail_chain, "+16 -16 +17 -17"},
+    {"Preempt", L_preempt, "+16 +17 -17 -16"},
+    {"NumberDecides", L_number_decides, "+18 -18 +19 -19"},
+    {"SubpriorityDoesNotPreempt", L_subpriority_does_not_preempt, "+16 -16 +18 -18 +17 -17"},
+    {"BasepriHoldsBack", L_basepri_holds_back, "+17 -17 -110 +16 -16", {0x40}},
+    {"PendsvAfterSvc", L_pendsv_after_svc, "+11 -11 +14 -14"},
+    {"NmiThroughFaultmask", L_nmi_through_faultmask, "+2 -2 +16 -16"},
+    {"Undefined", L_undefined, "+6 -6", {}, 0x00010000},
+    {"UndefinedDisabled", L_undefined_disabled, "+3 -3", {}, 0x00010000, FORCED},
+    {"NoCoprocessor", L_no_coprocessor, "+6 -6", {}, 0x00080000},
+    {"FaultInFault", L_fault_in_fault, "+6 +3 -3 -6", {}, 0x00010000, FORCED},
+    {"Lockup", L_lockup, "+3", {}, 0x00010000, FORCED, STOP::LOCKUP},
+    {"SvcMasked", L_svc_masked, "+3 -3", {0xFFFFFFF9}, 0, FORCED},
+    {"BusRead", L_bus_read, "+5 -5", {}, 0x00008200},
+    {"BusWriteFlash", L_bus_write_flash, "+5 -5", {}, 0x00008200},
+    {"BusWriteBack", L_bus_write_back, "+5 -5", {0x60000000}, 0x00008200},
+    {"ExecuteNever", L_execute_never, "+4 -4", {}, 0x00000001},
+    {"FetchNowhere", L_fetch_nowhere, "+5 -5", {}, 0x00000100},
+    {"ArmState", L_arm_state, "+6 -6", {}, 0x00020000},
+    {"BadReturn", L_bad_return, "+16 +6 -6", {}, 0x00040000},
+    {"UnalignedMultiple", L_unaligned_multiple, "+6 -6", {}, 0x01000000},
+    {"UnalignedTrap", L_unaligned_trap, "+6 -6", {}, 0x01000000},
+    {"DivideByZero", L_divide_by_zero, "+6 -6", {0}, 0x02000000},
+    {"Unprivileged", L_unprivileged, "+5 -5 +11 -11", {0}, 0x00008200},
+    {"ExclusiveLost", L_exclusive_lost, "+11 -11", {0, 1}},
+    {"StackLost", L_stack_lost, "", {}, 0x00019200, FORCED, STOP::LOCKUP},
+    {"WfiMasked", L_wfi_masked, ""},
+    {"WfeEvents", L_wfe_events, "+11 -11"},
+    {"ResetRequest", L_reset_request, "", {3}},
+    {"Vtor", L_vtor, "", {77}},
+};
+
+class CExceptionBoard : public CBoard {
+public:
+  CExceptionBoard() {
+    Program(0, sizeof(IMAGE), IMAGE);
+    Reset();
+  }
+  void Select(U32 Label) {
+    U32 Index = 0;
+    while (Word(L_cases + 4 * Index) != (Label | 1)) Index++;
+    SetWord(CASE_ADDR, Index);
+  }
+  std::string Log() {
+    std::string s;
+    const U32 End = Word(RAM_START);
+    for (U32 Addr = LOG_ADDR; Addr < End && Addr < LOG_ADDR + 100; Addr++) {
+      U8 Byte = 0;
+      ReadMem(Addr, 1, &Byte);
+      s += (s.empty() ? "" : " ") + std::string(Byte & 0x80 ? "-" : "+") + std::to_string(Byte & 0x7F);
+    }
+    return s;
+  }
+};
+
+class CException : public testing::TestWithParam<ROW> {};
+
+TEST_P(CException, RunAndStepped) {
+  const ROW& Row = GetParam();
+  for (const bool bStepped : {false, true}) {
+    SCOPED_TRACE(bStepped ? "stepped" : "run");
+    CExceptionBoard Board;
+    Board.Select(Row.Label);
+    STOP Stop = STOP::SLICE_END;
+    if (bStepped) {
+      for (U64 i = 0; i < MANY && Stop == STOP::SLICE_END; i++) Stop = Board.Step();
+    } else {
+      Stop = Board.Run(MANY, nullptr, false);
+    }
+    EXPECT_EQ(Stop, Row.Stop);
+    if (Row.Stop == STOP::BKPT) {
+      EXPECT_EQ(Board.Pc(), L_done);
+      EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 0u);
+      EXPECT_EQ(Board.Reg(VNODE_REG_SP), 0x20001000u);
+    } else {
+      EXPECT_TRUE(Board.IsInLockup());
+    }
+    EXPECT_EQ(Board.Log(), Row.sLog);
+    for (size_t i = 0; i < Row.aResult.size(); i++)
+      EXPECT_EQ(Board.Word(RESULT_ADDR + 4 * static_cast<U32>(i)), Row.aResult[i]) << i;
+    EXPECT_EQ(Board.Word(CFSR), Row.CFSR);
+    EXPECT_EQ(Board.Word(HFSR), Row.HFSR);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, CException, testing::ValuesIn(ROWS),
+                         [](const auto& Info) { return std::string(Info.param.sName); });
+
+TEST(CExceptionDetails, BusFaultNamesTheAddress) {
+  CExceptionBoard Board;
+  Board.Select(L_bus_read);
+  Board.Run(MANY, nullptr, false);
+  EXPECT_EQ(Board.Word(BFAR), 0x60000004u);
+}
+
+// A tail-chained handler begins where the other one returns, with the frame left alone.
+TEST(CExceptionDetails, TailChainLeavesTheFrame) {
+  CExceptionBoard Board;
+  Board.Select(L_tail_chain);
+  Board.SetCodeBreakpoint(L_handler);
+  ASSERT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
+  const U32 FrameAddr = Board.Reg(VNODE_REG_SP);
+  const U32 R12Addr = FrameAddr + 16;
+  Board.SetWord(R12Addr, 0x12345678);
+  ASSERT_EQ(Board.Run(MANY, nullptr, true), STOP::BREAKPOINT);
+  EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 17u);
+  EXPECT_EQ(Board.Reg(VNODE_REG_SP), FrameAddr);
+  EXPECT_NE(Board.Reg(12), 0x12345678u) << "popped in between";
+  EXPECT_EQ(Board.Reg(VNODE_REG_LR), 0xFFFFFFF9u);
+}
+
+TEST(CExceptionDetails, VectorCatchStopsAtTheHandler) {
+  struct CATCH {
+    U32 Label;
+    U32 Demcr;
+    U32 Exc;
+  };
+  for (const CATCH& Row : {CATCH{L_undefined_disabled, 1u << 10, 3},
+                           {L_bus_read, 1u << 8, 5},
+                           {L_no_coprocessor, 1u << 5, 6},
+                           {L_divide_by_zero, 1u << 6, 6}}) {
+    CExceptionBoard Board;
+    Board.SetWord(0xE000EDFC, Row.Demcr);
+    Board.Select(Row.Label);
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::VECTOR_CATCH);
+    EXPECT_EQ(Board.Pc(), L_handler);
+    EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Row.Exc);
+  }
+  CExceptionBoard Board;
+  Board.SetWord(0xE000EDFC, 1u << 5);
+  Board.Select(L_undefined);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT) << "another cause than the one to catch";
+}
+
+TEST(CExceptionDetails, SysTickCountsCycles) {
+  constexpr U64 PERIOD = 100;
+  CExceptionBoard Board;
+  Board.Select(L_systick);
+  Board.SetCodeBreakpoint(L_handler);
+  ASSERT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
+  EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 15u);
+  U64 Last = Board.CycleCount();
+  for (int i = 0; i < 5; i++) {
+    ASSERT_EQ(Board.Run(MANY, nullptr, true), STOP::BREAKPOINT);
+    EXPECT_EQ(Board.CycleCount() - Last, PERIOD);
+    Last = Board.CycleCount();
+  }
+  Board.ClearCodeBreakpoint(L_handler);
+  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BKPT);
+}
+
+// A debugger that steps with interrupts masked sees none of them, and all of them afterwards.
+TEST(CExceptionDetails, MaskedInterruptsStayPending) {
+  CExceptionBoard Board;
+  Board.Select(L_preempt);
+  Board.MaskInterrupts(true);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Log(), "");
+  Board.MaskInterrupts(false);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Log(), "+16 +17 -17 -16");
+}
+
+// What ARMv6-M does not know, or does not allow, is a hard fault.
+TEST(CExceptionV6, EverythingIsAHardFault) {
+  struct CODE {
+    const char* sName;
+    std::vector<U16> aCode;
+    bool bFault;
+  };
+  const CODE CODES[] = {
+      {"it eq", {0xBF08}, true},
+      {"cbz", {0xB108}, true},
+      {"movw", {0xF240, 0x0001}, true},
+      {"udf", {0xDE00}, true},
+      {"unaligned ldr", {0x2101, 0x0709, 0x3101, 0x6808 | 1 << 3}, true},
+      {"vmov", {0xEE00, 0x0A10}, true},
+      {"mrs", {0xF3EF, 0x8110}, false},
+      {"dsb", {0xF3BF, 0x8F4F}, false},
+      {"muls", {0x4348}, false},
+  };
+  for (const CODE& Code : CODES) {
+    SCOPED_TRACE(Code.sName);
+    CBoard Board(sim::ARCH::ARMV6M);
+    std::vector<U16> aCode = Code.aCode;
+    aCode.push_back(0xBE00);
+    const U16 BKPT = 0xBE00;
+    Board.Load(aCode);
+    Board.Program(CODE_START + 0x100, 2, &BKPT);
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+    EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Code.bFault ? 3u : 0u);
+  }
+}
+
+}  // namespace
+
+}  // namespace sim_test

@@ -1,0 +1,468 @@
+@ One image of exception cases. The test puts the number of the case at CASE and runs to the BKPT at done. Every handler logs
+@ its number when it is entered and its number + 0x80 when it is left; between the two it calls the hook of its number, if the
+@ case has set one. Cases run in thread mode on MSP with all configurable faults enabled unless they say otherwise.
+  .syntax unified
+  .cpu cortex-m4
+  .thumb
+
+  .equ LOG_NEXT, 0x20000000     @ where the next log byte goes
+  .equ CASE, 0x20000004
+  .equ RESULT, 0x20000008       @ four words that cases leave for the test
+  .equ HOOKS, 0x20000100
+  .equ LOG, 0x20000200
+  .equ SCS, 0xE000E000
+  .equ ISER, 0xE000E100
+  .equ ISPR, 0xE000E200
+  .equ IPR, 0xE000E400
+  .equ ICSR, 0xE000ED04
+  .equ AIRCR, 0xE000ED0C
+  .equ CCR, 0xE000ED14
+  .equ SHPR3, 0xE000ED20
+  .equ SHCSR, 0xE000ED24
+
+  .macro HOOK number, function
+  ldr r0, =HOOKS + 4 * \number
+  ldr r1, =\function + 1
+  str r1, [r0]
+  .endm
+
+  .macro PUT address, value
+  ldr r0, =\address
+  ldr r1, =\value
+  str r1, [r0]
+  .endm
+
+  .macro PUTB address, value
+  ldr r0, =\address
+  movs r1, #\value
+  strb r1, [r0]
+  .endm
+
+  .word 0x20001000
+  .word start + 1
+  .rept 46
+  .word handler + 1
+  .endr
+
+handler:
+  push {r4, lr}
+  mrs r4, ipsr
+  ldr r0, =LOG_NEXT
+  ldr r1, [r0]
+  strb r4, [r1]
+  adds r1, #1
+  str r1, [r0]
+  ldr r0, =HOOKS
+  lsls r1, r4, #2
+  ldr r0, [r0, r1]
+  cmp r0, #0
+  beq 1f
+  blx r0
+1: ldr r0, =LOG_NEXT
+  ldr r1, [r0]
+  adds r4, #0x80
+  strb r4, [r1]
+  adds r1, #1
+  str r1, [r0]
+  pop {r4, pc}
+
+start:
+  PUT LOG_NEXT, LOG
+  PUT SHCSR, 0x00070000
+  PUT ISER, 0xFFFFFFFF
+  ldr r0, =CASE
+  ldr r0, [r0]
+  ldr r1, =cases
+  ldr r0, [r1, r0, lsl #2]
+  blx r0
+done:
+  bkpt 0
+
+@ Steps the return address of the frame on MSP over an instruction of two or four bytes. The handler has pushed two words.
+skip4:
+  ldr r0, [sp, #8 + 24]
+  adds r0, #4
+  str r0, [sp, #8 + 24]
+  bx lr
+skip2:
+  ldr r0, [sp, #8 + 24]
+  adds r0, #2
+  str r0, [sp, #8 + 24]
+  bx lr
+finish:                         @ goes to done and not back to the case
+  ldr r0, =done
+  str r0, [sp, #8 + 24]
+  bx lr
+save_lr:                        @ EXC_RETURN
+  ldr r0, [sp, #4]
+  ldr r1, =RESULT
+  str r0, [r1]
+  bx lr
+
+svc_on_psp:
+  HOOK 11, 1f
+  ldr r0, =0x20000F04           @ not aligned to 8: a word is left out
+  msr psp, r0
+  movs r0, #2
+  msr control, r0
+  isb
+  movs r0, #7
+  movs r1, #1
+  cmp r1, #1
+  svc 3
+  ldr r2, =RESULT
+  str r0, [r2]                  @ what the handler put into the frame
+  mrs r0, apsr
+  str r0, [r2, #4]
+  mov r0, sp
+  str r0, [r2, #8]
+  movs r0, #0
+  msr control, r0
+  isb
+  bx lr
+1: mrs r0, psp
+  movs r1, #42
+  str r1, [r0]
+  ldr r1, [r0, #28]
+  ldr r2, =RESULT
+  str r1, [r2, #12]             @ stacked xPSR
+  bx lr
+
+tail_chain:
+  HOOK 16, 1f
+  PUT ISPR, 1
+  isb
+  bx lr
+1: PUT ISPR, 2
+  bx lr
+
+preempt:
+  HOOK 16, 1f
+  PUTB IPR, 0x80
+  PUTB IPR + 1, 0x40
+  PUT ISPR, 1
+  isb
+  bx lr
+1: PUT ISPR, 2
+  isb
+  bx lr
+
+number_decides:
+  cpsid i
+  PUT ISPR, 12
+  isb
+  cpsie i
+  isb
+  bx lr
+
+subpriority_does_not_preempt:
+  HOOK 16, 1f
+  PUT AIRCR, 0x05FA0700         @ all bits are subpriority
+  PUTB IPR, 0x80
+  PUTB IPR + 1, 0x40
+  PUTB IPR + 2, 0x20
+  PUT ISPR, 1
+  isb
+  bx lr
+1: PUT ISPR, 6
+  isb
+  bx lr
+
+basepri_holds_back:
+  PUTB IPR, 0x80
+  PUTB IPR + 1, 0x40
+  movs r0, #0x80
+  msr basepri, r0
+  PUT ISPR, 3
+  isb
+  ldr r0, =LOG_NEXT
+  ldr r0, [r0]
+  movs r1, #0xEE
+  strb r1, [r0]
+  adds r0, #1
+  ldr r1, =LOG_NEXT
+  str r0, [r1]
+  movs r0, #0x40
+  msr basepri_max, r0           @ raises
+  movs r0, #0xC0
+  msr basepri_max, r0           @ would lower: ignored
+  mrs r0, basepri
+  ldr r1, =RESULT
+  str r0, [r1]
+  movs r0, #0
+  msr basepri, r0
+  isb
+  bx lr
+
+pendsv_after_svc:
+  HOOK 11, 1f
+  PUT SHPR3, 0x00FF0000
+  svc 0
+  bx lr
+1: PUT ICSR, 0x10000000
+  isb
+  bx lr
+
+nmi_through_faultmask:
+  cpsid f
+  PUT ISPR, 1
+  PUT ICSR, 0x80000000
+  isb
+  cpsie f
+  isb
+  bx lr
+
+undefined:
+  HOOK 6, skip2
+  udf 0
+  bx lr
+
+undefined_disabled:
+  HOOK 3, skip2
+  PUT SHCSR, 0
+  udf 0
+  bx lr
+
+no_coprocessor:
+  HOOK 6, skip4
+  .inst.w 0xEE300A00            @ vadd.f32 s0, s0, s0
+  bx lr
+
+fault_in_fault:
+  HOOK 6, 1f
+  HOOK 3, skip2
+  udf 0
+2: bx lr
+1: push {lr}
+  udf 0                         @ cannot preempt itself
+  pop {lr}
+  b skip2
+
+lockup:
+  HOOK 3, 1f
+  PUT SHCSR, 0
+  udf 0
+1: udf 0
+
+svc_masked:
+  HOOK 3, save_lr
+  cpsid i
+  svc 0
+  cpsie i
+  bx lr
+
+bus_read:
+  HOOK 5, skip2
+  ldr r0, =0x60000004
+  movs r1, #5
+  ldr r1, [r0]
+  bx lr
+
+bus_write_flash:
+  HOOK 5, skip2
+  movs r0, #0x40
+  str r0, [r0]
+  bx lr
+
+bus_write_back:                 @ the base keeps its value
+  HOOK 5, skip4
+  ldr r0, =0x60000000
+  ldr r1, [r0, #4]!
+  ldr r1, =RESULT
+  str r0, [r1]
+  bx lr
+
+execute_never:
+  HOOK 4, finish
+  ldr r0, =0x40000001
+  bx r0
+
+fetch_nowhere:
+  HOOK 5, finish
+  ldr r0, =0x10000001
+  bx r0
+
+arm_state:
+  HOOK 6, 1f
+  ldr r0, =done
+  bx r0
+1: ldr r0, [sp, #8 + 28]
+  orr r0, r0, #0x01000000
+  str r0, [sp, #8 + 28]
+  bx lr
+
+bad_return:
+  HOOK 6, 2f
+  HOOK 16, 1f
+  PUT ISPR, 1
+  isb
+  bx lr
+1: ldr r0, =0xFFFFFFF5
+  add sp, #8
+  bx r0
+2: ldr r0, =0xFFFFFFF9          @ repairs what the handler returns with
+  str r0, [sp, #4]
+  b finish
+
+unaligned_multiple:
+  HOOK 6, skip4
+  ldr r0, =0x20000802
+  ldmia.w r0, {r1, r2}
+  bx lr
+
+unaligned_trap:
+  HOOK 6, skip2
+  ldr r0, =0x20000801
+  ldr r1, [r0]
+  PUT CCR, 0x208
+  ldr r0, =0x20000801
+  ldr r1, [r0]
+  bx lr
+
+divide_by_zero:
+  HOOK 6, skip4
+  movs r0, #9
+  movs r1, #0
+  sdiv r2, r0, r1
+  ldr r3, =RESULT
+  str r2, [r3]
+  PUT CCR, 0x210
+  movs r1, #0
+  udiv r2, r0, r1
+  bx lr
+
+unprivileged:
+  HOOK 5, skip2
+  HOOK 11, 1f
+  movs r0, #1
+  msr control, r0
+  isb
+  cpsid i                       @ ignored
+  msr primask, r0               @ ignored
+  ldr r0, =ICSR
+  ldr r1, [r0]                  @ faults
+  svc 0
+  bx lr
+1: mrs r0, primask
+  ldr r1, =RESULT
+  str r0, [r1]
+  movs r0, #0
+  msr control, r0
+  bx lr
+
+exclusive_lost:
+  ldr r2, =0x20000800
+  ldrex r0, [r2]
+  strex r0, r1, [r2]            @ 0
+  ldr r3, =RESULT
+  str r0, [r3]
+  ldrex r0, [r2]
+  svc 0
+  ldr r2, =0x20000800
+  ldr r3, =RESULT
+  strex r0, r1, [r2]            @ 1: the exception has cleared the monitor
+  str r0, [r3, #4]
+  bx lr
+
+stack_lost:
+  HOOK 3, 1f
+  ldr r0, =0x30000000
+  msr msp, r0
+  udf 0
+1: b 1b
+
+wfi_masked:
+  cpsid i
+  PUT ISPR, 1
+  wfi
+  PUT 0xE000E280, 1             @ clear pending
+  cpsie i
+  isb
+  bx lr
+
+wfe_events:
+  sev
+  wfe                           @ the event is there
+  svc 0
+  wfe                           @ the exception was one
+  bx lr
+
+reset_request:
+  ldr r0, =RESULT
+  ldr r1, [r0]
+  adds r1, #1
+  str r1, [r0]
+  cmp r1, #3
+  beq done
+  PUT AIRCR, 0x05FA0004
+  b .
+
+vtor:
+  ldr r0, =0x20000400
+  movs r1, #0
+1: ldr r2, [r1]
+  str r2, [r0, r1]
+  adds r1, #4
+  cmp r1, #0xC0
+  bne 1b
+  ldr r2, =2f + 1
+  str r2, [r0, #44]
+  PUT 0xE000ED08, 0x20000400
+  svc 0
+  bx lr
+2: ldr r0, =RESULT
+  movs r1, #77
+  str r1, [r0]
+  bx lr
+
+systick:
+  PUT 0xE000E014, 99
+  PUT 0xE000E018, 0
+  PUT 0xE000E010, 7
+  ldr r2, =334
+1: subs r2, #1                  @ three cycles each with the branch
+  nop
+  bne 1b
+  movs r1, #0
+  ldr r0, =0xE000E010
+  str r1, [r0]
+  bx lr
+
+  .ltorg
+  .align 2
+cases:
+  .macro ENTRY name
+  .word \name + 1
+  .endm
+  ENTRY svc_on_psp
+  ENTRY tail_chain
+  ENTRY preempt
+  ENTRY number_decides
+  ENTRY subpriority_does_not_preempt
+  ENTRY basepri_holds_back
+  ENTRY pendsv_after_svc
+  ENTRY nmi_through_faultmask
+  ENTRY undefined
+  ENTRY undefined_disabled
+  ENTRY no_coprocessor
+  ENTRY fault_in_fault
+  ENTRY lockup
+  ENTRY svc_masked
+  ENTRY bus_read
+  ENTRY bus_write_flash
+  ENTRY bus_write_back
+  ENTRY execute_never
+  ENTRY fetch_nowhere
+  ENTRY arm_state
+  ENTRY bad_return
+  ENTRY unaligned_multiple
+  ENTRY unaligned_trap
+  ENTRY divide_by_zero
+  ENTRY unprivileged
+  ENTRY exclusive_lost
+  ENTRY stack_lost
+  ENTRY wfi_masked
+  ENTRY wfe_events
+  ENTRY reset_request
+  ENTRY vtor
+  ENTRY systick

@@ -1,0 +1,258 @@
+// What a debugger does: steps, breakpoints, data watches, writing to memory and registers.
+
+#include <array>
+#include <atomic>
+
+#include "tests/sim/board.h"
+
+namespace sim_test {
+
+namespace {
+
+using sim::STOP;
+
+constexpr U16 NOP = 0xBF00;
+constexpr U16 BKPT = 0xBE00;
+constexpr U64 MANY = 10'000;
+
+constexpr U16 Movs(U16 Reg, U16 Value) {
+  return static_cast<U16>(0x2000 | Reg << 8 | Value);
+}
+
+// cmp r0, #0; ittee eq; movs r1..r4; bkpt
+const std::vector<U16> BLOCK = {0x2800, 0xBF07, Movs(1, 1), Movs(2, 2), Movs(3, 3), Movs(4, 4), BKPT};
+
+TEST(CStep, EveryInstructionOfABlockIsAStep) {
+  CBoard Board;
+  Board.Load(BLOCK);
+  const std::array<U8, 6> IT_STATES = {0, 0x07, 0x0E, 0x1C, 0x18, 0};  // after each step
+  for (U32 i = 0; i < IT_STATES.size(); i++) {
+    EXPECT_EQ(Board.Step(), STOP::SLICE_END);
+    EXPECT_EQ(Board.Pc(), CODE_START + 2 * (i + 1));
+    const U32 XPSR = Board.Reg(VNODE_REG_XPSR);
+    EXPECT_EQ((XPSR >> 8 & 0xFC) | (XPSR >> 25 & 3), IT_STATES[i]) << i;
+  }
+  EXPECT_EQ(Board.InstructionCount(), 6u);
+  EXPECT_EQ(Board.Reg(1), 1u);
+  EXPECT_EQ(Board.Reg(2), 2u);
+  EXPECT_EQ(Board.Reg(3), 0u);
+  EXPECT_EQ(Board.Reg(4), 0u);
+  EXPECT_EQ(Board.Step(), STOP::BKPT);
+  EXPECT_EQ(Board.Pc(), CODE_START + 12);
+}
+
+TEST(CStep, InterruptInsideABlockKeepsIt) {
+  CBoard Board;
+  Board.Load(BLOCK);
+  const U16 RETURN = 0x4770;
+  Board.Program(CODE_START + 0x100, 2, &RETURN);
+  Board.SetWord(0xE000E100, 1);
+  for (int i = 0; i < 3; i++) Board.Step();
+  Board.RaiseIRQ(0);
+  EXPECT_EQ(Board.Step(), STOP::SLICE_END);
+  EXPECT_EQ(Board.Pc(), CODE_START + 0x100);
+  EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 16u);
+  EXPECT_EQ(Board.Reg(VNODE_REG_XPSR) & 0x0600FC00, 0u);
+  EXPECT_EQ(Board.Word(Board.Reg(VNODE_REG_SP) + 24), CODE_START + 6);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Reg(2), 2u);
+  EXPECT_EQ(Board.Reg(3), 0u);
+}
+
+TEST(CBreakpoint, StopsBeforeTheInstructionAndGoesOn) {
+  for (const bool bSoft : {false, true}) {
+    CBoard Board;
+    Board.Load({Movs(1, 1), Movs(1, 2), Movs(1, 3), 0xE7FB});  // loops
+    bSoft ? Board.SetSoftBreakpoint(CODE_START + 2) : static_cast<void>(Board.SetCodeBreakpoint(CODE_START + 2));
+    EXPECT_EQ(Board.Word(CODE_START), 0x21022101u) << "memory reads as written";
+    for (U32 Round = 0; Round < 3; Round++) {
+      EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BREAKPOINT);
+      EXPECT_EQ(Board.Pc(), CODE_START + 2);
+      EXPECT_EQ(Board.Reg(1), 1u);
+      EXPECT_EQ(Board.InstructionCount(), 1 + 4 * Round);
+    }
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
+    EXPECT_EQ(Board.InstructionCount(), 9u) << "nothing ran";
+    EXPECT_EQ(Board.Step(), STOP::SLICE_END);
+    EXPECT_EQ(Board.Reg(1), 2u);
+    bSoft ? Board.ClearSoftBreakpoint(CODE_START + 2) : Board.ClearCodeBreakpoint(CODE_START + 2);
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
+    EXPECT_EQ(Board.InstructionCount(), 10 + MANY);
+  }
+}
+
+TEST(CBreakpoint, InABlockItStopsWhateverTheCondition) {
+  CBoard Board;
+  Board.Load(BLOCK);
+  Board.SetCodeBreakpoint(CODE_START + 8);  // skipped by the block
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
+  EXPECT_EQ(Board.Pc(), CODE_START + 8);
+  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BKPT);
+  EXPECT_EQ(Board.Pc(), CODE_START + 12);
+  EXPECT_EQ(Board.Reg(3), 0u);
+}
+
+TEST(CBreakpoint, ComparatorsAreLimited) {
+  CBoard Board;
+  for (U32 i = 0; i < Board.Spec().NumCodeBreakpoints; i++) EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START + 2 * i));
+  EXPECT_FALSE(Board.SetCodeBreakpoint(CODE_START + 0x40));
+  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START)) << "shares a comparator";
+  Board.ClearCodeBreakpoint(CODE_START);
+  EXPECT_FALSE(Board.SetCodeBreakpoint(CODE_START + 0x40)) << "still needed once";
+  Board.ClearCodeBreakpoint(CODE_START);
+  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START + 0x40));
+}
+
+// Code in RAM that rewrites the instruction behind itself, and a breakpoint there.
+TEST(CCode, StoresToCodeTakeEffect) {
+  CBoard Board;
+  Board.Load({NOP});
+  const std::vector<U16> aCode = {Movs(1, 1), 0x8003, Movs(1, 5), 0xE7FB};  // strh r3, [r0]; movs r1, #5; loop
+  const U32 Start = RAM_START + 0x101;
+  Board.WriteMem(Start & ~1u, 8, aCode.data());
+  Board.WriteReg(VNODE_REG_R0, RAM_START + 0x104);
+  Board.WriteReg(3, Movs(1, 9));
+  Board.WriteReg(VNODE_REG_PC, Start);
+  Board.Run(3, nullptr, false);
+  EXPECT_EQ(Board.Reg(1), 9u);
+  Board.SetSoftBreakpoint(RAM_START + 0x104);
+  Board.WriteReg(3, Movs(1, 7));
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT) << "the store keeps the breakpoint";
+  Board.Step();
+  EXPECT_EQ(Board.Reg(1), 7u);
+  Board.Run(MANY, nullptr, false);
+  const U16 Written = Movs(1, 8);
+  Board.WriteMem(RAM_START + 0x104, 2, &Written, 2);
+  Board.Step();
+  EXPECT_EQ(Board.Reg(1), 8u);
+}
+
+TEST(CCode, SecondHalfwordIsWatchedToo) {
+  CBoard Board;
+  Board.Load({NOP});
+  const std::vector<U16> aCode = {0xF240, 0x0105, 0xE7FC};  // movw r1, #5; loop
+  Board.WriteMem(RAM_START, 6, aCode.data());
+  Board.WriteReg(VNODE_REG_PC, RAM_START);
+  Board.Run(4, nullptr, false);
+  EXPECT_EQ(Board.Reg(1), 5u);
+  const U16 Second = 0x0106;
+  Board.WriteMem(RAM_START + 2, 2, &Second);
+  Board.Run(4, nullptr, false);
+  EXPECT_EQ(Board.Reg(1), 6u);
+}
+
+// ldr r1, [r0]; strb r2, [r0, #1]; strh r2, [r0, #4]; loop
+const std::vector<U16> ACCESSES = {0x6801, 0x7042, 0x8082, 0xE7FB};
+
+TEST(CWatch, MatchesAddressAccessAndValue) {
+  struct ROW {
+    const char* sName;
+    sim::DATA_WATCH Watch;
+    U32 StopAfter;  // offset of the instruction behind the access, 0 for none
+  };
+  const U32 Base = RAM_START + 0x40;
+  const ROW ROWS[] = {
+      {"read", {Base, 0, 0, 0xFFFFFFFF, 0, true, false}, 2},
+      {"write of a byte in the word", {Base, 3, 0, 0xFFFFFFFF, 0, false, true}, 4},
+      {"either", {Base + 4, 0, 0, 0xFFFFFFFF, 0, true, true}, 6},
+      {"upper byte of the halfword", {Base + 5, 0, 0, 0xFFFFFFFF, 0, false, true}, 6},
+      {"value", {Base, 7, 0xCD, 0xFFFFFF00, 0, false, true}, 4},
+      {"value in full", {Base, 7, 0xABCD, 0, 0, false, true}, 6},
+      {"width", {Base, 7, 0, 0xFFFFFFFF, 2, true, true}, 6},
+      {"wrong value", {Base + 4, 0, 0xABCE, 0, 0, false, true}, 0},
+      {"beside", {Base + 6, 0, 0, 0xFFFFFFFF, 0, true, true}, 0},
+  };
+  for (const ROW& Row : ROWS) {
+    SCOPED_TRACE(Row.sName);
+    CBoard Board;
+    Board.Load(ACCESSES);
+    Board.WriteReg(0, Base);
+    Board.WriteReg(2, 0xABCD);
+    const int Index = Board.SetDataWatch(Row.Watch);
+    ASSERT_GE(Index, 0);
+    const STOP Stop = Board.Run(MANY, nullptr, false);
+    EXPECT_EQ(Stop, Row.StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
+    if (Row.StopAfter) {
+      EXPECT_EQ(Board.Pc(), CODE_START + Row.StopAfter);
+    }
+    Board.ClearDataWatch(Index);
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
+  }
+}
+
+TEST(CRun, SlicesAndStopRequests) {
+  CBoard Board;
+  Board.Load({NOP, 0xE7FD});
+  EXPECT_EQ(Board.Run(1001, nullptr, false), STOP::SLICE_END);
+  EXPECT_EQ(Board.InstructionCount(), 1001u);
+  EXPECT_EQ(Board.Pc(), CODE_START + 2);
+  std::atomic<bool> bStop = true;
+  EXPECT_EQ(Board.Run(1ull << 60, &bStop, false), STOP::REQUESTED);
+}
+
+TEST(CRun, SleepPassesTimeWithoutInstructions) {
+  CBoard Board;
+  Board.Load({0xBF30, Movs(1, 1), BKPT}, CODE_START + 4);  // wfi
+  EXPECT_EQ(Board.Run(1'000'000, nullptr, false), STOP::SLICE_END);
+  EXPECT_TRUE(Board.IsSleeping());
+  EXPECT_EQ(Board.InstructionCount(), 1u);
+  EXPECT_EQ(Board.CycleCount(), 1'000'000u);
+  Board.SetWord(0xE000E100, 2);
+  Board.RaiseIRQ(1);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 17u);
+}
+
+TEST(CMemory, DebuggerAccessStopsAtTheFirstHole) {
+  CBoard Board;
+  std::vector<U8> aData(64, 0xA5);
+  EXPECT_EQ(Board.ReadMem(RAM_START + RAM_SIZE - 10, 64, aData.data()), 10u);
+  EXPECT_EQ(Board.WriteMem(RAM_START + RAM_SIZE - 10, 64, aData.data()), 10u);
+  EXPECT_EQ(Board.ReadMem(0x60000000, 4, aData.data(), 4), 0u);
+  EXPECT_EQ(Board.WriteMem(0x10, 4, aData.data(), 4), 0u) << "flash";
+  EXPECT_EQ(Board.Word(0x10), 0xFFFFFFFFu);
+  EXPECT_EQ(Board.Program(FLASH_SIZE - 2, 64, aData.data()), 2u);
+  EXPECT_EQ(Board.ReadMem(0xFFFFFFF0, 64, aData.data()), 0u);
+  EXPECT_EQ(Board.Word(0xE000ED00), 0x410FC241u);
+}
+
+TEST(CMemory, PeripheralsSeeTheCoresAccesses) {
+  CBoard Board;
+  std::vector<U32> aSeen;
+  sim::PERIPHERAL Peripheral;
+  Peripheral.Range = {0x40001000, 0x100};
+  Peripheral.Read = [&](U32 Offset, U32 Width) { return Offset << 8 | Width; };
+  Peripheral.Write = [&](U32 Offset, U32 Value, U32 Width) { aSeen.insert(aSeen.end(), {Offset, Value, Width}); };
+  Board.AddPeripheral(Peripheral);
+  Board.Load({0x8881, 0x7142, BKPT});  // ldrh r1, [r0, #4]; strb r2, [r0, #5]
+  Board.WriteReg(0, 0x40001000);
+  Board.WriteReg(2, 0x1234);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Reg(1), 0x402u);
+  EXPECT_EQ(aSeen, (std::vector<U32>{5, 0x34, 1}));
+}
+
+TEST(CRegisters, StackPointersFollowTheSelection) {
+  CBoard Board;
+  Board.Load({BKPT});
+  Board.WriteReg(VNODE_REG_PSP, 0x20000803);
+  EXPECT_EQ(Board.Reg(VNODE_REG_SP), RAM_START + RAM_SIZE);
+  Board.WriteReg(VNODE_REG_CONTROL, 2);
+  EXPECT_EQ(Board.Reg(VNODE_REG_SP), 0x20000800u);
+  EXPECT_EQ(Board.Reg(VNODE_REG_MSP), RAM_START + RAM_SIZE);
+  Board.WriteReg(VNODE_REG_SP, 0x20000700);
+  EXPECT_EQ(Board.Reg(VNODE_REG_PSP), 0x20000700u);
+  Board.WriteReg(VNODE_REG_CFBP, 0x0001E001);
+  EXPECT_EQ(Board.Reg(VNODE_REG_CFBP), 0x0001E001u);
+  EXPECT_EQ(Board.Reg(VNODE_REG_SP), RAM_START + RAM_SIZE) << "CONTROL is part of it";
+  Board.WriteReg(VNODE_REG_XPSR, 0xF100FC03 | 0x06000000);
+  EXPECT_EQ(Board.Reg(VNODE_REG_XPSR), 0xF700FC03u);
+  U32 Value;
+  EXPECT_FALSE(Board.ReadReg(VNODE_REG_S0, &Value));
+  CBoard Small(sim::ARCH::ARMV6M);
+  EXPECT_FALSE(Small.ReadReg(VNODE_REG_BASEPRI, &Value));
+}
+
+}  // namespace
+
+}  // namespace sim_test
