@@ -14,10 +14,10 @@ struct CPU_REGISTER {
   QString sAliasName;  // second name, or empty ("R13" for "SP")
   QString sGroup;      // group of the file
   QString sDescription;
-  U32 VNodeRegIdx = 0xFFFFFFFFu;  // the probe's index, INVALID_REG_INDEX for a coprocessor register
-  QString sId;                    // coprocessor register: "cp,CRn,op1,CRm,op2", else empty
-  U32 Size = 32;                  // bits
-  bool bCpuModeDependent = false;
+  U32 VNodeRegIdx = 0xFFFFFFFFu;   // the probe's index, INVALID_REG_INDEX for a coprocessor register
+  QString sId;                     // coprocessor register: "cp,CRn,op1,CRm,op2", else empty
+  U32 Size = 32;                   // bits
+  bool bCpuModeDependent = false;  // banked: VNodeRegIdx is a logic number that MapRegIndex takes to the current mode
 };
 
 class CCpuRegisterFile {
@@ -34,7 +34,8 @@ public:
   QStringList GetCoreRegNames() const;
   // By name or alias, without regard to case; null if there is none. The pointer lives until the next load.
   const CPU_REGISTER* Find(const QString& sName) const;
-  // The probe's index of a register, -1 for an unknown or a coprocessor register.
+  // The probe's index of a register, in the processor's current mode where it is banked; -1 for an unknown or a
+  // coprocessor register.
   int GetVNodeRegIdx(const QString& sName) const;
   // The name that belongs to a probe index; empty if there is none.
   QString GetRegName(U32 VNodeRegIdx) const;
