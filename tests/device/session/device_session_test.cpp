@@ -1,0 +1,211 @@
+// The device thread, the probe library with its simulated board, and the main thread's events, all together.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include "core/vcore.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "device/device_data_provider.h"
+#include "device/device_event_worker.h"
+#include "device/probe_api/register_index.h"
+
+namespace {
+
+constexpr U32 CODE = 0x20000000;
+constexpr U32 CORE_CORTEX_M4 = 0x0E0000FF;
+constexpr int LIMIT_MS = 10000;
+// adds r0, #1 / adds r1, #2 / b CODE
+constexpr U8 LOOP_CODE[] = {0x01, 0x30, 0x02, 0x31, 0xFC, 0xE7};
+
+struct CWitness : CDeviceEventListener {
+  QStringList sHeard;
+  QStringList sLog;
+  std::vector<std::pair<U32, U64>> aReg;
+  QByteArray Mem, MemStatus;
+
+  void OnDeviceConnectDone(CONNECT_MODES) override { sHeard << "connected"; }
+  void OnDeviceConnectFailed(CONNECT_MODES) override { sHeard << "connect failed"; }
+  void OnDeviceDisconnectDone() override { sHeard << "disconnected"; }
+  void OnDeviceAboutToDisconnect() override { sHeard << "leaving"; }
+  void OnDeviceBeforeResume() override { sHeard << "before resume"; }
+  void OnDeviceBeforeStep() override { sHeard << "before step"; }
+  void OnDeviceResumeDone(RESUME_MODES) override { sHeard << "resumed"; }
+  void OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) override {
+    sHeard << QString("halt %1 %2").arg(PC, 0, 16).arg(Reason);
+  }
+  void OnDeviceStepped(U32 PC) override { sHeard << QString("stepped %1").arg(PC, 0, 16); }
+  void OnDeviceStepOutFailed(U32) override { sHeard << "step out failed"; }
+  void OnDeviceWriteMemDone(U32, U32, U8*) override { sHeard << "written"; }
+  void OnDeviceWriteMemFailed(U32, U32, U8*) override { sHeard << "write failed"; }
+  void OnDeviceSetBPDone(U32) override { sHeard << "bp"; }
+  void OnDeviceClearAllBPsDone() override { sHeard << "no bps"; }
+  void OnDeviceReadMemDone(U32, U32 NumBytes, U8* paData, U8* paStatus) override {
+    Mem = QByteArray(reinterpret_cast<char*>(paData), NumBytes);
+    MemStatus = QByteArray(reinterpret_cast<char*>(paStatus), NumBytes);
+    sHeard << "mem";
+  }
+  void OnDeviceReadRegsDone(U32 Cnt, U32* paIndex, U64* paValue, U8*) override {
+    aReg.clear();
+    for (U32 i = 0; i < Cnt; ++i) aReg.emplace_back(paIndex[i], paValue[i]);
+    sHeard << "regs";
+  }
+  void OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS) override { sLog << sText; }
+};
+
+class DeviceSession : public testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    static int Argc = 1;
+    static char acName[] = "device_session_test";
+    static char* pArg = acName;
+    new QCoreApplication(Argc, &pArg);
+    CDevice::SetLibraryFolder(VEXOR_BIN_DIR);
+    CDeviceDataProvider::Get();
+    new CDeviceEventWorker(CDevice::Get(), qApp);
+    VCore::Init({CORE_CORTEX_M4, 0, 0}, VCORE_API{});
+  }
+  static void TearDownTestSuite() { CDevice::Get().Shutdown(); }
+
+  void SetUp() override {
+    Device.ScheduleSetConfigParam(DCP_DEVICE_NAME, "STM32F407IE");
+    Device.ScheduleSetConfigParam(DCP_CONNECT_MODE, HOST_IF_USB);
+    Device.ScheduleSetConfigParam(DCP_TARGET_IF, 1);
+    Device.ScheduleConnect(CM_ATTACH);
+    ASSERT_TRUE(Hears("connected")) << Witness.sLog.join('\n').toStdString();
+    Device.ScheduleHalt();
+    ASSERT_TRUE(HearsHalt());
+    Device.ScheduleWriteMem(CODE, sizeof(LOOP_CODE), 0, 0, 0, LOOP_CODE);
+    ASSERT_TRUE(Hears("written"));
+    Device.ScheduleWriteReg(VNODE_REG_PC, CODE);
+    ASSERT_TRUE(Hears("halt 20000000 1"));
+    Witness.sHeard.clear();
+  }
+  void TearDown() override {
+    Device.ScheduleClearAllBreakpoints();
+    Device.ScheduleDisconnect();
+    EXPECT_TRUE(Hears("disconnected"));
+    EXPECT_TRUE(Witness.sHeard.contains("leaving"));
+  }
+
+  template <typename F>
+  static bool Until(F&& Condition) {
+    QElapsedTimer Clock;
+    Clock.start();
+    while (!Condition()) {
+      if (Clock.elapsed() > LIMIT_MS) return false;
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+  }
+  bool Hears(const QString& sText) {
+    return Until([&] { return Witness.sHeard.contains(sText); });
+  }
+  bool HearsHalt() {
+    return Until([&] { return !Witness.sHeard.filter("halt ").isEmpty(); });
+  }
+  void Idle() {
+    Until([&] { return !Device.IsQueueBusy(JQ_ALL) && !Device.HasEvents(); });
+  }
+
+  CDevice& Device = CDevice::Get();
+  CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
+  CWitness Witness;
+};
+
+}  // namespace
+
+TEST_F(DeviceSession, ReadsMemoryAndRegistersThroughTheCache) {
+  EXPECT_EQ(Provider.RequestMem(&Witness, CODE, sizeof(LOOP_CODE), 0, 0, 0), DATA_PENDING);
+  const std::vector<U32> aIndex = {VNODE_REG_PC, VNODE_REG_R0};
+  EXPECT_EQ(Provider.RequestRegs(&Witness, 2, aIndex.data()), DATA_PENDING);
+  ASSERT_TRUE(Hears("mem") && Hears("regs"));
+  EXPECT_EQ(Witness.Mem, QByteArray(reinterpret_cast<const char*>(LOOP_CODE), sizeof(LOOP_CODE)));
+  EXPECT_EQ(Witness.MemStatus, QByteArray(sizeof(LOOP_CODE), 0));
+  EXPECT_EQ(Witness.aReg[0].second, CODE);
+  EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 4, 0, 0, 0), DATA_DELIVERED);
+
+  U8 aData[4] = {};
+  EXPECT_EQ(Provider.GetMem(&Provider, CODE + 2, 4, 0, aData), 0);
+  EXPECT_EQ(aData[0], 0x02);
+  EXPECT_EQ(Provider.GetMem(&Provider, 0x60000000, 4, 0, aData), 1) << "nothing there";
+  U64 PC = 0;
+  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
+  EXPECT_EQ(PC, CODE);
+}
+
+TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
+  constexpr int NUM_STEPS = 20;
+  for (int i = 0; i < NUM_STEPS; ++i) Device.ScheduleStepInst();
+  EXPECT_EQ(Witness.sHeard.filter("before step").size(), NUM_STEPS);
+  EXPECT_NE(Device.WaitForJob(JT_STEP_INST, false), -1);
+  while (Device.IsJobPending(JT_STEP)) QThread::msleep(1);
+  Idle();
+  // Three instructions make one round of the loop.
+  const QString sLast = QString("stepped %1").arg(CODE + (NUM_STEPS % 3) * 2, 0, 16);
+  EXPECT_EQ(Witness.sHeard.filter("stepped"), QStringList{sLast});
+  U64 R1Before = 0, R1 = 0;
+  EXPECT_EQ(Provider.GetReg(&Provider, 1, &R1Before), 0);
+  Device.ScheduleStepInst();
+  Idle();
+  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &R1), 0);
+  EXPECT_EQ(R1, CODE) << "the cache follows a step";
+}
+
+TEST_F(DeviceSession, BreakpointHaltsAndIsReported) {
+  Device.ScheduleSetBreakpoint(CODE + 2, BP_STATE_ENABLED, BP_TYPE_ANY);
+  ASSERT_TRUE(Hears("bp"));
+  for (int i = 0; i < 3; ++i) {
+    Witness.sHeard.clear();
+    Device.ScheduleContinue();
+    ASSERT_TRUE(Hears("halt 20000002 2"));
+    EXPECT_EQ(Witness.sHeard, (QStringList{"before resume", "resumed", "halt 20000002 2"}));
+  }
+}
+
+TEST_F(DeviceSession, RunToArrives) {
+  Device.ScheduleRunTo(CODE + 4);
+  ASSERT_TRUE(Hears("halt 20000004 3"));
+}
+
+TEST_F(DeviceSession, HaltOfAHaltedTargetIsSilent) {
+  Device.ScheduleHalt();
+  EXPECT_NE(Device.WaitForJob(JT_HALT, true), -1);
+  Idle();
+  EXPECT_TRUE(Witness.sHeard.isEmpty()) << Witness.sHeard.join(',').toStdString();
+}
+
+TEST_F(DeviceSession, ResumeTakesBackReadsAndMemoryIsReadOnTheRun) {
+  Device.ScheduleContinue();
+  ASSERT_TRUE(Hears("resumed"));
+  EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 2, 0, 0, 0), DATA_PENDING);
+  ASSERT_TRUE(Hears("mem"));
+  EXPECT_EQ(Witness.Mem, QByteArray("\x01\x30", 2));
+  Device.ScheduleHalt();
+  ASSERT_TRUE(HearsHalt());
+}
+
+TEST_F(DeviceSession, FailedWriteIsReported) {
+  const U8 aData[4] = {1, 2, 3, 4};
+  Device.ScheduleWriteMem(0x60000000, 4, 0, 0, 0, aData);
+  ASSERT_TRUE(Hears("write failed"));
+}
+
+TEST_F(DeviceSession, JobsWithoutAHandlerFail) {
+  Device.ScheduleStepOut();
+  if (Device.Context().pSourceStepper == nullptr) {
+    EXPECT_TRUE(Hears("step out failed"));
+  }
+}
+
+TEST_F(DeviceSession, WaitingOnTheMainThread) {
+  EXPECT_EQ(Device.WaitForJob(JT_MEASURE_CORE_SPEED, false), 1);
+  Device.ScheduleSetBreakpoint(CODE, BP_STATE_ENABLED, BP_TYPE_ANY);
+  EXPECT_GE(Device.WaitForJob(JT_SET_BP, false), 0);
+  EXPECT_FALSE(Witness.sHeard.contains("bp")) << "no event was delivered meanwhile";
+  Device.ProcessEvents(10);
+  EXPECT_TRUE(Witness.sHeard.contains("bp"));
+}
