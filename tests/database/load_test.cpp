@@ -1,0 +1,124 @@
+#include "demo_program.h"
+
+#include <QTemporaryDir>
+#include <thread>
+
+#include "device/data_files/vfile.h"
+#include "program/database/file_table.h"
+
+namespace {
+
+class LoadTest : public DemoProgramTest {};
+
+TEST_F(LoadTest, LoadingAgainGivesTheSameProgram) {
+  const auto Counts = [] {
+    return QList<qsizetype>{ELFAPI_GetFunctions().size(), ELFAPI_GetGlobalVars().size(),
+                            ELFAPI_GetDataSegments().size(), static_cast<qsizetype>(ELFAPI_GetNumCfiBlocks()),
+                            ELFAPI_GetAddrsOfLoc(Loc("first.c:23")).size()};
+  };
+  const QList<qsizetype> First = Counts();
+  const U32 FileId = ELFAPI_FileId(QStringLiteral("/demo/first.c"));
+  EXPECT_FALSE(First.contains(0));
+  EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+  EXPECT_EQ(Counts(), First);
+  EXPECT_EQ(ELFAPI_FileId(QStringLiteral("/demo/first.c")), FileId);
+  EXPECT_TRUE(ELFAPI_IsLoaded());
+  EXPECT_FALSE(ELFAPI_IsBusy());
+  EXPECT_EQ(ELFAPI_GetSrcLang(), ELF_SRC_LANG_CPP);
+  EXPECT_EQ(ELFAPI_GetEncoding(), 0u);
+  EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u);
+  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetEntryFunc()), QStringLiteral("main"));
+  EXPECT_EQ(ELFAPI_GetProgramExtent(), (std::pair<U32, U32>{0x08000000, 0x20000008}));
+}
+
+TEST_F(LoadTest, EmptyAfterUnloadAndAfterARefusedFile) {
+  const ELF_SYM_HANDLE Func = ELFAPI_FindSymbol(QStringLiteral("main"), true, false, false, false);
+  QTemporaryDir Dir;
+  QFile Bad(Dir.filePath(QStringLiteral("bad.elf")));
+  ASSERT_TRUE(Bad.open(QIODevice::WriteOnly));
+  Bad.write("no program");
+  Bad.close();
+  QStringList Messages;
+  ELFAPI_SetMessageSink([&Messages](const QString& sText, U32) { Messages.append(sText); });
+  for (const bool bRefused : {true, false}) {
+    if (bRefused) {
+      EXPECT_EQ(ELFAPI_Load(Bad.fileName()), -1);
+    } else {
+      EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+      ELFAPI_Unload();
+    }
+    EXPECT_FALSE(ELFAPI_IsLoaded() || ELFAPI_IsBusy());
+    EXPECT_EQ(ELFAPI_GetFilePath(), QString());
+    EXPECT_EQ(ELFAPI_GetEncoding(), 2u);
+    EXPECT_EQ(ELFAPI_GetEntryPC(), INVALID_ADDR);
+    EXPECT_EQ(ELFAPI_GetProgramExtent(), (std::pair<U32, U32>{INVALID_ADDR, 0}));
+    EXPECT_TRUE(ELFAPI_GetFunctions().isEmpty() && ELFAPI_GetDataSegments().isEmpty());
+    EXPECT_EQ(ELFAPI_GetName(Func), QString());
+    EXPECT_EQ(ELFAPI_GetAddr(Func), INVALID_ADDR);
+    EXPECT_EQ(ELFAPI_FileId(QStringLiteral("/demo/first.c")), INVALID_FILE_ID);
+    EXPECT_FALSE(ELFAPI_GetLoc(Func).IsValid() || Loc("main").IsValid() || ELFAPI_HasSrcLoc(0x08000054));
+    EXPECT_TRUE(VFile::CFileWorker::Get()->ReadProgramSegments().isEmpty());
+  }
+  EXPECT_TRUE(Messages.contains(QStringLiteral("Not a valid elf object file.")));
+  EXPECT_TRUE(Messages.contains(QStringLiteral("Function count: 12")));
+  EXPECT_TRUE(Messages.last().startsWith(QStringLiteral("ELF-API Wrapper deinitialized after ms: ")));
+}
+
+// A file without debug information, and files that were cut.
+TEST_F(LoadTest, DamagedProgramsLoadOrAreRefused) {
+  QFile Good(DEMO_DIR + QStringLiteral("demo.elf"));
+  ASSERT_TRUE(Good.open(QIODevice::ReadOnly));
+  const QByteArray Bytes = Good.readAll();
+  QTemporaryDir Dir;
+  for (qsizetype Size = 0; Size <= Bytes.size(); Size += 677) {
+    QFile Cut(Dir.filePath(QStringLiteral("cut.elf")));
+    ASSERT_TRUE(Cut.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    Cut.write(Bytes.left(Size));
+    Cut.close();
+    if (ELFAPI_Load(Cut.fileName()) != 0) continue;
+    for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) ELFAPI_GetLoc(Func);
+  }
+  QByteArray NoDebug = Bytes;
+  NoDebug.replace(".debug_info", ".other_info").replace(".debug_line", ".other_line");
+  QFile Stripped(Dir.filePath(QStringLiteral("nodebug.elf")));
+  ASSERT_TRUE(Stripped.open(QIODevice::WriteOnly));
+  Stripped.write(NoDebug);
+  Stripped.close();
+  ASSERT_EQ(ELFAPI_Load(Stripped.fileName()), 0);
+  EXPECT_FALSE(ELFAPI_HasSrcLoc(0x08000054));
+  EXPECT_EQ(ELFAPI_GetFunctions().size(), 10);
+  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(0x08000058)), QStringLiteral("main"));
+  EXPECT_EQ(AddrOf("main"), 0x08000054u);
+}
+
+TEST_F(LoadTest, QueriesOfOtherThreadsWaitForALoad) {
+  std::atomic<bool> bStop{false};
+  int NumWrong = 0;
+  std::thread Asker([&] {
+    while (!bStop) {
+      const ELF_SYM_HANDLE Func = ELFAPI_GetFuncAt(0x08000056);
+      const QString sName = ELFAPI_GetName(Func);
+      if (!sName.isEmpty() && sName != QStringLiteral("main")) ++NumWrong;
+      ELFAPI_GetFunctions();
+    }
+  });
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+  bStop = true;
+  Asker.join();
+  EXPECT_EQ(NumWrong, 0);
+}
+
+TEST(FileTableTest, PathsWithOneHashGetDifferentIdentifiers) {
+  // Found by search: both lower-cased paths have the same StableHash32.
+  const QString sA = QStringLiteral("src/file998679.c"), sB = QStringLiteral("src/file1303852.c");
+  CFileTable Files;
+  const U32 IdA = Files.At(Files.Add(sA)).Id;
+  const U32 IdB = Files.At(Files.Add(sB)).Id;
+  EXPECT_NE(IdA, IdB);
+  EXPECT_EQ(Files.IdOfPath(sA.toUpper()), IdA);
+  EXPECT_EQ(Files.IdOfPath(sB), IdB);
+  EXPECT_EQ(Files.FindId(IdB), QList<FILE_INDEX>{1});
+  EXPECT_EQ(InternFileId(sA), IdA);
+}
+
+}  // namespace
