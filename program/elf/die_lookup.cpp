@@ -30,6 +30,11 @@ U32 CDieLookup::OwnReference(U32 Entry, U32 Attr) const {
   return Signature ? Info.Index.FindType(*Signature) : 0;
 }
 
+U32 CDieLookup::DefinerOf(U32 Entry) const {
+  const U32 Definition = Info.Index.Definition(Entry);
+  return Definition ? Definition : OwnReference(Entry, DW_AT_signature);
+}
+
 U32 CDieLookup::OwnerOf(U32 Entry, U32 Attr) const {
   for (U32 Level = 0; Level < MAX_ATTR_LEVELS && Entry != 0; ++Level) {
     if (HasOwn(Entry, Attr)) return Entry;
@@ -42,8 +47,8 @@ U32 CDieLookup::OwnerOf(U32 Entry, U32 Attr) const {
     if (Specification && HasOwn(Specification, Attr)) return Specification;
     const U32 Origin = AbstractOrigin(Entry);
     if (Origin == 0 || Origin == Entry) {
-      const U32 Definition = Info.Index.Definition(Entry);
-      return Definition && HasOwn(Definition, Attr) ? Definition : 0;
+      const U32 Definer = DefinerOf(Entry);
+      return Definer && HasOwn(Definer, Attr) ? Definer : 0;
     }
     Entry = Origin;
   }
@@ -79,9 +84,9 @@ const char* CDieLookup::Name(U32 Entry) const {
 }
 
 U32 CDieLookup::Definition(U32 Entry) const {
-  const U32 Definition = Info.Index.Definition(Entry);
-  if (Definition == 0) return HasOwn(Entry, DW_AT_byte_size) ? Entry : 0;
-  return Definition != Entry ? Definition : 0;
+  const U32 Definer = DefinerOf(Entry);
+  if (Definer == 0) return HasOwn(Entry, DW_AT_byte_size) ? Entry : 0;
+  return Definer != Entry ? Definer : 0;
 }
 
 U32 CDieLookup::ArraySize(U32 Entry, U32 ElementSize) const {

@@ -34,6 +34,8 @@ private:
   const DWARF_INFO& Info;
 
   U32 OwnReference(U32 Entry, U32 Attr) const;
+  // The entry that names this one as its specification, or the type that a type unit describes for it.
+  U32 DefinerOf(U32 Entry) const;
   // The entry whose own attribute answers, 0 if there is none.
   U32 OwnerOf(U32 Entry, U32 Attr) const;
   bool HasOwn(U32 Entry, U32 Attr) const;

@@ -1,0 +1,198 @@
+#include "elf_fixture.h"
+#include "program/elf/base_type_name.h"
+#include "program/elf/source_path.h"
+
+namespace {
+
+struct PROGRAM {
+  const char* sName;
+  U32 Version;     // greatest of its units
+  U32 NumInlined;  // instances of Twice with code
+};
+
+constexpr PROGRAM aPrograms[] = {
+    {"gcc_dwarf2_O0.elf", 2, 0}, {"gcc_dwarf3_O2.elf", 3, 3}, {"gcc_dwarf4_O2.elf", 4, 3}, {"gcc_dwarf5_O0.elf", 5, 0},
+    {"gcc_dwarf5_O2.elf", 5, 3}, {"mixed.elf", 5, 3},         {"big_endian.elf", 4, 3},
+};
+
+}  // namespace
+
+using ElfDwarf = CElfTest;
+
+// The same source says the same in every version of DWARF, at every optimisation and in both byte orders.
+TEST_F(ElfDwarf, SampleProgramInAllVersions) {
+  for (const PROGRAM& Program : aPrograms) {
+    SCOPED_TRACE(Program.sName);
+    Open(Program.sName);
+    EXPECT_EQ(ELF_GetVersion(pFile), Program.Version);
+    EXPECT_EQ(ELF_GetSrcLang(pFile), ELF_SRC_LANG_C);
+    const ELF_SYM_HANDLE hMain = ELF_GetEntryFunc(pFile);
+    EXPECT_EQ(NameOf(hMain), "main");
+    EXPECT_EQ(ELF_GetRangeLow(hMain, 0), ELF_GetEntryPoint(pFile));
+    EXPECT_STREQ(ELF_GetDeclFile(hMain), "/sample/sample.c");
+    I64 Line = 0;
+    EXPECT_EQ(ELF_GetAttrValue(hMain, ELF_ATTR_DECL_LINE, &Line), 0);
+    EXPECT_EQ(Line, 19);
+    EXPECT_EQ(ELF_GetSize(Variable("Samples")), 48u);
+    EXPECT_EQ(ELF_GetSize(Variable("Matrix")), 20u);
+    EXPECT_EQ(NameOf(ELF_FindRttControlBlock(pFile)), "_MORVEK_RTT");
+    EXPECT_EQ(ELF_GetTag(ELF_FindRttControlBlock(pFile)), ELF_TAG_VARIABLE);
+    U32 NumInlined = 0;
+    for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pFile); ++i) {
+      const ELF_SYM_HANDLE hInlined = ELF_GetInlinedFunc(pFile, i);
+      const ELF_SYM_HANDLE hOrigin = ELF_GetAbstractOrigin(hInlined);
+      if (NameOf(hInlined) != "Twice") continue;
+      EXPECT_EQ(ELF_GetTag(hOrigin), ELF_TAG_FUNC);
+      EXPECT_STREQ(ELF_GetDeclFile(hOrigin), "/sample/sample.h");
+      const ELF_SYM_HANDLE hAround = ELF_GetContainingFunc(hInlined);
+      ASSERT_NE(ELF_GetNumRanges(hInlined), 0u);
+      EXPECT_GE(ELF_GetRangeLow(hInlined, 0), ELF_GetRangeLow(hAround, 0));
+      EXPECT_LT(ELF_GetRangeLow(hInlined, 0), ELF_GetRangeHigh(hAround, 0));
+      ++NumInlined;
+    }
+    EXPECT_EQ(NumInlined, Program.NumInlined);
+  }
+}
+
+// Debug information and symbols come by different ways: they have to agree on every function.
+TEST_F(ElfDwarf, RangesOfFunctionsMatchTheirSymbols) {
+  for (const char* sName : {"gcc_dwarf2_O0.elf", "gcc_dwarf5_O2.elf", "clang_dwarf4.elf", "clang_dwarf5.elf",
+                            "big_endian.elf", "cpp_dwarf4_types.elf"}) {
+    SCOPED_TRACE(sName);
+    Open(sName);
+    U32 NumChecked = 0;
+    for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) {
+      const ELF_SYM_HANDLE hFunc = ELF_GetFunction(pFile, i);
+      if (ELF_GetNumRanges(hFunc) != 1) continue;
+      const I32 Index = ELF_FindFuncSymbol(pFile, ELF_GetRangeLow(hFunc, 0), true);
+      ASSERT_GE(Index, 0) << NameOf(hFunc);
+      const ELF_SYM_HANDLE hSym = ELF_GetSymbolHandle(pFile, static_cast<U32>(Index));
+      EXPECT_EQ(ELF_GetValue(hSym) & ~1u, ELF_GetRangeLow(hFunc, 0));
+      EXPECT_EQ(ELF_GetSize(hSym), ELF_GetRangeHigh(hFunc, 0) - ELF_GetRangeLow(hFunc, 0)) << NameOf(hFunc);
+      ++NumChecked;
+    }
+    EXPECT_GE(NumChecked, 3u);
+  }
+}
+
+// A unit in two regions and inlined code in pieces have lists of ranges, of another kind in each version.
+TEST_F(ElfDwarf, RangeLists) {
+  for (const char* sName : {"gcc_dwarf3_O2.elf", "gcc_dwarf5_O2.elf", "clang_dwarf4.elf", "clang_dwarf5.elf"}) {
+    SCOPED_TRACE(sName);
+    Open(sName);
+    const ELF_SYM_HANDLE hInRam = Function("InRam");
+    ASSERT_NE(hInRam, 0u);
+    const ELF_SYM_HANDLE hUnit = ELF_GetCompUnit(hInRam);
+    EXPECT_EQ(ELF_GetTag(hUnit), ELF_TAG_COMPILE_UNIT);
+    ASSERT_GE(ELF_GetNumRanges(hUnit), 2u);
+    bool bCovered = false;
+    for (U32 i = 0; i < ELF_GetNumRanges(hUnit); ++i) {
+      bCovered |= ELF_GetRangeLow(hUnit, i) == ELF_GetRangeLow(hInRam, 0) &&
+                  ELF_GetRangeHigh(hUnit, i) == ELF_GetRangeHigh(hInRam, 0);
+    }
+    EXPECT_TRUE(bCovered);
+    EXPECT_EQ(ELF_GetRangeLow(hUnit, 99), INVALID_ADDR);
+  }
+}
+
+TEST_F(ElfDwarf, ScopesOfClassMembers) {
+  for (const char* sName : {"cpp_dwarf5.elf", "cpp_dwarf4_types.elf"}) {
+    SCOPED_TRACE(sName);
+    Open(sName);
+    EXPECT_EQ(ELF_GetSrcLang(pFile), ELF_SRC_LANG_CPP);
+    const ELF_SYM_HANDLE hStep = Function("Step");
+    ASSERT_NE(hStep, 0u);
+    EXPECT_EQ(NameOf(ELF_GetContainingClass(hStep)), "Drive");
+    EXPECT_EQ(NameOf(ELF_GetContainingNamespace(hStep)), "Motor");
+    EXPECT_EQ(ELF_GetContainingFunc(hStep), 0u);
+    const ELF_SYM_HANDLE hDeclaration = ELF_GetAttrDie(hStep, ELF_ATTR_SPECIFICATION);
+    EXPECT_EQ(ELF_GetDefinition(hDeclaration), hStep);
+    EXPECT_EQ(NameOf(Variable("NumDrives")), "NumDrives") << "named by its declaration";
+    EXPECT_EQ(ELF_GetSize(Variable("Hidden")), 12u) << "through a type unit's signature in one of the files";
+    EXPECT_STREQ(ELF_GetDeclFile(Find(ELF_GetNumTypes, ELF_GetTypeEntry, "Drive")), "/sample/drive.cpp");
+  }
+}
+
+TEST_F(ElfDwarf, TreeOfEntries) {
+  Open("gcc_dwarf5_O0.elf");
+  const ELF_SYM_HANDLE hMain = Function("main");
+  const ELF_SYM_HANDLE hUnit = ELF_GetCompUnit(hMain);
+  EXPECT_EQ(ELF_GetParent(hMain), hUnit);
+  EXPECT_EQ(ELF_GetParent(hUnit), 0u);
+  EXPECT_EQ(ELF_GetNextSibling(hUnit), 0u) << "another unit is no sibling";
+  bool bFound = false;
+  for (ELF_SYM_HANDLE hChild = ELF_GetFirstChild(hUnit); hChild; hChild = ELF_GetNextSibling(hChild)) {
+    EXPECT_EQ(ELF_GetParent(hChild), hUnit);
+    bFound |= hChild == hMain;
+  }
+  EXPECT_TRUE(bFound);
+  EXPECT_EQ(ELF_GetTag(ELF_GetDieByOffset(pFile, 12, false)), ELF_TAG_COMPILE_UNIT) << "behind the unit's header";
+  EXPECT_EQ(ELF_GetDieByOffset(pFile, 13, false), 0u) << "inside an entry";
+  EXPECT_EQ(ELF_GetTag(hMain | 0x1C000000), ELF_TAG_INVALID) << "a slot that is not open";
+}
+
+TEST_F(ElfDwarf, SourceFilesAndTheirUnits) {
+  Open("mixed.elf");
+  std::map<std::string, U32> NumUnits;
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(pFile); ++i)
+    NumUnits[ELF_GetSrcFile(pFile, i)] = ELF_GetSrcFileNumUnits(pFile, i);
+  const std::map<std::string, U32> Expected = {
+      {"/sample/sample.c", 1}, {"/sample/sample.h", 2}, {"/sample/other.c", 1}};
+  EXPECT_EQ(NumUnits, Expected);
+  EXPECT_EQ(ELF_GetSrcLineAddr(pFile, ELF_GetNumSrcLines(pFile)), INVALID_ADDR);
+  EXPECT_EQ(ELF_GetSrcLineNumber(pFile, ELF_GetNumSrcLines(pFile)), -1);
+  EXPECT_EQ(ELF_GetSrcLineFile(pFile, ELF_GetNumSrcLines(pFile)), nullptr);
+}
+
+TEST_F(ElfDwarf, FrameEntriesCoverTheFunctions) {
+  Open("gcc_dwarf5_O0.elf");
+  std::map<U32, U32> Frames;
+  for (U32 i = 0; i < ELF_GetNumFdes(pFile); ++i) Frames[ELF_GetFdeLow(pFile, i)] = ELF_GetFdeHigh(pFile, i);
+  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) {
+    const ELF_SYM_HANDLE hFunc = ELF_GetFunction(pFile, i);
+    EXPECT_EQ(Frames[ELF_GetRangeLow(hFunc, 0)], ELF_GetRangeHigh(hFunc, 0)) << NameOf(hFunc);
+  }
+  constexpr U32 LINK_REGISTER = 14;
+  EXPECT_EQ(ELF_GetRetAddrReg(pFile), LINK_REGISTER);
+}
+
+TEST_F(ElfDwarf, FileWithoutDebugInformation) {
+  Open("plain.elf");
+  EXPECT_EQ(ELF_GetNumFunctions(pFile), 0u);
+  EXPECT_EQ(ELF_GetNumSrcLines(pFile), 0u);
+  EXPECT_EQ(ELF_GetEntryFunc(pFile), 0u);
+  EXPECT_EQ(ELF_GetHandleKind(ELF_FindRttControlBlock(pFile)), ELF_HANDLE_SYMBOL);
+}
+
+TEST(ElfText, ShortBaseTypeNames) {
+  const std::pair<const char*, const char*> aCases[] = {
+      {"unsigned char", "uchar"},
+      {"short unsigned int", "ushort"},
+      {"unsigned int", "uint"},
+      {"long unsigned int", "ulong"},
+      {"long long unsigned int", "long ulong"},
+      {"signed char", "char"},
+      {"short int", "short"},
+      {"long int", "long"},
+      {"long long int", "long long"},
+      {"int", "int"},
+      {"double", "double"},
+  };
+  for (const auto& [sName, sShort] : aCases) EXPECT_EQ(ShortBaseTypeName(sName), sShort) << sName;
+}
+
+TEST(ElfText, SourcePaths) {
+  struct CASE {
+    const char *sCompDir, *sIncludeDir, *sName, *sPath;
+  };
+  constexpr CASE aCases[] = {
+      {"/build", "src", "main.c", "/build/src/main.c"},
+      {"/build", "", "main.c", "/build/main.c"},
+      {"/build", "/usr/include", "a.h", "/usr/include/a.h"},
+      {"/build", "src", "/abs/a.c", "/abs/a.c"},
+      {"C:\\Work\\", "src", "a.c", "C:\\Work\\src/a.c"},
+      {"/build", "D:/lib", "a.h", "D:/lib/a.h"},
+      {"", "", "a.c", "a.c"},
+  };
+  for (const CASE& Case : aCases) EXPECT_EQ(JoinSourcePath(Case.sCompDir, Case.sIncludeDir, Case.sName), Case.sPath);
+}

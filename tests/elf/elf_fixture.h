@@ -1,0 +1,75 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+inline std::string DataPath(const std::string& sName) {
+  return VEXOR_SOURCE_DIR "/tests/elf/data/" + sName;
+}
+
+// Opens program files one at a time and keeps the reader's messages.
+class CElfTest : public testing::Test {
+protected:
+  std::vector<std::string> aMessages;
+  ELF_FILE* pFile = nullptr;
+
+  void SetUp() override {
+    ELF_SetMessageCallback([this](const char* sText, U32) { aMessages.push_back(sText); });
+  }
+  void TearDown() override {
+    Close();
+    ELF_SetMessageCallback({});
+  }
+  void Close() {
+    ELF_Close(pFile);
+    pFile = nullptr;
+  }
+  ELF_FILE* Open(const std::string& sName) {
+    Close();
+    aMessages.clear();
+    pFile = ELF_Open(DataPath(sName).c_str());
+    EXPECT_NE(pFile, nullptr) << sName;
+    return pFile;
+  }
+  ELF_FILE* OpenBytes(const std::vector<char>& aBytes) {
+    Close();
+    aMessages.clear();
+    const std::string sPath = testing::TempDir() + "vexor_elf_" + std::to_string(getpid()) + ".elf";
+    std::ofstream(sPath, std::ios::binary).write(aBytes.data(), static_cast<std::streamsize>(aBytes.size()));
+    pFile = ELF_Open(sPath.c_str());
+    std::filesystem::remove(sPath);
+    return pFile;
+  }
+  static std::vector<char> BytesOf(const std::string& sName) {
+    std::ifstream Stream(DataPath(sName), std::ios::binary);
+    return std::vector<char>(std::istreambuf_iterator<char>(Stream), {});
+  }
+  static std::string NameOf(ELF_SYM_HANDLE hSym) {
+    const char* sName = ELF_GetName(hSym);
+    return sName ? sName : "";
+  }
+  // First entry of that name in a list of the open file, 0 if there is none. With bCode one that has code.
+  ELF_SYM_HANDLE Find(U32 (*pfCount)(const ELF_FILE*), ELF_SYM_HANDLE (*pfGet)(const ELF_FILE*, U32),
+                      const std::string& sName, bool bCode = false) const {
+    for (U32 i = 0; i < pfCount(pFile); ++i) {
+      const ELF_SYM_HANDLE hSym = pfGet(pFile, i);
+      if (NameOf(hSym) == sName && (!bCode || ELF_GetNumRanges(hSym) != 0)) return hSym;
+    }
+    return 0;
+  }
+  ELF_SYM_HANDLE Function(const std::string& sName) const {
+    return Find(ELF_GetNumFunctions, ELF_GetFunction, sName, true);
+  }
+  ELF_SYM_HANDLE Variable(const std::string& sName) const {
+    return Find(ELF_GetNumGlobalVars, ELF_GetGlobalVar, sName);
+  }
+};

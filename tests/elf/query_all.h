@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstring>
+
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+// Asks everything of an open file, as the windows would; reads every text and the ends of every piece of data.
+class CQueryAll {
+public:
+  explicit CQueryAll(const ELF_FILE* pFile) : pFile(pFile) {
+    Headers();
+    for (U32 i = 0; i < ELF_GetNumSymbols(pFile); ++i) Text(ELF_GetName(ELF_GetSymbolHandle(pFile, i)));
+    List(ELF_GetNumFunctions, ELF_GetFunction);
+    List(ELF_GetNumInlinedFuncs, ELF_GetInlinedFunc);
+    List(ELF_GetNumGlobalVars, ELF_GetGlobalVar);
+    List(ELF_GetNumTypes, ELF_GetTypeEntry);
+    List(ELF_GetNumNamespaces, ELF_GetNamespace);
+    for (U32 i = 0; i < ELF_GetNumSrcLines(pFile); ++i) Text(ELF_GetSrcLineFile(pFile, i));
+    for (U32 i = 0; i < ELF_GetNumFdes(pFile); ++i) Sum += ELF_GetFdeLow(pFile, i) + ELF_GetFdeHigh(pFile, i);
+    Sum += ELF_FindRttControlBlock(pFile);
+  }
+
+  U64 Total() const { return Sum; }
+
+private:
+  const ELF_FILE* pFile;
+  U64 Sum = 0;
+
+  void Text(const char* sText) { Sum += sText ? std::strlen(sText) : 0; }
+  void Data(const U8* pData, U32 Size) { Sum += pData && Size ? pData[0] + pData[Size - 1] : 0; }
+
+  void Headers() {
+    for (U32 i = 0; i < ELF_GetNumSegments(pFile); ++i) {
+      Data(ELF_GetSegmentData(pFile, i), ELF_GetSegmentFileSize(pFile, i));
+      Sum += ELF_GetSegmentSectionOffset(pFile, i);
+    }
+    for (U32 i = 0; i < ELF_GetNumSections(pFile); ++i) {
+      Text(ELF_GetSectionName(pFile, i));
+      Data(ELF_GetSectionData(pFile, i), ELF_GetSectionSize(pFile, i));
+      ELF_RELOCATION Relocation;
+      const U32 NumEntries = ELF_GetSectionNumEntries(pFile, i);
+      if (NumEntries && ELF_GetRelocation(pFile, i, NumEntries - 1, &Relocation) == 0) Sum += Relocation.Offset;
+    }
+  }
+
+  void List(U32 (*pfCount)(const ELF_FILE*), ELF_SYM_HANDLE (*pfGet)(const ELF_FILE*, U32)) {
+    for (U32 i = 0; i < pfCount(pFile); ++i) Entry(pfGet(pFile, i));
+  }
+
+  void Entry(ELF_SYM_HANDLE hSym) {
+    Text(ELF_GetName(hSym));
+    Text(ELF_GetDeclFile(hSym));
+    Sum += ELF_GetSize(hSym) + ELF_GetSectionIndex(hSym);
+    for (U32 i = 0; i < ELF_GetNumRanges(hSym); ++i) Sum += ELF_GetRangeLow(hSym, i) + ELF_GetRangeHigh(hSym, i);
+    Sum += ELF_GetContainingFunc(hSym) + ELF_GetContainingClass(hSym) + ELF_GetContainingScope(hSym);
+    Sum += ELF_GetContainingNamespace(hSym) + ELF_GetDefinition(hSym) + ELF_GetAbstractOrigin(hSym);
+    Sum += ELF_GetAttrDie(hSym, ELF_ATTR_TYPE);
+    I64 Value = 0;
+    for (const U32 Attr : {ELF_ATTR_DECL_LINE, ELF_ATTR_CALL_LINE, ELF_ATTR_CONST_VALUE, ELF_ATTR_LOCATION}) {
+      if (ELF_GetAttrValue(hSym, Attr, &Value) == 0) Sum += static_cast<U64>(Value);
+    }
+    for (ELF_SYM_HANDLE hChild = ELF_GetFirstChild(hSym); hChild; hChild = ELF_GetNextSibling(hChild)) {
+      Text(ELF_GetName(hChild));
+      Sum += ELF_GetSize(hChild);
+    }
+  }
+};
+
+inline void QueryAll(const ELF_FILE* pFile) {
+  CQueryAll Queries(pFile);
+}
