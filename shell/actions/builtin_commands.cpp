@@ -1,5 +1,6 @@
 #include "shell/actions/builtin_commands.h"
 
+#include <QColor>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QThread>
@@ -9,6 +10,8 @@
 #include "shell/actions/action_link.h"
 #include "shell/actions/command_console.h"
 #include "shell/log/console_print.h"
+#include "shell/settings/colors.h"
+#include "shell/settings/named_constants.h"
 #include "shell/settings/preferences.h"
 
 namespace {
@@ -50,6 +53,29 @@ void EditPreferenceCommand() {
   }
 }
 
+void EditColorCommand() {
+  if (!CheckActionArgs(ACTION_EDIT_COLOR)) return;
+  const QStringList Args = GetActionArgs(ACTION_EDIT_COLOR);
+  const int ColorID = FindColor(Args.at(0));
+  if (ColorID < 0) {
+    SetActionError(ACTION_EDIT_COLOR, QLatin1String(ActionError::UNKNOWN_COLOR), u'"' + Args.at(0) + u'"');
+    return;
+  }
+  QColor Color;
+  if (QColor::isValidColor(Args.at(1))) Color.setNamedColor(Args.at(1));
+  bool bNumber = false;
+  const I64 Number = ParseNumber(Args.at(1), &bNumber);
+  if (!Color.isValid() && bNumber) Color = QColor::fromRgba(static_cast<QRgb>(Number));
+  if (!Color.isValid()) {
+    SetActionError(ACTION_EDIT_COLOR, QLatin1String(ActionError::INVALID_PARAMETER), u'"' + Args.at(1) + u'"');
+    return;
+  }
+  const U32 ID = static_cast<U32>(ColorID);
+  SetColorRgb(ID, Color.rgba(), false);
+  TellColorChanged(ID);
+  SetActionArgs(ACTION_EDIT_COLOR, QStringList{QLatin1String(GetColorInfo(ID)->sName), ColorText(Color.rgba())});
+}
+
 void UtilLogCommand() {
   if (!CheckActionArgs(ACTION_UTIL_LOG)) return;
   PrintConsoleColor(GetFirstActionArg(ACTION_UTIL_LOG), CONSOLE_COLOR_SCRIPT);
@@ -75,6 +101,7 @@ void UtilSleepCommand() {
 void RegisterBuiltinCommands() {
   RegisterActionHandler(ACTION_EDIT_SYS_VAR, EditSysVarCommand);
   RegisterActionHandler(ACTION_EDIT_PREFERENCE, EditPreferenceCommand);
+  RegisterActionHandler(ACTION_EDIT_COLOR, EditColorCommand);
   RegisterActionHandler(ACTION_HELP_COMMANDS, PrintCommandHelp);
   RegisterActionHandler(ACTION_UTIL_LOG, UtilLogCommand);
   RegisterActionHandler(ACTION_UTIL_SLEEP, UtilSleepCommand);

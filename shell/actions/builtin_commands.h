@@ -1,5 +1,6 @@
 #pragma once
 
-// Registers the handlers of the commands that need nothing but this layer: Edit.SysVar, Edit.Preference, Help.Commands,
-// Util.Log and Util.Sleep. Called once the application object exists; windows may take the rows over. Main thread.
+// Registers the handlers of the commands that need nothing but this layer: Edit.SysVar, Edit.Preference, Edit.Color,
+// Help.Commands, Util.Log and Util.Sleep. Called once the application object exists; windows may take the rows over.
+// Main thread.
 void RegisterBuiltinCommands();

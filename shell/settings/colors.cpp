@@ -14,6 +14,7 @@ namespace {
 
 constexpr U32 RGBA_BLACK = 0xFF000000u;
 constexpr U32 RGBA_OPAQUE = 0xFF000000u;
+constexpr int MAX_DARK_LIGHTNESS = 128;  // of 255
 constexpr U32 RGB_MASK = 0x00FFFFFFu;
 
 struct COLOR_STATE {
@@ -21,6 +22,7 @@ struct COLOR_STATE {
   std::array<U32, NUM_COLORS> Saved;
   U32 PaletteBase = 0xFFFFFFFFu;
   U32 PaletteWindow = 0xFFEFEFEFu;
+  ColorListener Listener;
 
   COLOR_STATE() {
     for (const COLOR_INFO& Info : Colors) Live[Info.ColorID] = Saved[Info.ColorID] = Info.Color;
@@ -40,6 +42,18 @@ const SETTING_GROUP& ColorGroup() {
 
 bool EqualsText(const QString& sText, const char* sOther) {
   return sText.compare(QLatin1String(sOther), Qt::CaseInsensitive) == 0;
+}
+
+// Applies Combine(Shift) to the three colour channels.
+template <typename F>
+U32 ByChannel(const F& Combine) {
+  U32 Argb = RGBA_OPAQUE;
+  for (const U32 Shift : {0u, 8u, 16u}) Argb |= static_cast<U32>(Combine(Shift)) << Shift;
+  return Argb;
+}
+
+int Channel(U32 Argb, U32 Shift) {
+  return static_cast<int>(Argb >> Shift & 0xFFu);
 }
 
 }  // namespace
@@ -90,6 +104,34 @@ void ResetColors() {
 
 bool IsColorModified(U32 ID) {
   return ID < NUM_COLORS && GetColorRgb(ID) != ResolveColor(Colors[ID].Color);
+}
+
+U32 GetPCColor(bool bActive) {
+  return GetColorRgb(bActive ? COLOR_PC_ACTIVE : COLOR_PC_INACTIVE);
+}
+
+U32 GetCallSiteColor(bool bActive) {
+  return GetColorRgb(bActive ? COLOR_CALL_SITE_ACTIVE : COLOR_CALL_SITE_INACTIVE);
+}
+
+U32 GetAlternateBase() {
+  const U32 Base = State().PaletteBase;
+  const U32 Window = State().PaletteWindow;
+  return ByChannel([=](U32 Shift) { return (Channel(Base, Shift) + Channel(Window, Shift)) / 2; });
+}
+
+U32 ContrastColor(U32 Argb, int Delta) {
+  const auto [Min, Max] = std::minmax({Channel(Argb, 0), Channel(Argb, 8), Channel(Argb, 16)});
+  const int Signed = (Min + Max) / 2 <= MAX_DARK_LIGHTNESS ? Delta : -Delta;
+  return ByChannel([=](U32 Shift) { return std::clamp(Channel(Argb, Shift) + Signed, 0, 255); });
+}
+
+void SetColorListener(const ColorListener& Listener) {
+  State().Listener = Listener;
+}
+
+void TellColorChanged(U32 ID) {
+  if (State().Listener) State().Listener(ID, GetColorRgb(ID));
 }
 
 QString ColorText(U32 Argb) {

@@ -1,6 +1,8 @@
 #pragma once
 // The table of the 45 colours, with their live and saved values as ARGB numbers. Main thread.
 
+#include <functional>
+
 #include <QString>
 
 #include "base/types.h"
@@ -37,6 +39,19 @@ void ResetColor(U32 ID);
 void ResetColors();
 // The live colour differs from the default, both resolved.
 bool IsColorModified(U32 ID);
+
+// Colours of the row at the program counter and of a call site, by the focus of the window.
+U32 GetPCColor(bool bActive);
+U32 GetCallSiteColor(bool bActive);
+// Average of the palette's two roles, channel by channel.
+U32 GetAlternateBase();
+// Delta added to each channel of a dark colour, taken from each channel of a light one.
+U32 ContrastColor(U32 Argb, int Delta);
+
+// Told by the command Edit.Color after it has changed a live colour; one receiver, which tells the windows.
+using ColorListener = std::function<void(U32 ID, U32 Argb)>;
+void SetColorListener(const ColorListener& Listener);
+void TellColorChanged(U32 ID);
 
 // "#rrggbb", and back; *pOk is false for any other text.
 QString ColorText(U32 Argb);

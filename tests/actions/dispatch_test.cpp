@@ -16,6 +16,7 @@
 #include "shell/actions/command_history.h"
 #include "shell/actions/command_text.h"
 #include "shell/log/console_print.h"
+#include "shell/settings/colors.h"
 #include "shell/settings/sys_vars.h"
 
 namespace {
@@ -282,6 +283,29 @@ TEST_F(DispatchTest, BuiltInCommandsEditVariablesAndListThemselves) {
   EXPECT_EQ(Lines.back().substr(68), "Pauses the current thread for a given amount of time");
   for (const U32 ID :
        {ACTION_EDIT_SYS_VAR, ACTION_EDIT_PREFERENCE, ACTION_HELP_COMMANDS, ACTION_UTIL_LOG, ACTION_UTIL_SLEEP}) {
+    UnregisterActionHandler(ID);
+  }
+}
+
+TEST_F(DispatchTest, ColoursAreEditedByNameAndNumber) {
+  RegisterBuiltinCommands();
+  ResetColors();
+  QList<U32> Told;
+  SetColorListener([&](U32 ID, U32 Argb) { Told << ID << Argb; });
+  ExecuteCommand(QStringLiteral("Edit.Color (8, \"#102030\")"));
+  EXPECT_EQ(GetLastCommand().sText, QLatin1String("Edit.Color (COLOR_PC_ACTIVE, \"#102030\");"));
+  ExecuteCommand(QStringLiteral("Edit.Color \"PC Row Inactive\" 0xFF0000FF"));
+  EXPECT_EQ(Told, (QList<U32>{COLOR_PC_ACTIVE, 0xFF102030u, COLOR_PC_INACTIVE, 0xFF0000FFu}));
+  ExecuteCommand(QStringLiteral("Edit.Color COLOR_NONE red"));
+  EXPECT_EQ(GetLastCommand().sError, QLatin1String("unknown color: \"COLOR_NONE\""));
+  ExecuteCommand(QStringLiteral("Edit.Color COLOR_PC_ACTIVE reddish"));
+  EXPECT_EQ(GetLastCommand().sError, QLatin1String("invalid parameter: \"reddish\""));
+  EXPECT_EQ(Told.size(), 4);
+  EXPECT_EQ(GetColorRgb(COLOR_PC_ACTIVE), 0xFF102030u);
+  SetColorListener({});
+  ResetColors();
+  for (const U32 ID : {ACTION_EDIT_SYS_VAR, ACTION_EDIT_PREFERENCE, ACTION_EDIT_COLOR, ACTION_HELP_COMMANDS,
+                       ACTION_UTIL_LOG, ACTION_UTIL_SLEEP}) {
     UnregisterActionHandler(ID);
   }
 }

@@ -110,6 +110,15 @@ TEST(Colors, NamesPaletteRolesAndStore) {
   EXPECT_EQ(-1, SetColorRgb(NUM_COLORS, 0, true));
 }
 
+TEST(Colors, DerivedColours) {
+  EXPECT_EQ(ContrastColor(0xFF101010u, 0x20), 0xFF303030u);
+  EXPECT_EQ(ContrastColor(0xFFF0F0F8u, 0x20), 0xFFD0D0D8u);
+  EXPECT_EQ(ContrastColor(0xFF00F000u, 0x20), 0xFF20FF20u) << "dark by its lightness, one channel at its end";
+  EXPECT_EQ(ContrastColor(0xFFFF1010u, 0x20), 0xFFDF0000u);
+  SetPaletteColors(0xFFFFFF00u, 0xFF00FF11u);
+  EXPECT_EQ(GetAlternateBase(), 0xFF7FFF08u);
+}
+
 TEST(Fonts, TextsAreReadAndWritten) {
   const struct {
     const char* sText;
