@@ -125,12 +125,9 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
   m_View.OnProjectStateChanged();
   if (!CProject::Get().IsOpen()) return;
   if (VScript::HasError()) {
-    const QString sError = VScript::GetErrorText();
     LogMsg("Project file is not valid", MSG_WARNING | MSG_TO_ALL);
-    PrintConsoleError(QStringLiteral("%1: %2").arg(QFileInfo(sPath).fileName(), sError));
-    const QString sStatement = VScript::GetErrorStatement().simplified();
-    if (!sStatement.isEmpty()) PrintConsoleError(QStringLiteral("  ") + sStatement);
-    SetActionError(ACTION_FILE_OPEN, sError);
+    PrintProjectError();
+    SetActionError(ACTION_FILE_OPEN, VScript::GetErrorText());
     m_View.RaiseConsole();
     return;
   }

@@ -42,6 +42,12 @@ private:
 
 }  // namespace
 
+void PrintProjectError() {
+  PrintConsoleError(QStringLiteral("Error in project file: ") + VScript::GetErrorText());
+  const QString sStatement = VScript::GetErrorStatement().simplified();
+  if (!sStatement.isEmpty()) PrintConsoleError(QStringLiteral("  ") + sStatement);
+}
+
 CSessionController::CSessionController(ISessionView& View) : m_View(View) {
   m_HaltedTimer.setSingleShot(true);
   connect(&m_HaltedTimer, &QTimer::timeout, this, &CSessionController::OnTargetHaltedAndTOElapsed);
@@ -90,9 +96,7 @@ int CSessionController::ExecScriptFunc(int FuncID) {
   const int Result = VScript::ExecFunction(FuncID);
   if (VScript::HasError()) {
     m_View.RaiseConsole();
-    PrintConsoleError(QStringLiteral("Error in project file: ") + VScript::GetErrorText());
-    const QString sStatement = VScript::GetErrorStatement().simplified();
-    if (!sStatement.isEmpty()) PrintConsoleError(QStringLiteral("  ") + sStatement);
+    PrintProjectError();
   }
   return Result;
 }

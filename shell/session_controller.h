@@ -33,6 +33,9 @@ enum DOWNLOAD_KINDS : int {
   DOWNLOAD_INTERNAL = 2,  // Exec.Download
 };
 
+// The script's error as the console shows it: text, line, statement.
+void PrintProjectError();
+
 // Turns user commands into device jobs, and the events of those jobs into the next step of the session: connect, reset,
 // download, run to the start symbol. At each step the project may replace the operation or run a hook. Main thread.
 class CSessionController : public QObject, public CDeviceEventListener {

@@ -170,7 +170,9 @@ void CConsoleWindow::ShowMessage(const CONSOLE_MSG& Msg) {
   Cursor.movePosition(QTextCursor::End);
   const bool bFirst = m_pEditor->document()->isEmpty();
   if (Msg.StartNewLine && !bFirst) Cursor.insertBlock();
-  Cursor.insertText(QString::fromUtf8(Msg.Text), Format);
+  const QString sText = QString::fromUtf8(Msg.Text);
+  Cursor.insertText(sText, Format);
+  Q_EMIT MessageShown(sText);
 
   QTextCursor Stamp(m_pSidebar->document());
   Stamp.movePosition(QTextCursor::End);

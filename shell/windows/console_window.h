@@ -5,6 +5,7 @@
 #include <QTextEdit>
 
 #include "shell/actions/command_console.h"
+#include "shell/actions/command_history.h"
 #include "ui/window.h"
 
 struct CONSOLE_MSG;
@@ -36,6 +37,10 @@ public:
 public Q_SLOTS:
   void OnCommandEntered();
   void OnContextMenuRequested(const QPoint& ScreenPos) override;
+
+Q_SIGNALS:
+  // One message has been put on the screen; batch sessions print it.
+  void MessageShown(const QString& sText);
 
 protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;

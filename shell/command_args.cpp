@@ -1,0 +1,46 @@
+#include "shell/command_args.h"
+
+#include "base/text.h"
+#include "device/device.h"
+#include "program/database/elfapi.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/settings/named_constants.h"
+
+QString QuotedArg(const QString& sText) {
+  return QLatin1Char('"') + sText + QLatin1Char('"');
+}
+
+bool GetNumberArg(U32 ActionID, int Index, U32* pValue) {
+  const QString sText = GetActionArgs(ActionID).value(Index);
+  bool bOk = false;
+  *pValue = static_cast<U32>(ParseConstOrNumber(sText, &bOk));
+  if (!bOk) SetActionError(ActionID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sText));
+  return bOk;
+}
+
+bool GetAddressArg(U32 ActionID, int Index, U32* pAddr) {
+  QString sText = GetActionArgs(ActionID).value(Index);
+  sText.remove(GROUP_BLANK);
+  bool bOk = false;
+  *pAddr = static_cast<U32>(ParseConstOrNumber(sText, &bOk));
+  if (bOk) return true;
+  PARSED_LOC_KIND Kind = PARSED_LOC_NONE;
+  *pAddr = ELFAPI_ParseLocation(sText, Kind).Start;
+  if (Kind != PARSED_LOC_NONE) return true;
+  SetActionError(ActionID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sText));
+  return false;
+}
+
+bool CheckConnected(U32 ActionID) {
+  if (CDevice::Get().IsConnected()) return true;
+  SetActionError(ActionID, QLatin1String(ActionError::NOT_CONNECTED));
+  return false;
+}
+
+bool CheckHalted(U32 ActionID) {
+  if (!CheckConnected(ActionID)) return false;
+  if (CDevice::Get().IsHalted()) return true;
+  SetActionError(ActionID, QLatin1String(ActionError::PROGRAM_IS_RUNNING));
+  return false;
+}

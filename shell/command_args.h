@@ -1,0 +1,16 @@
+#pragma once
+// Arguments of a command as its handler wants them; each reports the error itself.
+
+#include <QString>
+
+#include "base/types.h"
+
+QString QuotedArg(const QString& sText);
+// A number or named constant; false, with the error "invalid parameter", when the argument is neither.
+bool GetNumberArg(U32 ActionID, int Index, U32* pValue);
+// An address as a number, a symbol or "file:line"; false, with the error "invalid parameter".
+bool GetAddressArg(U32 ActionID, int Index, U32* pAddr);
+// False, with the error "not connected".
+bool CheckConnected(U32 ActionID);
+// The same, and "program is running" while it does.
+bool CheckHalted(U32 ActionID);

@@ -1,0 +1,165 @@
+// File.*, Util.*, Help.* as far as their windows exist.
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QThread>
+#include <QUrl>
+
+#include "program/database/file_finder.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/command_console.h"
+#include "shell/batch_session.h"
+#include "shell/command_args.h"
+#include "shell/commands.h"
+#include "shell/directories.h"
+#include "shell/log/console_print.h"
+#include "shell/main_window.h"
+#include "shell/program_loader.h"
+#include "shell/project_controller.h"
+#include "shell/session_controller.h"
+#include "shell/settings/color_ids.h"
+#include "ui/message_box.h"
+
+namespace {
+
+constexpr int MAX_SLEEP_MS = 360'000;
+constexpr U64 SAVED = 1;
+constexpr U64 NOT_SAVED = 2;
+
+QString ArgOf(U32 ActionID) {
+  return GetActionArgs(ActionID).value(0);
+}
+
+void Open(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_OPEN;
+  if (!CheckActionArgs(ID, 0)) return;
+  QString sPath = ArgOf(ID);
+  if (sPath.isEmpty()) {
+    sPath = CBatchSession::IsActive()
+                ? QString()
+                : QFileDialog::getOpenFileName(&Context.Window, QStringLiteral("Open File"),
+                                               Context.Projects.sDefaultDirOpen, OpenDialogFilter());
+    if (sPath.isEmpty()) return SuppressEcho(ID);
+    Context.Projects.sDefaultDirOpen = QFileInfo(sPath).absolutePath();
+    Context.Loader.SetUserChosen(true);
+    SetActionArgs(ID, QStringList{sPath});
+  }
+  QString sFound = sPath;
+  if (!QFileInfo(sFound).isFile()) sFound = CFileFinder::Get()->ResolvePath(sPath);
+  if (!QFileInfo(sFound).isFile()) {
+    // The only argument of its command: the path has to stand in the text itself.
+    return SetActionError(ID,
+                          QStringLiteral("%1: %2").arg(QLatin1String(ActionError::FILE_NOT_FOUND), QuotedArg(sPath)));
+  }
+  Context.Projects.OpenFile(QFileInfo(sFound).absoluteFilePath());
+}
+
+void OpenRecent(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_OPEN_RECENT_PROGRAM;
+  bool bNumber = false;
+  const int Index = ArgOf(ID).toInt(&bNumber, 0);
+  const QStringList& Programs = Context.Projects.RecentPrograms().Paths();
+  if (bNumber && Index >= 0 && Index < Programs.size()) PerformAction(ACTION_FILE_OPEN, Programs[Index]);
+}
+
+void NewProject(COMMAND_CONTEXT& Context) {
+  Context.Projects.NewProject();
+}
+
+void SaveProjectAs(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_SAVE_PROJ_AS;
+  SetActionResult(ID, NOT_SAVED);
+  QString sPath = ArgOf(ID);
+  if (sPath.isEmpty()) {
+    const QString sStart =
+        CProject::Get().GetFileName().isEmpty() ? Context.Projects.sDefaultDirSave : CProject::Get().GetFileName();
+    sPath = CBatchSession::IsActive()
+                ? QString()
+                : QFileDialog::getSaveFileName(&Context.Window, QStringLiteral("Save Project as..."), sStart,
+                                               ProjectDialogFilter());
+    if (sPath.isEmpty()) return SuppressEcho(ID);
+  }
+  if (QFileInfo(sPath).suffix().isEmpty()) sPath += QStringLiteral(".vdebug");
+  bool bUsable = QFileInfo(sPath).suffix() == QLatin1String("vdebug");
+  if (bUsable && !QFileInfo(sPath).isFile()) {
+    QFile Probe(sPath);
+    bUsable = Probe.open(QIODevice::WriteOnly);
+    if (bUsable) Probe.remove();
+  }
+  if (!bUsable) return SetActionError(ID, QLatin1String(ActionError::INVALID_PROJECT_FILENAME), QuotedArg(sPath));
+  Context.Projects.sDefaultDirSave = QFileInfo(sPath).absolutePath();
+  SetActionArgs(ID, QStringList{sPath});
+  if (Context.Projects.SaveProject(sPath)) SetActionResult(ID, SAVED);
+}
+
+void SaveAll(COMMAND_CONTEXT& Context) {
+  const QString sPath = CProject::Get().GetFileName();
+  if (QFileInfo(sPath).isFile()) {
+    Context.Projects.SaveProject(sPath);
+  } else {
+    ClearActionArgs(ACTION_FILE_SAVE_PROJ_AS);
+    PerformAction(ACTION_FILE_SAVE_PROJ_AS);
+  }
+}
+
+void Exit(COMMAND_CONTEXT& Context) {
+  QMetaObject::invokeMethod(&Context.Window, &QWidget::close, Qt::QueuedConnection);
+}
+
+void Sleep(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_UTIL_SLEEP;
+  if (!CheckActionArgs(ID)) return;
+  bool bOk = false;
+  const int Milliseconds = ArgOf(ID).toInt(&bOk, 0);
+  if (!bOk) return SetActionError(ID, QLatin1String(ActionError::NOT_A_NUMBER));
+  QElapsedTimer Timer;
+  Timer.start();
+  while (Timer.elapsed() < std::min(Milliseconds, MAX_SLEEP_MS) && !CMainWindow::IsShuttingDown()) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    QThread::msleep(1);
+  }
+}
+
+void Log(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_UTIL_LOG;
+  if (!CheckActionArgs(ID)) return;
+  PrintConsoleColor(ArgOf(ID), COLOR_LOGGING_SCRIPT);
+  SuppressEcho(ID);
+}
+
+void HelpCommands(COMMAND_CONTEXT&) {
+  PrintCommandHelp();
+}
+
+void HelpAbout(COMMAND_CONTEXT&) {
+  CMessageBox::Show(QStringLiteral("About Vexor"),
+                    ProductTitle(true, true) + QStringLiteral("\nBuilt on ") + BuildDate(), CMessageBox::NO_CHECK_BOX,
+                    QStringLiteral("magnifier-32.png"), QDialogButtonBox::Ok);
+}
+
+constexpr COMMAND_HANDLER HANDLERS[] = {
+    {ACTION_FILE_OPEN, Open},
+    {ACTION_FILE_OPEN_RECENT_PROGRAM, OpenRecent},
+    {ACTION_FILE_NEW_PROJECT, NewProject},
+    {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
+    {ACTION_FILE_SAVE_ALL, SaveAll},
+    {ACTION_FILE_EXIT, Exit},
+    {ACTION_UTIL_SLEEP, Sleep},
+    {ACTION_UTIL_LOG, Log},
+    {ACTION_HELP_COMMANDS, HelpCommands},
+    {ACTION_HELP_ABOUT, HelpAbout},
+};
+
+}  // namespace
+
+void RegisterFileCommands(COMMAND_CONTEXT& Context) {
+  RegisterCommands(Context, HANDLERS);
+}

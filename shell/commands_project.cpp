@@ -1,0 +1,195 @@
+// Project.*
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "device/device.h"
+#include "device/device_context.h"
+#include "program/database/file_finder.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/actions/action_ids.h"
+#include "shell/command_args.h"
+#include "shell/commands.h"
+#include "shell/log/log.h"
+#include "shell/settings/named_constants.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+
+namespace {
+
+constexpr U32 HZ_PER_KHZ = 1000;
+constexpr U32 MIN_SPEED_HZ = 1000;
+
+CDevice& Device() {
+  return CDevice::Get();
+}
+QString Arg(U32 ActionID, int Index) {
+  return GetActionArgs(ActionID).value(Index);
+}
+void Fail(U32 ActionID, const char* sError, const QString& sDetail = QString()) {
+  SetActionError(ActionID, QLatin1String(sError), sDetail.isEmpty() ? QString() : QuotedArg(sDetail));
+}
+
+void SetDevice(COMMAND_CONTEXT&) {
+  if (!CheckActionArgs(ACTION_SET_DEVICE)) return;
+  Device().ScheduleSetConfigParam(DCP_DEVICE_NAME, Arg(ACTION_SET_DEVICE, 0).toUtf8().constData());
+}
+
+void SetVNodeScript(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_VNODE_SCRIPT;
+  if (!CheckActionArgs(ID)) return;
+  const QString sPath = CFileFinder::Get()->ResolvePath(Arg(ID, 0));
+  if (!QFileInfo(sPath).isFile()) return Fail(ID, ActionError::FILE_NOT_FOUND, Arg(ID, 0));
+  Device().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sPath.toUtf8().constData());
+}
+
+void SetVNodeLogFile(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_VNODE_LOG_FILE;
+  if (!CheckActionArgs(ID)) return;
+  const QString sPath = CFileFinder::Get()->ExpandMacros(Arg(ID, 0));
+  if (!QFileInfo(sPath).isFile()) {
+    QFile Probe(sPath);
+    if (!Probe.open(QIODevice::WriteOnly)) return Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
+    Probe.remove();
+  }
+  Device().ScheduleSetConfigParam(DCP_LOG_FILE, sPath.toUtf8().constData());
+}
+
+void AddSvdFile(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_ADD_SVD_FILE;
+  if (!CheckActionArgs(ID)) return;
+  if (!IsSvdFile(Arg(ID, 0))) return Fail(ID, ActionError::INVALID_PARAMETER);
+  const QString sPath = CFileFinder::Get()->ResolvePath(Arg(ID, 0));
+  if (!QFileInfo(sPath).isFile()) return Fail(ID, ActionError::INVALID_FILENAME);
+  CProject::Get().AddSvdFile(sPath);
+}
+
+void SetHostIF(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_HOST_INTERFACE;
+  if (!CheckActionArgs(ID, 1)) return;
+  const I64 HostIF = NamedConstValue(Arg(ID, 0));
+  if (HostIF != HOST_IF_USB && HostIF != HOST_IF_IP) return Fail(ID, ActionError::UNKNOWN_HOST_INTERFACE);
+  Device().ScheduleSetConfigParam(DCP_CONNECT_MODE, static_cast<int>(HostIF));
+  const QString sIdent = Arg(ID, 1);
+  if (HostIF == HOST_IF_IP) {
+    Device().ScheduleSetConfigParam(DCP_HOST_NAME, sIdent.toUtf8().constData());
+    return;
+  }
+  bool bNumber = false;
+  const U32 SerialNo = sIdent.toUInt(&bNumber, 0);
+  Device().ScheduleSetConfigParam(DCP_USB_SERIAL_NO, static_cast<int>(bNumber ? SerialNo : 0));
+  Device().ScheduleSetConfigParam(DCP_USE_SERIAL_NO, bNumber ? 1 : 0);
+  if (!bNumber && !sIdent.isEmpty()) Fail(ID, ActionError::INVALID_PARAMETER);
+}
+
+void SetTargetIF(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_TARGET_INTERFACE;
+  if (!CheckActionArgs(ID)) return;
+  const NAMED_CONST* const pConst = FindNamedConst(Arg(ID, 0));
+  const QString sSymbol = pConst ? QString::fromLatin1(pConst->sSymbol) : QString();
+  if (sSymbol != QLatin1String("JTAG") && sSymbol != QLatin1String("SWD"))
+    return Fail(ID, ActionError::UNKNOWN_TARGET_INTERFACE);
+  Device().ScheduleSetConfigParam(DCP_TARGET_IF, static_cast<int>(pConst->Value));
+}
+
+void SetTIFSpeed(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_TIF_SPEED;
+  if (!CheckActionArgs(ID)) return;
+  bool bOk = false;
+  const U32 KHz = Arg(ID, 0).toUInt(&bOk, 0);
+  U32 Speed = KHz;
+  if (bOk) {
+    if (KHz != 0 && KHz != VNODE_SPEED_ADAPTIVE) {
+      if (KHz > 0xFFFFFFFFu / HZ_PER_KHZ) return Fail(ID, ActionError::INVALID_NUMBER);
+      Speed = KHz * HZ_PER_KHZ;
+    }
+  } else {
+    const I64 Const = NamedConstValue(Arg(ID, 0));
+    Speed = Const >= 0 ? static_cast<U32>(Const) : ParseFrequency(Arg(ID, 0), &bOk);
+    if (Const < 0 && !bOk) return Fail(ID, ActionError::INVALID_NUMBER);
+  }
+  if (Speed != 0 && Speed != VNODE_SPEED_ADAPTIVE) {
+    const U32 Rest = Speed % HZ_PER_KHZ;
+    Speed -= Rest;
+    if (Rest > HZ_PER_KHZ / 2 && Speed <= 0xFFFFFFFFu - HZ_PER_KHZ) Speed += HZ_PER_KHZ;
+    Speed = std::max(Speed, MIN_SPEED_HZ);
+  }
+  SetVarValue(GetVarInfo(VAR_TIF_SPEED), Speed, 0);
+  Device().ScheduleSetConfigParam(DCP_SPEED, static_cast<int>(Speed));
+}
+
+void SetJTAGConfig(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_SET_JTAG_CONFIG;
+  if (!CheckActionArgs(ID)) return;
+  constexpr U32 VARS[] = {VAR_TIF_SCAN_CHAIN_POS, VAR_TIF_SCAN_CHAIN_LEN};
+  for (int i = 0; i < 2; ++i) {
+    if (SetVarFromText(GetVarInfo(VARS[i]), Arg(ID, i), 0) < 0)
+      return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, i));
+  }
+  Device().ScheduleSetConfigParam(DCP_DR_PRE, static_cast<int>(GetVarValue(VAR_TIF_SCAN_CHAIN_POS)));
+  Device().ScheduleSetConfigParam(DCP_IR_PRE, static_cast<int>(GetVarValue(VAR_TIF_SCAN_CHAIN_LEN)));
+  Device().ScheduleSetConfigParam(DCP_MULTIPLE_TARGETS, GetVarValue(VAR_TIF_SCAN_CHAIN_LEN) != 0);
+}
+
+void AddRootPath(COMMAND_CONTEXT&) {
+  if (CheckActionArgs(ACTION_PROJ_ADD_ROOT_PATH)) CFileFinder::Get()->AddRootPath(Arg(ACTION_PROJ_ADD_ROOT_PATH, 0));
+}
+
+void AddSearchPath(COMMAND_CONTEXT&) {
+  if (CheckActionArgs(ACTION_PROJ_ADD_SEARCH_PATH))
+    CFileFinder::Get()->AddSearchPath(Arg(ACTION_PROJ_ADD_SEARCH_PATH, 0));
+}
+
+void AddFileAlias(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_ADD_FILE_ALIAS;
+  if (CheckActionArgs(ID)) CFileFinder::Get()->AddFileAlias(Arg(ID, 0), Arg(ID, 1));
+}
+
+void AddPathSubstitute(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_ADD_PATH_SUBSTITUTE;
+  if (CheckActionArgs(ID)) CFileFinder::Get()->AddPathSubstitute(Arg(ID, 0), Arg(ID, 1));
+}
+
+void SetBPType(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_SET_BP_TYPE;
+  if (!CheckActionArgs(ID)) return;
+  const SYS_VAR* const pVar = GetVarInfo(VAR_BREAKPOINT_TYPE);
+  bool bOk = false;
+  const U32 Value = ParseVarValue(pVar, Arg(ID, 0), &bOk);
+  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER);
+  SetVarValue(pVar, Value, 0);
+}
+
+void SetConsoleLogFile(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_SET_CONSOLE_LOG_FILE;
+  if (!CheckActionArgs(ID)) return;
+  const QString sPath = CFileFinder::Get()->ExpandMacros(Arg(ID, 0));
+  if (OpenLogFile(LOG_FILE_CONSOLE, sPath.toUtf8().constData()) < 0)
+    Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
+}
+
+constexpr COMMAND_HANDLER HANDLERS[] = {
+    {ACTION_SET_DEVICE, SetDevice},
+    {ACTION_SET_VNODE_SCRIPT, SetVNodeScript},
+    {ACTION_SET_VNODE_LOG_FILE, SetVNodeLogFile},
+    {ACTION_PROJ_ADD_SVD_FILE, AddSvdFile},
+    {ACTION_SET_HOST_INTERFACE, SetHostIF},
+    {ACTION_SET_TARGET_INTERFACE, SetTargetIF},
+    {ACTION_SET_TIF_SPEED, SetTIFSpeed},
+    {ACTION_SET_JTAG_CONFIG, SetJTAGConfig},
+    {ACTION_PROJ_ADD_ROOT_PATH, AddRootPath},
+    {ACTION_PROJ_ADD_SEARCH_PATH, AddSearchPath},
+    {ACTION_PROJ_ADD_FILE_ALIAS, AddFileAlias},
+    {ACTION_PROJ_ADD_PATH_SUBSTITUTE, AddPathSubstitute},
+    {ACTION_PROJ_SET_BP_TYPE, SetBPType},
+    {ACTION_PROJ_SET_CONSOLE_LOG_FILE, SetConsoleLogFile},
+};
+
+}  // namespace
+
+void RegisterProjectCommands(COMMAND_CONTEXT& Context) {
+  RegisterCommands(Context, HANDLERS);
+}

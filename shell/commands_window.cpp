@@ -1,0 +1,193 @@
+// Window.*, Toolbar.*, Edit.* and View.* as far as their windows exist.
+
+#include "base/text.h"
+#include "device/device.h"
+#include "program/database/elfapi.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/actions/action_ids.h"
+#include "shell/command_args.h"
+#include "shell/commands.h"
+#include "shell/look/look.h"
+#include "shell/main_window.h"
+#include "shell/settings/color_table.h"
+#include "shell/settings/fonts.h"
+#include "shell/settings/named_constants.h"
+#include "shell/settings/preferences.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/dock_window.h"
+#include "ui/window.h"
+
+namespace {
+
+void Fail(U32 ActionID, const char* sError, const QString& sDetail = QString()) {
+  SetActionError(ActionID, QLatin1String(sError), sDetail.isEmpty() ? QString() : QuotedArg(sDetail));
+}
+
+// ---- Windows
+
+CWindow* FindArgWindow(COMMAND_CONTEXT& Context, U32 ActionID, bool bVisibleOnly) {
+  const QString sName = GetActionArgs(ActionID).value(0);
+  CWindow* const pWindow = Context.Window.FindWindow(sName, bVisibleOnly);
+  if (pWindow == nullptr)
+    SetActionError(ActionID,
+                   QStringLiteral("%1: %2").arg(QLatin1String(ActionError::UNKNOWN_WINDOW), QuotedArg(sName)));
+  return pWindow;
+}
+
+void WindowShow(COMMAND_CONTEXT& Context) {
+  if (!CheckActionArgs(ACTION_WINDOW_SHOW)) return;
+  if (CWindow* const pWindow = FindArgWindow(Context, ACTION_WINDOW_SHOW, false)) Context.Window.ShowWindow(pWindow);
+}
+
+void WindowClose(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_WINDOW_CLOSE;
+  if (!CheckActionArgs(ID, 0)) return;
+  CWindow* pWindow = nullptr;
+  if (GetActionArgs(ID).isEmpty()) {
+    const CDockWindow* const pDock = GetDock(QApplication::focusWidget());
+    if (pDock == nullptr || !pDock->HasFocus()) return SuppressEcho(ID);
+    pWindow = Context.Window.FindWindow(pDock->objectName(), true);
+  } else {
+    pWindow = FindArgWindow(Context, ID, true);
+  }
+  if (pWindow == nullptr || pWindow->GetDock() == nullptr) return;
+  SetActionArgs(ID, QStringList{pWindow->GetName()});
+  pWindow->GetDock()->setFloating(false);
+  pWindow->GetDock()->hide();
+}
+
+void WindowClear(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_WINDOW_CLEAR;
+  if (!CheckActionArgs(ID)) return;
+  CWindow* const pWindow = FindArgWindow(Context, ID, false);
+  if (pWindow == nullptr) return;
+  if (!pWindow->IsContentsModifiable()) return Fail(ID, ActionError::INVALID_PARAMETER);
+  pWindow->Clear();
+}
+
+template <U32 ID, void (CWindow::*Operation)()>
+void OnWindow(COMMAND_CONTEXT& Context) {
+  if (!CheckActionArgs(ID)) return;
+  if (CWindow* const pWindow = FindArgWindow(Context, ID, false)) (pWindow->*Operation)();
+}
+
+void SetDisplayFormat(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_WIN_SET_DISPLAY_FORMAT;
+  if (!CheckActionArgs(ID)) return;
+  CWindow* const pWindow = FindArgWindow(Context, ID, false);
+  if (pWindow == nullptr) return;
+  bool bOk = false;
+  const I64 Format = ParseConstOrNumber(GetActionArgs(ID).value(1), &bOk);
+  if (!bOk || FindNamedConstByValue(QStringLiteral("DISPLAY_FORMAT_"), static_cast<U32>(Format)) == nullptr) {
+    return Fail(ID, ActionError::INVALID_PARAMETER);
+  }
+  pWindow->SetDisplayFormat(static_cast<int>(Format));
+}
+
+void ShowConsole(COMMAND_CONTEXT&) {
+  PerformAction(ACTION_WINDOW_SHOW, QStringLiteral("Console"));
+}
+
+QToolBar* FindArgToolBar(COMMAND_CONTEXT& Context, U32 ActionID) {
+  if (!CheckActionArgs(ActionID)) return nullptr;
+  const QString sName = GetActionArgs(ActionID).value(0);
+  QToolBar* const pBar = Context.Window.FindToolBar(sName);
+  if (pBar == nullptr)
+    SetActionError(ActionID,
+                   QStringLiteral("%1: %2").arg(QLatin1String(ActionError::UNKNOWN_TOOLBAR), QuotedArg(sName)));
+  return pBar;
+}
+
+void ToolbarShow(COMMAND_CONTEXT& Context) {
+  if (QToolBar* const pBar = FindArgToolBar(Context, ACTION_TOOLBAR_SHOW)) pBar->show();
+}
+
+void ToolbarClose(COMMAND_CONTEXT& Context) {
+  if (QToolBar* const pBar = FindArgToolBar(Context, ACTION_TOOLBAR_CLOSE)) pBar->hide();
+}
+
+// ---- Settings
+
+void EditVariable(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_EDIT_SYS_VAR;
+  if (!CheckActionArgs(ID)) return;
+  const VAR_EDIT Edit = EditSysVar(GetActionArgs(ID).value(0), GetActionArgs(ID).value(1));
+  if (!Edit.sError.isEmpty()) return SetActionError(ID, Edit.sError, Edit.sDetail);
+  SetActionArgs(ID, QStringList{Edit.sName, Edit.sText});
+}
+
+void EditPreferenceCommand(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_EDIT_PREFERENCE;
+  if (!CheckActionArgs(ID)) return;
+  const VAR_EDIT Edit = EditPreference(GetActionArgs(ID).value(0), GetActionArgs(ID).value(1), true);
+  if (!Edit.sError.isEmpty()) return SetActionError(ID, Edit.sError, Edit.sDetail);
+  SetActionArgs(ID, QStringList{Edit.sName, Edit.sText});
+}
+
+void EditColor(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_EDIT_COLOR;
+  if (!CheckActionArgs(ID)) return;
+  const QStringList Args = GetActionArgs(ID);
+  const int Color = FindColor(Args.value(0));
+  if (Color < 0) return Fail(ID, ActionError::UNKNOWN_COLOR, Args.value(0));
+  bool bOk = false;
+  const U32 Argb = ParseColorText(Args.value(1), &bOk);
+  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Args.value(1));
+  SetColorRgb(static_cast<U32>(Color), Argb, false);
+  for (CWindow* const pWindow : Context.Window.GetWindowList()) {
+    pWindow->SetColor(Color, GetColor(static_cast<U32>(Color)));
+    pWindow->Repaint();
+  }
+}
+
+void EditFont(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_EDIT_FONT;
+  if (!CheckActionArgs(ID)) return;
+  const QStringList Args = GetActionArgs(ID);
+  const int FontID = FindFont(Args.value(0));
+  if (FontID < 0) return Fail(ID, ActionError::UNKNOWN_FONT, Args.value(0));
+  bool bOk = false;
+  const QFont Font = TextToFont(Args.value(1), &bOk);
+  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Args.value(1));
+  SetFont(static_cast<U32>(FontID), Font, false);
+  Context.Window.ApplyFonts();
+}
+
+// ---- Views
+
+void ViewPC(COMMAND_CONTEXT& Context) {
+  if (CheckActionArgs(ACTION_VIEW_PC) && CheckConnected(ACTION_VIEW_PC)) {
+    Context.Window.ShowPC(static_cast<U32>(CDevice::Get().GetPC()));
+  }
+}
+
+constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
+    {ACTION_WINDOW_SHOW, WindowShow},
+    {ACTION_WINDOW_CLOSE, WindowClose},
+    {ACTION_WINDOW_CLEAR, WindowClear},
+    {ACTION_WINDOW_EXPAND_ALL, OnWindow<ACTION_WINDOW_EXPAND_ALL, &CWindow::ExpandAll>},
+    {ACTION_WINDOW_COLLAPSE_ALL, OnWindow<ACTION_WINDOW_COLLAPSE_ALL, &CWindow::CollapseAll>},
+    {ACTION_WIN_SET_DISPLAY_FORMAT, SetDisplayFormat},
+    {ACTION_WINDOW_SHOW_CONSOLE, ShowConsole},
+    {ACTION_TOOLBAR_SHOW, ToolbarShow},
+    {ACTION_TOOLBAR_CLOSE, ToolbarClose},
+    {ACTION_VIEW_PC, ViewPC},
+};
+
+constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {
+    {ACTION_EDIT_SYS_VAR, EditVariable},
+    {ACTION_EDIT_PREFERENCE, EditPreferenceCommand},
+    {ACTION_EDIT_COLOR, EditColor},
+    {ACTION_EDIT_FONT, EditFont},
+};
+
+}  // namespace
+
+void RegisterWindowCommands(COMMAND_CONTEXT& Context) {
+  RegisterCommands(Context, WINDOW_HANDLERS);
+}
+void RegisterEditCommands(COMMAND_CONTEXT& Context) {
+  RegisterCommands(Context, EDIT_HANDLERS);
+}

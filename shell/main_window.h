@@ -1,0 +1,110 @@
+#pragma once
+
+#include <memory>
+
+#include <QTimer>
+#include <QToolBar>
+
+#include "shell/project_controller.h"
+#include "shell/session_controller.h"
+#include "ui/window.h"
+
+class CConsoleWindow;
+class CDeviceEventWorker;
+class CProgramLoader;
+class CSourceWindow;
+struct COMMAND_CONTEXT;
+
+// The application's window: makes everything, plugs it together, and holds the list of windows. What it does for a
+// session or a project stands in the controllers that it owns.
+class CMainWindow : public CWindow, public ISessionView, public IProjectView {
+  Q_OBJECT
+
+public:
+  CMainWindow();
+  ~CMainWindow() override;
+  static CMainWindow* Get();
+  // The close handling has begun.
+  static bool IsShuttingDown();
+
+  // --- Windows
+  // By name or display name in any case, quotes removed; null if there is none.
+  CWindow* FindWindow(QString sName, bool bVisibleOnly) const;
+  const QList<CWindow*>& GetWindowList() const { return m_Windows; }
+  QToolBar* FindToolBar(const QString& sName) const;
+  // Shows a window's dock, raises it and gives it the focus.
+  void ShowWindow(CWindow* pWindow);
+  // Gives every window its fonts anew.
+  void ApplyFonts();
+  // Icons and tips of the start and reset buttons by the present modes.
+  void UpdateModeButtons();
+  CSourceWindow& Source() { return *m_pSource; }
+  CConsoleWindow& Console() { return *m_pConsole; }
+  CSessionController& Session() { return *m_pSession; }
+  CProjectController& Projects() { return *m_pProjects; }
+  // Nothing is being opened and no script runs.
+  bool IsIdle() const;
+
+  // --- ISessionView
+  void OnSessionStateChanged() override { UpdateAll(); }
+  void ShowPC(U32 PC) override;
+  void RefreshWindows() override;
+  void FocusSourceWindow() override;
+  bool ConfirmModifiedSources() override;
+  bool ConfirmProjectErrors(const QStringList& Errors) override;
+  bool IsClosing() const override { return m_bClosing; }
+  void RaiseConsole() override;
+
+  // --- IProjectView
+  void OnProjectStateChanged() override { UpdateAll(); }
+  void OpenSourceFile(const QString& sPath) override;
+  bool CloseDocuments() override;
+  bool SaveDocuments() override;
+  void LoadUserFile(const QString& sPath) override;
+  void SaveUserFile(const QString& sPath) override;
+
+Q_SIGNALS:
+  // The first window is on the screen and what opens first has been decided.
+  void Started();
+  void FirstPaint();
+
+protected:
+  bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+  void closeEvent(QCloseEvent* pEvent) override;
+
+private:
+  void CreateControllers();
+  void CreateWindows();
+  void CreateMenus();
+  void ConnectWindows();
+  void RestoreState();
+  void SaveState();
+  void ApplyDefaultLayout();
+  void UpdateAll();
+  void UpdateRecentMenus();
+  void UpdateFloatingTitle();
+  void OnWindowShown();
+  void OnToolbarUpdateTimerTimeout();
+  void OnApplicationActivated();
+  void OnDataFileOpened(const QString& sPath, bool bSame);
+  bool OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent);
+  void StopTimers();
+  CDockWindow* AddDock(const QString& sName, const QString& sTitle, Qt::DockWidgetArea Area);
+
+  std::unique_ptr<CDeviceEventWorker> m_pEventWorker;
+  std::unique_ptr<CSessionController> m_pSession;
+  std::unique_ptr<CProgramLoader> m_pLoader;
+  std::unique_ptr<CProjectController> m_pProjects;
+  std::unique_ptr<COMMAND_CONTEXT> m_pCommands;
+  CSourceWindow* m_pSource = nullptr;
+  CConsoleWindow* m_pConsole = nullptr;
+  QList<CWindow*> m_Windows;
+  QList<CDockWindow*> m_Docks;
+  QList<QToolBar*> m_ToolBars;
+  QMenu* m_pRecentProjectsMenu = nullptr;
+  QMenu* m_pRecentProgramsMenu = nullptr;
+  QTimer m_WindowShownTimer;
+  QTimer m_ToolbarUpdateTimer;
+  bool m_bClosing = false;
+  bool m_bPainted = false;
+};

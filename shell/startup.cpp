@@ -1,0 +1,93 @@
+#include "shell/startup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include "device/device.h"
+#include "device/device_context.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/action_link.h"
+#include "shell/actions/command_text.h"
+#include "shell/batch_session.h"
+#include "shell/log/console_print.h"
+#include "shell/log/log.h"
+#include "shell/look/look.h"
+#include "shell/main_window.h"
+#include "shell/project_controller.h"
+#include "shell/settings/cmd_line_args.h"
+#include "shell/settings/settings_cache.h"
+#include "shell/settings/sys_vars.h"
+
+namespace {
+
+// The statements of a project from the command line's options; those without a first argument are left out.
+QStringList ProjectCommands(const CMD_LINE_ARGS& Args) {
+  struct STATEMENT {
+    U32 ActionID;
+    QStringList Arguments;
+  };
+  const QStringList JTAG = Args.sJTAGConfig.split(QLatin1Char(','));
+  const STATEMENT aStatements[] = {
+      {ACTION_SET_DEVICE, {Args.sDevice}},
+      {ACTION_SET_HOST_INTERFACE, {Args.sHostIF, Args.sHostIFIdent}},
+      {ACTION_SET_TARGET_INTERFACE, {Args.sTargetIF}},
+      {ACTION_SET_TIF_SPEED, {Args.sTIFSpeed}},
+      {ACTION_SET_VNODE_SCRIPT, {Args.sVNodeScriptFile}},
+      {ACTION_SET_JTAG_CONFIG, JTAG.size() == 2 ? JTAG : QStringList{QString()}},
+      {ACTION_FILE_OPEN, {Args.sProgramFile}},
+  };
+  QStringList Commands;
+  for (const STATEMENT& Statement : aStatements) {
+    if (!Statement.Arguments.first().isEmpty()) Commands << MakeCommandText(Statement.ActionID, Statement.Arguments);
+  }
+  return Commands;
+}
+
+bool CreateProjectFromCmdLine(CProjectController& Projects) {
+  const CMD_LINE_ARGS& Args = GetCmdLineArgs();
+  if (Args.sDevice.isEmpty() || Args.sHostIF.isEmpty() || Args.sTargetIF.isEmpty()) return false;
+  const QStringList Commands = ProjectCommands(Args);
+  if (QFileInfo(Args.sProjectFile).isFile()) {
+    Projects.OpenProject(Args.sProjectFile);
+  } else {
+    Projects.CreateProject(Args.sProjectFile, Commands);
+  }
+  return true;
+}
+
+}  // namespace
+
+void LoadApplicationSettings() {
+  LoadSettings();
+  ResetVars();
+  LoadPreferences();
+  UpdatePaletteColors();
+  LoadColorsAndFonts();
+}
+
+void LogStartupFacts() {
+  const QString sLibrary = CDevice::Get().Context().Facts.Get().sLibraryPath;
+  if (!sLibrary.isEmpty()) {
+    const QString sText = QStringLiteral("V-Node software found at: ") + QFileInfo(sLibrary).absolutePath();
+    PrintConsole(sText);
+    LogMsg(sText, MSG_INFO | MSG_TO_STDOUT);
+  }
+  ReportUnlinkedActions();
+}
+
+void OpenWhatComesFirst(CMainWindow&, CProjectController& Projects) {
+  const QString sFirst = QCoreApplication::arguments().value(1);
+  if (IsProjectFile(sFirst)) {
+    PerformAction(ACTION_FILE_OPEN, sFirst);
+  } else if (!GetCmdLineArgs().sDevice.isEmpty()) {
+    CreateProjectFromCmdLine(Projects);
+  } else if (!CBatchSession::IsActive() && !Projects.RecentProjects().Paths().isEmpty()) {
+    PerformAction(ACTION_FILE_OPEN, Projects.RecentProjects().Paths().first());
+  } else if (!CBatchSession::IsActive()) {
+    PerformAction(ACTION_FILE_NEW_PROJECT);
+  }
+}

@@ -1,0 +1,140 @@
+#include "shell/wiring.h"
+
+#include <QCoreApplication>
+
+#include "device/data_files/vfile.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
+#include "project/project.h"
+#include "script/vscript.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/command_text.h"
+#include "shell/directories.h"
+#include "shell/log/log.h"
+#include "shell/look/look.h"
+#include "shell/main_window.h"
+#include "shell/register_files.h"
+#include "shell/session_controller.h"
+#include "shell/settings/color_ids.h"
+#include "shell/settings/fonts.h"
+#include "shell/settings/preferences.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/status_bar.h"
+
+namespace {
+
+CDevice& Device() {
+  return CDevice::Get();
+}
+
+void PlugMessages() {
+  const MessageSink Log = [](const QString& sText, U32 Flags) { LogMsg(sText, Flags); };
+  ELFAPI_SetMessageSink(Log);
+  CFileFinder::Get()->SetMessageSink(Log);
+  VFile::CFileWorker::Get()->SetMessageSink(Log);
+  PROGRESS_SINK Progress;
+  Progress.Start = [](const QString& sText, int Min, int Max) {
+    CStatusBar::_GetSingleton()->SetProgressMessage(sText);
+    CStatusBar::_GetSingleton()->StartProgress(Min, Max);
+  };
+  Progress.SetValue = [](int Value) { CStatusBar::_GetSingleton()->SetProgressValue(Value); };
+  Progress.End = [] { CStatusBar::_GetSingleton()->EndProgress(); };
+  VFile::CFileWorker::Get()->SetProgressSink(Progress);
+}
+
+QStringList DeviceCommands() {
+  const CDeviceConfig& Config = Device().Context().Config;
+  const bool bUSB = Config.Value(DCP_CONNECT_MODE) != HOST_IF_IP;
+  QString sIdent = QString::fromUtf8(Config.Text(DCP_HOST_NAME));
+  if (bUSB) {
+    sIdent = Config.Value(DCP_USE_SERIAL_NO) ? QString::number(static_cast<U32>(Config.Value(DCP_USB_SERIAL_NO)))
+                                             : QString();
+  }
+  const bool bJTAG = Config.Value(DCP_TARGET_IF) == VNODE_TIF_JTAG;
+  return {MakeCommandText(ACTION_SET_DEVICE, {QString::fromUtf8(Config.Text(DCP_DEVICE_NAME))}),
+          MakeCommandText(ACTION_SET_HOST_INTERFACE, {bUSB ? QStringLiteral("USB") : QStringLiteral("IP"), sIdent}),
+          MakeCommandText(ACTION_SET_TARGET_INTERFACE, {bJTAG ? QStringLiteral("JTAG") : QStringLiteral("SWD")}),
+          MakeCommandText(ACTION_SET_TIF_SPEED, {FrequencyText(static_cast<U32>(Config.Value(DCP_SPEED)))})};
+}
+
+void PlugProject() {
+  PROJECT_HOST Host;
+  Host.ResolvePath = [](const QString& sPath) { return CFileFinder::Get()->FindFile(sPath); };
+  Host.HasCpuRegisters = [] {
+    return CRegisterFiles::Get().HasCpuRegisters() || !CRegisterFiles::DefaultFile().isEmpty();
+  };
+  Host.AddSvdFile = [](const QString& sPath) { CRegisterFiles::Get().Add(sPath); };
+  Host.ClearSvdFiles = [] { CRegisterFiles::Get().Clear(); };
+  Host.ResetFileFinder = [](const QString& sProjectPath) {
+    CFileFinder::Get()->Clear();
+    CFileFinder::Get()->SetProjectPath(sProjectPath);
+  };
+  Host.DeviceCommands = DeviceCommands;
+  CProject::Get().SetHost(Host);
+}
+
+void PlugScript() {
+  VSCRIPT_HOST Host;
+  Host.FindRegister = [](const QString& sName) { return CRegisterFiles::Get().FindRegister(sName); };
+  Host.ProcessEvents = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+  VScript::SetHost(Host);
+}
+
+// The values that the device thread reads, kept where it may read them.
+void PlugDeviceSettings() {
+  static DEVICE_SETTINGS& Settings = Device().Context().Settings;
+  RegisterVarAccessor(VAR_BREAKPOINT_TYPE, {[] { return Settings.BreakpointType.load(); },
+                                            [](U32 Value) { Settings.BreakpointType = Value; }});
+  RegisterVarAccessor(VAR_ACCESS_WIDTH,
+                      {[] { return Settings.AccessWidth.load(); }, [](U32 Value) { Settings.AccessWidth = Value; }});
+}
+
+void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
+  switch (ID) {
+    case VAR_RESET_MODE:
+    case VAR_CONNECT_MODE:
+      if (CMainWindow::Get()) CMainWindow::Get()->UpdateModeButtons();
+      break;
+    case VAR_TIF_SPEED:
+      Device().ScheduleSetConfigParam(DCP_SPEED, static_cast<int>(Value));
+      break;
+    case VAR_BREAK_AT_THIS_SYMBOL:
+      Session.EvalBreakSymbol();
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace
+
+void PlugLayersTogether(CSessionController& Session) {
+  PlugMessages();
+  PlugProject();
+  PlugScript();
+  PlugDeviceSettings();
+  AddSysVarListener([&Session](U32 ID, U32 Value) { OnSysVarChanged(Session, ID, Value); });
+  AddPreferenceListener([](U32 ID, U32 Value) {
+    if (CMainWindow::Get() == nullptr) return;
+    for (CWindow* const pWindow : CMainWindow::Get()->GetWindowList()) {
+      pWindow->SetPreference(static_cast<int>(ID), static_cast<int>(Value));
+      pWindow->Repaint();
+    }
+  });
+  QObject::connect(&Session, &CSessionController::DeviceChanged, &Session, [] {
+    const QString sFile = CRegisterFiles::DefaultFile();
+    if (sFile.isEmpty()) return;
+    CProject::Get().ClearSvdFiles();
+    CProject::Get().AddSvdFile(sFile);
+  });
+}
+
+void ApplyFontsTo(CWindow& Window) {
+  for (U32 ID = 0; ID < NUM_FONTS; ++ID) Window.SetFont(static_cast<int>(ID), GetFont(ID));
+  for (U32 ID = FIRST_PREFERENCE; ID < NUM_VARS; ++ID)
+    Window.SetPreference(static_cast<int>(ID), static_cast<int>(GetVarValue(ID)));
+}

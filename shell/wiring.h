@@ -1,0 +1,10 @@
+#pragma once
+
+class CSessionController;
+class CWindow;
+
+// Plugs the layers together: message sinks, what the script, the project and the core model ask of their surroundings,
+// and the settings that the device reads. Called once, before the first project.
+void PlugLayersTogether(CSessionController& Session);
+// Gives a window all its fonts and preferences.
+void ApplyFontsTo(CWindow& Window);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QPoint>
+
+#include "ui/window.h"
+
+struct SOURCE_WINDOW_STATE;
+
+// The central code view: the program's source files as tabs over one editor, and the line where the target stands. Most
+// requests to show a place in the program end here. One instance, main thread.
+class CSourceWindow : public CWindow {
+  Q_OBJECT
+
+public:
+  explicit CSourceWindow(QWidget* pParent);
+  ~CSourceWindow() override;
+
+  // --- Documents
+  // Opens a file, or brings its tab to the front. The path may be one that the program file names; it is resolved by
+  // the file finder. A file that can't be found gets a tab that says so. In the background the active tab stays.
+  // SliderPos and CursorPos (column, line from 0) restore a view; -1 for none. False when the path is empty.
+  bool Open(const QString& sPath, bool bInBackground = false, int SliderPos = -1,
+            const QPoint& CursorPos = QPoint(-1, -1));
+  // Opens the file of a location and puts the line into view.
+  bool ShowLocation(const CSrcLoc& Loc);
+  void Close(const QString& sPath);
+  void CloseAll();
+  bool IsOpen(const QString& sPath) const;
+  QStringList OpenFiles() const;
+  QString ActiveFile() const;
+  // Reads the open documents again, after the program was built anew.
+  void ReloadDocuments();
+
+  // --- The PC line
+  // Shows the line of the address and marks it; without a source location the mark goes. False then.
+  bool ShowPC(U32 PC);
+  void ClearPC();
+
+  void Clear() override;  // closes all documents
+  void Repaint() override;
+  void Update(U32 NewPC) override;
+  bool IsEmpty() const override;
+  QString GetEmptyWindowText(DEBUG_STATES State) const override;
+  void SetFont(int FontID, const QFont& Font) override;
+  void SetColor(int ColorID, const QColor& Color) override;
+  void SetPreference(int VarID, int Value) override;
+  QString GetStatusText() const override;
+  // The visible document: a line "file:line" where the PC stands, then the text.
+  QString DumpText() const override;
+
+  void OnDeviceDisconnectDone() override;
+  void OnDeviceResumeDone(RESUME_MODES Mode) override;
+
+private:
+  std::unique_ptr<SOURCE_WINDOW_STATE> m_pState;
+};
