@@ -1,11 +1,11 @@
 // Random straight-line code on our core and on an emulation library: registers, flags and memory have to agree.
 
 #include <gtest/gtest.h>
-#include <unicorn/unicorn.h>
 
 #include <cstring>
 
 #include "probe/sim/machine.h"
+#include "tests/sim/peer.h"
 #include "tests/sim/random_code.h"
 
 namespace sim_test {
@@ -15,58 +15,11 @@ namespace {
 using sim::ARCH;
 
 constexpr U32 FLASH_SIZE = 0x40000;
-constexpr U32 RAM_START = 0x20000000;
 constexpr U32 RAM_SIZE = 0x4000;
-constexpr U32 RAM_MIDDLE = RAM_START + RAM_SIZE / 2;
+constexpr U32 RAM_MIDDLE = PEER_RAM_START + RAM_SIZE / 2;
 constexpr U32 CODE_START = 0x400;
 constexpr U32 REG_XPSR = 16;
 constexpr U32 REG_SP = 13;
-constexpr U32 APSR_MASK = 0xF80F0000;
-
-struct REGS {
-  U32 R[15];
-  U32 APSR;
-};
-
-class CPeer {
-public:
-  explicit CPeer(ARCH Arch) {
-    EXPECT_EQ(uc_open(UC_ARCH_ARM, static_cast<uc_mode>(UC_MODE_THUMB | UC_MODE_MCLASS), &m_pEngine), UC_ERR_OK);
-    uc_ctl_set_cpu_model(m_pEngine, Arch == ARCH::ARMV6M   ? UC_CPU_ARM_CORTEX_M0
-                                    : Arch == ARCH::ARMV7M ? UC_CPU_ARM_CORTEX_M3
-                                                           : UC_CPU_ARM_CORTEX_M4);
-    EXPECT_EQ(uc_mem_map(m_pEngine, 0, FLASH_SIZE, UC_PROT_ALL), UC_ERR_OK);
-    EXPECT_EQ(uc_mem_map(m_pEngine, RAM_START, RAM_SIZE, UC_PROT_ALL), UC_ERR_OK);
-    const std::vector<U8> aErased(FLASH_SIZE, 0xFF);
-    Write(0, aErased.data(), FLASH_SIZE);
-  }
-  ~CPeer() { uc_close(m_pEngine); }
-
-  void Write(U32 Addr, const void* pData, size_t NumBytes) {
-    EXPECT_EQ(uc_mem_write(m_pEngine, Addr, pData, NumBytes), UC_ERR_OK);
-  }
-  void ReadRAM(U8* pData) { uc_mem_read(m_pEngine, RAM_START, pData, RAM_SIZE); }
-
-  static int RegId(U32 Index) {
-    constexpr int IDS[] = {UC_ARM_REG_R0,  UC_ARM_REG_R1,  UC_ARM_REG_R2,  UC_ARM_REG_R3, UC_ARM_REG_R4,
-                           UC_ARM_REG_R5,  UC_ARM_REG_R6,  UC_ARM_REG_R7,  UC_ARM_REG_R8, UC_ARM_REG_R9,
-                           UC_ARM_REG_R10, UC_ARM_REG_R11, UC_ARM_REG_R12, UC_ARM_REG_SP, UC_ARM_REG_LR};
-    return IDS[Index];
-  }
-
-  uc_err Run(REGS* pRegs, U32 Start, U32 End) {
-    for (U32 i = 0; i < 15; i++) uc_reg_write(m_pEngine, RegId(i), &pRegs->R[i]);
-    uc_reg_write(m_pEngine, UC_ARM_REG_XPSR_NZCVQG, &pRegs->APSR);
-    const uc_err Error = uc_emu_start(m_pEngine, Start | 1, End, 0, 0);
-    for (U32 i = 0; i < 15; i++) uc_reg_read(m_pEngine, RegId(i), &pRegs->R[i]);
-    uc_reg_read(m_pEngine, UC_ARM_REG_XPSR, &pRegs->APSR);
-    pRegs->APSR &= APSR_MASK;
-    return Error;
-  }
-
-private:
-  uc_engine* m_pEngine = nullptr;
-};
 
 REGS StartRegs(CRandomCode& Code, ARCH Arch) {
   constexpr U32 INTERESTING[] = {0, 1, 0xFFFFFFFF, 0x80000000, 0x7FFFFFFF, 0x8000, 0x7FFF, 0x80008000};
@@ -127,10 +80,10 @@ TEST_P(CCompare, RandomSequencesAgree) {
   sim::BOARD_SPEC Spec;
   Spec.Arch = Arch;
   Spec.Flash = {0, FLASH_SIZE};
-  Spec.RAM[0] = {RAM_START, RAM_SIZE};
+  Spec.RAM[0] = {PEER_RAM_START, RAM_SIZE};
   sim::CMachine Machine(Spec);
   CRandomCode Code(Arch, 20260101);
-  auto pPeer = std::make_unique<CPeer>(Arch);
+  auto pPeer = std::make_unique<CPeer>(Arch, FLASH_SIZE, RAM_SIZE);
   std::vector<U8> aTheirRAM(RAM_SIZE);
   std::vector<U8> aOurRAM(RAM_SIZE);
   U32 Addr = CODE_START;
@@ -140,8 +93,8 @@ TEST_P(CCompare, RandomSequencesAgree) {
     const U32 End = Addr + static_cast<U32>(aOps.size()) * 2;
     aOps.push_back(0xBF00);
     for (U8& Byte : aOurRAM) Byte = static_cast<U8>(Code.Random());
-    Machine.Program(RAM_START, RAM_SIZE, aOurRAM.data());
-    pPeer->Write(RAM_START, aOurRAM.data(), RAM_SIZE);
+    Machine.Program(PEER_RAM_START, RAM_SIZE, aOurRAM.data());
+    pPeer->Write(PEER_RAM_START, aOurRAM.data(), RAM_SIZE);
     Machine.Program(Addr, static_cast<U32>(aOps.size()) * 2, aOps.data());
     pPeer->Write(Addr, aOps.data(), aOps.size() * 2);
     const REGS Start = StartRegs(Code, Arch);
@@ -149,8 +102,8 @@ TEST_P(CCompare, RandomSequencesAgree) {
     REGS Theirs = Start;
     RunOurs(&Machine, &Ours, Addr, End, i % 2);
     const uc_err Error = pPeer->Run(&Theirs, Addr, End);
-    Machine.ReadMem(RAM_START, RAM_SIZE, aOurRAM.data());
-    pPeer->ReadRAM(aTheirRAM.data());
+    Machine.ReadMem(PEER_RAM_START, RAM_SIZE, aOurRAM.data());
+    pPeer->ReadRAM(aTheirRAM.data(), RAM_SIZE);
     const bool bSame = !std::memcmp(&Ours, &Theirs, sizeof(REGS)) && aOurRAM == aTheirRAM;
     EXPECT_EQ(Error, UC_ERR_OK);
     for (U32 Reg = 0; Reg < 15; Reg++) EXPECT_EQ(Ours.R[Reg], Theirs.R[Reg]) << "R" << Reg << " was " << Start.R[Reg];
@@ -163,7 +116,7 @@ TEST_P(CCompare, RandomSequencesAgree) {
     Addr = (End + 64) & ~3u;
     if (Addr > FLASH_SIZE - 0x1000) {
       Addr = CODE_START;
-      pPeer = std::make_unique<CPeer>(Arch);  // forgets what it has translated
+      pPeer = std::make_unique<CPeer>(Arch, FLASH_SIZE, RAM_SIZE);  // forgets what it has translated
       Machine.EraseFlash();
     }
   }

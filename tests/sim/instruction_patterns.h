@@ -1,7 +1,7 @@
 #pragma once
-// Encodings to draw random instructions from. 0 and 1 are fixed; '.' is any bit; letters are register fields of three or
-// four bits: d and e are written (and differ), n, m and a are read, s and t are stored, b is a base, x an index, h a written high
-// register; l are bits of a register list. Blanks do not count.
+// Encodings to draw random instructions from. 0 and 1 are fixed; '.' is any bit; letters are register fields of three
+// or four bits: d and e are written (and differ), n, m and a are read, s and t are stored, b is a base, x an index, h a
+// written high register; l are bits of a register list. Blanks do not count.
 
 namespace sim_test {
 

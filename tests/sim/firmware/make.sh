@@ -1,6 +1,7 @@
 #!/bin/sh
 # Assembles the test images: NAME.s becomes NAME.inc, the bytes of an image that is linked to address 0, and for each label
-# that a test uses a constant. Needs binutils-arm-none-eabi; the tests themselves do not.
+# that a test uses a constant; program.c becomes one image for each core, with the address of its end as third vector.
+# Needs gcc-arm-none-eabi; the tests themselves do not.
 set -e
 cd "$(dirname "$0")"
 tmp=$(mktemp -d)
@@ -20,3 +21,11 @@ for source in *.s; do
     echo "};"
   } > "$name.inc"
 done
+
+compile() {
+  arm-none-eabi-gcc -mthumb -mfloat-abi=soft -ffreestanding -nostdlib -fno-tree-loop-distribute-patterns "$@" \
+    -T program.ld -o "$tmp/program.elf" program.c -lgcc
+}
+compile -mcpu=cortex-m0 -Os && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v6m.bin
+compile -mcpu=cortex-m3 -O2 && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v7m.bin
+compile -mcpu=cortex-m4 -O3 && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v7em.bin

@@ -1,0 +1,82 @@
+// A compiled program on our core and on an emulation library: the whole of RAM and the registers have to agree at its
+// end.
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "tests/sim/board.h"
+#include "tests/sim/peer.h"
+
+namespace sim_test {
+
+namespace {
+
+using sim::ARCH;
+using sim::STOP;
+
+struct ROW {
+  const char* sName;
+  ARCH Arch;
+  bool bStepped;
+  U64 SliceSize;
+};
+
+constexpr ROW ROWS[] = {
+    {"v6m", ARCH::ARMV6M, false, 997}, {"v7m", ARCH::ARMV7M, false, 1},  {"v7em", ARCH::ARMV7EM, false, ~0ull},
+    {"v6m", ARCH::ARMV6M, true, 0},    {"v7em", ARCH::ARMV7EM, true, 0},
+};
+
+std::vector<U8> ReadImage(const std::string& sName) {
+  std::vector<U8> aImage(FLASH_SIZE, 0xFF);
+  const std::string sPath = std::string(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_") + sName + ".bin";
+  const std::unique_ptr<FILE, int (*)(FILE*)> pFile(std::fopen(sPath.c_str(), "rb"), std::fclose);
+  EXPECT_TRUE(pFile && std::fread(aImage.data(), 1, aImage.size(), pFile.get()) > 0) << sPath;
+  return aImage;
+}
+
+U32 VectorOf(const std::vector<U8>& aImage, U32 Index) {
+  U32 Value;
+  std::memcpy(&Value, &aImage[Index * 4], 4);
+  return Value;
+}
+
+class CProgram : public testing::TestWithParam<ROW> {};
+
+TEST_P(CProgram, EndsAsOnThePeer) {
+  const ROW& Row = GetParam();
+  const std::vector<U8> aImage = ReadImage(Row.sName);
+  const U32 End = VectorOf(aImage, 2) & ~1u;
+  CBoard Board(Row.Arch);
+  Board.Program(0, FLASH_SIZE, aImage.data());
+  Board.Reset();
+  STOP Stop = STOP::SLICE_END;
+  for (U32 i = 0; i < 10'000'000 && Stop == STOP::SLICE_END; i++)
+    Stop = Row.bStepped ? Board.Step() : Board.Run(Row.SliceSize, nullptr, false);
+  EXPECT_EQ(Stop, STOP::BKPT);
+  EXPECT_EQ(Board.Pc(), End);
+  EXPECT_GT(Board.InstructionCount(), 20'000u);
+
+  CPeer Peer(Row.Arch, FLASH_SIZE, RAM_SIZE);
+  Peer.Write(0, aImage.data(), aImage.size());
+  REGS Regs = {};
+  Regs.R[VNODE_REG_SP] = VectorOf(aImage, 0);
+  Regs.R[VNODE_REG_LR] = 0xFFFFFFFF;
+  EXPECT_EQ(Peer.Run(&Regs, VectorOf(aImage, 1), End), UC_ERR_OK);
+  for (U32 i = 0; i < VNODE_REG_PC; i++) EXPECT_EQ(Board.Reg(i), Regs.R[i]) << "R" << i;
+  EXPECT_EQ(Board.Reg(VNODE_REG_APSR), Regs.APSR);
+  std::vector<U8> aOurs(RAM_SIZE);
+  std::vector<U8> aTheirs(RAM_SIZE);
+  EXPECT_EQ(Board.ReadMem(RAM_START, RAM_SIZE, aOurs.data()), RAM_SIZE);
+  Peer.ReadRAM(aTheirs.data(), RAM_SIZE);
+  EXPECT_TRUE(aOurs == aTheirs);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cores, CProgram, testing::ValuesIn(ROWS), [](const auto& Info) {
+  return std::string(Info.param.sName) + (Info.param.bStepped ? "_stepped" : "_run");
+});
+
+}  // namespace
+
+}  // namespace sim_test
