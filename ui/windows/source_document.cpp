@@ -1,0 +1,46 @@
+#include "ui/windows/source_document.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
+
+namespace {
+constexpr int NUM_LINE_ENDS_TESTED = 10;
+}
+
+EOL_FORMAT DetectLineEnding(const QString& sText) {
+  EOL_FORMAT Format = EOL_MAC;
+  int NumFound = 0;
+  for (qsizetype Pos = sText.indexOf(QLatin1Char('\n')); Pos >= 0 && NumFound < NUM_LINE_ENDS_TESTED;
+       Pos = sText.indexOf(QLatin1Char('\n'), Pos + 1), ++NumFound) {
+    const EOL_FORMAT Found = Pos > 0 && sText[Pos - 1] == QLatin1Char('\r') ? EOL_WINDOWS : EOL_UNIX;
+    if (NumFound > 0 && Found != Format) return EOL_MIXED;
+    Format = Found;
+  }
+  return Format;
+}
+
+QString DecodeSource(const QByteArray& Bytes) {
+  QStringDecoder Decoder(QStringDecoder::Utf8);
+  const QString sText = Decoder(Bytes);
+  return Decoder.hasError() ? QString::fromLatin1(Bytes) : sText;
+}
+
+SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath) {
+  SOURCE_DOCUMENT Document;
+  Document.sFilePath = sPath;
+  Document.sResolvedPath =
+      QFileInfo(sPath).isFile() && QFileInfo(sPath).isAbsolute() ? sPath : CFileFinder::Get()->ResolvePath(sPath);
+  Document.FileNo = ELFAPI_FileId(sPath);
+  QFile File(Document.sResolvedPath);
+  if (!QFileInfo(Document.sResolvedPath).isFile() || !File.open(QIODevice::ReadOnly)) return Document;
+  Document.bExists = true;
+  Document.sText = DecodeSource(File.readAll());
+  Document.LineEnding = DetectLineEnding(Document.sText);
+  Document.sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  Document.sText.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  return Document;
+}

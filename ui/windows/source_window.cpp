@@ -1,0 +1,302 @@
+#include "ui/windows/source_window.h"
+
+#include <QFileInfo>
+#include <QScrollBar>
+#include <QTabBar>
+
+#include "device/device.h"
+#include "device/device_context.h"
+#include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/look/look.h"
+#include "shell/settings/color_ids.h"
+#include "shell/settings/fonts.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/windows/side_bar.h"
+#include "ui/windows/source_document.h"
+#include "ui/windows/source_editor.h"
+
+struct SOURCE_WINDOW_STATE {
+  QTabBar* pTabs = nullptr;
+  CSideBar* pSidebar = nullptr;
+  CSourceEditor* pEditor = nullptr;
+  QList<SOURCE_DOCUMENT> Documents;  // in the order of the tabs
+  int Shown = -1;                    // document that the editor holds
+  CSrcLoc PcLoc;
+  U32 PcAddr = INVALID_ADDR;
+  bool bLoading = false;  // the tab bar changes by ourselves
+
+  SOURCE_DOCUMENT* Active() { return Shown >= 0 && Shown < Documents.size() ? &Documents[Shown] : nullptr; }
+  int IndexOf(const QString& sPath) const {
+    for (qsizetype i = 0; i < Documents.size(); ++i) {
+      if (Documents[i].sFilePath == sPath || Documents[i].sResolvedPath == sPath) return static_cast<int>(i);
+    }
+    return -1;
+  }
+  bool IsPcIn(const SOURCE_DOCUMENT& Document) const { return PcLoc.IsValid() && Document.FileNo == PcLoc.File; }
+
+  void Show(int Index);
+  void SaveView();
+  void HighlightPcLine();
+  unsigned MarksOf(int Row);
+};
+
+void SOURCE_WINDOW_STATE::SaveView() {
+  if (SOURCE_DOCUMENT* const pDocument = Active()) {
+    pDocument->SliderPos = pEditor->TopRow();
+    pDocument->CursorPos = pEditor->CursorPos();
+  }
+}
+
+void SOURCE_WINDOW_STATE::Show(int Index) {
+  SaveView();
+  Shown = Index;
+  SOURCE_DOCUMENT* const pDocument = Active();
+  if (pDocument == nullptr) {
+    pEditor->SetText(QString());
+    return;
+  }
+  if (pDocument->bExists) {
+    pEditor->SetText(pDocument->sText);
+    pEditor->SetCursorPos(pDocument->CursorPos);
+    pEditor->verticalScrollBar()->setValue(pDocument->SliderPos);
+  } else {
+    pEditor->SetText(
+        QStringLiteral("File not found:\n\n%1\n\nPlease use the source files window to locate the file manually")
+            .arg(pDocument->sFilePath),
+        true);
+  }
+  HighlightPcLine();
+}
+
+void SOURCE_WINDOW_STATE::HighlightPcLine() {
+  pEditor->ClearRowColors();
+  SOURCE_DOCUMENT* const pDocument = Active();
+  const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
+  if (pDocument && pDocument->bExists && bHalted && IsPcIn(*pDocument)) {
+    pEditor->SetRowColor(static_cast<int>(PcLoc.Line) - 1, GetColor(COLOR_PC_ACTIVE));
+  }
+  pSidebar->update();
+}
+
+unsigned SOURCE_WINDOW_STATE::MarksOf(int Row) {
+  const SOURCE_DOCUMENT* const pDocument = Active();
+  if (pDocument == nullptr || !pDocument->bExists || pDocument->FileNo == INVALID_FILE_ID) return SIDE_BAR_NONE;
+  const CSrcLoc Loc{pDocument->FileNo, static_cast<U32>(Row) + 1, 0};
+  unsigned Marks = SIDE_BAR_NONE;
+  for (const U32 Addr : ELFAPI_GetAddrsOfLoc(Loc)) {
+    Marks |= SIDE_BAR_CODE;
+    BP Entry;
+    if (!CDevice::Get().Context().Breakpoints.GetAt(Addr, Entry)) continue;
+    if (Entry.State == BP_STATE_ENABLED) Marks |= SIDE_BAR_BREAKPOINT;
+    if (Entry.State == BP_STATE_DISABLED) Marks |= SIDE_BAR_BREAKPOINT_DISABLED;
+  }
+  const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
+  if (bHalted && PcLoc.IsValid() && Loc.IsSameLine(PcLoc)) Marks |= SIDE_BAR_PC;
+  return Marks;
+}
+
+CSourceWindow::CSourceWindow(QWidget* pParent)
+    : CWindow(pParent, QStringLiteral("Source")), m_pState(std::make_unique<SOURCE_WINDOW_STATE>()) {
+  Flags &= ~(WF_CLEAR_WHEN_HIDDEN | WF_CLEAR_ON_DISCONNECT);
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  auto* const pCentral = new QWidget(this);
+  pCentral->setObjectName(QStringLiteral("CanvasWidget"));
+  auto* const pLayout = new QVBoxLayout(pCentral);
+  pLayout->setContentsMargins(0, 0, 0, 0);
+  pLayout->setSpacing(0);
+  S.pTabs = new QTabBar(pCentral);
+  S.pTabs->setMovable(true);
+  S.pTabs->setTabsClosable(true);
+  S.pTabs->setExpanding(false);
+  S.pTabs->setDocumentMode(true);
+  S.pTabs->setDrawBase(false);
+  S.pTabs->setElideMode(Qt::ElideRight);
+  S.pTabs->setFocusPolicy(Qt::NoFocus);
+  S.pEditor = new CSourceEditor(pCentral);
+  S.pEditor->setObjectName(QStringLiteral("SourceEditor"));
+  S.pSidebar = new CSideBar(
+      S.pEditor, [this](int Row) { return m_pState->MarksOf(Row); }, pCentral);
+  pLayout->addWidget(S.pTabs);
+  auto* const pRow = new QHBoxLayout;
+  pRow->setSpacing(0);
+  pRow->addWidget(S.pSidebar);
+  pRow->addWidget(S.pEditor, 1);
+  pLayout->addLayout(pRow, 1);
+  setCentralWidget(pCentral);
+  setFocusProxy(S.pEditor);
+
+  connect(S.pTabs, &QTabBar::currentChanged, this, [this](int Index) {
+    if (!m_pState->bLoading) m_pState->Show(Index);
+    Q_EMIT StatusTextChanged();
+  });
+  connect(S.pTabs, &QTabBar::tabMoved, this, [this](int From, int To) {
+    m_pState->Documents.move(From, To);
+    m_pState->Shown = m_pState->pTabs->currentIndex();
+  });
+  connect(S.pTabs, &QTabBar::tabCloseRequested, this,
+          [this](int Index) { Close(m_pState->Documents[Index].sFilePath); });
+  connect(S.pEditor, &CSourceEditor::CursorPositionChanged, this, [this] { Q_EMIT StatusTextChanged(); });
+}
+
+CSourceWindow::~CSourceWindow() = default;
+
+bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos, const QPoint& CursorPos) {
+  if (sPath.isEmpty()) return false;
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  const int Index = S.IndexOf(sPath);
+  if (Index >= 0) {
+    if (!bInBackground) S.pTabs->setCurrentIndex(Index);
+    return true;
+  }
+  SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
+  if (SliderPos >= 0) Document.SliderPos = SliderPos;
+  if (CursorPos.x() >= 0) Document.CursorPos = CursorPos;
+  S.SaveView();
+  S.bLoading = true;
+  S.Documents.prepend(Document);
+  S.pTabs->insertTab(0, QFileInfo(Document.bExists ? Document.sResolvedPath : sPath).fileName());
+  S.pTabs->setTabToolTip(0, Document.bExists ? Document.sResolvedPath : sPath);
+  S.pTabs->setTabIcon(0, GetIcon(QStringLiteral("document-text.png")));
+  if (S.Shown >= 0) ++S.Shown;
+  if (!bInBackground || S.Documents.size() == 1) {
+    S.pTabs->setCurrentIndex(0);
+    S.Show(0);
+  }
+  S.bLoading = false;
+  Q_EMIT ContentChanged();
+  return true;
+}
+
+bool CSourceWindow::ShowLocation(const CSrcLoc& Loc) {
+  if (!Loc.IsValid() || !Open(ELFAPI_GetFilePathOf(Loc.File))) return false;
+  const int Row = static_cast<int>(Loc.Line) - 1;
+  m_pState->pEditor->EnsureRowVisible(Row);
+  m_pState->pEditor->SetCursorPos({0, Row});
+  return true;
+}
+
+void CSourceWindow::Close(const QString& sPath) {
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  const int Index = S.IndexOf(sPath);
+  if (Index < 0) return;
+  S.SaveView();
+  S.bLoading = true;
+  S.pTabs->removeTab(Index);
+  S.Documents.removeAt(Index);
+  S.bLoading = false;
+  S.Shown = -1;
+  S.Show(S.pTabs->currentIndex());
+  Q_EMIT ContentChanged();
+}
+
+void CSourceWindow::CloseAll() {
+  while (!m_pState->Documents.isEmpty()) Close(m_pState->Documents.first().sFilePath);
+}
+
+bool CSourceWindow::IsOpen(const QString& sPath) const {
+  return m_pState->IndexOf(sPath) >= 0;
+}
+
+QStringList CSourceWindow::OpenFiles() const {
+  QStringList Files;
+  for (const SOURCE_DOCUMENT& Document : m_pState->Documents) Files << Document.sFilePath;
+  return Files;
+}
+
+QString CSourceWindow::ActiveFile() const {
+  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
+  return pDocument ? pDocument->sFilePath : QString();
+}
+
+void CSourceWindow::ReloadDocuments() {
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  S.SaveView();
+  for (SOURCE_DOCUMENT& Document : S.Documents) {
+    SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
+    Fresh.SliderPos = Document.SliderPos;
+    Fresh.CursorPos = Document.CursorPos;
+    Document = Fresh;
+  }
+  const int Index = S.Shown;
+  S.Shown = -1;
+  S.Show(Index);
+}
+
+bool CSourceWindow::ShowPC(U32 PC) {
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  S.PcAddr = PC;
+  S.PcLoc = ELFAPI_GetLastSrcLoc(PC);
+  const bool bShown = ShowLocation(S.PcLoc);
+  S.HighlightPcLine();
+  return bShown;
+}
+
+void CSourceWindow::ClearPC() {
+  m_pState->PcLoc = CSrcLoc();
+  m_pState->PcAddr = INVALID_ADDR;
+  m_pState->HighlightPcLine();
+}
+
+void CSourceWindow::Clear() {
+  CloseAll();
+  ClearPC();
+  CWindow::Clear();
+}
+
+void CSourceWindow::Repaint() {
+  m_pState->HighlightPcLine();
+  CWindow::Repaint();
+}
+
+void CSourceWindow::Update(U32 NewPC) {
+  ShowPC(NewPC);
+}
+
+bool CSourceWindow::IsEmpty() const {
+  return m_pState == nullptr || m_pState->Documents.isEmpty();
+}
+
+QString CSourceWindow::GetEmptyWindowText(DEBUG_STATES) const {
+  return QStringLiteral("No source file is open");
+}
+
+void CSourceWindow::SetFont(int FontID, const QFont& /*Font*/) {
+  if (FontID != FONT_SRC_CODE && FontID != FONT_APP_MONO && FontID != FONT_APP && FontID != FONT_LINE_NUMBERS) return;
+  m_pState->pEditor->SetFonts(::GetFont(FONT_SRC_CODE), ::GetFont(FONT_LINE_NUMBERS));
+  m_pState->pSidebar->UpdateWidth();
+}
+
+void CSourceWindow::SetColor(int /*ColorID*/, const QColor& /*Color*/) {
+  m_pState->HighlightPcLine();
+}
+
+void CSourceWindow::SetPreference(int VarID, int Value) {
+  if (VarID == PREF_TAB_SPACING) m_pState->pEditor->SetTabSpacing(Value);
+  if (VarID == PREF_LINE_NUMBER_FREQ) m_pState->pEditor->SetLineNumberFreq(Value);
+  if (VarID == PREF_SHOW_SIDEBAR_SRC) m_pState->pSidebar->setVisible(Value != 0);
+}
+
+QString CSourceWindow::GetStatusText() const {
+  const TEXT_POS Pos = m_pState->pEditor->CursorPos();
+  return QStringLiteral("Ln %1  Ch %2").arg(Pos.y() + 1).arg(Pos.x() + 1);
+}
+
+QString CSourceWindow::DumpText() const {
+  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
+  if (pDocument == nullptr) return {};
+  const QString sPlace = m_pState->PcLoc.IsValid() ? ELFAPI_GetSrcLocText(m_pState->PcLoc) : QString();
+  return QFileInfo(pDocument->sFilePath).fileName() + QLatin1Char('\t') + sPlace + QLatin1Char('\n') + pDocument->sText;
+}
+
+void CSourceWindow::OnDeviceDisconnectDone() {
+  ClearPC();
+  CWindow::OnDeviceDisconnectDone();
+}
+
+void CSourceWindow::OnDeviceResumeDone(RESUME_MODES Mode) {
+  m_pState->HighlightPcLine();
+  CWindow::OnDeviceResumeDone(Mode);
+}
