@@ -97,10 +97,10 @@ int GetNextInst(U32 Addr, U32& Result) {
 bool IsStraightRange(U32 Start, U32 End) {
   CORE_STATE& Core = State();
   const std::shared_lock Lock(Core.Mutex);
-  for (U32 Addr = AlignedDown(Core, Start); Addr < End; Addr += Core.Info.InstAlign) {
-    Addr = Core.Cache.NextStart(Addr, End);
+  const U32 First = AlignedDown(Core, Start);
+  for (U32 Addr = Core.Cache.NextStart(First, End); Addr < End; Addr = Core.Cache.NextStart(Addr + 1, End)) {
     VCORE_INST Inst;
-    if (Addr >= End || !Core.Cache.Find(Addr, Inst) || Core.Program.IsData(Addr)) continue;
+    if (!Core.Cache.Find(Addr, Inst) || Core.Program.IsData(Addr)) continue;
     if ((Inst.Flags & IF_SEMIHOST) != 0) return false;
     if ((Inst.Flags & (IF_BRANCH | IF_CALL)) == IF_BRANCH) return false;
   }

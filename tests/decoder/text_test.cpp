@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "core/decoder/row_table.h"
+#include "decode_helper.h"
+
+namespace {
+
+struct TEXT_CASE {
+  std::vector<U16> aHalfword;
+  const char* sText;
+};
+
+class TextTest : public testing::TestWithParam<TEXT_CASE> {};
+
+TEST_P(TextTest, Text) {
+  const DECODED Decoded = DecodeOne(0x1000, GetParam().aHalfword, 8);
+  EXPECT_EQ(Decoded.sText, GetParam().sText);
+  EXPECT_EQ(Decoded.Length, static_cast<int>(2 * GetParam().aHalfword.size()));
+}
+
+const TEXT_CASE aThumb16[] = {
+    {{0x0008}, "MOVS\tR0, R1"},
+    {{0x0148}, "LSLS\tR0, R1, #0x05"},
+    {{0x0808}, "LSRS\tR0, R1, #0x20"},  // amount 0 is 32
+    {{0x1c4a}, "ADDS\tR2, R1, #0x01"},
+    {{0x4249}, "RSBS\tR1, R1, #0"},
+    {{0x44e8}, "ADD\tR8, SP"},
+    {{0x46c0}, "MOV\tR8, R8"},
+    {{0x6808}, "LDR\tR0, [R1]"},
+    {{0x8848}, "LDRH\tR0, [R1, #0x02]"},
+    {{0x9801}, "LDR\tR0, [SP, #0x04]"},
+    {{0xb082}, "SUB\tSP, SP, #0x08"},
+    {{0xb517}, "PUSH\t{R0-R2, R4, LR}"},
+    {{0xbd10}, "POP\t{R4, PC}"},
+    {{0xb672}, "CPSID\ti"},
+    {{0xb963}, "CBNZ\tR3, 0x0000101C"},
+    {{0xbeab}, "BKPT\t#0xAB"},
+    {{0xde05}, "UDF\t#05"},
+    {{0xdf00}, "SVC\t#0x00"},
+    {{0xc905}, "LDM\tR1!, {R0, R2}"},
+    {{0xc906}, "LDM\tR1, {R1-R2}"},  // the base is loaded, so it is not written back
+};
+
+const TEXT_CASE aThumb32[] = {
+    {{0xe8bd, 0x87f0}, "POP.W\t{R4-R10, PC}"},
+    {{0xe92d, 0x43f0}, "PUSH.W\t{R4-R9, LR}"},
+    {{0xe9d1, 0x2304}, "LDRD\tR2, R3, [R1, #0x10]"},
+    {{0xe8e1, 0x2304}, "STRD\tR2, R3, [R1], #0x10"},
+    {{0xe850, 0x1f01}, "LDREX\tR1, [R0, #0x04]"},
+    {{0xe8df, 0xf001}, "TBB\t[PC, R1]"},
+    {{0xeb01, 0x0282}, "ADD.W\tR2, R1, R2, LSL #2"},
+    {{0xea4f, 0x1131}, "ROR\tR1, R1, #0x04"},
+    {{0xea4f, 0x0131}, "RRX\tR1, R1"},
+    {{0xea41, 0x0231}, "ORR.W\tR2, R1, R1, RRX #1"},
+    {{0xf04f, 0x30ff}, "MOV.W\tR0, #0xFFFFFFFF"},
+    {{0xf5a1, 0x7280}, "SUB.W\tR2, R1, #0x100"},
+    {{0xf24b, 0x20cd}, "MOVW\tR0, #0xB2CD"},
+    {{0xf36f, 0x0207}, "BFC\tR2, #0, #8"},
+    {{0xf3c2, 0x4009}, "UBFX\tR0, R2, #16, #10"},
+    {{0xf851, 0x2c04}, "LDR\tR2, [R1, #-0x04]"},
+    {{0xf801, 0x2b01}, "STRB\tR2, [R1], #0x01"},
+    {{0xf851, 0x2f08}, "LDR\tR2, [R1, #0x08]!"},
+    {{0xf851, 0x2023}, "LDR.W\tR2, [R1, R3, LSL #2]"},
+    {{0xfa5f, 0xf192}, "UXTB.W\tR1, R2, ROR #8"},
+    {{0xfbb1, 0xf2f3}, "UDIV\tR2, R1, R3"},
+    {{0xfba1, 0x2304}, "UMULL\tR2, R3, R1, R4"},
+    {{0xf3bf, 0x8f5f}, "DMB\t"},
+    {{0xf3bf, 0x8f4b}, "DSB\tISH"},
+    {{0xf3ef, 0x8009}, "MRS\tR0, PSP"},
+    {{0xf380, 0x8814}, "MSR\tCONTROL, R0"},
+    {{0xf380, 0x8800}, "MSR\tAPSR_nzcvq, R0"},
+    {{0xf380, 0x8900}, "MSR\tCPSR_fc, R0"},
+    {{0xf3ef, 0x8088}, "MRS\tR0, MSP_NS"},
+    {{0xe97f, 0xe97f}, "SG"},
+    {{0xe841, 0xf200}, "TT\tR2, R1"},
+    {{0xee06, 0x0f10}, "MCR\tp15, #0, R0, c6, c0, #0"},
+    {{0xee30, 0x0a21}, "VADD.F32\tS0, S0, S3"},
+    {{0xeeb7, 0x0a00}, "VMOV.F32\tS0, #1"},
+    {{0xed91, 0x1a02}, "VLDR.32\tS2, [R1, #0x08]"},
+    {{0xed2d, 0x8b04}, "VPUSH\t{D8-D9}"},
+    {{0xeef1, 0xfa10}, "VMRS\tAPSR_nzcv, FPSCR"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Thumb16, TextTest, testing::ValuesIn(aThumb16));
+INSTANTIATE_TEST_SUITE_P(Thumb32, TextTest, testing::ValuesIn(aThumb32));
+
+// A function at 0x2000 and literals in an image at 0x1008.
+DISASM_API LabelAPI() {
+  DISASM_API API;
+  API.pfGetLabel = [](U32 Addr, char* sText, U32 Size, U32& Offset) {
+    if (Addr < 0x2000) return 0;
+    std::snprintf(sText, Size, "main");
+    Offset = Addr - 0x2000;
+    return 1;
+  };
+  API.pfReadData = [](U32 Addr, U32 NumBytes, void* pData) {
+    const U8 aLiteral[] = {0x00, 0x20, 0x00, 0x00, 0x12, 0x00, 0x00, 0x00};
+    if (Addr < 0x1008 || Addr + NumBytes > 0x1010) return -1;
+    std::memcpy(pData, aLiteral + (Addr - 0x1008), NumBytes);
+    return static_cast<int>(NumBytes);
+  };
+  return API;
+}
+
+TEST(OperandText, LabelsAndLiterals) {
+  const TEXT_CASE aCase[] = {
+      {{0xf000, 0xfffe}, "BL\tmain\t; 0x00002000"},
+      {{0xf001, 0xf800}, "BL\t0x00002004\t; <main>+0x04"},
+      {{0xe7fe}, "B\t0x00001000"},
+      {{0x4801}, "LDR\tR0, =main\t; [0x00001008] =0x00002000"},
+      {{0x4802}, "LDR\tR0, =0x00000012\t; [0x0000100C]"},
+      {{0x4810}, "LDR\tR0, [PC, #0x40]\t; [0x00001044]"},
+      {{0xf85f, 0x0010}, "LDR.W\tR0, [PC, #-0x10]\t; [0x00000FF4]"},
+  };
+  const DISASM_API API = LabelAPI();
+  DISASM_CONTEXT Context;
+  Context.pAPI = &API;
+  DISASM_SetMode(Context, DISASM_THUMB);
+  for (const TEXT_CASE& Case : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, Case.aHalfword).sText, Case.sText);
+}
+
+// Text of a conditional block: suffixes, no S on 16-bit forms, and the block's end.
+TEST(OperandText, ITBlock) {
+  DISASM_CONTEXT Context;
+  DISASM_SetMode(Context, DISASM_THUMB);
+  const TEXT_CASE aCase[] = {
+      {{0xbf0b}, "ITETE\tEQ"},  // condition EQ, mask 1011
+      {{0x3001}, "ADDEQ\tR0, #0x01"}, {{0x0048}, "LSLNE\tR0, R1, #0x01"}, {{0xeb01, 0x0002}, "ADDEQ.W\tR0, R1, R2"},
+      {{0x4770}, "BXNE\tLR"},         {{0x3001}, "ADDS\tR0, #0x01"},      {{0xbf38}, "IT\tCC"},
+      {{0x2001}, "MOVCC\tR0, #0x01"}, {{0x2001}, "MOVS\tR0, #0x01"},
+  };
+  for (const TEXT_CASE& Case : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, Case.aHalfword).sText, Case.sText);
+}
+
+TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table()}) {
+    for (const auto& pEntry : pTable->Entries()) EXPECT_TRUE(pEntry->Template.IsValid()) << pEntry->pRow->sText;
+  }
+}
+
+TEST(DecodeText, NeverRunsOverTheBuffer) {
+  for (U32 Size = 1; Size < 24; ++Size) {
+    std::vector<char> sText(32, '#');
+    const U8 aByte[] = {0x2d, 0xe9, 0xf0, 0x43};
+    DISASM_CONTEXT Context;
+    EXPECT_EQ(DISASM_DecodeThumb(Context, 0, aByte, 4, sText.data(), Size, nullptr), 4);
+    EXPECT_LT(std::strlen(sText.data()), Size);
+    EXPECT_EQ(sText[Size], '#');
+  }
+}
+
+TEST(DecodeText, ShortBuffersAreReported) {
+  std::string sError;
+  DISASM_API API;
+  API.pfLogErrorText = [&](const char* sText) { sError = sText; };
+  DISASM_CONTEXT Context;
+  Context.pAPI = &API;
+  const U8 aByte[] = {0x2d, 0xe9};
+  EXPECT_EQ(DISASM_DecodeThumb(Context, 0, aByte, 1, nullptr, 0, nullptr), -1);
+  EXPECT_EQ(sError, "Data buffer too small (< 2 Bytes).");
+  EXPECT_EQ(DISASM_DecodeThumb(Context, 0, aByte, 2, nullptr, 0, nullptr), -1);
+  EXPECT_EQ(sError, "Data buffer too small (< 4 Bytes).");
+}
+
+}  // namespace
