@@ -55,7 +55,7 @@ int VNODEARM_GetBPInfoEx(int Index, VNODEARM_BP_INFO* pInfo) {
 int VNODEARM_SetDataEvent(const VNODEARM_DATA_EVENT* pEvent, U32* pHandle) {
   CTargetCall Call(FAULT_POINT::SetDataEvent);
   if (!Call) return Call.FailureCode();
-  if (!pEvent || !pHandle || pEvent->SizeOfStruct < sizeof(*pEvent)) return CDataEventList::INVALID;
+  if (!pEvent || !pHandle || pEvent->SizeOfStruct < sizeof(*pEvent)) return VNODE_DATA_EVENT_INVALID;
   return Call->DataEvents.Set(Call.Board(), *pEvent, pHandle);
 }
 

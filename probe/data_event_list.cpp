@@ -24,11 +24,12 @@ sim::DATA_WATCH WatchOf(const VNODEARM_DATA_EVENT& Event) {
 }
 
 int CDataEventList::Set(CBoard& Board, const VNODEARM_DATA_EVENT& Event, U32* pHandle) {
-  if (Event.Type != TYPE_DATA_BREAKPOINT || (Event.Access & ACCESS_SIZE) == ACCESS_SIZE) return INVALID;
-  if (Board.Spec().Arch == sim::ARCH::ARMV6M && Event.DataMask != NO_VALUE) return NO_VALUE_MATCH;
+  if (Event.Type != TYPE_DATA_BREAKPOINT || (Event.Access & ACCESS_SIZE) == ACCESS_SIZE)
+    return VNODE_DATA_EVENT_INVALID;
+  if (Board.Spec().Arch == sim::ARCH::ARMV6M && Event.DataMask != NO_VALUE) return VNODE_DATA_EVENT_NO_VALUE_MATCH;
   CBoard::CAccess Access(Board);
   const int Unit = Access->SetDataWatch(WatchOf(Event));
-  if (Unit < 0) return NO_FREE_UNIT;
+  if (Unit < 0) return VNODE_DATA_EVENT_NO_FREE_UNIT;
   m_Items.push_back({Event, ++m_LastHandle, Unit});
   *pHandle = m_LastHandle;
   return 0;

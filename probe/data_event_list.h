@@ -8,10 +8,7 @@
 // The data events of a connection: each holds one comparator of the core's data watchpoint unit.
 class CDataEventList {
 public:
-  // Results of Set below 0.
-  enum ERRORS : int { INVALID = -1, NO_FREE_UNIT = -2, NO_VALUE_MATCH = -3 };
-
-  // 0 and the handle, or one of ERRORS.
+  // 0 and the handle, or one of VNODE_DATA_EVENT_ERRORS.
   int Set(CBoard& Board, const VNODEARM_DATA_EVENT& Event, U32* pHandle);
   bool Clear(CBoard& Board, U32 Handle);
   void ClearAll(CBoard& Board);

@@ -52,20 +52,20 @@ int CDownload::ProgramChanges(sim::CMachine& Machine) {
   for (U32 Offset = m_From & ~(FLASH_PAGE_SIZE - 1); Offset < m_To; Offset += FLASH_PAGE_SIZE) {
     const U32 Size = std::min<U32>(FLASH_PAGE_SIZE, static_cast<U32>(m_Image.size()) - Offset);
     const U8* pWanted = m_Image.data() + Offset;
-    if (Machine.ReadMem(Base + Offset, Size, Present.data()) != Size) return COMPARE_FAILED;
+    if (Machine.ReadMem(Base + Offset, Size, Present.data()) != Size) return VNODE_DOWNLOAD_COMPARE_FAILED;
     if (std::memcmp(Present.data(), pWanted, Size) == 0) continue;
-    if (Machine.Program(Base + Offset, Size, pWanted) != Size) return PROGRAM_FAILED;
+    if (Machine.Program(Base + Offset, Size, pWanted) != Size) return VNODE_DOWNLOAD_PROGRAM_FAILED;
     m_NumProgrammed += Size;
-    if (Machine.ReadMem(Base + Offset, Size, Present.data()) != Size) return VERIFY_FAILED;
-    if (std::memcmp(Present.data(), pWanted, Size) != 0) return VERIFY_FAILED;
+    if (Machine.ReadMem(Base + Offset, Size, Present.data()) != Size) return VNODE_DOWNLOAD_VERIFY_FAILED;
+    if (std::memcmp(Present.data(), pWanted, Size) != 0) return VNODE_DOWNLOAD_VERIFY_FAILED;
   }
-  return OK;
+  return VNODE_DOWNLOAD_OK;
 }
 
 int CDownload::End(sim::CMachine& Machine) {
   if (!m_bOpen) return m_LastResult;
   m_NumProgrammed = 0;
-  Abandon(m_Image.empty() ? OK : ProgramChanges(Machine));
+  Abandon(m_Image.empty() ? VNODE_DOWNLOAD_OK : ProgramChanges(Machine));
   return m_LastResult;
 }
 

@@ -2,16 +2,13 @@
 
 #include <vector>
 
-#include "base/types.h"
+#include "device/probe_api/records.h"
 #include "probe/sim/machine.h"
 
 // A download in progress: what is written into flash is collected and programmed at the end. Everything else is written
 // at once.
 class CDownload {
 public:
-  // Results of End: the phase that failed.
-  enum RESULTS : int { OK = 0, UNSPECIFIED = -1, COMPARE_FAILED = -2, PROGRAM_FAILED = -3, VERIFY_FAILED = -4 };
-
   // A second Begin without End goes on with the same download.
   void Begin() { m_bOpen = true; }
   bool IsOpen() const { return m_bOpen; }
@@ -30,7 +27,7 @@ private:
   int ProgramChanges(sim::CMachine& Machine);
 
   bool m_bOpen = false;
-  int m_LastResult = OK;
+  int m_LastResult = VNODE_DOWNLOAD_OK;
   U32 m_NumProgrammed = 0;
   // The flash as it will be, and the offsets of the part that was written. Empty before the first write into flash.
   std::vector<U8> m_Image;

@@ -6,11 +6,11 @@
 #include "base/types.h"
 
 // Functions that can be made to fail, by the name of the library function without its prefix.
-#define VNODE_FAULT_POINTS(F)                                                                                          \
-  F(Open)                                                                                                              \
-  F(Connect)                                                                                                           \
-  F(SelectUSB) F(EMU_SelectByUSBSN) F(Halt) F(Step) F(Reset) F(ReadReg) F(ReadRegs) F(WriteReg) F(ReadMem) F(WriteMem) \
-      F(EndDownload) F(MeasureCPUSpeedEx) F(SetBPEx) F(ClrBPEx) F(SetDataEvent) F(ClrDataEvent)
+// clang-format off
+#define VNODE_FAULT_POINTS(F)                                                                                        \
+  F(Open) F(Connect) F(SelectUSB) F(EMU_SelectByUSBSN) F(Halt) F(Step) F(Reset) F(ReadReg) F(ReadRegs) F(WriteReg)   \
+  F(ReadMem) F(WriteMem) F(EndDownload) F(MeasureCPUSpeedEx) F(SetBPEx) F(ClrBPEx) F(SetDataEvent) F(ClrDataEvent)
+// clang-format on
 
 enum class FAULT_POINT {
 #define VNODE_FAULT_ENUM(Name) Name,

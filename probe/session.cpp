@@ -37,7 +37,7 @@ void CSession::ReleaseTarget() {
   if (!m_pBoard) return;
   Breakpoints.ClearAll(*m_pBoard);
   DataEvents.ClearAll(*m_pBoard);
-  Download.Abandon(CDownload::OK);
+  Download.Abandon(VNODE_DOWNLOAD_OK);
 }
 
 void CSession::Close() {
@@ -100,6 +100,6 @@ void CSession::DropBoard() {
   LoseConnection();
   Breakpoints = {};
   DataEvents = {};
-  Download.Abandon(CDownload::UNSPECIFIED);
+  Download.Abandon(VNODE_DOWNLOAD_UNSPECIFIED);
   m_pBoard.reset();
 }

@@ -70,13 +70,13 @@
   F(int, VNODEARM_WriteU32, (U32 Addr, U32 Value))                                                                    \
   F(int, VNODEARM_WriteU64, (U32 Addr, U64 Value))                                                                    \
   F(void, VNODEARM_BeginDownload, (U32 Flags))                                                                        \
-  F(int, VNODEARM_EndDownload, ())                              /* 0, or an error code */                             \
+  F(int, VNODEARM_EndDownload, ())                              /* VNODE_DOWNLOAD_RESULTS; none open: the last result */ \
   F(int, VNODEARM_MeasureCPUSpeedEx, (U32 RAMAddr, int PreserveMem, int AllowFail)) /* Hz, 0 or negative: failure */  \
   /* Breakpoints */                                                                                                   \
   F(int, VNODEARM_SetBPEx, (U32 Addr, U32 TypeFlags))           /* handle, 0 on failure */                            \
   F(int, VNODEARM_ClrBPEx, (int Handle))                        /* -1 for all */                                      \
   F(int, VNODEARM_GetBPInfoEx, (int Index, VNODEARM_BP_INFO* pInfo)) /* number of breakpoints; -1 with Handle set */  \
-  F(int, VNODEARM_SetDataEvent, (const VNODEARM_DATA_EVENT* pEvent, U32* pHandle)) /* negative on failure */          \
+  F(int, VNODEARM_SetDataEvent, (const VNODEARM_DATA_EVENT* pEvent, U32* pHandle)) /* VNODE_DATA_EVENT_ERRORS */      \
   F(int, VNODEARM_ClrDataEvent, (U32 Handle))                   /* 0xFFFFFFFF for all */                              \
   F(int, VNODEARM_GetWPInfoEx, (int Index, VNODEARM_WP_INFO* pInfo)) /* count */                                      \
   /* Trace and terminal channels */                                                                                   \

@@ -99,6 +99,22 @@ inline constexpr U32 VNODE_BP_IMP_ANY = 0xFFFFFFF0;
 inline constexpr U32 VNODE_BP_IMP_HW = 0xFFFFFF00;
 inline constexpr U32 VNODE_BP_IMP_SW = 0x000000F0;
 
+// Results of VNODEARM_EndDownload: the phase that failed.
+enum VNODE_DOWNLOAD_RESULTS : int {
+  VNODE_DOWNLOAD_OK = 0,
+  VNODE_DOWNLOAD_UNSPECIFIED = -1,
+  VNODE_DOWNLOAD_COMPARE_FAILED = -2,
+  VNODE_DOWNLOAD_PROGRAM_FAILED = -3,
+  VNODE_DOWNLOAD_VERIFY_FAILED = -4,
+};
+
+// Results of VNODEARM_SetDataEvent below 0.
+enum VNODE_DATA_EVENT_ERRORS : int {
+  VNODE_DATA_EVENT_INVALID = -1,
+  VNODE_DATA_EVENT_NO_FREE_UNIT = -2,
+  VNODE_DATA_EVENT_NO_VALUE_MATCH = -3,  // the core's units do not compare values
+};
+
 inline constexpr U32 VNODE_SPEED_AUTO = 0;
 inline constexpr U32 VNODE_SPEED_ADAPTIVE = 65535;
 
