@@ -29,8 +29,8 @@ struct MEM_RECORD {
 // Blocks that refer to the records' bytes without copying; empty when paRecords is null.
 QMemBlocks MakeMemBlocks(U32 NumRecords, const MEM_RECORD* paRecords);
 
-// Main thread; each call blocks until the file is done, with the progress sink as the only sign of life. The two
-// operations with Program in their names belong to the program database and may be called on any thread.
+// Main thread; each call blocks until the file is done, with the progress sink as the only sign of life. The operations
+// with Program in their names belong to the program database and may be called on any thread.
 class CFileWorker : public QObject {
   Q_OBJECT
 

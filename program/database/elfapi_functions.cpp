@@ -13,7 +13,8 @@ bool HasTag(ELF_SYM_HANDLE Sym, U32 Tag) {
 }  // namespace
 
 ELF_SYM_HANDLE ELFAPI_GetFuncAt(U32 Addr, bool bOuterOnly) {
-  const ELF_SYM_LIST Hits = ELFAPI_GetFuncsAt(Addr);
+  const CDatabaseLock Db;
+  const ELF_SYM_LIST Hits = Db->Functions.At(Addr);
   if (Hits.isEmpty()) return 0;
   for (auto it = Hits.crbegin(); !bOuterOnly && it != Hits.crend(); ++it) {
     if (HasTag(*it, ELF_TAG_INLINED_FUNC)) return *it;

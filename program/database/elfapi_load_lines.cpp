@@ -89,8 +89,10 @@ void SetFileRanges(DATABASE& Db, CReaderFiles& ReaderFiles) {
 }
 
 void RemoveStrayLines(DATABASE& Db) {
-  Db.Lines.Remove([&Db](const LINE_ENTRY& Entry) {
-    const CAddrRange Range = Db.Files.At(Entry.File).Range();
+  std::vector<CAddrRange> Ranges;
+  for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) Ranges.push_back(Db.Files.At(i).Range());
+  Db.Lines.Remove([&Ranges](const LINE_ENTRY& Entry) {
+    const CAddrRange& Range = Ranges[static_cast<size_t>(Entry.File)];
     return !Range.IsNone() && !Range.Contains(Entry.Addr);
   });
   Db.Lines.BuildIndex();

@@ -68,11 +68,10 @@ void BuildFileTree(DATABASE& Db) {
   Db.FileTree.Build();
 }
 
-void HashFileFunctions(DATABASE& Db, const ELF_SYM_LIST& Functions) {
-  for (const ELF_SYM_HANDLE Func : Functions) {
-    const QAddrRanges Ranges = CodeRangesOf(Func);
-    const QList<U64> Files = Ranges.isEmpty() ? QList<U64>() : Db.FileTree.Find(Ranges.first().Start);
-    if (!Files.isEmpty()) Db.FileFuncs[static_cast<FILE_INDEX>(Files.last())].append(Func);
+void HashFileFunctions(DATABASE& Db) {
+  for (const CFunctionTable::FUNC_START& Start : Db.Functions.Starts()) {
+    const QList<U64> Files = Db.FileTree.Find(Start.Addr);
+    if (!Files.isEmpty()) Db.FileFuncs[static_cast<FILE_INDEX>(Files.last())].append(Start.Func);
   }
 }
 
@@ -91,8 +90,7 @@ void LoadSymbols(DATABASE& Db, const std::function<void(const char*)>& StepDone)
   StepDone("build function interval tree");
   BuildFileTree(Db);
   StepDone("build file interval tree");
-  HashFileFunctions(Db, Db.Functions.Functions());
-  HashFileFunctions(Db, Db.Functions.Inlined());
+  HashFileFunctions(Db);
   StepDone("hashed file functions");
   Db.Cfi.Build(Db.pElf);
   StepDone("parsed call frame information");

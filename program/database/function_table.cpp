@@ -66,7 +66,9 @@ void CFunctionTable::BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFun
 
 void CFunctionTable::AddToTree(const ELF_SYM_LIST& Functions) {
   for (const ELF_SYM_HANDLE Func : Functions) {
-    for (const CAddrRange& Range : CodeRangesOf(Func)) {
+    const QAddrRanges Ranges = CodeRangesOf(Func);
+    if (!Ranges.isEmpty()) m_Starts.append({Func, Ranges.first().Start});
+    for (const CAddrRange& Range : Ranges) {
       // The last instruction's second halfword may belong to nothing else, but no instruction starts there.
       m_Tree.Add(Range.Start, Range.Start + (Range.Size > 2 ? Range.Size - 2 : 0), Func);
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QHash>
-#include <functional>
 
 #include "base/addr_range.h"
 #include "base/elf_sym.h"
@@ -24,9 +23,14 @@ public:
 
   // Sorted by address; functions that exist only as inlined instances have none and stand last.
   const ELF_SYM_LIST& Functions() const { return m_Functions; }
-  const ELF_SYM_LIST& Inlined() const { return m_Inlined; }
   // Instances of an abstract function.
   ELF_SYM_LIST InstancesOf(ELF_SYM_HANDLE Func) const { return m_Instances.value(Func); }
+  // Every function and inlined instance with code, and where it starts.
+  struct FUNC_START {
+    ELF_SYM_HANDLE Func = 0;
+    U32 Addr = 0;
+  };
+  const QList<FUNC_START>& Starts() const { return m_Starts; }
   // Functions and inlined instances that cover the address, outermost first.
   ELF_SYM_LIST At(U32 Addr) const { return m_Tree.Find(Addr); }
 
@@ -36,5 +40,6 @@ private:
   ELF_SYM_LIST m_Functions;
   ELF_SYM_LIST m_Inlined;
   QHash<ELF_SYM_HANDLE, ELF_SYM_LIST> m_Instances;
+  QList<FUNC_START> m_Starts;
   CIntervalTree m_Tree;
 };
