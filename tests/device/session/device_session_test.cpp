@@ -5,6 +5,9 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QTimer>
+
+#include <ctime>
 
 #include "core/vcore.h"
 #include "device/device.h"
@@ -147,12 +150,13 @@ TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
   // Three instructions make one round of the loop.
   const QString sLast = QString("stepped %1").arg(CODE + (NUM_STEPS % 3) * 2, 0, 16);
   EXPECT_EQ(Witness.sHeard.filter("stepped"), QStringList{sLast});
-  U64 R1Before = 0, R1 = 0;
-  EXPECT_EQ(Provider.GetReg(&Provider, 1, &R1Before), 0);
+  U64 PC = 0;
+  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
+  EXPECT_EQ(PC, CODE + (NUM_STEPS % 3) * 2);
   Device.ScheduleStepInst();
   Idle();
-  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &R1), 0);
-  EXPECT_EQ(R1, CODE) << "the cache follows a step";
+  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
+  EXPECT_EQ(PC, CODE) << "the cache follows a step";
 }
 
 TEST_F(DeviceSession, BreakpointHaltsAndIsReported) {
@@ -178,7 +182,7 @@ TEST_F(DeviceSession, HaltOfAHaltedTargetIsSilent) {
   EXPECT_TRUE(Witness.sHeard.isEmpty()) << Witness.sHeard.join(',').toStdString();
 }
 
-TEST_F(DeviceSession, ResumeTakesBackReadsAndMemoryIsReadOnTheRun) {
+TEST_F(DeviceSession, MemoryIsReadOnTheRun) {
   Device.ScheduleContinue();
   ASSERT_TRUE(Hears("resumed"));
   EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 2, 0, 0, 0), DATA_PENDING);
@@ -194,11 +198,31 @@ TEST_F(DeviceSession, FailedWriteIsReported) {
   ASSERT_TRUE(Hears("write failed"));
 }
 
-TEST_F(DeviceSession, JobsWithoutAHandlerFail) {
-  Device.ScheduleStepOut();
-  if (Device.Context().pSourceStepper == nullptr) {
-    EXPECT_TRUE(Hears("step out failed"));
+TEST_F(DeviceSession, JobsWithoutAHandlerEndInSilence) {
+  for (const U32 Type : {JT_READ_BYTE, JT_EDIT_BP, JT_FLUSH_RTT}) {
+    DEVICE_JOB Job;
+    Job.Type = Type;
+    EXPECT_EQ(Device.ScheduleJob(&Job), 0);
+    EXPECT_NE(Device.WaitForJob(Type, true), -1);
   }
+  Idle();
+  EXPECT_TRUE(Witness.sHeard.isEmpty()) << Witness.sHeard.join(',').toStdString();
+  Device.ScheduleSetBreakpoint(CODE, BP_STATE_ENABLED, BP_TYPE_ANY);
+  EXPECT_TRUE(Hears("bp")) << "the queue goes on";
+}
+
+TEST_F(DeviceSession, IdleSessionCostsNothing) {
+  Idle();
+  timespec Before, After;
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &Before);
+  QElapsedTimer Clock;
+  Clock.start();
+  bool bOver = false;
+  QTimer::singleShot(2000, [&] { bOver = true; });
+  while (!bOver) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &After);
+  const double UsedMS = (After.tv_sec - Before.tv_sec) * 1e3 + (After.tv_nsec - Before.tv_nsec) / 1e6;
+  EXPECT_LT(UsedMS, 0.02 * Clock.elapsed());
 }
 
 TEST_F(DeviceSession, WaitingOnTheMainThread) {
