@@ -55,6 +55,7 @@ bool CBreakpointOps::GetImplementation(U32 Addr, U32& ImpFlags) const {
 
 int CBreakpointOps::SetBreakpoint(U32 Addr, BP_STATES State, BP_TYPES Type) {
   if (State == BP_STATE_CLEARED) return ClearBreakpoint(Addr);
+  if (State > BP_STATE_DISABLED) return -1;
   BP Entry;
   const bool bListed = Ctx.Breakpoints.GetAt(Addr, Entry);
   if (State != BP_STATE_HIDDEN && !bListed && Ctx.Breakpoints.BpListGetInsertPos() < 0) {

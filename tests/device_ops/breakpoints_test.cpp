@@ -1,0 +1,114 @@
+#include "device_fixture.h"
+
+namespace {
+
+constexpr U32 ADDR = 0x8000200;
+
+using CBreakpointsTest = CDeviceOpsTest;
+
+TEST_F(CBreakpointsTest, LibraryFollowsTheList) {
+  struct CASE {
+    BP_STATES FromState;
+    BP_TYPES FromType;
+    BP_STATES ToState;
+    BP_TYPES ToType;
+    const char* sCalls;
+  };
+  const CASE aCase[] = {
+      {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_ANY, "SetBPEx 8000200 fffffff2"},
+      {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_SOFT, "SetBPEx 8000200 f2"},
+      {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_DISABLED, BP_TYPE_ANY, ""},
+      {BP_STATE_ENABLED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_ANY, ""},
+      {BP_STATE_ENABLED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_HARD, "ClrBPEx 8000200, SetBPEx 8000200 ffffff02"},
+      {BP_STATE_ENABLED, BP_TYPE_HARD, BP_STATE_DISABLED, BP_TYPE_HARD, "ClrBPEx 8000200"},
+      {BP_STATE_DISABLED, BP_TYPE_HARD, BP_STATE_ENABLED, BP_TYPE_HARD, "SetBPEx 8000200 ffffff02"},
+      {BP_STATE_ENABLED, BP_TYPE_ANY, BP_STATE_CLEARED, BP_TYPE_ANY, "ClrBPEx 8000200"},
+  };
+  Connect();
+  for (const CASE& Case : aCase) {
+    Ops.Breakpoints.ClearAllBreakpoints();
+    Ops.Breakpoints.SetBreakpoint(ADDR, Case.FromState, Case.FromType);
+    Ctx.Breakpoints.CountHit(ADDR);
+    Forget();
+    EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, Case.ToState, Case.ToType), 0);
+    EXPECT_EQ(Probe.CallText(), Case.sCalls);
+    BP Entry;
+    EXPECT_EQ(Ctx.Breakpoints.GetAt(ADDR, Entry), Case.ToState != BP_STATE_CLEARED);
+    EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), Case.ToState);
+    const bool bKept = Case.FromState != BP_STATE_CLEARED && Case.ToState != BP_STATE_CLEARED;
+    EXPECT_EQ(Entry.HitCount, bKept ? 1u : 0u) << "a change keeps the counter";
+    U32 ImpFlags = 0;
+    EXPECT_EQ(Ops.Breakpoints.GetImplementation(ADDR, ImpFlags), Case.ToState == BP_STATE_ENABLED);
+  }
+}
+
+TEST_F(CBreakpointsTest, InstructionSetComesFromTheProgram) {
+  Program.bArm = true;
+  Connect();
+  Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
+  EXPECT_EQ(Probe.CallText(), "SetBPEx 8000200 fffffff1");
+}
+
+TEST_F(CBreakpointsTest, FailuresOfTheLibrary) {
+  Connect();
+  Probe.Failing["SetBPEx"] = 0;
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY), -1);
+  EXPECT_TRUE(HasLog("SetBreakpoint: VNODE API call failed"));
+  EXPECT_EQ(Ctx.Breakpoints.Count(), 0) << "the list is untouched";
+  const U32 aAddr[] = {ADDR, ADDR + 4};
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoints(2, aAddr, BP_STATE_DISABLED, BP_TYPE_ANY), 2);
+
+  Probe.Failing.clear();
+  Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Probe.Failing["SetBPEx"] = 0;
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_HARD), 0);
+  EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_DISABLED) << "what was cleared is listed as disabled";
+
+  Probe.Failing.clear();
+  Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Probe.Failing["ClrBPEx"] = 0;
+  EXPECT_EQ(Ops.Breakpoints.ClearBreakpoint(ADDR), -1);
+  EXPECT_TRUE(HasLog("ClearBreakpoint: VNODE API call failed"));
+  EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(), -1);
+  EXPECT_TRUE(HasLog("ClearAllBreakpoints: VNODE API call failed"));
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_DISABLED, BP_TYPE_ANY), -1);
+  EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
+}
+
+TEST_F(CBreakpointsTest, TheListTakes256) {
+  Connect();
+  std::vector<U32> aAddr;
+  for (U32 i = 0; i < 257; ++i) aAddr.push_back(ADDR + 2 * i);
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoints(257, aAddr.data(), BP_STATE_ENABLED, BP_TYPE_ANY), 256);
+  EXPECT_TRUE(HasLog("breakpoint list full."));
+  EXPECT_EQ(Ctx.Breakpoints.Count(), 256);
+  EXPECT_EQ(Probe.BPs.size(), 256u) << "no breakpoint in the library without an entry";
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(aAddr[9], BP_STATE_DISABLED, BP_TYPE_ANY), 0) << "known addresses still fit";
+  EXPECT_EQ(Ctx.Breakpoints.BpListFind(aAddr[20]), 20);
+  EXPECT_EQ(Ops.Breakpoints.ClearBreakpoints(10, aAddr.data()), 10);
+  EXPECT_EQ(Ctx.Breakpoints.BpListFind(aAddr[20]), 10) << "used slots stay contiguous";
+  EXPECT_EQ(Ctx.Breakpoints.BpListGetInsertPos(), 246);
+  EXPECT_FALSE(Ctx.Breakpoints.BpListOccupied(246));
+  EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(BP_STATE_ENABLED), 246);
+}
+
+TEST_F(CBreakpointsTest, HiddenBreakpointYieldsToTheUsers) {
+  Connect();
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_HIDDEN, BP_TYPE_ANY), 0);
+  EXPECT_EQ(Ctx.Breakpoints.Count(), 0) << "it is not listed";
+  EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_HIDDEN);
+  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY), 0);
+  EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
+  EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(BP_STATE_HIDDEN), 1);
+  EXPECT_EQ(Probe.BPs.size(), 1u) << "the user's stays";
+  EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
+}
+
+TEST(CBreakpointTextTest, Implementations) {
+  EXPECT_STREQ(BreakpointImpText(1), "Hard");
+  EXPECT_STREQ(BreakpointImpText(2), "Soft (RAM)");
+  EXPECT_STREQ(BreakpointImpText(0x10), "Soft (Flash)");
+  EXPECT_STREQ(BreakpointImpText(0), "Pending");
+}
+
+}  // namespace

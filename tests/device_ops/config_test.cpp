@@ -1,0 +1,115 @@
+#include "device_fixture.h"
+
+namespace {
+
+using CConfigTest = CDeviceOpsTest;
+
+TEST_F(CConfigTest, XMLHoldsEveryValueInOrder) {
+  Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, HOST_IF_IP);
+  Ops.Configurator.SetConfigParam(DCP_HOST_NAME, "lab & co");
+  Ops.Configurator.SetConfigParam(DCP_USB_SERIAL_NO, 0x1A2B);
+  Ops.Configurator.SetConfigParam(DCP_SPEED, 4000000);
+  EXPECT_EQ(Ctx.Config.ToXML().simplified().replace("> <", "><").toStdString(),
+            "<VNodeSettings>"
+            "<HostInterface ConnectMode=\"0x2\" USBSerialNo=\"0x1A2B\" HostName=\"lab &amp; co\" UseSerialNo=\"0x0\"/>"
+            "<TargetDevice CoreIndex=\"0x0\" Endian=\"0x0\" DeviceName='\"Test MCU\"'/>"
+            "<TargetInterface TargetIF=\"0x1\" DRPre=\"0x0\" IRPre=\"0x0\" MultipleTargets=\"0x0\" Speed=\"4000\" "
+            "UseAdaptive=\"0x0\" UseMaxSpeed=\"0x0\"/></VNodeSettings>");
+}
+
+TEST_F(CConfigTest, RoundTripThroughTheXML) {
+  const int aSpeed[] = {0, 65535, 4000000, 100000};
+  for (int Speed : aSpeed) {
+    Ops.Configurator.SetConfigParam(DCP_SPEED, Speed);
+    Ops.Configurator.SetConfigParam(DCP_HOST_NAME, "it's \"here\" <1>");
+    Ops.Configurator.SetConfigParam(DCP_DR_PRE, 3);
+    const QByteArray sXML = Ctx.Config.ToXML();
+    CRecordingSink OtherSink;
+    CDeviceContext Other(OtherSink, Program);
+    Other.Api = CFakeProbe::Api();
+    CDeviceOps OtherOps(Other);
+    ASSERT_EQ(OtherOps.Configurator.Configure(sXML.constData()), 0);
+    EXPECT_EQ(Other.Config.ToXML(), sXML);
+    EXPECT_EQ(Other.Config.Value(DCP_SPEED), Speed);
+    EXPECT_EQ(Other.Config.Text(DCP_DEVICE_NAME), QByteArray("Test MCU"));
+    EXPECT_EQ(Other.Config.Value(DCP_DEVICE_INDEX), 1);
+    EXPECT_TRUE(OtherSink.Events.contains(QStringLiteral("config 0 1")));
+  }
+}
+
+TEST_F(CConfigTest, ReaderTakesAnyElementAnyBaseAndDefaults) {
+  const char sXML[] =
+      "<x><A DRPre='12' Endian='junk'/><B DRPre='99' IRPre='0X1f' Speed='auto' Unknown='1' USBSerialNo='0xFFFFFFFF'/>"
+      "</x>";
+  Ctx.Config.SetValue(DCP_STEPPING_MODE, 5);
+  ASSERT_EQ(Ops.Configurator.Configure(sXML), 0);
+  const std::pair<DEV_CONFIG_PARAMS, int> aCase[] = {
+      {DCP_DR_PRE, 12},   {DCP_IR_PRE, 0x1F},  {DCP_SPEED, 0},         {DCP_ENDIAN, 0},        {DCP_CONNECT_MODE, 1},
+      {DCP_TARGET_IF, 1}, {DCP_CORE_INDEX, 0}, {DCP_STEPPING_MODE, 5}, {DCP_DEVICE_INDEX, -1}, {DCP_USB_SERIAL_NO, -1}};
+  for (const auto& [Param, Value] : aCase) EXPECT_EQ(Ctx.Config.Value(Param), Value) << Param;
+}
+
+TEST_F(CConfigTest, BadXMLChangesNothing) {
+  const QByteArray sBefore = Ctx.Config.ToXML();
+  for (const char* sXML : {"", "<VNodeSettings", "no xml", "<a><b></a>"}) {
+    EXPECT_EQ(Ops.Configurator.Configure(sXML), -1) << sXML;
+  }
+  EXPECT_EQ(Ops.Configurator.Configure(nullptr), -1);
+  EXPECT_EQ(Ctx.Config.ToXML(), sBefore);
+}
+
+TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
+  struct CASE {
+    DEV_CONFIG_PARAMS Param;
+    int Value;
+    int Speed, UseMax, UseAdaptive;
+    U32 ForProbe;  // kHz
+  };
+  const CASE aCase[] = {{DCP_SPEED, 2000000, 2000000, 0, 0, 2000},
+                        {DCP_USE_ADAPTIVE, 1, 65535, 0, 1, 65535},
+                        {DCP_USE_MAX_SPEED, 1, 0, 1, 0, 0},
+                        {DCP_SPEED, 65535, 65535, 0, 1, 65535},
+                        {DCP_SPEED, 0, 0, 1, 0, 0},
+                        {DCP_SPEED, 100000, 100000, 0, 0, 100}};
+  Connect();
+  for (const CASE& Case : aCase) {
+    Forget();
+    EXPECT_EQ(Ops.Configurator.SetConfigParam(Case.Param, Case.Value), 0);
+    EXPECT_EQ(Ctx.Config.Value(DCP_SPEED), Case.Speed);
+    EXPECT_EQ(Ctx.Config.Value(DCP_USE_MAX_SPEED), Case.UseMax);
+    EXPECT_EQ(Ctx.Config.Value(DCP_USE_ADAPTIVE), Case.UseAdaptive);
+    EXPECT_EQ(Probe.CallText(), QString::asprintf("SetSpeed %x", Case.ForProbe).toStdString()) << "at once";
+    EXPECT_EQ(Sink.TakeEvents(), QString::asprintf("config %d %d", Case.Param, Case.Value).toStdString());
+  }
+}
+
+TEST_F(CConfigTest, BadParametersHaveTheirTexts) {
+  const auto Param = [](int Id) { return static_cast<DEV_CONFIG_PARAMS>(Id); };
+  EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(16), 1), -1);
+  EXPECT_TRUE(HasLog("Unknown configuration parameter with ID 16"));
+  EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(-1), 1), -1);
+  EXPECT_TRUE(HasLog("Unknown configuration parameter with ID -1"));
+  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_HOST_NAME, static_cast<const char*>(nullptr)), -1);
+  EXPECT_TRUE(HasLog("Invalid configuration parameter string value"));
+  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_SPEED, "fast"), -1);
+  EXPECT_TRUE(HasLog("Invalid configuration parameter"));
+}
+
+TEST_F(CConfigTest, TextsAreCutAndReachTheLibrary) {
+  Ops.Configurator.SetConfigParam(DCP_HOST_NAME, QByteArray(300, 'h').constData());
+  EXPECT_EQ(Ctx.Config.Text(DCP_HOST_NAME).size(), 255);
+  Ops.Configurator.SetConfigParam(DCP_LOG_FILE, "probe.log");
+  EXPECT_EQ(Probe.CallText(), "SetLogFile probe.log");
+}
+
+TEST_F(CConfigTest, UnknownDeviceHasNoIndexAndNoCore) {
+  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Nobody"), 0);
+  EXPECT_EQ(Sink.TakeEvents(), "config 18 0; config 0 -1");
+  EXPECT_EQ(Ctx.Facts.Get().Core, 0u);
+  U32 Core = 0;
+  EXPECT_EQ(Ops.Info.GetDeviceInfo("Nobody", &Core), -1);
+  EXPECT_EQ(Ops.Info.GetDeviceInfo("Test MCU", &Core), 0);
+  EXPECT_EQ(Core, VNODE_CORE_CORTEX_M4);
+}
+
+}  // namespace

@@ -1,0 +1,262 @@
+#include "device_fixture.h"
+
+namespace {
+
+using CConnectionTest = CDeviceOpsTest;
+
+TEST_F(CConnectionTest, ConfiguresBeforeItConnectsAndBreaksAfterwards) {
+  Ops.Breakpoints.SetBreakpoint(0x8000200, BP_STATE_ENABLED, BP_TYPE_HARD);
+  Ops.Breakpoints.SetBreakpoint(0x8000300, BP_STATE_DISABLED, BP_TYPE_ANY);
+  Ops.Configurator.SetConfigParam(DCP_SPEED, 2000000);
+  Ops.Configurator.SetConfigParam(DCP_MULTIPLE_TARGETS, 1);
+  Ops.Configurator.SetConfigParam(DCP_IR_PRE, 4);
+  Ops.Configurator.SetConfigParam(DCP_DR_PRE, 1);
+  Ops.Configurator.SetConfigParam(DCP_SCRIPT_FILE, "init.script");
+  EXPECT_TRUE(Probe.Calls.empty()) << "nothing reaches the probe before a connect";
+  ASSERT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
+  EXPECT_EQ(Probe.CallText(),
+            "SelectUSB, EnableLog, Open, ExecCommand ScriptFile=init.script, ExecCommand device=Test MCU, SetEndian 0, "
+            "SetCoreIndex 0, TIF_Select 1, ConfigJTAG 4 1, SetSpeed 7d0, Connect, EnableSoftBPs 1, "
+            "SetBPEx 8000200 ffffff02");
+  EXPECT_TRUE(Ctx.IsConnected());
+  EXPECT_TRUE(Ctx.State.Exec.bSessionReady);
+  EXPECT_TRUE(Ctx.State.Exec.bRunning);
+  EXPECT_EQ(Ctx.State.TIFSpeed, 4000000u);
+  const PROBE_FACTS Facts = Ctx.Facts.Get();
+  EXPECT_EQ(Facts.SerialNo, 1234u);
+  EXPECT_EQ(Facts.sFirmware, QStringLiteral("V-Node rev 3"));
+}
+
+TEST_F(CConnectionTest, SessionReadyFollowsTheMode) {
+  const std::pair<CONNECT_MODES, bool> aCase[] = {
+      {CM_ATTACH, true}, {CM_DOWNLOAD_RESET, false}, {CM_ATTACH_HALT, true}, {CM_BARE, false}};
+  for (const auto& [Mode, bReady] : aCase) {
+    Connect(Mode);
+    EXPECT_TRUE(Ctx.IsConnected());
+    EXPECT_EQ(Ctx.State.Exec.bSessionReady, bReady) << Mode;
+    Ops.Connection.Disconnect();
+    EXPECT_FALSE(Ctx.IsConnected());
+  }
+}
+
+struct CONNECT_FAILURE {
+  const char* sFailing;  // library function
+  int ConnectMode;
+  int UseSerialNo;
+  const char* sText;
+  bool bClosed;
+};
+
+TEST_F(CConnectionTest, EachFailureHasItsText) {
+  const CONNECT_FAILURE aCase[] = {
+      {"SelectUSB", HOST_IF_USB, 0, "Connect: serial number not found on usb", false},
+      {"EMU_SelectByUSBSN", HOST_IF_USB, 1, "Connect: serial number not found on usb", false},
+      {"SelectIP", HOST_IF_IP, 0, "Connect: error during configuration of IP interface", false},
+      {"", 3, 0, "Connect: unknown host interface", false},
+      {"Open", HOST_IF_USB, 0, "Open: VNODE API call failed with error message: cable unplugged", false},
+      {"Connect", HOST_IF_USB, 0, "Connect: VNODE API call failed", true},
+  };
+  Ops.Configurator.SetConfigParam(DCP_USB_SERIAL_NO, 77);
+  for (const CONNECT_FAILURE& Case : aCase) {
+    Forget();
+    Probe.Failing = {{Case.sFailing, 0}};
+    Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, Case.ConnectMode);
+    Ops.Configurator.SetConfigParam(DCP_USE_SERIAL_NO, Case.UseSerialNo);
+    EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1) << Case.sText;
+    EXPECT_TRUE(HasLog(Case.sText)) << Sink.Log_.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(Probe.Count("Close") > 0, Case.bClosed) << Case.sText;
+    EXPECT_FALSE(Ctx.IsConnected());
+  }
+}
+
+TEST_F(CConnectionTest, RefusedDeviceClosesTheProbe) {
+  Probe.ErrorReply["device=Test MCU"] = "no such device";
+  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
+  EXPECT_TRUE(HasLog("Connect: could not configure V-Node"));
+  EXPECT_EQ(Probe.Count("Close"), 1);
+  EXPECT_EQ(Probe.Count("Connect"), 0);
+}
+
+TEST_F(CConnectionTest, SecondTryDecides) {
+  // The first connect fails, the second works: a counter of -1 after the first call would fail for ever.
+  VNODE_API Flaky = CFakeProbe::Api();
+  static int s_NumTries;
+  s_NumTries = 0;
+  static CFakeProbe* s_pProbe;
+  s_pProbe = &Probe;
+  Flaky.VNODEARM_Connect = [] {
+    s_pProbe->bConnected = ++s_NumTries == 2;
+    return s_pProbe->bConnected ? 0 : -1;
+  };
+  Ctx.Api = Flaky;
+  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
+  EXPECT_EQ(s_NumTries, 2);
+  EXPECT_TRUE(HasLog("Connecting to target..."));
+}
+
+TEST_F(CConnectionTest, NoDeviceHidesTheSelectionDialog) {
+  Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "");
+  Ops.Connection.ConnectSimple();
+  EXPECT_EQ(Probe.Count("ExecCommand"), 2);
+  EXPECT_NE(Probe.CallText().find("ExecCommand HideDeviceSelection=1, ExecCommand device="), std::string::npos);
+}
+
+TEST_F(CConnectionTest, DisconnectClearsTheLibraryAndKeepsTheList) {
+  Connect();
+  Ops.Breakpoints.SetBreakpoint(0x8000200, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Forget();
+  EXPECT_EQ(Ops.Connection.Disconnect(), 0);
+  EXPECT_EQ(Probe.CallText(), "ClrBPEx ffffffff, ClrDataEvent ffffffff, Close");
+  EXPECT_EQ(Ctx.Breakpoints.Count(), 1);
+  EXPECT_EQ(Ops.Connection.Disconnect(), 0);
+  EXPECT_EQ(Probe.Count("Close"), 1) << "a second disconnect has nothing to do";
+  Connect();
+  ASSERT_EQ(Probe.BPs.size(), 1u);
+  EXPECT_EQ(Probe.BPs[0].Addr, 0x8000200u);
+}
+
+TEST_F(CConnectionTest, LossIsReportedOnceAndLeavesBreakpointsAlone) {
+  Connect();
+  Probe.Failing["IsHalted"] = 0;
+  for (int i = 0; i < 3; ++i) {
+    Now += 100;
+    Ops.Halts.CheckHandleHalt();
+  }
+  EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
+  EXPECT_EQ(Probe.Count("IsHalted"), 1) << "a lost connection is not polled";
+  EXPECT_TRUE(HasLog("Invalid connection status received"));
+  EXPECT_EQ(Ops.Control.Continue(), -1);
+  EXPECT_TRUE(HasLog("Continue: connection lost"));
+  Forget();
+  Ops.Connection.Disconnect();
+  EXPECT_EQ(Probe.CallText(), "Close");
+  EXPECT_FALSE(Ctx.IsConnectionLost());
+}
+
+TEST_F(CConnectionTest, LibraryTextsComeThroughTrimmedWithTheirLevel) {
+  Connect();
+  ASSERT_NE(Probe.pfError, nullptr);
+  Probe.pfError("supply voltage too low\r\n");
+  EXPECT_TRUE(HasLog("supply voltage too low"));
+  EXPECT_EQ(Sink.LogFlags.last(), 0x244u);
+}
+
+TEST_F(CConnectionTest, CapabilitiesNameWhatIsMissing) {
+  struct CASE {
+    U32 Core;
+    int TargetIF;
+    U32 HasSWO;
+    const char* sText;
+  };
+  const CASE aCase[] = {
+      {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 1, ""},
+      {0x070000FF, VNODE_TIF_SWD, 1, "SWO trace: not a Cortex-M target device"},
+      {VNODE_CORE_CORTEX_M4, VNODE_TIF_JTAG, 1, "SWO trace: target interface not set to SWD"},
+      {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 0, "V-Node emulator does not support SWO."},
+  };
+  for (const CASE& Case : aCase) {
+    Probe.Devices[1].Core = Case.Core;
+    Probe.HasSWO = Case.HasSWO;
+    Ops.Configurator.SetConfigParam(DCP_TARGET_IF, Case.TargetIF);
+    Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Test MCU");
+    Connect();
+    EXPECT_EQ(Ctx.State.aCapability[HW_CAP_SWO], *Case.sText == '\0');
+    if (*Case.sText != '\0') {
+      EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_SWO), QString::fromLatin1(Case.sText));
+    }
+    Ops.Connection.Disconnect();
+  }
+}
+
+TEST_F(CConnectionTest, OptionalFunctionsDecide) {
+  Probe.HasBMA = 0;
+  Probe.Version = 60000;
+  Probe.Endianness = 3;
+  Ops.Info.UpdateAll();
+  ASSERT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
+  EXPECT_FALSE(Ctx.State.aCapability[HW_CAP_BMA]);
+  EXPECT_FALSE(Ctx.State.aCapability[HW_CAP_STREAMING_TRACE]);
+  EXPECT_EQ(Ctx.State.DataEndian, 1u);
+  EXPECT_EQ(Ctx.State.InstEndian, 1u);
+  const std::string sEvents = Sink.TakeEvents();
+  EXPECT_NE(sEvents.find("capability 0 0; capability 2 0; endian 0 0"), std::string::npos) << sEvents;
+
+  Probe.OptionalFuncs.clear();
+  Probe.Version = 62200;
+  Ops.Info.UpdateAll();
+  ASSERT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
+  EXPECT_TRUE(Ctx.State.aCapability[HW_CAP_BMA]);
+  EXPECT_EQ(Ctx.State.DataEndian, 0u) << "as configured";
+  EXPECT_EQ(Ctx.Facts.Get().sWebURL, QStringLiteral("http://127.0.0.1:19080"));
+}
+
+TEST_F(CConnectionTest, WebPortOfTheLibrary) {
+  struct CASE {
+    U32 Version;
+    U32 Port;
+    const char* sURL;
+  };
+  const CASE aCase[] = {{62200, 8080, "http://127.0.0.1:8080"},
+                        {62200, 0, ""},
+                        {62005, 0, "http://127.0.0.1:19080"},
+                        {62006, 0, ""},
+                        {62101, 0, "http://127.0.0.1:19080"}};
+  for (const CASE& Case : aCase) {
+    Probe.Version = Case.Version;
+    Probe.WebPort = Case.Port;
+    Ops.Info.UpdateAll();
+    Ops.Info.UpdateVNodeWebserverURL();
+    EXPECT_EQ(Ctx.Facts.Get().sWebURL, QString::fromLatin1(Case.sURL)) << Case.Version << ' ' << Case.Port;
+  }
+}
+
+TEST_F(CConnectionTest, DeviceFactsAndCores) {
+  Probe.Devices.resize(5, Probe.Devices[1]);
+  Probe.Devices[2].Core = 0x020000FF;  // no family that is supported
+  Probe.Devices[3].Core = VNODE_CORE_CORTEX_M0;
+  Ops.Info.UpdateAll();
+  PROBE_FACTS Facts = Ctx.Facts.Get();
+  EXPECT_EQ(Facts.NumDevices, 5u);
+  EXPECT_EQ(Facts.SupportedCores, QList<U32>({VNODE_CORE_CORTEX_M4, VNODE_CORE_CORTEX_M0}));
+  EXPECT_EQ(Facts.CoreFamily, 14u);
+  EXPECT_EQ(Facts.RAMAddr, CFakeProbe::MEM_START);
+  Probe.Devices.resize(1100, Probe.Devices[1]);
+  for (U32 i = 0; i < Probe.Devices.size(); ++i) Probe.Devices[i].Core = VNODE_CORE_CORTEX_M4 + i;
+  Ops.Info.UpdateAll();
+  EXPECT_EQ(Ctx.Facts.Get().SupportedCores.size(), 1024);
+  EXPECT_TRUE(HasLog("Internal error. supported cores list has insufficent size."));
+  EXPECT_EQ(LibraryVersionText(61002), QStringLiteral("6.10b"));
+  EXPECT_EQ(LibraryVersionText(70401), QStringLiteral("7.04a"));
+}
+
+TEST_F(CConnectionTest, UserCommands) {
+  char acReply[16];
+  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", sizeof(acReply), acReply), 0);
+  EXPECT_TRUE(HasLog("Executed V-Node command \"PowerOn\""));
+  Probe.ErrorReply["Nonsense"] = "unknown command, and a long text";
+  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("Nonsense", sizeof(acReply), acReply), -1);
+  EXPECT_TRUE(HasLog("Error executing V-Node command \"Nonsense\": unknown command"));
+  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", 0, acReply), -1);
+}
+
+TEST(CVNodeLibraryTest, MissingLibraryAnswersEveryCall) {
+  CVNodeLibrary Library;
+  EXPECT_EQ(Library.Load(QStringLiteral("/nonexistent")), -1);
+  EXPECT_FALSE(Library.IsLoaded());
+  EXPECT_TRUE(Library.ErrorText().contains(QStringLiteral("/nonexistent/libvnode.so")));
+  EXPECT_EQ(Library.Api().VNODEARM_IsHalted(), -1);
+  EXPECT_EQ(Library.Api().VNODEARM_IsConnected(), 0);
+}
+
+TEST_F(CConnectionTest, MissingLibraryIsLoggedOnceAndRefusesToConnect) {
+  EXPECT_EQ(Ctx.LoadLibrary(QStringLiteral("/nonexistent")), -1);
+  EXPECT_EQ(Sink.Log_.size(), 1);
+  Ops.Info.UpdateAll();
+  EXPECT_EQ(Ctx.Facts.Get().NumDevices, 0u);
+  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
+  EXPECT_TRUE(HasLog("Open: VNODE API call failed with error message: The V-Node library is not loaded"));
+  char acReply[64];
+  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", sizeof(acReply), acReply), -1);
+}
+
+}  // namespace

@@ -1,0 +1,366 @@
+#include "device_fixture.h"
+
+namespace {
+
+constexpr U32 MAIN = 0x8000100;
+constexpr U32 NEXT = 0x8000120;
+
+using CExecutionTest = CDeviceOpsTest;
+
+class CFakeSemihost : public ISemihostHandler {
+public:
+  bool bEnabled = true;
+  bool bAutoResume = false;
+  U8 Result = 0;
+  int NumRequests = 0;
+  bool IsEnabled() const override { return bEnabled; }
+  void SetAutoResume(bool bResume) override { bAutoResume = bResume; }
+  bool IsAutoResuming() const override { return bAutoResume; }
+  U8 HandleInterrupt(U32) override {
+    ++NumRequests;
+    return Result;
+  }
+};
+
+TEST_F(CExecutionTest, HaltIsReportedWithReasonAndPlace) {
+  Connect();
+  Program.Locs[MAIN] = {3, 17, 0};
+  HaltAt(MAIN);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
+  const TARGET_EXEC_STATE& Target = Ctx.State.Target;
+  EXPECT_EQ(Target.PC, MAIN);
+  EXPECT_EQ(Target.SP, 0x20001000u);
+  EXPECT_EQ(Target.SrcLine, 17u);
+  EXPECT_EQ(Target.FuncStart, 0x8000100u);
+  EXPECT_EQ(Target.FuncEnd, 0x8000200u);
+  EXPECT_TRUE(Ctx.State.Exec.bAccessible);
+  EXPECT_TRUE(HasLog("Target has halted. Evaluating halt conditions..."));
+  EXPECT_TRUE(HasLog("Target has halted and all halt conditions were passed"));
+  Now += 100;
+  Ops.Halts.CheckHandleHalt();
+  EXPECT_EQ(Sink.TakeEvents(), "") << "a halt is reported once";
+}
+
+TEST_F(CExecutionTest, HaltsBeforeTheSessionIsReadyAreSilent) {
+  Connect(CM_DOWNLOAD_RESET);
+  HaltAt(MAIN);
+  EXPECT_EQ(Sink.TakeEvents(), "");
+  EXPECT_TRUE(Ctx.State.Exec.bAccessible);
+  Ops.Halts.SetSessionReady();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
+}
+
+TEST_F(CExecutionTest, PollingKeepsItsIntervals) {
+  Connect();
+  for (int i = 0; i < 100; ++i, Now += 10) Ops.Halts.CheckHandleHalt();
+  EXPECT_EQ(Probe.Count("IsHalted"), 17) << "once in more than 50 ms";
+  HaltAt(MAIN);
+  Forget();
+  for (int i = 0; i < 100; ++i, Now += 100) {
+    Ops.Halts.CheckHandleHalt();
+    Ops.Halts.CheckHandleResume();
+  }
+  EXPECT_EQ(Probe.Count("IsHalted"), 1) << "once in more than 5 s";
+  Probe.Halted = 0;
+  Now += 6000;
+  Ops.Halts.CheckHandleResume();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_CONTINUE 0 0 0");
+  EXPECT_FALSE(Ctx.State.Exec.bAccessible);
+  HaltAt(NEXT);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000120");
+}
+
+TEST_F(CExecutionTest, HaltingAndContinuing) {
+  Connect();
+  EXPECT_EQ(Ops.Control.Continue(), 0);
+  EXPECT_TRUE(HasLog("Continue: not halted"));
+  Probe.Regs[15] = MAIN;
+  EXPECT_EQ(Ops.Control.Halt(), 0);
+  Now += 100;
+  Ops.Halts.CheckHandleHalt();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
+  Forget();
+  EXPECT_EQ(Ops.Control.Continue(), 0);
+  EXPECT_EQ(Probe.CallText(), "GoEx 0 1");
+  EXPECT_TRUE(HasLog("Resuming target..."));
+  Probe.Failing["Halt"] = 0;
+  EXPECT_EQ(Ops.Control.Halt(), -1);
+  EXPECT_TRUE(HasLog("Halt: VNODE API call failed"));
+  EXPECT_EQ(Sink.TakeEvents(), "") << "the connection stands";
+}
+
+TEST_F(CExecutionTest, ContinuesBehindABreakpointInstruction) {
+  Program.Insts[MAIN] = {2, true, false};
+  ConnectHalted(MAIN);
+  EXPECT_EQ(Ops.Control.Continue(), 0);
+  EXPECT_EQ(Probe.CallText(), "WriteReg f 8000102, GoEx 0 1");
+}
+
+TEST_F(CExecutionTest, OperationsSayWhatIsMissing) {
+  EXPECT_EQ(Ops.Control.Halt(), -1);
+  EXPECT_EQ(Ops.Control.Continue(), -1);
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
+  EXPECT_EQ(Ops.Target.SetTargetExecState(1, 2), -1);
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Ops.Control.RunTo(MAIN), -1);
+  Connect();
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_TRUE(HasLog("cannot step. target not halted"));
+  Ops.Connection.Disconnect();
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Ops.Control.Halt(), -1);
+  EXPECT_EQ(Ops.Control.Continue(), -1);
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
+  EXPECT_EQ(Ops.Target.UpdateTargetExecState(), -1);
+  for (const char* sText : {"cannot step. target not connected", "Halt: not connected", "Continue: not connected",
+                            "Reset: not connected", "SetTargetExecState: not connected"}) {
+    EXPECT_TRUE(HasLog(sText)) << sText;
+  }
+}
+
+TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
+  Connect(CM_DOWNLOAD_RESET);
+  Probe.Regs[15] = MAIN;
+  ASSERT_EQ(Ops.Control.Reset(RM_BEFORE_DOWNLOAD), 0);
+  EXPECT_EQ(Probe.CallText(),
+            "SetResetType 0, SetResetDelay 0, SetInitRegsOnReset 1, Halt, SetEndian 0, Reset, Halt, "
+            "SetEndian 0, IsHalted");
+  EXPECT_EQ(Ctx.State.Target.PC, MAIN);
+  EXPECT_FALSE(Ctx.State.Exec.bStartupDone);
+  EXPECT_TRUE(Ctx.State.Exec.bAccessible);
+  // A run-to at once: its hidden breakpoint has to survive the poll before the resume.
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
+  Now += 100;
+  Ops.Halts.CheckHandleHalt();
+  ASSERT_EQ(Probe.BPs.size(), 1u);
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), 0);
+  EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
+  EXPECT_TRUE(Probe.BPs.empty()) << "a reset removes the hidden breakpoint";
+}
+
+TEST_F(CExecutionTest, ResetFailures) {
+  ConnectHalted();
+  Probe.Failing["Reset"] = 0;
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
+  EXPECT_TRUE(HasLog("Reset: VNODE API call failed"));
+  Probe.Failing.clear();
+  Probe.Halted = 0;
+  Probe.bStaysRunning = true;
+  const U64 Start = Now;
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
+  EXPECT_TRUE(HasLog("Target did not halt following reset"));
+  EXPECT_NEAR(static_cast<double>(Now - Start), 2000, 5);
+  HaltAt(MAIN);
+  EXPECT_TRUE(Ctx.State.Exec.bAccessible) << "a late halt is still noticed";
+}
+
+TEST_F(CExecutionTest, RunToArrives) {
+  ConnectHalted();
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
+  EXPECT_EQ(Sink.TakeEvents(), "continue 1");
+  EXPECT_EQ(Probe.CallText({"SetBPEx"}), "SetBPEx 8000120 fffffff2");
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
+  EXPECT_TRUE(HasLog("cannot step. hidden breakpoint is set"));
+  EXPECT_TRUE(HasLog("run to: target not ready"));
+  Ops.Control.Continue();
+  HaltAt(NEXT);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 3 8000120");
+  EXPECT_TRUE(HasLog("Target has halted on invisible BP"));
+  EXPECT_TRUE(Probe.BPs.empty());
+  EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
+}
+
+TEST_F(CExecutionTest, RunToTheBreakSymbolStartsTheSession) {
+  Connect(CM_DOWNLOAD_RESET);
+  HaltAt(MAIN);
+  Ops.Configurator.SetConfigParam(DCP_BREAK_SYMBOL_ADDR, NEXT);
+  Ops.Control.RunTo(NEXT);
+  Ops.Control.Continue();
+  Sink.Events.clear();
+  HaltAt(NEXT);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_RUN_TO 0 8000120 8000120; JT_HALT 0 3 8000120");
+  EXPECT_TRUE(Ctx.State.Exec.bSessionReady);
+  EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
+}
+
+TEST_F(CExecutionTest, RunToOverTheUsersBreakpoints) {
+  struct CASE {
+    BP_STATES State;
+    U32 HaltAddr;
+    const char* sEvents;
+    const char* sSet;  // breakpoints that the run-to sets
+  };
+  const CASE aCase[] = {
+      {BP_STATE_ENABLED, NEXT, "JT_HALT 0 2 8000120", ""},
+      {BP_STATE_DISABLED, NEXT, "JT_HALT 0 3 8000120", "SetBPEx 8000120 fffffff2"},
+      {BP_STATE_DISABLED, MAIN + 2, "JT_HALT 0 0 8000102", "SetBPEx 8000120 fffffff2"},
+  };
+  for (const CASE& Case : aCase) {
+    Ops.Breakpoints.ClearAllBreakpoints();
+    ConnectHalted();
+    Ops.Breakpoints.SetBreakpoint(NEXT, Case.State, BP_TYPE_ANY);
+    Ctx.Breakpoints.SetConditional(NEXT, Case.State == BP_STATE_DISABLED);
+    Forget();
+    EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
+    EXPECT_EQ(Probe.CallText({"SetBPEx"}), Case.sSet);
+    Ops.Control.Continue();
+    Sink.Events.clear();
+    HaltAt(Case.HaltAddr);
+    EXPECT_EQ(Sink.TakeEvents(), Case.sEvents);
+    EXPECT_EQ(Ops.Breakpoints.StateAt(NEXT), Case.State) << "the user's entry is there again";
+    EXPECT_EQ(Probe.BPs.size(), Case.State == BP_STATE_ENABLED ? 1u : 0u);
+    Ops.Connection.Disconnect();
+  }
+}
+
+TEST_F(CExecutionTest, RunToThatCannotBreak) {
+  ConnectHalted();
+  Probe.Failing["SetBPEx"] = 0;
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
+  EXPECT_TRUE(HasLog("SetBreakpoint: VNODE API call failed"));
+  EXPECT_TRUE(HasLog("RunTo: could not set breakpoint on address 8000120"));
+  EXPECT_EQ(Sink.TakeEvents(), "");
+  EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
+  // A breakpoint of another type gives way, and is lost when no new one can be set.
+  Probe.BPs.push_back({900, NEXT, VNODE_BP_IMP_SW | VNODE_BP_THUMB});
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
+  EXPECT_EQ(Sink.TakeEvents(), "continue 1");
+  EXPECT_EQ(Ops.Breakpoints.StateAt(NEXT), BP_STATE_DISABLED);
+  EXPECT_TRUE(Probe.BPs.empty());
+}
+
+TEST_F(CExecutionTest, InstructionStep) {
+  ConnectHalted();
+  EXPECT_EQ(Ops.Stepper.StepInst(), 0);
+  EXPECT_EQ(Ctx.State.Target.PC, MAIN + 2);
+  EXPECT_EQ(Ctx.State.Target.ReturnAddrStatus, MEM_UNAVAILABLE);
+  EXPECT_TRUE(Ctx.State.Exec.bTargetRan);
+  Probe.Failing = {{"Step", 0}, {"IsHalted", 0}};
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
+}
+
+TEST_F(CExecutionTest, ConditionsWaitForTheVerdict) {
+  Connect();
+  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Ctx.Breakpoints.SetConditional(NEXT, true);
+  HaltAt(NEXT);
+  EXPECT_EQ(Sink.TakeEvents(), "eval 8000120");
+  EXPECT_FALSE(Ctx.State.Exec.bAccessible);
+  Now += 10000;
+  Ops.Halts.CheckHandleHalt();
+  Ops.Halts.CheckHandleResume();
+  EXPECT_EQ(Sink.TakeEvents(), "") << "the device thread stays out meanwhile";
+  Forget();
+  Ops.Halts.FinishHaltSeq(NEXT, false);
+  EXPECT_EQ(Probe.CallText({"GoEx"}), "GoEx 0 1");
+  EXPECT_EQ(Sink.TakeEvents(), "") << "nobody sees a halt that does not stand";
+  HaltAt(NEXT);
+  Sink.Events.clear();
+  Ops.Halts.FinishHaltSeq(NEXT, true);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 2 8000120");
+  BP Entry;
+  ASSERT_TRUE(Ctx.Breakpoints.GetAt(NEXT, Entry));
+  EXPECT_EQ(Entry.HitCount, 2u);
+  Ops.Breakpoints.ResetBreakpoints();
+  Ctx.Breakpoints.GetAt(NEXT, Entry);
+  EXPECT_EQ(Entry.HitCount, 0u);
+}
+
+TEST_F(CExecutionTest, TheUserOverrulesACondition) {
+  Connect();
+  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Ctx.Breakpoints.SetConditional(NEXT, true);
+  HaltAt(NEXT);
+  Sink.Events.clear();
+  EXPECT_TRUE(Ops.Control.IsHaltNeeded());
+  Ops.Control.Halt();
+  Ops.Halts.CheckHandleHalt();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 2 8000120");
+  Forget();
+  Ops.Halts.FinishHaltSeq(NEXT, false);
+  EXPECT_EQ(Probe.CallText(), "") << "a late verdict is void";
+  EXPECT_FALSE(Ops.Control.IsHaltNeeded());
+}
+
+TEST_F(CExecutionTest, SemihostingRequests) {
+  struct CASE {
+    bool bHandler, bEnabled;
+    U8 Result;
+    bool bUserBP;
+    const char* sEvents;
+    const char* sCalls;
+    int NumRequests;
+  };
+  const CASE aCase[] = {
+      {true, true, 0, false, "continue 0", "", 1},                     // served, runs on
+      {true, true, 1, false, "JT_HALT 0 0 8000120", "", 1},            // has to stay halted
+      {true, true, 0, true, "JT_HALT 0 2 8000120", "", 1},             // the user wants to stop there
+      {true, false, 0, false, "", "WriteReg f 8000122, GoEx 0 1", 0},  // discarded
+      {true, false, 0, true, "JT_HALT 0 2 8000120", "", 0},
+      {false, false, 0, false, "JT_HALT 0 0 8000120", "", 0},  // nobody there to serve it
+  };
+  Program.Insts[NEXT] = {2, true, true};
+  for (const CASE& Case : aCase) {
+    CFakeSemihost Semihost;
+    Semihost.bEnabled = Case.bEnabled;
+    Semihost.Result = Case.Result;
+    Ctx.pSemihost = Case.bHandler ? &Semihost : nullptr;
+    Ops.Breakpoints.ClearAllBreakpoints();
+    Connect();
+    if (Case.bUserBP) Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
+    HaltAt(NEXT);
+    EXPECT_EQ(Sink.TakeEvents(), Case.sEvents);
+    EXPECT_EQ(Probe.CallText({"WriteReg", "GoEx"}), Case.sCalls);
+    EXPECT_EQ(Semihost.NumRequests, Case.NumRequests);
+    EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
+    Ctx.pSemihost = nullptr;
+    Ops.Connection.Disconnect();
+  }
+}
+
+TEST_F(CExecutionTest, SourceStepGoesOnOrEndsAtItsHiddenBreakpoint) {
+  class CStepper : public ISourceStepper {
+  public:
+    int Result = 0;
+    int CompleteSrcStepOnHiddenBP(U32) override { return Result; }
+  } Stepper;
+  Ctx.pSourceStepper = &Stepper;
+  for (int Result : {0, 1}) {
+    ConnectHalted();
+    Stepper.Result = Result;
+    Ctx.State.Exec.bStepping = true;
+    EXPECT_EQ(Ops.Control.RunTo(NEXT, JT_STEP_OVER), 1);
+    Ops.Control.Continue();
+    Sink.Events.clear();
+    HaltAt(NEXT);
+    EXPECT_EQ(Sink.TakeEvents(), Result == 0 ? "JT_STEP_OVER 0 0 8000120" : "");
+    EXPECT_EQ(Ctx.State.Exec.bStepping, Result == 1);
+    EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
+    Ops.Connection.Disconnect();
+  }
+}
+
+TEST_F(CExecutionTest, RequestsOfTheMainThreadAreCompletedOnce) {
+  ASSERT_EQ(Ops.Connection.Connect(CM_BARE), 0);
+  Probe.Regs[15] = MAIN;
+  Sink.Events.clear();
+  Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_CONNECT 0 1 0");
+  Probe.Halted = 1;
+  Ctx.State.Requests.PendingResetMode = RM_BEFORE_DOWNLOAD;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 0 3 8000100");
+  Ctx.State.Requests.bInitRegsPending = true;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 1 8000400");
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "");
+  Ops.Connection.Disconnect();
+  Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_CONNECT 1 1 8000400") << "not connected";
+}
+
+}  // namespace
