@@ -26,7 +26,9 @@ TEST(CpuRegisterFiles, EveryCoreHasAFileWithTheProbesNumbers) {
       VCore::CP_REG CP;
       const bool bHasIndex = Register.VNodeRegIdx != INVALID_REG_INDEX;
       EXPECT_NE(bHasIndex, !Register.sId.isEmpty()) << qPrintable(Register.sName);
-      if (!bHasIndex) EXPECT_EQ(VCore::ParseCPReg(Register.sId, CP), 0) << qPrintable(Register.sName);
+      if (!bHasIndex) {
+        EXPECT_EQ(VCore::ParseCPReg(Register.sId, CP), 0) << qPrintable(Register.sName);
+      }
     }
     VCore::Exit();
   }
@@ -78,7 +80,9 @@ TEST(CpuRegisterFiles, BankedRegisters) {
     ASSERT_EQ(VCore::Init({0x092601FF, 0, 0}, API), 0);
     for (U32 Reg = 8; Reg <= VCORE_REG_LR; ++Reg) {
       const CPU_REGISTER* pRegister = File.Find(QStringLiteral("R%1_%2").arg(Reg).arg(QString::fromLatin1(sMode)));
-      if (pRegister != nullptr) EXPECT_EQ(pRegister->VNodeRegIdx, VCore::MapRegIndex(Reg)) << sMode << Reg;
+      if (pRegister != nullptr) {
+        EXPECT_EQ(pRegister->VNodeRegIdx, VCore::MapRegIndex(Reg)) << sMode << Reg;
+      }
     }
     EXPECT_EQ(File.GetVNodeRegIdx(QStringLiteral("SP")),
               File.GetVNodeRegIdx(QStringLiteral("R13_") + QString::fromLatin1(sMode)));
