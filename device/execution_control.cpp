@@ -23,8 +23,8 @@ bool CExecutionControl::IsTargetHalted() {
   return Ctx.State.Exec.bHalted || PollTargetHaltStatus(HALT_QUERY_INTERVAL_MS) == 1;
 }
 
-bool CExecutionControl::IsHaltNeeded() {
-  return Ctx.State.Exec.bVerdictPending || !IsTargetHalted();
+bool CExecutionControl::IsHaltNeeded() const {
+  return Ctx.State.Exec.bVerdictPending || !Ctx.State.Exec.bHalted;
 }
 
 int CExecutionControl::WaitForHaltedOrTimeout(U64 Timeout) {
@@ -152,7 +152,8 @@ bool CExecutionControl::CanStep() {
     Ctx.LogDebugMsg(QStringLiteral("cannot step. target not connected"));
     return false;
   }
-  if (!IsTargetHalted()) {
+  // A halt that the halt sequence has not finished with does not count: a resume would be refused.
+  if (!Ctx.State.Exec.bHalted) {
     Ctx.LogDebugMsg(QStringLiteral("cannot step. target not halted"));
     return false;
   }

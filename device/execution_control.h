@@ -28,7 +28,7 @@ public:
   bool CanStep();
 
   // Whether a JT_HALT job has something to do: the target runs, or its halt waits for the verdict on a condition.
-  bool IsHaltNeeded();
+  bool IsHaltNeeded() const;
   // Whether the target is halted, as far as known; asks the library at most every 50 ms.
   bool IsTargetHalted();
   // 1 halted, 0 running or not connected, -1 connection failure, -2 no news: asked less than MinQueryIntervalMS ago.

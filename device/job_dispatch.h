@@ -21,7 +21,7 @@ public:
 
   void PollTarget() override;
   int Dispatch(DEVICE_JOB& Job) override;
-  bool IsHalted() const override { return Ops.Ctx.State.Exec.bHalted; }
+  bool IsHalted() const override { return !Ops.Control.IsHaltNeeded(); }
   U64 GetPC() const override { return Ops.Ctx.State.Target.PC; }
   void OnRegistersWritten() override { Ops.Target.UpdateTargetExecState(); }
   bool RaiseJobFinished(DEVICE_JOB& Job) override { return RaiseFinished(Job); }
