@@ -1,5 +1,6 @@
 #include "base/endian.h"
 #include "device/device.h"
+#include "device/device_context.h"
 #include "device/device_data_provider.h"
 #include "script/api_stubs.h"
 #include "script/script_host.h"
@@ -11,8 +12,10 @@ U32 ReadTargetInt(U32 Addr, U32 NumBytes, bool* pOk) {
     LogMsg("VAPI::ReadMem: target not ready for memory access", MSG_WARNING | MSG_TO_STDOUT | MSG_TO_FILE);
     return 0;
   }
+  constexpr U8 WIDTH_FROM_SETTING = 255;
+  CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
   U8 aData[4] = {};
-  if (CDeviceDataProvider::Get().GetMem(Addr, NumBytes, AW_FROM_SETTING, aData) != MEM_VALID) return 0;
+  if (Provider.GetMem(&Provider, Addr, NumBytes, WIDTH_FROM_SETTING, aData) != MEM_VALID) return 0;
   *pOk = true;
   const bool bBigEndian = CDevice::Get().Context().State.DataEndian == ENDIAN_BIG;
   if (NumBytes == 1) return aData[0];
@@ -24,5 +27,6 @@ U64 ReadTargetReg(const QString& sName) {
   const int Index = FindHostRegister(sName);
   if (Index < 0 || !CDevice::Exists() || !CDevice::Get().isRunning()) return NONE;
   U64 Value = 0;
-  return CDeviceDataProvider::Get().GetReg(static_cast<U32>(Index), &Value) == MEM_VALID ? Value : NONE;
+  CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
+  return Provider.GetReg(&Provider, static_cast<U32>(Index), &Value) == MEM_VALID ? Value : NONE;
 }
