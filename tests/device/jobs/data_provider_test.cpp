@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QStringList>
+#include <functional>
+#include <utility>
 
 #include "device/device_data_provider.h"
 #include "device/probe_api/register_index.h"
