@@ -16,6 +16,7 @@ const INST* RunInvalidState(STATE& S, const INST* pI) {
 }
 
 const INST* RunLockup(STATE& S, const INST* pI) {
+  S.Left++;  // has not run
   S.StopWith(STOP::LOCKUP);
   return pI;
 }

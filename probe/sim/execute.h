@@ -134,7 +134,8 @@ HANDLER DualHandler(bool bLoad);
 
 #define SIM_HANDLERS(F)                                                                                             \
   F(Undefined)                                                                                                      \
-  F(NoCoprocessor) F(Nop) /* Wide data processing */                                                                \
+  F(NoCoprocessor)                                                                                                  \
+  F(Nop) /* Wide data processing */                                                                                 \
       F(MovTop) F(BitFieldInsert) F(BitFieldExtractSigned) F(BitFieldExtractUnsigned) F(SaturateSigned)             \
           F(SaturateUnsigned) F(CountLeadingZeros) F(ReverseBits) F(ReverseBytes) F(ReverseHalves) F(ReverseSigned) \
               F(ExtendS8) F(ExtendU8) F(ExtendS16) F(ExtendU16) F(AdrFromReg) /* Multiplication and division */     \

@@ -17,7 +17,8 @@ struct MEM_RANGE {
   U32 Size = 0;  // bytes
 };
 
-// What the machine is built from: the core and the part's memories.
+// What the machine is built from: the core and the part's memories, each of at most 64 MiB (what is above is not
+// there). The vector table of a reset is at the start of flash, wherever that is.
 struct BOARD_SPEC {
   ARCH Arch = ARCH::ARMV7EM;
   MEM_RANGE Flash;

@@ -18,7 +18,7 @@ void* AllocZero(size_t NumItems, size_t Size) {
 
 void REGION::Create(const MEM_RANGE& Range, U8 Fill) {
   Start = Range.Start & ~3u;
-  Size = Range.Size & ~3u;
+  Size = std::min(Range.Size, MAX_REGION_SIZE) & ~3u;
   m_pDataOwner.reset(AllocZero(Size + 8, 1));
   m_pCodeOwner.reset(AllocZero(Size / 2 + 2, sizeof(INST)));
   m_pMarksOwner.reset(AllocZero((Size >> CODE_PAGE_SHIFT) + 2, 1));

@@ -9,7 +9,8 @@
 
 namespace sim {
 
-inline constexpr U32 CODE_PAGE_SHIFT = 8;  // bytes of memory that share one "has code" mark, as a power of two
+inline constexpr U32 MAX_REGION_SIZE = 0x04000000;  // bytes; larger ranges are cut
+inline constexpr U32 CODE_PAGE_SHIFT = 8;           // bytes of memory that share one "has code" mark, as a power of two
 
 class REGION {
 public:

@@ -37,6 +37,7 @@ enum SCS_REG : U32 {
   MMFAR = 0xE000ED34,
   BFAR = 0xE000ED38,
   CPACR = 0xE000ED88,
+  DHCSR = 0xE000EDF0,
   DEMCR = 0xE000EDFC,
   STIR = 0xE000EF00,
 };
@@ -68,6 +69,11 @@ inline constexpr U32 CCR_RESET_V6M = CCR_STKALIGN | CCR_UNALIGN_TRP;
 inline constexpr U32 CCR_RESET = CCR_STKALIGN;
 inline constexpr U32 CPACR_MASK = 0x00F00000;
 inline constexpr U32 DEMCR_MASK = 0x010007F1;
+
+inline constexpr U32 DHCSR_DEBUGEN = 1u << 0;  // there is always a debugger
+inline constexpr U32 DHCSR_HALTED = 3u << 16;  // halted, and registers can be read
+inline constexpr U32 DHCSR_SLEEP = 1u << 18;
+inline constexpr U32 DHCSR_LOCKUP = 1u << 19;
 
 inline constexpr U32 DWT_NUMCOMP_SHIFT = 28;
 inline constexpr U32 DWT_CYCCNTENA = 1;
@@ -251,8 +257,16 @@ U32 ReadCpuId(const STATE& S) {
   return S.Spec.Arch == ARCH::ARMV6M ? CPUID_V6M : S.Spec.Arch == ARCH::ARMV7M ? CPUID_V7M : CPUID_V7EM;
 }
 
+// The core itself only ever reads it while it runs.
+U32 ReadDhcsr(const STATE& S, bool bDebugger) {
+  return DHCSR_DEBUGEN | (bDebugger ? DHCSR_HALTED : 0) | (S.bSleeping ? DHCSR_SLEEP : 0) |
+         (S.bLockup ? DHCSR_LOCKUP : 0);
+}
+
 U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
   switch (Addr) {
+    case DHCSR:
+      return ReadDhcsr(S, bDebugger);
     case DWT_CTRL:
       return S.Scb.DwtCtrl | S.Spec.NumDataWatches << DWT_NUMCOMP_SHIFT;
     case DWT_CYCCNT:

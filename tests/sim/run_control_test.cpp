@@ -59,6 +59,24 @@ TEST(CStep, InterruptInsideABlockKeepsIt) {
   EXPECT_EQ(Board.Reg(3), 0u);
 }
 
+// cmp r0, #0; itt eq; movs r1; ldr r2, [r5]; bkpt: the frame has to hold the block as it was at the load.
+TEST(CStep, FaultInsideABlockCanBeRepeated) {
+  CBoard Board;
+  Board.Load({0x2800, 0xBF04, Movs(1, 1), 0x682A, BKPT});
+  const U16 RETURN = 0x4770;
+  Board.Program(CODE_START + 0x100, 2, &RETURN);
+  Board.SetCodeBreakpoint(CODE_START + 0x100);
+  Board.WriteReg(5, 0x60000000);
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
+  const U32 Frame = Board.Reg(VNODE_REG_SP);
+  EXPECT_EQ(Board.Word(Frame + 24), CODE_START + 6);
+  EXPECT_EQ(Board.Word(Frame + 28) & 0x0600FC00, 0x00000800u);
+  Board.WriteReg(5, RAM_START);
+  Board.SetWord(RAM_START, 1234);
+  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BKPT);
+  EXPECT_EQ(Board.Reg(2), 1234u);
+}
+
 TEST(CBreakpoint, StopsBeforeTheInstructionAndGoesOn) {
   for (const bool bSoft : {false, true}) {
     CBoard Board;
@@ -190,6 +208,20 @@ TEST(CRun, SlicesAndStopRequests) {
   EXPECT_EQ(Board.Run(1ull << 60, &bStop, false), STOP::REQUESTED);
 }
 
+TEST(CRun, BlankFlashLocksUpUntilReset) {
+  CBoard Board;
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::LOCKUP);
+  EXPECT_EQ(Board.Pc(), 0xFFFFFFFEu);
+  const U64 Num = Board.InstructionCount();
+  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::LOCKUP);
+  EXPECT_EQ(Board.Step(), STOP::LOCKUP);
+  EXPECT_EQ(Board.InstructionCount(), Num);
+  Board.Load({Movs(1, 5), BKPT});
+  EXPECT_FALSE(Board.IsInLockup());
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
+  EXPECT_EQ(Board.Reg(1), 5u);
+}
+
 TEST(CRun, SleepPassesTimeWithoutInstructions) {
   CBoard Board;
   Board.Load({0xBF30, Movs(1, 1), BKPT}, CODE_START + 4);  // wfi
@@ -201,6 +233,30 @@ TEST(CRun, SleepPassesTimeWithoutInstructions) {
   Board.RaiseIRQ(1);
   EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
   EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 17u);
+}
+
+TEST(CSysTick, CountsDownAndReloads) {
+  constexpr U32 CSR = 0xE000E010;
+  constexpr U32 COUNTFLAG = 1u << 16;
+  CBoard Board;
+  Board.Load({NOP, 0xE7FD});
+  Board.SetWord(CSR + 4, 10);
+  Board.SetWord(CSR + 8, 99);  // any write clears the count
+  Board.SetWord(CSR, 5);
+  struct ROW {
+    U64 NumCycles;  // since the row before
+    U32 Count;
+    bool bFlag;
+  };
+  for (const ROW& Row :
+       {ROW{0, 0, false}, {1, 10, false}, {9, 1, false}, {1, 0, true}, {1, 10, true}, {11, 10, true}, {25, 7, true}}) {
+    Board.Run(Row.NumCycles, nullptr, false);
+    EXPECT_EQ(Board.Word(CSR + 8), Row.Count);
+    EXPECT_EQ((Board.Word(CSR) & COUNTFLAG) != 0, Row.bFlag);
+  }
+  Board.SetWord(CSR, 4);
+  Board.Run(5, nullptr, false);
+  EXPECT_EQ(Board.Word(CSR + 8), 7u) << "stopped";
 }
 
 TEST(CMemory, DebuggerAccessStopsAtTheFirstHole) {
