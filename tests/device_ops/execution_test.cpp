@@ -208,6 +208,7 @@ TEST_F(CExecutionTest, RunToOverTheUsersBreakpoints) {
     HaltAt(Case.HaltAddr);
     EXPECT_EQ(Sink.TakeEvents(), Case.sEvents);
     EXPECT_EQ(Ops.Breakpoints.StateAt(NEXT), Case.State) << "the user's entry is there again";
+    EXPECT_EQ(Ctx.State.HiddenBP.PendingJob, 0u) << "no later halt is taken for this one's arrival";
     EXPECT_EQ(Probe.BPs.size(), Case.State == BP_STATE_ENABLED ? 1u : 0u);
     Ops.Connection.Disconnect();
   }
