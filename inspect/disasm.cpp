@@ -54,7 +54,9 @@ const char* InspectDisasm(const INSPECT_OPTIONS& Options) {
     if (ELF_GetSectionType(pFile, i) != SHT_PROGRAM_BITS) continue;
     if ((ELF_GetSectionFlags(pFile, i) & SHF_CODE) != SHF_CODE) continue;
     const U32 Start = ELF_GetSectionAddr(pFile, i);
-    PrintRange(Options, Start, Start + ELF_GetSectionSize(pFile, i));
+    const U32 End = Start + ELF_GetSectionSize(pFile, i);
+    VCore::SetAnchor(End);
+    PrintRange(Options, Start, End);
   }
   VCore::Exit();
   return nullptr;

@@ -1,13 +1,8 @@
 // File.*, Util.*, Help.* as far as their windows exist.
 
-#include <QCoreApplication>
-#include <QDesktopServices>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QThread>
-#include <QUrl>
 
 #include "program/database/file_finder.h"
 #include "project/file_classes.h"
@@ -15,22 +10,18 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
-#include "shell/actions/command_console.h"
 #include "shell/batch_session.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
-#include "shell/log/console_print.h"
 #include "shell/main_window.h"
 #include "shell/program_loader.h"
 #include "shell/project_controller.h"
 #include "shell/session_controller.h"
-#include "shell/settings/color_ids.h"
 #include "ui/message_box.h"
 
 namespace {
 
-constexpr int MAX_SLEEP_MS = 360'000;
 constexpr U64 SAVED = 1;
 constexpr U64 NOT_SAVED = 2;
 
@@ -114,31 +105,6 @@ void Exit(COMMAND_CONTEXT& Context) {
   QMetaObject::invokeMethod(&Context.Window, &QWidget::close, Qt::QueuedConnection);
 }
 
-void Sleep(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_UTIL_SLEEP;
-  if (!CheckActionArgs(ID)) return;
-  bool bOk = false;
-  const int Milliseconds = ArgOf(ID).toInt(&bOk, 0);
-  if (!bOk) return SetActionError(ID, QLatin1String(ActionError::NOT_A_NUMBER));
-  QElapsedTimer Timer;
-  Timer.start();
-  while (Timer.elapsed() < std::min(Milliseconds, MAX_SLEEP_MS) && !CMainWindow::IsShuttingDown()) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    QThread::msleep(1);
-  }
-}
-
-void Log(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_UTIL_LOG;
-  if (!CheckActionArgs(ID)) return;
-  PrintConsoleColor(ArgOf(ID), COLOR_LOGGING_SCRIPT);
-  SuppressEcho(ID);
-}
-
-void HelpCommands(COMMAND_CONTEXT&) {
-  PrintCommandHelp();
-}
-
 void HelpAbout(COMMAND_CONTEXT&) {
   CMessageBox::Show(QStringLiteral("About Vexor"),
                     ProductTitle(true, true) + QStringLiteral("\nBuilt on ") + BuildDate(), CMessageBox::NO_CHECK_BOX,
@@ -152,9 +118,6 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
     {ACTION_FILE_SAVE_ALL, SaveAll},
     {ACTION_FILE_EXIT, Exit},
-    {ACTION_UTIL_SLEEP, Sleep},
-    {ACTION_UTIL_LOG, Log},
-    {ACTION_HELP_COMMANDS, HelpCommands},
     {ACTION_HELP_ABOUT, HelpAbout},
 };
 

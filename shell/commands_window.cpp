@@ -10,12 +10,8 @@
 #include "shell/commands.h"
 #include "shell/look/look.h"
 #include "shell/main_window.h"
-#include "shell/settings/color_table.h"
 #include "shell/settings/fonts.h"
 #include "shell/settings/named_constants.h"
-#include "shell/settings/preferences.h"
-#include "shell/settings/sys_vars.h"
-#include "shell/settings/var_ids.h"
 #include "ui/dock_window.h"
 #include "ui/window.h"
 
@@ -110,38 +106,6 @@ void ToolbarClose(COMMAND_CONTEXT& Context) {
 
 // ---- Settings
 
-void EditVariable(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_EDIT_SYS_VAR;
-  if (!CheckActionArgs(ID)) return;
-  const VAR_EDIT Edit = EditSysVar(GetActionArgs(ID).value(0), GetActionArgs(ID).value(1));
-  if (!Edit.sError.isEmpty()) return SetActionError(ID, Edit.sError, Edit.sDetail);
-  SetActionArgs(ID, QStringList{Edit.sName, Edit.sText});
-}
-
-void EditPreferenceCommand(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_EDIT_PREFERENCE;
-  if (!CheckActionArgs(ID)) return;
-  const VAR_EDIT Edit = EditPreference(GetActionArgs(ID).value(0), GetActionArgs(ID).value(1), true);
-  if (!Edit.sError.isEmpty()) return SetActionError(ID, Edit.sError, Edit.sDetail);
-  SetActionArgs(ID, QStringList{Edit.sName, Edit.sText});
-}
-
-void EditColor(COMMAND_CONTEXT& Context) {
-  constexpr U32 ID = ACTION_EDIT_COLOR;
-  if (!CheckActionArgs(ID)) return;
-  const QStringList Args = GetActionArgs(ID);
-  const int Color = FindColor(Args.value(0));
-  if (Color < 0) return Fail(ID, ActionError::UNKNOWN_COLOR, Args.value(0));
-  bool bOk = false;
-  const U32 Argb = ParseColorText(Args.value(1), &bOk);
-  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Args.value(1));
-  SetColorRgb(static_cast<U32>(Color), Argb, false);
-  for (CWindow* const pWindow : Context.Window.GetWindowList()) {
-    pWindow->SetColor(Color, GetColor(static_cast<U32>(Color)));
-    pWindow->Repaint();
-  }
-}
-
 void EditFont(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_EDIT_FONT;
   if (!CheckActionArgs(ID)) return;
@@ -177,9 +141,6 @@ constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
 };
 
 constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {
-    {ACTION_EDIT_SYS_VAR, EditVariable},
-    {ACTION_EDIT_PREFERENCE, EditPreferenceCommand},
-    {ACTION_EDIT_COLOR, EditColor},
     {ACTION_EDIT_FONT, EditFont},
 };
 

@@ -19,12 +19,15 @@
 #include "shell/actions/action_enable.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
+#include "shell/actions/builtin_commands.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
 #include "shell/log/log.h"
 #include "shell/look/look.h"
 #include "shell/menus.h"
 #include "shell/program_loader.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
 #include "shell/startup.h"
 #include "shell/windows/console_window.h"
 #include "shell/wiring.h"
@@ -75,6 +78,8 @@ CMainWindow::CMainWindow() : CWindow(nullptr, QStringLiteral("MainWindow")) {
   connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState State) {
     if (State == Qt::ApplicationActive) OnApplicationActivated();
   });
+  SetVarValue(GetVarInfo(VAR_CONNECT_MODE), CM_DOWNLOAD_RESET, 0);
+  SetVarValue(GetVarInfo(VAR_RESET_MODE), RM_BREAK_AT_SYMBOL, 0);
   RestoreState();
   UpdateModeButtons();
   UpdateAll();
@@ -123,6 +128,7 @@ void CMainWindow::ApplyFonts() {
 }
 
 void CMainWindow::CreateMenus() {
+  RegisterBuiltinCommands();
   RegisterFileCommands(*m_pCommands);
   RegisterDebugCommands(*m_pCommands);
   RegisterBreakCommands(*m_pCommands);

@@ -11,6 +11,7 @@
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
 #include "shell/settings/color_ids.h"
+#include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"

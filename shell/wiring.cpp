@@ -20,6 +20,7 @@
 #include "shell/session_controller.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/fonts.h"
+#include "shell/settings/named_constants.h"
 #include "shell/settings/preferences.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"

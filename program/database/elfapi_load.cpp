@@ -124,7 +124,11 @@ void ELFAPI_Unload() {
   const CBusyMark Busy;
   DATABASE& Db = Database();
   DatabaseState().bLoaded = false;
-  if (!Db.pElf) return;
+  if (!Db.pElf) {
+    // Questions to the empty database have left their empty indexes.
+    Db = DATABASE();
+    return;
+  }
   QElapsedTimer Timer;
   Timer.start();
   CloseProgram(Db);

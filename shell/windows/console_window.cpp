@@ -48,7 +48,7 @@ CConsoleWindow::CConsoleWindow(QWidget* pParent) : CWindow(pParent, QStringLiter
   m_pActionTimestamps = new QAction(QStringLiteral("&Timestamps"), this);
   m_pActionTimestamps->setCheckable(true);
   connect(m_pActionTimestamps, &QAction::triggered, this, [](bool bOn) {
-    PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_TIMESTAMPS_CONSOLE"), bOn ? 1 : 0);
+    PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_TIMESTAMPS_CONSOLE"), bOn ? 1 : 0, 1);
   });
   m_pActionHelp = new QAction(QStringLiteral("List Co&mmands"), this);
   connect(m_pActionHelp, &QAction::triggered, this, [] { PerformAction(ACTION_HELP_COMMANDS); });
