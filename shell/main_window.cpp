@@ -128,7 +128,7 @@ void CMainWindow::ApplyFonts() {
 }
 
 void CMainWindow::CreateMenus() {
-  RegisterBuiltinCommands();
+  RegisterBuiltinCommands([] { return IsShuttingDown(); });
   RegisterFileCommands(*m_pCommands);
   RegisterDebugCommands(*m_pCommands);
   RegisterBreakCommands(*m_pCommands);

@@ -124,6 +124,8 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
 }
 
 void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
+  // The target may run again by now: the next halt is on its way.
+  if (!Device().IsHalted()) return;
   m_View.ShowPC(PC);
   Status().SetStatusMessage(QStringLiteral("CPU halted"));
   Status().EndProgress();

@@ -13,6 +13,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/command_text.h"
 #include "shell/directories.h"
+#include "shell/input_gate.h"
 #include "shell/log/log.h"
 #include "shell/look/look.h"
 #include "shell/main_window.h"
@@ -81,7 +82,7 @@ void PlugProject() {
 void PlugScript() {
   VSCRIPT_HOST Host;
   Host.FindRegister = [](const QString& sName) { return CRegisterFiles::Get().FindRegister(sName); };
-  Host.ProcessEvents = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+  Host.ProcessEvents = CInputGate::ProcessEvents;
   VScript::SetHost(Host);
 }
 

@@ -81,7 +81,7 @@ void UtilLogCommand() {
   PrintConsoleColor(GetFirstActionArg(ACTION_UTIL_LOG), CONSOLE_COLOR_SCRIPT);
 }
 
-void UtilSleepCommand() {
+void UtilSleepCommand(const std::function<bool()>& IsClosing) {
   if (!CheckActionArgs(ACTION_UTIL_SLEEP)) return;
   bool bOk = false;
   const I64 Milliseconds = GetActionArgNumber(ACTION_UTIL_SLEEP, 0, &bOk);
@@ -90,7 +90,7 @@ void UtilSleepCommand() {
     return;
   }
   const QDeadlineTimer Deadline(std::clamp<I64>(Milliseconds, 0, MAX_SLEEP_MS));
-  while (!Deadline.hasExpired()) {
+  while (!Deadline.hasExpired() && !(IsClosing && IsClosing())) {
     QCoreApplication::processEvents();
     QThread::msleep(1);
   }
@@ -98,11 +98,11 @@ void UtilSleepCommand() {
 
 }  // namespace
 
-void RegisterBuiltinCommands() {
+void RegisterBuiltinCommands(const std::function<bool()>& IsClosing) {
   RegisterActionHandler(ACTION_EDIT_SYS_VAR, EditSysVarCommand);
   RegisterActionHandler(ACTION_EDIT_PREFERENCE, EditPreferenceCommand);
   RegisterActionHandler(ACTION_EDIT_COLOR, EditColorCommand);
   RegisterActionHandler(ACTION_HELP_COMMANDS, PrintCommandHelp);
   RegisterActionHandler(ACTION_UTIL_LOG, UtilLogCommand);
-  RegisterActionHandler(ACTION_UTIL_SLEEP, UtilSleepCommand);
+  RegisterActionHandler(ACTION_UTIL_SLEEP, [IsClosing] { UtilSleepCommand(IsClosing); });
 }

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QTextBlock>
 
+#include "base/text.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/log/console_print.h"
@@ -220,7 +221,11 @@ void CConsoleWindow::OnCommandEntered() {
   if (sCommand.isEmpty()) {
     PrintConsole(QStringLiteral(" "));
   } else {
-    ExecuteCommand(sCommand);
+    const COMMAND_RESULT Outcome = ExecuteCommand(sCommand);
+    const COMMAND_REPORT& Report = GetLastCommand();
+    if (Outcome == COMMAND_RAN && Report.HasResult && Report.sError.isEmpty()) {
+      PrintConsole(QStringLiteral("=> ") + HexText(static_cast<U32>(Report.Result)));
+    }
   }
   Drain();
 }

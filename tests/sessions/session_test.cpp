@@ -126,8 +126,9 @@ INSTANTIATE_TEST_SUITE_P(Projects, BadProject, testing::ValuesIn(BAD_PROJECTS));
 TEST(BadInput, UnknownDeviceFailsTheConnection) {
   const SESSION_RESULT Run =
       RunSession(QStringLiteral("Project.SetDevice NoSuchPart\nProject.SetHostIF USB\nProject.SetTargetIF SWD\n"
-                                "Debug.Start\n@wait idle\nUtil.Log (\"still here\");\n@wait connected 300\n"));
+                                "Debug.Connect\n@wait idle\nUtil.Log (\"still here\");\n@wait connected 300\n"));
   EXPECT_EQ(1, Run.ExitCode);
+  EXPECT_TRUE(Run.Has("Connect: could not configure V-Node")) << Run.sOutput.toStdString();
   EXPECT_TRUE(Run.Has("Connection failed")) << Run.sOutput.toStdString();
   EXPECT_TRUE(Run.Has("still here"));
 }
@@ -143,7 +144,7 @@ TEST(BadInput, HalfAProgramFileIsRefused) {
   const SESSION_RESULT Run =
       RunSession(QStringLiteral("File.Open (\"%1\");\n@wait idle\nUtil.Log (\"still here\");\n").arg(Half.fileName()));
   EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("could not")) << Run.sOutput.toStdString();
+  EXPECT_TRUE(Run.Has("Could not read the program file")) << Run.sOutput.toStdString();
   EXPECT_TRUE(Run.Has("still here"));
 }
 

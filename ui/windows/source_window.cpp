@@ -251,8 +251,9 @@ void CSourceWindow::Repaint() {
   CWindow::Repaint();
 }
 
+// A target that runs again has no place to show: the next halt is on its way.
 void CSourceWindow::Update(U32 NewPC) {
-  ShowPC(NewPC);
+  if (CDevice::Get().IsHalted()) ShowPC(NewPC);
 }
 
 bool CSourceWindow::IsEmpty() const {
