@@ -1,6 +1,7 @@
 #include "shell/batch_session.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -20,6 +21,8 @@ namespace {
 
 constexpr int POLL_MS = 2;
 constexpr int DEFAULT_WAIT_MS = 10'000;
+constexpr int SETTLE_MS = 500;
+constexpr QSize WINDOW_SIZE(1280, 800);  // pixels
 
 bool bBatch = false;
 
@@ -64,6 +67,7 @@ bool CBatchSession::Load(const QString& sFile) {
 
 void CBatchSession::Run(CMainWindow& Window) {
   m_pWindow = &Window;
+  Window.resize(WINDOW_SIZE);
   CMessageBox::SetResponder(
       [this](const QString& sTitle, const QString& sText, int Default) { return Answer(sTitle, sText, Default); });
   CWarningsDialog::SetResponder([this](const QString& sTitle, const QStringList& Lines) {
@@ -195,7 +199,9 @@ bool CBatchSession::TakeScreenshot(const QStringList& Words) {
   if (Words.size() > 2) pTarget = m_pWindow->FindWindow(Words.mid(2).join(QLatin1Char(' ')), false);
   if (sFile.isEmpty() || pTarget == nullptr) return false;
   QDir().mkpath(QFileInfo(sFile).absolutePath());
-  QCoreApplication::processEvents();
+  // The status bar shows what has changed a moment later.
+  const QDeadlineTimer Settled(SETTLE_MS);
+  while (!Settled.hasExpired()) QCoreApplication::processEvents(QEventLoop::AllEvents, POLL_MS);
   return pTarget->grab().save(sFile);
 }
 

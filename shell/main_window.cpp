@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QLocale>
+#include <QScreen>
 #include <QTabBar>
 #include <QUrl>
 
@@ -40,7 +41,8 @@ namespace {
 
 constexpr int WINDOW_SHOWN_DELAY_MS = 10;
 constexpr int TOOLBAR_INTERVAL_MS = 200;
-constexpr QSize FIRST_SIZE(1200, 760);  // pixels
+constexpr double FIRST_SIZE = 0.8;     // of the screen
+constexpr double CONSOLE_SHARE = 0.3;  // of the window's height
 
 CMainWindow* pMainWindow = nullptr;
 
@@ -59,7 +61,7 @@ CMainWindow::CMainWindow() : CWindow(nullptr, QStringLiteral("MainWindow")) {
   QLocale::setDefault(QLocale::English);
   setLocale(QLocale::English);
   setWindowIcon(GetIcon(QStringLiteral("magnifier-32.png")));
-  resize(FIRST_SIZE);
+  resize(screen()->availableSize() * FIRST_SIZE);
   setDockNestingEnabled(true);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setStatusBar(CStatusBar::_GetSingleton());
@@ -80,6 +82,7 @@ CMainWindow::CMainWindow() : CWindow(nullptr, QStringLiteral("MainWindow")) {
   });
   SetVarValue(GetVarInfo(VAR_CONNECT_MODE), CM_DOWNLOAD_RESET, 0);
   SetVarValue(GetVarInfo(VAR_RESET_MODE), RM_BREAK_AT_SYMBOL, 0);
+  resizeDocks({m_pConsole->GetDock()}, {static_cast<int>(height() * CONSOLE_SHARE)}, Qt::Vertical);
   RestoreState();
   UpdateModeButtons();
   UpdateAll();
