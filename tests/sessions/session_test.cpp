@@ -148,6 +148,19 @@ TEST(BadInput, HalfAProgramFileIsRefused) {
   EXPECT_TRUE(Run.Has("still here"));
 }
 
+TEST(BadInput, AMissingProbeLibraryIsSaidAndTheProgramGoesOn) {
+  QTemporaryDir Dir;
+  const QString sProgram = Dir.filePath(QStringLiteral("vexor"));
+  ASSERT_TRUE(QFile::copy(QStringLiteral(VEXOR_BIN_DIR "/vexor"), sProgram));
+  const SESSION_RESULT Run = RunProgram(sProgram, {QStringLiteral("-batch"), QStringLiteral("-")},
+                                        "Project.SetDevice nRF52840_xxAA\nProject.SetHostIF USB\nDebug.Connect\n"
+                                        "@wait idle\nUtil.Log (\"still here\");\n");
+  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
+  EXPECT_TRUE(Run.Has("The V-Node library could not be loaded")) << Run.sOutput.toStdString();
+  EXPECT_TRUE(Run.Has("Connection failed"));
+  EXPECT_TRUE(Run.Has("still here"));
+}
+
 TEST(Session, AFailingLineMayBeAllowed) {
   const SESSION_RESULT Run =
       RunSession(QStringLiteral("-Debug.Halt ()\n-Debug.Continue\nUtil.Log (\"on\");\n@quit 7\n"));
