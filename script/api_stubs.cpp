@@ -41,10 +41,12 @@ QString SymbolText(const char* sPrefix, U64 Value) {
   return pConst ? QString::fromLatin1(pConst->sSymbol) : QString::number(static_cast<U32>(Value));
 }
 
-QString ArgText(PARAM Kind, U64 Value) {
+QString ArgText(const CTrans& Engine, PARAM Kind, U64 Value) {
   switch (Kind) {
-    case PARAM::TEXT:
-      return QString::fromUtf8(reinterpret_cast<const char*>(Value));
+    case PARAM::TEXT: {
+      const std::string_view sText = Engine.TextAt(Value);
+      return QString::fromUtf8(sText.data(), static_cast<qsizetype>(sText.size()));
+    }
     case PARAM::SIGNED:
       return QString::number(static_cast<I32>(Value));
     case PARAM::UNSIGNED:
@@ -123,7 +125,7 @@ CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
     QStringList Args;
     for (U32 i = 0; i < NumArgs && i < Params.size(); ++i) {
       if (Params[i] == PARAM::TEXT && !CheckStringArg(Engine, paArgs[i])) return FAILED;
-      Args << ArgText(Params[i], paArgs[i]);
+      Args << ArgText(Engine, Params[i], paArgs[i]);
     }
     U64 Result = 0;
     return ReadDirectly(ActionID, Args, &Result) ? Result : PerformCommand(ActionID, Args);

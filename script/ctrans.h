@@ -66,6 +66,8 @@ public:
   void RequestClose();
   // Whether a value that a script passed is a pointer into the script heap: true for every string.
   bool IsHeapPointer(U64 Value) const;
+  // The text that such a pointer stands for, up to its zero or the end of the heap; empty for any other value.
+  std::string_view TextAt(U64 Value) const;
 
 private:
   struct ENGINE;

@@ -79,7 +79,8 @@ struct CTrans::ENGINE {
   bool TryInteger(I64* pValue);
   bool Fail(const char* sText);
   bool Fail(const std::string& sText);
-  void Poll();
+  // Lets the host have a turn. False when that has stopped the script.
+  bool Poll();
 
   // Symbols (ctrans_symbols.cpp)
   CTRANS_SYMBOL* Define(std::string_view sName, CTRANS_KIND Kind);
@@ -107,7 +108,7 @@ struct CTrans::ENGINE {
   CTRANS_FLOW DoStatement(bool bExecute);
   CTRANS_FLOW ReturnStatement(bool bExecute);
   CTRANS_FLOW IdentifierStatement(bool bExecute);
-  CTRANS_FLOW Declaration(bool bExecute);
+  CTRANS_FLOW Declaration();
   CTRANS_FLOW Assignment(const CTRANS_SYMBOL& Variable, bool bExecute);
   bool Condition(bool bExecute, bool* pResult);
 
@@ -145,6 +146,28 @@ struct CTrans::ENGINE {
 
 // The number of a binary operator, by which ENGINE::Apply knows it; 0 for none.
 int CTransOperatorNumber(std::string_view sText);
+
+// Puts the read position back: whatever runs meanwhile may run script functions, which leave it where theirs ended.
+class CTransPosition {
+public:
+  CTransPosition(CTRANS_CURSOR* pCursor, CTRANS_CURSOR* pStatementStart)
+      : m_pCursor(pCursor),
+        m_pStatementStart(pStatementStart),
+        m_Cursor(*pCursor),
+        m_StatementStart(*pStatementStart) {}
+  ~CTransPosition() {
+    *m_pCursor = m_Cursor;
+    *m_pStatementStart = m_StatementStart;
+  }
+  CTransPosition(const CTransPosition&) = delete;
+  CTransPosition& operator=(const CTransPosition&) = delete;
+
+private:
+  CTRANS_CURSOR* m_pCursor;
+  CTRANS_CURSOR* m_pStatementStart;
+  CTRANS_CURSOR m_Cursor;
+  CTRANS_CURSOR m_StatementStart;
+};
 
 // Counts one level of nesting for its lifetime.
 class CTransLevel {

@@ -237,29 +237,25 @@ bool CTrans::ENGINE::Call(const CTRANS_SYMBOL& Function, bool bExecute, CTRANS_V
   if (Nesting > MAX_NESTING) return Fail("Out of memory.");
   std::vector<U64> Args(Target.NumParams);
   if (!Expect('(')) return false;
-  for (U64& Arg : Args) {
+  for (size_t i = 0; i < Args.size(); ++i) {
+    if (i > 0) TryToken(",");
     CTRANS_VALUE Value;
     if (!Expression(0, bExecute, &Value)) return false;
-    Arg = static_cast<U64>(Value.Number);
-    TryToken(",");
+    Args[i] = static_cast<U64>(Value.Number);
   }
   if (!Expect(')')) return false;
   *pValue = {};
   if (!bExecute) return true;
+  if (!Poll()) return false;
   if (Target.NativeIndex < 0) return CallScript(Target, Args.data(), &pValue->Number);
-  if (Target.NumParams <= MAX_NATIVE_ARGS) {
-    // A native function may run further script functions, which leave the text position where theirs ended.
-    const CTRANS_CURSOR Saved = Cursor, SavedStatement = StatementStart;
-    pValue->Number = static_cast<I64>(Natives[static_cast<size_t>(Target.NativeIndex)](Args.data(), Target.NumParams));
-    Cursor = Saved;
-    StatementStart = SavedStatement;
-    Poll();
-  }
+  if (Target.NumParams > MAX_NATIVE_ARGS) return true;
+  const CTransPosition Saved(&Cursor, &StatementStart);
+  pValue->Number = static_cast<I64>(Natives[static_cast<size_t>(Target.NativeIndex)](Args.data(), Target.NumParams));
   return !HasError && !DividedByZero;
 }
 
 bool CTrans::ENGINE::CallScript(const CTRANS_FUNCTION& Function, const U64* paArgs, I64* pResult) {
-  const CTRANS_CURSOR SavedCursor = Cursor;
+  const CTransPosition Saved(&Cursor, &StatementStart);
   CTRANS_SYMBOL* const pSavedLocals = pLocals;
   CTRANS_SYMBOL* const pSavedLocalsEnd = pLocalsEnd;
   U8* const pMark = Heap.HighMark();
@@ -289,6 +285,5 @@ bool CTrans::ENGINE::CallScript(const CTRANS_FUNCTION& Function, const U64* paAr
   Heap.ReleaseHigh(pMark);
   pLocals = pSavedLocals;
   pLocalsEnd = pSavedLocalsEnd;
-  Cursor = SavedCursor;
   return bDone;
 }

@@ -61,11 +61,11 @@ CTRANS_SYMBOL* CTrans::ENGINE::ParseHead() {
   if (!(TryKeyword("void") && TryToken(")"))) {
     Cursor = FirstParam;
     CTRANS_PARAM** ppEnd = &pFunction->pParams;
-    while (!TryToken(")")) {
+    for (bool bComma = false; bComma || !TryToken(")");) {
       if (HasError || (*ppEnd = ParseParam()) == nullptr) return nullptr;
       ppEnd = &(*ppEnd)->pNext;
       ++pFunction->NumParams;
-      TryToken(",");
+      bComma = TryToken(",");
     }
   }
   CTRANS_SYMBOL* const pSymbol = Define(sName, CTRANS_KIND::FUNCTION);

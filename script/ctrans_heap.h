@@ -36,6 +36,11 @@ public:
   bool Contains(U64 Address) const {
     return Address >= reinterpret_cast<U64>(m_paBlock.get()) && Address < reinterpret_cast<U64>(m_pEnd);
   }
+  std::string_view TextAt(U64 Address) const {
+    if (!Contains(Address)) return {};
+    const std::string_view sRest(reinterpret_cast<const char*>(Address), reinterpret_cast<U64>(m_pEnd) - Address);
+    return sRest.substr(0, sRest.find('\0'));
+  }
 
 private:
   static U64 Aligned(U64 NumBytes) { return (NumBytes + 7) & ~U64{7}; }

@@ -76,10 +76,11 @@ CTRANS_FLOW CTrans::ENGINE::IfStatement(bool bExecute) {
 }
 
 CTRANS_FLOW CTrans::ENGINE::WhileStatement(bool bExecute) {
-  const CTRANS_CURSOR Start = Cursor;
+  const CTRANS_CURSOR Start = Cursor, Keyword = StatementStart;
   for (;;) {
     bool bTrue = false;
-    if (bExecute) Poll();
+    StatementStart = Keyword;
+    if (bExecute && !Poll()) return CTRANS_FLOW::FAIL;
     if (!Condition(bExecute, &bTrue)) return CTRANS_FLOW::FAIL;
     const bool bPass = bTrue && !CloseRequested;
     const CTRANS_FLOW Flow = Statement(bPass);
@@ -89,11 +90,12 @@ CTRANS_FLOW CTrans::ENGINE::WhileStatement(bool bExecute) {
 }
 
 CTRANS_FLOW CTrans::ENGINE::DoStatement(bool bExecute) {
-  const CTRANS_CURSOR Start = Cursor;
+  const CTRANS_CURSOR Start = Cursor, Keyword = StatementStart;
   for (;;) {
-    if (bExecute) Poll();
+    if (bExecute && !Poll()) return CTRANS_FLOW::FAIL;
     const CTRANS_FLOW Flow = Statement(bExecute);
     if (Flow != CTRANS_FLOW::NEXT) return Flow;
+    StatementStart = Keyword;
     if (!TryKeyword("while")) {
       Fail("Syntax error. missing \"while\" at line " + std::to_string(Cursor.LineNo));
       return CTRANS_FLOW::FAIL;
@@ -115,7 +117,7 @@ CTRANS_FLOW CTrans::ENGINE::IdentifierStatement(bool bExecute) {
   switch (pSymbol->Kind) {
     case CTRANS_KIND::BASE_TYPE:
     case CTRANS_KIND::QUALIFIER:
-      return Declaration(bExecute);
+      return Declaration();
     case CTRANS_KIND::FUNCTION: {
       TakeIdentifier();
       CTRANS_VALUE Result;
@@ -130,7 +132,7 @@ CTRANS_FLOW CTrans::ENGINE::IdentifierStatement(bool bExecute) {
   }
 }
 
-CTRANS_FLOW CTrans::ENGINE::Declaration(bool bExecute) {
+CTRANS_FLOW CTrans::ENGINE::Declaration() {
   SkipQualifiers();
   const CTRANS_SYMBOL* const pType = Find(TakeIdentifier());
   if (pType == nullptr || pType->Kind != CTRANS_KIND::BASE_TYPE) {

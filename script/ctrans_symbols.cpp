@@ -121,3 +121,7 @@ void CTrans::RequestClose() {
 bool CTrans::IsHeapPointer(U64 Value) const {
   return m_pEngine->Heap.Contains(Value);
 }
+
+std::string_view CTrans::TextAt(U64 Value) const {
+  return m_pEngine->Heap.TextAt(Value);
+}

@@ -1,6 +1,6 @@
 // The lexical rules of the script language.
 
-#include <cctype>
+#include <cstring>
 
 #include "script/ctrans_engine.h"
 
@@ -10,10 +10,10 @@ constexpr size_t MAX_STATEMENT_TEXT = 512;
 constexpr size_t MAX_ERROR_TEXT = 199;
 
 bool IsIdentifierStart(char c) {
-  return std::isalpha(static_cast<U8>(c)) || c == '_';
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 bool IsIdentifierChar(char c) {
-  return IsIdentifierStart(c) || std::isdigit(static_cast<U8>(c)) || c == '.';
+  return IsIdentifierStart(c) || (c >= '0' && c <= '9') || c == '.';
 }
 
 int DigitValue(char c) {
@@ -53,7 +53,7 @@ bool CTrans::ENGINE::SkipBlanks() {
 }
 
 bool CTrans::ENGINE::TryToken(std::string_view sToken) {
-  if (!SkipBlanks() || std::string_view(Cursor.p).substr(0, sToken.size()) != sToken) return false;
+  if (!SkipBlanks() || std::strncmp(Cursor.p, sToken.data(), sToken.size()) != 0) return false;
   Cursor.p += sToken.size();
   return true;
 }
@@ -121,9 +121,12 @@ bool CTrans::ENGINE::Fail(const std::string& sErrorText) {
   return false;
 }
 
-void CTrans::ENGINE::Poll() {
+bool CTrans::ENGINE::Poll() {
   const auto Now = std::chrono::steady_clock::now();
-  if (Now - LastPoll < POLL_INTERVAL) return;
-  if (Callbacks.OnPoll) Callbacks.OnPoll();
-  LastPoll = std::chrono::steady_clock::now();
+  if (Now - LastPoll >= POLL_INTERVAL) {
+    const CTransPosition Saved(&Cursor, &StatementStart);
+    if (Callbacks.OnPoll) Callbacks.OnPoll();
+    LastPoll = std::chrono::steady_clock::now();
+  }
+  return !HasError && !DividedByZero;
 }

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QThread>
 
-#include "base/stable_hash.h"
 #include "script/api_stubs.h"
 #include "script/ctrans.h"
 #include "script/script_host.h"
@@ -20,7 +19,8 @@ struct HOST_STATE {
   VSCRIPT_HOST Host;
   std::shared_ptr<CTrans> pCTrans;  // a running hook holds it too
   QString sText;
-  U32 ScriptHash = 0;
+  QString sFileText;  // what the file held when it was read or written
+  U32 NumLoads = 0;
   QString sScriptPath;
   QString sErrorText;
   QString sErrorStatement;
@@ -50,9 +50,13 @@ void SetError(const QString& sText, int LineNo = -1) {
   S.HasScriptError = true;
 }
 
-void OnEngineError(const CTRANS_ERROR& Error) {
-  State().sErrorStatement = QString::fromStdString(Error.sStatement);
-  SetError(QString::fromStdString(Error.sText), Error.LineNo);
+// A script that still runs after its successor was loaded says nothing about the new one.
+std::function<void(const CTRANS_ERROR&)> ErrorSink(U32 LoadNo) {
+  return [LoadNo](const CTRANS_ERROR& Error) {
+    if (State().NumLoads != LoadNo) return;
+    State().sErrorStatement = QString::fromStdString(Error.sStatement);
+    SetError(QString::fromStdString(Error.sText), Error.LineNo);
+  };
 }
 
 QString Quoted(const QString& sText) {
@@ -160,9 +164,8 @@ int LoadText(const QString& sText) {
     LogDebug(QStringLiteral("Script file not parsed. Empty script text"));
     return -1;
   }
-  S.sText = sText;
-  S.ScriptHash = StableHash32(sText);
-  S.pCTrans = std::make_shared<CTrans>(sText.toStdString(), CTRANS_CALLBACKS{OnEngineError, ProcessHostEvents});
+  S.sText = S.sFileText = sText;
+  S.pCTrans = std::make_shared<CTrans>(sText.toStdString(), CTRANS_CALLBACKS{ErrorSink(S.NumLoads), ProcessHostEvents});
   RegisterConstants(*S.pCTrans);
   RegisterApiFunctions(*S.pCTrans);
   if (S.pCTrans->ParseGlobals() < 0) {
@@ -178,7 +181,8 @@ int LoadText(const QString& sText) {
 
 int Reload() {
   if (!IsFileChanged()) return 0;
-  Load(State().sScriptPath);
+  const QString sPath = State().sScriptPath;
+  Load(sPath);
   return 1;
 }
 
@@ -186,7 +190,7 @@ bool IsFileChanged() {
   HOST_STATE& S = State();
   bool bOk = false;
   const QString sText = S.sScriptPath.isEmpty() ? QString() : ReadTextFile(S.sScriptPath, &bOk);
-  return bOk && StableHash32(sText) != S.ScriptHash;
+  return bOk && sText != S.sFileText;
 }
 
 bool SaveText(const QString& sPath) {
@@ -194,19 +198,20 @@ bool SaveText(const QString& sPath) {
   if (!WriteTextFile(sPath, S.sText)) return false;
   S.sScriptPath = sPath;
   bool bOk = false;
-  S.ScriptHash = StableHash32(ReadTextFile(sPath, &bOk));
+  S.sFileText = ReadTextFile(sPath, &bOk);
   return true;
 }
 
 void Close() {
   HOST_STATE& S = State();
   S.pCTrans.reset();
+  ++S.NumLoads;
   S.sText.clear();
+  S.sFileText.clear();
   S.sScriptPath.clear();
   S.sErrorText.clear();
   S.sErrorStatement.clear();
   S.ErrorLineNo = -1;
-  S.ScriptHash = 0;
   S.HasScriptError = false;
 }
 
@@ -234,7 +239,7 @@ int ExecFunction(int FuncID) {
   const int Result = pEngine->CallFunction(GetHookName(FuncID).toStdString());
   S.CurrentFuncID = OuterFuncID;
   --S.CallLevel;
-  if (Result == CTRANS_DIVIDED_BY_ZERO && pEngine == S.pCTrans) {
+  if (Result == CTRANS_DIVIDED_BY_ZERO && pEngine == S.pCTrans && !S.HasScriptError) {
     SetError(QStringLiteral("Error in script function ") + QLatin1String(GetHookInfo(FuncID)->sPrototype));
   }
   return Result;

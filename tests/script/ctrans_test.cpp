@@ -153,6 +153,7 @@ INSTANTIATE_TEST_SUITE_P(
         ERROR_CASE{"Out(!1);", "Expected a value or an identifier."},
         ERROR_CASE{"Util.Log(\"a\\q\");", "Unexpected escape character."},
         ERROR_CASE{"Util.Log(\"a\n\");", "Illegal character in string"}, ERROR_CASE{"Out(1 2);", "Expected a ')'"},
+        ERROR_CASE{"Out(1,);", "Expected a ')'"}, ERROR_CASE{"int \xE4; ", "Expected an identifier."},
         ERROR_CASE{"unsigned RM_RESET_HALT x;", "Currently only basic data types for local variables are allowed."},
         ERROR_CASE{"int a[1000000];", "Out of memory."}, ERROR_CASE{"int a[-1];", "Out of memory."},
         ERROR_CASE{"while (1) { Util.Log(\"eats the heap\"); }", "Out of memory."},
@@ -195,23 +196,42 @@ TEST(CTrans, LoadReadsHeadsOnly) {
       {"/* open", "C-comment has not been closed properly", 1},
       {"void (void) {}", "Expected an identifier.", 1},
       {"void f (int) {}", "Expected an identifier.", 1},
+      {"void f (int a,) {}", "Expected an identifier.", 1},
       {"void main (void) { /* } */ } // }", "", 0},
   };
   for (const LOAD_CASE& Case : aCases) {
     CScriptRun Run(Case.sText);
     EXPECT_EQ(Case.sError, Run.ErrorText()) << Case.sText;
     EXPECT_EQ(0, Run.LoadResult);
-    if (!Run.Errors.empty()) EXPECT_EQ(Case.Line, Run.Errors[0].LineNo) << Case.sText;
+    if (!Run.Errors.empty()) {
+      EXPECT_EQ(Case.Line, Run.Errors[0].LineNo) << Case.sText;
+    }
   }
 }
 
 TEST(CTrans, ErrorsTellWhere) {
-  CScriptRun Run("void main (void) {\n  Out(1);\n  Out(1, 2); Out(3);\n}");
-  Run.Call();
-  ASSERT_EQ(1u, Run.Errors.size());
-  EXPECT_EQ(3, Run.Errors[0].LineNo);
-  EXPECT_EQ("Out(1, 2);", Run.Errors[0].sStatement);
-  EXPECT_EQ(std::vector<I64>{1}, Run.Out);
+  struct PLACE_CASE {
+    const char* sText;
+    const char* sStatement;
+    int Line;
+  };
+  const PLACE_CASE aCases[] = {
+      {"void main (void) {\n  Out(1);\n  Out(1, 2); Out(3);\n}", "Out(1, 2);", 3},
+      {"void f () {\n Out(1);\n}\nvoid main () {\n f() 5;\n}", "f() 5;", 5},
+      {"void main () { int a[2]; int i; i = 0; a[0] = 1; a[1] = 1;\n while (a[i]) {\n i += 1; } }",
+       "while (a[i]) {\n i += 1;", 2},
+      {"void main () {\n do { Out(1); }\n Out(2);\n}", "do { Out(1);", 3},
+  };
+  for (const PLACE_CASE& Case : aCases) {
+    CScriptRun Run(Case.sText);
+    Run.Call();
+    ASSERT_EQ(1u, Run.Errors.size()) << Case.sText;
+    EXPECT_EQ(Case.Line, Run.Errors[0].LineNo) << Case.sText;
+    EXPECT_EQ(Case.sStatement, Run.Errors[0].sStatement) << Case.sText;
+  }
+  CScriptRun Long(Main("Out(" + std::string(1000, ' ') + "x);"));
+  Long.Call();
+  EXPECT_EQ(512u, Long.Errors.at(0).sStatement.size());
 }
 
 TEST(CTrans, StringsReachNativeFunctions) {
