@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <QMenu>
 #include <QTimer>
 #include <QToolBar>
 

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QAction>
 #include <QFrame>
+#include <QLabel>
 #include <QMainWindow>
+#include <QMenu>
+#include <QPushButton>
 
 #include "base/elf_sym.h"
 #include "base/src_loc.h"

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QAction>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTextEdit>
+#include <QTimer>
 
 #include "shell/actions/command_console.h"
 #include "shell/actions/command_history.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include <QPoint>
 
 #include "ui/window.h"
