@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""Holds the rows of vexor-inspect disasm against objdump: where each instruction starts, its length and its bits."""
+
+import glob
+import re
+import shutil
+import subprocess
+import sys
+
+SKIPPED = 77
+OBJDUMP = "arm-none-eabi-objdump"
+MAX_SHOWN = 10  # differences of one file
+ROW = re.compile(r"\s*([0-9a-f]+):\t([0-9a-f]{4}(?: [0-9a-f]{4})?|[0-9a-f]{8}|[0-9a-f]{2})\s*\t(\S+)")
+
+
+def run(*command):
+    result = subprocess.run(command, capture_output=True, text=True, errors="replace", timeout=60)
+    if result.returncode != 0:
+        sys.exit(f"{' '.join(command)}: exit {result.returncode}: {result.stderr}")
+    return result.stdout.splitlines()
+
+
+def peer_instructions(path):
+    """{address: code in digits}; rows of data are directives or plain dumps and are left out."""
+    found = {}
+    for line in run(OBJDUMP, "-d", "-z", "-w", path):
+        match = ROW.match(line)
+        if match and not match.group(3).startswith("."):
+            found[int(match.group(1), 16)] = match.group(2)
+    return found
+
+
+def own_instructions(inspect, path):
+    found = {}
+    for line in run(inspect, "disasm", path):
+        address, code, text = line.split("\t")
+        if not re.match(r"DC(8|16|32|B|W|D)\b", text):
+            found[int(address, 16)] = code.lower()
+    return found
+
+
+def is_little_endian(path):
+    with open(path, "rb") as file:
+        return file.read(6)[5] == 1
+
+
+def main():
+    inspect, root = sys.argv[1:3]
+    if not shutil.which(OBJDUMP):
+        print(f"skipped: {OBJDUMP} is not installed")
+        return SKIPPED
+    paths = glob.glob(f"{root}/examples/*/*.elf") + glob.glob(f"{root}/tests/*/data/*.elf")
+    failed = False
+    total = 0
+    for path in sorted(filter(is_little_endian, paths)):
+        own, peer = own_instructions(inspect, path), peer_instructions(path)
+        wrong = sorted(address for address in own.keys() | peer.keys() if own.get(address) != peer.get(address))
+        print(f"{path}: {len(peer)} instructions, {len(wrong)} differ")
+        for address in wrong[:MAX_SHOWN]:
+            print(f"  {address:#010x}: {own.get(address)}, objdump has {peer.get(address)}")
+        failed = failed or bool(wrong) or not peer
+        total += len(peer)
+    return 1 if failed or total == 0 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
