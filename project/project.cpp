@@ -26,6 +26,8 @@ CProject::CProject() {
 }
 
 void CProject::Open(const QString& sPath) {
+  // A project that opens itself from its own OnProjectLoad would be loaded for ever.
+  if (m_bLoading && sPath == m_sPendingPath) return;
   VScript::RequestClose();
   Q_EMIT AboutToOpen(sPath);
   m_sPendingPath = sPath;
@@ -36,7 +38,9 @@ void CProject::OnOpenTimeout() {
   if (m_sPendingPath.isEmpty() || VScript::CurrentFuncID() != HOOK_NONE || VScript::CallLevel() != 0) return;
   m_OpenTimer.stop();
   const QString sPath = m_sPendingPath;
+  m_bLoading = true;
   DoOpen(sPath);
+  m_bLoading = false;
   if (m_sPendingPath == sPath) m_sPendingPath.clear();
 }
 
@@ -76,6 +80,7 @@ void CProject::Create(const QStringList& Commands) {
 bool CProject::Save(const QString& sPath) {
   if (VScript::GetText().isEmpty()) VScript::LoadText(MakeProjectText(GetCommands()));
   if (!VScript::SaveText(sPath)) return false;
+  if (m_Host.SetProjectPath) m_Host.SetProjectPath(sPath);
   SetModified(false);
   return true;
 }

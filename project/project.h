@@ -20,6 +20,8 @@ struct PROJECT_HOST {
   std::function<void()> ClearSvdFiles;
   // Forgets the paths that the project had given to the file finder, and learns the path of the new one.
   std::function<void(const QString& sProjectPath)> ResetFileFinder;
+  // The project was saved: what it names relative to itself is found from there.
+  std::function<void(const QString& sProjectPath)> SetProjectPath;
   // The device as the project's text names it: device, host interface with its identifier, target interface, speed.
   std::function<QStringList()> DeviceCommands;
 };
@@ -87,6 +89,7 @@ private:
   PROJECT_HOST m_Host;
   bool m_bModified = false;
   bool m_bOpen = false;
+  bool m_bLoading = false;
   QTimer m_OpenTimer;
   QString m_sPendingPath;
   QStringList m_Errors;

@@ -1,5 +1,6 @@
 // File.*, Util.*, Help.* as far as their windows exist.
 
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -61,6 +62,31 @@ void OpenRecent(COMMAND_CONTEXT& Context) {
   if (bNumber && Index >= 0 && Index < Programs.size()) PerformAction(ACTION_FILE_OPEN, Programs[Index]);
 }
 
+// A file's contents to the target; the program of the session stays.
+void Load(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_LOAD;
+  if (!CheckActionArgs(ID, 0)) return;
+  QString sFile = ArgOf(ID);
+  if (sFile.isEmpty()) {
+    sFile = CBatchSession::IsActive()
+                ? QString()
+                : QFileDialog::getOpenFileName(&Context.Window, QStringLiteral("Load File"),
+                                               Context.Projects.sDefaultDirOpen, LoadDialogFilter());
+    if (sFile.isEmpty()) return SuppressEcho(ID);
+    Context.Projects.sDefaultDirOpen = QFileInfo(sFile).absolutePath();
+    SetActionArgs(ID, QStringList{sFile});
+  }
+  if (!CheckConnected(ID)) return;
+  const QString sPath = CFileFinder::Get()->ResolvePath(sFile);
+  if (!QFileInfo(sPath).isFile())
+    return SetActionError(ID, QLatin1String(ActionError::FILE_NOT_FOUND), QuotedArg(sFile));
+  U32 Addr = 0;
+  const bool bAddr = GetActionArgs(ID).size() > 1;
+  if (bAddr && !GetAddressArg(ID, 1, &Addr)) return;
+  if (!bAddr && IsBinFile(sPath)) return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER));
+  Context.Session.DownloadFile(sPath, DOWNLOAD_FILE, bAddr ? static_cast<I64>(Addr) : -1);
+}
+
 void NewProject(COMMAND_CONTEXT& Context) {
   Context.Projects.NewProject();
 }
@@ -70,8 +96,7 @@ void SaveProjectAs(COMMAND_CONTEXT& Context) {
   SetActionResult(ID, NOT_SAVED);
   QString sPath = ArgOf(ID);
   if (sPath.isEmpty()) {
-    const QString sStart =
-        CProject::Get().GetFileName().isEmpty() ? Context.Projects.sDefaultDirSave : CProject::Get().GetFileName();
+    const QString sStart = CProject::Get().GetFileName().isEmpty() ? QDir::homePath() : CProject::Get().GetFileName();
     sPath = CBatchSession::IsActive()
                 ? QString()
                 : QFileDialog::getSaveFileName(&Context.Window, QStringLiteral("Save Project as..."), sStart,
@@ -88,7 +113,7 @@ void SaveProjectAs(COMMAND_CONTEXT& Context) {
   if (!bUsable) return SetActionError(ID, QLatin1String(ActionError::INVALID_PROJECT_FILENAME), QuotedArg(sPath));
   Context.Projects.sDefaultDirSave = QFileInfo(sPath).absolutePath();
   SetActionArgs(ID, QStringList{sPath});
-  if (Context.Projects.SaveProject(sPath)) SetActionResult(ID, SAVED);
+  if (Context.Projects.SaveProject(QFileInfo(sPath).absoluteFilePath())) SetActionResult(ID, SAVED);
 }
 
 void SaveAll(COMMAND_CONTEXT& Context) {
@@ -99,6 +124,7 @@ void SaveAll(COMMAND_CONTEXT& Context) {
     ClearActionArgs(ACTION_FILE_SAVE_PROJ_AS);
     PerformAction(ACTION_FILE_SAVE_PROJ_AS);
   }
+  Context.Projects.SaveDocuments();
 }
 
 void Exit(COMMAND_CONTEXT& Context) {
@@ -114,6 +140,7 @@ void HelpAbout(COMMAND_CONTEXT&) {
 constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_OPEN, Open},
     {ACTION_FILE_OPEN_RECENT_PROGRAM, OpenRecent},
+    {ACTION_FILE_LOAD, Load},
     {ACTION_FILE_NEW_PROJECT, NewProject},
     {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
     {ACTION_FILE_SAVE_ALL, SaveAll},

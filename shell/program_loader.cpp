@@ -11,6 +11,8 @@
 #include "program/database/file_finder.h"
 #include "project/file_classes.h"
 #include "project/project.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
 #include "shell/session_controller.h"
@@ -25,12 +27,12 @@ CDevice& Device() {
   return CDevice::Get();
 }
 
-class CWaitCursor {
+class CCursorShape {
 public:
-  CWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~CWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-  CWaitCursor(const CWaitCursor&) = delete;
-  CWaitCursor& operator=(const CWaitCursor&) = delete;
+  explicit CCursorShape(Qt::CursorShape Shape) { QGuiApplication::setOverrideCursor(Shape); }
+  ~CCursorShape() { QGuiApplication::restoreOverrideCursor(); }
+  CCursorShape(const CCursorShape&) = delete;
+  CCursorShape& operator=(const CCursorShape&) = delete;
 };
 
 }  // namespace
@@ -41,6 +43,7 @@ void CProgramLoader::OpenDataFile(const QString& sPath) {
   if (!m_Clock.isValid()) m_Clock.start();
   if (IsElfFile(sPath)) {
     CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Opening File..."));
+    SetActionEnabled(ACTION_DEBUG_DOWNLOAD_RESET, false);  // until the next update of all actions
     OpenElfDataFile(sPath);
   } else if (IsBinFile(sPath)) {
     OpenBinDataFile(sPath);
@@ -51,7 +54,7 @@ void CProgramLoader::OpenDataFile(const QString& sPath) {
 }
 
 void CProgramLoader::OpenElfDataFile(const QString& sPath) {
-  const CWaitCursor Wait;
+  const CCursorShape Wait(Qt::WaitCursor);
   CProject::Get().SetProgramFile(sPath);
   CFileFinder::Get()->SetProgramPath(sPath);
   CDeviceDataProvider::Get().ClearCaches(false);
@@ -66,7 +69,11 @@ void CProgramLoader::OpenElfDataFile(const QString& sPath) {
 void CProgramLoader::OpenBinDataFile(const QString& sPath) {
   if (m_Session.GetLoadAddress() == 0) {
     U32 Addr = 0;
-    if (!m_AskAddress || !m_AskAddress(sPath, &Addr)) return;
+    if (!m_AskAddress || !m_AskAddress(sPath, &Addr)) {
+      PrintConsole(QStringLiteral("\"%1\" was not opened: no base address").arg(sPath));
+      m_bUserChosen = m_bReload = false;
+      return;
+    }
     m_Session.SetLoadAddress(Addr);
   }
   OpenOtherDataFile(sPath);
@@ -80,7 +87,7 @@ void CProgramLoader::OpenOtherDataFile(const QString& sPath) {
   StoreProgramData(sPath);
   if (!Device().IsSessionReady()) {
     Device().ScheduleResetTargetExecState();
-    Device().WaitForJob(JT_RESET_TARGET_EXEC_STATE, false, RESET_STATE_WAIT_MS);
+    Device().WaitForJob(JT_RESET_TARGET_EXEC_STATE, true, RESET_STATE_WAIT_MS);
   }
   OnDataFileOpened(sPath);
 }
@@ -104,7 +111,10 @@ void CProgramLoader::ConfigTargetEndianess() {
 void CProgramLoader::OnDataFileOpened(const QString& sPath) {
   const bool bSame = !sPath.isEmpty() && sPath == m_sProgramPath;
   if (!sPath.isEmpty()) ConfigTargetEndianess();
-  if (!bSame && !sPath.isEmpty()) Device().ScheduleClearAllBreakpoints();
+  if (sPath != m_sProgramPath) {
+    Device().ScheduleClearAllBreakpoints();
+    Device().ScheduleClearAllWatchpoints();
+  }
   m_Session.EvalBreakSymbol();
   Q_EMIT DataFileOpened(sPath, bSame);
   if (sPath.isEmpty() || !Device().IsConnected()) {
@@ -112,6 +122,7 @@ void CProgramLoader::OnDataFileOpened(const QString& sPath) {
   } else {
     ContinueSession(sPath);
   }
+  m_Session.EvalBreakSymbol();
   if (IsElfFile(sPath)) {
     const QString sText =
         QStringLiteral("File.Open: completed in %1 ms").arg(m_Clock.isValid() ? m_Clock.elapsed() : 0);
@@ -126,6 +137,7 @@ void CProgramLoader::ContinueSession(const QString& sPath) {
   if (!Device().IsSessionReady() || !IsElfFile(sPath) || (m_bReload && sPath == m_sProgramPath)) {
     m_Session.ResetDevice(RM_BEFORE_DOWNLOAD);
   } else if (m_bUserChosen) {
+    const CCursorShape Arrow(Qt::ArrowCursor);
     const int Answer = CMessageBox::Show(
         QStringLiteral("Download Program"), QStringLiteral("Program file opened. Download to target?"),
         CMessageBox::NO_CHECK_BOX, QString(), QDialogButtonBox::Yes | QDialogButtonBox::No);

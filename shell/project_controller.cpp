@@ -4,7 +4,9 @@
 #include <QFileInfo>
 
 #include "device/device.h"
+#include "device/device_types.h"
 #include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
 #include "project/file_classes.h"
 #include "project/project.h"
 #include "script/vscript.h"
@@ -66,8 +68,17 @@ bool CProjectController::LeaveProject() {
 
 void CProjectController::OpenProject(const QString& sPath) {
   if (!QFileInfo(sPath).isFile() || !LeaveProject()) return;
+  const QString sProject = QFileInfo(sPath).absoluteFilePath();
+  SetCompanionScript(sProject);
   m_Loader.OpenDataFile(QString());
-  CProject::Get().Open(QFileInfo(sPath).absoluteFilePath());
+  CProject::Get().Open(sProject);
+}
+
+void CProjectController::SetCompanionScript(const QString& sProject) {
+  QString sScript = sProject;
+  sScript.replace(QLatin1String("vdebug"), QLatin1String("vnode"));
+  if (sScript == sProject || !QFileInfo(sScript).isFile()) return;
+  CDevice::Get().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sScript.toUtf8().constData());
 }
 
 void CProjectController::NewProject() {
@@ -76,6 +87,8 @@ void CProjectController::NewProject() {
     return;
   }
   CProject::Get().Close();
+  // Without it the first save would write the text of the project that was left.
+  VScript::Close();
   m_Loader.OpenDataFile(QString());
   m_View.OnProjectStateChanged();
 }
@@ -84,11 +97,13 @@ void CProjectController::CreateProject(const QString& sFilePath, const QStringLi
   if (!LeaveProject()) return;
   CProject::Get().Close();
   VScript::SetFilePath(sFilePath);
+  CFileFinder::Get()->SetProjectPath(sFilePath);
   ResetSymbolSettings();
   m_Loader.OpenDataFile(QString());
   m_Session.SetLoadingProject(true);
   CProject::Get().Create(Commands);
   m_Session.SetLoadingProject(false);
+  if (VScript::HasError()) PrintProjectError();
   LoadDefaultRegisterFile();
   m_View.OnProjectStateChanged();
 }

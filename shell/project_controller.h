@@ -37,6 +37,8 @@ public:
   // 0 not modified or saved, otherwise the answer of the question: 2 aborts.
   int SaveProjectIfModified();
   bool SaveProject(const QString& sPath);
+  // Saves the open documents; false when one could not be written.
+  bool SaveDocuments() { return m_View.SaveDocuments(); }
 
   CRecentList& RecentProjects() { return m_RecentProjects; }
   CRecentList& RecentPrograms() { return m_RecentPrograms; }
@@ -50,6 +52,8 @@ public:
 private:
   // The three questions before a project goes; false: it stays.
   bool LeaveProject();
+  // The probe script beside a project, "x.vnode" of "x.vdebug", goes to the device.
+  void SetCompanionScript(const QString& sProject);
   void OnProjectFileOpened(const QString& sPath);
   void OnProjectFileClosed(const QString& sPath);
   void LoadDefaultRegisterFile();

@@ -75,6 +75,7 @@ void PlugProject() {
     CFileFinder::Get()->Clear();
     CFileFinder::Get()->SetProjectPath(sProjectPath);
   };
+  Host.SetProjectPath = [](const QString& sProjectPath) { CFileFinder::Get()->SetProjectPath(sProjectPath); };
   Host.DeviceCommands = DeviceCommands;
   CProject::Get().SetHost(Host);
 }
