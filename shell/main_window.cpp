@@ -8,6 +8,8 @@
 #include <QTabBar>
 #include <QUrl>
 
+#include <chrono>
+
 #include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
@@ -44,7 +46,17 @@ constexpr int TOOLBAR_INTERVAL_MS = 200;
 constexpr double FIRST_SIZE = 0.8;     // of the screen
 constexpr double CONSOLE_SHARE = 0.3;  // of the window's height
 
+// Taken before main, when the libraries have been loaded.
+const std::chrono::steady_clock::time_point ProcessStart = std::chrono::steady_clock::now();
+
 CMainWindow* pMainWindow = nullptr;
+
+void LogFirstPaint() {
+  const auto Elapsed = std::chrono::steady_clock::now() - ProcessStart;
+  LogMsg(QStringLiteral("First paint after %1 ms")
+             .arg(std::chrono::duration_cast<std::chrono::milliseconds>(Elapsed).count()),
+         MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
+}
 
 }  // namespace
 
@@ -339,6 +351,7 @@ bool CMainWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
       if (pWatched == this && !m_bPainted) {
         m_bPainted = true;
         m_WindowShownTimer.start();
+        LogFirstPaint();
         Q_EMIT FirstPaint();
       }
       break;
@@ -351,7 +364,7 @@ bool CMainWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
       break;
     case QEvent::KeyPress: {
       auto* const pWidget = qobject_cast<QWidget*>(pWatched);
-      if (pWidget && pWidget == QApplication::focusWidget() && OnKeyPress(pWidget, static_cast<QKeyEvent*>(pEvent)))
+      if (pWidget && OnKeyPress(pWidget, static_cast<QKeyEvent*>(pEvent)))
         return true;
       break;
     }
