@@ -94,8 +94,9 @@ U64 PerformCommand(U32 ActionID, const QStringList& Args) {
   return WaitForCommand(ActionID) ? static_cast<U32>(Result) : FAILED;
 }
 
-// Commands that answer without the action table, so that a loop over memory prints nothing.
-bool ReadDirectly(U32 ActionID, const QStringList& Args, U64* pResult) {
+// Commands that answer without the action table, so that a loop over memory prints nothing and a message is not echoed
+// as a command.
+bool AnswerDirectly(U32 ActionID, const QStringList& Args, U64* pResult) {
   bool bOk = false;
   switch (ActionID) {
     case ACTION_TARGET_READ_U32:
@@ -106,6 +107,10 @@ bool ReadDirectly(U32 ActionID, const QStringList& Args, U64* pResult) {
       return true;
     case ACTION_TARGET_READ_U8:
       *pResult = ReadTargetInt(Args.value(0).toUInt(nullptr, 0), 1, &bOk);
+      return true;
+    case ACTION_UTIL_LOG:
+      PrintConsoleColor(Args.value(0), CONSOLE_COLOR_SCRIPT);
+      *pResult = 0;
       return true;
     case ACTION_TARGET_GET_REG:
       *pResult = static_cast<U32>(ReadTargetReg(Args.value(0)));
@@ -128,7 +133,7 @@ CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
       Args << ArgText(Engine, Params[i], paArgs[i]);
     }
     U64 Result = 0;
-    return ReadDirectly(ActionID, Args, &Result) ? Result : PerformCommand(ActionID, Args);
+    return AnswerDirectly(ActionID, Args, &Result) ? Result : PerformCommand(ActionID, Args);
   };
 }
 

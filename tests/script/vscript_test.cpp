@@ -21,7 +21,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* LOAD_ONLY = "void OnProjectLoad (void) { Util.Log(\"loaded\"); }";
+constexpr const char* LOAD_ONLY = "void OnProjectLoad (void) { Window.Show(\"loaded\"); }";
 
 std::vector<std::string> ConsoleErrors() {
   std::vector<std::string> Lines;
@@ -37,7 +37,7 @@ protected:
   CVScriptTest() {
     VScript::SetHost({});
     ConsoleErrors();
-    Record(ACTION_UTIL_LOG);
+    Record(ACTION_WINDOW_SHOW);
     Record(ACTION_UTIL_SLEEP);
   }
   ~CVScriptTest() override {
@@ -105,10 +105,11 @@ TEST_F(CVScriptTest, LoadTellsWhatIsWrong) {
 }
 
 TEST_F(CVScriptTest, AFailingHookStopsTheScriptUntilTheNextLoad) {
-  ASSERT_EQ(0, Load("void OnProjectLoad (void) {\n  Util.Log(\"a\");\n  Util.Log(\"b\") \n}\nvoid DebugStart () {}"));
+  ASSERT_EQ(
+      0, Load("void OnProjectLoad (void) {\n  Window.Show(\"a\");\n  Window.Show(\"b\") \n}\nvoid DebugStart () {}"));
   EXPECT_EQ(-1, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD));
   EXPECT_EQ(QStringLiteral("Expected a ';' at line 4"), VScript::GetErrorText());
-  EXPECT_EQ(QStringLiteral("Util.Log(\"b\") \n}\nvoid DebugStart () {}"), VScript::GetErrorStatement());
+  EXPECT_EQ(QStringLiteral("Window.Show(\"b\") \n}\nvoid DebugStart () {}"), VScript::GetErrorStatement());
   EXPECT_THAT(m_Calls, ElementsAre("a", "b"));
   EXPECT_EQ(-1, VScript::ExecFunction(HOOK_DEBUG_START));
   EXPECT_EQ(0, Load(LOAD_ONLY));
@@ -150,15 +151,28 @@ TEST_F(CVScriptTest, CommandsGetTheirArgumentsAsTexts) {
       "Break.SetOnData(0x20000000, 3, AT_READ_WRITE, AW_HALF_WORD, 5, 0xFFFFFFFF);"
       "Break.SetEx(0x80000ab, BP_TYPE_HARD);"
       "Break.SetOnSymbol(\"Counter\", AT_WRITE_ONLY, 99, 1, 0);"
-      "Util.Log(\"\xC3\xA4, \\t\\\\\");");
+      "Window.Show(\"\xC3\xA4, \\t\\\\\");");
   EXPECT_THAT(m_Calls, ElementsAre("-5", "0x20000000|0x3|AT_READ_WRITE|AW_HALF_WORD|0x5|0xFFFFFFFF",
                                    "0x80000AB|BP_TYPE_HARD", "Counter|AT_WRITE_ONLY|99|0x1|0x0", "\xC3\xA4, \t\\"));
 }
 
 TEST_F(CVScriptTest, ANumberIsNoString) {
-  Run("Util.Sleep(Util.Log(5) == 0xFFFFFFFF);");
-  EXPECT_THAT(m_Calls, ElementsAre("1"));
-  EXPECT_THAT(ConsoleErrors(), ElementsAre("Invalid user function parameter: 0x5 (5)"));
+  Run("Util.Sleep(Window.Show(26) == 0xFFFFFFFF); Util.Sleep(Util.Log(-1) == 0xFFFFFFFF);");
+  EXPECT_THAT(m_Calls, ElementsAre("1", "1"));
+  EXPECT_THAT(ConsoleErrors(), ElementsAre("Invalid user function parameter: 0x1A (26)",
+                                           "Invalid user function parameter: 0xFFFFFFFFFFFFFFFF "
+                                           "(18446744073709551615)"));
+}
+
+TEST_F(CVScriptTest, MessagesAreShownWithoutTheirCommand) {
+  Run("Util.Sleep(Util.Log(\"one\")); Util.Log(\"\"); Util.Log(\"two\");");
+  std::vector<std::string> Lines;
+  DrainConsole([&](const CONSOLE_MSG& Msg) {
+    if (Msg.ColorID == CONSOLE_COLOR_SCRIPT) Lines.push_back(Msg.Text);
+    EXPECT_EQ(std::string::npos, std::string(Msg.Text).find("Util.Log")) << Msg.Text;
+  });
+  EXPECT_THAT(Lines, ElementsAre("one", "two"));
+  EXPECT_THAT(m_Calls, ElementsAre("0"));
 }
 
 TEST_F(CVScriptTest, ResultsOfCommandsAreUnsigned) {
@@ -226,7 +240,7 @@ TEST_F(CVScriptTest, RunningFunctionsEndWhenTheHostWantsToClose) {
   for (const char* const sBody : aBodies) {
     ASSERT_EQ(0, Load(QByteArray("int f (int n) { if (n < 1) return 1; return f(n - 1) + f(n - 1); }\n"
                                  "void OnProjectLoad (void) { ") +
-                      sBody + " Util.Log(\"behind\"); }"));
+                      sBody + " Window.Show(\"behind\"); }"));
     VScript::SetHost({{}, [] { VScript::RequestClose(); }});
     EXPECT_EQ(0, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD)) << sBody;
     VScript::SetHost({});
@@ -244,7 +258,7 @@ TEST_F(CVScriptTest, AScriptThatIsDroppedWhileItRunsLeavesNoTrace) {
     VScript::RequestClose();
     VScript::Close();
   });
-  for (const char* const sBody : {"Debug.Connect(); Util.Log(\"behind\");", "Debug.Connect()"}) {
+  for (const char* const sBody : {"Debug.Connect(); Window.Show(\"behind\");", "Debug.Connect()"}) {
     ASSERT_EQ(0, Load(QByteArray("void OnProjectLoad (void) {") + sBody + "}"));
     VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
     EXPECT_FALSE(VScript::HasError()) << sBody;
