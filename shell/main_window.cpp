@@ -3,6 +3,8 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QFileInfo>
+#include <QInputDialog>
 #include <QLocale>
 #include <QScreen>
 #include <QTabBar>
@@ -23,6 +25,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/actions/builtin_commands.h"
+#include "shell/batch_session.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
 #include "shell/log/log.h"
@@ -113,6 +116,15 @@ void CMainWindow::CreateControllers() {
   m_pProjects = std::make_unique<CProjectController>(*this, *m_pSession, *m_pLoader);
   m_pCommands = std::make_unique<COMMAND_CONTEXT>(COMMAND_CONTEXT{*this, *m_pSession, *m_pProjects, *m_pLoader});
   PlugLayersTogether(*m_pSession);
+  m_pLoader->SetAddressQuestion([this](const QString& sPath, U32* pAddr) {
+    if (CBatchSession::IsActive()) return false;
+    bool bOk = false;
+    QString sText = QInputDialog::getText(this, QStringLiteral("Open Binary File"),
+                                          QStringLiteral("Base address of %1:").arg(QFileInfo(sPath).fileName()),
+                                          QLineEdit::Normal, QStringLiteral("0x00000000"), &bOk);
+    if (bOk) *pAddr = sText.remove(QStringLiteral("0x"), Qt::CaseInsensitive).toUInt(&bOk, 16);
+    return bOk;
+  });
 }
 
 CDockWindow* CMainWindow::AddDock(const QString& sName, const QString& sTitle, Qt::DockWidgetArea Area) {
