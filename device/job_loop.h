@@ -28,7 +28,8 @@ public:
 class CJobLoop {
 public:
   static constexpr U32 JOBS_PER_BATCH = 100;
-  static constexpr int IDLE_WAIT_MS = 50;
+  // A third of the interval of the halt poll, so that a poll that is due is not a whole wait late.
+  static constexpr int IDLE_WAIT_MS = 17;
 
   CJobLoop(CJobRings& Rings, CJobRunner& Runner) : Rings(Rings), Runner(Runner) {}
 
