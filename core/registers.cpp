@@ -66,6 +66,11 @@ U32 BankedIndex(U32 Index, const MODE_ROW& Mode) {
   }
 }
 
+// Registers that a mode may have of its own.
+bool IsBanked(U32 Index) {
+  return Index >= 8 && Index != VCORE_REG_PC && Index != VCORE_REG_PSR;
+}
+
 U32 CurrentMode(const SNAPSHOT& Core) {
   U32 Value = 0;
   U8 Status = 1;
@@ -78,7 +83,9 @@ U32 CurrentMode(const SNAPSHOT& Core) {
 std::vector<U32> MapAll(const SNAPSHOT& Core, U32 First, U32 Count) {
   std::vector<U32> aIndex(Count);
   const bool bBanked = HasBankedRegs(Core.Cpu.CoreId);
-  const MODE_ROW& Mode = RowOfMode(bBanked ? CurrentMode(Core) : U32(MODE_SYS));
+  bool bNeedsMode = false;
+  for (U32 i = 0; bBanked && i < Count; ++i) bNeedsMode = bNeedsMode || IsBanked(First + i);
+  const MODE_ROW& Mode = RowOfMode(bNeedsMode ? CurrentMode(Core) : U32(MODE_SYS));
   for (U32 i = 0; i < Count; ++i) {
     const U32 Logic = First + i;
     aIndex[i] = Logic >= Core.Info.NumRegs ? INVALID_REG_INDEX : bBanked ? BankedIndex(Logic, Mode) : Logic;

@@ -204,6 +204,9 @@ bool CDevice::IsHalted() const {
 U64 CDevice::GetPC() const {
   return pParts->Ctx.State.Target.PC;
 }
+U32 CDevice::PCIndex() const {
+  return pParts->Program.MapRegIndex(VNODE_REG_PC);
+}
 U64 CDevice::GetSP() const {
   return pParts->Ctx.State.Target.SP;
 }

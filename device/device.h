@@ -127,6 +127,7 @@ public:
   bool IsConnectionLost() const;
   bool IsHalted() const;
   U64 GetPC() const override;
+  U32 PCIndex() const override;
   U64 GetSP() const;
   // The whole state: flags, execution state, capabilities, configuration. See device_context.h for who may write what.
   CDeviceContext& Context();

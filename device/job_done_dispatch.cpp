@@ -325,6 +325,10 @@ bool DispatchProbe(L& Listener, const DEVICE_JOB& Job) {
   }
 }
 
+bool IsPC(U32 VNodeRegIdx) {
+  return VNodeRegIdx == (pDeviceView ? pDeviceView->PCIndex() : static_cast<U32>(VNODE_REG_PC));
+}
+
 // Operations that sum up. Those that claim a halt or a changed PC belong to a success only.
 void CallFollowUps(L& Listener, const DEVICE_JOB& Job) {
   const bool bDone = Job.Status == JS_DONE;
@@ -333,7 +337,7 @@ void CallFollowUps(L& Listener, const DEVICE_JOB& Job) {
   if (IsStepJob(Job.Type)) Listener.OnDeviceStepped(PC);
   if (Job.Type >= JT_SET_BP && Job.Type <= JT_CLEAR_ALL_BPS) Listener.OnDeviceBPStateChanged();
   if (Job.Type >= JT_SET_WPS && Job.Type <= JT_CLEAR_ALL_WPS) Listener.OnDeviceWPStateChanged();
-  if (Job.Type == JT_WRITE_REG && P(Job, 0) == VNODE_REG_PC && bDone) {
+  if (Job.Type == JT_WRITE_REG && bDone && IsPC(P(Job, 0))) {
     Listener.OnDeviceHaltDone(P(Job, 1), HR_STATE_CHANGED);
   }
   if (Job.Type == JT_SET_TARGET_EXEC_STATE && bDone) {

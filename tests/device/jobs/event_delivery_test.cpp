@@ -13,11 +13,13 @@ struct FAKE_VIEW : CDeviceView {
   bool bReady = true;
   bool bStepping = false;
   U64 PC = 0x100;
+  U32 IndexOfPC = VNODE_REG_PC;
   bool IsConnected() const override { return true; }
   bool IsAccessible() const override { return bAccessible; }
   bool IsSessionReady() const override { return bReady; }
   bool IsStepping() const override { return bStepping; }
   U64 GetPC() const override { return PC; }
+  U32 PCIndex() const override { return IndexOfPC; }
 };
 
 // Writes down some of what it hears.
@@ -133,6 +135,12 @@ TEST_F(EventDelivery, JobsBecomeOperations) {
   };
   for (const auto& Case : aCase) EXPECT_EQ(Deliver(Case.Job), Case.sCalls) << JobTypeName(Case.Job.Type);
   EXPECT_EQ(Rings.Counters.NumReleased, std::size(aCase));
+}
+
+TEST_F(EventDelivery, CoresNumberTheirPCDifferently) {
+  View.IndexOfPC = 9;
+  EXPECT_EQ(Deliver(Job(JT_WRITE_REG, JS_DONE, 9, 0x300)), (QStringList{"write access", "reg 9=300", "halt 300 1"}));
+  EXPECT_EQ(Deliver(Job(JT_WRITE_REG, JS_DONE, VNODE_REG_PC, 0x300)), (QStringList{"write access", "reg f=300"}));
 }
 
 TEST_F(EventDelivery, WritesAreAnnouncedInAReadySessionOnly) {
