@@ -83,6 +83,8 @@ int CExecutionControl::Continue() {
   Exec.bUserHalt = false;
   Exec.bRunning = true;
   if (Ctx.State.ResetMode == RM_RESET_AND_RUN) Exec.bStartupDone = true;
+  // A condition that is still being evaluated has nothing to decide any more.
+  if (Exec.bVerdictPending.exchange(false)) Exec.bHaltPending = false;
   return 0;
 }
 
@@ -119,7 +121,9 @@ int CExecutionControl::Reset(RESET_MODES Mode) {
   Ctx.LogDebugMsg(QStringLiteral("Resetting target..."));
   if (ResetHardware() < 0) return -1;
   Breakpoints.ClearAllBreakpoints(BP_STATE_HIDDEN);
-  // Whether it halted is asked anew, and watched for when it does not.
+  // Whether it halted is asked anew, and watched for when it does not. A halt sequence from before is over.
+  Ctx.State.Exec.bVerdictPending = false;
+  Ctx.State.Exec.bHaltPending = false;
   Ctx.State.Exec.bHalted = false;
   Ctx.State.Exec.bAccessible = false;
   Ctx.State.Exec.bRunning = true;
@@ -152,8 +156,8 @@ bool CExecutionControl::CanStep() {
     Ctx.LogDebugMsg(QStringLiteral("cannot step. target not connected"));
     return false;
   }
-  // A halt that the halt sequence has not finished with does not count: a resume would be refused.
-  if (!Ctx.State.Exec.bHalted) {
+  // A halt that may not stand does not count: the verdict would meet a target that is elsewhere.
+  if (!Ctx.State.Exec.bHalted || Ctx.State.Exec.bVerdictPending) {
     Ctx.LogDebugMsg(QStringLiteral("cannot step. target not halted"));
     return false;
   }

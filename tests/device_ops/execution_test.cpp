@@ -284,6 +284,35 @@ TEST_F(CExecutionTest, TheUserOverrulesACondition) {
   EXPECT_FALSE(Ops.Control.IsHaltNeeded());
 }
 
+TEST_F(CExecutionTest, WhileAConditionIsEvaluated) {
+  Connect();
+  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Ctx.Breakpoints.SetConditional(NEXT, true);
+  HaltAt(NEXT);
+  Forget();
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Ops.Control.RunTo(NEXT + 8), -1);
+  EXPECT_EQ(Probe.CallText(), "") << "neither steps nor runs away from the verdict";
+  EXPECT_EQ(Ops.Control.Continue(), 0);
+  EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
+  Probe.Halted = 0;
+  Ops.Halts.FinishHaltSeq(NEXT, true);
+  EXPECT_EQ(Sink.TakeEvents(), "") << "the target runs";
+  HaltAt(NEXT + 4);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000124") << "and is watched";
+
+  Ops.Control.Continue();
+  HaltAt(NEXT);
+  Sink.Events.clear();
+  Probe.bStaysRunning = true;
+  Probe.Halted = 0;
+  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
+  Ops.Halts.FinishHaltSeq(NEXT, true);
+  EXPECT_EQ(Sink.TakeEvents(), "") << "a reset ends the evaluation, halted or not";
+  HaltAt(NEXT + 4);
+  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000124");
+}
+
 TEST_F(CExecutionTest, SemihostingRequests) {
   struct CASE {
     bool bHandler, bEnabled;
