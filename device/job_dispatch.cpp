@@ -129,6 +129,8 @@ void CJobDispatch::AddRegisterHandlers() {
 void CJobDispatch::AddMemoryHandlers() {
   SetHandler(JT_READ_MEM, [this](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, Job.Param[1], 1) || !Holds(Job, 1, Job.Param[1], 1)) return -1;
+    // A refused access leaves the status alone, and zero means valid.
+    std::memset(Job.pDyn[1], MEM_UNAVAILABLE, Job.Param[1]);
     return static_cast<int>(Ops.Memory.ReadMem(P(Job, 0), P(Job, 1), P(Job, 2), static_cast<I8>(Job.Param[3]),
                                                P(Job, 4), Job.Dyn<U8>(0), Job.Dyn<U8>(1)));
   });
