@@ -112,7 +112,8 @@ private:
 
   void RefetchLocs();
 
-  static bool IsRangeInSpace(U32 Addr, U32 NumBytes);
+  // Not empty, within the address space, and what one read job can hold.
+  static bool IsReadableRange(U32 Addr, U32 NumBytes);
   int FetchMem(U32 Addr, U32 NumBytes, U32 ChunkSize, U8 AW, U32 Flags);
   int FetchRun(U64 Addr, U64 End, U32 ChunkSize, U8 AW, U32 Flags);
   U64 EndOfRun(U64 Addr, U64 End) const;

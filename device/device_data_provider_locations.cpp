@@ -37,7 +37,7 @@ U8 CDeviceDataProvider::ReadLocCache(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* p
   const LOC_PLACE Place = PlaceOf(Loc);
   if (Place.Kind == LOC_NOWHERE) return MEM_UNAVAILABLE;
   if (Place.Kind == LOC_MEM) {
-    if (!IsRangeInSpace(Place.Addr, NumBytes)) return MEM_UNAVAILABLE;
+    if (!IsReadableRange(Place.Addr, NumBytes)) return MEM_UNAVAILABLE;
     return Memory.Read(Place.Addr, NumBytes, paData, nullptr);
   }
   U64 Value = Loc.Value;

@@ -4,13 +4,14 @@
 #include "device/device_data_provider.h"
 #include "device/device_log.h"
 
-bool CDeviceDataProvider::IsRangeInSpace(U32 Addr, U32 NumBytes) {
-  return NumBytes > 0 && static_cast<U64>(Addr) + NumBytes <= CMemoryCache::SPACE_BYTES;
+bool CDeviceDataProvider::IsReadableRange(U32 Addr, U32 NumBytes) {
+  return NumBytes > 0 && NumBytes <= MAX_DYN_PARAM_BYTES &&
+         static_cast<U64>(Addr) + NumBytes <= CMemoryCache::SPACE_BYTES;
 }
 
 int CDeviceDataProvider::RequestMem(CDeviceEventListener* pListener, U32 Addr, U32 NumBytes, U32 ChunkSize, U8 AW,
                                     U32 Flags) {
-  if (pListener == nullptr || !IsRangeInSpace(Addr, NumBytes)) return DATA_UNAVAILABLE;
+  if (pListener == nullptr || !IsReadableRange(Addr, NumBytes)) return DATA_UNAVAILABLE;
   const DATA_REQUEST Request = DATA_REQUEST::Mem(pListener, Addr, NumBytes);
   if (Access.IsAccessible() && !(Flags & MEM_FLAG_NO_CACHE)) {
     const U8 Status = DeliverMem(Request);
@@ -80,7 +81,7 @@ U8 CDeviceDataProvider::DeliverMem(const DATA_REQUEST& Request) {
 }
 
 int CDeviceDataProvider::GetMem(CDeviceEventListener* pListener, U32 Addr, U32 NumBytes, U8 AW, U8* paData) {
-  if (pListener == nullptr || paData == nullptr || !IsRangeInSpace(Addr, NumBytes)) return 1;
+  if (pListener == nullptr || paData == nullptr || !IsReadableRange(Addr, NumBytes)) return 1;
   U8 Status = MEM_STALE;
   if (Access.IsAccessible()) {
     Status = Memory.Read(Addr, NumBytes, paData, nullptr);
@@ -112,17 +113,14 @@ int CDeviceDataProvider::GetMem(CDeviceEventListener* pListener, U32 Addr, U32 N
 
 void CDeviceDataProvider::CancelMemRequests() {
   for (const DATA_REQUEST& Request : Requests.TakeKind(DR_MEM)) {
-    if (Request.pListener == this) {
-      Requests.Add(Request);
-      continue;
-    }
-    const auto [Addr, NumBytes] = Request.ToMem();
-    Memory.SetStatus(Addr, NumBytes, MEM_STALE);
+    if (Request.pListener == this) Requests.Add(Request);
   }
   for (DATA_REQUEST* pRequest : apServing) {
     if (pRequest->Kind == DR_MEM) pRequest->pListener = nullptr;
   }
   Access.CancelJobs(JT_READ_MEM, JQ_ALL);
+  // Not the requests' ranges alone: reads are wider than what was asked for, and their asker may be gone.
+  Memory.ReplaceStatus(MEM_PENDING, MEM_STALE);
   RefetchLocs();
 }
 

@@ -68,6 +68,12 @@ void CMemoryCache::SetStatus(U32 Addr, U32 NumBytes, U8 Status) {
   });
 }
 
+void CMemoryCache::ReplaceStatus(U8 From, U8 To) {
+  for (auto& pPage : apPage) {
+    if (pPage) std::replace(pPage->aStatus.begin(), pPage->aStatus.end(), From, To);
+  }
+}
+
 U64 CMemoryCache::Find(U64 Addr, U64 End, U8 Status) const {
   End = std::min(End, SPACE_BYTES);
   while (Addr < End) {

@@ -26,6 +26,8 @@ public:
   // Stores data with its status bytes; without them everything is valid.
   void Write(U32 Addr, U32 NumBytes, const U8* paData, const U8* paStatus);
   void SetStatus(U32 Addr, U32 NumBytes, U8 Status);
+  // Gives every byte of the status From the status To.
+  void ReplaceStatus(U8 From, U8 To);
   // Address of the first byte in [Addr, End) with the status, End when there is none.
   U64 Find(U64 Addr, U64 End, U8 Status) const;
 

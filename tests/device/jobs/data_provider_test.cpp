@@ -177,6 +177,8 @@ TEST_F(DataProvider, BadRequests) {
   EXPECT_EQ(Provider.RequestMem(nullptr, 0x1000, 4, 0, 0, 0), DATA_UNAVAILABLE);
   EXPECT_EQ(Request(A, 0x1000, 0), DATA_UNAVAILABLE);
   EXPECT_EQ(Request(A, 0xFFFFFFF0, 17), DATA_UNAVAILABLE);
+  EXPECT_EQ(Request(A, 0, 0xFFFFFFFF), DATA_UNAVAILABLE) << "more than a job holds";
+  EXPECT_TRUE(Access.TakeJobs().isEmpty());
   Access.bRefuse = true;
   EXPECT_EQ(Request(A, 0x1000, 4), DATA_UNAVAILABLE);
   Access.bRefuse = false;
@@ -295,6 +297,18 @@ TEST_F(DataProvider, CancelTakesBackTheMemoryRequests) {
   EXPECT_TRUE(A.Take().isEmpty());
   Provider.OnDeviceReadRegDone(3, 33);
   EXPECT_EQ(A.Take(), QStringList{"r3=33"}) << "registers are still awaited";
+}
+
+TEST_F(DataProvider, NothingWaitsForACancelledRead) {
+  Request(A, 0x1001, 2);  // read as 0x1000 to 0x1004
+  auto pGone = std::make_unique<CAsker>();
+  Request(*pGone, 0x2000, 16);
+  pGone.reset();
+  Provider.CancelMemRequests();
+  Access.TakeJobs();
+  EXPECT_EQ(Request(B, 0x1000, 1), DATA_PENDING);
+  EXPECT_EQ(Request(B, 0x2004, 4), DATA_PENDING);
+  EXPECT_EQ(Access.TakeJobs(), (QStringList{"mem 1000+1 aw0 f0", "mem 2004+4 aw0 f0"}));
 }
 
 TEST_F(DataProvider, ListenersMayAskOrGoWhileTheyAreServed) {
