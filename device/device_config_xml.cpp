@@ -34,6 +34,7 @@ namespace {
 
 constexpr I64 HZ_PER_KHZ = 1000;
 constexpr qsizetype MAX_DEVICE_NAME_BYTES = 256;
+constexpr qsizetype MAX_TAGS = 1000;  // the parser takes stack for every level of nesting
 constexpr char ROOT[] = "VNodeSettings";
 constexpr char SPEED_AUTO[] = "auto";
 constexpr char SPEED_ADAPTIVE[] = "adaptive";
@@ -138,6 +139,10 @@ QByteArray CDeviceConfig::ToXML() const {
 }
 
 bool ParseConfigXML(const QByteArray& sXML, QList<CONFIG_ENTRY>& Entries, QString& sError) {
+  if (sXML.count('<') > MAX_TAGS) {
+    sError = QStringLiteral("more than %1 tags").arg(MAX_TAGS);
+    return false;
+  }
   std::vector<char> Buffer(sXML.begin(), sXML.end());
   Buffer.push_back('\0');
   rapidxml::xml_document<> Document;

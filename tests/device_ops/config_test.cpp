@@ -55,6 +55,7 @@ TEST_F(CConfigTest, BadXMLChangesNothing) {
     EXPECT_EQ(Ops.Configurator.Configure(sXML), -1) << sXML;
   }
   EXPECT_EQ(Ops.Configurator.Configure(nullptr), -1);
+  EXPECT_EQ(Ops.Configurator.Configure(QByteArray("<a>").repeated(1000000).constData()), -1);
   EXPECT_EQ(Ctx.Config.ToXML(), sBefore);
 }
 
