@@ -98,7 +98,8 @@ TEST_F(MemoryTest, DownloadTakesPiecesInAnyOrder) {
   ASSERT_EQ(API.VNODEARM_WriteMem(Base + 4000, 3000, Overlapped.data()), 0);
   ASSERT_EQ(API.VNODEARM_WriteMem(Base + 5000, 5000, Image.data() + 5000), 0);
   ASSERT_EQ(API.VNODEARM_WriteMem(Base, 5000, Image.data()), 0);
-  EXPECT_EQ(API.VNODEARM_WriteMemEx(FLASH_SIZE - 2, 4, Image.data() + Image.size() - 2, 0), 2) << "beyond flash";
+  const U8 aAcross[] = {Image[Image.size() - 2], Image[Image.size() - 1], 0xEE, 0xEE};
+  EXPECT_EQ(API.VNODEARM_WriteMemEx(FLASH_SIZE - 2, sizeof(aAcross), aAcross, 0), 2) << "beyond flash";
   ASSERT_EQ(API.VNODEARM_EndDownload(), 0);
   std::vector<U8> Read(Image.size());
   ASSERT_EQ(API.VNODEARM_ReadMem(Base, static_cast<U32>(Read.size()), Read.data()), 0);
