@@ -46,8 +46,10 @@ namespace {
 
 constexpr int WINDOW_SHOWN_DELAY_MS = 10;
 constexpr int TOOLBAR_INTERVAL_MS = 200;
-constexpr double FIRST_SIZE = 0.8;     // of the screen
-constexpr double CONSOLE_SHARE = 0.3;  // of the window's height
+constexpr int UNLIMITED_INPUT = 32767;    // characters, the toolkit's own limit
+constexpr int SEPARATOR_LIGHTNESS = 115;  // percent of the button colour
+constexpr double FIRST_SIZE = 0.8;        // of the screen
+constexpr double CONSOLE_SHARE = 0.3;     // of the window's height
 
 // Taken before main, when the libraries have been loaded.
 const std::chrono::steady_clock::time_point ProcessStart = std::chrono::steady_clock::now();
@@ -225,6 +227,9 @@ void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
 }
 
 void CMainWindow::OnWindowShown() {
+  setStyleSheet(styleSheet() +
+                QStringLiteral("QMainWindow::separator:vertical {background: %1; width: 1px; height: 1px;}")
+                    .arg(palette().color(QPalette::Button).lighter(SEPARATOR_LIGHTNESS).name()));
   LogStartupFacts();
   OpenWhatComesFirst(*this, *m_pProjects);
   Q_EMIT Started();
@@ -342,7 +347,9 @@ bool CMainWindow::OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent) {
     return true;
   }
   if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return false;
-  if (pEvent->key() == Qt::Key_Escape && !qobject_cast<QLineEdit*>(pWidget)) {
+  const auto* const pInput = qobject_cast<const QLineEdit*>(pWidget);
+  const bool bLimited = pInput && pInput->maxLength() < UNLIMITED_INPUT;
+  if (pEvent->key() == Qt::Key_Escape && !bLimited) {
     m_pSource->setFocus();
     return false;
   }
@@ -376,8 +383,7 @@ bool CMainWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
       break;
     case QEvent::KeyPress: {
       auto* const pWidget = qobject_cast<QWidget*>(pWatched);
-      if (pWidget && OnKeyPress(pWidget, static_cast<QKeyEvent*>(pEvent)))
-        return true;
+      if (pWidget && OnKeyPress(pWidget, static_cast<QKeyEvent*>(pEvent))) return true;
       break;
     }
     default:

@@ -15,6 +15,7 @@
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"
 #include "ui/status_bar.h"
+#include "ui/window_types.h"
 
 namespace {
 
@@ -124,8 +125,8 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
 }
 
 void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
-  // The target may run again by now: the next halt is on its way.
-  if (!Device().IsHalted()) return;
+  // The target may run on: the next halt is on its way.
+  if (!IsStandingStill()) return;
   m_View.ShowPC(PC);
   Status().SetStatusMessage(QStringLiteral("CPU halted"));
   Status().EndProgress();

@@ -11,6 +11,11 @@ DEBUG_STATES GetDebugState() {
   return CDevice::Get().IsHalted() ? DEBUG_STATE_HALTED : DEBUG_STATE_RUNNING;
 }
 
+bool IsStandingStill() {
+  const CDevice& Device = CDevice::Get();
+  return Device.IsHalted() && !Device.IsJobPending(JT_RUN_TO) && !Device.IsJobPending(JT_CONTINUE);
+}
+
 bool IsCurrentPC(U32 PC) {
   const U32 Mask = ~(VCore::GetInfo().InstAlign - 1);
   return PC != INVALID_ADDR && (PC & Mask) == (static_cast<U32>(CDevice::Get().GetPC()) & Mask);

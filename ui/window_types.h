@@ -26,5 +26,7 @@ enum WINDOW_FLAGS : U32 {
 // Which windows update at a halt: those that are seen, those that are at least open as a tab, or all.
 enum WIN_UPDATE_MODES { WIN_UPDATE_VISIBLE = 0, WIN_UPDATE_OPEN = 1, WIN_UPDATE_ALWAYS = 2 };
 
+// The target is halted and no job is about to resume it: what it shows now is worth looking at.
+bool IsStandingStill();
 // Whether PC is where the device stands now; an older halt's PC is not.
 bool IsCurrentPC(U32 PC);

@@ -40,8 +40,8 @@ void OpenApplicationLog(const CMD_LINE_ARGS& Args) {
 }
 
 int RunApplication(CBatchSession* pBatch) {
-  auto pWindow = std::make_unique<CMainWindow>();
   qInstallMessageHandler(HandleQtMessage);
+  auto pWindow = std::make_unique<CMainWindow>();
   if (pBatch) pBatch->Run(*pWindow);
   pWindow->show();
   const int Result = QApplication::exec();

@@ -251,9 +251,9 @@ void CSourceWindow::Repaint() {
   CWindow::Repaint();
 }
 
-// A target that runs again has no place to show: the next halt is on its way.
+// A target that runs on has no place to show: the next halt is on its way.
 void CSourceWindow::Update(U32 NewPC) {
-  if (CDevice::Get().IsHalted()) ShowPC(NewPC);
+  if (IsStandingStill()) ShowPC(NewPC);
 }
 
 bool CSourceWindow::IsEmpty() const {
