@@ -1,5 +1,7 @@
 #include "shell/actions/command_console.h"
 
+#include <utility>
+
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_table.h"
 #include "shell/actions/command_text.h"
@@ -17,6 +19,33 @@ constexpr int HELP_COLUMN_DESCRIPTION = 68;
 constexpr int HELP_WIDTH = 150;
 
 COMMAND_REPORT LastCommand;
+
+// A command that misses its arguments may get them from a dialog, or be called off, while its handler runs, and a
+// refused step is not echoed: their echo waits for the first message of the handler or for the handler's end.
+U32 WaitingEcho = NUM_ACTIONS;
+
+bool MayBeCalledOff(U32 ID) {
+  if (ID == ACTION_DEBUG_STEP_INTO || ID == ACTION_DEBUG_STEP_OVER) return true;
+  return GetParamCount(ID) > 0 && !HasActionArgs(ID);
+}
+
+void PrintEcho(U32 ID) {
+  const QString sText = GetCommandText(ID);
+  if (!sText.isEmpty() && !IsEchoSuppressed(ID)) PrintConsoleColor(sText, CONSOLE_COLOR_USER);
+}
+
+void FlushEcho() {
+  const U32 ID = std::exchange(WaitingEcho, NUM_ACTIONS);
+  SetBeforePrint(nullptr);
+  if (ID != NUM_ACTIONS) PrintEcho(ID);
+}
+
+void EchoBefore(U32 ID) {
+  FlushEcho();
+  if (!MayBeCalledOff(ID)) return PrintEcho(ID);
+  WaitingEcho = ID;
+  SetBeforePrint(FlushEcho);
+}
 
 void ReportLast(U32 ID, const QString& sText, const QString& sError) {
   const ACTION_ENTRY* pEntry = CActionTable::Instance().Find(ID);
@@ -77,7 +106,7 @@ void OnActionTriggered(QAction* pAction) {
   if (sText.isEmpty()) {
     ClearActionArgs(pEntry->Info.ActionID);
   } else if (pEntry->Info.EchoCommand && !IsEchoSuppressed(pEntry->Info.ActionID)) {
-    PrintConsoleColor(sText, CONSOLE_COLOR_USER);
+    EchoBefore(pEntry->Info.ActionID);
   }
 }
 
@@ -88,12 +117,10 @@ void OnActionPerformed(QAction* pAction) {
   const QString sText = GetCommandText(ID);
   const QString sError = GetActionError(ID);
   if (!sText.isEmpty()) ReportLast(ID, sText, sError);
-  if (!IsEchoSuppressed(ID)) {
-    if (!sText.isEmpty() && pEntry->Info.EchoAfterPerform && pEntry->Info.EchoCommand) {
-      PrintConsoleColor(sText, CONSOLE_COLOR_USER);
-    }
-    if (!sError.isEmpty()) PrintConsoleError(CommandErrorLine(sText, sError));
-  }
+  if (WaitingEcho == ID) FlushEcho();
+  if (pEntry->Info.EchoAfterPerform && pEntry->Info.EchoCommand) PrintEcho(ID);
+  // A refusal without echo still has to be told.
+  if (!sError.isEmpty()) PrintConsoleError(CommandErrorLine(sText, sError));
   ClearActionArgs(ID);
 }
 

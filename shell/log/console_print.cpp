@@ -1,6 +1,7 @@
 #include "shell/log/console_print.h"
 
 #include <chrono>
+#include <utility>
 
 #include "shell/log/log.h"
 
@@ -22,6 +23,8 @@ CConsoleRing& Ring() {
   return TheRing;
 }
 
+thread_local void (*BeforePrint)() = nullptr;
+
 // Bytes of the longest part that fits a slot and ends at a character's border.
 size_t FittingBytes(const char* sText, size_t NumBytes) {
   if (NumBytes <= CONSOLE_MAX_TEXT_BYTES) return NumBytes;
@@ -32,6 +35,7 @@ size_t FittingBytes(const char* sText, size_t NumBytes) {
 
 void Queue(const char* sText, size_t NumBytes, U32 Rgba, I32 ColorID, bool UseMono) {
   if (NumBytes == 0) return;
+  if (void (*const Print)() = std::exchange(BeforePrint, nullptr)) Print();
   CONSOLE_MSG Msg;
   const size_t Size = FittingBytes(sText, NumBytes);
   std::memcpy(Msg.Text, sText, Size);
@@ -73,6 +77,10 @@ void PrintConsoleLines(const QStringList& Lines, I32 ColorID) {
 
 void PrintConsoleError(const QString& sText) {
   PrintConsoleColor(sText, CONSOLE_COLOR_ERROR);
+}
+
+void SetBeforePrint(void (*Print)()) {
+  BeforePrint = Print;
 }
 
 U32 DrainConsole(const std::function<void(const CONSOLE_MSG&)>& Show) {

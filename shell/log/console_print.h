@@ -25,6 +25,10 @@ void PrintConsoleLines(const QStringList& Lines, I32 ColorID);
 // In the error colour.
 void PrintConsoleError(const QString& sText);
 
+// Called once, on the calling thread, ahead of the next message that this thread queues: what belongs in front of it is
+// printed there. Null: nothing. Main thread.
+void SetBeforePrint(void (*Print)());
+
 inline constexpr U32 CONSOLE_DRAIN_MAX = 100;  // messages per call
 
 // Hands at most CONSOLE_DRAIN_MAX waiting messages to Show, oldest first, and appends each to the console log file.

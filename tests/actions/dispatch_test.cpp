@@ -190,6 +190,28 @@ TEST_F(DispatchTest, EchoComesBeforeOrAfterTheHandlerAsTheRowSays) {
   }
 }
 
+TEST_F(DispatchTest, EchoWaitsWhileTheCommandMayBeCompletedOrCalledOff) {
+  QString sChosen;
+  RegisterActionHandler(ACTION_FILE_OPEN, [&] {
+    if (GetActionArgs(ACTION_FILE_OPEN).isEmpty() && sChosen.isEmpty()) return SuppressEcho(ACTION_FILE_OPEN);
+    if (!sChosen.isEmpty()) SetActionArgs(ACTION_FILE_OPEN, QStringList{sChosen});
+    PrintConsole(QStringLiteral("opening"));
+    PerformAction(ACTION_UTIL_LOG, QStringLiteral("inner"));
+  });
+  RegisterActionHandler(ACTION_UTIL_LOG, [] { PrintConsole(QStringLiteral("logged")); });
+  RegisterActionHandler(ACTION_DEBUG_STEP_INTO, [] {
+    SuppressEcho(ACTION_DEBUG_STEP_INTO);
+    SetActionError(ACTION_DEBUG_STEP_INTO, ActionError::NOT_CONNECTED);
+  });
+  PerformAction(ACTION_FILE_OPEN);
+  PerformAction(ACTION_DEBUG_STEP_INTO);
+  EXPECT_THAT(Console(), ElementsAre("!Debug.StepInto(): not connected")) << "called off, and refused";
+  sChosen = QStringLiteral("a.elf");
+  PerformAction(ACTION_FILE_OPEN);
+  EXPECT_THAT(Console(), ElementsAre("File.Open (\"a.elf\");", "opening", "Util.Log (\"inner\");", "logged"));
+  for (const U32 ID : {ACTION_FILE_OPEN, ACTION_UTIL_LOG, ACTION_DEBUG_STEP_INTO}) UnregisterActionHandler(ID);
+}
+
 TEST_F(DispatchTest, DisabledMenuEntriesStillAnswerInTheirOwnWords) {
   RegisterActionHandler(ACTION_DEBUG_CONTINUE,
                         [] { SetActionError(ACTION_DEBUG_CONTINUE, ActionError::NOT_CONNECTED); });
