@@ -116,6 +116,8 @@ void EditFont(COMMAND_CONTEXT& Context) {
   const QFont Font = TextToFont(Args.value(1), &bOk);
   if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Args.value(1));
   SetFont(static_cast<U32>(FontID), Font, false);
+  SetActionArgs(ID, QStringList{QLatin1String(GetFontInfo(static_cast<U32>(FontID))->sName),
+                                FontToText(static_cast<U32>(FontID))});
   Context.Window.ApplyFonts();
 }
 

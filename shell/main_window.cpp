@@ -32,6 +32,8 @@
 #include "shell/look/look.h"
 #include "shell/menus.h"
 #include "shell/program_loader.h"
+#include "shell/settings/colors.h"
+#include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "shell/startup.h"
@@ -153,7 +155,16 @@ void CMainWindow::ApplyFonts() {
     ApplyFontsTo(*pWindow);
     pWindow->Repaint();
   }
-  CStatusBar::_GetSingleton()->SetFont(::GetFont(0));
+  for (CDockWindow* const pDock : m_Docks) pDock->ApplyFont();
+  CStatusBar::_GetSingleton()->SetFont(::GetFont(FONT_APP));
+}
+
+void CMainWindow::ApplyColor(U32 ID, const QColor& Color) {
+  for (CWindow* const pWindow : m_Windows) {
+    pWindow->SetColor(static_cast<int>(ID), Color);
+    pWindow->Repaint();
+  }
+  for (CDockWindow* const pDock : m_Docks) pDock->UpdateStyle();
 }
 
 void CMainWindow::CreateMenus() {
@@ -362,6 +373,20 @@ bool CMainWindow::OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent) {
     }
   }
   return false;
+}
+
+// The tips of menu entries and buttons take their turn among the status bar's texts.
+bool CMainWindow::event(QEvent* pEvent) {
+  if (pEvent->type() != QEvent::StatusTip) return CWindow::event(pEvent);
+  CStatusBar::_GetSingleton()->OnTempStatusMsgChanged(static_cast<QStatusTipEvent*>(pEvent)->tip());
+  return true;
+}
+
+void CMainWindow::changeEvent(QEvent* pEvent) {
+  CWindow::changeEvent(pEvent);
+  if (pEvent->type() != QEvent::PaletteChange) return;
+  UpdatePaletteColors();
+  for (U32 ID = 0; ID < NUM_COLORS; ++ID) ApplyColor(ID, GetColor(ID));
 }
 
 bool CMainWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {

@@ -37,6 +37,8 @@ public:
   void ShowWindow(CWindow* pWindow);
   // Gives every window its fonts anew.
   void ApplyFonts();
+  // Tells every window of a colour that has changed.
+  void ApplyColor(U32 ID, const QColor& Color);
   // Icons and tips of the start and reset buttons by the present modes.
   void UpdateModeButtons();
   CSourceWindow& Source() { return *m_pSource; }
@@ -72,6 +74,8 @@ Q_SIGNALS:
 protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
   void closeEvent(QCloseEvent* pEvent) override;
+  bool event(QEvent* pEvent) override;
+  void changeEvent(QEvent* pEvent) override;
 
 private:
   void CreateControllers();

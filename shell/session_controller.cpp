@@ -147,12 +147,13 @@ void CSessionController::ResumeDevice() {
   Device().ScheduleContinue(GO_USER);
 }
 
-void CSessionController::EvalBreakSymbol() {
+bool CSessionController::EvalBreakSymbol() {
   PARSED_LOC_KIND Kind{};
   const QString sSymbol = GetVarString(VAR_BREAK_AT_THIS_SYMBOL);
   const CAddrRange Range = sSymbol.isEmpty() ? CAddrRange() : ELFAPI_ParseLocation(sSymbol, Kind);
   const bool bFound = !sSymbol.isEmpty() && Kind != PARSED_LOC_NONE;
   Device().ScheduleSetConfigParam(DCP_BREAK_SYMBOL_ADDR, bFound ? static_cast<int>(Range.Start) : -1);
+  return bFound;
 }
 
 int CSessionController::RunToBreakSymbol() {

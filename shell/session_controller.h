@@ -60,8 +60,8 @@ public:
   void SetDownloadKind(DOWNLOAD_KINDS Kind) { m_DownloadKind = Kind; }
   // Runs a hook of the project, if it has it; shows the console when that fails. See VScript::ExecFunction.
   int ExecScriptFunc(int FuncID);
-  // Finds the address of VAR_BREAK_AT_THIS_SYMBOL in the present program and tells the device.
-  void EvalBreakSymbol();
+  // Finds the address of VAR_BREAK_AT_THIS_SYMBOL in the present program and tells the device. False: no such symbol.
+  bool EvalBreakSymbol();
   // Base address that was chosen for a binary program file.
   void SetLoadAddress(U32 Addr) { m_LoadAddress = Addr; }
   U32 GetLoadAddress() const { return m_LoadAddress; }
@@ -99,6 +99,7 @@ private Q_SLOTS:
 private:
   void OnConnectCanceled();
   void OnDownloadFailed(int Error);
+  void ShowDownloadError(int Error);
   void ContinueAfterDownload();
   void FinishDownload();
   void StartProgram();

@@ -64,7 +64,7 @@ void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind,
       ExecScriptFunc(HOOK_TARGET_DOWNLOAD);
       Device().SetSuppressEvent(JT_END_DOWNLOAD, false);
       const I32 Result = Device().Context().State.LastDownloadResult;
-      if (Result < 0) OnDownloadFailed(Result);
+      if (Result < 0) ShowDownloadError(Result);
       FinishDownload();
       return;
     }
@@ -97,15 +97,18 @@ void CSessionController::OnDeviceEndDownloadFailed(const char*, int Error) {
   OnDownloadFailed(Error);
 }
 
+void CSessionController::ShowDownloadError(int Error) {
+  if (!GetVarValue(VAR_VERIFY_DOWNLOAD)) return;
+  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
+  PrintConsole(QString::fromUtf8(DownloadErrorText(Error)));
+  CWarningsDialog::ShowText(QStringLiteral("Unsuccessfull Data Download"),
+                            QStringLiteral("The data file was not downloaded correctly."),
+                            QStringLiteral("It is recommended to restart the debug session or to download\n"
+                                           "the program file manually using command File.Download"));
+}
+
 void CSessionController::OnDownloadFailed(int Error) {
-  if (GetVarValue(VAR_VERIFY_DOWNLOAD)) {
-    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
-    PrintConsole(QString::fromUtf8(DownloadErrorText(Error)));
-    CWarningsDialog::ShowText(QStringLiteral("Unsuccessfull Data Download"),
-                              QStringLiteral("The data file was not downloaded correctly."),
-                              QStringLiteral("It is recommended to restart the debug session or to download\n"
-                                             "the program file manually using command File.Download"));
-  }
+  ShowDownloadError(Error);
   ContinueAfterDownload();
 }
 

@@ -6,7 +6,6 @@
 
 #include "device/device.h"
 #include "device/device_context.h"
-#include "project/file_classes.h"
 #include "project/project.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -81,7 +80,7 @@ void LogStartupFacts() {
 
 void OpenWhatComesFirst(CMainWindow&, CProjectController& Projects) {
   const QString sFirst = QCoreApplication::arguments().value(1);
-  if (IsProjectFile(sFirst)) {
+  if (QFileInfo(sFirst).suffix() == QLatin1String("vdebug")) {
     PerformAction(ACTION_FILE_OPEN, sFirst);
   } else if (!GetCmdLineArgs().sDevice.isEmpty()) {
     CreateProjectFromCmdLine(Projects);

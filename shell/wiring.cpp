@@ -10,6 +10,7 @@
 #include "project/project.h"
 #include "script/vscript.h"
 #include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/command_text.h"
 #include "shell/directories.h"
@@ -20,6 +21,7 @@
 #include "shell/register_files.h"
 #include "shell/session_controller.h"
 #include "shell/settings/color_ids.h"
+#include "shell/settings/colors.h"
 #include "shell/settings/fonts.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/preferences.h"
@@ -28,6 +30,8 @@
 #include "ui/status_bar.h"
 
 namespace {
+
+constexpr U64 SYS_VAR_REFUSED = static_cast<U64>(-1);
 
 CDevice& Device() {
   return CDevice::Get();
@@ -106,7 +110,10 @@ void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
       Device().ScheduleSetConfigParam(DCP_SPEED, static_cast<int>(Value));
       break;
     case VAR_BREAK_AT_THIS_SYMBOL:
-      Session.EvalBreakSymbol();
+      if (!Session.EvalBreakSymbol() && ELFAPI_IsLoaded()) {
+        SetActionError(ACTION_EDIT_SYS_VAR, QLatin1String(ActionError::UNKNOWN_SYMBOL));
+        SetActionResult(ACTION_EDIT_SYS_VAR, SYS_VAR_REFUSED);
+      }
       break;
     default:
       break;
@@ -127,6 +134,9 @@ void PlugLayersTogether(CSessionController& Session) {
       pWindow->SetPreference(static_cast<int>(ID), static_cast<int>(Value));
       pWindow->Repaint();
     }
+  });
+  SetColorListener([](U32 ID, U32 Argb) {
+    if (CMainWindow::Get()) CMainWindow::Get()->ApplyColor(ID, QColor::fromRgba(Argb));
   });
   QObject::connect(&Session, &CSessionController::DeviceChanged, &Session, [] {
     const QString sFile = CRegisterFiles::DefaultFile();

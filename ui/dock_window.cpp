@@ -22,11 +22,16 @@ CDockWindow::CDockWindow(const QString& sName, const QString& sTitle, QWidget* p
   setObjectName(sName);
   setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea | Qt::BottomDockWidgetArea);
   setFocusPolicy(Qt::StrongFocus);
-  QFont Bold = GetFont(FONT_APP);
-  Bold.setBold(true);
-  setMinimumSize(QFontMetrics(Bold).horizontalAdvance(sTitle + QLatin1String(MIN_WIDTH_TAIL)), MIN_HEIGHT);
+  ApplyFont();
   UpdateStyle();
   hide();
+}
+
+void CDockWindow::ApplyFont() {
+  QFont Bold = GetFont(FONT_APP);
+  setFont(Bold);
+  Bold.setBold(true);
+  setMinimumSize(QFontMetrics(Bold).horizontalAdvance(windowTitle() + QLatin1String(MIN_WIDTH_TAIL)), MIN_HEIGHT);
 }
 
 void CDockWindow::SetHighlighted(bool bOn) {

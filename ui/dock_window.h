@@ -13,6 +13,9 @@ public:
   // Called by the window when the focus comes or goes.
   void SetHighlighted(bool bOn);
   bool HasFocus() const { return bHasFocus; }
+  // Takes the application's font, and its colours, as they are now.
+  void ApplyFont();
+  void UpdateStyle();
 
 protected:
   void closeEvent(QCloseEvent* pEvent) override;
@@ -20,7 +23,5 @@ protected:
   void changeEvent(QEvent* pEvent) override;
 
 private:
-  void UpdateStyle();
-
   bool bHasFocus = false;
 };

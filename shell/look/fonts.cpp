@@ -27,9 +27,13 @@ FONT_CACHE& Cache() {
 QFont InheritedFont(const FONT_INFO& Info) {
   switch (Info.Origin) {
     case FONT_ORIGIN_APPLICATION: {
-      QFont Font = QApplication::font();
-      Font.setPointSize(FONT_DEFAULT_POINT_SIZE);
-      return Font;
+      // The desktop's font, not the one that was set in its place since.
+      static const QFont Original = [] {
+        QFont Font = QApplication::font();
+        Font.setPointSize(FONT_DEFAULT_POINT_SIZE);
+        return Font;
+      }();
+      return Original;
     }
     case FONT_ORIGIN_MONO_OF:
       return MonospacedForm(GetFont(Info.Parent));
