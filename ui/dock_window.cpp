@@ -59,9 +59,10 @@ void CDockWindow::UpdateStyle() {
                  .arg(sColor);
   } else {
     sTitle = QStringLiteral("QDockWidget::title { text-align: left; padding: 4px 6px; background: %1; }")
-                 .arg(palette().color(QPalette::Button).name());
+                 .arg(QApplication::palette().color(QPalette::Button).name());
   }
-  setStyleSheet(sButtons + sTitle);
+  // Setting a style sheet, even the same one, changes the palette, which leads here again.
+  if (sButtons + sTitle != styleSheet()) setStyleSheet(sButtons + sTitle);
 }
 
 void CDockWindow::closeEvent(QCloseEvent* pEvent) {
