@@ -5,11 +5,21 @@
 #include "shell/settings/color_table.h"
 
 namespace {
-constexpr int DARK_LIGHTNESS = 128;  // of 255
-}
+constexpr int MAX_LIGHTNESS = 255;
+constexpr int DARK_LIGHTNESS = 128;
+}  // namespace
 
 QColor GetColor(U32 ID) {
   return QColor::fromRgba(GetColorRgb(ID));
+}
+
+QColor ReadableColor(const QColor& Color) {
+  if (!IsDarkPalette() || Color.lightness() >= DARK_LIGHTNESS) return Color;
+  return QColor::fromHsl(Color.hslHue(), Color.hslSaturation(), MAX_LIGHTNESS - Color.lightness(), Color.alpha());
+}
+
+QColor GetTextColor(U32 ID) {
+  return IsColorModified(ID) ? GetColor(ID) : ReadableColor(GetColor(ID));
 }
 
 void UpdatePaletteColors() {

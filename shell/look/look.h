@@ -10,6 +10,11 @@
 
 // The live colour (COLOR_ID), palette roles resolved.
 QColor GetColor(U32 ID);
+// A text's colour that is made for a light ground, as it can be read on the desktop's: mirrored in lightness where the
+// palette is dark.
+QColor ReadableColor(const QColor& Color);
+// The live colour for a text; a colour that the user has set stays as it is.
+QColor GetTextColor(U32 ID);
 // Tells the colour table what the application's palette is; at start and when the palette changes.
 void UpdatePaletteColors();
 // Whether the desktop's palette is a dark one.

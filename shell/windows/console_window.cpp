@@ -36,6 +36,32 @@ QTextEdit* MakePane(QWidget* pParent) {
   return pPane;
 }
 
+// Both panes give every line the same height, whatever its font, so that a time stamp stays beside its message.
+QTextBlockFormat LineFormat(int LineHeight) {
+  QTextBlockFormat Format;
+  Format.setLineHeight(LineHeight, QTextBlockFormat::FixedHeight);
+  return Format;
+}
+
+void SetLineHeight(QTextDocument& Document, int LineHeight) {
+  QTextCursor Cursor(&Document);
+  Cursor.select(QTextCursor::Document);
+  Cursor.mergeBlockFormat(LineFormat(LineHeight));
+}
+
+// Only text in the fixed-pitch font has a font of its own.
+void SetFixedPitchFont(QTextDocument& Document, const QFont& Font) {
+  QTextCharFormat Format;
+  Format.setFont(Font);
+  for (QTextBlock Block = Document.begin(); Block.isValid(); Block = Block.next()) {
+    if (Block.begin() == Block.end() || !Block.begin().fragment().charFormat().hasProperty(QTextFormat::FontFamilies))
+      continue;
+    QTextCursor Cursor(Block);
+    Cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    Cursor.mergeCharFormat(Format);
+  }
+}
+
 }  // namespace
 
 CConsoleWindow* CConsoleWindow::Get() {
@@ -108,7 +134,7 @@ void CConsoleWindow::Clear() {
   m_pInput->clear();
   m_pEditor->clear();
   m_pSidebar->clear();
-  m_bSidebarHasText = false;
+  m_bHasText = false;
   ClearConsoleRing();
   ResizeSidebarToOptWidth();
   CWindow::Clear();
@@ -119,10 +145,14 @@ void CConsoleWindow::SetFont(int FontID, const QFont& /*Font*/) {
 }
 
 void CConsoleWindow::ApplyFonts() {
-  for (QWidget* const pWidget : {static_cast<QWidget*>(m_pEditor), static_cast<QWidget*>(m_pSidebar)}) {
-    pWidget->setFont(::GetFont(FONT_CONSOLE));
+  const QFont Mono = MonospacedForm(::GetFont(FONT_CONSOLE));
+  m_LineHeight = std::max(GetFontHeight(FONT_CONSOLE), QFontMetrics(Mono).height());
+  for (QTextEdit* const pPane : {m_pEditor, m_pSidebar}) {
+    pPane->setFont(::GetFont(FONT_CONSOLE));
+    SetLineHeight(*pPane->document(), m_LineHeight);
   }
-  m_pInput->setFont(MonospacedForm(::GetFont(FONT_CONSOLE)));
+  SetFixedPitchFont(*m_pEditor->document(), Mono);
+  m_pInput->setFont(Mono);
   ResizeSidebarToOptWidth();
 }
 
@@ -153,39 +183,51 @@ void CConsoleWindow::RemoveCommandListener(CWindow* pWindow) {
 
 void CConsoleWindow::Drain() {
   if (DrainConsole([this](const CONSOLE_MSG& Msg) { ShowMessage(Msg); }) == 0) return;
+  ResizeSidebarToOptWidth();
   m_pEditor->verticalScrollBar()->setValue(m_pEditor->verticalScrollBar()->maximum());
   m_pHorizontalBar->setValue(0);
-  ResizeSidebarToOptWidth();
 }
 
 void CConsoleWindow::ShowMessage(const CONSOLE_MSG& Msg) {
   QTextCharFormat Format;
-  Format.setFont(Msg.UseMonoFont ? MonospacedForm(::GetFont(FONT_CONSOLE)) : ::GetFont(FONT_CONSOLE));
+  if (Msg.UseMonoFont) Format.setFont(MonospacedForm(::GetFont(FONT_CONSOLE)));
   if (Msg.ColorID >= 0) {
-    Format.setForeground(Msg.ColorID < static_cast<I32>(NUM_COLORS) ? GetColor(static_cast<U32>(Msg.ColorID))
-                                                                    : QColor(Qt::black));
+    const bool bKnown = Msg.ColorID < static_cast<I32>(NUM_COLORS);
+    Format.setForeground(bKnown ? GetTextColor(static_cast<U32>(Msg.ColorID)) : ReadableColor(Qt::black));
   } else if (Msg.Rgba != CONSOLE_RGBA_DEFAULT) {
-    Format.setForeground(QColor::fromRgba(Msg.Rgba));
+    Format.setForeground(ReadableColor(QColor::fromRgba(Msg.Rgba)));
   }
   QTextCursor Cursor(m_pEditor->document());
   Cursor.movePosition(QTextCursor::End);
-  const bool bFirst = m_pEditor->document()->isEmpty();
-  if (Msg.StartNewLine && !bFirst) Cursor.insertBlock();
+  const bool bFirst = !m_bHasText;
+  const int NumBefore = bFirst ? 0 : m_pEditor->document()->blockCount();
+  if (bFirst) {
+    Cursor.setBlockFormat(LineFormat(m_LineHeight));
+  } else if (Msg.StartNewLine) {
+    Cursor.insertBlock();
+  }
   const QString sText = QString::fromUtf8(Msg.Text);
   Cursor.insertText(sText, Format);
+  m_bHasText = true;
+  SetTimeStamp(Msg.TimeStamp, bFirst, m_pEditor->document()->blockCount() - NumBefore);
   Q_EMIT MessageShown(sText);
+}
 
-  QTextCursor Stamp(m_pSidebar->document());
-  Stamp.movePosition(QTextCursor::End);
-  QTextBlockFormat Right;
+void CConsoleWindow::SetTimeStamp(U64 TimeStamp, bool bFirst, int NumLines) {
+  QTextCursor Cursor(m_pSidebar->document());
+  Cursor.movePosition(QTextCursor::End);
+  QTextBlockFormat Right = LineFormat(m_LineHeight);
   Right.setAlignment(Qt::AlignRight);
-  if (m_bSidebarHasText) Stamp.insertBlock();
-  m_bSidebarHasText = true;
-  Stamp.setBlockFormat(Right);
-  QTextCharFormat StampFormat;
-  StampFormat.setForeground(GetColor(COLOR_LINE_NUMBERS));
-  Stamp.insertText(TimeStampText(Msg.TimeStamp), StampFormat);
-  for (U32 i = 1; i < Msg.NumLines; ++i) Stamp.insertBlock();
+  QTextCharFormat Format;
+  Format.setForeground(GetTextColor(COLOR_LINE_NUMBERS));
+  for (int i = 0; i < NumLines; ++i) {
+    if (bFirst && i == 0) {
+      Cursor.setBlockFormat(Right);
+    } else {
+      Cursor.insertBlock(Right);
+    }
+    if (i == 0) Cursor.insertText(TimeStampText(TimeStamp), Format);
+  }
 }
 
 void CConsoleWindow::UpdateScrollBars() {
@@ -198,10 +240,9 @@ void CConsoleWindow::UpdateScrollBars() {
 void CConsoleWindow::ResizeSidebarToOptWidth() {
   if (m_pSidebar->isHidden()) return;
   int Width = 0;
-  if (m_bSidebarHasText) {
-    const int LineHeight = std::max(1, GetFontHeight(FONT_CONSOLE));
-    const int First = m_pEditor->verticalScrollBar()->value() / LineHeight;
-    const int NumLines = m_pEditor->viewport()->height() / LineHeight;
+  if (m_bHasText) {
+    const int First = m_pEditor->verticalScrollBar()->value() / m_LineHeight;
+    const int NumLines = m_pEditor->viewport()->height() / m_LineHeight;
     for (const int Line : {First, First + NumLines - 1, First + NumLines - 2}) {
       Width = std::max(Width, GetTextWidth(FONT_CONSOLE, m_pSidebar->document()->findBlockByNumber(Line).text()));
     }

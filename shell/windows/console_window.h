@@ -51,6 +51,7 @@ private:
   void CreatePanes();
   void ShowMessage(const CONSOLE_MSG& Msg);
   void ApplyFonts();
+  void SetTimeStamp(U64 TimeStamp, bool bFirst, int NumLines);
   void UpdateScrollBars();
   void ResizeSidebarToOptWidth();
   bool OnInputKey(const QKeyEvent* pEvent);
@@ -65,5 +66,6 @@ private:
   QList<CWindow*> m_Listeners;
   CCommandHistory m_History;
   QTimer m_UpdateTimer;
-  bool m_bSidebarHasText = false;
+  int m_LineHeight = 0;  // pixels, of every line of both panes
+  bool m_bHasText = false;
 };
