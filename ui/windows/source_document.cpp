@@ -8,15 +8,22 @@
 #include "program/database/file_finder.h"
 
 namespace {
+
 constexpr int NUM_LINE_ENDS_TESTED = 10;
+
+bool IsWhereItSays(const QString& sPath) {
+  const QFileInfo Info(sPath);
+  return Info.isAbsolute() && Info.isFile();
 }
+
+}  // namespace
 
 EOL_FORMAT DetectLineEnding(const QString& sText) {
   EOL_FORMAT Format = EOL_MAC;
   int NumFound = 0;
-  for (qsizetype Pos = sText.indexOf(QLatin1Char('\n')); Pos >= 0 && NumFound < NUM_LINE_ENDS_TESTED;
+  for (qsizetype Pos = sText.indexOf(QLatin1Char('\n'), 1); Pos >= 0 && NumFound < NUM_LINE_ENDS_TESTED;
        Pos = sText.indexOf(QLatin1Char('\n'), Pos + 1), ++NumFound) {
-    const EOL_FORMAT Found = Pos > 0 && sText[Pos - 1] == QLatin1Char('\r') ? EOL_WINDOWS : EOL_UNIX;
+    const EOL_FORMAT Found = sText[Pos - 1] == QLatin1Char('\r') ? EOL_WINDOWS : EOL_UNIX;
     if (NumFound > 0 && Found != Format) return EOL_MIXED;
     Format = Found;
   }
@@ -29,11 +36,14 @@ QString DecodeSource(const QByteArray& Bytes) {
   return Decoder.hasError() ? QString::fromLatin1(Bytes) : sText;
 }
 
+QString FindSourceFile(const QString& sPath) {
+  return IsWhereItSays(sPath) ? sPath : CFileFinder::Get()->FindFile(sPath);
+}
+
 SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath) {
   SOURCE_DOCUMENT Document;
   Document.sFilePath = sPath;
-  Document.sResolvedPath =
-      QFileInfo(sPath).isFile() && QFileInfo(sPath).isAbsolute() ? sPath : CFileFinder::Get()->ResolvePath(sPath);
+  Document.sResolvedPath = IsWhereItSays(sPath) ? sPath : CFileFinder::Get()->ResolvePath(sPath);
   Document.FileNo = ELFAPI_FileId(sPath);
   QFile File(Document.sResolvedPath);
   if (!QFileInfo(Document.sResolvedPath).isFile() || !File.open(QIODevice::ReadOnly)) return Document;

@@ -25,5 +25,7 @@ struct SOURCE_DOCUMENT {
 EOL_FORMAT DetectLineEnding(const QString& sText);
 // UTF-8, or Latin-1 where that is not valid.
 QString DecodeSource(const QByteArray& Bytes);
+// Where the file lies on this host, as far as it can be found. Unlike opening it, this does not count as a request.
+QString FindSourceFile(const QString& sPath);
 // Finds the file and reads it; a missing one leaves the text empty and bExists false.
 SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath);

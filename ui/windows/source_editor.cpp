@@ -9,12 +9,18 @@
 
 namespace {
 
-constexpr int LEFT_MARGIN = 4;    // pixels
-constexpr int NUMBER_MARGIN = 6;  // pixels on each side of a line number
-constexpr int SCROLL_AHEAD = 10;  // columns
+constexpr int LEFT_MARGIN = 2;     // pixels
+constexpr int NUMBER_MARGIN = 6;   // pixels on each side of a line number
+constexpr int SCROLL_AHEAD = 10;   // columns
+constexpr int CURSOR_WIDTH = 1;    // pixels
+constexpr int LIGHT_GROUND = 140;  // lightness above which a row's colour needs dark text
 
 bool IsWordChar(QChar c) {
   return c.isLetterOrNumber() || c == QLatin1Char('_');
+}
+
+bool IsLight(const QColor& Ground) {
+  return Ground.isValid() && Ground.lightness() > LIGHT_GROUND;
 }
 
 }  // namespace
@@ -25,6 +31,10 @@ CSourceEditor::CSourceEditor(QWidget* pParent) : QAbstractScrollArea(pParent) {
   viewport()->setCursor(Qt::IBeamCursor);
   viewport()->setAutoFillBackground(false);
   verticalScrollBar()->setSingleStep(1);
+  connect(&m_BlinkTimer, &QTimer::timeout, this, [this] {
+    m_bCursorShown = !m_bCursorShown;
+    viewport()->update(CursorRect());
+  });
   SetFonts(font(), font());
 }
 
@@ -34,6 +44,7 @@ void CSourceEditor::SetText(const QString& sText, bool bMessage) {
   m_bMessage = bMessage;
   m_RowColors.clear();
   m_Cursor = m_Anchor = TEXT_POS(0, 0);
+  MeasureRows();
   UpdateScrollBars();
   verticalScrollBar()->setValue(0);
   horizontalScrollBar()->setValue(0);
@@ -68,6 +79,7 @@ void CSourceEditor::SetFonts(const QFont& TextFont, const QFont& LineNumberFont)
 
 void CSourceEditor::SetTabSpacing(int Columns) {
   m_TabSpacing = std::max(1, Columns);
+  MeasureRows();
   UpdateScrollBars();
   viewport()->update();
 }
@@ -132,9 +144,16 @@ int CSourceEditor::PixelOf(int Row, int Column) const {
 
 int CSourceEditor::ColumnOf(int Row, int x) const {
   const QString& sText = m_Rows.value(Row);
-  int Column = 0;
-  while (Column < sText.size() && (PixelOf(Row, Column) + PixelOf(Row, Column + 1)) / 2 < x) ++Column;
-  return Column;
+  int First = 0, Last = static_cast<int>(sText.size());
+  while (First < Last) {
+    const int Column = (First + Last) / 2;
+    if ((PixelOf(Row, Column) + PixelOf(Row, Column + 1)) / 2 < x) {
+      First = Column + 1;
+    } else {
+      Last = Column;
+    }
+  }
+  return First;
 }
 
 TEXT_POS CSourceEditor::PosAt(const QPoint& Point) const {
@@ -147,10 +166,14 @@ TEXT_POS CSourceEditor::Clamped(TEXT_POS Pos) const {
   return {std::clamp(Pos.x(), 0, static_cast<int>(m_Rows.value(Row).size())), Row};
 }
 
-void CSourceEditor::UpdateScrollBars() {
+void CSourceEditor::MeasureRows() {
   qsizetype Widest = 0;
   for (const QString& sRow : m_Rows) Widest = std::max(Widest, Expanded(sRow).size());
-  const int TextWidth = static_cast<int>(Widest) * m_CharWidth + LineNumberWidth() + 2 * LEFT_MARGIN;
+  m_WidestRow = static_cast<int>(Widest);
+}
+
+void CSourceEditor::UpdateScrollBars() {
+  const int TextWidth = m_WidestRow * m_CharWidth + LineNumberWidth() + 2 * LEFT_MARGIN;
   horizontalScrollBar()->setSingleStep(m_CharWidth);
   horizontalScrollBar()->setPageStep(viewport()->width());
   horizontalScrollBar()->setRange(0, std::max(0, TextWidth - viewport()->width()));
@@ -186,8 +209,24 @@ void CSourceEditor::MoveTo(TEXT_POS Pos, bool bSelect) {
   if (x < horizontalScrollBar()->value()) horizontalScrollBar()->setValue(std::max(0, x - m_CharWidth));
   if (x > horizontalScrollBar()->value() + Width)
     horizontalScrollBar()->setValue(x - Width + SCROLL_AHEAD * m_CharWidth);
+  RestartBlink();
   viewport()->update();
   Q_EMIT CursorPositionChanged(m_Cursor);
+}
+
+void CSourceEditor::RestartBlink() {
+  m_bCursorShown = true;
+  const int FlashTime = QApplication::cursorFlashTime();
+  if (hasFocus() && FlashTime > 0) {
+    m_BlinkTimer.start(FlashTime / 2);
+  } else {
+    m_BlinkTimer.stop();
+  }
+}
+
+QRect CSourceEditor::CursorRect() const {
+  const int x = LineNumberWidth() + LEFT_MARGIN + PixelOf(m_Cursor.y(), m_Cursor.x()) - horizontalScrollBar()->value();
+  return {x, (m_Cursor.y() - TopRow()) * m_RowHeight, CURSOR_WIDTH, m_RowHeight};
 }
 
 void CSourceEditor::SetCursorPos(TEXT_POS Pos) {
@@ -203,6 +242,7 @@ void CSourceEditor::SelectAll() {
   m_Anchor = TEXT_POS(0, 0);
   m_Cursor = Clamped(TEXT_POS(static_cast<int>(m_Rows.value(NumRows() - 1).size()), NumRows() - 1));
   viewport()->update();
+  Q_EMIT CursorPositionChanged(m_Cursor);
 }
 
 void CSourceEditor::Copy() {
@@ -312,7 +352,7 @@ void CSourceEditor::PaintRow(QPainter& Painter, int Row, int y) {
   Painter.setClipRect(NumberWidth, 0, viewport()->width() - NumberWidth, viewport()->height());
   PaintSelection(Painter, Row, y);
   // Marked rows have colours of their own for a light ground; dark text stays readable on them in every palette.
-  const bool bLightGround = Background.isValid() && Background.lightness() > 140;
+  const bool bLightGround = IsLight(Background);
   const QColor Text = bLightGround ? QColor(Qt::black) : palette().color(QPalette::Text);
   Painter.setPen(Text);
   Painter.setFont(font());
@@ -321,7 +361,7 @@ void CSourceEditor::PaintRow(QPainter& Painter, int Row, int y) {
   Painter.setClipping(false);
   if (NumberWidth > 0 && ShowsLineNumber(Row)) {
     Painter.setFont(m_LineNumberFont);
-    Painter.setPen(bLightGround ? GetColor(COLOR_LINE_NUMBERS).darker(130) : GetColor(COLOR_LINE_NUMBERS));
+    Painter.setPen(bLightGround ? GetColor(COLOR_LINE_NUMBERS).darker(130) : GetTextColor(COLOR_LINE_NUMBERS));
     Painter.drawText(QRect(0, y, NumberWidth - NUMBER_MARGIN, m_RowHeight), Qt::AlignRight | Qt::AlignVCenter,
                      QString::number(Row + 1));
   }
@@ -338,13 +378,9 @@ void CSourceEditor::paintEvent(QPaintEvent* pEvent) {
     Painter.setPen(GetColor(COLOR_LINE_NUMBER_SEPARATOR));
     Painter.drawLine(NumberWidth - 2, 0, NumberWidth - 2, viewport()->height());
   }
-  if (hasFocus() && !m_bMessage && NumRows() > 0) {
-    const int x = NumberWidth + LEFT_MARGIN + PixelOf(m_Cursor.y(), m_Cursor.x()) - horizontalScrollBar()->value();
-    const int y = (m_Cursor.y() - TopRow()) * m_RowHeight;
-    if (x >= NumberWidth)
-      Painter.fillRect(
-          x, y, 1, m_RowHeight,
-          RowBackground(m_Cursor.y()).lightness() > 140 ? QColor(Qt::black) : palette().color(QPalette::Text));
+  if (hasFocus() && m_bCursorShown && !m_bMessage && NumRows() > 0 && CursorRect().x() >= NumberWidth) {
+    const QColor Ground = RowBackground(m_Cursor.y());
+    Painter.fillRect(CursorRect(), IsLight(Ground) ? QColor(Qt::black) : palette().color(QPalette::Text));
   }
 }
 
@@ -361,10 +397,12 @@ void CSourceEditor::scrollContentsBy(int, int) {
 
 void CSourceEditor::focusInEvent(QFocusEvent* pEvent) {
   QAbstractScrollArea::focusInEvent(pEvent);
+  RestartBlink();
   viewport()->update();
 }
 
 void CSourceEditor::focusOutEvent(QFocusEvent* pEvent) {
   QAbstractScrollArea::focusOutEvent(pEvent);
+  m_BlinkTimer.stop();
   viewport()->update();
 }

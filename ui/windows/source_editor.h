@@ -80,6 +80,10 @@ private:
   int PixelOf(int Row, int Column) const;
   int ColumnOf(int Row, int x) const;
   void UpdateScrollBars();
+  void MeasureRows();
+  // Shows the cursor, and blinks it from now on while the editor has the focus.
+  void RestartBlink();
+  QRect CursorRect() const;
   void PaintRow(QPainter& Painter, int Row, int y);
   void PaintSelection(QPainter& Painter, int Row, int y);
   QColor RowBackground(int Row) const;
@@ -94,4 +98,7 @@ private:
   int m_CharWidth = 8;
   int m_TabSpacing = 4;
   int m_LineNumberFreq = 2;
+  int m_WidestRow = 0;  // columns, tabs expanded
+  bool m_bCursorShown = true;
+  QTimer m_BlinkTimer;
 };

@@ -9,6 +9,7 @@
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 #include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
 #include "shell/look/look.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/fonts.h"
@@ -29,12 +30,7 @@ struct SOURCE_WINDOW_STATE {
   bool bLoading = false;  // the tab bar changes by ourselves
 
   SOURCE_DOCUMENT* Active() { return Shown >= 0 && Shown < Documents.size() ? &Documents[Shown] : nullptr; }
-  int IndexOf(const QString& sPath) const {
-    for (qsizetype i = 0; i < Documents.size(); ++i) {
-      if (Documents[i].sFilePath == sPath || Documents[i].sResolvedPath == sPath) return static_cast<int>(i);
-    }
-    return -1;
-  }
+  int IndexOf(const QString& sPath) const;
   bool IsPcIn(const SOURCE_DOCUMENT& Document) const { return PcLoc.IsValid() && Document.FileNo == PcLoc.File; }
 
   void Show(int Index);
@@ -42,6 +38,18 @@ struct SOURCE_WINDOW_STATE {
   void HighlightPcLine();
   unsigned MarksOf(int Row);
 };
+
+// By the path that it was opened with, or by the place where it lies.
+int SOURCE_WINDOW_STATE::IndexOf(const QString& sPath) const {
+  for (qsizetype i = 0; i < Documents.size(); ++i) {
+    if (Documents[i].sFilePath == sPath) return static_cast<int>(i);
+  }
+  const QString sFound = FindSourceFile(sPath);
+  for (qsizetype i = 0; i < Documents.size(); ++i) {
+    if (Documents[i].bExists && Documents[i].sResolvedPath == sFound) return static_cast<int>(i);
+  }
+  return -1;
+}
 
 void SOURCE_WINDOW_STATE::SaveView() {
   if (SOURCE_DOCUMENT* const pDocument = Active()) {
@@ -137,7 +145,7 @@ CSourceWindow::CSourceWindow(QWidget* pParent)
     m_pState->Shown = m_pState->pTabs->currentIndex();
   });
   connect(S.pTabs, &QTabBar::tabCloseRequested, this,
-          [this](int Index) { Close(m_pState->Documents[Index].sFilePath); });
+          [this](int Index) { PerformAction(ACTION_FILE_CLOSE, m_pState->Documents[Index].sFilePath); });
   connect(S.pEditor, &CSourceEditor::CursorPositionChanged, this, [this] { Q_EMIT StatusTextChanged(); });
 }
 
@@ -187,9 +195,20 @@ void CSourceWindow::Close(const QString& sPath) {
   S.pTabs->removeTab(Index);
   S.Documents.removeAt(Index);
   S.bLoading = false;
-  S.Shown = -1;
-  S.Show(S.pTabs->currentIndex());
+  if (Index == S.Shown) {
+    S.Shown = -1;
+    S.Show(S.pTabs->currentIndex());
+  } else if (Index < S.Shown) {
+    --S.Shown;
+  }
   Q_EMIT ContentChanged();
+}
+
+void CSourceWindow::CloseAllButThis() {
+  const QString sActive = ActiveFile();
+  for (const QString& sPath : OpenFiles()) {
+    if (sPath != sActive) Close(sPath);
+  }
 }
 
 void CSourceWindow::CloseAll() {
@@ -281,6 +300,7 @@ void CSourceWindow::SetPreference(int VarID, int Value) {
 }
 
 QString CSourceWindow::GetStatusText() const {
+  if (IsEmpty()) return QStringLiteral("Ln 0  Ch 0");
   const TEXT_POS Pos = m_pState->pEditor->CursorPos();
   return QStringLiteral("Ln %1  Ch %2").arg(Pos.y() + 1).arg(Pos.x() + 1);
 }

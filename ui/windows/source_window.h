@@ -27,6 +27,8 @@ public:
   bool ShowLocation(const CSrcLoc& Loc);
   void Close(const QString& sPath);
   void CloseAll();
+  // All but the active document.
+  void CloseAllButThis();
   bool IsOpen(const QString& sPath) const;
   QStringList OpenFiles() const;
   QString ActiveFile() const;
