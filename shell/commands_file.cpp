@@ -20,6 +20,7 @@
 #include "shell/project_controller.h"
 #include "shell/session_controller.h"
 #include "ui/message_box.h"
+#include "ui/windows/source_window.h"
 
 namespace {
 
@@ -87,6 +88,26 @@ void Load(COMMAND_CONTEXT& Context) {
   Context.Session.DownloadFile(sPath, DOWNLOAD_FILE, bAddr ? static_cast<I64>(Addr) : -1);
 }
 
+// Without argument the active document.
+void Close(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_CLOSE;
+  if (!CheckActionArgs(ID, 0)) return;
+  CSourceWindow& Source = Context.Window.Source();
+  const QString sPath = ArgOf(ID).isEmpty() ? Source.ActiveFile() : ArgOf(ID);
+  if (sPath.isEmpty()) return SuppressEcho(ID);
+  SetActionArgs(ID, QStringList{sPath});
+  if (!Source.IsOpen(sPath)) return SetActionError(ID, QLatin1String(ActionError::FILE_IS_NOT_OPEN));
+  Source.Close(sPath);
+}
+
+void CloseAll(COMMAND_CONTEXT& Context) {
+  if (CheckActionArgs(ACTION_FILE_CLOSE_ALL)) Context.Window.Source().CloseAll();
+}
+
+void CloseAllButThis(COMMAND_CONTEXT& Context) {
+  if (CheckActionArgs(ACTION_FILE_CLOSE_ALL_BUT_THIS)) Context.Window.Source().CloseAllButThis();
+}
+
 void NewProject(COMMAND_CONTEXT& Context) {
   Context.Projects.NewProject();
 }
@@ -141,6 +162,9 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_OPEN, Open},
     {ACTION_FILE_OPEN_RECENT_PROGRAM, OpenRecent},
     {ACTION_FILE_LOAD, Load},
+    {ACTION_FILE_CLOSE, Close},
+    {ACTION_FILE_CLOSE_ALL, CloseAll},
+    {ACTION_FILE_CLOSE_ALL_BUT_THIS, CloseAllButThis},
     {ACTION_FILE_NEW_PROJECT, NewProject},
     {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
     {ACTION_FILE_SAVE_ALL, SaveAll},
