@@ -1,6 +1,7 @@
 #include "docs/reference/reference_pages.h"
 
 #include <QMap>
+#include <QRegularExpression>
 
 #include "shell/actions/action_info.h"
 #include "shell/settings/color_table.h"
@@ -35,7 +36,8 @@ QStringList ArgumentNames(U32 ID) {
 QString Synopsis(U32 ID) {
   QStringList Names = ArgumentNames(ID);
   for (int i = 0; i < Names.size(); ++i) {
-    if (IsStringParam(ID, i)) Names[i] = QLatin1Char('"') + Names[i] + QLatin1Char('"');
+    static const QRegularExpression TextPrefix(QStringLiteral("^s(?=[A-Z])"));
+    if (IsStringParam(ID, i)) Names[i] = QLatin1Char('"') + Names[i].remove(TextPrefix) + QLatin1Char('"');
   }
   return GetCommandName(ID) +
          (Names.isEmpty() ? QStringLiteral("()") : QStringLiteral(" (%1)").arg(Names.join(QLatin1String(", "))));
