@@ -5,6 +5,8 @@
 #include <QMimeData>
 #include <QScrollBar>
 
+#include <utility>
+
 #include "device/device.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -47,7 +49,10 @@ CWindow::CWindow(QWidget* pParent, const QString& sName)
   CreateOverlay();
   CWindow::Init();
   CWindow::UpdateActions();
-  if (pDock) pDock->setWidget(this);
+  if (pDock) {
+    pDock->setWidget(this);
+    addAction(actionWinClear);
+  }
 }
 
 CWindow::~CWindow() = default;
@@ -238,14 +243,16 @@ void CWindow::OnContentChanged() {
   QWidget* const pCentral = centralWidget();
   if (pCentral && !IsEmpty()) {
     ShowCentralWidget(true);
-    if (hasFocus() && focusProxy() && !focusProxy()->hasFocus()) focusProxy()->setFocus();
+    const bool bFocus = hasFocus();
+    if (pFocusProxy) setFocusProxy(std::exchange(pFocusProxy, nullptr));
+    if (bFocus && focusProxy()) focusProxy()->setFocus();
   } else if (pCentral) {
     const bool bFocus = bHasFocus;
+    // A hidden proxy would leave the window without the keyboard.
+    if (focusProxy()) pFocusProxy = focusProxy();
+    setFocusProxy(nullptr);
     ShowCentralWidget(false);
-    if (bFocus) {
-      setFocusProxy(nullptr);
-      setFocus();
-    }
+    if (bFocus) setFocus();
   }
   UpdateActions();
 }
@@ -307,7 +314,7 @@ bool CWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
 
 void CWindow::paintEvent(QPaintEvent* pEvent) {
   QMainWindow::paintEvent(pEvent);
-  if (pDock && IsEmpty()) {
+  if (parentWidget() && IsEmpty()) {
     UpdateEmptyWindow();
   } else if (buttonFrame->isVisible()) {
     buttonFrame->hide();

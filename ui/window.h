@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 
 #include "base/elf_sym.h"
@@ -176,6 +177,7 @@ private:
   bool bActive = false;
   bool bHasFocus = false;
   CDockWindow* pDock = nullptr;
+  QPointer<QWidget> pFocusProxy;  // the proxy while the window is empty and takes the focus itself
   QActionGroup* pFormatGroup = nullptr;
   QFrame* buttonFrame = nullptr;  // overlay of an empty window
   QLabel* labelEmptyWindow = nullptr;

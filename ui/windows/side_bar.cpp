@@ -19,6 +19,7 @@ constexpr MARK_ICON ICONS[] = {
     {SIDE_BAR_BREAKPOINT_DISABLED, "breakpoint-disabled-17.png"},
     {SIDE_BAR_BREAKPOINT, "breakpoint-17.png"},
     {SIDE_BAR_PC, "arrow-pc-12.png"},
+    {SIDE_BAR_PC_INACTIVE, "arrow-pc-yellow-12.png"},
 };
 
 }  // namespace
@@ -44,7 +45,7 @@ void CSideBar::paintEvent(QPaintEvent* pEvent) {
     for (const MARK_ICON& Icon : ICONS) {
       // A breakpoint or the arrow says that there is code.
       if (!(Marks & Icon.Mark) || (Icon.Mark == SIDE_BAR_CODE && Marks != SIDE_BAR_CODE)) continue;
-      const int IconSize = Icon.Mark == SIDE_BAR_PC ? Size - 4 : Size;
+      const int IconSize = Icon.Mark >= SIDE_BAR_PC ? Size - 4 : Size;
       GetIcon(QLatin1String(Icon.sIcon))
           .paint(&Painter,
                  QRect(Left + (Size - IconSize) / 2, y + (m_pEditor->RowHeight() - IconSize) / 2, IconSize, IconSize));

@@ -11,6 +11,7 @@ enum SIDE_BAR_MARKS : unsigned {
   SIDE_BAR_BREAKPOINT = 2,
   SIDE_BAR_BREAKPOINT_DISABLED = 4,
   SIDE_BAR_PC = 8,
+  SIDE_BAR_PC_INACTIVE = 16,  // another code view is the active one
 };
 
 class CSourceEditor;

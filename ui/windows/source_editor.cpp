@@ -69,7 +69,6 @@ void CSourceEditor::SetFonts(const QFont& TextFont, const QFont& LineNumberFont)
   setFont(TextFont);
   viewport()->setFont(TextFont);
   m_LineNumberFont = LineNumberFont;
-  m_LineNumberFont.setPointSizeF(TextFont.pointSizeF());
   const QFontMetrics Metrics(TextFont);
   m_RowHeight = Metrics.height();
   m_CharWidth = std::max(1, Metrics.horizontalAdvance(QLatin1Char('0')));

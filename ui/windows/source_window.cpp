@@ -11,7 +11,7 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
+#include "shell/settings/colors.h"
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
@@ -28,6 +28,7 @@ struct SOURCE_WINDOW_STATE {
   CSrcLoc PcLoc;
   U32 PcAddr = INVALID_ADDR;
   bool bLoading = false;  // the tab bar changes by ourselves
+  bool bActive = false;   // this code view, not the disassembly, stands for the PC
 
   SOURCE_DOCUMENT* Active() { return Shown >= 0 && Shown < Documents.size() ? &Documents[Shown] : nullptr; }
   int IndexOf(const QString& sPath) const;
@@ -35,6 +36,7 @@ struct SOURCE_WINDOW_STATE {
 
   void Show(int Index);
   void SaveView();
+  void GoToRow(int Row);
   void HighlightPcLine();
   unsigned MarksOf(int Row);
 };
@@ -52,7 +54,8 @@ int SOURCE_WINDOW_STATE::IndexOf(const QString& sPath) const {
 }
 
 void SOURCE_WINDOW_STATE::SaveView() {
-  if (SOURCE_DOCUMENT* const pDocument = Active()) {
+  SOURCE_DOCUMENT* const pDocument = Active();
+  if (pDocument && pDocument->bExists) {
     pDocument->SliderPos = pEditor->TopRow();
     pDocument->CursorPos = pEditor->CursorPos();
   }
@@ -79,12 +82,17 @@ void SOURCE_WINDOW_STATE::Show(int Index) {
   HighlightPcLine();
 }
 
+void SOURCE_WINDOW_STATE::GoToRow(int Row) {
+  pEditor->EnsureRowVisible(Row);
+  pEditor->SetCursorPos({0, Row});
+}
+
 void SOURCE_WINDOW_STATE::HighlightPcLine() {
   pEditor->ClearRowColors();
   SOURCE_DOCUMENT* const pDocument = Active();
   const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
   if (pDocument && pDocument->bExists && bHalted && IsPcIn(*pDocument)) {
-    pEditor->SetRowColor(static_cast<int>(PcLoc.Line) - 1, GetColor(COLOR_PC_ACTIVE));
+    pEditor->SetRowColor(static_cast<int>(PcLoc.Line) - 1, QColor::fromRgba(GetPCColor(bActive)));
   }
   pSidebar->update();
 }
@@ -102,7 +110,7 @@ unsigned SOURCE_WINDOW_STATE::MarksOf(int Row) {
     if (Entry.State == BP_STATE_DISABLED) Marks |= SIDE_BAR_BREAKPOINT_DISABLED;
   }
   const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
-  if (bHalted && PcLoc.IsValid() && Loc.IsSameLine(PcLoc)) Marks |= SIDE_BAR_PC;
+  if (bHalted && PcLoc.IsValid() && Loc.IsSameLine(PcLoc)) Marks |= bActive ? SIDE_BAR_PC : SIDE_BAR_PC_INACTIVE;
   return Marks;
 }
 
@@ -180,10 +188,28 @@ bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos
 
 bool CSourceWindow::ShowLocation(const CSrcLoc& Loc) {
   if (!Loc.IsValid() || !Open(ELFAPI_GetFilePathOf(Loc.File))) return false;
-  const int Row = static_cast<int>(Loc.Line) - 1;
-  m_pState->pEditor->EnsureRowVisible(Row);
-  m_pState->pEditor->SetCursorPos({0, Row});
+  m_pState->GoToRow(static_cast<int>(Loc.Line) - 1);
   return true;
+}
+
+bool CSourceWindow::ShowLine(U32 Line) {
+  if (Line == 0 || Line > static_cast<U32>(NumLines())) return false;
+  m_pState->GoToRow(static_cast<int>(Line) - 1);
+  return true;
+}
+
+void CSourceWindow::ShowNextDocument() {
+  const int NumTabs = m_pState->pTabs->count();
+  if (NumTabs > 0) m_pState->pTabs->setCurrentIndex((m_pState->pTabs->currentIndex() + 1) % NumTabs);
+}
+
+int CSourceWindow::NumLines() const {
+  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
+  return pDocument && pDocument->bExists ? m_pState->pEditor->NumRows() : 0;
+}
+
+int CSourceWindow::CursorLine() const {
+  return m_pState->pEditor->CursorPos().y() + 1;
 }
 
 void CSourceWindow::Close(const QString& sPath) {
@@ -310,6 +336,11 @@ QString CSourceWindow::DumpText() const {
   if (pDocument == nullptr) return {};
   const QString sPlace = m_pState->PcLoc.IsValid() ? ELFAPI_GetSrcLocText(m_pState->PcLoc) : QString();
   return QFileInfo(pDocument->sFilePath).fileName() + QLatin1Char('\t') + sPlace + QLatin1Char('\n') + pDocument->sText;
+}
+
+void CSourceWindow::OnActivationChanged(bool bActive) {
+  m_pState->bActive = bActive;
+  m_pState->HighlightPcLine();
 }
 
 void CSourceWindow::OnDeviceDisconnectDone() {

@@ -25,6 +25,10 @@ public:
             const QPoint& CursorPos = QPoint(-1, -1));
   // Opens the file of a location and puts the line into view.
   bool ShowLocation(const CSrcLoc& Loc);
+  // Puts a line of the active document into view, from 1; false when it has no such line.
+  bool ShowLine(U32 Line);
+  // The tab to the right, behind the last one the first.
+  void ShowNextDocument();
   void Close(const QString& sPath);
   void CloseAll();
   // All but the active document.
@@ -32,6 +36,9 @@ public:
   bool IsOpen(const QString& sPath) const;
   QStringList OpenFiles() const;
   QString ActiveFile() const;
+  // Of the active document: its number of lines, 0 for a file that is missing, and the line of the cursor, from 1.
+  int NumLines() const;
+  int CursorLine() const;
   // Reads the open documents again, after the program was built anew.
   void ReloadDocuments();
 
@@ -54,6 +61,7 @@ public:
 
   void OnDeviceDisconnectDone() override;
   void OnDeviceResumeDone(RESUME_MODES Mode) override;
+  void OnActivationChanged(bool bActive) override;
 
 private:
   std::unique_ptr<SOURCE_WINDOW_STATE> m_pState;
