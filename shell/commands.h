@@ -34,3 +34,4 @@ void RegisterTargetCommands(COMMAND_CONTEXT& Context);
 void RegisterProjectCommands(COMMAND_CONTEXT& Context);
 void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);
+void RegisterViewCommands(COMMAND_CONTEXT& Context);

@@ -1,8 +1,6 @@
-// Window.*, Toolbar.*, Edit.* and View.* as far as their windows exist.
+// Window.*, Toolbar.* and Edit.* as far as their windows exist.
 
 #include "base/text.h"
-#include "device/device.h"
-#include "program/database/elfapi.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
@@ -121,14 +119,6 @@ void EditFont(COMMAND_CONTEXT& Context) {
   Context.Window.ApplyFonts();
 }
 
-// ---- Views
-
-void ViewPC(COMMAND_CONTEXT& Context) {
-  if (CheckActionArgs(ACTION_VIEW_PC) && CheckConnected(ACTION_VIEW_PC)) {
-    Context.Window.ShowPC(static_cast<U32>(CDevice::Get().GetPC()));
-  }
-}
-
 constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
     {ACTION_WINDOW_SHOW, WindowShow},
     {ACTION_WINDOW_CLOSE, WindowClose},
@@ -139,7 +129,6 @@ constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
     {ACTION_WINDOW_SHOW_CONSOLE, ShowConsole},
     {ACTION_TOOLBAR_SHOW, ToolbarShow},
     {ACTION_TOOLBAR_CLOSE, ToolbarClose},
-    {ACTION_VIEW_PC, ViewPC},
 };
 
 constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {

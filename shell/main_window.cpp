@@ -141,6 +141,7 @@ CDockWindow* CMainWindow::AddDock(const QString& sName, const QString& sTitle, Q
 void CMainWindow::CreateWindows() {
   m_pSource = new CSourceWindow(this);
   setCentralWidget(m_pSource);
+  m_pSource->SetActive(true);
   m_Windows << m_pSource;
   m_pConsole =
       new CConsoleWindow(AddDock(QStringLiteral("Console"), QStringLiteral("Console"), Qt::BottomDockWidgetArea));
@@ -176,6 +177,7 @@ void CMainWindow::CreateMenus() {
   RegisterProjectCommands(*m_pCommands);
   RegisterWindowCommands(*m_pCommands);
   RegisterEditCommands(*m_pCommands);
+  RegisterViewCommands(*m_pCommands);
   const DYNAMIC_MENUS Menus = CreateMenuBar(this);
   m_pRecentProjectsMenu = Menus.pRecentProjects;
   m_pRecentProgramsMenu = Menus.pRecentPrograms;

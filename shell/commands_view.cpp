@@ -1,0 +1,83 @@
+// View.* and the keys of the source window, as far as their windows exist.
+
+#include <QInputDialog>
+
+#include "device/device.h"
+#include "program/database/elfapi.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
+#include "shell/actions/action_ids.h"
+#include "shell/batch_session.h"
+#include "shell/command_args.h"
+#include "shell/commands.h"
+#include "shell/main_window.h"
+#include "ui/windows/source_window.h"
+
+namespace {
+
+U32 CurrentPC() {
+  return static_cast<U32>(CDevice::Get().GetPC());
+}
+
+void ViewPC(COMMAND_CONTEXT& Context) {
+  if (CheckActionArgs(ACTION_VIEW_PC) && CheckConnected(ACTION_VIEW_PC)) Context.Window.ShowPC(CurrentPC());
+}
+
+void ViewPCLine(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_VIEW_PC_LINE;
+  if (!CheckActionArgs(ID) || !CheckConnected(ID)) return;
+  if (!ELFAPI_HasSrcLoc(CurrentPC())) return SetActionError(ID, QLatin1String(ActionError::NO_SOURCE_INFO));
+  Context.Window.ShowPC(CurrentPC());
+}
+
+void ViewLine(COMMAND_CONTEXT& Context) {
+  U32 Line = 0;
+  if (!CheckActionArgs(ACTION_VIEW_LINE) || !GetNumberArg(ACTION_VIEW_LINE, 0, &Line)) return;
+  CSourceWindow& Source = Context.Window.Source();
+  if (!Source.ShowLine(Line))
+    return SetActionError(ACTION_VIEW_LINE, QLatin1String(ActionError::INVALID_PARAMETER),
+                          GetActionArgs(ACTION_VIEW_LINE).value(0));
+  Source.setFocus();
+}
+
+void ViewSource(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_VIEW_SOURCE;
+  if (!CheckActionArgs(ID)) return;
+  CSourceWindow& Source = Context.Window.Source();
+  if (!Source.ShowLocation(ELFAPI_ParseSrcLoc(GetActionArgs(ID).value(0))))
+    return SetActionError(ID, QLatin1String(ActionError::NO_SOURCE_INFO));
+  Source.setFocus();
+}
+
+void GoToLine(COMMAND_CONTEXT& Context) {
+  const CSourceWindow& Source = Context.Window.Source();
+  if (Source.IsEmpty() || CBatchSession::IsActive()) return;
+  bool bOk = false;
+  const int Line = QInputDialog::getInt(&Context.Window, QStringLiteral("Go to Line"), QStringLiteral("Line number:"),
+                                        Source.CursorLine(), 1, std::max(1, Source.NumLines()), 1, &bOk);
+  if (bOk) PerformAction(ACTION_VIEW_LINE, Line);
+}
+
+void GoToPC(COMMAND_CONTEXT&) {
+  if (IsActionEnabled(ACTION_VIEW_PC_LINE, true)) PerformAction(ACTION_VIEW_PC_LINE);
+}
+
+void ShowNextDocument(COMMAND_CONTEXT& Context) {
+  Context.Window.Source().ShowNextDocument();
+}
+
+constexpr COMMAND_HANDLER HANDLERS[] = {
+    {ACTION_VIEW_PC, ViewPC},
+    {ACTION_VIEW_PC_LINE, ViewPCLine},
+    {ACTION_VIEW_LINE, ViewLine},
+    {ACTION_VIEW_SOURCE, ViewSource},
+    {ACTION_SRC_VIEW_LINE, GoToLine},
+    {ACTION_SRC_VIEW_PC, GoToPC},
+    {ACTION_SRC_SHOW_NEXT_DOCUMENT, ShowNextDocument},
+};
+
+}  // namespace
+
+void RegisterViewCommands(COMMAND_CONTEXT& Context) {
+  RegisterCommands(Context, HANDLERS);
+}
