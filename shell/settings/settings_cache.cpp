@@ -1,5 +1,6 @@
 #include "shell/settings/settings_cache.h"
 
+#include <QFile>
 #include <QSettings>
 
 #include "shell/log/log.h"
@@ -23,11 +24,22 @@ std::unique_ptr<QSettings> OpenStore() {
   return pStore;
 }
 
-int ReportStatus(const QSettings& Store, const char* sWhat) {
-  if (Store.status() == QSettings::NoError) return 0;
-  LogMsg(QStringLiteral("Settings could not be %1: %2").arg(QLatin1String(sWhat), Store.fileName()),
+// A store that was cut off or overwritten: raw zero bytes are never written, they are escaped.
+bool IsDamaged(const QSettings& Store) {
+  QFile File(Store.fileName());
+  const bool bZeros = File.open(QIODevice::ReadOnly) && File.readAll().contains('\0');
+  return bZeros || Store.status() == QSettings::FormatError;
+}
+
+// Renames the store, so that nothing of it is lost, and tells where it is.
+void PutAside(const QString& sFile) {
+  const QString sAside = sFile + QLatin1String(".damaged");
+  QFile::remove(sAside);
+  const bool bMoved = QFile::rename(sFile, sAside);
+  LogMsg(QStringLiteral("The settings in %1 are damaged: defaults apply. %2")
+             .arg(sFile, bMoved ? QStringLiteral("The file was kept as ") + sAside
+                                : QStringLiteral("The file could not be put aside.")),
          MSG_WARNING | MSG_TO_ALL);
-  return -1;
 }
 
 // Stored values come back as text, so that a conversion has to refuse what is no value of the wanted type.
@@ -51,20 +63,31 @@ void SetSettingsInMemory(bool On) {
 
 int LoadSettings() {
   if (State().InMemory) return 0;
+  State().Values.clear();
   const std::unique_ptr<QSettings> pStore = OpenStore();
   const QStringList Keys = pStore->allKeys();
+  if (IsDamaged(*pStore)) {
+    PutAside(pStore->fileName());
+    return -1;
+  }
   for (const QString& sKey : Keys) State().Values.insert(sKey, pStore->value(sKey));
-  return ReportStatus(*pStore, "read");
+  if (pStore->status() == QSettings::NoError) return 0;
+  LogMsg(QStringLiteral("Settings could not be read: ") + pStore->fileName(), MSG_WARNING | MSG_TO_ALL);
+  return -1;
 }
 
+// The store is written beside the old one and renamed, so that a run that is cut off leaves the old one whole.
 int SaveSettings() {
   if (State().InMemory) return 0;
   const std::unique_ptr<QSettings> pStore = OpenStore();
+  pStore->setAtomicSyncRequired(true);
   pStore->clear();
   const QMap<QString, QVariant>& Values = State().Values;
   for (auto it = Values.cbegin(); it != Values.cend(); ++it) pStore->setValue(it.key(), it.value());
   pStore->sync();
-  return ReportStatus(*pStore, "written");
+  if (pStore->status() == QSettings::NoError) return 0;
+  LogMsg(QStringLiteral("Settings could not be written: ") + pStore->fileName(), MSG_WARNING | MSG_TO_ALL);
+  return -1;
 }
 
 QString SettingPath(const SETTING_GROUP& Group, const QString& sKey) {

@@ -11,8 +11,8 @@ using SETTING_GROUP = QStringList;
 // On: LoadSettings and SaveSettings do nothing, as in a batch session. Must be called before LoadSettings.
 void SetSettingsInMemory(bool On);
 
-// Fills the cache from the store. Returns 0, or -1 when the store could not be read whole: what could be read is in the
-// cache, and a console line tells the file.
+// Replaces the cache's content with the store's. Returns 0, or -1 with a console line when the store could not be read: a
+// damaged one is renamed to "<file>.damaged" and leaves the cache empty, so that defaults apply.
 int LoadSettings();
 // Replaces the store's content with the cache. Returns 0, or -1 (with a console line) when it could not be written.
 int SaveSettings();

@@ -3,10 +3,13 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <csignal>
 
 #include "shell/settings/settings_cache.h"
 
@@ -95,22 +98,60 @@ TEST_F(SettingsTest, KeysDirectlyBelowAGroup) {
   RemoveSetting(QStringLiteral("AppData/MainWindowX/Key"));
 }
 
-TEST_F(SettingsTest, CorruptStoreIsReportedAndReplaced) {
+TEST_F(SettingsTest, DamagedStoreIsPutAsideAndDefaultsApply) {
+  const QByteArray Damages[] = {
+      "[AppData]\nno equals sign here\nMainWindow\\Version=V9\n[[\x01\xFE\n",
+      "[AppData]\nMainWindow\\Version=V9\nMainWindow\\Geom",
+      QByteArray(4096, '\0'),
+      QByteArray("[AppData]\nMainWindow\\Version=V9\n") + QByteArray(100, '\0'),
+  };
+  for (const QByteArray& Damage : Damages) {
+    SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V1.00"));
+    ASSERT_EQ(0, SaveSettings());
+    const QString sFile = StoreFile();
+    QFile File(sFile);
+    ASSERT_TRUE(File.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    File.write(Damage);
+    File.close();
+    EXPECT_EQ(-1, LoadSettings()) << Damage.left(40).toStdString();
+    EXPECT_FALSE(HasSetting(MainWindow, QStringLiteral("Version")));
+    QFile Aside(sFile + QStringLiteral(".damaged"));
+    ASSERT_TRUE(Aside.open(QIODevice::ReadOnly));
+    EXPECT_EQ(Aside.readAll(), Damage);
+    SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V2.00"));
+    EXPECT_EQ(0, SaveSettings());
+    EXPECT_EQ(0, LoadSettings());
+    EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Version"), QString()), QStringLiteral("V2.00"));
+    Aside.remove();
+  }
+}
+
+// No file may grow while the limit stands, as on a full disk.
+class CFileSizeLimit {
+public:
+  CFileSizeLimit() {
+    getrlimit(RLIMIT_FSIZE, &m_Old);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit None{0, m_Old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &None);
+  }
+  ~CFileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_Old); }
+
+private:
+  rlimit m_Old{};
+};
+
+TEST_F(SettingsTest, StoreStaysWholeWhenTheDiskIsFull) {
   SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V1.00"));
   ASSERT_EQ(0, SaveSettings());
-  const QString sFile = StoreFile();
-  ASSERT_FALSE(sFile.isEmpty());
-  QFile File(sFile);
-  ASSERT_TRUE(File.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  File.write(QByteArray("[AppData]\nno equals sign here\nMainWindow\\Version=V9\n[[\x01\xFE\n", 57));
-  File.close();
-  ForgetAll();
-  EXPECT_EQ(-1, LoadSettings());
   SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V2.00"));
-  SaveSettings();
-  ForgetAll();
-  EXPECT_EQ(0, LoadSettings());
-  EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Version"), QString()), QStringLiteral("V2.00"));
+  {
+    const CFileSizeLimit Limit;
+    EXPECT_EQ(-1, SaveSettings());
+  }
+  QFile Store(StoreFile());
+  ASSERT_TRUE(Store.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(Store.readAll().contains("V1.00"));
 }
 
 TEST_F(SettingsTest, BatchSessionsLeaveTheStoreAlone) {
