@@ -1,4 +1,5 @@
-# vexor_icons(TARGET): compiles resources/icons/*.svg into TARGET as ":/icons/<name>.png" with "@2x" beside each.
+# vexor_icons(TARGET): compiles resources/icons/*.svg into TARGET as ":/icons/<name>.png" with "@2x" beside each, and
+# the same for dark palettes as ":/icons/dark/<name>.png".
 add_executable(svg_to_png ${CMAKE_SOURCE_DIR}/cmake/icons/svg_to_png.cpp)
 target_link_libraries(svg_to_png PRIVATE Qt6::Gui Qt6::Svg)
 set_target_properties(svg_to_png PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tools)
@@ -11,11 +12,13 @@ function(vexor_icons TARGET)
   set(list "<RCC><qresource prefix=\"/icons\">\n")
   foreach(drawing IN LISTS drawings)
     get_filename_component(name ${drawing} NAME_WLE)
-    add_custom_command(OUTPUT ${dir}/${name}.png ${dir}/${name}@2x.png
-      COMMAND svg_to_png ${drawing} ${dir}/${name}.png ${dir}/${name}@2x.png
-      DEPENDS ${drawing} svg_to_png)
-    list(APPEND pictures ${dir}/${name}.png ${dir}/${name}@2x.png)
-    string(APPEND list "<file>${name}.png</file><file>${name}@2x.png</file>\n")
+    set(files ${name}.png ${name}@2x.png dark/${name}.png dark/${name}@2x.png)
+    list(TRANSFORM files PREPEND ${dir}/ OUTPUT_VARIABLE paths)
+    add_custom_command(OUTPUT ${paths} COMMAND svg_to_png ${drawing} ${dir} DEPENDS ${drawing} svg_to_png)
+    list(APPEND pictures ${paths})
+    foreach(file IN LISTS files)
+      string(APPEND list "<file>${file}</file>\n")
+    endforeach()
   endforeach()
   file(CONFIGURE OUTPUT ${dir}/icons.qrc CONTENT "${list}</qresource></RCC>\n" @ONLY)
   add_custom_command(OUTPUT ${dir}/qrc_icons.cpp

@@ -23,8 +23,12 @@ bool IsDarkPalette();
 // The font that is set for an identifier (FONT_ID), else the one that it inherits.
 QFont GetFont(U32 ID);
 // Sets it; a font equal to the inherited one removes the entry. FONT_APP is also the application's font unless
-// bApply is false. With bSave it is kept in the settings. Returns 0, or -1 for an unknown identifier.
+// bApply is false. With bSave it is kept in the settings, otherwise those stay as they are. Returns 0, or -1 for an
+// unknown identifier.
 int SetFont(U32 ID, const QFont& Font, bool bSave, bool bApply = true);
+// The font that an identifier has while none is set, and whether one is set.
+QFont GetInheritedFont(U32 ID);
+bool IsFontModified(U32 ID);
 // The fixed-pitch form of a font.
 QFont MonospacedForm(const QFont& Font);
 // Height of a line and width of a text in logical pixels.
@@ -32,11 +36,15 @@ int GetFontHeight(U32 ID);
 int GetTextWidth(U32 ID, const QString& sText);
 // "Family,  10pt,  Normal"
 QString FontToText(U32 ID);
+QString FontToText(const QFont& Font);
 QFont TextToFont(const QString& sText, bool* pOk);
 
 // Colours and fonts from and to the settings cache.
 void LoadColorsAndFonts();
 void SaveColorsAndFonts();
 
-// An icon by its file name, such as "arrow-pc.png"; an empty icon for an unknown name.
+// An icon by its file name, such as "arrow-pc.png"; an empty icon for an unknown name. It paints itself in the colours
+// for the palette of the moment (IsDarkPalette), so it may be kept over a change of the palette.
 QIcon GetIcon(const QString& sName);
+// The resource path of that icon for a style sheet, for the palette of now; empty for an unknown name.
+QString GetIconPath(const QString& sName);
