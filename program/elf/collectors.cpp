@@ -55,14 +55,39 @@ bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, bool bInFunc
   return true;
 }
 
+namespace {
+
+U32 FindNamedFunc(const DWARF_INFO& Info, const char* sName) {
+  for (const U32 Entry : Info.Lists.aFunctions) {
+    const auto Name = Info.Lists.Names.find(Entry);
+    if (Name != Info.Lists.Names.end() && std::strcmp(Name->second, sName) == 0) return Entry;
+  }
+  return 0;
+}
+
+bool HasCode(const CDieReader& Reader, const CDie& Die) {
+  return Reader.Has(Die, DW_AT_low_pc) || Reader.Has(Die, DW_AT_ranges);
+}
+
+// The function itself, or the one with code that it is the abstract origin of: a link-time optimiser parts the two.
+U32 ConcreteFunc(const DWARF_INFO& Info, U32 Func) {
+  const CDie Die = Func ? Info.Reader.Load(Info.Index.Ref(Func)) : CDie();
+  if (!Die || HasCode(Info.Reader, Die)) return Func;
+  for (const U32 Entry : Info.Lists.aFunctions) {
+    if (Info.Lists.Names.count(Entry)) continue;
+    const CDie Other = Info.Reader.Load(Info.Index.Ref(Entry));
+    const std::optional<DIE_REF> Origin = Other ? Info.Reader.Reference(Other, DW_AT_abstract_origin) : std::nullopt;
+    if (Origin && Info.Index.Find(*Origin) == Func && HasCode(Info.Reader, Other)) return Entry;
+  }
+  return Func;
+}
+
+}  // namespace
+
 U32 FindEntryFunc(const DWARF_INFO& Info) {
   for (const U32 Entry : Info.Lists.aFunctions) {
     const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
     if (Die && Info.Reader.Has(Die, DW_AT_main_subprogram)) return Entry;
   }
-  for (const U32 Entry : Info.Lists.aFunctions) {
-    const auto Name = Info.Lists.Names.find(Entry);
-    if (Name != Info.Lists.Names.end() && std::strcmp(Name->second, "main") == 0) return Entry;
-  }
-  return 0;
+  return ConcreteFunc(Info, FindNamedFunc(Info, "main"));
 }

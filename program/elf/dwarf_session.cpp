@@ -30,7 +30,11 @@ void CDwarfSession::CollectSections() {
   for (U32 i = 0; i < Image.Sections().size(); ++i) {
     const char* sName = Image.SectionName(i);
     const ELF_SECTION& Section = Image.Sections()[i];
-    if (std::strncmp(sName, DEBUG_PREFIX, sizeof(DEBUG_PREFIX) - 1) != 0 || (Section.Flags & SHF_COMPRESSED)) continue;
+    if (std::strncmp(sName, DEBUG_PREFIX, sizeof(DEBUG_PREFIX) - 1) != 0) continue;
+    if (Section.Flags & SHF_COMPRESSED) {
+      SendMessageF("section %s is compressed and was left out.", sName);
+      continue;
+    }
     U32 Size;
     const U8* pData = Image.SectionData(i);
     if (!pData || this->Section(sName, Size)) continue;

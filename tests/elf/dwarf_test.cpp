@@ -12,7 +12,7 @@ struct PROGRAM {
 
 constexpr PROGRAM aPrograms[] = {
     {"gcc_dwarf2_O0.elf", 2, 0}, {"gcc_dwarf3_O2.elf", 3, 3}, {"gcc_dwarf4_O2.elf", 4, 3}, {"gcc_dwarf5_O0.elf", 5, 0},
-    {"gcc_dwarf5_O2.elf", 5, 3}, {"mixed.elf", 5, 3},         {"big_endian.elf", 4, 3},
+    {"gcc_dwarf5_O2.elf", 5, 3}, {"mixed.elf", 5, 3},         {"big_endian.elf", 4, 3},    {"gcc_dwarf5_lto.elf", 5, 5},
 };
 
 }  // namespace

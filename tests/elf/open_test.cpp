@@ -59,6 +59,19 @@ TEST_F(ElfOpen, SymbolsOutsideTheFileAreRefused) {
   EXPECT_EQ(aMessages, std::vector<std::string>{"could not parse symbols."});
 }
 
+TEST_F(ElfOpen, CompressedLineTableIsLeftOutAndSaid) {
+  std::vector<char> aBytes = BytesOf("gcc_dwarf5_O2.elf");
+  Open("gcc_dwarf5_O2.elf");
+  const U32 Index = static_cast<U32>(ELF_FindSection(pFile, ".debug_line"));
+  const U32 SectionHeaders = static_cast<U8>(aBytes[32]) | static_cast<U8>(aBytes[33]) << 8;
+  constexpr U32 HEADER_SIZE = 40, FLAGS_FIELD = 8;
+  aBytes[SectionHeaders + Index * HEADER_SIZE + FLAGS_FIELD + 1] = 0x08;
+  ASSERT_NE(OpenBytes(aBytes), nullptr);
+  EXPECT_THAT(aMessages, testing::Contains("section .debug_line is compressed and was left out."));
+  EXPECT_EQ(ELF_GetNumSrcLines(pFile), 0u);
+  EXPECT_EQ(NameOf(ELF_GetEntryFunc(pFile)), "main");
+}
+
 TEST_F(ElfOpen, OneFileAtATime) {
   Open("plain.elf");
   EXPECT_EQ(ELF_Open(DataPath("mixed.elf").c_str()), nullptr);

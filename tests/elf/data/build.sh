@@ -15,6 +15,7 @@ $GCC -gdwarf-3 -gstrict-dwarf -O2 $LINK sample.c other.c -o gcc_dwarf3_O2.elf
 $GCC -gdwarf-4 -O2 $LINK sample.c other.c -o gcc_dwarf4_O2.elf
 $GCC -gdwarf-5 -O0 $LINK sample.c other.c -o gcc_dwarf5_O0.elf
 $GCC -gdwarf-5 -O2 -ffunction-sections $LINK sample.c other.c -o gcc_dwarf5_O2.elf
+$GCC -gdwarf-5 -O2 -flto $LINK sample.c other.c -o gcc_dwarf5_lto.elf
 for UNIT in sample.c other.c sizes.S; do $GCC -O2 -c $UNIT -o "$TMP/$UNIT.o"; done
 $GCC $LINK "$TMP/sample.c.o" "$TMP/other.c.o" "$TMP/sizes.S.o" -o plain.elf
 $GCC -gdwarf-2 -O1 -c sample.c -o "$TMP/two.o"
