@@ -18,7 +18,7 @@ bool ByAddr(const T& A, const T& B) {
 }
 
 U32 TargetAddr(ELF_SYM_HANDLE hSym, U32 InstAlign) {
-  return ELF_RelocToFile(ELF_GetValue(hSym) & ~(InstAlign - 1), 1, 0);
+  return ELF_GetValue(hSym) & ~(InstAlign - 1);
 }
 
 bool IsMappingSymbol(const ELF_FILE* pFile, ELF_SYM_HANDLE hSym) {

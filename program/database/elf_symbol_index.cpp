@@ -38,7 +38,7 @@ bool IsElfFuncSymbol(ELF_SYM_HANDLE Sym) {
 
 U32 ElfSymbolAddr(ELF_SYM_HANDLE Sym) {
   const U32 Value = ELF_GetValue(Sym);
-  return ELF_RelocToFile(IsElfFuncSymbol(Sym) ? AlignedToInst(Value) : Value, 1, 0);
+  return IsElfFuncSymbol(Sym) ? AlignedToInst(Value) : Value;
 }
 
 U32 LowestFuncAddr(const ELF_FILE* pElf) {

@@ -41,7 +41,8 @@ ELF_SYM_HANDLE ELFAPI_GetEntryFunc();
 std::pair<U32, U32> ELFAPI_GetProgramExtent();
 // The program image, one block per loadable segment.
 QMemBlocks ELFAPI_GetDataSegments();
-// Number of line entries that were dropped because they lie below the code.
+// Number of line entries that were dropped because they lie below the code or belong to functions that the linker
+// dropped.
 U32 ELFAPI_GetNumDiscardedLines();
 // Receiver of the database's and the reader's messages, called on the thread that loads.
 void ELFAPI_SetMessageSink(MessageSink Sink);

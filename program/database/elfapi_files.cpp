@@ -102,8 +102,7 @@ U32 ELFAPI_GetEncoding() {
 
 U32 ELFAPI_GetEntryPC() {
   const CDatabaseLock Db;
-  const U32 Entry = ELF_GetEntryPoint(Db->pElf);
-  return Entry == INVALID_ADDR ? Entry : ELF_RelocToFile(Entry, 1, 0);
+  return ELF_GetEntryPoint(Db->pElf);
 }
 
 ELF_SYM_HANDLE ELFAPI_GetEntryFunc() {

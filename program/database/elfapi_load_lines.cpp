@@ -34,15 +34,26 @@ private:
   std::vector<FILE_INDEX> m_Indices;
 };
 
+// True where a run of lines begins with code. The lines of a function that the linker dropped begin at 0, where a
+// program for small addresses has its vectors: they would run over code that is not theirs.
+bool IsRunOfCode(U32 Start, U32 Floor) {
+  if (Start >= Floor) return true;
+  const QString sMapping = ELFAPI_GetMappingName(Start, false);
+  return sMapping == QLatin1String("$Thumb") || sMapping == QLatin1String("$ARM");
+}
+
 void AddLines(DATABASE& Db, CReaderFiles& ReaderFiles) {
   const U32 Floor = LowestFuncAddr(Db.pElf);
   const U32 NumLines = ELF_GetNumSrcLines(Db.pElf);
   Db.Lines.Reserve(NumLines);
+  bool bStartsRun = true, bIsCode = true;
   for (U32 i = 0; i < NumLines; ++i) {
-    // The end of a run of code would take the first address of whatever stands behind it.
-    if (ELF_GetSrcLineFlags(Db.pElf, i) & ELF_LINE_END_SEQUENCE) continue;
     const U32 Addr = ELF_GetSrcLineAddr(Db.pElf, i);
-    if (Addr < Floor) {
+    if (bStartsRun) bIsCode = IsRunOfCode(Addr, Floor);
+    bStartsRun = (ELF_GetSrcLineFlags(Db.pElf, i) & ELF_LINE_END_SEQUENCE) != 0;
+    // The end of a run of code would take the first address of whatever stands behind it.
+    if (bStartsRun) continue;
+    if (Addr < Floor || !bIsCode) {
       ++Db.NumDiscardedLines;
       continue;
     }

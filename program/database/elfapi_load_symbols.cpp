@@ -29,13 +29,15 @@ ELF_SYM_LIST ReadList(const ELF_FILE* pElf, LIST_SIZE GetSize, LIST_ENTRY GetEnt
   return Symbols;
 }
 
-void ReadLists(DATABASE& Db) {
+// Fills the lists; the result is all inlined instances.
+ELF_SYM_LIST ReadLists(DATABASE& Db) {
   const ELF_SYM_LIST Inlined = ReadList(Db.pElf, ELF_GetNumInlinedFuncs, ELF_GetInlinedFunc);
   const ELF_SYM_LIST Functions = ReadList(Db.pElf, ELF_GetNumFunctions, ELF_GetFunction);
   Db.GlobalVars = ReadList(Db.pElf, ELF_GetNumGlobalVars, ELF_GetGlobalVar);
   Db.Namespaces = ReadList(Db.pElf, ELF_GetNumNamespaces, ELF_GetNamespace);
   Db.Types = ReadList(Db.pElf, ELF_GetNumTypes, ELF_GetTypeEntry);
-  Db.NamedSymbols = Inlined + Functions + Db.GlobalVars + Db.Namespaces;
+  Db.NamedSymbols = Functions + Db.GlobalVars + Db.Namespaces;
+  return Inlined;
 }
 
 QString FileNameOf(const QString& sPath) {
@@ -78,9 +80,10 @@ void HashFileFunctions(DATABASE& Db) {
 }  // namespace
 
 void LoadSymbols(DATABASE& Db, const std::function<void(const char*)>& StepDone) {
-  ReadLists(Db);
+  const ELF_SYM_LIST Inlined = ReadLists(Db);
   StepDone("Build debug symbol lists");
-  Db.Functions.BuildInlined(Db.pElf);
+  Db.Functions.BuildInlined(Inlined);
+  Db.NamedSymbols = Db.Functions.Inlined() + Db.NamedSymbols;
   StepDone("Hashed function inline expansions");
   Db.Symbols.Build(Db.pElf);
   StepDone("Build symbol table");

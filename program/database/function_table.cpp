@@ -2,8 +2,10 @@
 
 #include <map>
 
+#include "program/database/core_link.h"
 #include "program/database/elf_symbol_index.h"
 #include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
 
 namespace {
 
@@ -25,23 +27,33 @@ QAddrRanges ElfSymbolRanges(ELF_SYM_HANDLE Sym) {
   return Range.IsNone() ? QAddrRanges() : QAddrRanges{Range};
 }
 
+// True for an instance in a function that the linker dropped: what was an offset in that function reads as an address.
+bool IsInDroppedFunc(ELF_SYM_HANDLE Instance) {
+  ELF_SYM_HANDLE Func = ELF_GetParent(Instance);
+  while (Func != 0 && ELF_GetTag(Func) != ELF_TAG_FUNC) Func = ELF_GetParent(Func);
+  if (Func == 0 || ELF_GetNumRanges(Func) == 0) return false;
+  return CodeRangesOf(Func).isEmpty();
+}
+
 }  // namespace
 
 QAddrRanges CodeRangesOf(ELF_SYM_HANDLE Func) {
   if (ELF_GetHandleKind(Func) == ELF_HANDLE_SYMBOL) return ElfSymbolRanges(Func);
   QAddrRanges Ranges;
+  const U32 Dropped = ELF_RelocToFile(0, 1, 0);
   for (U32 i = 0; i < ELF_GetNumRanges(Func); ++i) {
-    const U32 Low = ELF_GetRangeLow(Func, i);
-    const U32 High = ELF_GetRangeHigh(Func, i);
-    if (Low != 0 && Low < High) Ranges.append({Low, High - Low});
+    // Assemblers describe their functions with the Thumb bit in the address.
+    const U32 ThumbBit = ELF_GetRangeLow(Func, i) - AlignedToInst(ELF_GetRangeLow(Func, i));
+    const U32 Low = ELF_GetRangeLow(Func, i) - ThumbBit;
+    const U32 High = ELF_GetRangeHigh(Func, i) - ThumbBit;
+    if (Low != 0 && Low != Dropped && Low < High) Ranges.append({Low, High - Low});
   }
   return Ranges;
 }
 
-void CFunctionTable::BuildInlined(const ELF_FILE* pElf) {
-  for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pElf); ++i) {
-    const ELF_SYM_HANDLE Instance = ELF_GetInlinedFunc(pElf, i);
-    if (Instance == 0) continue;
+void CFunctionTable::BuildInlined(const ELF_SYM_LIST& Instances) {
+  for (const ELF_SYM_HANDLE Instance : Instances) {
+    if (IsInDroppedFunc(Instance)) continue;
     m_Inlined.append(Instance);
     m_Instances[ELF_GetAbstractOrigin(Instance)].append(Instance);
   }

@@ -17,12 +17,14 @@ class CFunctionTable {
 public:
   void Clear() { *this = CFunctionTable(); }
   // The steps of building, in this order.
-  void BuildInlined(const ELF_FILE* pElf);
+  void BuildInlined(const ELF_SYM_LIST& Instances);
   void BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFuncSymbols);
   void BuildTree();
 
   // Sorted by address; functions that exist only as inlined instances have none and stand last.
   const ELF_SYM_LIST& Functions() const { return m_Functions; }
+  // All inlined instances but those in functions that the linker dropped.
+  const ELF_SYM_LIST& Inlined() const { return m_Inlined; }
   // Instances of an abstract function.
   ELF_SYM_LIST InstancesOf(ELF_SYM_HANDLE Func) const { return m_Instances.value(Func); }
   // Every function and inlined instance with code, and where it starts.

@@ -9,9 +9,6 @@ void CLineTable::Clear() {
 void CLineTable::Sort() {
   std::stable_sort(m_Entries.begin(), m_Entries.end(),
                    [](const LINE_ENTRY& A, const LINE_ENTRY& B) { return A.Addr < B.Addr; });
-  const auto itEnd = std::unique(m_Entries.begin(), m_Entries.end(),
-                                 [](const LINE_ENTRY& A, const LINE_ENTRY& B) { return A.Addr == B.Addr; });
-  m_Entries.erase(itEnd, m_Entries.end());
 }
 
 void CLineTable::Remove(const std::function<bool(const LINE_ENTRY&)>& IsUnwanted) {
@@ -19,6 +16,9 @@ void CLineTable::Remove(const std::function<bool(const LINE_ENTRY&)>& IsUnwanted
 }
 
 void CLineTable::BuildIndex() {
+  const auto itEnd = std::unique(m_Entries.begin(), m_Entries.end(),
+                                 [](const LINE_ENTRY& A, const LINE_ENTRY& B) { return A.Addr == B.Addr; });
+  m_Entries.erase(itEnd, m_Entries.end());
   struct KEYED {
     U64 Key;
     U32 Addr;

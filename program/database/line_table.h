@@ -23,10 +23,11 @@ public:
   void Clear();
   void Reserve(size_t NumEntries) { m_Entries.reserve(NumEntries); }
   void Add(const LINE_ENTRY& Entry) { m_Entries.push_back(Entry); }
-  // Sorts by address; the entry added first stays where several have one address.
+  // Sorts by address; entries at one address stay in the order of adding.
   void Sort();
   // Removes the entries for which the test holds. To be called between Sort and BuildIndex.
   void Remove(const std::function<bool(const LINE_ENTRY&)>& IsUnwanted);
+  // Keeps the entry added first where several have one address.
   void BuildIndex();
 
   // All entries by ascending address.

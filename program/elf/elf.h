@@ -63,7 +63,7 @@ U32 ELF_GetEncoding(const ELF_FILE* pFile);
 bool ELF_IsTargetBigEndian();
 // The EI_CLASS byte; ELF_CLASS_NO_FILE without a file.
 U32 ELF_GetFileClass(const ELF_FILE* pFile);
-// e_entry with bit 0 cleared; 0xFFFFFFFF stays as it is and is also the answer without a file.
+// Relocated e_entry with bit 0 cleared; 0xFFFFFFFF stays as it is and is also the answer without a file.
 U32 ELF_GetEntryPoint(const ELF_FILE* pFile);
 // Greatest DWARF version of the file's compilation units, 0 without debug information.
 U32 ELF_GetVersion(const ELF_FILE* pFile);

@@ -5,6 +5,7 @@
 
 #include "device/data_files/vfile.h"
 #include "program/database/file_table.h"
+#include "program/elf/elf.h"
 
 namespace {
 
@@ -89,6 +90,63 @@ TEST_F(LoadTest, DamagedProgramsLoadOrAreRefused) {
   EXPECT_EQ(ELFAPI_GetFunctions().size(), 10);
   EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(0x08000058)), QStringLiteral("main"));
   EXPECT_EQ(AddrOf("main"), 0x08000054u);
+}
+
+// What the database says of the code of demo.elf and of the same program elsewhere, one line for each halfword.
+QStringList CodeAnswers(U32 Base) {
+  constexpr U32 CODE_START = 0x14, CODE_END = 0x264;  // behind ResetHandler, to the end of the last function
+  QStringList Answers;
+  for (U32 Offset = CODE_START; Offset < CODE_END; Offset += 2) {
+    const CSrcLoc At = ELFAPI_GetFirstSrcLoc(Base + Offset);
+    QString sAnswer = QStringLiteral("%1 %2").arg(Offset, 0, 16).arg(ELFAPI_GetSrcLocText(At));
+    for (const ELF_SYM_HANDLE Func : ELFAPI_GetFuncsAt(Base + Offset)) sAnswer += u' ' + ELFAPI_GetQualifiedName(Func);
+    Answers.append(sAnswer + u' ' + ELFAPI_GetMappingName(Base + Offset, false));
+  }
+  for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) {
+    const CAddrRange Range = ELFAPI_GetAddrRange(Func);
+    Answers.append(QStringLiteral("%1 %2 %3")
+                       .arg(ELFAPI_GetName(Func))
+                       .arg(Range.IsNone() ? 0 : Range.Start - Base)
+                       .arg(Range.Size));
+  }
+  for (const U32 Addr : ELFAPI_GetLocBlocks(ELFAPI_ParseSrcLoc(QStringLiteral("first.c:16")))) {
+    Answers.append(QString::number(Addr - Base, 16));
+  }
+  return Answers;
+}
+
+void ExpectSame(const QStringList& Answers, const QStringList& Expected) {
+  EXPECT_EQ(Answers.size(), Expected.size());
+  for (qsizetype i = 0; i < std::min(Answers.size(), Expected.size()); ++i) {
+    EXPECT_EQ(Answers[i].toStdString(), Expected[i].toStdString());
+  }
+}
+
+// At address 0 lie the remains of what the linker dropped, and an assembler's functions carry the Thumb bit.
+TEST_F(LoadTest, TheSameProgramAtAddress0) {
+  const QStringList Expected = CodeAnswers(0x08000000);
+  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("low.elf")), 0);
+  ExpectSame(CodeAnswers(0), Expected);
+  const ELF_SYM_HANDLE Handler = ELFAPI_GetFuncAt(0x8);
+  EXPECT_FALSE(ELFAPI_IsElfSymbol(Handler));
+  EXPECT_EQ(ELFAPI_GetAddrRange(Handler), (CAddrRange{0x8, 10}));
+  EXPECT_EQ(ELFAPI_GetFuncAt(0xC), Handler);
+  EXPECT_EQ(LocTextAt(0x8), QStringLiteral("start.S:13"));
+  EXPECT_EQ(LocTextAt(0xA), QStringLiteral("start.S:13"));
+  EXPECT_EQ(LocTextAt(0xC), QStringLiteral("start.S:14"));
+}
+
+TEST_F(LoadTest, ARelocatedProgramMovesOnce) {
+  constexpr U32 MOVE = 0x00100000;
+  const QStringList Expected = CodeAnswers(0x08000000);
+  ELFAPI_Unload();
+  ASSERT_EQ(ELF_AddRelocation("*", MOVE), 0);
+  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+  ExpectSame(CodeAnswers(0x08000000 + MOVE), Expected);
+  EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u + MOVE);
+  EXPECT_EQ(AddrOf("ResetHandler"), 0x08000008u + MOVE);
+  EXPECT_EQ(AddrOf("Level"), 0x20000008u + MOVE);
+  EXPECT_EQ(ELFAPI_GetFuncAt(0x08000058), 0u);
 }
 
 TEST_F(LoadTest, QueriesOfOtherThreadsWaitForALoad) {

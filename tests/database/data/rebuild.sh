@@ -1,5 +1,6 @@
 #!/bin/sh
-# Builds demo.elf, the program that the tests of the program database load. Needs gcc-arm-none-eabi.
+# Builds the programs that the tests of the program database load: demo.elf, and the same program for address 0 with
+# debug information for its assembler file as low.elf. Needs gcc-arm-none-eabi.
 set -e
 cd "$(dirname "$0")"
 flags="-mcpu=cortex-m4 -mthumb -g3 -gdwarf-5 -ffile-prefix-map=$PWD=/demo -ffreestanding"
@@ -11,6 +12,11 @@ arm-none-eabi-g++ $flags -O0 -fno-exceptions -fno-rtti -c shape.cpp -o "$out/sha
 arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -c start.S -o "$out/start.o"
 arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--gc-sections,--build-id=none,-u,UseShapes,-u,LongStatement \
   -T demo.ld "$out/first.o" "$out/second.o" "$out/shape.o" "$out/start.o" -o demo.elf
+
+sed 's/0x08000000/0x00000000/' demo.ld >"$out/low.ld"
+arm-none-eabi-gcc $flags "-Wa,--debug-prefix-map=$PWD=/demo" -c start.S -o "$out/start.o"
+arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--gc-sections,--build-id=none,-u,UseShapes,-u,LongStatement \
+  -T "$out/low.ld" "$out/first.o" "$out/second.o" "$out/shape.o" "$out/start.o" -o low.elf
 
 # What other tools say about it: the rows of the line table, the symbols, and the image in other formats.
 arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h) ' >demo.lines.txt
