@@ -31,8 +31,9 @@ const COLOR_PAIR DARK_COLORS[] = {
     {"#8e1f1b", "#ff9a92"},  // red, edge
     {"#7a4bb0", "#b48ee8"},  // purple
     {"#55307f", "#d3bbf3"},  // purple, edge
+    {"#b0770c", "#dba032"},  // amber
     {"#8f6508", "#d9a63c"},  // amber, edge
-    {"#8f7410", "#f6e08a"},  // yellow, edge
+    {"#7d6409", "#f6e08a"},  // yellow, edge
 };
 
 bool Render(QSvgRenderer& Renderer, int Scale, const QString& sOutput) {

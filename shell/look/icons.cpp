@@ -10,18 +10,29 @@ static void InitIconResource() {
 }
 
 namespace {
-QString LightPath(const QString& sName) {
-  return QStringLiteral(":/icons/") + sName;
+constexpr auto LIGHT_FOLDER = ":/icons/";
+constexpr auto DARK_FOLDER = ":/icons/dark/";
+
+QString PathIn(const char* sFolder, const QString& sName) {
+  return QLatin1String(sFolder) + sName;
 }
 
-QString DarkPath(const QString& sName) {
-  return QStringLiteral(":/icons/dark/") + sName;
+// Both drawings as sizes of one icon: the larger one serves wherever more pixels are wanted, be it for a screen's scale
+// or for a message box.
+QIcon LoadIcon(const QString& sPath) {
+  QPixmap Double(QString(sPath).replace(QLatin1String(".png"), QLatin1String("@2x.png")));
+  Double.setDevicePixelRatio(1.0);
+  QIcon Icon;
+  Icon.addPixmap(QPixmap(sPath));
+  Icon.addPixmap(Double);
+  return Icon;
 }
 
 // Decides at each painting, so that actions and models which keep an icon follow a change of the palette.
 class CPaletteIconEngine : public QIconEngine {
 public:
-  explicit CPaletteIconEngine(const QString& sName) : m_Light(LightPath(sName)), m_Dark(DarkPath(sName)) {}
+  explicit CPaletteIconEngine(const QString& sName)
+      : m_Light(LoadIcon(PathIn(LIGHT_FOLDER, sName))), m_Dark(LoadIcon(PathIn(DARK_FOLDER, sName))) {}
 
   void paint(QPainter* pPainter, const QRect& Rect, QIcon::Mode Mode, QIcon::State State) override {
     Icon().paint(pPainter, Rect, Qt::AlignCenter, Mode, State);
@@ -51,7 +62,9 @@ private:
 
 bool IconExists(const QString& sName) {
   static const bool bInitialised = (InitIconResource(), true);
-  return bInitialised && !sName.isEmpty() && QFile::exists(LightPath(sName));
+  // Names come from plug-ins as well: they reach no other folder.
+  return bInitialised && sName.endsWith(QLatin1String(".png")) && !sName.contains(QLatin1Char('/')) &&
+         QFile::exists(PathIn(LIGHT_FOLDER, sName));
 }
 }  // namespace
 
@@ -64,5 +77,5 @@ QIcon GetIcon(const QString& sName) {
 
 QString GetIconPath(const QString& sName) {
   if (!IconExists(sName)) return QString();
-  return IsDarkPalette() ? DarkPath(sName) : LightPath(sName);
+  return PathIn(IsDarkPalette() ? DARK_FOLDER : LIGHT_FOLDER, sName);
 }
