@@ -1,0 +1,63 @@
+#include "ui/dialog.h"
+
+#include <QLayout>
+#include <QScreen>
+
+#include "shell/look/look.h"
+#include "shell/settings/fonts.h"
+
+namespace {
+
+const QString SIZE_KEY = QStringLiteral("Size");
+
+CDialog::RESPONDER& Responder() {
+  static CDialog::RESPONDER Instance;
+  return Instance;
+}
+
+}  // namespace
+
+CDialog::CDialog(QWidget* pParent, const QString& sName, const QString& sTitle)
+    : QDialog(pParent), m_Group{QStringLiteral("AppData"), sName} {
+  setObjectName(sName);
+  setWindowTitle(sTitle);
+  setFont(GetFont(FONT_APP));
+}
+
+int CDialog::exec() {
+  if (!Responder()) return QDialog::exec();
+  Responder()(windowTitle());
+  setResult(Rejected);
+  return Rejected;
+}
+
+void CDialog::SetResponder(RESPONDER NewResponder) {
+  Responder() = std::move(NewResponder);
+}
+
+void CDialog::SetFixedToContents() {
+  m_bFixed = true;
+  if (layout()) layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QVariant CDialog::Setting(const QString& sKey, const QVariant& Default) const {
+  return GetSetting(m_Group, sKey, Default);
+}
+
+void CDialog::StoreSetting(const QString& sKey, const QVariant& Value) const {
+  SetSetting(m_Group, sKey, Value);
+}
+
+void CDialog::showEvent(QShowEvent* pEvent) {
+  if (!m_bPlaced && !m_bFixed) {
+    m_bPlaced = true;
+    const QSize Stored = Setting(SIZE_KEY, QSize()).toSize();
+    if (Stored.isValid()) resize(Stored.expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize()));
+  }
+  QDialog::showEvent(pEvent);
+}
+
+void CDialog::hideEvent(QHideEvent* pEvent) {
+  if (!m_bFixed && !pEvent->spontaneous()) StoreSetting(SIZE_KEY, size());
+  QDialog::hideEvent(pEvent);
+}
