@@ -167,12 +167,17 @@ TEXT_POS CSourceEditor::Clamped(TEXT_POS Pos) const {
 
 void CSourceEditor::MeasureRows() {
   qsizetype Widest = 0;
-  for (const QString& sRow : m_Rows) Widest = std::max(Widest, Expanded(sRow).size());
-  m_WidestRow = static_cast<int>(Widest);
+  m_WidestRow = 0;
+  for (int Row = 0; Row < NumRows(); ++Row) {
+    const qsizetype Width = Expanded(m_Rows[Row]).size();
+    if (Width > Widest) m_WidestRow = Row;
+    Widest = std::max(Widest, Width);
+  }
 }
 
 void CSourceEditor::UpdateScrollBars() {
-  const int TextWidth = m_WidestRow * m_CharWidth + LineNumberWidth() + 2 * LEFT_MARGIN;
+  const int RowLength = static_cast<int>(m_Rows.value(m_WidestRow).size());
+  const int TextWidth = PixelOf(m_WidestRow, RowLength) + LineNumberWidth() + 2 * LEFT_MARGIN;
   horizontalScrollBar()->setSingleStep(m_CharWidth);
   horizontalScrollBar()->setPageStep(viewport()->width());
   horizontalScrollBar()->setRange(0, std::max(0, TextWidth - viewport()->width()));

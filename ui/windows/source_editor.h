@@ -98,7 +98,7 @@ private:
   int m_CharWidth = 8;
   int m_TabSpacing = 4;
   int m_LineNumberFreq = 2;
-  int m_WidestRow = 0;  // columns, tabs expanded
+  int m_WidestRow = 0;  // by columns, tabs expanded
   bool m_bCursorShown = true;
   QTimer m_BlinkTimer;
 };

@@ -1,0 +1,250 @@
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+#include "device/device.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/action_link.h"
+#include "shell/settings/settings_cache.h"
+#include "ui/dock_window.h"
+#include "ui/message_box.h"
+#include "ui/window.h"
+
+namespace {
+
+// A window that counts what it is told.
+class CCountingWindow : public CWindow {
+public:
+  CCountingWindow(QWidget* pParent, const char* sName) : CWindow(pParent, QLatin1String(sName)) {
+    auto* const pInput = new QLineEdit(this);
+    setCentralWidget(pInput);
+    setFocusProxy(pInput);
+  }
+  void Clear() override {
+    ++NumClears;
+    CWindow::Clear();
+  }
+  void Update(U32 NewPC) override { PCs << NewPC; }
+  bool IsEmpty() const override { return bEmpty; }
+
+  int NumClears = 0;
+  QList<U32> PCs;
+  bool bEmpty = false;
+};
+
+}  // namespace
+
+// Two docks in a main window, as the shell makes them.
+class CDockWindowTest : public QObject {
+  Q_OBJECT
+
+private Q_SLOTS:
+  void initTestCase() { SetSettingsInMemory(true); }
+  void init();
+  void cleanup();
+  void theCloseButtonAsksForTheCommand();
+  void theTitleTellsTheFocus();
+  void delClearsTheWindowWithTheFocus();
+  void clearingAsksWhereItIsToBeConfirmed();
+  void hidingClearsAndShowingUpdates_data();
+  void hidingClearsAndShowingUpdates();
+  void aHaltReachesThoseWhoCanBeSeen_data();
+  void aHaltReachesThoseWhoCanBeSeen();
+  void anOlderHaltIsIgnored();
+  void disconnectingClears();
+  void anEmptyWindowSaysWhy();
+  void aWidgetsWindowIsTheNearest();
+
+private:
+  CCountingWindow& First() { return *m_pFirst; }
+  CCountingWindow& Second() { return *m_pSecond; }
+
+  std::unique_ptr<QMainWindow> m_pMain;
+  CCountingWindow* m_pFirst = nullptr;
+  CCountingWindow* m_pSecond = nullptr;
+};
+
+void CDockWindowTest::init() {
+  m_pMain = std::make_unique<QMainWindow>();
+  m_pMain->setCentralWidget(new QWidget);
+  const auto Add = [this](const char* sName) {
+    auto* const pDock = new CDockWindow(QLatin1String(sName), QLatin1String(sName), m_pMain.get());
+    m_pMain->addDockWidget(Qt::BottomDockWidgetArea, pDock);
+    auto* const pWindow = new CCountingWindow(pDock, "Inner");
+    QObject::connect(pDock, &QDockWidget::visibilityChanged, pWindow, &CWindow::VisibilityChanged);
+    return pWindow;
+  };
+  m_pFirst = Add("First");
+  m_pSecond = Add("Second");
+  QVERIFY(m_pFirst->GetDock()->isHidden());
+  m_pFirst->GetDock()->show();
+  m_pSecond->GetDock()->show();
+  m_pMain->resize(800, 600);
+  m_pMain->show();
+  m_pMain->activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(m_pMain.get()));
+  QTest::qWait(0);
+  for (CCountingWindow* const pWindow : {m_pFirst, m_pSecond}) {
+    pWindow->NumClears = 0;
+    pWindow->PCs.clear();
+  }
+}
+
+void CDockWindowTest::cleanup() {
+  UnregisterActionHandler(ACTION_WINDOW_CLOSE);
+  UnregisterActionHandler(ACTION_WINDOW_CLEAR);
+  CMessageBox::SetResponder(nullptr);
+  m_pMain.reset();
+}
+
+void CDockWindowTest::theCloseButtonAsksForTheCommand() {
+  QStringList Args;
+  RegisterActionHandler(ACTION_WINDOW_CLOSE, [&Args] { Args << GetActionArgs(ACTION_WINDOW_CLOSE); });
+  First().GetDock()->close();
+  QCOMPARE(Args, QStringList{QStringLiteral("First")});
+  QVERIFY(First().IsVisible());
+}
+
+void CDockWindowTest::theTitleTellsTheFocus() {
+  First().setFocus();
+  QVERIFY(First().HasFocus() && First().GetDock()->HasFocus());
+  const QString sFocused = First().GetDock()->styleSheet();
+  QVERIFY(sFocused.contains(QStringLiteral("titlebar-close-icon-white.png")));
+  QVERIFY(sFocused.contains(QStringLiteral("bold")));
+  Second().setFocus();
+  QVERIFY(!First().HasFocus() && !First().GetDock()->HasFocus() && Second().GetDock()->HasFocus());
+  QCOMPARE(Second().GetDock()->styleSheet(), sFocused);
+  QVERIFY(!First().GetDock()->styleSheet().contains(QStringLiteral("bold")));
+}
+
+void CDockWindowTest::delClearsTheWindowWithTheFocus() {
+  QStringList Args;
+  RegisterActionHandler(ACTION_WINDOW_CLEAR, [&Args] { Args << GetActionArgs(ACTION_WINDOW_CLEAR); });
+  First().GetDock()->setFocus();
+  QTest::keyClick(First().GetDock(), Qt::Key_Delete);
+  QCOMPARE(Args, QStringList{QStringLiteral("First")});
+  Second().bEmpty = true;
+  Second().Clear();
+  QTest::keyClick(Second().GetDock(), Qt::Key_Delete);
+  QCOMPARE(Args.size(), 1);
+}
+
+void CDockWindowTest::clearingAsksWhereItIsToBeConfirmed() {
+  int NumPerformed = 0, NumAsked = 0;
+  RegisterActionHandler(ACTION_WINDOW_CLEAR, [&NumPerformed] { ++NumPerformed; });
+  int Answer = CMessageBox::DECLINED;
+  CMessageBox::SetResponder([&](const QString& sTitle, const QString&, int) {
+    NumAsked += sTitle == QStringLiteral("Clear First?");
+    return Answer;
+  });
+  First().SetFlag(WF_CONFIRM_CLEAR, true);
+  First().OnActionClearTriggered();
+  QCOMPARE(NumPerformed, 0);
+  Answer = CMessageBox::ACCEPTED;
+  First().OnActionClearTriggered();
+  QCOMPARE(NumPerformed, 1);
+  First().SetFlag(WF_CONFIRM_CLEAR, false);
+  First().OnActionClearTriggered();
+  QCOMPARE(NumPerformed, 2);
+  QCOMPARE(NumAsked, 2);
+}
+
+void CDockWindowTest::hidingClearsAndShowingUpdates_data() {
+  QTest::addColumn<bool>("ClearWhenHidden");
+  QTest::newRow("clears") << true;
+  QTest::newRow("keeps") << false;
+}
+
+void CDockWindowTest::hidingClearsAndShowingUpdates() {
+  QFETCH(bool, ClearWhenHidden);
+  First().SetFlag(WF_CLEAR_WHEN_HIDDEN, ClearWhenHidden);
+  First().GetDock()->hide();
+  QVERIFY(!First().IsVisible() && !First().IsOpen());
+  QCOMPARE(First().NumClears, ClearWhenHidden ? 1 : 0);
+  QVERIFY(First().PCs.isEmpty());
+  First().GetDock()->show();
+  QVERIFY(First().IsVisible());
+  QCOMPARE(First().PCs, QList<U32>{static_cast<U32>(CDevice::Get().GetPC())});
+}
+
+void CDockWindowTest::aHaltReachesThoseWhoCanBeSeen_data() {
+  QTest::addColumn<int>("Mode");
+  QTest::addColumn<bool>("Seen");
+  QTest::addColumn<bool>("Tab");
+  QTest::addColumn<bool>("Updated");
+  QTest::newRow("visible") << int(WIN_UPDATE_VISIBLE) << true << false << true;
+  QTest::newRow("tab behind another") << int(WIN_UPDATE_VISIBLE) << false << true << false;
+  QTest::newRow("tab of an open window") << int(WIN_UPDATE_OPEN) << false << true << true;
+  QTest::newRow("closed") << int(WIN_UPDATE_OPEN) << false << false << false;
+  QTest::newRow("closed, always") << int(WIN_UPDATE_ALWAYS) << false << false << true;
+}
+
+void CDockWindowTest::aHaltReachesThoseWhoCanBeSeen() {
+  QFETCH(int, Mode);
+  QFETCH(bool, Seen);
+  QFETCH(bool, Tab);
+  QFETCH(bool, Updated);
+  First().SetUpdateMode(static_cast<WIN_UPDATE_MODES>(Mode));
+  if (Tab) {
+    m_pMain->tabifyDockWidget(First().GetDock(), Second().GetDock());
+    Second().GetDock()->raise();
+    QTRY_VERIFY(!First().IsVisible());
+    QVERIFY(First().IsOpen() && First().IsObscured());
+  } else if (!Seen) {
+    First().GetDock()->hide();
+  }
+  First().PCs.clear();
+  const U32 PC = static_cast<U32>(CDevice::Get().GetPC());
+  First().OnDeviceHaltDone(PC, HR_GENERAL);
+  QCOMPARE(!First().PCs.isEmpty(), Updated);
+  First().PCs.clear();
+  First().OnDeviceStepped(PC);
+  QCOMPARE(!First().PCs.isEmpty(), Updated);
+}
+
+void CDockWindowTest::anOlderHaltIsIgnored() {
+  const U32 PC = static_cast<U32>(CDevice::Get().GetPC());
+  First().OnDeviceHaltDone(PC + 8, HR_GENERAL);
+  First().OnDeviceStepped(PC + 8);
+  First().OnDeviceHaltDone(0xFFFFFFFF, HR_GENERAL);
+  QVERIFY(First().PCs.isEmpty());
+}
+
+void CDockWindowTest::disconnectingClears() {
+  First().SetFlag(WF_CLEAR_ON_DISCONNECT, true);
+  Second().SetFlag(WF_CLEAR_ON_DISCONNECT, false);
+  First().OnDeviceDisconnectDone();
+  Second().OnDeviceDisconnectDone();
+  QCOMPARE(First().NumClears, 1);
+  QCOMPARE(Second().NumClears, 0);
+}
+
+void CDockWindowTest::anEmptyWindowSaysWhy() {
+  First().setFocus();
+  First().bEmpty = true;
+  First().Clear();
+  QVERIFY(!First().centralWidget()->isVisible());
+  QVERIFY(First().HasFocus());
+  First().grab();
+  const auto* const pFrame = First().findChild<QFrame*>(QStringLiteral("buttonFrame"));
+  QVERIFY(pFrame->isVisible());
+  QCOMPARE(pFrame->findChild<QLabel*>()->text(), QStringLiteral("No target connection"));
+  First().bEmpty = false;
+  First().Clear();
+  First().grab();
+  QVERIFY(!pFrame->isVisible());
+  QVERIFY(First().centralWidget()->hasFocus());
+}
+
+void CDockWindowTest::aWidgetsWindowIsTheNearest() {
+  QWidget* const pInner = First().centralWidget();
+  QCOMPARE(GetWindow(pInner), static_cast<CWindow*>(m_pFirst));
+  QCOMPARE(GetWindow(First().GetDock()), static_cast<CWindow*>(m_pFirst));
+  QCOMPARE(GetDock(pInner), First().GetDock());
+  QCOMPARE(First().GetName(), QStringLiteral("First"));
+  QVERIFY(GetWindow(m_pMain.get()) == nullptr && GetWindow(nullptr) == nullptr && GetDock(nullptr) == nullptr);
+}
+
+QTEST_MAIN(CDockWindowTest)
+#include "dock_window_test.moc"
