@@ -45,6 +45,7 @@ void EditPreferenceCommand() {
   const bool bSave = Args.value(2) == u"1" || Args.value(2) == u"true";
   const VAR_EDIT Edit = EditPreference(Args.at(0), Args.at(1), bSave);
   if (!Edit.sError.isEmpty()) {
+    SetActionArgs(ACTION_EDIT_PREFERENCE, Args.first(2));
     SetActionError(ACTION_EDIT_PREFERENCE, Edit.sError, Edit.sDetail);
   } else if (Args.size() > 2 && !bSave) {
     SuppressEcho(ACTION_EDIT_PREFERENCE);

@@ -20,13 +20,22 @@ constexpr int HELP_WIDTH = 150;
 
 COMMAND_REPORT LastCommand;
 
-// A command that misses its arguments may get them from a dialog, or be called off, while its handler runs, and a
-// refused step is not echoed: their echo waits for the first message of the handler or for the handler's end.
+// A command that misses its arguments may get them from a dialog, or be called off, while its handler runs, a refused
+// step is not echoed, and an edit is echoed with the names of what it changed: their echo waits for the first message
+// of the handler or for the handler's end.
 U32 WaitingEcho = NUM_ACTIONS;
 
-bool MayBeCalledOff(U32 ID) {
-  if (ID == ACTION_DEBUG_STEP_INTO || ID == ACTION_DEBUG_STEP_OVER) return true;
-  return GetParamCount(ID) > 0 && !HasActionArgs(ID);
+bool IsEchoHeldBack(U32 ID) {
+  switch (ID) {
+    case ACTION_DEBUG_STEP_INTO:
+    case ACTION_DEBUG_STEP_OVER:
+    case ACTION_EDIT_SYS_VAR:
+    case ACTION_EDIT_COLOR:
+    case ACTION_EDIT_FONT:
+      return true;
+    default:
+      return GetParamCount(ID) > 0 && !HasActionArgs(ID);
+  }
 }
 
 void PrintEcho(U32 ID) {
@@ -42,7 +51,7 @@ void FlushEcho() {
 
 void EchoBefore(U32 ID) {
   FlushEcho();
-  if (!MayBeCalledOff(ID)) return PrintEcho(ID);
+  if (!IsEchoHeldBack(ID)) return PrintEcho(ID);
   WaitingEcho = ID;
   SetBeforePrint(FlushEcho);
 }

@@ -15,7 +15,7 @@ const SETTING_GROUP FONT_GROUP = {QStringLiteral("AppData"), QStringLiteral("Pre
 
 struct FONT_CACHE {
   QMap<U32, QFont> UserFonts;    // the values set
-  QMap<U32, bool> SaveFonts;     // which of them go to the settings
+  QMap<U32, QFont> SavedFonts;   // those that go to the settings
   QMap<U32, QFont> CachedFonts;  // resolved
 };
 
@@ -45,8 +45,22 @@ QFont InheritedFont(const FONT_INFO& Info) {
   return QFont();
 }
 
+// The style as the font system names it, unless it has no face of the wanted weight and slant.
+QString StyleNameOf(const QFont& Font) {
+  const QString sStyle = QFontInfo(Font).styleName();
+  bool bOk = false;
+  const FONT_SPEC Read = ParseFontText(QStringLiteral("x, 1pt, ") + sStyle, &bOk);
+  return bOk && Read.Weight == Font.weight() && Read.Italic == Font.italic() ? sStyle : QString();
+}
+
 FONT_SPEC SpecOf(const QFont& Font) {
-  return {Font.family(), Font.pointSize(), Font.weight(), Font.italic(), Font.styleName()};
+  return {Font.family(), Font.pointSize(), Font.weight(), Font.italic(), StyleNameOf(Font)};
+}
+
+// As far as a font's text tells.
+bool IsSameFont(const QFont& a, const QFont& b) {
+  return a.family().compare(b.family(), Qt::CaseInsensitive) == 0 && a.pointSize() == b.pointSize() &&
+         a.weight() == b.weight() && a.italic() == b.italic();
 }
 
 }  // namespace
@@ -67,14 +81,24 @@ int SetFont(U32 ID, const QFont& Font, bool bSave, bool bApply) {
   if (pInfo == nullptr) return -1;
   FONT_CACHE& C = Cache();
   C.UserFonts.remove(ID);
+  if (bSave) C.SavedFonts.remove(ID);
   C.CachedFonts.clear();
-  if (Font != InheritedFont(*pInfo)) {
+  if (!IsSameFont(Font, InheritedFont(*pInfo))) {
     C.UserFonts[ID] = Font;
-    C.SaveFonts[ID] = bSave;
+    if (bSave) C.SavedFonts[ID] = Font;
   }
   C.CachedFonts.clear();
   if (ID == FONT_APP && bApply) QApplication::setFont(Font);
   return 0;
+}
+
+QFont GetInheritedFont(U32 ID) {
+  const FONT_INFO* const pInfo = GetFontInfo(ID);
+  return pInfo ? InheritedFont(*pInfo) : QFont();
+}
+
+bool IsFontModified(U32 ID) {
+  return Cache().UserFonts.contains(ID);
 }
 
 QFont MonospacedForm(const QFont& Font) {
@@ -96,7 +120,11 @@ int GetTextWidth(U32 ID, const QString& sText) {
 }
 
 QString FontToText(U32 ID) {
-  return FontSpecText(SpecOf(GetFont(ID)));
+  return FontToText(GetFont(ID));
+}
+
+QString FontToText(const QFont& Font) {
+  return FontSpecText(SpecOf(Font));
 }
 
 QFont TextToFont(const QString& sText, bool* pOk) {
@@ -123,8 +151,8 @@ void SaveColorsAndFonts() {
   const FONT_CACHE& C = Cache();
   for (U32 ID = 0; ID < NUM_FONTS; ++ID) {
     const QString sName = QString::fromLatin1(GetFontInfo(ID)->sName);
-    if (C.UserFonts.contains(ID) && C.SaveFonts.value(ID)) {
-      SetSetting(FONT_GROUP, sName, FontSpecText(SpecOf(C.UserFonts[ID])));
+    if (C.SavedFonts.contains(ID)) {
+      SetSetting(FONT_GROUP, sName, FontToText(C.SavedFonts[ID]));
     } else {
       RemoveSetting(SettingPath(FONT_GROUP, sName));
     }

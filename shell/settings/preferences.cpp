@@ -55,13 +55,13 @@ bool IsTraceDelay(U32 ID) {
   return ID >= VAR_TRACE_PORT_DELAY_0 && ID <= VAR_TRACE_PORT_DELAY_3;
 }
 
-int SetFromArgument(const SYS_VAR* pVar, const QString& sValue, bool bSave) {
-  if (pVar->Type == VAR_TYPE_STRING) return SetVarFromText(pVar, sValue, bSave);
+int SetSysVar(const SYS_VAR* pVar, const QString& sValue) {
+  if (pVar->Type == VAR_TYPE_STRING) return SetVarFromText(pVar, sValue, 0);
   bool bOk = false;
   U32 Value = ParseVarValue(pVar, sValue, &bOk);
   if (!bOk) return -1;
   if (IsTraceDelay(GetVarIndex(pVar))) Value = RoundedDelay(Value);
-  return SetVarValue(pVar, Value, bSave);
+  return SetVarValue(pVar, Value, 0);
 }
 
 VAR_EDIT Done(const SYS_VAR* pVar) {
@@ -78,7 +78,7 @@ VAR_EDIT Done(const SYS_VAR* pVar) {
 VAR_EDIT EditSysVar(const QString& sVarID, const QString& sValue) {
   const SYS_VAR* pVar = FindVar(sVarID);
   if (!pVar) return Refused("unknown system variable", sVarID);
-  if (SetFromArgument(pVar, sValue, false) < 0) return Refused("invalid parameter", sValue);
+  if (SetSysVar(pVar, sValue) < 0) return Refused("invalid parameter", sValue);
   VAR_EDIT Edit = Done(pVar);
   if (Edit.ID <= LAST_REPORTED_SYS_VAR) Tell(false, Edit.ID, Edit.Value);
   Edit = Done(pVar);
@@ -89,7 +89,9 @@ VAR_EDIT EditSysVar(const QString& sVarID, const QString& sValue) {
 VAR_EDIT EditPreference(const QString& sPrefID, const QString& sValue, bool bSave) {
   const SYS_VAR* pVar = FindVar(sPrefID);
   if (!pVar) return Refused("unknown preference", sPrefID);
-  if (SetFromArgument(pVar, sValue, bSave) < 0) return Refused("invalid parameter", sValue);
+  bool bOk = false;
+  const U32 Value = ParseVarValue(pVar, sValue, &bOk);
+  if (!bOk || SetVarValue(pVar, Value, bSave) < 0) return Refused("invalid parameter", sValue);
   const VAR_EDIT Edit = Done(pVar);
   Tell(true, Edit.ID, Edit.Value);
   return Edit;

@@ -288,7 +288,7 @@ TEST_F(DispatchTest, BuiltInCommandsEditVariablesAndListThemselves) {
   ExecuteCommand(QStringLiteral("Util.Sleep soon"));
   EXPECT_THAT(
       Console(),
-      ElementsAre("Edit.SysVar (VAR_TRACE_PORT_DELAY_0, 1234);", "Edit.SysVar (99, 1);",
+      ElementsAre("Edit.SysVar (VAR_TRACE_PORT_DELAY_0, 1200);", "Edit.SysVar (99, 1);",
                   "!Edit.SysVar (99, 1): unknown system variable: \"99\"", "Edit.Preference (PREF_TAB_SPACING, 4);",
                   "Edit.Preference (PREF_TAB_SPACING);", "!Edit.Preference (PREF_TAB_SPACING): wrong parameter count",
                   "Util.Log (\"a, b\");", "a, b", "Util.Sleep (soon);", "!Util.Sleep (soon): not a number"));
