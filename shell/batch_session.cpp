@@ -14,6 +14,7 @@
 #include "shell/log/console_print.h"
 #include "shell/main_window.h"
 #include "shell/windows/console_window.h"
+#include "ui/dialog.h"
 #include "ui/message_box.h"
 #include "ui/warnings_dialog.h"
 
@@ -74,6 +75,10 @@ void CBatchSession::Run(CMainWindow& Window) {
     PrintMessages();
     Print(QStringLiteral("[%1] %2").arg(sTitle, Lines.join(QLatin1Char('\n'))));
     return false;
+  });
+  CDialog::SetResponder([this](const QString& sTitle) {
+    PrintMessages();
+    Print(QStringLiteral("[%1] cancelled").arg(sTitle));
   });
   connect(&Window.Console(), &CConsoleWindow::MessageShown, this, [](const QString& sText) { Print(sText); });
   m_Timer.setInterval(POLL_MS);

@@ -1,4 +1,4 @@
-// Window.*, Toolbar.* and Edit.* as far as their windows exist.
+// Window.* and Toolbar.* as far as their windows exist.
 
 #include "base/text.h"
 #include "shell/actions/action_dispatch.h"
@@ -6,9 +6,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
-#include "shell/look/look.h"
 #include "shell/main_window.h"
-#include "shell/settings/fonts.h"
 #include "shell/settings/named_constants.h"
 #include "ui/dock_window.h"
 #include "ui/window.h"
@@ -102,23 +100,6 @@ void ToolbarClose(COMMAND_CONTEXT& Context) {
   if (QToolBar* const pBar = FindArgToolBar(Context, ACTION_TOOLBAR_CLOSE)) pBar->hide();
 }
 
-// ---- Settings
-
-void EditFont(COMMAND_CONTEXT& Context) {
-  constexpr U32 ID = ACTION_EDIT_FONT;
-  if (!CheckActionArgs(ID)) return;
-  const QStringList Args = GetActionArgs(ID);
-  const int FontID = FindFont(Args.value(0));
-  if (FontID < 0) return Fail(ID, ActionError::UNKNOWN_FONT, Args.value(0));
-  bool bOk = false;
-  const QFont Font = TextToFont(Args.value(1), &bOk);
-  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Args.value(1));
-  SetFont(static_cast<U32>(FontID), Font, false);
-  SetActionArgs(ID, QStringList{QLatin1String(GetFontInfo(static_cast<U32>(FontID))->sName),
-                                FontToText(static_cast<U32>(FontID))});
-  Context.Window.ApplyFonts();
-}
-
 constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
     {ACTION_WINDOW_SHOW, WindowShow},
     {ACTION_WINDOW_CLOSE, WindowClose},
@@ -131,15 +112,8 @@ constexpr COMMAND_HANDLER WINDOW_HANDLERS[] = {
     {ACTION_TOOLBAR_CLOSE, ToolbarClose},
 };
 
-constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {
-    {ACTION_EDIT_FONT, EditFont},
-};
-
 }  // namespace
 
 void RegisterWindowCommands(COMMAND_CONTEXT& Context) {
   RegisterCommands(Context, WINDOW_HANDLERS);
-}
-void RegisterEditCommands(COMMAND_CONTEXT& Context) {
-  RegisterCommands(Context, EDIT_HANDLERS);
 }

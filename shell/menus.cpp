@@ -45,6 +45,8 @@ const MENU MENUS[] = {
       {ACTION_FILE_SAVE_ALL, "Save A&ll", "file-save.png"},
       {SEPARATOR, nullptr, nullptr},
       {ACTION_FILE_EXIT, "E&xit", nullptr}}},
+    {"&Edit",
+     {{ACTION_EDIT_PREFERENCES, "&Preferences...", nullptr}, {ACTION_EDIT_SYS_VARS, "System &Variables...", nullptr}}},
     {"&View",
      {{ACTION_WINDOW_SHOW_CONSOLE, "&Console", "window-console.png"},
       {SEPARATOR, nullptr, nullptr},

@@ -98,6 +98,14 @@ void PlugDeviceSettings() {
                                             [](U32 Value) { Settings.BreakpointType = Value; }});
   RegisterVarAccessor(VAR_ACCESS_WIDTH,
                       {[] { return Settings.AccessWidth.load(); }, [](U32 Value) { Settings.AccessWidth = Value; }});
+  static CDeviceConfig& Config = Device().Context().Config;
+  const auto Register = [](U32 ID, DEV_CONFIG_PARAMS Param) {
+    RegisterVarAccessor(ID, {[Param] { return static_cast<U32>(Config.Value(Param)); },
+                             [Param](U32 Value) { Config.SetValue(Param, static_cast<I32>(Value)); }});
+  };
+  Register(VAR_TIF_SPEED, DCP_SPEED);
+  Register(VAR_TIF_SCAN_CHAIN_POS, DCP_DR_PRE);
+  Register(VAR_TIF_SCAN_CHAIN_LEN, DCP_IR_PRE);
 }
 
 void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
