@@ -26,6 +26,13 @@ CFileFinder::CFileFinder() : m_StatsTimer(this) {
 
 void CFileFinder::OnDelayTimerTimeout() {
   Q_EMIT SrcFileResStatsChanged();
+  if (!m_Sink) return;
+  if (!m_ResolvedFiles.isEmpty()) {
+    m_Sink(QStringLiteral("%1 source file paths resolved").arg(m_ResolvedFiles.size()), MSG_INFO | MSG_TO_ALL);
+  }
+  if (!m_UnresolvedFiles.isEmpty()) {
+    m_Sink(QStringLiteral("%1 source files not found").arg(m_UnresolvedFiles.size()), MSG_INFO | MSG_TO_ALL);
+  }
 }
 
 QString CFileFinder::ResolvePath(const QString& sPath) {

@@ -53,7 +53,7 @@ public:
 
 Q_SIGNALS:
   void SrcFilePathResolved(QString OrigPath, QString ResolvedPath);
-  // At most once in 500 ms, after the last of a burst of results.
+  // At most once in 500 ms, after the last of a burst of results. The finder tells the two numbers as messages, too.
   void SrcFileResStatsChanged();
 
 private:

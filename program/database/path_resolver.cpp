@@ -10,7 +10,7 @@
 struct CPathResolver::SEARCH {
   const char* sPatterns;
   QStringList Dirs;           // searched after the project's search directories
-  QStringList Suffixes = {};  // the name is tried with each of these instead of its own
+  QStringList Suffixes = {};  // in the directories the name is tried with each of these instead of its own
   bool bLogStart = false;
 };
 
@@ -149,7 +149,9 @@ QString CPathResolver::TryBase(const QString& sBase, const QString& sPath) const
 }
 
 QString CPathResolver::FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const {
-  const QString sProjectDir = DirOf(m_sProjectPath);
+  // A project file without directory would make the current directory a base.
+  const bool bHasDir = NormalisedPath(m_sProjectPath).contains(QLatin1Char('/'));
+  const QString sProjectDir = bHasDir ? DirOf(m_sProjectPath) : QString();
   QStringList Bases = m_RootPaths;
   const qsizetype ProjectIndex = sProjectDir.isEmpty() ? -1 : Bases.size();
   if (!sProjectDir.isEmpty()) Bases.append(sProjectDir);
@@ -159,18 +161,18 @@ QString CPathResolver::FindInBases(const QString& sPath, bool bWithCurrentDir, b
   for (qsizetype i = 0; i < Bases.size(); ++i) {
     const QString sFound = TryBase(Bases[i], sPath);
     if (sFound.isEmpty()) continue;
-    if (i == ProjectIndex) bInProject = true;
+    bInProject = i == ProjectIndex;
     return sFound;
   }
   return {};
 }
 
-QString CPathResolver::FindInDirs(const QString& sName, const QStringList& Dirs) const {
+QString CPathResolver::FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const {
   if (Dirs.isEmpty()) return {};
   Log(QStringLiteral("Looking for %1 in search directories.").arg(sName));
   for (const QString& sDir : Dirs) {
     QString sPath = ExpandMacros(sDir);
-    bool bInProject = false;
+    bInProject = false;
     if (IsRelative(sPath)) sPath = FindInBases(sPath, true, bInProject);
     if (sPath.isEmpty()) continue;
     sPath = NormalisedPath(sPath + QLatin1Char('/') + sName);
@@ -183,16 +185,14 @@ QString CPathResolver::FindInDirs(const QString& sName, const QStringList& Dirs)
 
 QString CPathResolver::FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const {
   if (Search.bLogStart) Log(QStringLiteral("Resolving source file path: ") + sPath);
-  for (const QString& sCandidate : SearchNames(Search, sPath)) {
-    const QString sInBase = FindInBases(sCandidate, false, bInProject);
-    if (IsFile(sInBase)) return sInBase;
-    bInProject = false;
-  }
+  const QString sInBase = FindInBases(sPath, false, bInProject);
+  if (IsFile(sInBase)) return sInBase;
   for (const QString& sCandidate : SearchNames(Search, sPath)) {
     const QString sName = sCandidate.mid(sCandidate.lastIndexOf(QLatin1Char('/')) + 1);
-    const QString sFound = FindInDirs(sName, m_SearchDirs + Search.Dirs);
+    const QString sFound = FindInDirs(sName, m_SearchDirs + Search.Dirs, bInProject);
     if (!sFound.isEmpty()) return sFound;
   }
+  bInProject = false;
   return {};
 }
 

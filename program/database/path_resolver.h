@@ -55,7 +55,7 @@ private:
   QString ApplySubstitutes(const QString& sPath) const;
   QString FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const;
   QString TryBase(const QString& sBase, const QString& sPath) const;
-  QString FindInDirs(const QString& sName, const QStringList& Dirs) const;
+  QString FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const;
   QStringList SearchNames(const SEARCH& Search, const QString& sPath) const;
   QString FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const;
   static const SEARCH& SearchFor(const QString& sPath);

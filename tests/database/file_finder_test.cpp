@@ -27,12 +27,13 @@ protected:
     for (const char* sFile :
          {"project/demo.vdebug", "project/src/main.c", "project/local.c", "root/src/main.c", "root/only_root.c",
           "search/lost.c", "search/sub/deep.c", "app/Config/Peripherals/chip.xml", "app/Config/CPU/core.svd",
-          "app/Plugins/OS/kernel.so", "app/Doc/manual.pdf", "program/beside.c", "search/image.elf"}) {
+          "app/Plugins/OS/kernel.so", "app/Doc/manual.pdf", "program/beside.c", "search/image.elf", "project/own.svd",
+          "project/own.xml", "project/lib/image.hex"}) {
       Make(QString::fromLatin1(sFile));
     }
     m_Finder.Clear();
     m_Finder.SetMessageSink([this](const QString& sText, U32 Flags) {
-      if (Flags & MSG_TO_CONSOLE) m_Console.append(sText);
+      if (Flags & (MSG_TO_CONSOLE | MSG_TO_ALL)) m_Console.append(sText);
     });
     m_Finder.SetProjectPath(Path("project/demo.vdebug"));
     m_Finder.SetProgramPath(Path("program/demo.elf"));
@@ -101,6 +102,7 @@ TEST_F(FileFinderTest, LooksForEachKindInItsPlaces) {
       {"deep.c", ""},                         // search directories are not searched recursively
       {"chip.svd", "app/Config/Peripherals/chip.xml"},
       {"core.xml", "app/Config/CPU/core.svd"},
+      {"own.xml", "project/own.xml"},  // a file at its place, whatever lies beside it
       {"kernel.so", "app/Plugins/OS/kernel.so"},
       {"manual.pdf", "app/Doc/manual.pdf"},
       {"out/image.elf", "search/image.elf"},
@@ -119,6 +121,16 @@ TEST_F(FileFinderTest, RootPathsComeFirstInTheirOrder) {
   m_Finder.AddRootPath(Path("project"));
   m_Finder.AddRootPath(Path("root"));
   EXPECT_EQ(Resolve("src/main.c"), QStringLiteral("project/src/main.c"));
+}
+
+TEST_F(FileFinderTest, ProjectWithoutDirectoryIsNoBase) {
+  QStringList Tested;
+  m_Finder.SetMessageSink([&Tested](const QString& sText, U32) {
+    if (sText.startsWith(QStringLiteral("Testing "))) Tested.append(sText.mid(8));
+  });
+  m_Finder.SetProjectPath(QStringLiteral("demo.vdebug"));
+  EXPECT_EQ(Resolve("src/main.c"), QString());
+  EXPECT_EQ(Tested, (QStringList{Path("app/src/main.c"), Path("program/src/main.c")}));
 }
 
 TEST_F(FileFinderTest, AbsolutePathsAreNotSearchedFor) {
@@ -147,8 +159,10 @@ TEST_F(FileFinderTest, AliasesAndSubstitutesApplyInKeyOrder) {
 
 TEST_F(FileFinderTest, ReportsEachPathOnce) {
   m_Finder.AddSearchPath(Path("search"));
+  m_Finder.AddSearchPath(QStringLiteral("lib"));
   for (int i = 0; i < 2; ++i) {
     Resolve("x/image.elf");
+    Resolve("out/image.hex");  // found in a search directory of the project's directory
     Resolve("absent.elf");
     Resolve("demo.vdebug");  // found in the project's directory
   }
@@ -182,6 +196,8 @@ TEST_F(FileFinderTest, CountsSourceFilesAndSignalsABurstOnce) {
   QTimer::singleShot(800, &Loop, &QEventLoop::quit);
   Loop.exec();
   EXPECT_EQ(NumChanges, 1);
+  EXPECT_EQ(m_Console,
+            (QStringList{QStringLiteral("1 source file paths resolved"), QStringLiteral("1 source files not found")}));
   m_Finder.AddSearchPath(Path("search"));
   EXPECT_TRUE(m_Finder.GetUnresolvedFiles().isEmpty());
 }
