@@ -55,7 +55,10 @@ CWindow::CWindow(QWidget* pParent, const QString& sName)
   }
 }
 
-CWindow::~CWindow() = default;
+// A window that has the focus gives it up while its widget is destroyed, when no slot of it may run any more.
+CWindow::~CWindow() {
+  disconnect(qApp, nullptr, this, nullptr);
+}
 
 void CWindow::CreateActions() {
   pFormatGroup = new QActionGroup(this);
