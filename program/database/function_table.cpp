@@ -27,12 +27,14 @@ QAddrRanges ElfSymbolRanges(ELF_SYM_HANDLE Sym) {
   return Range.IsNone() ? QAddrRanges() : QAddrRanges{Range};
 }
 
-// True for an instance in a function that the linker dropped: what was an offset in that function reads as an address.
-bool IsInDroppedFunc(ELF_SYM_HANDLE Instance) {
+ELF_SYM_HANDLE FuncAround(ELF_SYM_HANDLE Instance) {
   ELF_SYM_HANDLE Func = ELF_GetParent(Instance);
   while (Func != 0 && ELF_GetTag(Func) != ELF_TAG_FUNC) Func = ELF_GetParent(Func);
-  if (Func == 0 || ELF_GetNumRanges(Func) == 0) return false;
-  return CodeRangesOf(Func).isEmpty();
+  return Func;
+}
+
+bool IsDropped(ELF_SYM_HANDLE Func) {
+  return Func != 0 && ELF_GetNumRanges(Func) != 0 && CodeRangesOf(Func).isEmpty();
 }
 
 }  // namespace
@@ -52,8 +54,14 @@ QAddrRanges CodeRangesOf(ELF_SYM_HANDLE Func) {
 }
 
 void CFunctionTable::BuildInlined(const ELF_SYM_LIST& Instances) {
+  // In a function that the linker dropped, the ranges of an instance read as offsets from address 0.
+  ELF_SYM_HANDLE Func = 0;
+  bool bIsDropped = false;
   for (const ELF_SYM_HANDLE Instance : Instances) {
-    if (IsInDroppedFunc(Instance)) continue;
+    const ELF_SYM_HANDLE Around = FuncAround(Instance);
+    if (Around != Func) bIsDropped = IsDropped(Around);
+    Func = Around;
+    if (bIsDropped) continue;
     m_Inlined.append(Instance);
     m_Instances[ELF_GetAbstractOrigin(Instance)].append(Instance);
   }
