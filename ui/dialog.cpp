@@ -18,10 +18,17 @@ CDialog::RESPONDER& Responder() {
 }  // namespace
 
 CDialog::CDialog(QWidget* pParent, const QString& sName, const QString& sTitle)
-    : QDialog(pParent), m_Group{QStringLiteral("AppData"), sName} {
+    : m_Group{QStringLiteral("AppData"), sName}, m_pParent(pParent) {
   setObjectName(sName);
   setWindowTitle(sTitle);
   setFont(GetFont(FONT_APP));
+}
+
+// Below the main window's style sheet a font doesn't reach widgets that are made later, so that the contents are made
+// first.
+void CDialog::setVisible(bool bOn) {
+  if (bOn && m_pParent && parentWidget() == nullptr) setParent(m_pParent->window(), windowFlags());
+  QDialog::setVisible(bOn);
 }
 
 int CDialog::exec() {

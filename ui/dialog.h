@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QDialog>
+#include <QPointer>
 #include <QVariant>
 
 #include "shell/settings/settings_cache.h"
@@ -12,9 +13,11 @@ class CDialog : public QDialog {
   Q_OBJECT
 
 public:
-  // sName becomes the object name; the dialog keeps its settings under AppData/<sName>.
+  // sName becomes the object name; the dialog keeps its settings under AppData/<sName>. pParent becomes the parent, and
+  // the owner, when the dialog is first shown.
   CDialog(QWidget* pParent, const QString& sName, const QString& sTitle);
 
+  void setVisible(bool bOn) override;
   // Runs the dialog. With a responder nothing is shown and the result is Rejected.
   int exec() override;
   // Stands in for a user who isn't there, as in a batch session: is told the title of each dialog that would have been
@@ -34,6 +37,7 @@ protected:
 
 private:
   SETTING_GROUP m_Group;
+  QPointer<QWidget> m_pParent;
   bool m_bFixed = false;
   bool m_bPlaced = false;
 };
