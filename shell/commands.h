@@ -35,3 +35,4 @@ void RegisterProjectCommands(COMMAND_CONTEXT& Context);
 void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);
 void RegisterViewCommands(COMMAND_CONTEXT& Context);
+void RegisterHelpCommands(COMMAND_CONTEXT& Context);

@@ -152,12 +152,6 @@ void Exit(COMMAND_CONTEXT& Context) {
   QMetaObject::invokeMethod(&Context.Window, &QWidget::close, Qt::QueuedConnection);
 }
 
-void HelpAbout(COMMAND_CONTEXT&) {
-  CMessageBox::Show(QStringLiteral("About Vexor"),
-                    ProductTitle(true, true) + QStringLiteral("\nBuilt on ") + BuildDate(), CMessageBox::NO_CHECK_BOX,
-                    QStringLiteral("magnifier-32.png"), QDialogButtonBox::Ok);
-}
-
 constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_OPEN, Open},
     {ACTION_FILE_OPEN_RECENT_PROGRAM, OpenRecent},
@@ -169,7 +163,6 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
     {ACTION_FILE_SAVE_ALL, SaveAll},
     {ACTION_FILE_EXIT, Exit},
-    {ACTION_HELP_ABOUT, HelpAbout},
 };
 
 }  // namespace

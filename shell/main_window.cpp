@@ -171,6 +171,7 @@ void CMainWindow::ApplyColor(U32 ID, const QColor& Color) {
 void CMainWindow::CreateMenus() {
   RegisterBuiltinCommands([] { return IsShuttingDown(); });
   RegisterFileCommands(*m_pCommands);
+  RegisterHelpCommands(*m_pCommands);
   RegisterDebugCommands(*m_pCommands);
   RegisterBreakCommands(*m_pCommands);
   RegisterTargetCommands(*m_pCommands);

@@ -67,9 +67,10 @@ const MENU MENUS[] = {
       {SEPARATOR, nullptr, nullptr},
       {ACTION_BREAK_CLEAR_ALL, "Clear All &Breakpoints", nullptr}}},
     {"&Help",
-     {{ACTION_HELP_COMMANDS, "&Commands", nullptr},
+     {{ACTION_HELP_MANUAL, "&User Guide", "help-manual.png"},
+      {ACTION_HELP_COMMANDS, "&Commands", "help-commands.png"},
       {SEPARATOR, nullptr, nullptr},
-      {ACTION_HELP_ABOUT, "&About...", nullptr}}},
+      {ACTION_HELP_ABOUT, "&About...", "help-about.png"}}},
 };
 
 const MENU_ROW START_MODES[] = {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 
 #include "device/device.h"
@@ -9,9 +10,11 @@
 #include "project/project.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
+#include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
 #include "shell/actions/command_text.h"
 #include "shell/batch_session.h"
+#include "shell/dialogs/welcome_screen.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
 #include "shell/look/look.h"
@@ -20,6 +23,7 @@
 #include "shell/settings/cmd_line_args.h"
 #include "shell/settings/settings_cache.h"
 #include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
 
 namespace {
 
@@ -58,6 +62,32 @@ bool CreateProjectFromCmdLine(CProjectController& Projects) {
   return true;
 }
 
+void StartNewProject() {
+  PerformAction(ACTION_FILE_NEW_PROJECT);
+  if (GetAction(ACTION_FILE_NEW_PROJECT_WIZARD)) PerformAction(ACTION_FILE_NEW_PROJECT_WIZARD);
+}
+
+void AskWhatToOpen(CMainWindow& Window, CProjectController& Projects) {
+  CWelcomeScreen Welcome(&Window, Projects.RecentProjects().Paths());
+  if (Welcome.exec() != QDialog::Accepted) return;
+  QString sPath = Welcome.Path();
+  switch (Welcome.Choice()) {
+    case CWelcomeScreen::EMPTY_PROJECT:
+      PerformAction(ACTION_FILE_NEW_PROJECT);
+      return;
+    case CWelcomeScreen::NEW_PROJECT:
+      StartNewProject();
+      return;
+    case CWelcomeScreen::OPEN_PROJECT:
+      sPath = QFileDialog::getOpenFileName(&Window, QStringLiteral("Open File"), Projects.sDefaultDirOpen,
+                                           QStringLiteral("*.vdebug"));
+      break;
+    case CWelcomeScreen::RECENT_PROJECT:
+      break;
+  }
+  if (!sPath.isEmpty()) PerformAction(ACTION_FILE_OPEN, sPath);
+}
+
 }  // namespace
 
 void LoadApplicationSettings() {
@@ -78,15 +108,19 @@ void LogStartupFacts() {
   ReportUnlinkedActions();
 }
 
-void OpenWhatComesFirst(CMainWindow&, CProjectController& Projects) {
+void OpenWhatComesFirst(CMainWindow& Window, CProjectController& Projects) {
   const QString sFirst = QCoreApplication::arguments().value(1);
   if (QFileInfo(sFirst).suffix() == QLatin1String("vdebug")) {
     PerformAction(ACTION_FILE_OPEN, sFirst);
   } else if (!GetCmdLineArgs().sDevice.isEmpty()) {
     CreateProjectFromCmdLine(Projects);
-  } else if (!CBatchSession::IsActive() && !Projects.RecentProjects().Paths().isEmpty()) {
+  } else if (CBatchSession::IsActive()) {
+    return;
+  } else if (Projects.RecentProjects().Paths().isEmpty()) {
+    StartNewProject();
+  } else if (GetVarValue(PREF_START_WITH_MOST_RECENT_PROJ) == 0) {
+    AskWhatToOpen(Window, Projects);
+  } else {
     PerformAction(ACTION_FILE_OPEN, Projects.RecentProjects().Paths().first());
-  } else if (!CBatchSession::IsActive()) {
-    PerformAction(ACTION_FILE_NEW_PROJECT);
   }
 }

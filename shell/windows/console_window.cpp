@@ -251,6 +251,12 @@ void CConsoleWindow::ResizeSidebarToOptWidth() {
   m_pSidebar->setFixedWidth(Width);
 }
 
+U32 CConsoleWindow::CommandInInput() const {
+  if (!m_pInput->hasFocus()) return NUM_ACTIONS;
+  const QString sLine = m_pInput->text().trimmed();
+  return FindCommand(sLine.left(sLine.indexOf(QRegularExpression(QStringLiteral("[ (;]")))));
+}
+
 void CConsoleWindow::FocusInput() {
   m_pInput->setFocus();
 }

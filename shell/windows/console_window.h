@@ -35,6 +35,8 @@ public:
   // Shows what has been printed so far.
   void Drain();
   void FocusInput();
+  // The command whose name stands in the input while that has the focus; NUM_ACTIONS if there is none.
+  U32 CommandInInput() const;
 
 public Q_SLOTS:
   void OnCommandEntered();
