@@ -170,7 +170,6 @@ bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos
   SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
   if (SliderPos >= 0) Document.SliderPos = SliderPos;
   if (CursorPos.x() >= 0) Document.CursorPos = CursorPos;
-  S.SaveView();
   S.bLoading = true;
   S.Documents.prepend(Document);
   S.pTabs->insertTab(0, QFileInfo(Document.bExists ? Document.sResolvedPath : sPath).fileName());
