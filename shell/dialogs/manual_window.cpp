@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QSplitter>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextTable>
 #include <QToolButton>
@@ -16,7 +17,6 @@
 #include <QVBoxLayout>
 
 #include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
 #include "shell/settings/fonts.h"
 
 namespace {
@@ -45,49 +45,68 @@ QToolButton* MakeButton(Qt::ArrowType Arrow, const QString& sTip, QWidget* pPare
   return pButton;
 }
 
+// Plain Markdown tables have no lines and no room.
+void StyleDocument(QTextDocument& Document, const QColor& Lines) {
+  for (QTextFrame* const pFrame : Document.rootFrame()->childFrames()) {
+    auto* const pTable = qobject_cast<QTextTable*>(pFrame);
+    if (pTable == nullptr) continue;
+    QTextTableFormat Format = pTable->format();
+    Format.setBorderCollapse(true);
+    Format.setBorder(1);
+    Format.setBorderBrush(Lines);
+    Format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    Format.setCellPadding(CELL_PADDING);
+    pTable->setFormat(Format);
+  }
+  QTextBlockFormat Spacing;
+  Spacing.setLineHeight(LINE_SPACING_PERCENT, QTextBlockFormat::ProportionalHeight);
+  QTextCursor Cursor(&Document);
+  Cursor.select(QTextCursor::Document);
+  Cursor.mergeBlockFormat(Spacing);
+}
+
 }  // namespace
 
 CManualWindow::CManualWindow(QWidget* pParent, const QString& sDirectory)
     : CDialog(pParent, QStringLiteral("ManualWindow"), QStringLiteral("User Guide")), m_sDirectory(sDirectory) {
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   resize(START_WIDTH, START_HEIGHT);
+  CreateWidgets();
+  ReadContents();
+  ShowTopic(FIRST_PAGE);
+  m_pBrowser->setFocus();
+}
+
+void CManualWindow::CreateWidgets() {
   auto* const pLayout = new QVBoxLayout(this);
   auto* const pBar = new QHBoxLayout;
-  QToolButton* const pBack = MakeButton(Qt::LeftArrow, QStringLiteral("Back (Alt+Left)"), this);
-  QToolButton* const pForward = MakeButton(Qt::RightArrow, QStringLiteral("Forward (Alt+Right)"), this);
+  m_pBack = MakeButton(Qt::LeftArrow, QStringLiteral("Back (Alt+Left)"), this);
+  m_pForward = MakeButton(Qt::RightArrow, QStringLiteral("Forward (Alt+Right)"), this);
   m_pSearch = new QLineEdit;
   m_pSearch->setPlaceholderText(QStringLiteral("Search the guide"));
   m_pSearch->setClearButtonEnabled(true);
-  pBar->addWidget(pBack);
-  pBar->addWidget(pForward);
+  pBar->addWidget(m_pBack);
+  pBar->addWidget(m_pForward);
   pBar->addWidget(m_pSearch, 1);
   pLayout->addLayout(pBar);
   auto* const pSplitter = new QSplitter;
   m_pContents = new QTreeWidget;
   m_pContents->setHeaderHidden(true);
   m_pBrowser = new QTextBrowser;
-  m_pBrowser->setOpenExternalLinks(false);
-  m_pBrowser->setFont(GetFont(FONT_APP));
-  m_pBrowser->document()->setDocumentMargin(PAGE_MARGIN);
+  m_pBrowser->setOpenLinks(false);
   pSplitter->addWidget(m_pContents);
   pSplitter->addWidget(m_pBrowser);
   pSplitter->setStretchFactor(1, 1);
   pSplitter->setSizes({CONTENTS_WIDTH, START_WIDTH - CONTENTS_WIDTH});
   pLayout->addWidget(pSplitter, 1);
-  connect(pBack, &QToolButton::clicked, m_pBrowser, &QTextBrowser::backward);
-  connect(pForward, &QToolButton::clicked, m_pBrowser, &QTextBrowser::forward);
-  connect(m_pBrowser, &QTextBrowser::backwardAvailable, pBack, &QWidget::setEnabled);
-  connect(m_pBrowser, &QTextBrowser::forwardAvailable, pForward, &QWidget::setEnabled);
-  connect(m_pBrowser, &QTextBrowser::sourceChanged, this, &CManualWindow::OnSourceChanged);
-  connect(m_pContents, &QTreeWidget::itemClicked, this, [this](const QTreeWidgetItem* pItem) {
+  connect(m_pBack, &QToolButton::clicked, this, [this] { Go(-1); });
+  connect(m_pForward, &QToolButton::clicked, this, [this] { Go(1); });
+  connect(m_pBrowser, &QTextBrowser::anchorClicked, this, &CManualWindow::OnLinkClicked);
+  const auto OnItem = [this](const QTreeWidgetItem* pItem) {
     ShowTopic(pItem->data(0, PAGE_ROLE).toString(), pItem->data(0, HEADING_ROLE).toString());
-  });
-  connect(m_pContents, &QTreeWidget::itemActivated, m_pContents, &QTreeWidget::itemClicked);
-  pBack->setEnabled(false);
-  pForward->setEnabled(false);
-  ReadContents();
-  ShowTopic(FIRST_PAGE);
-  m_pBrowser->setFocus();
+  };
+  connect(m_pContents, &QTreeWidget::itemClicked, this, OnItem);
+  connect(m_pContents, &QTreeWidget::itemActivated, this, OnItem);
 }
 
 QString CManualWindow::FilePath(const QString& sPage) const {
@@ -111,10 +130,8 @@ void CManualWindow::ReadContents() {
 }
 
 void CManualWindow::AddHeadings(QTreeWidgetItem* pPage, const QString& sPage) {
-  QTextDocument Page;
-  Page.setMarkdown(ReadPage(FilePath(sPage)));
   QList<QTreeWidgetItem*> Parents{nullptr, pPage};  // by level
-  for (QTextBlock Block = Page.begin(); Block.isValid(); Block = Block.next()) {
+  for (QTextBlock Block = Document(sPage)->begin(); Block.isValid(); Block = Block.next()) {
     const int Level = Block.blockFormat().headingLevel();
     if (Level < 2 || Level > MAX_CONTENTS_LEVEL) continue;
     while (Parents.size() > Level) Parents.removeLast();
@@ -125,10 +142,6 @@ void CManualWindow::AddHeadings(QTreeWidgetItem* pPage, const QString& sPage) {
   }
 }
 
-QString CManualWindow::CurrentPage() const {
-  return m_pBrowser->source().fileName();
-}
-
 QString CManualWindow::CurrentHeading() const {
   for (QTextBlock Block = m_pBrowser->textCursor().block(); Block.isValid(); Block = Block.previous()) {
     if (Block.blockFormat().headingLevel() > 0) return Block.text();
@@ -136,10 +149,33 @@ QString CManualWindow::CurrentHeading() const {
   return {};
 }
 
-void CManualWindow::ShowTopic(const QString& sPage, const QString& sHeading) {
-  if (CurrentPage() != sPage) {
-    m_pBrowser->setSource(QUrl::fromLocalFile(FilePath(sPage)), QTextDocument::MarkdownResource);
+// A document of its own: the browser's would be laid out anew with every paragraph that is read into it.
+QTextDocument* CManualWindow::Document(const QString& sPage) {
+  QTextDocument*& pDocument = m_Documents[sPage];
+  if (pDocument) return pDocument;
+  pDocument = new QTextDocument(this);
+  pDocument->setBaseUrl(QUrl::fromLocalFile(FilePath(sPage)));
+  pDocument->setDefaultFont(GetFont(FONT_APP));
+  pDocument->setMarkdown(ReadPage(FilePath(sPage)));
+  pDocument->setDocumentMargin(PAGE_MARGIN);
+  StyleDocument(*pDocument, palette().color(QPalette::Mid));
+  pDocument->setUndoRedoEnabled(false);
+  return pDocument;
+}
+
+void CManualWindow::ShowPage(const QString& sPage) {
+  if (sPage == m_sPage) return;
+  m_sPage = sPage;
+  m_pBrowser->setDocument(Document(sPage));
+  for (int i = 0; i < m_pContents->topLevelItemCount(); ++i) {
+    QTreeWidgetItem* const pItem = m_pContents->topLevelItem(i);
+    if (pItem->data(0, PAGE_ROLE).toString() == sPage) m_pContents->setCurrentItem(pItem);
   }
+}
+
+void CManualWindow::ShowTopic(const QString& sPage, const QString& sHeading) {
+  Remember();
+  ShowPage(sPage);
   QTextBlock Target = m_pBrowser->document()->begin();
   for (QTextBlock Block = Target; Block.isValid() && !sHeading.isEmpty(); Block = Block.next()) {
     const bool bHeading = Block.blockFormat().headingLevel() > 0;
@@ -150,7 +186,42 @@ void CManualWindow::ShowTopic(const QString& sPage, const QString& sHeading) {
   }
   m_pBrowser->setTextCursor(QTextCursor(Target));
   const QRectF Rect = m_pBrowser->document()->documentLayout()->blockBoundingRect(Target);
-  m_pBrowser->verticalScrollBar()->setValue(static_cast<int>(Rect.top()));
+  m_pBrowser->verticalScrollBar()->setValue(static_cast<int>(Rect.top()) - PAGE_MARGIN);
+  m_History.resize(m_HistoryIndex + 1);
+  m_History.append({sPage, Target.position(), m_pBrowser->verticalScrollBar()->value()});
+  m_HistoryIndex = static_cast<int>(m_History.size()) - 1;
+  UpdateButtons();
+}
+
+// The place that is being left may have been scrolled.
+void CManualWindow::Remember() {
+  if (m_HistoryIndex < 0) return;
+  m_History[m_HistoryIndex] = {m_sPage, m_pBrowser->textCursor().position(), m_pBrowser->verticalScrollBar()->value()};
+}
+
+void CManualWindow::Go(int Step) {
+  const int Index = m_HistoryIndex + Step;
+  if (Index < 0 || Index >= m_History.size()) return;
+  Remember();
+  m_HistoryIndex = Index;
+  const PLACE Place = m_History[Index];
+  ShowPage(Place.sPage);
+  QTextCursor Cursor(m_pBrowser->document());
+  Cursor.setPosition(Place.Position);
+  m_pBrowser->setTextCursor(Cursor);
+  m_pBrowser->verticalScrollBar()->setValue(Place.Scroll);
+  UpdateButtons();
+}
+
+void CManualWindow::UpdateButtons() {
+  m_pBack->setEnabled(m_HistoryIndex > 0);
+  m_pForward->setEnabled(m_HistoryIndex + 1 < m_History.size());
+}
+
+// Pages of the guide only: nothing here leads to the network.
+void CManualWindow::OnLinkClicked(const QUrl& Link) {
+  const QString sPage = Link.fileName();
+  if (m_Pages.contains(sPage)) ShowTopic(sPage, Link.fragment());
 }
 
 bool CManualWindow::FindNext(const QString& sText) {
@@ -170,34 +241,6 @@ bool CManualWindow::FindNext(const QString& sText) {
   return false;
 }
 
-void CManualWindow::OnSourceChanged() {
-  StyleDocument();
-  for (int i = 0; i < m_pContents->topLevelItemCount(); ++i) {
-    QTreeWidgetItem* const pItem = m_pContents->topLevelItem(i);
-    if (pItem->data(0, PAGE_ROLE).toString() == CurrentPage()) m_pContents->setCurrentItem(pItem);
-  }
-}
-
-// Plain Markdown tables have no lines and no room.
-void CManualWindow::StyleDocument() {
-  for (QTextFrame* const pFrame : m_pBrowser->document()->rootFrame()->childFrames()) {
-    auto* const pTable = qobject_cast<QTextTable*>(pFrame);
-    if (pTable == nullptr) continue;
-    QTextTableFormat Format = pTable->format();
-    Format.setBorderCollapse(true);
-    Format.setBorder(1);
-    Format.setBorderBrush(palette().color(QPalette::Mid));
-    Format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-    Format.setCellPadding(CELL_PADDING);
-    pTable->setFormat(Format);
-  }
-  QTextBlockFormat Spacing;
-  Spacing.setLineHeight(LINE_SPACING_PERCENT, QTextBlockFormat::ProportionalHeight);
-  QTextCursor Cursor(m_pBrowser->document());
-  Cursor.select(QTextCursor::Document);
-  Cursor.mergeBlockFormat(Spacing);
-}
-
 void CManualWindow::keyPressEvent(QKeyEvent* pEvent) {
   const bool bReturn = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
   if (pEvent->matches(QKeySequence::Find)) {
@@ -205,6 +248,10 @@ void CManualWindow::keyPressEvent(QKeyEvent* pEvent) {
     m_pSearch->selectAll();
   } else if (pEvent->key() == Qt::Key_F3 || (bReturn && m_pSearch->hasFocus())) {
     FindNext(m_pSearch->text());
+  } else if (pEvent->matches(QKeySequence::Back)) {
+    Go(-1);
+  } else if (pEvent->matches(QKeySequence::Forward)) {
+    Go(1);
   } else if (!bReturn) {
     CDialog::keyPressEvent(pEvent);
   }
