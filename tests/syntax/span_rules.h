@@ -4,6 +4,7 @@
 #include <string>
 
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include "ui/syntax/syntax_highlighter.h"
@@ -84,8 +85,8 @@ inline std::string BrokenFill(HIGHLIGHTED Text, qsizetype NumChars) {
   return "";
 }
 
-inline std::string BrokenErasure(SYNTAX_LANGUAGE Language, const QString& sText) {
-  QString sErased = sText;
+inline std::string BrokenErasure(SYNTAX_LANGUAGE Language, QStringView sText) {
+  QString sErased = sText.toString();
   CSyntaxHighlighter::EraseCommentsAndStrings(Language, sErased, u' ');
   if (sErased.size() != sText.size()) return "the erased text has another length";
   I32 State = SYNTAX_IDLE;
@@ -100,7 +101,7 @@ inline std::string BrokenErasure(SYNTAX_LANGUAGE Language, const QString& sText)
 }
 
 // An empty text when all is well, otherwise what is broken.
-inline std::string BrokenRule(const CSyntaxHighlighter& Highlighter, SYNTAX_LANGUAGE Language, const QString& sText,
+inline std::string BrokenRule(const CSyntaxHighlighter& Highlighter, SYNTAX_LANGUAGE Language, QStringView sText,
                               I32 StartState) {
   const HIGHLIGHTED Text = HighlightText(Highlighter, Language, sText, StartState);
   if (std::string s = BrokenOrder(Text, sText.size()); !s.empty()) return s;

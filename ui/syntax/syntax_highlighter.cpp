@@ -39,6 +39,17 @@ I32 ColumnAfter(I32 Column, I32 NumColumns) {
   return static_cast<I32>(std::clamp<I64>(Sum, std::numeric_limits<I32>::min(), std::numeric_limits<I32>::max()));
 }
 
+// An empty text counts as one gap.
+size_t NumGaps(const std::vector<TextSpan>& Spans, I32 TextLength) {
+  size_t Count = 0;
+  I32 Pos = 0;
+  for (const TextSpan& Span : Spans) {
+    if (Span.Start > Pos) ++Count;
+    Pos = Span.Start + Span.Length;
+  }
+  return Pos < TextLength || TextLength == 0 ? Count + 1 : Count;
+}
+
 void Fill(QChar* pText, TextSpan Span, QChar FillChar) {
   for (I32 i = Span.Start; i < Span.Start + Span.Length; ++i) {
     if (pText[i] != u'\r') pText[i] = FillChar;
@@ -70,26 +81,26 @@ void CSyntaxHighlighter::Highlight(SYNTAX_LANGUAGE Language, QStringView sText, 
   }
 }
 
+// In place, from the end: every row that is painted comes through here.
 void CSyntaxHighlighter::FillGaps(std::vector<TextSpan>& Spans, std::vector<SYNTAX_KIND>& Kinds, I32 TextLength) {
-  std::vector<TextSpan> Filled;
-  std::vector<SYNTAX_KIND> FilledKinds;
-  Filled.reserve(2 * Spans.size() + 1);
-  FilledKinds.reserve(2 * Spans.size() + 1);
-  const SPAN_LIST Out{Filled, FilledKinds};
-  I32 Pos = 0;
-  for (size_t i = 0; i < Spans.size(); ++i) {
-    const I32 End = Spans[i].Start + Spans[i].Length;
-    Out.Add(Pos, Spans[i].Start, SYNTAX_DEFAULT);
-    Out.Add(Spans[i].Start, End, Kinds[i]);
-    Pos = End;
+  size_t From = Spans.size();
+  size_t To = From + NumGaps(Spans, TextLength);
+  Spans.resize(To);
+  Kinds.resize(To);
+  const auto PutBefore = [&](TextSpan Span, SYNTAX_KIND Kind) {
+    --To;
+    Spans[To] = Span;
+    Kinds[To] = Kind;
+  };
+  I32 End = TextLength;
+  while (From > 0) {
+    const TextSpan Span = Spans[--From];
+    const I32 SpanEnd = Span.Start + Span.Length;
+    if (SpanEnd < End) PutBefore({SpanEnd, End - SpanEnd}, SYNTAX_DEFAULT);
+    PutBefore(Span, Kinds[From]);
+    End = Span.Start;
   }
-  Out.Add(Pos, TextLength, SYNTAX_DEFAULT);
-  if (TextLength == 0) {
-    Filled.push_back({0, 0});
-    FilledKinds.push_back(SYNTAX_DEFAULT);
-  }
-  Spans.swap(Filled);
-  Kinds.swap(FilledKinds);
+  if (To > 0) PutBefore({0, End}, SYNTAX_DEFAULT);
 }
 
 void CSyntaxHighlighter::EraseCommentsAndStrings(SYNTAX_LANGUAGE Language, QString& sText, QChar FillChar) {
