@@ -5,7 +5,7 @@ VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-de
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
   qemu-system-arm gdb-multiarch python3)
-VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool)
+VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool highlight source-highlight)
 
 say() { printf '%s\n' "$*" >&2; }
 
