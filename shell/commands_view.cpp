@@ -7,6 +7,7 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
+#include "shell/actions/action_info.h"
 #include "shell/batch_session.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
@@ -80,4 +81,8 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
 
 void RegisterViewCommands(COMMAND_CONTEXT& Context) {
   RegisterCommands(Context, HANDLERS);
+  // Every code view has this key for itself.
+  QAction* const pGoToPC = GetAction(ACTION_SRC_VIEW_PC);
+  pGoToPC->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  Context.Window.Source().addAction(pGoToPC);
 }

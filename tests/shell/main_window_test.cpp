@@ -12,11 +12,14 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
+#include "shell/look/look.h"
 #include "shell/main_window.h"
+#include "shell/settings/color_ids.h"
 #include "shell/settings/settings_cache.h"
 #include "shell/windows/console_window.h"
 #include "ui/dock_window.h"
 #include "ui/message_box.h"
+#include "ui/windows/source_editor.h"
 #include "ui/windows/source_window.h"
 
 namespace {
@@ -51,7 +54,12 @@ private Q_SLOTS:
   void aTypedCommandRunsAndIsKeptInTheHistory();
   void f5StartsASessionThatHaltsInMain();
   void theKeysFollowTheState();
+  void thePcRowIsMarkedWhileTheTargetStands();
+  void windowsAreFoundByName_data();
+  void windowsAreFoundByName();
   void aDocksCloseButtonIsACommand();
+  void windowCloseNeedsAFocusedDock();
+  void filesAndLinesAreShownByCommand();
   void shiftF5Stops();
   void openingAProjectDuringASessionAsksFirst();
   void closingEndsAnEndlessScript();
@@ -80,6 +88,7 @@ void CMainWindowTest::initTestCase() {
   QVERIFY(Started.wait(WAIT_MS));
   m_pWindow->hide();
   m_pWindow->show();
+  QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
   QTest::qWait(50);
   QCOMPARE(Started.count(), 1);
 }
@@ -141,6 +150,101 @@ void CMainWindowTest::aDocksCloseButtonIsACommand() {
   QVERIFY(ConsoleText().contains(QStringLiteral("Window.Close (\"Console\");")));
   PerformAction(ACTION_WINDOW_SHOW, QStringLiteral("Console"));
   QVERIFY(m_pWindow->Console().IsVisible());
+}
+
+void CMainWindowTest::thePcRowIsMarkedWhileTheTargetStands() {
+  CSourceEditor& Editor = *m_pWindow->Source().findChild<CSourceEditor*>();
+  const auto RowColor = [&Editor](int Row) {
+    const QImage Image = Editor.viewport()->grab().toImage();
+    return Image.pixelColor(Image.width() - 3, (Row - Editor.TopRow()) * Editor.RowHeight() + Editor.RowHeight() / 2);
+  };
+  const int Row = static_cast<int>(ELFAPI_GetLastSrcLoc(static_cast<U32>(CDevice::Get().GetPC())).Line) - 1;
+  QCOMPARE(RowColor(Row), GetColor(COLOR_PC_ACTIVE));
+  QVERIFY(RowColor(Row + 1) != GetColor(COLOR_PC_ACTIVE));
+  m_pWindow->Source().SetActive(false);
+  QCOMPARE(RowColor(Row), GetColor(COLOR_PC_INACTIVE));
+  m_pWindow->Source().SetActive(true);
+  PerformAction(ACTION_DEBUG_CONTINUE);
+  QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsHalted() && RowColor(Row) != GetColor(COLOR_PC_ACTIVE), WAIT_MS);
+  PerformAction(ACTION_DEBUG_HALT);
+  QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+}
+
+void CMainWindowTest::windowsAreFoundByName_data() {
+  QTest::addColumn<QString>("Name");
+  QTest::addColumn<bool>("VisibleOnly");
+  QTest::addColumn<QString>("Found");
+  QTest::newRow("by name") << QStringLiteral("Console") << false << QStringLiteral("Console");
+  QTest::newRow("in any case") << QStringLiteral("cONSOLE") << false << QStringLiteral("Console");
+  QTest::newRow("quoted") << QStringLiteral("\"Source\"") << true << QStringLiteral("Source");
+  QTest::newRow("closed") << QStringLiteral("Console") << false << QStringLiteral("Console");
+  QTest::newRow("closed, visible ones only") << QStringLiteral("Console") << true << QString();
+  QTest::newRow("part of a name") << QStringLiteral("Cons") << false << QString();
+  QTest::newRow("empty") << QString() << false << QString();
+}
+
+void CMainWindowTest::windowsAreFoundByName() {
+  QFETCH(QString, Name);
+  QFETCH(bool, VisibleOnly);
+  QFETCH(QString, Found);
+  CDockWindow* const pDock = m_pWindow->Console().GetDock();
+  pDock->setVisible(!QString::fromLatin1(QTest::currentDataTag()).startsWith(QStringLiteral("closed")));
+  const CWindow* const pWindow = m_pWindow->FindWindow(Name, VisibleOnly);
+  QCOMPARE(pWindow ? pWindow->GetName() : QString(), Found);
+  pDock->show();
+}
+
+void CMainWindowTest::windowCloseNeedsAFocusedDock() {
+  // Offscreen, a window that was hidden in between is not made active again.
+  QApplication::setActiveWindow(m_pWindow);
+  m_pWindow->Source().setFocus();
+  ConsoleText();
+  m_pWindow->Console().Clear();
+  QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
+  QCOMPARE(ConsoleText(), QString());
+  m_pWindow->Console().FocusInput();
+  QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
+  QVERIFY(m_pWindow->Console().GetDock()->isHidden());
+  PerformAction(ACTION_WINDOW_CLOSE, QStringLiteral("Console"));
+  QVERIFY(ConsoleText().contains(QStringLiteral("Window.Close (\"Console\"): unknown window: \"Console\"")));
+  GetAction(ACTION_WINDOW_SHOW_CONSOLE)->trigger();
+  QVERIFY(m_pWindow->Console().IsVisible() && m_pWindow->Console().HasFocus());
+}
+
+void CMainWindowTest::filesAndLinesAreShownByCommand() {
+  CSourceWindow& Source = m_pWindow->Source();
+  const QString sMain = Source.ActiveFile();
+  m_pWindow->Console().Clear();
+  PerformAction(ACTION_VIEW_SOURCE, QStringLiteral("traffic_tick"));
+  QVERIFY(Source.ActiveFile().endsWith(QStringLiteral("traffic.c")));
+  const QString sTraffic = Source.ActiveFile();
+  QCOMPARE(Source.CursorLine(), 24);
+  PerformAction(ACTION_VIEW_LINE, 3);
+  QCOMPARE(Source.CursorLine(), 3);
+  QTest::keyClick(m_pWindow, Qt::Key_Tab, Qt::ControlModifier);
+  QCOMPARE(Source.ActiveFile(), sMain);
+  QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier | Qt::ShiftModifier);
+  QCOMPARE(Source.OpenFiles(), QStringList{sMain});
+  PerformAction(ACTION_FILE_CLOSE, sTraffic);
+  QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier);
+  QVERIFY(Source.IsEmpty());
+  QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier);
+  PerformAction(ACTION_VIEW_LINE, 3);
+  Source.setFocus();
+  QTest::keyClick(&Source, Qt::Key_P, Qt::ControlModifier);
+  QCOMPARE(Source.ActiveFile(), sMain);
+  const QStringList Expected = {
+      QStringLiteral("View.Source (\"traffic_tick\");"),
+      QStringLiteral("View.Line (3);"),
+      QStringLiteral("File.CloseAllButThis();"),
+      QStringLiteral("File.Close (\"%1\");").arg(sTraffic),
+      QStringLiteral("File.Close (\"%1\"): file is not open").arg(sTraffic),
+      QStringLiteral("File.Close (\"%1\");").arg(sMain),
+      QStringLiteral("View.Line (3);"),
+      QStringLiteral("View.Line (3): invalid parameter"),
+      QStringLiteral("View.PCLine();"),
+  };
+  QCOMPARE(ConsoleText().split(QLatin1Char('\n')), Expected);
 }
 
 void CMainWindowTest::openingAProjectDuringASessionAsksFirst() {
