@@ -7,6 +7,20 @@
 namespace {
 constexpr int MAX_LIGHTNESS = 255;
 constexpr int DARK_LIGHTNESS = 128;
+constexpr int PLACEHOLDER_CONTRAST = 48;  // of lightness
+constexpr int PLACEHOLDER_ALPHA = 128;
+
+// Some desktops give a dark palette without saying what hints in empty fields look like.
+void MakePlaceholdersReadable() {
+  QPalette Palette = QApplication::palette();
+  const int Contrast = Palette.color(QPalette::PlaceholderText).lightness() - Palette.color(QPalette::Base).lightness();
+  if (std::abs(Contrast) >= PLACEHOLDER_CONTRAST) return;
+  QColor Color = Palette.color(QPalette::Text);
+  Color.setAlpha(PLACEHOLDER_ALPHA);
+  Palette.setColor(QPalette::PlaceholderText, Color);
+  if (Palette != QApplication::palette()) QApplication::setPalette(Palette);
+}
+
 }  // namespace
 
 QColor GetColor(U32 ID) {
@@ -23,6 +37,7 @@ QColor GetTextColor(U32 ID) {
 }
 
 void UpdatePaletteColors() {
+  MakePlaceholdersReadable();
   const QPalette Palette = QApplication::palette();
   SetPaletteColors(Palette.color(QPalette::Base).rgba(), Palette.color(QPalette::Window).rgba());
 }

@@ -5,7 +5,7 @@
 #include <QScrollBar>
 
 #include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
+#include "shell/settings/colors.h"
 
 namespace {
 
@@ -379,7 +379,9 @@ void CSourceEditor::paintEvent(QPaintEvent* pEvent) {
     PaintRow(Painter, Row, y);
   }
   if (NumberWidth > 0) {
-    Painter.setPen(GetColor(COLOR_LINE_NUMBER_SEPARATOR));
+    // The default is made for a light ground; on a dark one it would be the brightest line of the window.
+    const bool bOwnColor = IsDarkPalette() && !IsColorModified(COLOR_LINE_NUMBER_SEPARATOR);
+    Painter.setPen(bOwnColor ? palette().color(QPalette::Button) : GetColor(COLOR_LINE_NUMBER_SEPARATOR));
     Painter.drawLine(NumberWidth - 2, 0, NumberWidth - 2, viewport()->height());
   }
   if (hasFocus() && m_bCursorShown && !m_bMessage && NumRows() > 0 && CursorRect().x() >= NumberWidth) {
