@@ -74,6 +74,12 @@ Iii.Ii..Ii.Ccccc)"},
       {SYNTAX_C, IDLE, IDLE, R"(
 for(;;)x
 Kkk.....)"},
+      {SYNTAX_CPP, IDLE, IDLE, R"(
+a;int b;
+I.Kkk.I.)"},
+      {SYNTAX_PLAIN, IDLE, IDLE, R"(
+a;int b;
+I.Iii.I.)"},
       {SYNTAX_C, IDLE, IDLE, R"(
 a / b / * c /
 I...I.....I..)"},
