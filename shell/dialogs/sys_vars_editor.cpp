@@ -1,5 +1,6 @@
 #include "shell/dialogs/sys_vars_editor.h"
 
+#include <QActionGroup>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -112,6 +113,7 @@ void CSysVarsEditor::Fill() {
   }
   m_pTable->sortItems(COLUMN_NAME);
   m_pTable->setCurrentCell(0, COLUMN_VALUE);
+  m_pTable->setFocus();
 }
 
 void CSysVarsEditor::FitToContents() {
@@ -158,11 +160,13 @@ void CSysVarsEditor::DropDownEntries(int Row) {
   const QRect Cell = m_pTable->visualItemRect(m_pTable->item(Row, COLUMN_VALUE));
   CPopupMenu Menu(this);
   Menu.setMinimumWidth(Cell.width());
+  QActionGroup Group(&Menu);
   QAction* pCurrent = nullptr;
   for (const QString& sName : GetVarValueNames(GetVarInfo(ID))) {
     QAction* const pEntry = Menu.addAction(QString(sName).replace(QLatin1String("&"), QLatin1String("&&")));
     pEntry->setData(sName);
     pEntry->setCheckable(true);
+    Group.addAction(pEntry);
     pEntry->setChecked(sName == ValueText(ID));
     if (pEntry->isChecked()) pCurrent = pEntry;
   }
@@ -189,7 +193,9 @@ void CSysVarsEditor::ApplyText(U32 ID, const QString& sText) {
 bool CSysVarsEditor::eventFilter(QObject* pWatched, QEvent* pEvent) {
   if (pWatched == m_pTable && pEvent->type() == QEvent::KeyPress && m_pTable->currentRow() >= 0 &&
       IsEditKey(*static_cast<QKeyEvent*>(pEvent))) {
-    EditValue(m_pTable->currentRow());
+    // The key that ends an edit comes here too.
+    const int Row = m_pTable->currentRow();
+    if (!m_pTable->isPersistentEditorOpen(m_pTable->item(Row, COLUMN_VALUE))) EditValue(Row);
     return true;
   }
   return CDialog::eventFilter(pWatched, pEvent);
