@@ -38,10 +38,11 @@ CSourceEditor::CSourceEditor(QWidget* pParent) : QAbstractScrollArea(pParent) {
   SetFonts(font(), font());
 }
 
-void CSourceEditor::SetText(const QString& sText, bool bMessage) {
+void CSourceEditor::SetText(const QString& sText, bool bMessage, SYNTAX_LANGUAGE Language) {
   m_Rows = sText.isEmpty() ? QStringList() : sText.split(QLatin1Char('\n'));
   if (!m_Rows.isEmpty() && m_Rows.last().isEmpty()) m_Rows.removeLast();
   m_bMessage = bMessage;
+  m_Colors.SetText(m_Rows, Language);
   m_RowColors.clear();
   m_Cursor = m_Anchor = TEXT_POS(0, 0);
   MeasureRows();
@@ -125,16 +126,7 @@ bool CSourceEditor::ShowsLineNumber(int Row) const {
 }
 
 QString CSourceEditor::Expanded(const QString& sText) const {
-  if (!sText.contains(QLatin1Char('\t'))) return sText;
-  QString sResult;
-  for (const QChar c : sText) {
-    if (c == QLatin1Char('\t')) {
-      sResult += QString(m_TabSpacing - sResult.size() % m_TabSpacing, QLatin1Char(' '));
-    } else {
-      sResult += c;
-    }
-  }
-  return sResult;
+  return ExpandTabs(sText, m_TabSpacing);
 }
 
 int CSourceEditor::PixelOf(int Row, int Column) const {
@@ -357,11 +349,12 @@ void CSourceEditor::PaintRow(QPainter& Painter, int Row, int y) {
   PaintSelection(Painter, Row, y);
   // Marked rows have colours of their own for a light ground; dark text stays readable on them in every palette.
   const bool bLightGround = IsLight(Background);
-  const QColor Text = bLightGround ? QColor(Qt::black) : palette().color(QPalette::Text);
-  Painter.setPen(Text);
-  Painter.setFont(font());
-  Painter.drawText(NumberWidth + LEFT_MARGIN - horizontalScrollBar()->value(), y + QFontMetrics(font()).ascent(),
-                   Expanded(m_Rows[Row]));
+  QTextLayout Layout(Expanded(m_Rows[Row]), font());
+  Layout.setFormats(m_Colors.FormatsOf(Row, m_Rows[Row], m_TabSpacing, bLightGround));
+  Layout.beginLayout();
+  Layout.createLine();
+  Layout.endLayout();
+  Layout.draw(&Painter, QPointF(NumberWidth + LEFT_MARGIN - horizontalScrollBar()->value(), y));
   Painter.setClipping(false);
   if (NumberWidth > 0 && ShowsLineNumber(Row)) {
     Painter.setFont(m_LineNumberFont);

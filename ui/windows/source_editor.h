@@ -4,6 +4,7 @@
 #include <QMap>
 
 #include "base/types.h"
+#include "ui/windows/source_colors.h"
 
 // Where a text stands: column and row from 0.
 using TEXT_POS = QPoint;
@@ -17,7 +18,7 @@ public:
   explicit CSourceEditor(QWidget* pParent);
 
   // Shows a text; the selection, marks and positions of the former one go. In a message only the text is shown.
-  void SetText(const QString& sText, bool bMessage = false);
+  void SetText(const QString& sText, bool bMessage = false, SYNTAX_LANGUAGE Language = SYNTAX_PLAIN);
   int NumRows() const { return static_cast<int>(m_Rows.size()); }
   // Background of a row, by number from 0; an invalid colour takes it away.
   void SetRowColor(int Row, const QColor& Color);
@@ -75,7 +76,6 @@ private:
   int VisibleRows() const;
   int LineNumberWidth() const;
   bool ShowsLineNumber(int Row) const;
-  // Tabs to blanks, so that columns and pixels agree.
   QString Expanded(const QString& sText) const;
   int PixelOf(int Row, int Column) const;
   int ColumnOf(int Row, int x) const;
@@ -89,6 +89,7 @@ private:
   QColor RowBackground(int Row) const;
 
   QStringList m_Rows;
+  CSourceColors m_Colors;
   bool m_bMessage = false;
   QMap<int, QColor> m_RowColors;
   TEXT_POS m_Cursor;

@@ -70,7 +70,8 @@ void SOURCE_WINDOW_STATE::Show(int Index) {
     return;
   }
   if (pDocument->bExists) {
-    pEditor->SetText(pDocument->sText);
+    pEditor->SetText(pDocument->sText, false,
+                     CSyntaxHighlighter::GetLanguage(QFileInfo(pDocument->sFilePath).suffix()));
     pEditor->SetCursorPos(pDocument->CursorPos);
     pEditor->verticalScrollBar()->setValue(pDocument->SliderPos);
   } else {
@@ -316,6 +317,7 @@ void CSourceWindow::SetFont(int FontID, const QFont& /*Font*/) {
 
 void CSourceWindow::SetColor(int /*ColorID*/, const QColor& /*Color*/) {
   m_pState->HighlightPcLine();
+  m_pState->pEditor->viewport()->update();
 }
 
 void CSourceWindow::SetPreference(int VarID, int Value) {
