@@ -7,10 +7,7 @@
 #include <QInputDialog>
 #include <QLocale>
 #include <QScreen>
-#include <QTabBar>
 #include <QUrl>
-
-#include <chrono>
 
 #include "core/vcore.h"
 #include "device/device.h"
@@ -24,7 +21,7 @@
 #include "shell/actions/action_enable.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
-#include "shell/actions/builtin_commands.h"
+#include "shell/actions/action_link.h"
 #include "shell/batch_session.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
@@ -37,6 +34,7 @@
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "shell/startup.h"
+#include "shell/window_table.h"
 #include "shell/windows/console_window.h"
 #include "shell/wiring.h"
 #include "ui/dock_window.h"
@@ -48,22 +46,11 @@ namespace {
 
 constexpr int WINDOW_SHOWN_DELAY_MS = 10;
 constexpr int TOOLBAR_INTERVAL_MS = 200;
-constexpr int UNLIMITED_INPUT = 32767;    // characters, the toolkit's own limit
 constexpr int SEPARATOR_LIGHTNESS = 115;  // percent of the button colour
 constexpr double FIRST_SIZE = 0.8;        // of the screen
 constexpr double CONSOLE_SHARE = 0.3;     // of the window's height
 
-// Taken before main, when the libraries have been loaded.
-const std::chrono::steady_clock::time_point ProcessStart = std::chrono::steady_clock::now();
-
 CMainWindow* pMainWindow = nullptr;
-
-void LogFirstPaint() {
-  const auto Elapsed = std::chrono::steady_clock::now() - ProcessStart;
-  LogMsg(QStringLiteral("First paint after %1 ms")
-             .arg(std::chrono::duration_cast<std::chrono::milliseconds>(Elapsed).count()),
-         MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
-}
 
 }  // namespace
 
@@ -102,9 +89,13 @@ CMainWindow::CMainWindow() : CWindow(nullptr, QStringLiteral("MainWindow")) {
   SetVarValue(GetVarInfo(VAR_CONNECT_MODE), CM_DOWNLOAD_RESET, 0);
   SetVarValue(GetVarInfo(VAR_RESET_MODE), RM_BREAK_AT_SYMBOL, 0);
   resizeDocks({m_pConsole->GetDock()}, {static_cast<int>(height() * CONSOLE_SHARE)}, Qt::Vertical);
-  RestoreState();
+  LoadMainWindowState();
+  const QPointer<QWidget> pFocus = QApplication::focusWidget();
+  ApplyDefaultLayout();
+  RestorePerspective();
+  if (pFocus && pFocus->isVisible()) pFocus->setFocus();
   UpdateModeButtons();
-  UpdateAll();
+  UpdateActions();
 }
 
 CMainWindow::~CMainWindow() {
@@ -131,102 +122,79 @@ void CMainWindow::CreateControllers() {
   });
 }
 
-CDockWindow* CMainWindow::AddDock(const QString& sName, const QString& sTitle, Qt::DockWidgetArea Area) {
-  auto* const pDock = new CDockWindow(sName, sTitle, this);
-  addDockWidget(Area, pDock);
-  m_Docks << pDock;
-  return pDock;
-}
-
+// Each on the dock that is made for it; the source viewer takes the middle.
 void CMainWindow::CreateWindows() {
-  m_pSource = new CSourceWindow(this);
+  for (const WINDOW_ROW& Row : GetWindowTable()) {
+    if (Row.Create == nullptr) continue;
+    CDockWindow* pDock = nullptr;
+    if (Row.Area != Qt::NoDockWidgetArea) {
+      pDock = new CDockWindow(QLatin1String(Row.sName), QLatin1String(Row.sTitle), this);
+      addDockWidget(Row.Area, pDock);
+    }
+    m_Registry.Add(Row.Create(pDock ? static_cast<QWidget*>(pDock) : this));
+  }
+  m_pSource = findChild<CSourceWindow*>();
   setCentralWidget(m_pSource);
   m_pSource->SetActive(true);
-  m_Windows << m_pSource;
-  m_pConsole =
-      new CConsoleWindow(AddDock(QStringLiteral("Console"), QStringLiteral("Console"), Qt::BottomDockWidgetArea));
-  m_Windows << m_pConsole;
-  for (CWindow* const pWindow : m_Windows) m_pConsole->AddCommandListener(pWindow);
+  m_pConsole = CConsoleWindow::Get();
+  for (CWindow* const pWindow : GetWindowList()) {
+    LinkWindow(pWindow);
+    m_pConsole->AddCommandListener(pWindow);
+  }
   m_pConsole->AddCommandListener(this);
   ApplyFonts();
 }
 
+// The keys of a window's own actions act while the focus is in it.
+void CMainWindow::LinkWindow(CWindow* pWindow) {
+  LinkActions(pWindow);
+  for (QAction* const pAction : pWindow->findChildren<QAction*>()) {
+    if (FindActionID(pAction) < 0) continue;
+    pAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    pWindow->addAction(pAction);
+  }
+}
+
 void CMainWindow::ApplyFonts() {
-  for (CWindow* const pWindow : m_Windows) {
+  for (CWindow* const pWindow : GetWindowList()) {
     ApplyFontsTo(*pWindow);
     pWindow->Repaint();
   }
-  for (CDockWindow* const pDock : m_Docks) pDock->ApplyFont();
+  for (CDockWindow* const pDock : m_Registry.Docks()) pDock->ApplyFont();
   CStatusBar::_GetSingleton()->SetFont(::GetFont(FONT_APP));
 }
 
 void CMainWindow::ApplyColor(U32 ID, const QColor& Color) {
-  for (CWindow* const pWindow : m_Windows) {
+  for (CWindow* const pWindow : GetWindowList()) {
     pWindow->SetColor(static_cast<int>(ID), Color);
     pWindow->Repaint();
   }
-  for (CDockWindow* const pDock : m_Docks) pDock->UpdateStyle();
-}
-
-void CMainWindow::CreateMenus() {
-  RegisterBuiltinCommands([] { return IsShuttingDown(); });
-  RegisterFileCommands(*m_pCommands);
-  RegisterHelpCommands(*m_pCommands);
-  RegisterDebugCommands(*m_pCommands);
-  RegisterBreakCommands(*m_pCommands);
-  RegisterTargetCommands(*m_pCommands);
-  RegisterProjectCommands(*m_pCommands);
-  RegisterWindowCommands(*m_pCommands);
-  RegisterEditCommands(*m_pCommands);
-  RegisterViewCommands(*m_pCommands);
-  const DYNAMIC_MENUS Menus = CreateMenuBar(this);
-  m_pRecentProjectsMenu = Menus.pRecentProjects;
-  m_pRecentProgramsMenu = Menus.pRecentPrograms;
-  m_ToolBars = CreateToolBars(this);
-  for (const U32 ID : GetCommandIDs()) {
-    if (QAction* const pAction = GetAction(ID)) addAction(pAction);
-  }
-  m_pProjects->RecentProjects().SetListener([this] { UpdateRecentMenus(); });
-  m_pProjects->RecentPrograms().SetListener([this] { UpdateRecentMenus(); });
-}
-
-void CMainWindow::UpdateRecentMenus() {
-  const auto Fill = [this](QMenu* pMenu, const QStringList& Paths, bool bProgram) {
-    if (pMenu == nullptr) return;
-    pMenu->clear();
-    for (const QString& sPath : Paths) {
-      connect(pMenu->addAction(sPath), &QAction::triggered, this, [this, sPath, bProgram] {
-        m_pLoader->SetUserChosen(bProgram);
-        PerformAction(ACTION_FILE_OPEN, sPath);
-      });
-    }
-    pMenu->setEnabled(!Paths.isEmpty());
-  };
-  Fill(m_pRecentProjectsMenu, m_pProjects->RecentProjects().Paths(), false);
-  Fill(m_pRecentProgramsMenu, m_pProjects->RecentPrograms().Paths(), true);
+  for (CDockWindow* const pDock : m_Registry.Docks()) pDock->UpdateStyle();
 }
 
 void CMainWindow::ConnectWindows() {
-  for (CWindow* const pWindow : m_Windows) {
+  for (CWindow* const pWindow : GetWindowList()) {
     connect(pWindow, &CWindow::StatusTextChanged, this,
             [pWindow] { CStatusBar::_GetSingleton()->SetActiveWindowStatus(pWindow->GetStatusText()); });
     if (CDockWindow* const pDock = pWindow->GetDock()) {
       connect(pDock, &QDockWidget::visibilityChanged, pWindow, &CWindow::VisibilityChanged);
       connect(pDock, &QDockWidget::topLevelChanged, pWindow, &CWindow::FloatingStateChanged);
     }
-    for (CWindow* const pOther : m_Windows) {
+    for (CWindow* const pOther : GetWindowList()) {
       connect(pWindow, &CWindow::InstrSelected, pOther, &CWindow::OnInstrSelected);
       connect(pWindow, &CWindow::SrcLocSelected, pOther, &CWindow::OnSrcLocSelected);
       connect(pWindow, &CWindow::FuncSelected, pOther, &CWindow::OnFuncSelected);
       connect(pWindow, &CWindow::SymbolSelected, pOther, &CWindow::OnSymbolSelected);
     }
   }
+  // Queued: a window may be in the middle of the change.
+  connect(m_pSource, &CWindow::ContentChanged, this, &CMainWindow::UpdateActions, Qt::QueuedConnection);
   connect(m_pLoader.get(), &CProgramLoader::AboutToChange, this, [this] { m_pSource->ClearPC(); });
   connect(m_pLoader.get(), &CProgramLoader::DataFileOpened, this, &CMainWindow::OnDataFileOpened);
 }
 
 void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
-  for (CWindow* const pWindow : m_Windows) {
+  for (CWindow* const pWindow : GetWindowList()) {
     pWindow->SetSrcLanguage(ELFAPI_GetSrcLang());
     pWindow->OnDataFileOpened(sPath);
   }
@@ -244,8 +212,9 @@ void CMainWindow::OnWindowShown() {
   setStyleSheet(styleSheet() +
                 QStringLiteral("QMainWindow::separator:vertical {background: %1; width: 1px; height: 1px;}")
                     .arg(palette().color(QPalette::Button).lighter(SEPARATOR_LIGHTNESS).name()));
-  LogStartupFacts();
+  ReportProbeLibrary();
   OpenWhatComesFirst(*this, *m_pProjects);
+  ReportUnlinkedActions();
   Q_EMIT Started();
 }
 
@@ -253,8 +222,9 @@ bool CMainWindow::IsIdle() const {
   return !CProject::Get().IsOpening() && VScript::CallLevel() == 0;
 }
 
-void CMainWindow::UpdateAll() {
-  if (m_bClosing) return;
+void CMainWindow::UpdateActions() {
+  // The base class asks while it is being made.
+  if (m_bClosing || m_pSource == nullptr) return;
   const CDevice& Device = CDevice::Get();
   ACTION_STATE State;
   State.Connected = Device.IsConnected();
@@ -262,7 +232,8 @@ void CMainWindow::UpdateAll() {
   State.ProjectOpen = CProject::Get().IsOpen();
   State.ProjectModified = CProject::Get().IsModified();
   State.DocumentOpen = !m_pSource->IsEmpty();
-  State.HasBreakpoint = CDevice::Get().Context().Breakpoints.Count() > 0;
+  State.sActiveDocument = QFileInfo(m_pSource->ActiveFile()).fileName();
+  State.HasBreakpoint = Device.Context().Breakpoints.Count() > 0;
   State.PCHasSource = State.Connected && ELFAPI_HasSrcLoc(static_cast<U32>(Device.GetPC()));
   ::UpdateActions(State);
   SetWindowTitle(m_pProjects->MakeTitle());
@@ -273,29 +244,11 @@ void CMainWindow::OnToolbarUpdateTimerTimeout() {
   if (!CDevice::Get().IsConnected()) m_ToolbarUpdateTimer.stop();
   const bool bHalted = CDevice::Get().IsHalted();
   QAction* const pHalt = GetAction(ACTION_DEBUG_HALT);
-  if (pHalt && pHalt->isVisible() == bHalted) UpdateAll();
+  if (pHalt && pHalt->isVisible() == bHalted) UpdateActions();
 }
 
 void CMainWindow::UpdateModeButtons() {
   ::UpdateModeButtons();
-}
-
-CWindow* CMainWindow::FindWindow(QString sName, bool bVisibleOnly) const {
-  sName.remove(QLatin1Char('"'));
-  for (CWindow* const pWindow : m_Windows) {
-    if (bVisibleOnly && !pWindow->IsVisible()) continue;
-    if (pWindow->GetName().compare(sName, Qt::CaseInsensitive) == 0) return pWindow;
-    if (pWindow->GetDisplayName().compare(sName, Qt::CaseInsensitive) == 0) return pWindow;
-  }
-  return nullptr;
-}
-
-QToolBar* CMainWindow::FindToolBar(const QString& sName) const {
-  for (QToolBar* const pBar : m_ToolBars) {
-    if (pBar->objectName().compare(sName, Qt::CaseInsensitive) == 0) return pBar;
-    if (pBar->windowTitle().compare(sName, Qt::CaseInsensitive) == 0) return pBar;
-  }
-  return nullptr;
 }
 
 void CMainWindow::ShowWindow(CWindow* pWindow) {
@@ -315,7 +268,7 @@ void CMainWindow::ShowPC(U32 PC) {
 }
 
 void CMainWindow::RefreshWindows() {
-  for (CWindow* const pWindow : m_Windows) pWindow->Repaint();
+  for (CWindow* const pWindow : GetWindowList()) pWindow->Repaint();
 }
 
 void CMainWindow::FocusSourceWindow() {
@@ -354,30 +307,6 @@ bool CMainWindow::SaveDocuments() {
 void CMainWindow::LoadUserFile(const QString&) {}
 void CMainWindow::SaveUserFile(const QString&) {}
 
-bool CMainWindow::OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent) {
-  if (pEvent->key() == Qt::Key_S && pEvent->modifiers() == (Qt::ShiftModifier | Qt::AltModifier)) {
-    m_pSource->setFocus();
-    m_pSource->SetActive(true);
-    return true;
-  }
-  if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) return false;
-  const auto* const pInput = qobject_cast<const QLineEdit*>(pWidget);
-  const bool bLimited = pInput && pInput->maxLength() < UNLIMITED_INPUT;
-  if (pEvent->key() == Qt::Key_Escape && !bLimited) {
-    m_pSource->setFocus();
-    return false;
-  }
-  for (const U32 ID : FindActionsByHotkey(QKeySequence(pEvent->keyCombination()).toString())) {
-    const QAction* const pAction = GetAction(ID);
-    if (pAction && pAction->isEnabled() && pAction->isVisible()) {
-      ClearActionArgs(ID);
-      TriggerAction(ID);
-      return true;
-    }
-  }
-  return false;
-}
-
 // The tips of menu entries and buttons take their turn among the status bar's texts.
 bool CMainWindow::event(QEvent* pEvent) {
   if (pEvent->type() != QEvent::StatusTip) return CWindow::event(pEvent);
@@ -390,32 +319,4 @@ void CMainWindow::changeEvent(QEvent* pEvent) {
   if (pEvent->type() != QEvent::PaletteChange) return;
   UpdatePaletteColors();
   for (U32 ID = 0; ID < NUM_COLORS; ++ID) ApplyColor(ID, GetColor(ID));
-}
-
-bool CMainWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
-  switch (pEvent->type()) {
-    case QEvent::Paint:
-      if (pWatched == this && !m_bPainted) {
-        m_bPainted = true;
-        m_WindowShownTimer.start();
-        LogFirstPaint();
-        Q_EMIT FirstPaint();
-      }
-      break;
-    case QEvent::ChildPolished:
-      if (auto* const pBar = qobject_cast<QTabBar*>(static_cast<QChildEvent*>(pEvent)->child());
-          pBar && pWatched == this) {
-        pBar->setMovable(true);
-        pBar->setElideMode(Qt::ElideRight);
-      }
-      break;
-    case QEvent::KeyPress: {
-      auto* const pWidget = qobject_cast<QWidget*>(pWatched);
-      if (pWidget && OnKeyPress(pWidget, static_cast<QKeyEvent*>(pEvent))) return true;
-      break;
-    }
-    default:
-      break;
-  }
-  return QMainWindow::eventFilter(pWatched, pEvent);
 }

@@ -6,8 +6,10 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include "shell/menus.h"
 #include "shell/project_controller.h"
 #include "shell/session_controller.h"
+#include "shell/window_registry.h"
 #include "ui/window.h"
 
 class CConsoleWindow;
@@ -30,9 +32,12 @@ public:
 
   // --- Windows
   // By name or display name in any case, quotes removed; null if there is none.
-  CWindow* FindWindow(QString sName, bool bVisibleOnly) const;
-  const QList<CWindow*>& GetWindowList() const { return m_Windows; }
+  CWindow* FindWindow(const QString& sName, bool bVisibleOnly) const { return m_Registry.Find(sName, bVisibleOnly); }
+  const QList<CWindow*>& GetWindowList() const { return m_Registry.Windows(); }
+  const CWindowRegistry& Registry() const { return m_Registry; }
+  // By object name or title in any case; null if there is none.
   QToolBar* FindToolBar(const QString& sName) const;
+  const QList<QToolBar*>& ToolBars() const { return m_ToolBars; }
   // Shows a window's dock, raises it and gives it the focus.
   void ShowWindow(CWindow* pWindow);
   // Gives every window its fonts anew.
@@ -49,7 +54,7 @@ public:
   bool IsIdle() const;
 
   // --- ISessionView
-  void OnSessionStateChanged() override { UpdateAll(); }
+  void OnSessionStateChanged() override { UpdateActions(); }
   void ShowPC(U32 PC) override;
   void RefreshWindows() override;
   void FocusSourceWindow() override;
@@ -59,12 +64,19 @@ public:
   void RaiseConsole() override;
 
   // --- IProjectView
-  void OnProjectStateChanged() override { UpdateAll(); }
+  void OnProjectStateChanged() override { UpdateActions(); }
   void OpenSourceFile(const QString& sPath) override;
   bool CloseDocuments() override;
   bool SaveDocuments() override;
   void LoadUserFile(const QString& sPath) override;
   void SaveUserFile(const QString& sPath) override;
+
+  // --- Device events
+  void OnDeviceBPStateChanged() override { UpdateActions(); }
+  void OnDeviceWPStateChanged() override { UpdateActions(); }
+
+  // The windows and tool bars, as the View and Window menus have them.
+  QMenu* createPopupMenu() override;
 
 Q_SIGNALS:
   // The first window is on the screen and what opens first has been decided.
@@ -72,6 +84,8 @@ Q_SIGNALS:
   void FirstPaint();
 
 protected:
+  // The enable rules and the title, after each change of state.
+  void UpdateActions() override;
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
   void closeEvent(QCloseEvent* pEvent) override;
   bool event(QEvent* pEvent) override;
@@ -80,21 +94,26 @@ protected:
 private:
   void CreateControllers();
   void CreateWindows();
+  void LinkWindow(CWindow* pWindow);
   void CreateMenus();
   void ConnectWindows();
-  void RestoreState();
-  void SaveState();
+  void LoadMainWindowState();
+  void SaveMainWindowState();
   void ApplyDefaultLayout();
-  void UpdateAll();
+  void RestorePerspective();
+  void SavePerspective();
+  void UpdateToolBarChecks();
   void UpdateRecentMenus();
-  void UpdateFloatingTitle();
+  void UpdateWindowList();
+  void AddWindowEntries(QMenu* pMenu);
   void OnWindowShown();
   void OnToolbarUpdateTimerTimeout();
   void OnApplicationActivated();
   void OnDataFileOpened(const QString& sPath, bool bSame);
   bool OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent);
+  bool IsOwnInput(QWidget* pWidget) const;
+  bool PerformAlternateKey(const QString& sKey);
   void StopTimers();
-  CDockWindow* AddDock(const QString& sName, const QString& sTitle, Qt::DockWidgetArea Area);
 
   std::unique_ptr<CDeviceEventWorker> m_pEventWorker;
   std::unique_ptr<CSessionController> m_pSession;
@@ -103,11 +122,10 @@ private:
   std::unique_ptr<COMMAND_CONTEXT> m_pCommands;
   CSourceWindow* m_pSource = nullptr;
   CConsoleWindow* m_pConsole = nullptr;
-  QList<CWindow*> m_Windows;
-  QList<CDockWindow*> m_Docks;
+  CWindowRegistry m_Registry;
   QList<QToolBar*> m_ToolBars;
-  QMenu* m_pRecentProjectsMenu = nullptr;
-  QMenu* m_pRecentProgramsMenu = nullptr;
+  DYNAMIC_MENUS m_Menus;
+  QList<QAction*> m_WindowEntries;
   QTimer m_WindowShownTimer;
   QTimer m_ToolbarUpdateTimer;
   bool m_bClosing = false;

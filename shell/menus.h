@@ -9,6 +9,7 @@
 struct DYNAMIC_MENUS {
   QMenu* pRecentProjects = nullptr;
   QMenu* pRecentPrograms = nullptr;
+  QMenu* pWindowList = nullptr;  // the windows follow what the table puts there
 };
 
 // Builds the menu bar and the tool bars from their tables. Rows whose handler does not exist yet are left out, and so

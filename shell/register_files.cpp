@@ -1,7 +1,10 @@
 #include "shell/register_files.h"
 
+#include <QFileInfo>
+
 #include "device/device.h"
 #include "device/device_context.h"
+#include "device/device_ops.h"
 #include "shell/directories.h"
 
 CRegisterFiles& CRegisterFiles::Get() {
@@ -22,6 +25,27 @@ void CRegisterFiles::Clear() {
 
 QString CRegisterFiles::DefaultFile() {
   return CCpuRegisterFile::GetSVDFileNameForCore(ConfigDir(), CDevice::Get().Context().Facts.Get().Core);
+}
+
+QStringList CRegisterFiles::FilesOfDevice(const QString& sDevice) {
+  QStringList Files;
+  U32 Core = 0;
+  if (CDevice::Get().Ops().Info.GetDeviceInfo(sDevice.toUtf8().constData(), &Core) == 0) {
+    Files << CCpuRegisterFile::GetSVDFileNameForCore(ConfigDir(), Core);
+  }
+  for (const char* const sSuffix : {".svd", ".xml"}) {
+    const QString sFile = PeripheralsDir() + QLatin1Char('/') + sDevice + QLatin1String(sSuffix);
+    if (!QFileInfo(sFile).isFile()) continue;
+    Files << sFile;
+    break;
+  }
+  Files.removeAll(QString());
+  for (QString& sFile : Files) {
+    if (sFile.startsWith(ApplicationDir() + QLatin1Char('/'))) {
+      sFile.replace(0, ApplicationDir().size(), QStringLiteral("$(InstallDir)"));
+    }
+  }
+  return Files;
 }
 
 int CRegisterFiles::FindRegister(const QString& sName) const {

@@ -19,6 +19,9 @@ public:
   const CCpuRegisterFile& CpuRegisters() const { return m_CpuRegisters; }
   // Path of the description of the present device's core; empty if there is none.
   static QString DefaultFile();
+  // The descriptions of a device's core and of its peripherals, as projects name them: below "$(InstallDir)". Those
+  // that exist.
+  static QStringList FilesOfDevice(const QString& sDevice);
   // Probe register number by name or number, -1 if there is none.
   int FindRegister(const QString& sName) const;
 

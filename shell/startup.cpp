@@ -7,11 +7,10 @@
 
 #include "device/device.h"
 #include "device/device_context.h"
-#include "project/project.h"
+#include "project/project_text.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
-#include "shell/actions/action_link.h"
 #include "shell/actions/command_text.h"
 #include "shell/batch_session.h"
 #include "shell/dialogs/welcome_screen.h"
@@ -20,6 +19,7 @@
 #include "shell/look/look.h"
 #include "shell/main_window.h"
 #include "shell/project_controller.h"
+#include "shell/register_files.h"
 #include "shell/settings/cmd_line_args.h"
 #include "shell/settings/settings_cache.h"
 #include "shell/settings/sys_vars.h"
@@ -41,12 +41,15 @@ QStringList ProjectCommands(const CMD_LINE_ARGS& Args) {
       {ACTION_SET_TIF_SPEED, {Args.sTIFSpeed}},
       {ACTION_SET_VNODE_SCRIPT, {Args.sVNodeScriptFile}},
       {ACTION_SET_JTAG_CONFIG, JTAG.size() == 2 ? JTAG : QStringList{QString()}},
-      {ACTION_FILE_OPEN, {Args.sProgramFile}},
   };
   QStringList Commands;
   for (const STATEMENT& Statement : aStatements) {
     if (!Statement.Arguments.first().isEmpty()) Commands << MakeCommandText(Statement.ActionID, Statement.Arguments);
   }
+  for (const QString& sFile : CRegisterFiles::FilesOfDevice(Args.sDevice)) {
+    Commands << MakeCommandText(ACTION_PROJ_ADD_SVD_FILE, {sFile});
+  }
+  if (!Args.sProgramFile.isEmpty()) Commands << MakeCommandText(ACTION_FILE_OPEN, {Args.sProgramFile});
   return Commands;
 }
 
@@ -55,6 +58,7 @@ bool CreateProjectFromCmdLine(CProjectController& Projects) {
   if (Args.sDevice.isEmpty() || Args.sHostIF.isEmpty() || Args.sTargetIF.isEmpty()) return false;
   const QStringList Commands = ProjectCommands(Args);
   if (QFileInfo(Args.sProjectFile).isFile()) {
+    AddProjectCommands(Args.sProjectFile, Commands);
     Projects.OpenProject(Args.sProjectFile);
   } else {
     Projects.CreateProject(Args.sProjectFile, Commands);
@@ -98,14 +102,13 @@ void LoadApplicationSettings() {
   LoadColorsAndFonts();
 }
 
-void LogStartupFacts() {
+void ReportProbeLibrary() {
   const QString sLibrary = CDevice::Get().Context().Facts.Get().sLibraryPath;
   if (!sLibrary.isEmpty()) {
     const QString sText = QStringLiteral("V-Node software found at: ") + QFileInfo(sLibrary).absolutePath();
     PrintConsole(sText);
     LogMsg(sText, MSG_INFO | MSG_TO_STDOUT);
   }
-  ReportUnlinkedActions();
 }
 
 void OpenWhatComesFirst(CMainWindow& Window, CProjectController& Projects) {

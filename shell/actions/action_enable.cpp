@@ -133,6 +133,8 @@ void UpdateActions(const ACTION_STATE& State) {
   }
   if (QAction* pSave = GetAction(ACTION_FILE_SAVE)) {
     const bool bNamed = IsActionEnabled(ACTION_FILE_SAVE, false) && !State.sActiveDocument.isEmpty();
-    pSave->setText(bNamed ? QLatin1String("Save ") + State.sActiveDocument : QStringLiteral("Save"));
+    QString sName = State.sActiveDocument;
+    sName.replace(QLatin1Char('&'), QLatin1String("&&"));
+    pSave->setText(bNamed ? QLatin1String("&Save ") + sName : QStringLiteral("&Save"));
   }
 }

@@ -11,7 +11,7 @@ namespace {
 
 void DecorateAction(QAction* pAction, const ACTION_INFO& Info) {
   pAction->setShortcut(QKeySequence(Info.sHotkey));
-  pAction->setStatusTip(Info.sDescription);
+  pAction->setStatusTip(Info.sDescription.isEmpty() ? Info.sDisplayText : Info.sDescription);
   pAction->setToolTip(Info.sDisplayText);
 }
 

@@ -38,7 +38,7 @@ void EditSysVarCommand() {
 // A third argument that no prototype tells of comes from windows: 1 stores the value, 0 wants no echo.
 void EditPreferenceCommand() {
   const QStringList Args = GetActionArgs(ACTION_EDIT_PREFERENCE);
-  if (Args.size() < 2) {
+  if (Args.size() < 2 || Args.size() > 3) {
     SetActionError(ACTION_EDIT_PREFERENCE, QLatin1String(ActionError::WRONG_PARAMETER_COUNT));
     return;
   }
@@ -77,6 +77,10 @@ void EditColorCommand() {
   SetActionArgs(ACTION_EDIT_COLOR, QStringList{QLatin1String(GetColorInfo(ID)->sName), ColorText(Color.rgba())});
 }
 
+void HelpCommandsCommand() {
+  if (CheckActionArgs(ACTION_HELP_COMMANDS)) PrintCommandHelp();
+}
+
 void UtilLogCommand() {
   if (!CheckActionArgs(ACTION_UTIL_LOG)) return;
   PrintConsoleColor(GetFirstActionArg(ACTION_UTIL_LOG), CONSOLE_COLOR_SCRIPT);
@@ -103,7 +107,7 @@ void RegisterBuiltinCommands(const std::function<bool()>& IsClosing) {
   RegisterActionHandler(ACTION_EDIT_SYS_VAR, EditSysVarCommand);
   RegisterActionHandler(ACTION_EDIT_PREFERENCE, EditPreferenceCommand);
   RegisterActionHandler(ACTION_EDIT_COLOR, EditColorCommand);
-  RegisterActionHandler(ACTION_HELP_COMMANDS, PrintCommandHelp);
+  RegisterActionHandler(ACTION_HELP_COMMANDS, HelpCommandsCommand);
   RegisterActionHandler(ACTION_UTIL_LOG, UtilLogCommand);
   RegisterActionHandler(ACTION_UTIL_SLEEP, [IsClosing] { UtilSleepCommand(IsClosing); });
 }

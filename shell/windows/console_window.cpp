@@ -73,11 +73,13 @@ CConsoleWindow::CConsoleWindow(QWidget* pParent) : CWindow(pParent, QStringLiter
   Instance() = this;
   CreatePanes();
   m_pActionTimestamps = new QAction(QStringLiteral("&Timestamps"), this);
+  m_pActionTimestamps->setObjectName(QStringLiteral("actionConsoleShowSidebar"));
   m_pActionTimestamps->setCheckable(true);
   connect(m_pActionTimestamps, &QAction::triggered, this, [](bool bOn) {
     PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_TIMESTAMPS_CONSOLE"), bOn ? 1 : 0, 1);
   });
   m_pActionHelp = new QAction(QStringLiteral("List Co&mmands"), this);
+  m_pActionHelp->setObjectName(QStringLiteral("actionConsoleHelp"));
   connect(m_pActionHelp, &QAction::triggered, this, [] { PerformAction(ACTION_HELP_COMMANDS); });
   SetSidebarVisible(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE) != 0);
   ApplyFonts();

@@ -230,10 +230,10 @@ TEST_F(DispatchTest, DisabledMenuEntriesStillAnswerInTheirOwnWords) {
 
 TEST_F(DispatchTest, SaveNamesTheActiveDocument) {
   RegisterActionHandler(ACTION_FILE_SAVE, [] {});
-  UpdateActions({.DocumentOpen = true, .ActiveDocumentModified = true, .sActiveDocument = QStringLiteral("main.c")});
-  EXPECT_EQ(GetAction(ACTION_FILE_SAVE)->text(), QLatin1String("Save main.c"));
+  UpdateActions({.DocumentOpen = true, .ActiveDocumentModified = true, .sActiveDocument = QStringLiteral("R&D.c")});
+  EXPECT_EQ(GetAction(ACTION_FILE_SAVE)->text(), QLatin1String("&Save R&&D.c"));
   UpdateActions({.DocumentOpen = true, .sActiveDocument = QStringLiteral("main.c")});
-  EXPECT_EQ(GetAction(ACTION_FILE_SAVE)->text(), QLatin1String("Save"));
+  EXPECT_EQ(GetAction(ACTION_FILE_SAVE)->text(), QLatin1String("&Save"));
   UnregisterActionHandler(ACTION_FILE_SAVE);
 }
 
