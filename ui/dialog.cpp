@@ -1,6 +1,8 @@
 #include "ui/dialog.h"
 
+#include <QDialogButtonBox>
 #include <QLayout>
+#include <QPushButton>
 #include <QScreen>
 
 #include "shell/look/look.h"
@@ -28,6 +30,10 @@ CDialog::CDialog(QWidget* pParent, const QString& sName, const QString& sTitle)
 // first.
 void CDialog::setVisible(bool bOn) {
   if (bOn && m_pParent && parentWidget() == nullptr) setParent(m_pParent->window(), windowFlags());
+  // The style's own pictures can't be made out on every ground.
+  for (QDialogButtonBox* const pBox : findChildren<QDialogButtonBox*>()) {
+    for (QAbstractButton* const pButton : pBox->buttons()) pButton->setIcon(QIcon());
+  }
   QDialog::setVisible(bOn);
 }
 

@@ -48,7 +48,8 @@ CPreferencesDialog::CPreferencesDialog(QWidget* pParent)
   TitleFont.setPointSizeF(TitleFont.pointSizeF() * TITLE_FONT_SIZE);
   m_pTitle->setFont(TitleFont);
   auto* const pLine = new QFrame(this);
-  pLine->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+  pLine->setFrameStyle(QFrame::HLine | QFrame::Plain);
+  pLine->setForegroundRole(QPalette::Mid);
   auto* const pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Close, this);
   pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
