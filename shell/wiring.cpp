@@ -15,6 +15,7 @@
 #include "shell/actions/command_text.h"
 #include "shell/directories.h"
 #include "shell/input_gate.h"
+#include "shell/log/console_print.h"
 #include "shell/log/log.h"
 #include "shell/look/look.h"
 #include "shell/main_window.h"
@@ -32,6 +33,7 @@
 namespace {
 
 constexpr U64 SYS_VAR_REFUSED = static_cast<U64>(-1);
+constexpr U32 FIRST_VERSION_WITH_PORT_WIDTH = 61402;
 
 CDevice& Device() {
   return CDevice::Get();
@@ -108,6 +110,14 @@ void PlugDeviceSettings() {
   Register(VAR_TIF_SCAN_CHAIN_LEN, DCP_IR_PRE);
 }
 
+void OnTracePortWidthChanged() {
+  if (Device().Context().Facts.Get().LibraryVersion >= FIRST_VERSION_WITH_PORT_WIDTH) return;
+  PrintConsoleError(
+      QStringLiteral("Configuration of the trace port width is not supported by this version of the V-Node library. "
+                     "Please update to version 6.14b or later."));
+  SetVarValue(GetVarInfo(VAR_TRACE_PORT_WIDTH), GetVarDefault(VAR_TRACE_PORT_WIDTH), 0);
+}
+
 void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
   switch (ID) {
     case VAR_RESET_MODE:
@@ -116,6 +126,9 @@ void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
       break;
     case VAR_TIF_SPEED:
       Device().ScheduleSetConfigParam(DCP_SPEED, static_cast<int>(Value));
+      break;
+    case VAR_TRACE_PORT_WIDTH:
+      OnTracePortWidthChanged();
       break;
     case VAR_BREAK_AT_THIS_SYMBOL:
       if (!Session.EvalBreakSymbol() && ELFAPI_IsLoaded()) {
