@@ -170,6 +170,7 @@ private Q_SLOTS:
   void theDialogOpensAnewForAnotherApplicationFont();
   void forgettingAnswersHappensOnceAndAfterwards();
   void aSessionsColorsAndFontsAreNotKept();
+  void wrongCommandsSayWhyAndChangeNothing();
   void theLastPageAndTheSizeAreRemembered();
   void cleanupTestCase() { m_Session.End(); }
 
@@ -415,6 +416,28 @@ void CPreferencesDialogTest::aSessionsColorsAndFontsAreNotKept() {
   QCOMPARE(GetFont(FONT_CONSOLE).pointSize(), 20);
   SetFont(FONT_CONSOLE, GetInheritedFont(FONT_CONSOLE), true);
   ResetColors();
+}
+
+void CPreferencesDialogTest::wrongCommandsSayWhyAndChangeNothing() {
+  const std::pair<const char*, const char*> aCases[] = {
+      {"Edit.Preference (PREF_TAB_SPACING, 9)", "invalid parameter: \"9\""},
+      {"Edit.Preference (PREF_NONE, 1)", "unknown preference: \"PREF_NONE\""},
+      {"Edit.Preference (58, 1)", "unknown preference: \"58\""},
+      {"Edit.Preference (12, start_up)", "invalid parameter: \"start_up\""},
+      {"Edit.Preference (PREF_TAB_SPACING)", "wrong parameter count"},
+      {"Edit.Font (11, \"Monospace, 10pt, Normal\")", "unknown font: \"11\""},
+      {"Edit.Font (8, \"Monospace, 60pt, Normal\")", "invalid parameter: \"Monospace, 60pt, Normal\""},
+      {"Edit.Font (8, \"Monospace, 10pt\")", "invalid parameter: \"Monospace, 10pt\""},
+      {"Edit.Font (8)", "wrong parameter count"},
+  };
+  const QString sFont = FontToText(FONT_CONSOLE);
+  for (const auto& [sCommand, sError] : aCases) {
+    ExecuteCommand(QLatin1String(sCommand));
+    QCOMPARE(GetLastCommand().sError, QLatin1String(sError));
+  }
+  QCOMPARE(GetVarValue(PREF_TAB_SPACING), 2u);
+  QCOMPARE(GetVarString(VAR_BREAK_AT_THIS_SYMBOL), QStringLiteral("main"));
+  QCOMPARE(FontToText(FONT_CONSOLE), sFont);
 }
 
 void CPreferencesDialogTest::theLastPageAndTheSizeAreRemembered() {
