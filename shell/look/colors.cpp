@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QPalette>
+#include <cmath>
 
 #include "shell/look/look.h"
 #include "shell/settings/color_table.h"
@@ -7,6 +8,8 @@
 namespace {
 constexpr int MAX_LIGHTNESS = 255;
 constexpr int DARK_LIGHTNESS = 128;
+constexpr int LIGHTNESS_STEP = 4;
+constexpr double MIN_CONTRAST = 4.5;      // of a text to its ground
 constexpr int PLACEHOLDER_CONTRAST = 48;  // of lightness
 constexpr int PLACEHOLDER_ALPHA = 128;
 
@@ -21,6 +24,20 @@ void MakePlaceholdersReadable() {
   if (Palette != QApplication::palette()) QApplication::setPalette(Palette);
 }
 
+// Relative luminance, 0 for black and 1 for white.
+double Luminance(const QColor& Color) {
+  const auto Linear = [](double Channel) {
+    return Channel <= 0.04045 ? Channel / 12.92 : std::pow((Channel + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * Linear(Color.redF()) + 0.7152 * Linear(Color.greenF()) + 0.0722 * Linear(Color.blueF());
+}
+
+bool IsReadableOn(const QColor& Text, const QColor& Ground) {
+  const double Lighter = std::max(Luminance(Text), Luminance(Ground));
+  const double Darker = std::min(Luminance(Text), Luminance(Ground));
+  return (Lighter + 0.05) / (Darker + 0.05) >= MIN_CONTRAST;
+}
+
 }  // namespace
 
 QColor GetColor(U32 ID) {
@@ -28,8 +45,15 @@ QColor GetColor(U32 ID) {
 }
 
 QColor ReadableColor(const QColor& Color) {
-  if (!IsDarkPalette() || Color.lightness() >= DARK_LIGHTNESS) return Color;
-  return QColor::fromHsl(Color.hslHue(), Color.hslSaturation(), MAX_LIGHTNESS - Color.lightness(), Color.alpha());
+  if (!IsDarkPalette()) return Color;
+  const QPalette Palette = QApplication::palette();
+  int Lightness = std::max(Color.lightness(), MAX_LIGHTNESS - Color.lightness());
+  for (;; Lightness = std::min(Lightness + LIGHTNESS_STEP, MAX_LIGHTNESS)) {
+    const QColor Lighter = QColor::fromHsl(Color.hslHue(), Color.hslSaturation(), Lightness, Color.alpha());
+    const bool bReadable =
+        IsReadableOn(Lighter, Palette.color(QPalette::Base)) && IsReadableOn(Lighter, Palette.color(QPalette::Window));
+    if (bReadable || Lightness == MAX_LIGHTNESS) return Lighter;
+  }
 }
 
 QColor GetTextColor(U32 ID) {

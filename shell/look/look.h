@@ -10,8 +10,8 @@
 
 // The live colour (COLOR_ID), palette roles resolved.
 QColor GetColor(U32 ID);
-// A text's colour that is made for a light ground, as it can be read on the desktop's: mirrored in lightness where the
-// palette is dark.
+// A text's colour that is made for a light ground, as it can be read on the desktop's: where the palette is dark it is
+// made light enough for a contrast of 4.5 to the palette's grounds.
 QColor ReadableColor(const QColor& Color);
 // The live colour for a text; a colour that the user has set stays as it is.
 QColor GetTextColor(U32 ID);
