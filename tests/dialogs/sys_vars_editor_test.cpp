@@ -59,6 +59,14 @@ QTableWidgetItem* FindValue(QWidget* pDialog, const char* sTitle) {
   return Found.size() == 1 ? TableOf(pDialog)->item(Found.first()->row(), 1) : nullptr;
 }
 
+// An entry's text as a menu shows it: a single "&" marks a key.
+QString ShownText(const QAction* pEntry) {
+  QString sText = pEntry->text();
+  return sText.replace(QLatin1String("&&"), QLatin1String("\n"))
+      .remove(QLatin1Char('&'))
+      .replace(QLatin1Char('\n'), QLatin1Char('&'));
+}
+
 void Click(QTableWidgetItem* pItem) {
   QTableWidget* const pTable = pItem->tableWidget();
   pTable->scrollToItem(pItem);
@@ -70,10 +78,10 @@ void Choose(QTableWidgetItem* pItem, const QString& sEntry) {
     auto* const pMenu = qobject_cast<QMenu*>(pPopup);
     QVERIFY(pMenu);
     for (QAction* const pEntry : pMenu->actions()) {
-      QCOMPARE(pEntry->isChecked(), QString(pEntry->text()).replace("&&", "&") == pItem->text());
+      QCOMPARE(pEntry->isChecked(), ShownText(pEntry) == pItem->text());
     }
     for (QAction* const pEntry : pMenu->actions()) {
-      if (QString(pEntry->text()).replace(QLatin1String("&&"), QLatin1String("&")) != sEntry) continue;
+      if (ShownText(pEntry) != sEntry) continue;
       QTest::mouseClick(pMenu, Qt::LeftButton, Qt::NoModifier, pMenu->actionGeometry(pEntry).center());
       return;
     }
