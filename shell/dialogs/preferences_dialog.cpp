@@ -50,6 +50,8 @@ CPreferencesDialog::CPreferencesDialog(QWidget* pParent)
   auto* const pLine = new QFrame(this);
   pLine->setFrameStyle(QFrame::HLine | QFrame::Plain);
   pLine->setForegroundRole(QPalette::Mid);
+  // Made in the order in which Tab goes through the widgets.
+  AddPages();
   auto* const pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Close, this);
   pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
@@ -67,7 +69,6 @@ CPreferencesDialog::CPreferencesDialog(QWidget* pParent)
   pLayout->addLayout(pMiddle, 1);
   pLayout->addWidget(pButtons);
 
-  AddPages();
   connect(pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CPreferencesDialog::OnItemSelected);

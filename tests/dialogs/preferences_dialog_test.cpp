@@ -171,6 +171,7 @@ private Q_SLOTS:
   void forgettingAnswersHappensOnceAndAfterwards();
   void aSessionsColorsAndFontsAreNotKept();
   void wrongCommandsSayWhyAndChangeNothing();
+  void tabGoesFromTheTreeThroughThePageToTheButtons();
   void theLastPageAndTheSizeAreRemembered();
   void cleanupTestCase() { m_Session.End(); }
 
@@ -438,6 +439,24 @@ void CPreferencesDialogTest::wrongCommandsSayWhyAndChangeNothing() {
   QCOMPARE(GetVarValue(PREF_TAB_SPACING), 2u);
   QCOMPARE(GetVarString(VAR_BREAK_AT_THIS_SYMBOL), QStringLiteral("main"));
   QCOMPARE(FontToText(FONT_CONSOLE), sFont);
+}
+
+void CPreferencesDialogTest::tabGoesFromTheTreeThroughThePageToTheButtons() {
+  InDialog([](QWidget* pDialog) {
+    QWidget* const pPage = OpenPage(pDialog, QStringLiteral("Appearance / Table Windows"));
+    QTRY_COMPARE(QApplication::focusWidget(), pDialog->findChild<QTreeWidget*>());
+    const auto* const pButtons = pDialog->findChild<QDialogButtonBox*>();
+    const QList<QWidget*> Order = {FindGroup(pPage, "Fonts")->findChild<QComboBox*>(QStringLiteral("Items")),
+                                   FindGroup(pPage, "Fonts")->findChild<QPushButton*>(QStringLiteral("Field")),
+                                   FindGroup(pPage, "Colors")->findChild<QComboBox*>(QStringLiteral("Items")),
+                                   FindGroup(pPage, "Colors")->findChild<QPushButton*>(QStringLiteral("Field")),
+                                   pButtons->button(QDialogButtonBox::Ok),
+                                   pButtons->button(QDialogButtonBox::Close)};
+    for (QWidget* const pNext : Order) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+      QCOMPARE(QApplication::focusWidget(), pNext);
+    }
+  });
 }
 
 void CPreferencesDialogTest::theLastPageAndTheSizeAreRemembered() {
