@@ -5,6 +5,7 @@
 
 #include "project/file_classes.h"
 #include "project/project.h"
+#include "project/project_text.h"
 #include "project/recent_list.h"
 #include "script/ctrans.h"
 #include "script/hook_table.h"
@@ -110,6 +111,52 @@ TEST(ProjectText, IsAScriptWithOneActiveHook) {
     EXPECT_TRUE(sText.contains(QStringLiteral("//void ") + GetHookName(ID))) << ID;
   }
   for (const QString& sLine : sText.split(QLatin1Char('\n'))) EXPECT_LE(sLine.size(), 75) << sLine.toStdString();
+}
+
+TEST(ProjectText, CommandsReplaceTheirOwnLinesOnly) {
+  struct TEXT_CASE {
+    const char* sName;
+    const char* sBefore;
+    const char* sAfter;  // null: refused, the file stays
+  };
+  const TEXT_CASE aCases[] = {
+      {"behind the mark",
+       "void OnProjectLoad (void) {\n  //\n  // Dialog-generated settings\n  //\n  Project.SetDevice (\"old\");\n"
+       "  //\n  // User settings\n  //\n  Window.Show (\"Console\");\n}\n",
+       "void OnProjectLoad (void) {\n  //\n  // Dialog-generated settings\n  //\n  Project.SetDevice (\"new\");\n"
+       "  File.Open (\"a.elf\");\n  //\n  // User settings\n  //\n  Window.Show (\"Console\");\n}\n"},
+      {"no mark: at the head of the body",
+       "int x;\r\nvoid OnProjectLoad (void) {\r\n  int i;\r\n}\r\nvoid AfterTargetHalt (void) { File.Open(\"b\"); "
+       "}\r\n",
+       "int x;\nvoid OnProjectLoad (void) {\n  Project.SetDevice (\"new\");\n  File.Open (\"a.elf\");\n  int i;\n}\n"
+       "void AfterTargetHalt (void) { File.Open(\"b\"); }\n"},
+      {"whole names, nested braces, twice the same",
+       "void OnProjectLoad (void) {\n  if (1) {\n    File.OpenRecent (0);\n  }\n  File.Open (\"x\");\n"
+       "  File.Open (\"y\");\n}\n",
+       "void OnProjectLoad (void) {\n  Project.SetDevice (\"new\");\n  File.Open (\"a.elf\");\n  if (1) {\n"
+       "    File.OpenRecent (0);\n  }\n}\n"},
+      {"on one line", "void OnProjectLoad (void) { Project.SetDevice (\"old\"); Util.Log (\"kept\"); }",
+       "void OnProjectLoad (void) {\n  Project.SetDevice (\"new\");\n  File.Open (\"a.elf\");\n"
+       "  Util.Log (\"kept\"); }"},
+      {"no such function", "void BeforeTargetReset (void) {\n}\n", nullptr},
+      {"no end", "void OnProjectLoad (void) {\n  Project.SetDevice (\"old\");\n", nullptr},
+      {"empty", "", nullptr},
+  };
+  QTemporaryDir Dir;
+  const QString sPath = Dir.filePath(QStringLiteral("a.vdebug"));
+  const QStringList Commands = {QStringLiteral("Project.SetDevice (\"new\");"),
+                                QStringLiteral("File.Open (\"a.elf\");")};
+  for (const TEXT_CASE& Case : aCases) {
+    WriteFile(sPath, Case.sBefore);
+    EXPECT_EQ(AddProjectCommands(sPath, Commands), Case.sAfter != nullptr) << Case.sName;
+    QFile File(sPath);
+    ASSERT_TRUE(File.open(QIODevice::ReadOnly));
+    const QByteArray After = File.readAll();
+    EXPECT_EQ(Case.sAfter ? QByteArray(After).replace("\r\n", "\n").toStdString() : After.toStdString(),
+              Case.sAfter ? Case.sAfter : Case.sBefore)
+        << Case.sName;
+  }
+  EXPECT_FALSE(AddProjectCommands(Dir.filePath(QStringLiteral("missing.vdebug")), Commands));
 }
 
 }  // namespace
