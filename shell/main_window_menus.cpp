@@ -10,7 +10,6 @@
 #include "shell/main_window.h"
 #include "shell/menu_table.h"
 #include "shell/program_loader.h"
-#include "shell/window_table.h"
 #include "ui/dock_window.h"
 
 namespace {
@@ -21,14 +20,6 @@ QString RecentText(int Index, const QString& sPath) {
   QString sText = sPath;
   sText.replace(QLatin1Char('&'), QLatin1String("&&"));
   return Index < MAX_NUMBERED ? QStringLiteral("&%1 %2").arg((Index + 1) % MAX_NUMBERED).arg(sText) : sText;
-}
-
-// The icon of a window is that of its entry in the View menu.
-QIcon IconOf(const CWindow& Window) {
-  for (const WINDOW_ROW& Row : GetWindowTable()) {
-    if (Window.GetName() == QLatin1String(Row.sName) && GetAction(Row.ShowID)) return GetAction(Row.ShowID)->icon();
-  }
-  return {};
 }
 
 }  // namespace
@@ -100,11 +91,12 @@ void CMainWindow::UpdateWindowList() {
   m_WindowEntries = m_Menus.pWindowList->actions().sliced(NumBefore);
 }
 
-// Checked while the window is open. One that a tab hides is brought to the front.
+// Checked while the window is open; without an icon, which would take the place of the check mark. One that a tab hides
+// is brought to the front.
 void CMainWindow::AddWindowEntries(QMenu* pMenu) {
   for (CWindow* const pWindow : GetWindowList()) {
     if (pWindow->GetDock() == nullptr) continue;
-    QAction* const pEntry = pMenu->addAction(IconOf(*pWindow), pWindow->GetName());
+    QAction* const pEntry = pMenu->addAction(pWindow->GetName());
     pEntry->setCheckable(true);
     pEntry->setChecked(!pWindow->GetDock()->isHidden());
     connect(pEntry, &QAction::triggered, this, [pWindow] {

@@ -211,10 +211,19 @@ constexpr MENU_ITEM FILE_BUTTONS[] = {
     Button(ACTION_FILE_SAVE),        Button(ACTION_FILE_SAVE_ALL),    SEPARATOR,
     Button(ACTION_SRC_FIND),         Button(ACTION_EDIT_PREFERENCES),
 };
+// Only some of them are seen at a time: no separator may end up alone.
 constexpr MENU_ITEM DEBUG_BUTTONS[] = {
-    Button(ACTION_DEBUG_START),     Button(ACTION_DEBUG_STOP),     SEPARATOR, Button(ACTION_DEBUG_CONTINUE),
-    Button(ACTION_DEBUG_HALT),      Button(ACTION_DEBUG_RESET),    SEPARATOR, Button(ACTION_DEBUG_STEP_OVER),
-    Button(ACTION_DEBUG_STEP_INTO), Button(ACTION_DEBUG_STEP_OUT), SEPARATOR, Button(ACTION_VIEW_PC),
+    Button(ACTION_DEBUG_START),
+    Button(ACTION_DEBUG_STOP),
+    SEPARATOR,
+    Button(ACTION_DEBUG_CONTINUE),
+    Button(ACTION_DEBUG_HALT),
+    Button(ACTION_DEBUG_RESET),
+    SEPARATOR,
+    Button(ACTION_DEBUG_STEP_OVER),
+    Button(ACTION_DEBUG_STEP_INTO),
+    Button(ACTION_DEBUG_STEP_OUT),
+    Button(ACTION_VIEW_PC),
 };
 constexpr MENU_ITEM VIEW_BUTTONS[] = {
     Button(ACTION_WINDOW_SHOW_SRC_FILES),

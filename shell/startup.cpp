@@ -95,6 +95,8 @@ void AskWhatToOpen(CMainWindow& Window, CProjectController& Projects) {
 }  // namespace
 
 void LoadApplicationSettings() {
+  // What is said from here on waits for the console window, which is made in a moment.
+  SetConsoleExists(true);
   LoadSettings();
   ResetVars();
   LoadPreferences();

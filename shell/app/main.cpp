@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFile>
+#include <QLibraryInfo>
 
 #include <cstdio>
 #include <cstring>
@@ -63,6 +64,8 @@ int main(int argc, char** argv) {
   }
   QApplication Application(argc, argv);
   QApplication::setStartDragDistance(START_DRAG_DISTANCE);
+  // Whatever lies beside the program is no plug-in of the toolkit.
+  QCoreApplication::setLibraryPaths({QLibraryInfo::path(QLibraryInfo::PluginsPath)});
   QCoreApplication::setOrganizationName(QStringLiteral("Morvek"));
   QCoreApplication::setApplicationName(QStringLiteral("Vexor"));
   SetCmdLineArgs(ParseCmdLine(QCoreApplication::arguments()));

@@ -1,0 +1,233 @@
+// Hot keys, by key events.
+
+#include <QLineEdit>
+#include <QMenuBar>
+
+#include "frame.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_enable.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/action_info.h"
+#include "shell/actions/action_link.h"
+#include "ui/dock_window.h"
+#include "ui/windows/source_window.h"
+
+namespace {
+
+const ACTION_STATE IDLE = {};
+const ACTION_STATE RUNNING = {.Connected = true};
+const ACTION_STATE HALTED = {.Connected = true, .Halted = true, .PCHasSource = true};
+// Everything that a rule may ask for; the session's rows have states of their own.
+const ACTION_STATE BUSY = {.Connected = true,
+                           .Halted = true,
+                           .ProjectOpen = true,
+                           .ProjectModified = true,
+                           .DocumentOpen = true,
+                           .ActiveDocumentModified = true,
+                           .AnyDocumentModified = true,
+                           .HasBreakpoint = true,
+                           .HasDataBreakpoint = true};
+
+// Rows that only an argument enables, which a window offers.
+bool NeedsArgument(U32 ID) {
+  const ACTION_STATE State;
+  return HasEnableRule(ID) && !EvaluateEnableRule(ID, State, false).GuiEnabled &&
+         EvaluateEnableRule(ID, State, true).GuiEnabled;
+}
+
+}  // namespace
+
+class CKeysTest : public QObject {
+  Q_OBJECT
+
+private Q_SLOTS:
+  void initTestCase();
+  void init();
+  void everyGlobalKeyReachesItsRow_data();
+  void everyGlobalKeyReachesItsRow();
+  void theSameKeyMeansWhatTheStateAllows_data();
+  void theSameKeyMeansWhatTheStateAllows();
+  void alternatesReachTheSameRows_data();
+  void alternatesReachTheSameRows();
+  void anAlternateOfAWindowActsInThatWindow();
+  void shiftAltSGoesToTheSource();
+  void escapeGoesToTheSource();
+  void escapeStaysWhereItIsNeeded_data();
+  void escapeStaysWhereItIsNeeded();
+  void aDockPassesKeysToItsWindow();
+  void cleanupTestCase() { m_pWindow->close(); }
+
+private:
+  void Press(const QString& sKey) {
+    const QKeyCombination Key = QKeySequence(sKey)[0];
+    QTest::keyClick(QApplication::focusWidget(), Key.key(), Key.keyboardModifiers());
+  }
+  void RecordRow(U32 ID) {
+    RegisterActionHandler(ID, [this, ID] { m_Hits << ID; });
+  }
+
+  CMainWindow* m_pWindow = nullptr;
+  QList<U32> m_Hits;
+};
+
+// Rows only note that they were reached: what they do is tested elsewhere.
+void CKeysTest::initTestCase() {
+  m_pWindow = StartFrame();
+  QVERIFY(m_pWindow);
+  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+    if (IsServedByHandler(ID)) RecordRow(ID);
+  }
+}
+
+void CKeysTest::init() {
+  QApplication::setActiveWindow(m_pWindow);
+  m_pWindow->Source().setFocus();
+  m_Hits.clear();
+}
+
+void CKeysTest::everyGlobalKeyReachesItsRow_data() {
+  QTest::addColumn<U32>("ID");
+  QMap<QString, int> Uses;
+  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+    if (IsServedByHandler(ID)) ++Uses[GetHotkey(ID)];
+  }
+  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+    const QString sKey = GetHotkey(ID);
+    if (!IsServedByHandler(ID) || sKey.isEmpty() || Uses[sKey] > 1) continue;
+    if (QKeySequence(sKey) == QKeySequence(QStringLiteral("Shift+Alt+S"))) continue;
+    QTest::addRow("%s %s", qPrintable(sKey), qPrintable(GetActionInfo(ID).sObjectName)) << ID;
+  }
+}
+
+void CKeysTest::everyGlobalKeyReachesItsRow() {
+  QFETCH(U32, ID);
+  const QString sKey = GetHotkey(ID);
+  if (NeedsArgument(ID)) SetActionArgs(ID, QStringList{QStringLiteral("main")});
+  ::UpdateActions(BUSY);
+  if (!IsActionEnabled(ID, true)) ::UpdateActions(IDLE);
+  if (!IsActionEnabled(ID, true)) ::UpdateActions(RUNNING);
+  QVERIFY(IsActionEnabled(ID, true));
+  Press(sKey);
+  QCOMPARE(m_Hits, QList<U32>{ID});
+}
+
+void CKeysTest::theSameKeyMeansWhatTheStateAllows_data() {
+  QTest::addColumn<QString>("Key");
+  QTest::addColumn<int>("State");
+  QTest::addColumn<QList<U32>>("Rows");
+  using ROWS = QList<U32>;
+  QTest::newRow("F5, idle") << QStringLiteral("F5") << 0 << ROWS{ACTION_DEBUG_START};
+  QTest::newRow("F5, halted") << QStringLiteral("F5") << 2 << ROWS{ACTION_DEBUG_CONTINUE};
+  QTest::newRow("F5, running") << QStringLiteral("F5") << 1 << ROWS{};
+  QTest::newRow("Ctrl+F5, running") << QStringLiteral("Ctrl+F5") << 1 << ROWS{ACTION_DEBUG_HALT};
+  QTest::newRow("Ctrl+F5, halted") << QStringLiteral("Ctrl+F5") << 2 << ROWS{};
+  QTest::newRow("F11, idle") << QStringLiteral("F11") << 0 << ROWS{};
+  QTest::newRow("F4, idle") << QStringLiteral("F4") << 0 << ROWS{};
+  QTest::newRow("F4, running") << QStringLiteral("F4") << 1 << ROWS{ACTION_DEBUG_RESET};
+}
+
+void CKeysTest::theSameKeyMeansWhatTheStateAllows() {
+  QFETCH(QString, Key);
+  QFETCH(int, State);
+  QFETCH(QList<U32>, Rows);
+  ::UpdateActions(State == 0 ? IDLE : State == 1 ? RUNNING : HALTED);
+  Press(Key);
+  QCOMPARE(m_Hits, Rows);
+}
+
+void CKeysTest::alternatesReachTheSameRows_data() {
+  QTest::addColumn<QString>("Key");
+  QTest::addColumn<U32>("ID");
+  QTest::newRow("Ctrl+=") << QStringLiteral("Ctrl+=") << U32{ACTION_SRC_EXPAND_LINE};
+  QTest::newRow("Alt+=") << QStringLiteral("Alt+=") << U32{ACTION_SRC_EXPAND_ALL_LINES};
+  QTest::newRow("=") << QStringLiteral("=") << U32{ACTION_TIMELINE_ZOOM_IN};
+  QTest::newRow("F6") << QStringLiteral("F6") << U32{ACTION_DEBUG_HALT};
+}
+
+void CKeysTest::alternatesReachTheSameRows() {
+  QFETCH(QString, Key);
+  QFETCH(U32, ID);
+  RecordRow(ID);
+  ::UpdateActions(RUNNING);
+  Press(Key);
+  QCOMPARE(m_Hits, QList<U32>{ID});
+  if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
+}
+
+void CKeysTest::anAlternateOfAWindowActsInThatWindow() {
+  QAction* const pAdd = GetAction(ACTION_WIN_ADD);
+  QVERIFY(pAdd && pAdd->parent() == &m_pWindow->Console());
+  QSignalSpy Triggered(pAdd, &QAction::triggered);
+  Press(QStringLiteral("Alt+="));
+  QCOMPARE(Triggered.count(), 0);
+  m_pWindow->Console().FocusInput();
+  Press(QStringLiteral("Alt+="));
+  QCOMPARE(Triggered.count(), 1);
+}
+
+void CKeysTest::shiftAltSGoesToTheSource() {
+  m_pWindow->Console().FocusInput();
+  m_pWindow->Source().SetActive(false);
+  Press(QStringLiteral("Shift+Alt+S"));
+  QVERIFY(m_pWindow->Source().HasFocus() && m_pWindow->Source().IsActive());
+}
+
+void CKeysTest::escapeGoesToTheSource() {
+  m_pWindow->Console().FocusInput();
+  QVERIFY(m_pWindow->Console().HasFocus());
+  Press(QStringLiteral("Esc"));
+  QVERIFY(m_pWindow->Source().HasFocus());
+}
+
+void CKeysTest::escapeStaysWhereItIsNeeded_data() {
+  QTest::addColumn<QString>("Where");
+  QTest::newRow("menu") << QStringLiteral("menu");
+  QTest::newRow("modal dialog") << QStringLiteral("modal");
+  QTest::newRow("other top-level window") << QStringLiteral("other");
+  QTest::newRow("limited input") << QStringLiteral("input");
+}
+
+void CKeysTest::escapeStaysWhereItIsNeeded() {
+  QFETCH(QString, Where);
+  m_pWindow->Console().FocusInput();
+  QDialog Dialog(m_pWindow);
+  QLineEdit Limited(&m_pWindow->Console());
+  QMenu Menu(m_pWindow);
+  Menu.addAction(QStringLiteral("Entry"));
+  QWidget* pTarget = &Dialog;
+  if (Where == QLatin1String("menu")) {
+    Menu.popup(m_pWindow->pos());
+    pTarget = &Menu;
+  } else if (Where == QLatin1String("input")) {
+    Limited.setMaxLength(8);
+    Limited.show();
+    Limited.setFocus();
+    pTarget = &Limited;
+  } else {
+    Dialog.setModal(Where == QLatin1String("modal"));
+    Dialog.show();
+  }
+  QTRY_VERIFY(pTarget->isVisible());
+  QTest::keyClick(pTarget, Qt::Key_Escape);
+  QApplication::setActiveWindow(m_pWindow);
+  QVERIFY(!m_pWindow->Source().HasFocus());
+}
+
+void CKeysTest::aDockPassesKeysToItsWindow() {
+  CDockWindow* const pDock = m_pWindow->Console().GetDock();
+  QAction Own(&m_pWindow->Console());
+  Own.setShortcut(QKeySequence(QStringLiteral("Ctrl+9")));
+  Own.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  m_pWindow->Console().addAction(&Own);
+  QSignalSpy Triggered(&Own, &QAction::triggered);
+  pDock->setFocus();
+  QVERIFY(pDock->hasFocus());
+  Press(QStringLiteral("Ctrl+9"));
+  QCOMPARE(Triggered.count(), 1);
+  Own.setEnabled(false);
+  Press(QStringLiteral("Ctrl+9"));
+  QCOMPARE(Triggered.count(), 1);
+}
+
+QTEST_MAIN(CKeysTest)
+#include "keys_test.moc"

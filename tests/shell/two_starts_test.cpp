@@ -1,0 +1,229 @@
+// What one start of the program leaves, the next one finds. Each start is a process of its own with the same settings.
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QProcess>
+#include <QTabBar>
+#include <QTemporaryDir>
+
+#include "frame.h"
+#include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_ids.h"
+#include "shell/actions/action_info.h"
+#include "shell/look/look.h"
+#include "shell/settings/color_ids.h"
+#include "shell/settings/colors.h"
+#include "shell/settings/fonts.h"
+#include "shell/settings/sys_vars.h"
+#include "shell/settings/var_ids.h"
+#include "ui/dock_window.h"
+#include "ui/message_box.h"
+
+namespace {
+
+constexpr const char* START_VARIABLE = "VEXOR_TEST_START";
+constexpr const char* FILES_VARIABLE = "VEXOR_TEST_FILES";
+constexpr int PROCESS_LIMIT_MS = 30'000;
+constexpr QRgb COLOR = 0xFF123456;
+constexpr int FONT_POINTS = 13;
+const QRect GEOMETRY(40, 30, 700, 500);
+const QRect FLOATING(300, 200, 320, 240);
+const QString QUESTION = QStringLiteral("Really?");
+
+QString Files() {
+  return qEnvironmentVariable(FILES_VARIABLE);
+}
+
+// Answers a box with its check box ticked.
+void AnswerForGood() {
+  QTimer::singleShot(0, qApp, [] {
+    QWidget* const pBox = QApplication::activeModalWidget();
+    pBox->findChild<QCheckBox*>()->setChecked(true);
+    pBox->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
+  });
+  CMessageBox::Show(QStringLiteral("Title"), QUESTION, CMessageBox::FOR_GOOD, QString(),
+                    QDialogButtonBox::Yes | QDialogButtonBox::No);
+}
+
+int AnswerWithoutBox() {
+  bool bShown = false;
+  QTimer::singleShot(0, qApp, [&bShown] {
+    QWidget* const pBox = QApplication::activeModalWidget();
+    bShown = pBox != nullptr;
+    if (pBox) pBox->close();
+  });
+  const int Answer = CMessageBox::Show(QStringLiteral("Title"), QUESTION, CMessageBox::FOR_GOOD, QString(),
+                                       QDialogButtonBox::Yes | QDialogButtonBox::No);
+  QCoreApplication::processEvents();
+  return bShown ? -1 : Answer;
+}
+
+}  // namespace
+
+// One start, in the process that was made for it.
+class CStart : public QObject {
+  Q_OBJECT
+
+private Q_SLOTS:
+  void initTestCase();
+  void start();
+  void cleanupTestCase();
+
+private:
+  void First();
+  void Second();
+  void Third();
+  void AfterDamage();
+
+  CMainWindow* m_pWindow = nullptr;
+};
+
+void CStart::initTestCase() {
+  CDevice::SetLibraryFolder(QStringLiteral(VEXOR_BIN_DIR));
+  CDeviceDataProvider::Get();
+  m_pWindow = new CMainWindow;
+  // The welcome screen would wait for a choice.
+  SetVarValue(GetVarInfo(PREF_START_WITH_MOST_RECENT_PROJ), 1, 0);
+  QSignalSpy Started(m_pWindow, &CMainWindow::Started);
+  m_pWindow->show();
+  QVERIFY(Started.wait(FRAME_WAIT_MS));
+  QTRY_VERIFY(m_pWindow->IsIdle());
+}
+
+void CStart::start() {
+  const QByteArray Start = qgetenv(START_VARIABLE);
+  if (Start == "first") First();
+  if (Start == "second") Second();
+  if (Start == "third") Third();
+  if (Start == "damaged") AfterDamage();
+}
+
+void CStart::First() {
+  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 1U);
+  QVERIFY(m_pWindow->Console().IsVisible());
+  QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
+  m_pWindow->setGeometry(GEOMETRY);
+  m_pWindow->FindToolBar(QStringLiteral("File"))->show();
+  m_pWindow->FindToolBar(QStringLiteral("Debug"))->hide();
+  m_pWindow->addDockWidget(Qt::LeftDockWidgetArea, m_pWindow->Console().GetDock());
+  PerformAction(ACTION_FILE_OPEN, Files() + QStringLiteral("/one.vdebug"));
+  QTRY_COMPARE(m_pWindow->Projects().RecentProjects().Paths().size(), 1);
+  m_pWindow->Projects().sDefaultDirSave = Files();
+  PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_TIMESTAMPS_CONSOLE"), 0, 1);
+  SetColorRgb(COLOR_PC_ACTIVE, COLOR, true);
+  QFont Font = ::GetFont(FONT_CONSOLE);
+  Font.setPointSize(FONT_POINTS);
+  SetFont(FONT_CONSOLE, Font, true, true);
+  AnswerForGood();
+  QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
+}
+
+void CStart::Second() {
+  QCOMPARE(m_pWindow->geometry(), GEOMETRY);
+  QVERIFY(m_pWindow->FindToolBar(QStringLiteral("File"))->isVisible());
+  QVERIFY(GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
+  QVERIFY(!m_pWindow->FindToolBar(QStringLiteral("Debug"))->isVisible());
+  QVERIFY(!GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
+  QCOMPARE(m_pWindow->dockWidgetArea(m_pWindow->Console().GetDock()), Qt::LeftDockWidgetArea);
+  const QStringList Recent = m_pWindow->Projects().RecentProjects().Paths();
+  QCOMPARE(Recent, QStringList{Files() + QStringLiteral("/one.vdebug")});
+  QCOMPARE(m_pWindow->Projects().sDefaultDirSave, Files());
+  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
+  QCOMPARE(GetColorRgb(COLOR_PC_ACTIVE), COLOR);
+  QCOMPARE(::GetFont(FONT_CONSOLE).pointSize(), FONT_POINTS);
+  QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
+  CDockWindow* const pDock = m_pWindow->Console().GetDock();
+  pDock->setFloating(true);
+  pDock->setGeometry(FLOATING);
+  m_pWindow->FindToolBar(QStringLiteral("Debug"))->show();
+}
+
+void CStart::Third() {
+  const CDockWindow* const pDock = m_pWindow->Console().GetDock();
+  QVERIFY(pDock->isFloating() && pDock->isVisible());
+  QCOMPARE(pDock->size(), FLOATING.size());
+  QVERIFY(m_pWindow->FindToolBar(QStringLiteral("Debug"))->isVisible());
+  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
+  PerformAction(ACTION_WINDOW_CLOSE, QStringLiteral("Console"));
+}
+
+// All defaults, and a word about it where the user sees it.
+void CStart::AfterDamage() {
+  QVERIFY2(ConsoleText(*m_pWindow).contains(QStringLiteral(".damaged")), qPrintable(ConsoleText(*m_pWindow)));
+  QVERIFY(m_pWindow->Console().IsVisible());
+  QVERIFY(!m_pWindow->Console().GetDock()->isFloating());
+  QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
+  QVERIFY(GetColorRgb(COLOR_PC_ACTIVE) != COLOR);
+}
+
+void CStart::cleanupTestCase() {
+  m_pWindow->close();
+  QCOMPARE(SaveSettings(), 0);
+}
+
+// The starts, one after the other.
+class CTwoStartsTest : public QObject {
+  Q_OBJECT
+
+private Q_SLOTS:
+  void initTestCase();
+  void whatIsLeftIsFoundAgain_data();
+  void whatIsLeftIsFoundAgain();
+  void damagedSettingsArePutAside();
+
+private:
+  void RunStart(const char* sStart);
+  QTemporaryDir m_Home;
+};
+
+void CTwoStartsTest::initTestCase() {
+  QVERIFY(m_Home.isValid());
+  QFile Project(m_Home.filePath(QStringLiteral("one.vdebug")));
+  QVERIFY(Project.open(QIODevice::WriteOnly) && Project.write("void OnProjectLoad (void) {\n}\n") > 0);
+}
+
+void CTwoStartsTest::RunStart(const char* sStart) {
+  QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
+  Environment.insert(QLatin1String(START_VARIABLE), QLatin1String(sStart));
+  Environment.insert(QLatin1String(FILES_VARIABLE), m_Home.path());
+  Environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_Home.path());
+  Environment.insert(QStringLiteral("HOME"), m_Home.path());
+  QProcess Process;
+  Process.setProcessEnvironment(Environment);
+  Process.setProcessChannelMode(QProcess::MergedChannels);
+  Process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("-maxwarnings"), QStringLiteral("0")});
+  QVERIFY(Process.waitForFinished(PROCESS_LIMIT_MS));
+  const QByteArray Output = Process.readAll();
+  QVERIFY2(Process.exitStatus() == QProcess::NormalExit && Process.exitCode() == 0, Output.constData());
+}
+
+void CTwoStartsTest::whatIsLeftIsFoundAgain_data() {
+  QTest::addColumn<QByteArray>("Start");
+  for (const char* const sStart : {"first", "second", "third"}) QTest::newRow(sStart) << QByteArray(sStart);
+}
+
+void CTwoStartsTest::whatIsLeftIsFoundAgain() {
+  QFETCH(QByteArray, Start);
+  RunStart(Start.constData());
+}
+
+void CTwoStartsTest::damagedSettingsArePutAside() {
+  const QString sFile = m_Home.filePath(QStringLiteral("Morvek/Vexor.conf"));
+  QFile File(sFile);
+  QVERIFY(File.exists() && File.open(QIODevice::WriteOnly) && File.write("[AppData\n\x01\x02garbage\n\xFF") > 0);
+  File.close();
+  RunStart("damaged");
+  QVERIFY(QFile::exists(sFile + QStringLiteral(".damaged")));
+}
+
+int main(int argc, char** argv) {
+  QApplication Application(argc, argv);
+  QCoreApplication::setOrganizationName(QStringLiteral("Morvek"));
+  QCoreApplication::setApplicationName(QStringLiteral("Vexor"));
+  CStart Start;
+  CTwoStartsTest Test;
+  QObject* const pTest = qEnvironmentVariableIsSet(START_VARIABLE) ? static_cast<QObject*>(&Start) : &Test;
+  return QTest::qExec(pTest, argc, argv);
+}
+#include "two_starts_test.moc"
