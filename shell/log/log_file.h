@@ -15,8 +15,11 @@ public:
   bool Open(const QString& sPath);
   void Close();
   bool IsOpen() const { return m_File.isOpen(); }
+  // Appends and flushes. A file that has been removed meanwhile is made again.
   void Write(const QByteArray& Data);
 
 private:
+  void Reopen();
+
   QFile m_File;
 };

@@ -1,5 +1,11 @@
 // Which message reaches which sink, and in what form.
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -162,6 +168,58 @@ TEST_F(LogTest, AGrownFileIsCutAndContinued) {
   EXPECT_EQ(Text.size(), 16'000 + 5);
   EXPECT_TRUE(Text.startsWith("first\n"));
   EXPECT_TRUE(Text.endsWith("next\n"));
+}
+
+TEST_F(LogTest, ARemovedFileBeginsAnewAndALostFolderIsBorne) {
+  OpenAppLog();
+  LogMsg("first", MSG_TO_FILE);
+  ASSERT_TRUE(QFile::remove(sPath));
+  LogMsg("second", MSG_TO_FILE);
+  EXPECT_EQ(Content(sPath), "second\n");
+  ASSERT_TRUE(QDir(Dir.path()).removeRecursively());
+  EXPECT_EQ(0, LogMsg("nowhere", MSG_TO_FILE));
+  ASSERT_TRUE(QDir().mkpath(Dir.path()));
+  LogMsg("third", MSG_TO_FILE);
+  EXPECT_EQ(Content(sPath), "third\n");
+}
+
+TEST_F(LogTest, AKilledProgramLosesAtMostOneInterval) {
+  constexpr int INTERVAL = 200;
+  constexpr int NUM_LINES = 1000;
+  SetLogInterval(QString::number(INTERVAL));
+  const pid_t Child = fork();
+  ASSERT_GE(Child, 0);
+  if (Child == 0) {
+    OpenLogFile(LOG_FILE_APPLICATION, sPath.toUtf8().constData());
+    for (int i = 0; i < NUM_LINES; ++i) LogMsg(QByteArray::number(1000 + i).constData(), MSG_TO_FILE);
+    raise(SIGKILL);
+  }
+  int Status = 0;
+  ASSERT_EQ(waitpid(Child, &Status, 0), Child);
+  ASSERT_TRUE(WIFSIGNALED(Status) && WTERMSIG(Status) == SIGKILL);
+  const QList<QByteArray> Lines = Content(sPath).trimmed().split('\n');
+  EXPECT_GT(Lines.size(), NUM_LINES - INTERVAL / 5);  // a line has 5 bytes
+  for (qsizetype i = 0; i < Lines.size(); ++i) ASSERT_EQ(Lines[i].toInt(), 1000 + i);
+}
+
+TEST_F(LogTest, TheConsoleLogIsCutAtItsOwnSizeToo) {
+  const QByteArray Path = Dir.filePath(QStringLiteral("console.log")).toUtf8();
+  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, Path.constData()));
+  const QString sText(999, u'x');
+  int NumLines = 0;
+  const auto Print = [&](int Count) {
+    for (int i = 0; i < Count; ++i) {
+      PrintConsole(sText);
+      if (++NumLines % static_cast<int>(CONSOLE_DRAIN_MAX) == 0) TakeConsole();
+    }
+    TakeConsole();
+  };
+  Print(16'000);
+  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 16'000'000);
+  Print(1);  // not above the limit yet
+  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 16'001'000);
+  Print(1);
+  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 17'000);
 }
 
 TEST_F(LogTest, QtMessagesStayOutOfTheConsoleUnlessCritical) {
