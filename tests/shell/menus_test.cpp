@@ -11,6 +11,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
+#include "shell/actions/command_console.h"
 #include "shell/menu_table.h"
 #include "shell/window_table.h"
 #include "ui/dock_window.h"
@@ -91,6 +92,9 @@ private Q_SLOTS:
   void modeButtonsFollowTheModes();
   void theWindowMenuFollowsTheDocks();
   void theContextMenuOffersWindowsAndToolBars();
+  void entriesFollowTheState();
+  void commandsToWindowsAreRefused_data();
+  void commandsToWindowsAreRefused();
   void recentEntriesAreNumberedAndShowAmpersands();
   void cleanupTestCase() { m_pWindow->close(); }
 
@@ -250,6 +254,41 @@ void CMenusTest::theContextMenuOffersWindowsAndToolBars() {
   const std::unique_ptr<QMenu> pMenu(m_pWindow->createPopupMenu());
   QVERIFY(EntryNamed(*pMenu, QStringLiteral("Console"))->isChecked());
   for (const TOOL_BAR_TABLE& Row : GetToolBarTables()) QVERIFY(pMenu->actions().contains(GetAction(Row.ToggleID)));
+}
+
+void CMenusTest::entriesFollowTheState() {
+  const QAction* const pClearAll = GetAction(ACTION_BREAK_CLEAR_ALL);
+  QVERIFY(!pClearAll->isEnabled());
+  PerformAction(ACTION_BREAK_SET, QStringLiteral("0x100"));
+  QTRY_VERIFY(pClearAll->isEnabled());
+  PerformAction(ACTION_BREAK_CLEAR_ALL);
+  QTRY_VERIFY(!pClearAll->isEnabled());
+  QCOMPARE(ExecuteCommand(QStringLiteral("Break.ClearAll")), COMMAND_DISABLED);
+}
+
+void CMenusTest::commandsToWindowsAreRefused_data() {
+  QTest::addColumn<QString>("Command");
+  QTest::addColumn<QString>("Error");
+  const auto Row = [](const char* sCommand, const char* sError) {
+    QTest::newRow(sCommand) << QString::fromLatin1(sCommand) << QString::fromLatin1(sError);
+  };
+  Row("Window.Show Nothing", "unknown window: \"Nothing\"");
+  Row("Window.Close Nothing", "unknown window: \"Nothing\"");
+  Row("Window.Add (\"Nothing\", \"x\")", "unknown window: \"Nothing\"");
+  Row("Window.Add (\"Console\", \"x\")", "invalid parameter");
+  Row("Window.Remove (\"Source\", \"x\")", "invalid parameter");
+  Row("Window.Clear Source", "invalid parameter");
+  Row("Window.SetNumberBase (\"Console\", 3)", "invalid parameter");
+  Row("Window.SetDisplayFormat (\"Console\", DISPLAY_FORMAT_HEX)", "");
+  Row("Toolbar.Show Nothing", "unknown toolbar: \"Nothing\"");
+  Row("Window.ExpandAll console", "");
+}
+
+void CMenusTest::commandsToWindowsAreRefused() {
+  QFETCH(QString, Command);
+  QFETCH(QString, Error);
+  QCOMPARE(ExecuteCommand(Command), COMMAND_RAN);
+  QCOMPARE(GetLastCommand().sError, Error);
 }
 
 void CMenusTest::recentEntriesAreNumberedAndShowAmpersands() {
