@@ -21,10 +21,11 @@ enum CTRANS_RESULTS : int {
 
 // What the host hears of the first error.
 struct CTRANS_ERROR {
-  std::string sText;
+  std::string sText;       // empty for a failure that has no words: a division by zero, an array without "]"
   std::string sStatement;  // from the start of the failing statement up to its first ";", at most 512 bytes
   int LineNo = 0;          // from 1
   int ColumnNo = 0;        // from 1, in bytes
+  int FirstLineNo = 0;     // line in which the failing statement begins, LineNo or before
 };
 
 struct CTRANS_CALLBACKS {
@@ -62,8 +63,10 @@ public:
   int CallFunction(std::string_view sName);
 
   bool HasError() const;
-  // Makes running functions end at their next statement or loop test. Stays set.
+  // Makes running functions end at their next statement or loop test, without an error. Stays set.
   void RequestClose();
+  // Makes running functions fail with this error at the place where they are. For use by OnPoll and native functions.
+  void Abort(std::string_view sReason);
   // Whether a value that a script passed is a pointer into the script heap: true for every string.
   bool IsHeapPointer(U64 Value) const;
   // The text that such a pointer stands for, up to its zero or the end of the heap; empty for any other value.

@@ -21,7 +21,7 @@ struct CTRANS_CURSOR {
 enum class CTRANS_KIND : U32 { BASE_TYPE = 0, CONSTANT = 4, FUNCTION = 7, QUALIFIER = 8, ATTRIBUTE = 9, VARIABLE = 11 };
 
 // How a declarator forms a type over its base type.
-enum class CTRANS_FORM : U8 { PLAIN, POINTER, ARRAY };
+enum class CTRANS_FORM : U8 { PLAIN, POINTER, ARRAY, POINTER_ARRAY };
 
 struct CTRANS_FUNCTION;
 
@@ -81,6 +81,8 @@ struct CTrans::ENGINE {
   bool Fail(const std::string& sText);
   // Lets the host have a turn. False when that has stopped the script.
   bool Poll();
+  // What the host has asked for meanwhile. False when the script must not go on.
+  bool HeedHost();
 
   // Symbols (ctrans_symbols.cpp)
   CTRANS_SYMBOL* Define(std::string_view sName, CTRANS_KIND Kind);
@@ -118,11 +120,14 @@ struct CTrans::ENGINE {
   bool Primary(bool bExecute, CTRANS_VALUE* pValue);
   bool IdentifierPrimary(bool bExecute, CTRANS_VALUE* pValue);
   bool StringLiteral(bool bExecute, CTRANS_VALUE* pValue);
+  bool ReadVariable(const CTRANS_SYMBOL& Variable, bool bExecute, I64* pNumber);
   bool Index(const CTRANS_SYMBOL& Array, bool bExecute, U8** ppElement);
   bool ReadStorage(const U8* pStorage, U32 Size, I64* pNumber);
   bool WriteStorage(U8* pStorage, U32 Size, I64 Number);
   bool Call(const CTRANS_SYMBOL& Function, bool bExecute, CTRANS_VALUE* pValue);
+  bool CallNative(const CTRANS_FUNCTION& Function, const U64* paArgs, I64* pResult);
   bool CallScript(const CTRANS_FUNCTION& Function, const U64* paArgs, I64* pResult);
+  bool FailDivision(const CTRANS_CURSOR& Divisor);
   bool Apply(int Operator, I64 Left, I64 Right, I64* pResult);
 
   std::string sText;
@@ -137,8 +142,9 @@ struct CTrans::ENGINE {
   I64 ReturnValue = -1;
   U32 Nesting = 0;
   std::chrono::steady_clock::time_point LastPoll;
+  std::string sAbortReason;
   bool HasError = false;
-  bool DividedByZero = false;
+  bool DividedByZero = false;  // what the error was
   bool CloseRequested = false;
   bool IsOutOfMemory = false;
   bool IsSilent = false;  // while a prototype is read: its errors are no errors of the script

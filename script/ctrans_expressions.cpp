@@ -85,9 +85,12 @@ bool CTrans::ENGINE::Expression(int Min, bool bExecute, CTRANS_VALUE* pValue) {
       return true;
     }
     CTRANS_VALUE Right;
+    if (!SkipBlanks()) return false;
+    const CTRANS_CURSOR RightStart = Cursor;
     if (!Expression(pOperator->Number, bExecute, &Right)) return false;
     if (pValue->IsString || Right.IsString) return Fail("Expected a base type.");
     if (!bExecute) continue;
+    if (pOperator->Number == OP_DIVIDE && Right.Number == 0) return FailDivision(RightStart);
     if (!Apply(pOperator->Number, pValue->Number, Right.Number, &pValue->Number)) return false;
   }
 }
@@ -140,14 +143,17 @@ bool CTrans::ENGINE::Apply(int Operator, I64 Left, I64 Right, I64* pResult) {
     case OP_MULTIPLY:
       return Store(L * R);
     case OP_DIVIDE:
-      if (Right == 0) {
-        DividedByZero = true;
-        return false;
-      }
+      if (Right == 0) return FailDivision(Cursor);
       return Store(Right == -1 ? 0 - L : static_cast<U64>(Left / Right));
     default:
       return Fail("Syntax error.");
   }
+}
+
+bool CTrans::ENGINE::FailDivision(const CTRANS_CURSOR& Divisor) {
+  Cursor = Divisor;
+  DividedByZero = !HasError;
+  return Fail("");
 }
 
 bool CTrans::ENGINE::Primary(bool bExecute, CTRANS_VALUE* pValue) {
@@ -167,10 +173,11 @@ bool CTrans::ENGINE::StringLiteral(bool bExecute, CTRANS_VALUE* pValue) {
     char c = *Cursor.p;
     if (c == 0 || c == '\n') return Fail("Illegal character in string");
     if (c == '\\') {
-      c = *++Cursor.p;
+      c = Cursor.p[1];
       const auto It = std::find_if(std::begin(ESCAPES), std::end(ESCAPES), [c](const char* p) { return p[0] == c; });
       if (c == 0 || It == std::end(ESCAPES)) return Fail("Unexpected escape character.");
       c = (*It)[1];
+      ++Cursor.p;
     }
     sValue += c;
   }
@@ -189,6 +196,13 @@ bool CTrans::ENGINE::IdentifierPrimary(bool bExecute, CTRANS_VALUE* pValue) {
   if (sName.empty()) return Fail("Expected a value or an identifier.");
   const CTRANS_SYMBOL* const pSymbol = Find(sName);
   if (pSymbol == nullptr) return Fail("Unknown identifier.");
+  const bool bType = pSymbol->Kind != CTRANS_KIND::CONSTANT && pSymbol->Kind != CTRANS_KIND::FUNCTION &&
+                     pSymbol->Kind != CTRANS_KIND::VARIABLE;
+  if (bType) return Fail("Syntax error. Unexpected type");
+  if (pSymbol->Form == CTRANS_FORM::POINTER) return Fail("Expected a base type.");
+  if (pSymbol->Form == CTRANS_FORM::POINTER_ARRAY) {
+    return Fail("Currently, only arrays of base type variables are allowed.");
+  }
   TakeIdentifier();
   switch (pSymbol->Kind) {
     case CTRANS_KIND::CONSTANT:
@@ -196,22 +210,30 @@ bool CTrans::ENGINE::IdentifierPrimary(bool bExecute, CTRANS_VALUE* pValue) {
       return true;
     case CTRANS_KIND::FUNCTION:
       return Call(*pSymbol, bExecute, pValue);
-    case CTRANS_KIND::VARIABLE: {
-      if (pSymbol->Form == CTRANS_FORM::POINTER) return Fail("Expected a base type.");
-      U8* pStorage = pSymbol->pStorage;
-      if (pSymbol->Form == CTRANS_FORM::ARRAY && !Index(*pSymbol, bExecute, &pStorage)) return false;
-      return !bExecute || ReadStorage(pStorage, pSymbol->BaseSize, &pValue->Number);
-    }
     default:
-      return Fail("Syntax error. Unexpected type");
+      return ReadVariable(*pSymbol, bExecute, &pValue->Number);
   }
 }
 
+bool CTrans::ENGINE::ReadVariable(const CTRANS_SYMBOL& Variable, bool bExecute, I64* pNumber) {
+  U8* pStorage = Variable.pStorage;
+  if (Variable.Form == CTRANS_FORM::ARRAY && !Index(Variable, bExecute, &pStorage)) return false;
+  return !bExecute || ReadStorage(pStorage, Variable.BaseSize, pNumber);
+}
+
 bool CTrans::ENGINE::Index(const CTRANS_SYMBOL& Array, bool bExecute, U8** ppElement) {
-  I64 Position = 0;
-  if (!Expect('[') || !NumberExpression(bExecute, &Position) || !Expect(']')) return false;
+  CTRANS_VALUE Value;
+  if (!Expect('[') || !SkipBlanks()) return false;
+  const CTRANS_CURSOR Start = Cursor;
+  if (!Expression(0, bExecute, &Value)) return false;
+  if (Value.IsString) return Fail("Expected a value.");
+  if (!Expect(']')) return false;
   if (!bExecute) return true;
-  if (Position < 0 || static_cast<U64>(Position) >= Array.Count) return Fail("Array index out of range.");
+  const I64 Position = Value.Number;
+  if (Position < 0 || static_cast<U64>(Position) >= Array.Count) {
+    Cursor = Start;
+    return Fail("Array index out of range.");
+  }
   *ppElement = Array.pStorage + static_cast<U64>(Position) * Array.BaseSize;
   return true;
 }
@@ -247,11 +269,19 @@ bool CTrans::ENGINE::Call(const CTRANS_SYMBOL& Function, bool bExecute, CTRANS_V
   *pValue = {};
   if (!bExecute) return true;
   if (!Poll()) return false;
+  // The rest of a statement that a request to close has overtaken: its commands would get made-up values.
+  if (CloseRequested) return true;
   if (Target.NativeIndex < 0) return CallScript(Target, Args.data(), &pValue->Number);
-  if (Target.NumParams > MAX_NATIVE_ARGS) return true;
-  const CTransPosition Saved(&Cursor, &StatementStart);
-  pValue->Number = static_cast<I64>(Natives[static_cast<size_t>(Target.NativeIndex)](Args.data(), Target.NumParams));
-  return !HasError && !DividedByZero;
+  return CallNative(Target, Args.data(), &pValue->Number);
+}
+
+bool CTrans::ENGINE::CallNative(const CTRANS_FUNCTION& Function, const U64* paArgs, I64* pResult) {
+  if (Function.NumParams > MAX_NATIVE_ARGS) return true;
+  {
+    const CTransPosition Saved(&Cursor, &StatementStart);
+    *pResult = static_cast<I64>(Natives[static_cast<size_t>(Function.NativeIndex)](paArgs, Function.NumParams));
+  }
+  return HeedHost();
 }
 
 bool CTrans::ENGINE::CallScript(const CTRANS_FUNCTION& Function, const U64* paArgs, I64* pResult) {
@@ -278,7 +308,7 @@ bool CTrans::ENGINE::CallScript(const CTRANS_FUNCTION& Function, const U64* paAr
     pSymbol->Form = pParam->Form;
   }
   Cursor = Function.Body;
-  bDone = bDone && Block(true) != CTRANS_FLOW::FAIL && !HasError && !DividedByZero;
+  bDone = bDone && Block(true) != CTRANS_FLOW::FAIL && !HasError;
   *pResult = ReturnValue;
 
   ReturnValue = SavedReturn;

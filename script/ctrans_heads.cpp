@@ -13,12 +13,13 @@ void CTrans::ENGINE::SkipQualifiers() {
 
 CTRANS_PARAM* CTrans::ENGINE::ParseParam() {
   SkipQualifiers();
-  const std::string_view sType = TakeIdentifier();
+  const std::string_view sType = PeekIdentifier();
   const CTRANS_SYMBOL* const pType = Find(sType);
   if (pType == nullptr || pType->Kind != CTRANS_KIND::BASE_TYPE) {
     Fail(sType.empty() ? "Expected an identifier." : "Expected a base type.");
     return nullptr;
   }
+  TakeIdentifier();
   const bool bPointer = TryToken("*");
   const std::string_view sName = TakeIdentifier();
   if (sName.empty()) {
@@ -41,11 +42,12 @@ CTRANS_SYMBOL* CTrans::ENGINE::ParseHead() {
   while (TryKeyword("__api__")) {
   }
   SkipQualifiers();
-  const CTRANS_SYMBOL* const pType = Find(TakeIdentifier());
+  const CTRANS_SYMBOL* const pType = Find(PeekIdentifier());
   if (pType == nullptr || pType->Kind != CTRANS_KIND::BASE_TYPE) {
     Fail("Expected a base type.");
     return nullptr;
   }
+  TakeIdentifier();
   const std::string_view sName = TakeIdentifier();
   if (sName.empty()) {
     Fail("Expected an identifier.");
@@ -105,6 +107,11 @@ int CTrans::ParseGlobals() {
     if (pSymbol == nullptr) return Engine.IsOutOfMemory ? -1 : 0;
     pSymbol->pFunction->Body = Engine.Cursor;
     if (!Engine.SkipBody()) break;
+  }
+  // A zero byte would hide the functions behind it.
+  if (Engine.AtEnd() && Engine.Cursor.p != Engine.sText.c_str() + Engine.sText.size()) {
+    Engine.StatementStart = Engine.Cursor;
+    Engine.Fail("Syntax error.");
   }
   return 0;
 }

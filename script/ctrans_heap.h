@@ -31,8 +31,6 @@ public:
 
   U8* HighMark() const { return m_pHigh; }
   void ReleaseHigh(U8* pMark) { m_pHigh = pMark; }
-  U8* LowMark() const { return m_pLow; }
-  void ReleaseLow(U8* pMark) { m_pLow = pMark; }
   bool Contains(U64 Address) const {
     return Address >= reinterpret_cast<U64>(m_paBlock.get()) && Address < reinterpret_cast<U64>(m_pEnd);
   }

@@ -17,7 +17,7 @@ constexpr ASSIGNMENT_OPERATOR ASSIGNMENTS[] = {
 }  // namespace
 
 CTRANS_FLOW CTrans::ENGINE::Statement(bool bExecute) {
-  if (HasError || DividedByZero || !SkipBlanks()) return CTRANS_FLOW::FAIL;
+  if (HasError || !SkipBlanks()) return CTRANS_FLOW::FAIL;
   if (bExecute && CloseRequested) return CTRANS_FLOW::RETURN;
   const CTransLevel Level(&Nesting);
   StatementStart = Cursor;
@@ -30,11 +30,11 @@ CTRANS_FLOW CTrans::ENGINE::Statement(bool bExecute) {
   if (TryKeyword("if")) return IfStatement(bExecute);
   if (TryKeyword("while")) return WhileStatement(bExecute);
   if (TryKeyword("do")) return DoStatement(bExecute);
-  if (TryKeyword("for")) {
+  if (PeekIdentifier() == "for") {
     Fail("Keyword \"for\" is not yet supported");
     return CTRANS_FLOW::FAIL;
   }
-  if (TryKeyword("else")) {
+  if (PeekIdentifier() == "else") {
     Fail("Keyword \"else\" is not allowed without \"if\"");
     return CTRANS_FLOW::FAIL;
   }
@@ -134,11 +134,12 @@ CTRANS_FLOW CTrans::ENGINE::IdentifierStatement(bool bExecute) {
 
 CTRANS_FLOW CTrans::ENGINE::Declaration() {
   SkipQualifiers();
-  const CTRANS_SYMBOL* const pType = Find(TakeIdentifier());
+  const CTRANS_SYMBOL* const pType = Find(PeekIdentifier());
   if (pType == nullptr || pType->Kind != CTRANS_KIND::BASE_TYPE) {
     Fail(pType ? "Currently only basic data types for local variables are allowed." : "Syntax error.");
     return CTRANS_FLOW::FAIL;
   }
+  TakeIdentifier();
   CTRANS_FORM Form = TryToken("*") ? CTRANS_FORM::POINTER : CTRANS_FORM::PLAIN;
   const std::string_view sName = TakeIdentifier();
   if (sName.empty()) {
@@ -151,13 +152,17 @@ CTRANS_FLOW CTrans::ENGINE::Declaration() {
       Fail("Expected an integer value");
       return CTRANS_FLOW::FAIL;
     }
-    if (!TryToken("]")) return CTRANS_FLOW::FAIL;
-    Form = CTRANS_FORM::ARRAY;
+    if (!TryToken("]")) {
+      Fail("");
+      return CTRANS_FLOW::FAIL;
+    }
+    Form = Form == CTRANS_FORM::POINTER ? CTRANS_FORM::POINTER_ARRAY : CTRANS_FORM::ARRAY;
   }
   if (!Expect(';')) return CTRANS_FLOW::FAIL;
   // The first definition of a name wins, so a declaration in a loop takes memory once.
   if (FindLocal(sName) != nullptr) return CTRANS_FLOW::NEXT;
-  const U64 NumBytes = static_cast<U64>(Count) * (Form == CTRANS_FORM::POINTER ? sizeof(U64) : pType->BaseSize);
+  const bool bPointers = Form == CTRANS_FORM::POINTER || Form == CTRANS_FORM::POINTER_ARRAY;
+  const U64 NumBytes = static_cast<U64>(Count) * (bPointers ? sizeof(U64) : pType->BaseSize);
   CTRANS_SYMBOL* const pSymbol = Count < 0 || Count > HEAP_SIZE ? nullptr : DefineLocal(sName);
   U8* const pStorage = pSymbol ? Heap.TakeHigh(NumBytes) : nullptr;
   if (pStorage == nullptr) {
@@ -173,7 +178,8 @@ CTRANS_FLOW CTrans::ENGINE::Declaration() {
 
 CTRANS_FLOW CTrans::ENGINE::Assignment(const CTRANS_SYMBOL& Variable, bool bExecute) {
   U8* pStorage = Variable.pStorage;
-  if (Variable.Form == CTRANS_FORM::ARRAY && !Index(Variable, bExecute, &pStorage)) return CTRANS_FLOW::FAIL;
+  const bool bArray = Variable.Form == CTRANS_FORM::ARRAY || Variable.Form == CTRANS_FORM::POINTER_ARRAY;
+  if (bArray && !Index(Variable, bExecute, &pStorage)) return CTRANS_FLOW::FAIL;
   const ASSIGNMENT_OPERATOR* pOperator = nullptr;
   for (const ASSIGNMENT_OPERATOR& Candidate : ASSIGNMENTS) {
     if (TryToken(Candidate.sText)) {
@@ -182,7 +188,7 @@ CTRANS_FLOW CTrans::ENGINE::Assignment(const CTRANS_SYMBOL& Variable, bool bExec
     }
   }
   if (pOperator == nullptr) return HasError ? CTRANS_FLOW::FAIL : CTRANS_FLOW::NEXT;
-  if (Variable.Form == CTRANS_FORM::POINTER) {
+  if (Variable.Form == CTRANS_FORM::POINTER || Variable.Form == CTRANS_FORM::POINTER_ARRAY) {
     Fail("Assignments are allowed for base types only");
     return CTRANS_FLOW::FAIL;
   }
@@ -191,10 +197,16 @@ CTRANS_FLOW CTrans::ENGINE::Assignment(const CTRANS_SYMBOL& Variable, bool bExec
     return CTRANS_FLOW::FAIL;
   }
   I64 Value = 0;
+  if (!SkipBlanks()) return CTRANS_FLOW::FAIL;
+  const CTRANS_CURSOR ValueStart = Cursor;
   if (!NumberExpression(bExecute, &Value) || !Expect(';')) return CTRANS_FLOW::FAIL;
   if (!bExecute) return CTRANS_FLOW::NEXT;
   if (!pOperator->sBinary.empty()) {
     I64 Old = 0;
+    if (pOperator->sBinary == "/" && Value == 0) {
+      FailDivision(ValueStart);
+      return CTRANS_FLOW::FAIL;
+    }
     if (!ReadStorage(pStorage, Variable.BaseSize, &Old) ||
         !Apply(CTransOperatorNumber(pOperator->sBinary), Old, Value, &Value)) {
       return CTRANS_FLOW::FAIL;

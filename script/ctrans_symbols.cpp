@@ -98,24 +98,28 @@ bool CTrans::HasScriptFunction(std::string_view sName) const {
 
 int CTrans::CallFunction(std::string_view sName) {
   ENGINE& Engine = *m_pEngine;
-  if (Engine.HasError || Engine.DividedByZero) return CTRANS_FAILED;
+  if (Engine.HasError || !Engine.sAbortReason.empty()) return CTRANS_FAILED;
   const auto It = Engine.Globals.find(sName);
   if (It == Engine.Globals.end() || It->second->Kind != CTRANS_KIND::FUNCTION) return CTRANS_UNKNOWN_FUNCTION;
   CTRANS_VALUE Result;
   const CTRANS_FUNCTION& Function = *It->second->pFunction;
   if (Function.NumParams != 0 || Function.NativeIndex >= 0) return CTRANS_FAILED;
-  Engine.LastPoll = std::chrono::steady_clock::now();
+  if (Engine.Nesting == 0) Engine.LastPoll = std::chrono::steady_clock::now();
   const bool bDone = Engine.CallScript(Function, nullptr, &Result.Number);
   if (Engine.DividedByZero) return CTRANS_DIVIDED_BY_ZERO;
   return bDone ? CTRANS_OK : CTRANS_FAILED;
 }
 
 bool CTrans::HasError() const {
-  return m_pEngine->HasError || m_pEngine->DividedByZero;
+  return m_pEngine->HasError;
 }
 
 void CTrans::RequestClose() {
   m_pEngine->CloseRequested = true;
+}
+
+void CTrans::Abort(std::string_view sReason) {
+  if (m_pEngine->Nesting > 0) m_pEngine->sAbortReason = sReason;
 }
 
 bool CTrans::IsHeapPointer(U64 Value) const {

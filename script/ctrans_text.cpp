@@ -114,6 +114,7 @@ bool CTrans::ENGINE::Fail(const std::string& sErrorText) {
   Error.sText = sErrorText.substr(0, MAX_ERROR_TEXT);
   Error.LineNo = static_cast<int>(Cursor.LineNo);
   Error.ColumnNo = static_cast<int>(Cursor.p - Cursor.pLineStart) + 1;
+  Error.FirstLineNo = static_cast<int>(std::min(StatementStart.LineNo, Cursor.LineNo));
   const std::string_view sRest = std::string_view(StatementStart.p).substr(0, MAX_STATEMENT_TEXT);
   const size_t End = sRest.find(';');
   Error.sStatement = std::string(End == sRest.npos ? sRest : sRest.substr(0, End + 1));
@@ -128,5 +129,10 @@ bool CTrans::ENGINE::Poll() {
     if (Callbacks.OnPoll) Callbacks.OnPoll();
     LastPoll = std::chrono::steady_clock::now();
   }
-  return !HasError && !DividedByZero;
+  return HeedHost();
+}
+
+bool CTrans::ENGINE::HeedHost() {
+  if (!sAbortReason.empty()) Fail(sAbortReason);
+  return !HasError;
 }

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QStringDecoder>
 
 #include "base/msg_flags.h"
 #include "shell/log/log.h"
@@ -9,7 +10,12 @@
 QString ReadTextFile(const QString& sPath, bool* pOk) {
   QFile File(sPath);
   *pOk = File.open(QIODevice::ReadOnly);
-  return *pOk ? QString::fromUtf8(File.readAll()) : QString();
+  if (!*pOk) return {};
+  const QByteArray Bytes = File.readAll();
+  QStringDecoder Decoder(QStringConverter::encodingForData(Bytes).value_or(QStringConverter::Utf8));
+  const QString sText = Decoder(Bytes);
+  // Characters that were not understood would be lost with the next save.
+  return Decoder.hasError() ? QString::fromLatin1(Bytes) : sText;
 }
 
 bool WriteTextFile(const QString& sPath, QString sText) {

@@ -1,10 +1,12 @@
 #include "script/vscript.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QThread>
 
 #include "script/api_stubs.h"
 #include "script/ctrans.h"
+#include "script/error_excerpt.h"
 #include "script/script_host.h"
 #include "script/text_file.h"
 #include "shell/log/console_print.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr int CLOSE_WAIT_MS = 100'000;
 constexpr int MAX_CALL_LEVEL = 10;
+constexpr const char* STOPPED = "Script stopped by the user";
 
 struct HOST_STATE {
   VSCRIPT_HOST Host;
@@ -24,9 +27,11 @@ struct HOST_STATE {
   QString sScriptPath;
   QString sErrorText;
   QString sErrorStatement;
+  QStringList ErrorExcerpt;
   int ErrorLineNo = -1;
   bool HasScriptError = false;
   bool CloseRequested = false;
+  bool StopRequested = false;  // until the last hook has ended
   int CallLevel = 0;
   int CurrentFuncID = HOOK_NONE;
 };
@@ -50,14 +55,45 @@ void SetError(const QString& sText, int LineNo = -1) {
   S.HasScriptError = true;
 }
 
+void SetHookError(int FuncID) {
+  const HOOK_INFO* const pHook = GetHookInfo(FuncID);
+  SetError(QStringLiteral("Error in script function ") + QLatin1String(pHook ? pHook->sPrototype : ""));
+}
+
 // A script that still runs after its successor was loaded says nothing about the new one.
 std::function<void(const CTRANS_ERROR&)> ErrorSink(U32 LoadNo) {
   return [LoadNo](const CTRANS_ERROR& Error) {
-    if (State().NumLoads != LoadNo) return;
-    State().sErrorStatement = QString::fromStdString(Error.sStatement);
-    SetError(QString::fromStdString(Error.sText), Error.LineNo);
+    HOST_STATE& S = State();
+    if (S.NumLoads != LoadNo) return;
+    S.sErrorStatement = QString::fromStdString(Error.sStatement);
+    S.ErrorExcerpt = MakeErrorExcerpt(QDir::toNativeSeparators(S.sScriptPath), S.sText.toUtf8(), Error);
+    if (Error.sText.empty()) {
+      SetHookError(S.CurrentFuncID);
+    } else {
+      SetError(QString::fromStdString(Error.sText), Error.LineNo);
+    }
   };
 }
+
+// One running hook.
+class CHookRun {
+public:
+  explicit CHookRun(int FuncID) : m_OuterFuncID(State().CurrentFuncID) {
+    State().CurrentFuncID = FuncID;
+    if (State().CallLevel++ == 0 && State().Host.OnRunning) State().Host.OnRunning(true);
+  }
+  ~CHookRun() {
+    State().CurrentFuncID = m_OuterFuncID;
+    if (--State().CallLevel > 0) return;
+    State().StopRequested = false;
+    if (State().Host.OnRunning) State().Host.OnRunning(false);
+  }
+  CHookRun(const CHookRun&) = delete;
+  CHookRun& operator=(const CHookRun&) = delete;
+
+private:
+  int m_OuterFuncID;
+};
 
 QString Quoted(const QString& sText) {
   return QLatin1Char('"') + sText + QLatin1Char('"');
@@ -211,6 +247,7 @@ void Close() {
   S.sScriptPath.clear();
   S.sErrorText.clear();
   S.sErrorStatement.clear();
+  S.ErrorExcerpt.clear();
   S.ErrorLineNo = -1;
   S.HasScriptError = false;
 }
@@ -219,6 +256,17 @@ void RequestClose() {
   HOST_STATE& S = State();
   S.CloseRequested = true;
   if (S.pCTrans) S.pCTrans->RequestClose();
+}
+
+void Stop() {
+  HOST_STATE& S = State();
+  if (S.CallLevel == 0) return;
+  S.StopRequested = true;
+  if (S.pCTrans) S.pCTrans->Abort(STOPPED);
+}
+
+bool IsStopping() {
+  return State().CallLevel > 0 && (State().StopRequested || State().CloseRequested);
 }
 
 bool HasFunction(int FuncID) {
@@ -232,17 +280,9 @@ int ExecFunction(int FuncID) {
   bool bRun = false;
   const int Refusal = CheckRunnable(FuncID, &bRun);
   if (!bRun) return Refusal;
-  const int OuterFuncID = S.CurrentFuncID;
-  ++S.CallLevel;
-  S.CurrentFuncID = FuncID;
+  const CHookRun Run(FuncID);
   const std::shared_ptr<CTrans> pEngine = S.pCTrans;
-  const int Result = pEngine->CallFunction(GetHookName(FuncID).toStdString());
-  S.CurrentFuncID = OuterFuncID;
-  --S.CallLevel;
-  if (Result == CTRANS_DIVIDED_BY_ZERO && pEngine == S.pCTrans && !S.HasScriptError) {
-    SetError(QStringLiteral("Error in script function ") + QLatin1String(GetHookInfo(FuncID)->sPrototype));
-  }
-  return Result;
+  return pEngine->CallFunction(GetHookName(FuncID).toStdString());
 }
 
 bool IsLoaded() {
@@ -262,6 +302,9 @@ int GetErrorLine() {
 }
 QString GetErrorStatement() {
   return State().sErrorStatement;
+}
+QStringList GetErrorExcerpt() {
+  return State().ErrorExcerpt;
 }
 
 QString GetErrorText() {

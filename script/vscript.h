@@ -15,6 +15,8 @@ struct VSCRIPT_HOST {
   std::function<int(const QString& sName)> FindRegister;
   // Turns the event loop without user input; called by waits and by running scripts. Default: QCoreApplication's.
   std::function<void()> ProcessEvents;
+  // The first hook begins to run (true), the last one has ended (false). For what the user may do meanwhile.
+  std::function<void(bool bRunning)> OnRunning;
 };
 
 namespace VScript {
@@ -38,6 +40,11 @@ void Close();
 // Lets running functions end at their next statement, and refuses new ones until the next load.
 void RequestClose();
 
+// Ends running hooks at once with an error that tells where they were. Nothing when none runs.
+void Stop();
+// Whether a wait of a running hook should end early: its script is closing or was stopped.
+bool IsStopping();
+
 // True if the script is usable, not closing, and defines the hook.
 bool HasFunction(int FuncID);
 // Runs a hook. 0 when it ran or the script is closing; negative for a failure.
@@ -54,6 +61,9 @@ QString GetErrorText();
 // Line of the first error, -1 for none; the failing statement.
 int GetErrorLine();
 QString GetErrorStatement();
+// File, line and column of the first error, the source and a caret under it, each a line of the console in a
+// fixed-pitch font. Empty when the error has no place.
+QStringList GetErrorExcerpt();
 
 QString GetFilePath();
 void SetFilePath(const QString& sPath);

@@ -1,14 +1,24 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 
-// Turns the event loop while a script or a command waits, with the user's input limited to ending the session and the
-// program: window and timer events are delivered, keys and clicks are dropped. Main thread.
+// While a script runs, the user's input is limited to stopping it and to ending the program: window and timer events
+// are delivered, other keys and clicks are dropped, whoever turns the event loop. Dialogs that open meanwhile get their
+// input. Main thread.
 class CInputGate : public QObject {
 public:
-  // One turn of the event loop.
+  // A script begins to run, or has ended.
+  static void SetScriptRunning(bool bRunning);
+  // One turn of the event loop, limited in the same way.
   static void ProcessEvents();
 
 protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+private:
+  CInputGate();
+
+  QPointer<QWidget> m_pModalBefore;  // stays as deaf as the main window
 };

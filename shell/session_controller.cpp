@@ -45,8 +45,7 @@ private:
 
 void PrintProjectError() {
   PrintConsoleError(QStringLiteral("Error in project file: ") + VScript::GetErrorText());
-  const QString sStatement = VScript::GetErrorStatement().simplified();
-  if (!sStatement.isEmpty()) PrintConsoleError(QStringLiteral("  ") + sStatement);
+  for (const QString& sLine : VScript::GetErrorExcerpt()) PrintConsoleColor(sLine, COLOR_LOGGING_ERROR, true);
 }
 
 CSessionController::CSessionController(ISessionView& View) : m_View(View) {

@@ -90,6 +90,7 @@ void PlugScript() {
   VSCRIPT_HOST Host;
   Host.FindRegister = [](const QString& sName) { return CRegisterFiles::Get().FindRegister(sName); };
   Host.ProcessEvents = CInputGate::ProcessEvents;
+  Host.OnRunning = CInputGate::SetScriptRunning;
   VScript::SetHost(Host);
 }
 

@@ -16,7 +16,7 @@ inline std::string RunAnyScript(const std::string& sText) {
   CTRANS_CALLBACKS Callbacks;
   Callbacks.OnError = [&](const CTRANS_ERROR& Error) {
     if (++NumErrors > 1) sBroken = "a second error: " + Error.sText;
-    if (Error.sText.empty() || Error.LineNo < 1 || Error.ColumnNo < 1) sBroken = "an error without text or place";
+    if (Error.LineNo < 1 || Error.ColumnNo < 1) sBroken = "an error without a place";
   };
   Callbacks.OnPoll = [&] { pEngine->RequestClose(); };
   CTrans Engine(sText, Callbacks);

@@ -241,7 +241,7 @@ TEST_F(CVScriptTest, RunningFunctionsEndWhenTheHostWantsToClose) {
     ASSERT_EQ(0, Load(QByteArray("int f (int n) { if (n < 1) return 1; return f(n - 1) + f(n - 1); }\n"
                                  "void OnProjectLoad (void) { ") +
                       sBody + " Window.Show(\"behind\"); }"));
-    VScript::SetHost({{}, [] { VScript::RequestClose(); }});
+    VScript::SetHost({{}, [] { VScript::RequestClose(); }, {}});
     EXPECT_EQ(0, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD)) << sBody;
     VScript::SetHost({});
     EXPECT_FALSE(VScript::HasError()) << sBody;
@@ -251,6 +251,71 @@ TEST_F(CVScriptTest, RunningFunctionsEndWhenTheHostWantsToClose) {
   EXPECT_THAT(m_Calls, IsEmpty());
   EXPECT_EQ(0, Load(LOAD_ONLY));
   EXPECT_TRUE(VScript::HasFunction(HOOK_ON_PROJECT_LOAD));
+}
+
+TEST_F(CVScriptTest, AnErrorShowsItsPlace) {
+  struct EXCERPT_CASE {
+    QByteArray Text;
+    const char* sError;
+    std::vector<std::string> Excerpt;
+  };
+  const EXCERPT_CASE aCases[] = {
+      {"void OnProjectLoad (void) {\r\n\tUtil.Sleep (x);\r\n}\r\n",
+       "Unknown identifier at line 2",
+       {":2:14", "\tUtil.Sleep (x);", "\t            ^"}},
+      {"void OnProjectLoad (void) {\n  int a;\n  Window.Show(\"\xC3\xA4\"); a = 5 / 0; }",
+       "Error in script function void OnProjectLoad (void);",
+       {":3:29", "  Window.Show(\"\xC3\xA4\"); a = 5 / 0; }", "                            ^"}},
+      {"void OnProjectLoad (void) {\n  int a[2;\n}",
+       "Error in script function void OnProjectLoad (void);",
+       {":2:10", "  int a[2;", "         ^"}},
+      {"void OnProjectLoad (void) {\n  Window.Show(\"a\")\n}",
+       "Expected a ';' at line 3",
+       {":3:1", "  Window.Show(\"a\")", "}", "^"}},
+      {"void OnProjectLoad (void) {\n  {\n\n\n\n",
+       "Unexpected end of file looking for '}' at line 6",
+       {":6:1", "void OnProjectLoad (void) {", "...", "", "^"}},
+      {"void OnProjectLoad (void) { Util.Sleep(" + QByteArray(200, ' ') + "x" + QByteArray(200, '1') + ");}",
+       "Unknown identifier at line 1",
+       {":1:240", std::string(80, ' ') + "x" + std::string(39, '1'), std::string(80, ' ') + "^"}},
+  };
+  for (const EXCERPT_CASE& Case : aCases) {
+    ASSERT_EQ(0, Load(Case.Text));
+    VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
+    EXPECT_EQ(Case.sError, VScript::GetErrorText().toStdString());
+    EXPECT_TRUE(VScript::HasError());
+    std::vector<std::string> Excerpt;
+    for (const QString& sLine : VScript::GetErrorExcerpt()) Excerpt.push_back(sLine.toStdString());
+    ASSERT_FALSE(Excerpt.empty());
+    EXPECT_EQ(Path().toStdString() + Case.Excerpt[0], Excerpt[0]);
+    Excerpt[0] = Case.Excerpt[0];
+    EXPECT_EQ(Case.Excerpt, Excerpt);
+  }
+  EXPECT_EQ(0, Load(LOAD_ONLY));
+  EXPECT_TRUE(VScript::GetErrorExcerpt().isEmpty());
+}
+
+TEST_F(CVScriptTest, AnEndlessHookCanBeStopped) {
+  std::vector<bool> Running;
+  VSCRIPT_HOST Host;
+  Host.ProcessEvents = [] {
+    EXPECT_FALSE(VScript::IsStopping());
+    VScript::Stop();
+    EXPECT_TRUE(VScript::IsStopping());
+    EXPECT_GT(0, VScript::ExecFunction(HOOK_AFTER_TARGET_HALT)) << "no other hook begins";
+  };
+  Host.OnRunning = [&](bool bRunning) { Running.push_back(bRunning); };
+  VScript::SetHost(Host);
+  VScript::Stop();
+  EXPECT_FALSE(VScript::IsStopping()) << "nothing runs";
+  ASSERT_EQ(0, Load("void OnProjectLoad (void) {\n  while (1) { }\n}\n"
+                    "void AfterTargetHalt (void) { Window.Show(\"never\"); }"));
+  EXPECT_EQ(-1, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD));
+  EXPECT_EQ(QStringLiteral("Script stopped by the user at line 2"), VScript::GetErrorText());
+  EXPECT_FALSE(VScript::IsStopping());
+  EXPECT_THAT(Running, ElementsAre(true, false));
+  EXPECT_EQ(-1, VScript::ExecFunction(HOOK_AFTER_TARGET_HALT)) << "off until the next load";
+  EXPECT_THAT(m_Calls, IsEmpty());
 }
 
 TEST_F(CVScriptTest, AScriptThatIsDroppedWhileItRunsLeavesNoTrace) {
