@@ -13,6 +13,13 @@ namespace {
 
 constexpr int OPEN_INTERVAL_MS = 10;
 
+// The next save makes the text anew, from the settings of then.
+void DropText() {
+  const QString sPath = VScript::GetFilePath();
+  VScript::Close();
+  VScript::SetFilePath(sPath);
+}
+
 }  // namespace
 
 CProject& CProject::Get() {
@@ -47,7 +54,7 @@ void CProject::OnOpenTimeout() {
 void CProject::DoOpen(const QString& sPath) {
   if (QFileInfo(sPath).isFile()) {
     Close();
-    if (m_Host.ResetFileFinder) m_Host.ResetFileFinder(sPath);
+    if (m_Host.ResetFileFinder) m_Host.ResetFileFinder(QFileInfo(sPath).canonicalFilePath());
     VScript::Load(sPath);
     m_bOpen = true;
   } else {
@@ -66,6 +73,7 @@ void CProject::Close() {
   m_Errors.clear();
   m_sProgramFile.clear();
   m_ProgramFileTime = QDateTime();
+  m_ProjectIds.clear();
   ClearSvdFiles();
   SetModified(false);
   m_bOpen = true;
@@ -78,9 +86,14 @@ void CProject::Create(const QStringList& Commands) {
 }
 
 bool CProject::Save(const QString& sPath) {
-  if (VScript::GetText().isEmpty()) VScript::LoadText(MakeProjectText(GetCommands()));
-  if (!VScript::SaveText(sPath)) return false;
-  if (m_Host.SetProjectPath) m_Host.SetProjectPath(sPath);
+  const bool bMakeText = VScript::GetText().isEmpty();
+  if (bMakeText) VScript::LoadText(MakeProjectText(GetCommands()));
+  if (!VScript::SaveText(sPath)) {
+    if (bMakeText) DropText();
+    return false;
+  }
+  m_ProjectIds.clear();
+  if (m_Host.SetProjectPath) m_Host.SetProjectPath(GetProjectId());
   SetModified(false);
   return true;
 }
@@ -134,6 +147,43 @@ QStringList CProject::GetCommands() const {
   for (const QString& sFile : m_SvdFiles) Commands << MakeCommandText(ACTION_PROJ_ADD_SVD_FILE, {sFile});
   if (!m_sProgramFile.isEmpty()) Commands << MakeCommandText(ACTION_FILE_OPEN, {m_sProgramFile});
   return Commands;
+}
+
+bool CProject::Edit(const QString& sPath, const PROJECT_EDIT& Edit) {
+  if (!EditProjectFile(sPath, Edit)) return false;
+  // Without it the next save would write the text from before the edit.
+  const bool bLoaded = QFileInfo(sPath) == QFileInfo(GetFileName());
+  if (bLoaded && !m_bModified && VScript::CallLevel() == 0) VScript::Reload();
+  return true;
+}
+
+bool CProject::AddCommands(const QString& sPath, const QStringList& Commands) {
+  return Edit(sPath, [&Commands](const QString& sText) { return ReplaceCommands(sText, Commands); });
+}
+
+bool CProject::AppendCommands(const QString& sPath, const QStringList& Commands) {
+  return Edit(sPath, [&Commands](const QString& sText) { return ::AppendCommands(sText, Commands); });
+}
+
+bool CProject::UpdateVNodeCommands(const QString& sPath, const QStringList& Commands) {
+  return Edit(sPath, [&Commands](const QString& sText) { return ReplaceVNodeCommands(sText, Commands); });
+}
+
+bool CProject::UpdateTraceCommands(const QString& sPath, const QStringList& Commands) {
+  return Edit(sPath, [&Commands](const QString& sText) { return ReplaceTraceCommands(sText, Commands); });
+}
+
+bool CProject::HasCommand(const QString& sName) const {
+  return HasProjectCommand(GetFileName(), sName);
+}
+
+QString CProject::GetProjectId() const {
+  const QString sPath = GetFileName();
+  const auto Known = m_ProjectIds.constFind(sPath);
+  if (Known != m_ProjectIds.cend()) return *Known;
+  const QString sCanonical = QFileInfo(sPath).canonicalFilePath();
+  if (sCanonical.isEmpty()) return sPath;
+  return *m_ProjectIds.insert(sPath, sCanonical);
 }
 
 QString CProject::GetUserFileName(const QString& sProjectPath) {

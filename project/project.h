@@ -3,11 +3,13 @@
 #include <functional>
 
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
 
 #include "base/types.h"
+#include "project/project_edits.h"
 
 // What the project asks of the layers above it; the shell sets it once.
 struct PROJECT_HOST {
@@ -18,7 +20,8 @@ struct PROJECT_HOST {
   // Takes a register description file in or out of use.
   std::function<void(const QString& sPath)> AddSvdFile;
   std::function<void()> ClearSvdFiles;
-  // Forgets the paths that the project had given to the file finder, and learns the path of the new one.
+  // Forgets the paths that the project had given to the file finder, and learns the path of the new one, without
+  // symbolic links.
   std::function<void(const QString& sProjectPath)> ResetFileFinder;
   // The project was saved: what it names relative to itself is found from there.
   std::function<void(const QString& sProjectPath)> SetProjectPath;
@@ -67,8 +70,20 @@ public:
   // The settings as commands, for a project file that is made anew.
   QStringList GetCommands() const;
 
+  // Edits of a saved project file, sPath, that leave the user's own text alone; see project_text.h. The loaded script
+  // follows when it is that file's and no hook runs. False, with a console line, when nothing was written.
+  bool AddCommands(const QString& sPath, const QStringList& Commands);
+  bool AppendCommands(const QString& sPath, const QStringList& Commands);
+  bool UpdateVNodeCommands(const QString& sPath, const QStringList& Commands);
+  bool UpdateTraceCommands(const QString& sPath, const QStringList& Commands);
+  // Whether the saved project file's OnProjectLoad calls that command.
+  bool HasCommand(const QString& sName) const;
+
   // Path of the user file beside a project file; empty for a path without a ".".
   static QString GetUserFileName(const QString& sProjectPath);
+  // The project file's path without symbolic links, by which others know the project; the path itself while there is no
+  // such file. Cached until the project is opened, closed or saved.
+  QString GetProjectId() const;
   // Key of a pair of project and program, under which windows keep what belongs to both.
   U32 GetProjectHash() const;
 
@@ -85,6 +100,7 @@ private:
   CProject();
   void DoOpen(const QString& sPath);
   void SetModified(bool Modified);
+  bool Edit(const QString& sPath, const PROJECT_EDIT& Edit);
 
   PROJECT_HOST m_Host;
   bool m_bModified = false;
@@ -96,4 +112,5 @@ private:
   QStringList m_SvdFiles;
   QString m_sProgramFile;
   QDateTime m_ProgramFileTime;
+  mutable QHash<QString, QString> m_ProjectIds;  // by path
 };

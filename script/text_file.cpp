@@ -12,10 +12,10 @@ QString ReadTextFile(const QString& sPath, bool* pOk) {
   *pOk = File.open(QIODevice::ReadOnly);
   if (!*pOk) return {};
   const QByteArray Bytes = File.readAll();
-  QStringDecoder Decoder(QStringConverter::encodingForData(Bytes).value_or(QStringConverter::Utf8));
-  const QString sText = Decoder(Bytes);
+  const std::optional<QStringConverter::Encoding> Marked = QStringConverter::encodingForData(Bytes);
+  if (Marked) return QStringDecoder(*Marked)(Bytes);
   // Characters that were not understood would be lost with the next save.
-  return Decoder.hasError() ? QString::fromLatin1(Bytes) : sText;
+  return Bytes.isValidUtf8() ? QString::fromUtf8(Bytes) : QString::fromLatin1(Bytes);
 }
 
 bool WriteTextFile(const QString& sPath, QString sText) {
@@ -24,7 +24,10 @@ bool WriteTextFile(const QString& sPath, QString sText) {
   sText.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
   const QByteArray Bytes = sText.toUtf8();
   QSaveFile File(sPath);
-  if (File.open(QIODevice::WriteOnly) && File.write(Bytes) == Bytes.size() && File.commit()) return true;
+  // The flush is not superfluous: commit() does not see that its own failed, and puts a cut file in the old one's
+  // place.
+  if (File.open(QIODevice::WriteOnly) && File.write(Bytes) == Bytes.size() && File.flush() && File.commit())
+    return true;
   LogMsg(QStringLiteral("Could not write \"%1\": %2").arg(sPath, File.errorString()), MSG_WARNING | MSG_TO_ALL);
   return false;
 }

@@ -1,0 +1,202 @@
+// Edits of project texts: what goes, what comes, and what of the user's text has to stay.
+
+#include <gtest/gtest.h>
+
+#include "base/types.h"
+#include "project/project_text.h"
+#include "script/ctrans.h"
+#include "script/hook_table.h"
+#include "text_rules.h"
+
+namespace {
+
+struct EDIT_CASE {
+  const char* sName;
+  const char* sBefore;
+  const char* sAfter;
+};
+
+QString Text(const char* s) {
+  return QString::fromUtf8(s);
+}
+
+TEST(ProjectText, FindsTheBodyBetweenWhatOnlyLooksLikeIt) {
+  const struct {
+    const char* sText;
+    const char* sBody;  // null: no start; "-": no end
+  } aCases[] = {
+      {"void OnProjectLoad (void) {a}", "a"},
+      {"/* OnProjectLoad { */ void OnProjectLoad(void)\n{ if (1) { } b }", " if (1) { } b "},
+      {"void OnProjectLoad (void);\nvoid X (void) { x }\nvoid OnProjectLoad (void) { c }", " c "},
+      {"void X (void) { OnProjectLoad (); }\nvoid OnProjectLoad (void) { d }", " d "},
+      {"void OnProjectLoadX (void) { x }\nvoid OnProjectLoad (void) { e }", " e "},
+      {"void OnProjectLoad (void) { f(\"}\"); // }\n g /* } */ }", " f(\"}\"); // }\n g /* } */ "},
+      {"void OnProjectLoad (void) { \"a\\\"}\" h }", " \"a\\\"}\" h "},
+      {"// void OnProjectLoad (void) { }", nullptr},
+      {"void OnProjectLoad (void", nullptr},
+      {"void OnProjectLoad (void) { /* }", "-"},
+  };
+  for (const auto& Case : aCases) {
+    const QString sText = Text(Case.sText);
+    const qsizetype Start = FindBodyStart(sText);
+    EXPECT_EQ(Start < 0, Case.sBody == nullptr) << Case.sText;
+    if (Start < 0 || !Case.sBody) continue;
+    const qsizetype End = FindBodyEnd(sText, Start);
+    EXPECT_EQ(End < 0 ? QStringLiteral("-") : sText.mid(Start, End - Start), Text(Case.sBody)) << Case.sText;
+  }
+}
+
+TEST(ProjectText, RemovesCallsAndNothingElse) {
+  const EDIT_CASE aCases[] = {
+      {"a line of its own, with its comment", "{\n  a();\n  P.X (\"1\"); // old\n\n  b();\n}",
+       "{\n  a();\n\n  b();\n}"},
+      {"every call", "{\n  P.X(1);\n  b();\n  P.X(2);\n}", "{\n  b();\n}"},
+      {"several lines", "{\n  P.X (\n    1,\n    \")\"\n  )\n  ;\n  b();\n}", "{\n  b();\n}"},
+      {"beside others", "{\n  a(); P.X(1); b();\n}", "{\n  a();  b();\n}"},
+      {"one-line function", "{ P.X(1); }", "{  }"},
+      {"commented out, in a string, part of a name",
+       "{\n  // P.X(1);\n  /* P.X(2); */\n  a(\"P.X(3);\");\n  P.XY(4);\n  Q.P.X(5);\n}",
+       "{\n  // P.X(1);\n  /* P.X(2); */\n  a(\"P.X(3);\");\n  P.XY(4);\n  Q.P.X(5);\n}"},
+      {"a comment over several lines", "{\n  P.X(1); /* one\n  two */\n  b();\n}", "{\n   /* one\n  two */\n  b();\n}"},
+      {"a comment that ends ahead", "{\n /* one\n  two */ P.X(1);\n  b();\n}", "{\n /* one\n  two */ \n  b();\n}"},
+      {"without statement its head would take the next one", "{\n  if (a) P.X(1);\n  else\n    P.X(2);\n  b();\n}",
+       "{\n  if (a) { }\n  else\n    { }\n  b();\n}"},
+      {"a value that is used", "{\n  i = P.X(1);\n  if (P.X(2)) { b(); }\n  b (P.X(3));\n}",
+       "{\n  i = P.X(1);\n  if (P.X(2)) { b(); }\n  b (P.X(3));\n}"},
+      {"another function's", "{\n}\nvoid Y (void) {\n  P.X(1);\n}", "{\n}\nvoid Y (void) {\n  P.X(1);\n}"},
+  };
+  const QString sHead = QStringLiteral("void OnProjectLoad (void) ");
+  for (const EDIT_CASE& Case : aCases) {
+    const TEXT_EDIT Edit = RemoveCommand(sHead + Text(Case.sBefore), QStringLiteral("P.X"));
+    EXPECT_EQ(Edit.sText.toStdString(), (sHead + Text(Case.sAfter)).toStdString()) << Case.sName;
+    EXPECT_EQ(Edit.sError, QString()) << Case.sName;
+  }
+}
+
+TEST(ProjectText, InsertsWithinTheBody) {
+  const EDIT_CASE aCases[] = {
+      {"behind the marker's line", "{\n  a();\n  // MARK it\n  b();\n}", "{\n  a();\n  // MARK it\n  N();\n  b();\n}"},
+      {"no marker", "{\n  b();\n}", "{\n  N();\n  b();\n}"},
+      {"no line end", "{ b(); }", "{\n  N();\n b(); }"},
+      {"empty body", "{}", "{\n  N();\n}"},
+      {"a marker of another function", "{\n}\n// MARK\nvoid Y (void) {\n}",
+       "{\n  N();\n}\n// MARK\nvoid Y (void) {\n}"},
+      {"a marker on the last line", "{\n  b(); /* MARK */ }\n", "{\n  N();\n  b(); /* MARK */ }\n"},
+  };
+  const QString sHead = QStringLiteral("void OnProjectLoad (void) ");
+  for (const EDIT_CASE& Case : aCases) {
+    const TEXT_EDIT Edit =
+        InsertBehindMarker(sHead + Text(Case.sBefore), QStringLiteral("MARK"), {QStringLiteral("N();")});
+    EXPECT_EQ(Edit.sText.toStdString(), (sHead + Text(Case.sAfter)).toStdString()) << Case.sName;
+  }
+}
+
+const QString USER_TEXT = QStringLiteral(
+    "void OnProjectLoad (void) {\n"
+    "  //\n  // Dialog-generated settings\n  //\n"
+    "  Project.SetDevice (\"old\");\n"
+    "  Project.SetHostIF (\"USB\", \"\");\n"
+    "  Project.SetTIFSpeed (\"4 MHz\"); // as fast as the cable allows\n"
+    "  Target.SetEndianess (1);\n"
+    "\n"
+    "  // Project.SetDevice (\"spare\");\n"
+    "  Project.SetTraceSource (\"SWO\");\n"
+    "  Project.AddSvdFile (\"a.svd\");\n"
+    "  //\n  // User settings\n  //\n"
+    "  File.Open (\"a.elf\");\n"
+    "}\n");
+
+TEST(ProjectText, SettingsReplaceTheirOwnKindOnly) {
+  const TEXT_EDIT VNode = ReplaceVNodeCommands(
+      USER_TEXT, {QStringLiteral("Project.SetDevice (\"new\");"), QStringLiteral("Project.SetTIFSpeed (\"1 MHz\");")});
+  EXPECT_EQ(VNode.sText.toStdString(),
+            "void OnProjectLoad (void) {\n"
+            "  //\n  // Dialog-generated settings\n  //\n"
+            "  Project.SetDevice (\"new\");\n"
+            "  Project.SetTIFSpeed (\"1 MHz\");\n"
+            "\n"
+            "  // Project.SetDevice (\"spare\");\n"
+            "  Project.SetTraceSource (\"SWO\");\n"
+            "  Project.AddSvdFile (\"a.svd\");\n"
+            "  //\n  // User settings\n  //\n"
+            "  File.Open (\"a.elf\");\n"
+            "}\n");
+  const TEXT_EDIT Trace = ReplaceTraceCommands(VNode.sText, {QStringLiteral("Project.SetTraceSource (\"None\");")});
+  EXPECT_TRUE(Trace.sText.contains(QStringLiteral(
+      "  Project.SetTIFSpeed (\"1 MHz\");\n  Project.SetTraceSource (\"None\");\n\n  // Project.SetDevice")))
+      << Trace.sText.toStdString();
+  EXPECT_FALSE(Trace.sText.contains(QStringLiteral("SWO")));
+  const TEXT_EDIT Appended = AppendCommands(USER_TEXT, {QStringLiteral("Project.AddSvdFile (\"b.svd\");")});
+  EXPECT_TRUE(HasCommand(Appended.sText, QStringLiteral("Project.AddSvdFile")));
+  EXPECT_EQ(Appended.sText.count(QStringLiteral("AddSvdFile")), 2);
+  EXPECT_FALSE(HasCommand(USER_TEXT, QStringLiteral("Project.AddSvd")));
+  EXPECT_FALSE(HasCommand(USER_TEXT, QStringLiteral("User settings")));
+}
+
+TEST(ProjectText, SpeedOnTheLastLineKeepsTraceCommandsInside) {
+  const TEXT_EDIT Edit = ReplaceTraceCommands(
+      QStringLiteral("void OnProjectLoad (void) { Project.SetTIFSpeed (\"1 MHz\"); }\nvoid Y (void) {\n}\n"),
+      {QStringLiteral("Project.ConfigSWO (1, 2);")});
+  EXPECT_EQ(Edit.sText.toStdString(),
+            "void OnProjectLoad (void) { Project.SetTIFSpeed (\"1 MHz\");\n  Project.ConfigSWO (1, 2);\n }\n"
+            "void Y (void) {\n}\n");
+}
+
+TEST(ProjectText, FailuresHaveTheirTextsAndChangeNothing) {
+  const EDIT_CASE aCases[] = {
+      {"Could not determine text position of function body start", "void Other (void) {\n}\n", ""},
+      {"Could not determine text position of function body end", "void OnProjectLoad (void) {\n", ""},
+      {"Could not determine text position of function body start", "", ""},
+  };
+  for (const EDIT_CASE& Case : aCases) {
+    for (const TEXT_EDIT& Edit : {ReplaceCommands(Text(Case.sBefore), {QStringLiteral("A (1);")}),
+                                  ReplaceTraceCommands(Text(Case.sBefore), {})}) {
+      EXPECT_EQ(Edit.sError, Text(Case.sName));
+      EXPECT_EQ(Edit.sText, Text(Case.sBefore));
+    }
+  }
+}
+
+// What the script engine ran before and what it runs after an edit differ by the edited commands alone.
+TEST(ProjectText, AnEditedProjectRuns) {
+  const QString sMade =
+      MakeProjectText({QStringLiteral("Project.SetDevice (\"A\");"), QStringLiteral("Project.SetTIFSpeed (\"4 MHz\");"),
+                       QStringLiteral("File.Open (\"a.elf\");")});
+  QString sText = ReplaceVNodeCommands(sMade, {QStringLiteral("Project.SetDevice (\"B\");")}).sText;
+  sText.replace(QStringLiteral("  //\n  // User"),
+                QStringLiteral("  if (0) Project.SetDevice (\"C\");\n  //\n  // User"));
+  sText = ReplaceCommands(sText, {QStringLiteral("Project.SetDevice (\"D\");")}).sText;
+  QStringList Calls;
+  CTrans Engine(sText.toStdString(), {});
+  for (const char* sApi : {"Project.SetDevice", "Project.SetTIFSpeed", "File.Open"}) {
+    Engine.AddApiFunction(("__api__ int " + std::string(sApi) + " (const char* s);").c_str(),
+                          [&Calls](const U64* paArgs, U32) {
+                            Calls << QString::fromUtf8(reinterpret_cast<const char*>(paArgs[0]));
+                            return U64{0};
+                          });
+  }
+  EXPECT_EQ(Engine.ParseGlobals(), 0);
+  EXPECT_EQ(Engine.CallFunction("OnProjectLoad"), CTRANS_OK) << sText.toStdString();
+  EXPECT_EQ(Calls, (QStringList{QStringLiteral("D"), QStringLiteral("a.elf")}));
+}
+
+// The fuzz target's rules on texts cut out of and pasted into a real one.
+TEST(ProjectText, RulesHoldForDamagedTexts) {
+  const QString sPieces =
+      USER_TEXT + QStringLiteral("/* */ // \" ' \\ { } ( ) ; \r\n if else OnProjectLoad Project.SetDevice");
+  U32 Seed = 1;
+  const auto Next = [&Seed](qsizetype Limit) {
+    Seed = Seed * 1664525u + 1013904223u;
+    return static_cast<qsizetype>((Seed >> 8) % static_cast<U32>(Limit));
+  };
+  for (int i = 0; i < 3000; ++i) {
+    QString sText = USER_TEXT;
+    for (qsizetype n = 0; n < 1 + i % 6; ++n) {
+      const qsizetype From = Next(sPieces.size());
+      sText.replace(Next(sText.size() + 1), Next(12), sPieces.mid(From, Next(20)));
+    }
+    ASSERT_EQ(BrokenTextRule(sText), std::string()) << sText.toStdString();
+  }
+}
+
+}  // namespace
