@@ -1,16 +1,15 @@
 #pragma once
 
 #include <QAction>
-#include <QLineEdit>
 #include <QScrollBar>
-#include <QTextEdit>
 #include <QTimer>
 
 #include "shell/actions/command_console.h"
-#include "shell/actions/command_history.h"
 #include "ui/window.h"
 
-struct CONSOLE_MSG;
+class CCommandInput;
+class CConsoleView;
+class CTimeStampBar;
 
 // The command line and journal: shows every message, echoes what the user does as commands, takes typed commands. One
 // instance, main thread; other threads print through shell/log/console_print.h.
@@ -19,11 +18,14 @@ class CConsoleWindow : public CWindow {
 
 public:
   explicit CConsoleWindow(QWidget* pParent);
+  // Writes what still waits to the console log file.
+  ~CConsoleWindow() override;
   // The one console, null before the main window has made it.
   static CConsoleWindow* Get();
 
   void Clear() override;
   void SetFont(int FontID, const QFont& Font) override;
+  void SetColor(int ColorID, const QColor& Color) override;
   void SetPreference(int VarID, int Value) override;
   bool IsEmpty() const override { return false; }
   QString DumpText() const override;
@@ -39,35 +41,33 @@ public:
   U32 CommandInInput() const;
 
 public Q_SLOTS:
-  void OnCommandEntered();
+  // Runs a command of the input, and shows what it prints at once.
+  void OnCommandEntered(const QString& sCommand);
   void OnContextMenuRequested(const QPoint& ScreenPos) override;
+  void OnEditorContextMenuRequested(const QPoint& Pos);
+  void OnSidebarContextMenuRequested(const QPoint& Pos);
+  void OnActionHelpTriggered();
+  void OnActionShowSidebarTriggered();
 
 Q_SIGNALS:
   // One message has been put on the screen; batch sessions print it.
   void MessageShown(const QString& sText);
 
-protected:
-  bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
-
 private:
   void CreatePanes();
-  void ShowMessage(const CONSOLE_MSG& Msg);
+  void CreateActions();
+  void LayOutPanes(QWidget* pCentral);
   void ApplyFonts();
-  void SetTimeStamp(U64 TimeStamp, bool bFirst, int NumLines);
   void UpdateScrollBars();
-  void ResizeSidebarToOptWidth();
-  bool OnInputKey(const QKeyEvent* pEvent);
-  void ShowMenu(const QPoint& ScreenPos, bool bSidebar);
+  void ShowEditorMenu(const QPoint& ScreenPos);
 
-  QTextEdit* m_pEditor = nullptr;
-  QTextEdit* m_pSidebar = nullptr;
+  CConsoleView* m_pView = nullptr;
+  CTimeStampBar* m_pSidebar = nullptr;
   QScrollBar* m_pHorizontalBar = nullptr;
-  QLineEdit* m_pInput = nullptr;
-  QAction* m_pActionTimestamps = nullptr;
-  QAction* m_pActionHelp = nullptr;
+  QWidget* m_pCorner = nullptr;  // below the vertical scroll bar
+  CCommandInput* m_pInput = nullptr;
+  QAction* actionConsoleHelp = nullptr;
+  QAction* actionConsoleShowSidebar = nullptr;
   QList<CWindow*> m_Listeners;
-  CCommandHistory m_History;
   QTimer m_UpdateTimer;
-  int m_LineHeight = 0;  // pixels, of every line of both panes
-  bool m_bHasText = false;
 };
