@@ -120,6 +120,12 @@ bool AnswerDirectly(U32 ActionID, const QStringList& Args, U64* pResult) {
   }
 }
 
+// The start symbol is the one variable whose value is a text; the others may be given one, as the console writes them.
+bool IsVarText(const CTrans& Engine, U32 ActionID, const U64* paArgs, U32 Index) {
+  if (Index != 1 || (ActionID != ACTION_EDIT_SYS_VAR && ActionID != ACTION_EDIT_PREFERENCE)) return false;
+  return Engine.IsHeapPointer(paArgs[1]) || (ActionID == ACTION_EDIT_SYS_VAR && paArgs[0] == VAR_BREAK_AT_THIS_SYMBOL);
+}
+
 CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
   std::vector<PARAM> Params;
   const QString sName = GetCommandName(ActionID);
@@ -129,8 +135,9 @@ CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
   return [&Engine, ActionID, Params = std::move(Params)](const U64* paArgs, U32 NumArgs) -> U64 {
     QStringList Args;
     for (U32 i = 0; i < NumArgs && i < Params.size(); ++i) {
-      if (Params[i] == PARAM::TEXT && !CheckStringArg(Engine, paArgs[i])) return FAILED;
-      Args << ArgText(Engine, Params[i], paArgs[i]);
+      const PARAM Kind = IsVarText(Engine, ActionID, paArgs, i) ? PARAM::TEXT : Params[i];
+      if (Kind == PARAM::TEXT && !CheckStringArg(Engine, paArgs[i])) return FAILED;
+      Args << ArgText(Engine, Kind, paArgs[i]);
     }
     U64 Result = 0;
     return AnswerDirectly(ActionID, Args, &Result) ? Result : PerformCommand(ActionID, Args);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -30,8 +31,10 @@ struct CTRANS_ERROR {
 
 struct CTRANS_CALLBACKS {
   std::function<void(const CTRANS_ERROR&)> OnError;  // once, for the first error
-  // About every 50 ms while a script runs, so that the host stays answerable. May set RequestClose.
+  // At this interval while a script runs, at most once a loop pass or call, so that the host stays answerable. May call
+  // RequestClose or Abort.
   std::function<void()> OnPoll;
+  std::chrono::milliseconds PollInterval{50};
 };
 
 // The script engine: a subset of C without a compile step. Loading reads the function heads only; a call walks the text
@@ -44,7 +47,8 @@ public:
   static constexpr U32 HEAP_SIZE = 1'000'000;  // bytes
   static constexpr U32 MAX_NATIVE_ARGS = 8;
 
-  CTrans(std::string sText, CTRANS_CALLBACKS Callbacks);
+  // HeapSize: all that a script can take, in bytes; a few thousand at least.
+  CTrans(std::string sText, CTRANS_CALLBACKS Callbacks, U32 HeapSize = HEAP_SIZE);
   ~CTrans();
   CTrans(const CTrans&) = delete;
   CTrans& operator=(const CTrans&) = delete;

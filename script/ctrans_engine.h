@@ -64,9 +64,8 @@ enum class CTRANS_FLOW { NEXT, RETURN, FAIL };
 struct CTrans::ENGINE {
   // Nested statements, expressions and calls; bounds the native stack.
   static constexpr U32 MAX_NESTING = 3000;
-  static constexpr std::chrono::milliseconds POLL_INTERVAL{50};
 
-  ENGINE(std::string sScript, CTRANS_CALLBACKS Host);
+  ENGINE(std::string sScript, CTRANS_CALLBACKS Host, U32 HeapSize);
 
   // Text (ctrans_text.cpp)
   bool SkipBlanks();
@@ -132,7 +131,7 @@ struct CTrans::ENGINE {
 
   std::string sText;
   CTRANS_CALLBACKS Callbacks;
-  CTransHeap Heap{HEAP_SIZE};
+  CTransHeap Heap;
   CTRANS_CURSOR Cursor;
   CTRANS_CURSOR StatementStart;
   std::unordered_map<std::string_view, CTRANS_SYMBOL*> Globals;

@@ -15,8 +15,8 @@ constexpr std::string_view QUALIFIERS[] = {"volatile", "const", "signed", "unsig
 
 }  // namespace
 
-CTrans::ENGINE::ENGINE(std::string sScript, CTRANS_CALLBACKS Host)
-    : sText(std::move(sScript)), Callbacks(std::move(Host)) {
+CTrans::ENGINE::ENGINE(std::string sScript, CTRANS_CALLBACKS Host, U32 HeapSize)
+    : sText(std::move(sScript)), Callbacks(std::move(Host)), Heap(HeapSize) {
   Cursor.p = Cursor.pLineStart = sText.c_str();
   StatementStart = Cursor;
   for (const std::string_view sName : QUALIFIERS) Define(sName, CTRANS_KIND::QUALIFIER);
@@ -66,8 +66,8 @@ CTRANS_SYMBOL* CTrans::ENGINE::Find(std::string_view sName) const {
   return It == Globals.end() ? nullptr : It->second;
 }
 
-CTrans::CTrans(std::string sText, CTRANS_CALLBACKS Callbacks)
-    : m_pEngine(std::make_unique<ENGINE>(std::move(sText), std::move(Callbacks))) {}
+CTrans::CTrans(std::string sText, CTRANS_CALLBACKS Callbacks, U32 HeapSize)
+    : m_pEngine(std::make_unique<ENGINE>(std::move(sText), std::move(Callbacks), HeapSize)) {}
 
 CTrans::~CTrans() = default;
 

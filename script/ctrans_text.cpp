@@ -124,7 +124,7 @@ bool CTrans::ENGINE::Fail(const std::string& sErrorText) {
 
 bool CTrans::ENGINE::Poll() {
   const auto Now = std::chrono::steady_clock::now();
-  if (Now - LastPoll >= POLL_INTERVAL) {
+  if (Now - LastPoll >= Callbacks.PollInterval) {
     const CTransPosition Saved(&Cursor, &StatementStart);
     if (Callbacks.OnPoll) Callbacks.OnPoll();
     LastPoll = std::chrono::steady_clock::now();
