@@ -122,7 +122,7 @@ U32 GetAlternateBase() {
 
 U32 ContrastColor(U32 Argb, int Delta) {
   const auto [Min, Max] = std::minmax({Channel(Argb, 0), Channel(Argb, 8), Channel(Argb, 16)});
-  const int Signed = (Min + Max) / 2 <= MAX_DARK_LIGHTNESS ? Delta : -Delta;
+  const int Signed = Min + Max <= 2 * MAX_DARK_LIGHTNESS ? Delta : -Delta;
   return ByChannel([=](U32 Shift) { return std::clamp(Channel(Argb, Shift) + Signed, 0, 255); });
 }
 

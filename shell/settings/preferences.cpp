@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 
 namespace {
@@ -70,7 +71,19 @@ VAR_EDIT Done(const SYS_VAR* pVar) {
   Edit.Value = pVar->Type == VAR_TYPE_STRING ? 0 : GetVarValue(Edit.ID);
   Edit.sName = GetVarName(Edit.ID);
   Edit.sText = GetVarText(pVar);
+  // By its symbol: other constants have the display text of automatic speed.
+  if (pVar->Type == VAR_TYPE_FREQUENCY) {
+    const NAMED_CONST* const pConst = FindNamedConstByValue(QStringLiteral("FREQ_"), Edit.Value);
+    if (pConst) Edit.sText = QLatin1String(pConst->sSymbol);
+  }
   return Edit;
+}
+
+// An entry's name that could be taken for a constant of another value, such as "None", or has blanks.
+bool NeedsQuotes(const SYS_VAR* pVar, const QString& sText) {
+  bool bNumber = false;
+  ParseNumber(sText, &bNumber);
+  return pVar->Type == VAR_TYPE_SELECTION && !bNumber && !IsBoolVar(pVar);
 }
 
 }  // namespace
@@ -92,8 +105,9 @@ VAR_EDIT EditPreference(const QString& sPrefID, const QString& sValue, bool bSav
   bool bOk = false;
   const U32 Value = ParseVarValue(pVar, sValue, &bOk);
   if (!bOk || SetVarValue(pVar, Value, bSave) < 0) return Refused("invalid parameter", sValue);
-  const VAR_EDIT Edit = Done(pVar);
+  VAR_EDIT Edit = Done(pVar);
   Tell(true, Edit.ID, Edit.Value);
+  if (NeedsQuotes(pVar, Edit.sText)) Edit.sText = Quoted(Edit.sText);
   return Edit;
 }
 

@@ -12,7 +12,8 @@ struct VAR_EDIT {
   QString sError;   // error word, such as "invalid parameter"
   QString sDetail;  // the offending argument in quotes
   QString sName;    // identifier
-  QString sText;    // value; for Edit.SysVar the text of a selection or a string stands in double quotes
+  QString sText;    // value; in double quotes for Edit.SysVar if it is a selection's or a string's text, for
+                    // Edit.Preference if it is the name of a selection's entry
   U32 ID = 0;
   U32 Value = 0;  // 0 for a string variable
 };

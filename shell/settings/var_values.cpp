@@ -80,6 +80,8 @@ bool ParseSelection(const QString& sText, const QList<VAR_ENTRY>& Entries, I64* 
 bool ParseVarNumber(const SYS_VAR* pVar, const QString& sText, I64* pValue) {
   bool bOk = false;
   *pValue = ParseNumber(sText, &bOk);
+  // A number of more than 63 bits comes back as a negative one.
+  if (bOk && *pValue < 0 && !sText.contains(u'-')) return false;
   if (!bOk) {
     *pValue = NamedConstValue(sText);
     bOk = *pValue >= 0;

@@ -33,7 +33,6 @@ struct PREFERENCE_CASE {
   const char* sValue;
   const char* sDefault;
   bool IsCheckBox = true;
-  const char* sEcho = nullptr;  // the value in the console where that is another text
 };
 const PREFERENCE_CASE PREFERENCES[] = {
     {"General / Application", "Open the most recent project on startup", "PREF_START_WITH_MOST_RECENT_PROJ", "yes",
@@ -64,8 +63,8 @@ const PREFERENCE_CASE PREFERENCES[] = {
     {"General / Terminal Window", "Clear On Reset", "PREF_TERMINAL_CLEAR_ON_RESET", "yes", "no"},
     {"General / Terminal Window", "Zero-Terminate Input", "PREF_TERMINAL_ZERO_TERM_INPUT", "yes", "no"},
     {"General / Terminal Window", "Echo Input", "PREF_TERMINAL_ECHO_INPUT", "yes", "no"},
-    {"General / Terminal Window", "Newline Input Termination Format", "PREF_TERMINAL_EOL_FORMAT",
-     "Windows format (CR+LF)", "Unix format (LF)", false, "EOL_FORMAT_WIN"},
+    {"General / Terminal Window", "Newline Input Termination Format", "PREF_TERMINAL_EOL_FORMAT", "None",
+     "Unix format (LF)", false},
     {"General / Console Window", "Show Timestamps", "PREF_SHOW_TIMESTAMPS_CONSOLE", "no", "yes"},
     {"General / Table Windows", "(unsigned) char", "PREF_SHOW_CHAR_TEXT", "no", "yes"},
     {"General / Table Windows", "(unsigned) short", "PREF_SHOW_SHORT_TEXT", "yes", "no"},
@@ -211,9 +210,11 @@ void CPreferencesDialogTest::CheckPreference(QWidget* pDialog, const PREFERENCE_
       QVERIFY2(SelectByKeys(pValue, sValue), Case.sValue);
     }
   }
-  // The console writes boolean words as numbers.
-  QString sEchoed = Case.IsCheckBox ? QString::number(sValue == QLatin1String("yes")) : sValue;
-  if (Case.sEcho) sEchoed = QLatin1String(Case.sEcho);
+  // The console writes boolean words as numbers, and names in quotes.
+  bool bNumber = false;
+  sValue.toInt(&bNumber);
+  QString sEchoed = bNumber ? sValue : QLatin1Char('"') + sValue + QLatin1Char('"');
+  if (Case.IsCheckBox) sEchoed = QString::number(sValue == QLatin1String("yes"));
   const QString sEcho = QStringLiteral("Edit.Preference (%1, %2);").arg(sName, sEchoed);
   QCOMPARE(m_Session.LastLine(), sEcho);
   QCOMPARE(GetVarText(FindVar(sName)), sValue);
