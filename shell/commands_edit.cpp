@@ -1,5 +1,7 @@
 // Edit.*: the dialogs for preferences and system variables, and fonts.
 
+#include <QApplication>
+
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
@@ -10,6 +12,7 @@
 #include "shell/look/look.h"
 #include "shell/main_window.h"
 #include "shell/settings/fonts.h"
+#include "ui/dialog.h"
 
 namespace {
 
@@ -40,6 +43,10 @@ void EditFont(COMMAND_CONTEXT& Context) {
   SetActionArgs(ID, QStringList{QLatin1String(GetFontInfo(static_cast<U32>(FontID))->sName),
                                 FontToText(static_cast<U32>(FontID))});
   Context.Window.ApplyFonts();
+  for (QWidget* const pWidget : QApplication::topLevelWidgets()) {
+    if (auto* const pDialog = qobject_cast<CDialog*>(pWidget)) pDialog->ApplyFont();
+  }
+  SpreadApplicationFont();
 }
 
 constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {

@@ -23,7 +23,7 @@ CDialog::CDialog(QWidget* pParent, const QString& sName, const QString& sTitle)
     : m_Group{QStringLiteral("AppData"), sName}, m_pParent(pParent) {
   setObjectName(sName);
   setWindowTitle(sTitle);
-  setFont(GetFont(FONT_APP));
+  ApplyFont();
 }
 
 // Below the main window's style sheet a font doesn't reach widgets that are made later, so that the contents are made
@@ -35,6 +35,10 @@ void CDialog::setVisible(bool bOn) {
     for (QAbstractButton* const pButton : pBox->buttons()) pButton->setIcon(QIcon());
   }
   QDialog::setVisible(bOn);
+}
+
+void CDialog::ApplyFont() {
+  setFont(GetFont(FONT_APP));
 }
 
 int CDialog::exec() {

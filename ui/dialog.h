@@ -17,6 +17,8 @@ public:
   // the owner, when the dialog is first shown.
   CDialog(QWidget* pParent, const QString& sName, const QString& sTitle);
 
+  // Takes the application's font as it is now.
+  void ApplyFont();
   void setVisible(bool bOn) override;
   // Runs the dialog. With a responder nothing is shown and the result is Rejected.
   int exec() override;

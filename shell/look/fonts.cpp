@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QMap>
+#include <QWidget>
 
 #include "shell/look/look.h"
 #include "shell/settings/color_table.h"
@@ -63,6 +64,20 @@ bool IsSameFont(const QFont& a, const QFont& b) {
          a.weight() == b.weight() && a.italic() == b.italic();
 }
 
+// A font that the widget or what it stands in was given, other than the application's. A style sheet makes the title of
+// a dock bold, and with it the dock's font.
+bool HasOwnFont(const QWidget* pWidget) {
+  if (pWidget->testAttribute(Qt::WA_SetFont)) return true;
+  while (!pWidget->isWindow()) {
+    pWidget = pWidget->parentWidget();
+    const QFont Font = pWidget->font();
+    if (pWidget->testAttribute(Qt::WA_SetFont)) {
+      return Font.family() != QApplication::font().family() || Font.pointSize() != QApplication::font().pointSize();
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 QFont GetFont(U32 ID) {
@@ -92,6 +107,12 @@ int SetFont(U32 ID, const QFont& Font, bool bSave, bool bApply) {
   return 0;
 }
 
+void SpreadApplicationFont() {
+  for (QWidget* const pWidget : QApplication::allWidgets()) {
+    if (pWidget->testAttribute(Qt::WA_StyleSheet) && !HasOwnFont(pWidget)) pWidget->setFont(QFont());
+  }
+}
+
 QFont GetInheritedFont(U32 ID) {
   const FONT_INFO* const pInfo = GetFontInfo(ID);
   return pInfo ? InheritedFont(*pInfo) : QFont();
@@ -103,11 +124,14 @@ bool IsFontModified(U32 ID) {
 
 QFont MonospacedForm(const QFont& Font) {
   if (IsMonospacedFamily(Font.family())) return Font;
-  QFont Mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  Mono.setStyleHint(QFont::Monospace);
-  Mono.setPointSize(Font.pointSize());
-  Mono.setWeight(static_cast<QFont::Weight>(Font.weight()));
-  Mono.setItalic(Font.italic());
+  // For a family that it does not have, the font system gives the one that goes with the hint.
+  QFont Wanted(QStringLiteral("unknown"), Font.pointSize(), Font.weight(), Font.italic());
+  Wanted.setStyleHint(QFont::TypeWriter);
+  const QFontInfo Found(Wanted);
+  const QString sFamily =
+      Found.fixedPitch() ? Found.family() : QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+  QFont Mono(sFamily, Font.pointSize(), Font.weight(), Font.italic());
+  Mono.setStyleHint(QFont::TypeWriter);
   return Mono;
 }
 

@@ -26,6 +26,9 @@ QFont GetFont(U32 ID);
 // bApply is false. With bSave it is kept in the settings, otherwise those stay as they are. Returns 0, or -1 for an
 // unknown identifier.
 int SetFont(U32 ID, const QFont& Font, bool bSave, bool bApply = true);
+// The toolkit tells widgets below a style sheet nothing of a new application font: gives it to those that have no font
+// of their own. After SetFont(FONT_APP, ...), once windows and docks have theirs.
+void SpreadApplicationFont();
 // The font that an identifier has while none is set, and whether one is set.
 QFont GetInheritedFont(U32 ID);
 bool IsFontModified(U32 ID);
