@@ -1,5 +1,7 @@
 #include "project/project_text.h"
 
+#include <algorithm>
+
 namespace {
 
 const QString LOAD_FUNCTION = QStringLiteral("OnProjectLoad");
@@ -15,6 +17,8 @@ const QStringList VNODE_COMMANDS = {QStringLiteral("Project.SetDevice"),     QSt
 const QStringList TRACE_COMMANDS = {QStringLiteral("Project.SetTraceSource"), QStringLiteral("Project.SetTraceTiming"),
                                     QStringLiteral("Project.SetTracePortWidth"), QStringLiteral("Project.ConfigSWO")};
 const QString TIF_SPEED_COMMAND = QStringLiteral("Project.SetTIFSpeed");
+
+constexpr qsizetype MAX_CALL_LENGTH = 16384;  // characters; keeps damaged texts from being searched for ever
 
 bool IsNameChar(QChar c) {
   return c.isLetterOrNumber() || c == u'_';
@@ -38,6 +42,19 @@ qsizetype BehindMatching(const QString& sBlanked, qsizetype Pos, QChar Open, QCh
   for (; Pos < sBlanked.size(); ++Pos) {
     if (sBlanked[Pos] == Open) ++Depth;
     if (sBlanked[Pos] == Close && --Depth == 0) return Pos + 1;
+  }
+  return -1;
+}
+
+// Position behind the ")" of the arguments that begin at Pos; -1 if they do not end within the statement.
+qsizetype BehindArguments(const QString& sBlanked, qsizetype Pos) {
+  const qsizetype End = std::min(sBlanked.size(), Pos + MAX_CALL_LENGTH);
+  int Depth = 0;
+  for (; Pos < End; ++Pos) {
+    const QChar c = sBlanked[Pos];
+    if (c == u';' || c == u'{' || c == u'}') return -1;
+    if (c == u'(') ++Depth;
+    if (c == u')' && --Depth == 0) return Pos + 1;
   }
   return -1;
 }
@@ -98,7 +115,7 @@ TEXT_RANGE FindCall(const BODY& Body, const QString& sName, qsizetype Pos) {
        Pos = FindName(Body.sBlanked, sName, Pos + 1, Body.Range.End)) {
     const qsizetype Open = SkipBlanks(Body.sBlanked, Pos + sName.size());
     if (Open >= Body.Range.End || Body.sBlanked[Open] != u'(') continue;
-    const qsizetype Close = BehindMatching(Body.sBlanked, Open, u'(', u')');
+    const qsizetype Close = BehindArguments(Body.sBlanked, Open);
     if (Close < 0 || Close > Body.Range.End) continue;
     const qsizetype Semicolon = SkipBlanks(Body.sBlanked, Close);
     const bool bStatement = Semicolon < Body.Range.End && Body.sBlanked[Semicolon] == u';';
@@ -188,6 +205,7 @@ QString WithUnixLineEnds(QString sText) {
 QString BlankedScript(const QString& sText) {
   enum { CODE, LINE_COMMENT, BLOCK_COMMENT, LITERAL } State = CODE;
   QString sResult = sText;
+  QChar* const paResult = sResult.data();
   QChar Quote;
   for (qsizetype i = 0; i < sText.size(); ++i) {
     const QChar c = sText[i];
@@ -199,7 +217,7 @@ QString BlankedScript(const QString& sText) {
     if (State == CODE) {
       if (c == u'/' && (Next == u'/' || Next == u'*')) {
         State = Next == u'/' ? LINE_COMMENT : BLOCK_COMMENT;
-        sResult[i] = sResult[i + 1] = u' ';
+        paResult[i] = paResult[i + 1] = u' ';
         ++i;
       } else if (c == u'"' || c == u'\'') {
         State = LITERAL;
@@ -211,12 +229,12 @@ QString BlankedScript(const QString& sText) {
       State = CODE;
       continue;
     }
-    sResult[i] = u' ';
+    paResult[i] = u' ';
     const bool bPair = (State == LITERAL && c == u'\\' && Next != u'\n' && i + 1 < sText.size()) ||
                        (State == BLOCK_COMMENT && c == u'*' && Next == u'/');
     if (!bPair) continue;
     if (State == BLOCK_COMMENT) State = CODE;
-    sResult[++i] = u' ';
+    paResult[++i] = u' ';
   }
   return sResult;
 }

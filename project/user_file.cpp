@@ -1,6 +1,7 @@
 #include "project/user_file.h"
 
 #include <QHash>
+#include <algorithm>
 
 namespace {
 

@@ -1,5 +1,8 @@
 #include "project/window_layout.h"
 
+#include <QHash>
+#include <QMap>
+#include <algorithm>
 #include <map>
 
 namespace {

@@ -63,6 +63,8 @@ TEST(ProjectText, RemovesCallsAndNothingElse) {
        "{\n  if (a) { }\n  else\n    { }\n  b();\n}"},
       {"a value that is used", "{\n  i = P.X(1);\n  if (P.X(2)) { b(); }\n  b (P.X(3));\n}",
        "{\n  i = P.X(1);\n  if (P.X(2)) { b(); }\n  b (P.X(3));\n}"},
+      {"arguments that do not end in their statement", "{\n  P.X (a\")b\"; // c\n  if (1) { b(1); }\n}",
+       "{\n  P.X (a\")b\"; // c\n  if (1) { b(1); }\n}"},
       {"another function's", "{\n}\nvoid Y (void) {\n  P.X(1);\n}", "{\n}\nvoid Y (void) {\n  P.X(1);\n}"},
   };
   const QString sHead = QStringLiteral("void OnProjectLoad (void) ");

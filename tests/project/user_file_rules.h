@@ -1,6 +1,9 @@
 #pragma once
 // What holds for any text that is read as a user file.
 
+#include <QSet>
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "project/user_file.h"
