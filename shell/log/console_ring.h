@@ -1,6 +1,7 @@
 #pragma once
 // The fixed ring of messages between the threads that print and the console window. Standard library only.
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -34,6 +35,7 @@ public:
   void Clear();
 
 private:
+  std::atomic<U32> m_NumUsed = 0;  // writers of a full ring leave the reader its lock
   std::mutex m_Mutex;
   std::vector<CONSOLE_MSG> m_Slots;
   U32 m_WriteIndex = 0;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStatusTipEvent>
 #include <QTreeView>
@@ -92,6 +93,9 @@ void CCommandInput::ShowCompletions(bool bAsked) {
   const int Left = fontMetrics().horizontalAdvance(text().left(Typed.Start));
   m_pCompleter->complete(QRect(std::min(Left, width() / 2), 0, Width, height()));
   m_pList->setCurrentIndex(QModelIndex());
+  // Above the line where there is room, for the status bar below shows the synopsis.
+  const int Top = mapToGlobal(QPoint(0, 0)).y() - m_pList->height();
+  if (Top >= screen()->availableGeometry().top()) m_pList->move(m_pList->x(), Top);
 }
 
 void CCommandInput::Complete() {
@@ -194,8 +198,8 @@ void CCommandInput::UpdateSynopsis() {
 }
 
 void CCommandInput::ShowSynopsis(const QString& sSynopsis) {
-  if (sSynopsis == statusTip()) return;
-  setStatusTip(sSynopsis);
+  if (sSynopsis == m_sSynopsis) return;
+  m_sSynopsis = sSynopsis;
   QStatusTipEvent Tip(sSynopsis);
   QApplication::sendEvent(this, &Tip);
 }

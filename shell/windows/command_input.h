@@ -9,7 +9,7 @@
 class CCompletionModel;
 class QTreeView;
 
-// The line in which commands are typed: keeps their history, completes them and shows their synopsis as the status tip.
+// The line in which commands are typed: keeps their history, completes them and shows their synopsis in the status bar.
 // While the list of completions is open the arrow keys move in it, and Return takes the entry that has been chosen;
 // otherwise they browse the history, and Return enters the command.
 class CCommandInput : public QLineEdit {
@@ -20,6 +20,8 @@ public:
   void SetSources(const COMPLETION_SOURCES& Sources) { m_Sources = Sources; }
   // The row of the command whose name stands in the line; NUM_ACTIONS if there is none.
   U32 Command() const;
+  // What the status bar shows about the command and the argument at the cursor.
+  const QString& Synopsis() const { return m_sSynopsis; }
   // The list takes the font of now.
   void ApplyFont(const QFont& Font);
 
@@ -52,4 +54,5 @@ private:
   QCompleter* m_pCompleter;
   CCompletionModel* m_pModel;
   QTreeView* m_pList;
+  QString m_sSynopsis;  // not the widget's status tip, which the mouse pointer would take away with it
 };

@@ -110,7 +110,14 @@ void CConsoleView::Reformat() {
       SetForeground(Format);
       if (Format.boolProperty(MSG_PROPERTY_MONO)) SetMonoFamily(Format, m_sMonoFamily);
       if (Format == Fragment.charFormat()) continue;
-      Changes.push_back({Fragment.position(), Fragment.position() + Fragment.length(), Format});
+      const int Start = Fragment.position();
+      const int End = Start + Fragment.length();
+      // Lines that follow each other, a line end between them, change together.
+      if (!Changes.empty() && Start <= Changes.back().End + 1 && Format == Changes.back().Format) {
+        Changes.back().End = End;
+      } else {
+        Changes.push_back({Start, End, Format});
+      }
     }
   }
   QTextCursor Cursor(document());
@@ -133,7 +140,9 @@ void CConsoleView::VisitVisibleLines(const std::function<void(int, const QRectF&
   for (QTextBlock Block = firstVisibleBlock(); Block.isValid(); Block = Block.next()) {
     const QRectF Rect = blockBoundingGeometry(Block).translated(contentOffset());
     if (Rect.top() >= Bottom) return;
-    Visit(Block.blockNumber(), Rect);
+    // The block's own place contains the margins of the document.
+    const QRectF Text = Block.layout()->lineAt(0).rect();
+    Visit(Block.blockNumber(), Text.translated(Rect.topLeft()));
   }
 }
 

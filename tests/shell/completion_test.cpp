@@ -210,8 +210,8 @@ void CCompletionTest::theSynopsisMarksTheParameter() {
   for (const auto& Case : Cases) {
     m_pInput->clear();
     Type(QString::fromLatin1(Case.sTyped));
-    QCOMPARE(m_pInput->statusTip().left(static_cast<int>(strlen(Case.sTip))), QString::fromLatin1(Case.sTip));
-    QCOMPARE(m_pInput->statusTip().isEmpty(), *Case.sTip == '\0');
+    QCOMPARE(m_pInput->Synopsis().left(static_cast<int>(strlen(Case.sTip))), QString::fromLatin1(Case.sTip));
+    QCOMPARE(m_pInput->Synopsis().isEmpty(), *Case.sTip == '\0');
   }
 }
 
