@@ -28,8 +28,11 @@ CDockWindow::CDockWindow(const QString& sName, const QString& sTitle, QWidget* p
 }
 
 void CDockWindow::ApplyFont() {
-  QFont Bold = GetFont(FONT_APP);
-  setFont(Bold);
+  QFont Font = GetFont(FONT_APP);
+  // In a font that equals the application's, the style sheet paints the title as the first of them was.
+  Font.setStyleStrategy(QFont::PreferMatch);
+  setFont(Font);
+  QFont Bold = Font;
   Bold.setBold(true);
   setMinimumSize(QFontMetrics(Bold).horizontalAdvance(windowTitle() + QLatin1String(MIN_WIDTH_TAIL)), MIN_HEIGHT);
 }

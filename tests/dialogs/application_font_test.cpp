@@ -17,6 +17,9 @@
 
 namespace {
 
+constexpr int TITLE_WIDTH = 60;  // pixels, of a title's beginning
+constexpr int DARK_LIGHTNESS = 100;
+
 // A dialog with a label that has no font of its own.
 class CPlainDialog : public CDialog {
 public:
@@ -81,13 +84,23 @@ void CApplicationFontTest::whatHasAFontOfItsOwnKeepsIt() {
 }
 
 void CApplicationFontTest::theTitleOfADockGrows() {
+  m_Session.Window()->setFocus();
   CDockWindow* const pDock = m_Session.Window()->Console().GetDock();
+  // Rows of pixels in which something is painted above the contents.
   const auto TitleHeight = [&] {
     QCoreApplication::processEvents();
-    return pDock->widget()->y();
+    const QImage Title = pDock->grab(QRect(0, 0, TITLE_WIDTH, pDock->widget()->y())).toImage();
+    int Rows = 0;
+    for (int y = 0; y < Title.height(); ++y) {
+      bool bPainted = false;
+      for (int x = 0; x < Title.width(); ++x) bPainted |= Title.pixelColor(x, y).lightness() < DARK_LIGHTNESS;
+      Rows += bPainted;
+    }
+    return Rows;
   };
   ExecuteCommand(QStringLiteral("Edit.Font (FONT_APP, \"DejaVu Sans, 8pt, Normal\")"));
   const int Small = TitleHeight();
+  QVERIFY(Small > 0);
   ExecuteCommand(QStringLiteral("Edit.Font (FONT_APP, \"DejaVu Sans, 30pt, Normal\")"));
   QVERIFY2(TitleHeight() > Small + 10, qPrintable(QString::number(TitleHeight()) + u' ' + QString::number(Small)));
 }
