@@ -2,6 +2,7 @@
 
 #include <QActionGroup>
 #include <QDragEnterEvent>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QScrollBar>
 
@@ -16,24 +17,19 @@
 
 namespace {
 
+// Key and tip come from the action table.
 struct FORMAT_ACTION {
   const char* sObjectName;
   const char* sText;
-  const char* sTip;
   const char* sConst;
   int Format;
 };
 constexpr FORMAT_ACTION FORMATS[] = {
-    {"actionWinSetDisplayFormatAuto", "&Auto", "Show Values in Data Type-Dependent Representation",
-     "DISPLAY_FORMAT_AUTO", DISPLAY_FORMAT_AUTO},
-    {"actionWinSetDisplayFormatBinary", "&Binary", "Show Values in Binary Representation", "DISPLAY_FORMAT_BINARY",
-     DISPLAY_FORMAT_BINARY},
-    {"actionWinSetDisplayFormatDec", "&Decimal", "Show Values in Decimal Representation", "DISPLAY_FORMAT_DEC",
-     DISPLAY_FORMAT_DEC},
-    {"actionWinSetDisplayFormatHex", "&Hexadecimal", "Show Values in Hexadecimal Representation", "DISPLAY_FORMAT_HEX",
-     DISPLAY_FORMAT_HEX},
-    {"actionWinSetDisplayFormatChar", "&Character", "Show Values in Charachter Representation", "DISPLAY_FORMAT_CHAR",
-     DISPLAY_FORMAT_CHAR},
+    {"actionWinSetDisplayFormatAuto", "&Auto", "DISPLAY_FORMAT_AUTO", DISPLAY_FORMAT_AUTO},
+    {"actionWinSetDisplayFormatBinary", "&Binary", "DISPLAY_FORMAT_BINARY", DISPLAY_FORMAT_BINARY},
+    {"actionWinSetDisplayFormatDec", "&Decimal", "DISPLAY_FORMAT_DEC", DISPLAY_FORMAT_DEC},
+    {"actionWinSetDisplayFormatHex", "&Hexadecimal", "DISPLAY_FORMAT_HEX", DISPLAY_FORMAT_HEX},
+    {"actionWinSetDisplayFormatChar", "&Character", "DISPLAY_FORMAT_CHAR", DISPLAY_FORMAT_CHAR},
 };
 
 constexpr QSize DEFAULT_SIZE(300, 300);
@@ -65,9 +61,7 @@ void CWindow::CreateActions() {
   for (const FORMAT_ACTION& Format : FORMATS) {
     QAction* const pAction = pFormatGroup->addAction(QLatin1String(Format.sText));
     pAction->setObjectName(QLatin1String(Format.sObjectName));
-    pAction->setToolTip(QLatin1String(Format.sTip));
     pAction->setCheckable(true);
-    pAction->setData(QLatin1String(Format.sConst));
   }
   actionWinClear = new QAction(QStringLiteral("&Clear"), this);
   actionWinClear->setObjectName(QStringLiteral("actionWinClear"));
@@ -93,9 +87,11 @@ void CWindow::CreateOverlay() {
 }
 
 void CWindow::Init() {
-  connect(actionWinAdd, &QAction::triggered, this, &CWindow::OnActionAddTriggered);
-  connect(actionWinClear, &QAction::triggered, this, &CWindow::OnActionClearTriggered);
-  connect(pFormatGroup, &QActionGroup::triggered, this, &CWindow::OnActionSetDispFormTriggered);
+  CWindow::Connect(actionWinAdd, SIGNAL(triggered()), this, SLOT(OnActionAddTriggered()));
+  CWindow::Connect(actionWinClear, SIGNAL(triggered()), this, SLOT(OnActionClearTriggered()));
+  for (QAction* const pAction : pFormatGroup->actions()) {
+    CWindow::Connect(pAction, SIGNAL(triggered()), this, SLOT(OnActionSetDispFormTriggered()));
+  }
   connect(buttonEmptyWindow, &QPushButton::clicked, this, &CWindow::OnEmptyWindowButtonClicked);
   connect(this, &CWindow::ContentChanged, this, &CWindow::OnContentChanged);
   connect(this, &CWindow::DisplayFormatChanged, this, &CWindow::OnDisplayFormatChanged);
@@ -240,9 +236,13 @@ void CWindow::OnVisibilityChanged(bool bVisible) {
   }
 }
 
-void CWindow::OnContentChanged() {
+void CWindow::ReleaseFixedSize() {
   setMinimumSize(0, 0);
   setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+}
+
+void CWindow::OnContentChanged() {
+  ReleaseFixedSize();
   QWidget* const pCentral = centralWidget();
   if (pCentral && !IsEmpty()) {
     ShowCentralWidget(true);
@@ -271,8 +271,11 @@ void CWindow::OnActionClearTriggered() {
 }
 
 void CWindow::OnActionSetDispFormTriggered() {
-  const QAction* const pAction = pFormatGroup->checkedAction();
-  if (pAction) PerformAction(ACTION_WIN_SET_DISPLAY_FORMAT, GetName(), pAction->data());
+  const qsizetype Index = pFormatGroup->actions().indexOf(qobject_cast<QAction*>(sender()));
+  if (Index < 0) return;
+  PerformAction(ACTION_WIN_SET_DISPLAY_FORMAT, GetName(), QLatin1String(FORMATS[Index].sConst));
+  // Of a window that shows another format, or refuses this one, the click has moved the mark.
+  UpdateActions();
 }
 
 void CWindow::UpdateActions() {
@@ -312,6 +315,7 @@ void CWindow::UpdateEmptyWindow() {
 bool CWindow::eventFilter(QObject* pWatched, QEvent* pEvent) {
   auto* const pWidget = qobject_cast<QWidget*>(pWatched);
   if (pWidget && pEvent->type() == QEvent::Paint) return OnPaint(pWidget);
+  if (pWidget && pEvent->type() == QEvent::ToolTip) OnTooltipRequested(static_cast<QHelpEvent*>(pEvent)->globalPos());
   return QMainWindow::eventFilter(pWatched, pEvent);
 }
 
@@ -328,6 +332,14 @@ void CWindow::resizeEvent(QResizeEvent* pEvent) {
   QMainWindow::resizeEvent(pEvent);
   buttonFrame->setGeometry(rect());
   Q_EMIT SizeChanged(width(), height());
+}
+
+void CWindow::showEvent(QShowEvent* pEvent) {
+  QMainWindow::showEvent(pEvent);
+  if (isWindow()) return;
+  ReleaseFixedSize();
+  SetActionStyle(ACTION_WIN_ADD, actionWinAdd);
+  SetActionStyle(ACTION_WIN_CLEAR, actionWinClear);
 }
 
 QSize CWindow::sizeHint() const {

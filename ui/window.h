@@ -107,6 +107,7 @@ public Q_SLOTS:
   virtual void OnFocusChanged(bool bFocus);
   virtual void OnFocusChanged(QWidget* pOld, QWidget* pNew);
   virtual void OnContextMenuRequested(const QPoint& /*Pos*/) {}
+  // The pointer rests on a watched widget, at a point of the screen: the place to show the shared tool tip.
   virtual void OnTooltipRequested(const QPoint& /*Pos*/) {}
   virtual void OnSrcLocSelected(const CSrcLoc& /*Loc*/, int /*Type*/) {}
   virtual void OnFuncSelected(ELF_SYM_HANDLE /*hFunc*/) {}
@@ -147,6 +148,8 @@ protected:
 
   virtual void Init();
   virtual void UpdateActions();
+  // Lets a window give ACTION_WIN_ADD and ACTION_WIN_CLEAR an icon and a text of its own, whenever it is shown.
+  virtual void SetActionStyle(U32 /*ActionID*/, QAction* /*pAction*/) {}
   // The paint event of a watched widget; true when it is done.
   virtual bool OnPaint(QWidget* /*pWidget*/) { return false; }
   virtual void OnDragEnter(QDragEnterEvent* pEvent);
@@ -157,6 +160,7 @@ protected:
   bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
   void paintEvent(QPaintEvent* pEvent) override;
   void resizeEvent(QResizeEvent* pEvent) override;
+  void showEvent(QShowEvent* pEvent) override;
   void dragEnterEvent(QDragEnterEvent* pEvent) override { OnDragEnter(pEvent); }
   void dropEvent(QDropEvent* pEvent) override { OnDragDrop(pEvent); }
   QSize sizeHint() const override;
@@ -171,6 +175,7 @@ private:
   void CreateActions();
   void CreateOverlay();
   void UpdateEmptyWindow();
+  void ReleaseFixedSize();
   void HaltUpdate(U32 PC);
 
   bool bEnabled = true;

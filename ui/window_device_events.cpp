@@ -28,6 +28,8 @@ void CWindow::OnDeviceConnectDone(CONNECT_MODES) {
 
 void CWindow::OnDeviceDisconnectDone() {
   if (TestFlag(WF_CLEAR_ON_DISCONNECT)) Clear();
+  // What the title told about the target holds no longer.
+  if (GetDock()) SetWindowTitle(GetName());
   Repaint();
   UpdateActions();
 }

@@ -1,3 +1,4 @@
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -6,6 +7,7 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_link.h"
+#include "shell/actions/command_console.h"
 #include "shell/settings/settings_cache.h"
 #include "ui/dock_window.h"
 #include "ui/message_box.h"
@@ -20,16 +22,20 @@ public:
     auto* const pInput = new QLineEdit(this);
     setCentralWidget(pInput);
     setFocusProxy(pInput);
+    pInput->installEventFilter(this);
   }
   void Clear() override {
     ++NumClears;
     CWindow::Clear();
   }
   void Update(U32 NewPC) override { PCs << NewPC; }
+  void OnTooltipRequested(const QPoint& Pos) override { TipPos = Pos; }
+  void SetActionStyle(U32 ActionID, QAction* pAction) override { pAction->setText(QString::number(ActionID)); }
   bool IsEmpty() const override { return bEmpty; }
 
   int NumClears = 0;
   QList<U32> PCs;
+  QPoint TipPos;
   bool bEmpty = false;
 };
 
@@ -55,6 +61,10 @@ private Q_SLOTS:
   void disconnectingClears();
   void anEmptyWindowSaysWhy();
   void aWidgetsWindowIsTheNearest();
+  void theFormatActionsAskForTheCommand_data();
+  void theFormatActionsAskForTheCommand();
+  void aWatchedWidgetAsksForTheTip();
+  void aShownWindowStylesItsActions();
 
 private:
   CCountingWindow& First() { return *m_pFirst; }
@@ -94,6 +104,7 @@ void CDockWindowTest::init() {
 void CDockWindowTest::cleanup() {
   UnregisterActionHandler(ACTION_WINDOW_CLOSE);
   UnregisterActionHandler(ACTION_WINDOW_CLEAR);
+  UnregisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT);
   CMessageBox::SetResponder(nullptr);
   m_pMain.reset();
 }
@@ -214,8 +225,10 @@ void CDockWindowTest::anOlderHaltIsIgnored() {
 void CDockWindowTest::disconnectingClears() {
   First().SetFlag(WF_CLEAR_ON_DISCONNECT, true);
   Second().SetFlag(WF_CLEAR_ON_DISCONNECT, false);
+  First().SetWindowTitle(QStringLiteral("First of a session"));
   First().OnDeviceDisconnectDone();
   Second().OnDeviceDisconnectDone();
+  QCOMPARE(First().GetDock()->windowTitle(), QStringLiteral("First"));
   QCOMPARE(First().NumClears, 1);
   QCOMPARE(Second().NumClears, 0);
 }
@@ -244,6 +257,48 @@ void CDockWindowTest::aWidgetsWindowIsTheNearest() {
   QCOMPARE(GetDock(pInner), First().GetDock());
   QCOMPARE(First().GetName(), QStringLiteral("First"));
   QVERIFY(GetWindow(m_pMain.get()) == nullptr && GetWindow(nullptr) == nullptr && GetDock(nullptr) == nullptr);
+}
+
+void CDockWindowTest::theFormatActionsAskForTheCommand_data() {
+  QTest::addColumn<U32>("Row");
+  QTest::addColumn<QString>("Constant");
+  QTest::newRow("auto") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_AUTO} << QStringLiteral("DISPLAY_FORMAT_AUTO");
+  QTest::newRow("binary") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_BINARY} << QStringLiteral("DISPLAY_FORMAT_BINARY");
+  QTest::newRow("decimal") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_DEC} << QStringLiteral("DISPLAY_FORMAT_DEC");
+  QTest::newRow("hexadecimal") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_HEX} << QStringLiteral("DISPLAY_FORMAT_HEX");
+  QTest::newRow("character") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_CHAR} << QStringLiteral("DISPLAY_FORMAT_CHAR");
+}
+
+// By row, and with a console that listens: it takes away what an action carries after each run. A window that refuses
+// the format keeps its mark where it was.
+void CDockWindowTest::theFormatActionsAskForTheCommand() {
+  QFETCH(U32, Row);
+  QFETCH(QString, Constant);
+  QStringList Args;
+  RegisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT,
+                        [&Args] { Args << GetActionArgs(ACTION_WIN_SET_DISPLAY_FORMAT); });
+  LinkActions(&First());
+  connect(&First(), &CWindow::ActionTriggered, this, [](QAction* pAction) { OnActionTriggered(pAction); });
+  connect(&First(), &CWindow::ActionPerformed, this, [](QAction* pAction) { OnActionPerformed(pAction); });
+  QCOMPARE(TriggerAction(Row), 0);
+  GetAction(Row)->trigger();
+  const QStringList Once = {QStringLiteral("First"), Constant};
+  QCOMPARE(Args, Once + Once);
+  QVERIFY(GetAction(ACTION_WIN_SET_DISPLAY_FORMAT_AUTO)->isChecked());
+  QVERIFY(GetAction(Row)->toolTip().startsWith(QStringLiteral("Show Values in ")));
+}
+
+void CDockWindowTest::aWatchedWidgetAsksForTheTip() {
+  const QPoint Pos(321, 123);
+  QHelpEvent Event(QEvent::ToolTip, QPoint(1, 2), Pos);
+  QCoreApplication::sendEvent(First().centralWidget(), &Event);
+  QCOMPARE(First().TipPos, Pos);
+  QVERIFY(Second().TipPos.isNull());
+}
+
+void CDockWindowTest::aShownWindowStylesItsActions() {
+  QCOMPARE(First().findChild<QAction*>(QStringLiteral("actionWinAdd"))->text(), QString::number(ACTION_WIN_ADD));
+  QCOMPARE(First().findChild<QAction*>(QStringLiteral("actionWinClear"))->text(), QString::number(ACTION_WIN_CLEAR));
 }
 
 QTEST_MAIN(CDockWindowTest)
