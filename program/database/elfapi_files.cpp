@@ -13,6 +13,7 @@ FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
   const CFileFinder* pFinder = CFileFinder::Get();
   const U32 Generation = pFinder->GetGeneration();
   if (!Db->FoundPaths || Db->FoundPaths->Generation != Generation) {
+    const CFindBurst Burst;
     Db->FoundPaths.emplace();
     Db->FoundPaths->Generation = Generation;
     for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {

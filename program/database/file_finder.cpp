@@ -100,6 +100,25 @@ void CFileFinder::AddRootPath(const QString& sPath) {
   ClearStats();
 }
 
+MOVED_TREE CFileFinder::AddMovedFile(const QString& sWanted, const QString& sChosen) {
+  MOVED_TREE Tree;
+  if (!QFileInfo(sChosen).isFile()) {
+    Tree.sProblem = QStringLiteral("file not found");
+    return Tree;
+  }
+  QStringList Known(m_ResolvedFiles.cbegin(), m_ResolvedFiles.cend());
+  Known.append(QStringList(m_UnresolvedFiles.cbegin(), m_UnresolvedFiles.cend()));
+  Tree = FindMovedTree(sWanted, sChosen, Known);
+  if (Tree.Rule == MOVED_TREE_NONE) return Tree;
+  if (m_Resolver.AddMovedTree(Tree, sWanted, sChosen)) {
+    ClearStats();
+  } else {
+    Tree = MOVED_TREE();
+    Tree.sProblem = QStringLiteral("another rule of the project leads elsewhere");
+  }
+  return Tree;
+}
+
 QString CFileFinder::GetAliasOf(const QString& sPath) const {
   return m_Resolver.GetAliasOf(sPath);
 }

@@ -29,6 +29,10 @@ public:
   void AddPathSubstitute(const QString& sOldPart, const QString& sNewPart);
   void AddSearchPath(const QString& sPath);
   void AddRootPath(const QString& sPath);
+  // The user has shown where a missing source file lies: finds the rest of its tree from there, too. The rule was added
+  // if it is not MOVED_TREE_NONE; otherwise AddFileAlias leads to the one file, and sProblem tells the user why only to
+  // it.
+  MOVED_TREE AddMovedFile(const QString& sWanted, const QString& sChosen);
   // The alias target that equals sPath without regard to case, or sPath itself.
   QString GetAliasOf(const QString& sPath) const;
   // Forgets the project's settings, log state and statistics.
@@ -57,6 +61,8 @@ Q_SIGNALS:
   void SrcFileResStatsChanged();
 
 private:
+  friend class CFindBurst;
+
   // Which lines have been logged for an asked path.
   struct LOGGED {
     bool bFound = false;
@@ -76,4 +82,13 @@ private:
   QSet<QString> m_UnresolvedFiles;
   QSet<QString> m_ResolvedFiles;
   bool m_bLogResults = true;
+};
+
+// For whoever looks for many files at once: while one exists, search directories are read once. Any thread.
+class CFindBurst {
+public:
+  CFindBurst() { CFileFinder::Get()->m_Resolver.BeginBurst(); }
+  ~CFindBurst() { CFileFinder::Get()->m_Resolver.EndBurst(); }
+  CFindBurst(const CFindBurst&) = delete;
+  CFindBurst& operator=(const CFindBurst&) = delete;
 };

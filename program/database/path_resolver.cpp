@@ -2,9 +2,11 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
 #include "base/text.h"
+#include "program/database/path_forms.h"
 
 // How files with certain names are looked for.
 struct CPathResolver::SEARCH {
@@ -23,24 +25,6 @@ const QString EXECUTABLE_DIR = QStringLiteral("$(ExecutableDir)");
 
 const char SOURCE_PATTERNS[] = "*.h *.c *.hpp *.cpp *.s";
 
-QString SingleSlashes(QString sPath) {
-  sPath.replace(QLatin1Char('\\'), QLatin1Char('/'));
-  while (sPath.contains(QLatin1String("//"))) sPath.replace(QLatin1String("//"), QLatin1String("/"));
-  return sPath;
-}
-
-bool IsSamePath(const QString& sA, const QString& sB) {
-  return sA.compare(sB, Qt::CaseInsensitive) == 0;
-}
-
-bool HasDrive(const QString& sPath) {
-  return sPath.size() >= 2 && sPath[1] == QLatin1Char(':') && sPath[0].isLetter() && sPath[0].unicode() < 0x80;
-}
-
-bool IsRelative(const QString& sPath) {
-  return !HasDrive(sPath) && QFileInfo(sPath).isRelative();
-}
-
 bool IsFile(const QString& sPath) {
   return QFileInfo(sPath).isFile();
 }
@@ -51,6 +35,16 @@ bool Matches(const char* sPatterns, const QString& sPath) {
 
 QString DirOf(const QString& sFile) {
   return sFile.isEmpty() ? QString() : NormalisedPath(QFileInfo(sFile).path());
+}
+
+// Of several keys that fold to the same, the first in key order counts.
+void TakeFirst(QHash<QString, QString>& Keys, const QString& sFolded, const QString& sKey) {
+  const auto Known = Keys.find(sFolded);
+  if (Known == Keys.end()) {
+    Keys.insert(sFolded, sKey);
+  } else {
+    *Known = std::min(*Known, sKey);
+  }
 }
 
 }  // namespace
@@ -117,13 +111,14 @@ QString CPathResolver::ExpandMacros(const QString& sText) const {
 QString CPathResolver::ApplyAliases(const QString& sPath) const {
   if (m_FileAliases.isEmpty()) return {};
   Log(QStringLiteral("Applying file aliases to ") + sPath);
-  const QString sCleaned = NormalisedPath(sPath);
-  for (auto it = m_FileAliases.cbegin(); it != m_FileAliases.cend(); ++it) {
-    if (!IsSamePath(it.key(), sPath) && !IsSamePath(NormalisedPath(it.key()), sCleaned)) continue;
-    Log(QStringLiteral("mapped %1 to %2").arg(sPath, it.value()));
-    return it.value();
-  }
-  return {};
+  const auto AsWritten = m_AliasKeys.constFind(sPath.toCaseFolded());
+  const auto AsCleaned = m_CleanedAliasKeys.constFind(NormalisedPath(sPath).toCaseFolded());
+  if (AsWritten == m_AliasKeys.cend() && AsCleaned == m_CleanedAliasKeys.cend()) return {};
+  QString sKey = AsWritten == m_AliasKeys.cend() ? *AsCleaned : *AsWritten;
+  if (AsCleaned != m_CleanedAliasKeys.cend()) sKey = std::min(sKey, *AsCleaned);
+  const QString sValue = m_FileAliases.value(sKey);
+  Log(QStringLiteral("mapped %1 to %2").arg(sPath, sValue));
+  return sValue;
 }
 
 QString CPathResolver::ApplySubstitutes(const QString& sPath) const {
@@ -167,20 +162,79 @@ QString CPathResolver::FindInBases(const QString& sPath, bool bWithCurrentDir, b
   return {};
 }
 
+QString CPathResolver::SearchDir(const QString& sDir, bool& bInProject) const {
+  const QString sPath = ExpandMacros(sDir);
+  bInProject = false;
+  return IsRelativePath(sPath) ? FindInBases(sPath, true, bInProject) : sPath;
+}
+
 QString CPathResolver::FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const {
   if (Dirs.isEmpty()) return {};
   Log(QStringLiteral("Looking for %1 in search directories.").arg(sName));
-  for (const QString& sDir : Dirs) {
-    QString sPath = ExpandMacros(sDir);
-    bInProject = false;
-    if (IsRelative(sPath)) sPath = FindInBases(sPath, true, bInProject);
-    if (sPath.isEmpty()) continue;
-    sPath = NormalisedPath(sPath + QLatin1Char('/') + sName);
-    if (!IsFile(sPath)) continue;
-    Log(QStringLiteral("Found %1 in %2").arg(sName, sPath));
-    return sPath;
+  const RESOLVED_PATH Found = m_NumBursts > 0 ? FindInListings(sName, Dirs) : FindInEach(sName, Dirs);
+  bInProject = Found.bFoundInProject;
+  if (!Found.sPath.isEmpty()) Log(QStringLiteral("Found %1 in %2").arg(sName, Found.sPath));
+  return Found.sPath;
+}
+
+RESOLVED_PATH CPathResolver::FindInEach(const QString& sName, const QStringList& Dirs) const {
+  for (const QString& sEntry : Dirs) {
+    bool bInProject = false;
+    const QString sDir = SearchDir(sEntry, bInProject);
+    if (sDir.isEmpty()) continue;
+    const QString sPath = NormalisedPath(sDir + QLatin1Char('/') + sName);
+    if (IsFile(sPath)) return {sPath, bInProject};
   }
   return {};
+}
+
+RESOLVED_PATH CPathResolver::FindInListings(const QString& sName, const QStringList& Dirs) const {
+  if (m_ListingsGeneration != m_Generation) m_Listings.clear();
+  m_ListingsGeneration = m_Generation;
+  auto Listing = m_Listings.find(Dirs);
+  if (Listing == m_Listings.end()) {
+    Listing = m_Listings.insert(Dirs, {});
+    for (const QString& sEntry : Dirs) {
+      bool bInProject = false;
+      const QString sDir = SearchDir(sEntry, bInProject);
+      if (sDir.isEmpty()) continue;
+      QDirIterator Files(sDir, QDir::Files | QDir::Hidden | QDir::System);
+      while (Files.hasNext()) {
+        Files.next();
+        const QString sFile = Files.fileName();
+        if (Listing->contains(sFile)) continue;
+        Listing->insert(sFile, {NormalisedPath(sDir + QLatin1Char('/') + sFile), bInProject});
+      }
+    }
+  }
+  return Listing->value(sName);
+}
+
+void CPathResolver::BeginBurst() {
+  const std::lock_guard Lock(m_Mutex);
+  ++m_NumBursts;
+}
+
+void CPathResolver::EndBurst() {
+  const std::lock_guard Lock(m_Mutex);
+  if (--m_NumBursts == 0) m_Listings.clear();
+}
+
+bool CPathResolver::AddMovedTree(const MOVED_TREE& Tree, const QString& sWanted, const QString& sChosen) {
+  const std::lock_guard Lock(m_Mutex);
+  if (Tree.Rule == MOVED_TREE_NONE || m_PathSubstitutes.contains(Tree.sOld)) return false;
+  const auto Substitutes = m_PathSubstitutes;
+  const QStringList RootPaths = m_RootPaths;
+  if (Tree.Rule == MOVED_TREE_ROOT) {
+    AddRootPath(Tree.sNew);
+  } else {
+    AddPathSubstitute(Tree.sOld, Tree.sNew);
+  }
+  if (NormalisedPath(Resolve(sWanted).sPath) == NormalisedPath(sChosen)) return true;
+  m_PathSubstitutes = Substitutes;
+  m_RootPaths = RootPaths;
+  ++m_Generation;
+  return false;
 }
 
 QString CPathResolver::FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const {
@@ -214,7 +268,7 @@ RESOLVED_PATH CPathResolver::Resolve(const QString& sPath) const {
   const QString sSubstituted = ApplySubstitutes(sWorking);
   if (!sSubstituted.isEmpty()) sWorking = sSubstituted;
   const QString sCleaned = NormalisedPath(sWorking);
-  if (!IsRelative(sCleaned)) return {IsFile(sCleaned) ? sCleaned : sWorking, false};
+  if (!IsRelativePath(sCleaned)) return {IsFile(sCleaned) ? sCleaned : sWorking, false};
   if (IsFile(sCleaned)) return {sCleaned, false};
   RESOLVED_PATH Result;
   Result.sPath = FindByKind(SearchFor(sCleaned), sCleaned, Result.bFoundInProject);
@@ -231,7 +285,10 @@ QString CPathResolver::GetAliasOf(const QString& sPath) const {
 
 void CPathResolver::AddFileAlias(const QString& sOldPath, const QString& sNewPath) {
   const std::lock_guard Lock(m_Mutex);
-  m_FileAliases.insert(ExpandMacros(sOldPath), NormalisedPath(ExpandMacros(sNewPath)));
+  const QString sKey = ExpandMacros(sOldPath);
+  m_FileAliases.insert(sKey, NormalisedPath(ExpandMacros(sNewPath)));
+  TakeFirst(m_AliasKeys, sKey.toCaseFolded(), sKey);
+  TakeFirst(m_CleanedAliasKeys, NormalisedPath(sKey).toCaseFolded(), sKey);
   ++m_Generation;
 }
 
@@ -251,7 +308,7 @@ void CPathResolver::AddRootPath(const QString& sPath) {
   const std::lock_guard Lock(m_Mutex);
   QString sRoot = NormalisedPath(ExpandMacros(sPath));
   bool bInProject = false;
-  const QString sFound = IsRelative(sRoot) ? FindInBases(sRoot, true, bInProject) : QString();
+  const QString sFound = IsRelativePath(sRoot) ? FindInBases(sRoot, true, bInProject) : QString();
   m_RootPaths.append(sFound.isEmpty() ? sRoot : sFound);
   ++m_Generation;
 }
@@ -259,6 +316,8 @@ void CPathResolver::AddRootPath(const QString& sPath) {
 void CPathResolver::Clear() {
   const std::lock_guard Lock(m_Mutex);
   m_FileAliases.clear();
+  m_AliasKeys.clear();
+  m_CleanedAliasKeys.clear();
   m_PathSubstitutes.clear();
   m_SearchDirs.clear();
   m_RootPaths.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -8,6 +9,7 @@
 #include <mutex>
 
 #include "base/types.h"
+#include "program/database/moved_tree.h"
 
 // Outcome of one search. Path may name no file.
 struct RESOLVED_PATH {
@@ -32,6 +34,13 @@ public:
   // Forgets the four lists above.
   void Clear();
 
+  // Adds the rule of a moved tree if the wanted path then leads to the chosen file; else nothing changes and false.
+  bool AddMovedTree(const MOVED_TREE& Tree, const QString& sWanted, const QString& sChosen);
+
+  // Between these the contents of search directories are read once and remembered. They nest; see CFindBurst.
+  void BeginBurst();
+  void EndBurst();
+
   // Files whose directories are bases; empty for none.
   void SetProjectPath(const QString& sPath);
   void SetProgramPath(const QString& sPath);
@@ -55,6 +64,9 @@ private:
   QString ApplySubstitutes(const QString& sPath) const;
   QString FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const;
   QString TryBase(const QString& sBase, const QString& sPath) const;
+  QString SearchDir(const QString& sDir, bool& bInProject) const;
+  RESOLVED_PATH FindInEach(const QString& sName, const QStringList& Dirs) const;
+  RESOLVED_PATH FindInListings(const QString& sName, const QStringList& Dirs) const;
   QString FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const;
   QStringList SearchNames(const SEARCH& Search, const QString& sPath) const;
   QString FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const;
@@ -63,6 +75,8 @@ private:
   mutable std::recursive_mutex m_Mutex;
   LogFunc m_Log;
   QMap<QString, QString> m_FileAliases;
+  QHash<QString, QString> m_AliasKeys;         // first key of each folded form
+  QHash<QString, QString> m_CleanedAliasKeys;  // the same of the cleaned keys
   QMap<QString, QString> m_PathSubstitutes;
   QStringList m_SearchDirs;
   QStringList m_RootPaths;
@@ -70,4 +84,9 @@ private:
   QString m_sProgramPath;
   QString m_sExecutableDir;
   std::atomic<U32> m_Generation{0};
+
+  // During bursts: by list of directories, the first file of each name in them.
+  int m_NumBursts = 0;
+  mutable QHash<QStringList, QHash<QString, RESOLVED_PATH>> m_Listings;
+  mutable U32 m_ListingsGeneration = 0;
 };
