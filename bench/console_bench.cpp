@@ -57,7 +57,7 @@ public:
   void Print(const char* sName) {
     std::ranges::sort(m_Gaps);
     const size_t Size = m_Gaps.size();
-    std::printf("%-28s longest gap %.1f ms, 99 %% below %.1f ms, %zu turns\n", sName, m_Gaps.back(),
+    std::printf("%-30s longest gap %.1f ms, 99 %% below %.1f ms, %zu turns\n", sName, m_Gaps.back(),
                 m_Gaps[Size * 99 / 100], Size);
   }
 
@@ -67,11 +67,21 @@ private:
   std::vector<double> m_Gaps;
 };
 
-// What the machine itself keeps from the timer.
-void MeasureIdle() {
+// What the machine itself keeps from the timer, with and without threads that only keep it busy.
+void MeasureIdle(int NumBusy) {
+  std::atomic<bool> bStop = false;
+  std::vector<std::thread> Busy;
+  for (int t = 0; t < NumBusy; ++t) {
+    Busy.emplace_back([&bStop] {
+      while (!bStop) {
+      }
+    });
+  }
   CGapMeter Meter;
   QTest::qWait(IDLE_MS);
-  Meter.Print("idle:");
+  Meter.Print(NumBusy ? "two busy threads, no message:" : "idle:");
+  bStop = true;
+  for (std::thread& Thread : Busy) Thread.join();
 }
 
 void MeasureLoad(CConsoleWindow& Console, bool bBurst) {
@@ -116,7 +126,7 @@ void MeasureGrowth(const char* sName, int NumLines, const std::function<void(int
     aDuration.push_back(static_cast<double>(Timer.nsecsElapsed()) / NS_PER_MS);
   }
   const double Bytes = static_cast<double>(ResidentBytes() - Before) / NumLines;
-  std::printf("%-28s %.0f bytes a line; 100 lines in", sName, Bytes);
+  std::printf("%-30s %.0f bytes a line; 100 lines in", sName, Bytes);
   const int Tenth = std::max(1, NumBatches / 10);
   for (const int First : {0, (NumBatches - Tenth) / 2, NumBatches - Tenth}) {
     const auto Begin = aDuration.begin() + First;
@@ -181,7 +191,8 @@ int main(int NumArgs, char** pArgs) {
   Console.resize(WINDOW_SIZE);
   Console.show();
   QTest::qWait(100);
-  MeasureIdle();
+  MeasureIdle(0);
+  MeasureIdle(NUM_WRITERS);
   MeasureLoad(Console, true);
   MeasureLoad(Console, false);
   MeasureMany(Console, NumLines);
