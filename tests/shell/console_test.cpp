@@ -57,8 +57,8 @@ private Q_SLOTS:
   void coloursFollowThePaletteAndTheSettings();
   void shownTextsFollowTheFont();
   void eachPaneHasItsMenu();
-  void theKeysOfThePaneCopyAndClear();
-  void aBurstFillsTheRingAndLetsTheUserType();
+  void keysCopyFromThePaneAndDeleteInTheInput();
+  void aBurstOfTwoThreadsIsKeptAsFarAsTheRingGoes();
   void whatWaitsAtTheEndIsInTheLogFile();
 
 private:
@@ -342,7 +342,7 @@ void CConsoleTest::eachPaneHasItsMenu() {
            QStringList{QStringLiteral("&Timestamps")});
 }
 
-void CConsoleTest::theKeysOfThePaneCopyAndClear() {
+void CConsoleTest::keysCopyFromThePaneAndDeleteInTheInput() {
   PrintConsole(QStringLiteral("first"));
   PrintConsole(QStringLiteral("second"));
   m_pConsole->Drain();
@@ -357,8 +357,8 @@ void CConsoleTest::theKeysOfThePaneCopyAndClear() {
   QCOMPARE(Lines().size(), 2);
 }
 
-// A burst of two threads while keys arrive: as many messages are kept as the ring holds, and no key is lost.
-void CConsoleTest::aBurstFillsTheRingAndLetsTheUserType() {
+// Keys that arrive while the burst is being shown are not lost.
+void CConsoleTest::aBurstOfTwoThreadsIsKeptAsFarAsTheRingGoes() {
   constexpr int NUM_MESSAGES = 5000;
   const auto Write = [](const char* sText) {
     for (int i = 0; i < NUM_MESSAGES; ++i) PrintConsole(sText, CONSOLE_RGBA_DEFAULT);
