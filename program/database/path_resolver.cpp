@@ -29,8 +29,13 @@ bool IsFile(const QString& sPath) {
   return QFileInfo(sPath).isFile();
 }
 
+// Patterns are all of the form "*.suffix".
 bool Matches(const char* sPatterns, const QString& sPath) {
-  return QDir::match(QString::fromLatin1(sPatterns).split(QLatin1Char(' ')), QFileInfo(sPath).fileName());
+  const QString sName = sPath.mid(sPath.lastIndexOf(QLatin1Char('/')) + 1);
+  for (const auto& sPattern : QLatin1String(sPatterns).tokenize(QLatin1Char(' '))) {
+    if (sName.endsWith(sPattern.mid(1), Qt::CaseInsensitive)) return true;
+  }
+  return false;
 }
 
 QString DirOf(const QString& sFile) {
@@ -127,10 +132,10 @@ QString CPathResolver::ApplySubstitutes(const QString& sPath) const {
   QString sResult = SingleSlashes(sPath);
   bool bApplied = false;
   for (auto it = m_PathSubstitutes.cbegin(); it != m_PathSubstitutes.cend(); ++it) {
-    if (it.key().isEmpty() || !sResult.contains(it.key(), Qt::CaseInsensitive)) continue;
-    sResult.replace(it.key(), it.value(), Qt::CaseInsensitive);
+    if (it.key().isEmpty() || it->Matcher.indexIn(sResult) < 0) continue;
+    sResult.replace(it.key(), it->sNewPart, Qt::CaseInsensitive);
     bApplied = true;
-    Log(QStringLiteral("Path substituted: %1 -> %2").arg(it.key(), it.value()));
+    Log(QStringLiteral("Path substituted: %1 -> %2").arg(it.key(), it->sNewPart));
   }
   return bApplied ? sResult : sPath;
 }
@@ -168,17 +173,17 @@ QString CPathResolver::SearchDir(const QString& sDir, bool& bInProject) const {
   return IsRelativePath(sPath) ? FindInBases(sPath, true, bInProject) : sPath;
 }
 
-QString CPathResolver::FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const {
-  if (Dirs.isEmpty()) return {};
+QString CPathResolver::FindInDirs(const QString& sName, const SEARCH& Search, bool& bInProject) const {
+  if (m_SearchDirs.isEmpty() && Search.Dirs.isEmpty()) return {};
   Log(QStringLiteral("Looking for %1 in search directories.").arg(sName));
-  const RESOLVED_PATH Found = m_NumBursts > 0 ? FindInListings(sName, Dirs) : FindInEach(sName, Dirs);
+  const RESOLVED_PATH Found = m_NumBursts > 0 ? ListingOf(Search).value(sName) : FindInEach(sName, Search);
   bInProject = Found.bFoundInProject;
   if (!Found.sPath.isEmpty()) Log(QStringLiteral("Found %1 in %2").arg(sName, Found.sPath));
   return Found.sPath;
 }
 
-RESOLVED_PATH CPathResolver::FindInEach(const QString& sName, const QStringList& Dirs) const {
-  for (const QString& sEntry : Dirs) {
+RESOLVED_PATH CPathResolver::FindInEach(const QString& sName, const SEARCH& Search) const {
+  for (const QString& sEntry : m_SearchDirs + Search.Dirs) {
     bool bInProject = false;
     const QString sDir = SearchDir(sEntry, bInProject);
     if (sDir.isEmpty()) continue;
@@ -188,26 +193,25 @@ RESOLVED_PATH CPathResolver::FindInEach(const QString& sName, const QStringList&
   return {};
 }
 
-RESOLVED_PATH CPathResolver::FindInListings(const QString& sName, const QStringList& Dirs) const {
+const CPathResolver::LISTING& CPathResolver::ListingOf(const SEARCH& Search) const {
   if (m_ListingsGeneration != m_Generation) m_Listings.clear();
   m_ListingsGeneration = m_Generation;
-  auto Listing = m_Listings.find(Dirs);
-  if (Listing == m_Listings.end()) {
-    Listing = m_Listings.insert(Dirs, {});
-    for (const QString& sEntry : Dirs) {
-      bool bInProject = false;
-      const QString sDir = SearchDir(sEntry, bInProject);
-      if (sDir.isEmpty()) continue;
-      QDirIterator Files(sDir, QDir::Files | QDir::Hidden | QDir::System);
-      while (Files.hasNext()) {
-        Files.next();
-        const QString sFile = Files.fileName();
-        if (Listing->contains(sFile)) continue;
-        Listing->insert(sFile, {NormalisedPath(sDir + QLatin1Char('/') + sFile), bInProject});
-      }
+  const auto Known = m_Listings.constFind(&Search);
+  if (Known != m_Listings.cend()) return *Known;
+  LISTING& Listing = m_Listings[&Search];
+  for (const QString& sEntry : m_SearchDirs + Search.Dirs) {
+    bool bInProject = false;
+    const QString sDir = SearchDir(sEntry, bInProject);
+    if (sDir.isEmpty()) continue;
+    QDirIterator Files(sDir, QDir::Files | QDir::Hidden | QDir::System);
+    while (Files.hasNext()) {
+      Files.next();
+      const QString sFile = Files.fileName();
+      if (Listing.contains(sFile)) continue;
+      Listing.insert(sFile, {NormalisedPath(sDir + QLatin1Char('/') + sFile), bInProject});
     }
   }
-  return Listing->value(sName);
+  return Listing;
 }
 
 void CPathResolver::BeginBurst() {
@@ -243,7 +247,7 @@ QString CPathResolver::FindByKind(const SEARCH& Search, const QString& sPath, bo
   if (IsFile(sInBase)) return sInBase;
   for (const QString& sCandidate : SearchNames(Search, sPath)) {
     const QString sName = sCandidate.mid(sCandidate.lastIndexOf(QLatin1Char('/')) + 1);
-    const QString sFound = FindInDirs(sName, m_SearchDirs + Search.Dirs, bInProject);
+    const QString sFound = FindInDirs(sName, Search, bInProject);
     if (!sFound.isEmpty()) return sFound;
   }
   bInProject = false;
@@ -294,7 +298,8 @@ void CPathResolver::AddFileAlias(const QString& sOldPath, const QString& sNewPat
 
 void CPathResolver::AddPathSubstitute(const QString& sOldPart, const QString& sNewPart) {
   const std::lock_guard Lock(m_Mutex);
-  m_PathSubstitutes.insert(SingleSlashes(ExpandMacros(sOldPart)), SingleSlashes(ExpandMacros(sNewPart)));
+  const QString sKey = SingleSlashes(ExpandMacros(sOldPart));
+  m_PathSubstitutes.insert(sKey, {SingleSlashes(ExpandMacros(sNewPart)), QStringMatcher(sKey, Qt::CaseInsensitive)});
   ++m_Generation;
 }
 

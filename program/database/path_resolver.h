@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QStringMatcher>
 #include <atomic>
 #include <functional>
 #include <mutex>
@@ -56,6 +57,12 @@ public:
 
 private:
   struct SEARCH;
+  struct SUBSTITUTE {
+    QString sNewPart;
+    QStringMatcher Matcher;  // of the old part
+  };
+  // The first file of each name in the directories of a search.
+  using LISTING = QHash<QString, RESOLVED_PATH>;
 
   void Log(const QString& sText) const;
   QString ExecutableDir() const;
@@ -65,9 +72,9 @@ private:
   QString FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const;
   QString TryBase(const QString& sBase, const QString& sPath) const;
   QString SearchDir(const QString& sDir, bool& bInProject) const;
-  RESOLVED_PATH FindInEach(const QString& sName, const QStringList& Dirs) const;
-  RESOLVED_PATH FindInListings(const QString& sName, const QStringList& Dirs) const;
-  QString FindInDirs(const QString& sName, const QStringList& Dirs, bool& bInProject) const;
+  RESOLVED_PATH FindInEach(const QString& sName, const SEARCH& Search) const;
+  const LISTING& ListingOf(const SEARCH& Search) const;
+  QString FindInDirs(const QString& sName, const SEARCH& Search, bool& bInProject) const;
   QStringList SearchNames(const SEARCH& Search, const QString& sPath) const;
   QString FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const;
   static const SEARCH& SearchFor(const QString& sPath);
@@ -77,7 +84,7 @@ private:
   QMap<QString, QString> m_FileAliases;
   QHash<QString, QString> m_AliasKeys;         // first key of each folded form
   QHash<QString, QString> m_CleanedAliasKeys;  // the same of the cleaned keys
-  QMap<QString, QString> m_PathSubstitutes;
+  QMap<QString, SUBSTITUTE> m_PathSubstitutes;
   QStringList m_SearchDirs;
   QStringList m_RootPaths;
   QString m_sProjectPath;
@@ -85,8 +92,8 @@ private:
   QString m_sExecutableDir;
   std::atomic<U32> m_Generation{0};
 
-  // During bursts: by list of directories, the first file of each name in them.
+  // Remembered during bursts.
   int m_NumBursts = 0;
-  mutable QHash<QStringList, QHash<QString, RESOLVED_PATH>> m_Listings;
+  mutable QHash<const SEARCH*, LISTING> m_Listings;
   mutable U32 m_ListingsGeneration = 0;
 };
