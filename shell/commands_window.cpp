@@ -54,7 +54,8 @@ void WindowClose(COMMAND_CONTEXT& Context) {
   } else {
     pWindow = FindArgWindow(Context, ID, true);
   }
-  if (pWindow == nullptr || pWindow->GetDock() == nullptr) return;
+  if (pWindow == nullptr) return;
+  if (pWindow->GetDock() == nullptr) return Fail(ID, ActionError::INVALID_PARAMETER);
   SetActionArgs(ID, QStringList{pWindow->GetName()});
   pWindow->GetDock()->setFloating(false);
   pWindow->GetDock()->hide();

@@ -174,8 +174,7 @@ void CMainWindow::ApplyColor(U32 ID, const QColor& Color) {
 
 void CMainWindow::ConnectWindows() {
   for (CWindow* const pWindow : GetWindowList()) {
-    connect(pWindow, &CWindow::StatusTextChanged, this,
-            [pWindow] { CStatusBar::_GetSingleton()->SetActiveWindowStatus(pWindow->GetStatusText()); });
+    connect(pWindow, &CWindow::StatusTextChanged, this, [this, pWindow] { ShowStatusOf(*pWindow); });
     if (CDockWindow* const pDock = pWindow->GetDock()) {
       connect(pDock, &QDockWidget::visibilityChanged, pWindow, &CWindow::VisibilityChanged);
       connect(pDock, &QDockWidget::topLevelChanged, pWindow, &CWindow::FloatingStateChanged);
@@ -191,6 +190,13 @@ void CMainWindow::ConnectWindows() {
   connect(m_pSource, &CWindow::ContentChanged, this, &CMainWindow::UpdateActions, Qt::QueuedConnection);
   connect(m_pLoader.get(), &CProgramLoader::AboutToChange, this, [this] { m_pSource->ClearPC(); });
   connect(m_pLoader.get(), &CProgramLoader::DataFileOpened, this, &CMainWindow::OnDataFileOpened);
+}
+
+// Of the window with the focus; while none has it, of whichever has something new.
+void CMainWindow::ShowStatusOf(const CWindow& Window) {
+  const QList<CWindow*>& All = GetWindowList();
+  const bool bOther = std::any_of(All.begin(), All.end(), [](const CWindow* pWindow) { return pWindow->HasFocus(); });
+  if (Window.HasFocus() || !bOther) CStatusBar::_GetSingleton()->SetActiveWindowStatus(Window.GetStatusText());
 }
 
 void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
@@ -219,7 +225,7 @@ void CMainWindow::OnWindowShown() {
 }
 
 bool CMainWindow::IsIdle() const {
-  return !CProject::Get().IsOpening() && VScript::CallLevel() == 0;
+  return !CProject::Get().IsOpening() && VScript::CallLevel() == 0 && !m_pSession->IsHaltHookPending();
 }
 
 void CMainWindow::UpdateActions() {

@@ -106,6 +106,7 @@ private:
   void UpdateRecentMenus();
   void UpdateWindowList();
   void AddWindowEntries(QMenu* pMenu);
+  void ShowStatusOf(const CWindow& Window);
   void OnWindowShown();
   void OnToolbarUpdateTimerTimeout();
   void OnApplicationActivated();

@@ -1,4 +1,5 @@
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -8,6 +9,7 @@
 #include "device/device.h"
 #include "device/device_data_provider.h"
 #include "program/database/elfapi.h"
+#include "project/project.h"
 #include "script/vscript.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -59,9 +61,11 @@ private Q_SLOTS:
   void windowsAreFoundByName();
   void aDocksCloseButtonIsACommand();
   void windowCloseNeedsAFocusedDock();
+  void theStatusIsThatOfTheWindowWithTheFocus();
   void filesAndLinesAreShownByCommand();
   void shiftF5Stops();
   void openingAProjectDuringASessionAsksFirst();
+  void aCancelledCloseChangesNothing();
   void closingEndsAnEndlessScript();
 
 private:
@@ -207,8 +211,22 @@ void CMainWindowTest::windowCloseNeedsAFocusedDock() {
   QVERIFY(m_pWindow->Console().GetDock()->isHidden());
   PerformAction(ACTION_WINDOW_CLOSE, QStringLiteral("Console"));
   QVERIFY(ConsoleText().contains(QStringLiteral("Window.Close (\"Console\"): unknown window: \"Console\"")));
+  PerformAction(ACTION_WINDOW_CLOSE, QStringLiteral("Source"));
+  QVERIFY(ConsoleText().endsWith(QStringLiteral("Window.Close (\"Source\"): invalid parameter")));
   GetAction(ACTION_WINDOW_SHOW_CONSOLE)->trigger();
   QVERIFY(m_pWindow->Console().IsVisible() && m_pWindow->Console().HasFocus());
+}
+
+void CMainWindowTest::theStatusIsThatOfTheWindowWithTheFocus() {
+  const auto* const pStatus = m_pWindow->findChild<QLabel*>(QStringLiteral("WindowStatus"));
+  m_pWindow->Source().setFocus();
+  QVERIFY(m_pWindow->Source().ShowLine(5));
+  QTRY_COMPARE(pStatus->text(), QStringLiteral("Ln 5  Ch 1"));
+  m_pWindow->Console().FocusInput();
+  QVERIFY(m_pWindow->Source().ShowLine(7));
+  QTRY_COMPARE(pStatus->text(), m_pWindow->Console().GetStatusText());
+  m_pWindow->Source().setFocus();
+  QTRY_COMPARE(pStatus->text(), QStringLiteral("Ln 7  Ch 1"));
 }
 
 void CMainWindowTest::filesAndLinesAreShownByCommand() {
@@ -268,6 +286,38 @@ void CMainWindowTest::shiftF5Stops() {
   QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsConnected(), WAIT_MS);
   QTRY_VERIFY_WITH_TIMEOUT(GetAction(ACTION_DEBUG_START)->isEnabled(), WAIT_MS);
   QVERIFY(m_pWindow->windowTitle().endsWith(QStringLiteral("traffic_light.vdebug")));
+}
+
+// A project that has never been saved is a modified one.
+void CMainWindowTest::aCancelledCloseChangesNothing() {
+  m_pWindow->Projects().CreateProject(
+      QString(),
+      {QStringLiteral("Project.SetDevice (\"nRF52840_xxAA\");"), QStringLiteral("Project.SetHostIF (\"USB\", \"\");"),
+       QStringLiteral("Project.SetTargetIF (\"SWD\");"),
+       QStringLiteral("File.Open (\"" VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.elf\");")});
+  QVERIFY(CProject::Get().IsModified());
+  QTest::keyClick(m_pWindow, Qt::Key_F5);
+  QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+  PerformAction(ACTION_DEBUG_CONTINUE);
+  QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsHalted(), WAIT_MS);
+  QStringList Asked;
+  int Answer = CMessageBox::OTHER;
+  CMessageBox::SetResponder([&](const QString& sTitle, const QString&, int) {
+    Asked << sTitle;
+    return Answer;
+  });
+  QVERIFY(!m_pWindow->close());
+  QCOMPARE(Asked, QStringList{QStringLiteral("Save Project Changes?")});
+  QVERIFY(!CMainWindow::IsShuttingDown() && m_pWindow->isVisible() && CDevice::Get().IsConnected());
+  QTRY_VERIFY_WITH_TIMEOUT(GetAction(ACTION_DEBUG_HALT)->isVisible(), WAIT_MS);
+  PerformAction(ACTION_DEBUG_HALT);
+  QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+  PerformAction(ACTION_DEBUG_STOP);
+  QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsConnected(), WAIT_MS);
+  Answer = CMessageBox::DECLINED;
+  PerformAction(ACTION_FILE_OPEN, PROJECT);
+  QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && !CProject::Get().IsModified(), WAIT_MS);
+  CMessageBox::SetResponder(nullptr);
 }
 
 void CMainWindowTest::closingEndsAnEndlessScript() {
