@@ -53,9 +53,17 @@ QStringList ProjectCommands(const CMD_LINE_ARGS& Args) {
   return Commands;
 }
 
-bool CreateProjectFromCmdLine(CProjectController& Projects) {
+// A device alone is no project: the host and the target interface have to be given too.
+void CreateProjectFromCmdLine(CProjectController& Projects) {
   const CMD_LINE_ARGS& Args = GetCmdLineArgs();
-  if (Args.sDevice.isEmpty() || Args.sHostIF.isEmpty() || Args.sTargetIF.isEmpty()) return false;
+  QStringList Missing;
+  if (Args.sHostIF.isEmpty()) Missing << QStringLiteral("-usb or -ip");
+  if (Args.sTargetIF.isEmpty()) Missing << QStringLiteral("-if");
+  if (!Missing.isEmpty()) {
+    PrintConsoleError(QStringLiteral("No project was made for the device %1: the command line lacks %2.")
+                          .arg(Args.sDevice, Missing.join(QStringLiteral(" and "))));
+    return;
+  }
   const QStringList Commands = ProjectCommands(Args);
   if (QFileInfo(Args.sProjectFile).isFile()) {
     AddProjectCommands(Args.sProjectFile, Commands);
@@ -63,7 +71,6 @@ bool CreateProjectFromCmdLine(CProjectController& Projects) {
   } else {
     Projects.CreateProject(Args.sProjectFile, Commands);
   }
-  return true;
 }
 
 void StartNewProject() {
