@@ -1,12 +1,12 @@
 #include "project/recent_list.h"
 
 #include <QFileInfo>
+#include <algorithm>
 
 void CRecentList::Update(const QString& sOld, const QString& sNew) {
   QStringList Paths = m_Paths;
   if (!sOld.isEmpty() && Paths.contains(sOld)) {
-    Paths.replaceInStrings(QRegularExpression(QRegularExpression::anchoredPattern(QRegularExpression::escape(sOld))),
-                           sNew);
+    std::replace(Paths.begin(), Paths.end(), sOld, sNew);
   } else if (!Paths.contains(sNew) && Paths.size() >= m_Cap) {
     Paths.removeLast();
   }
