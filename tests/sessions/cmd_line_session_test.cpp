@@ -66,6 +66,7 @@ TEST(CmdLineSession, TooFewOptionsMakeNoProject) {
   const SESSION_RESULT Run = RunSession(QStringLiteral("@wait idle\n"), TARGET.first(3));
   EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
   EXPECT_FALSE(Run.Has("Project.")) << Run.sOutput.toStdString();
+  EXPECT_TRUE(Run.Has("the command line lacks -if.")) << Run.sOutput.toStdString();
 }
 
 TEST(CmdLineSession, AProjectAsTheFirstArgumentWins) {
