@@ -31,9 +31,7 @@ EOL_FORMAT DetectLineEnding(const QString& sText) {
 }
 
 QString DecodeSource(const QByteArray& Bytes) {
-  QStringDecoder Decoder(QStringDecoder::Utf8);
-  const QString sText = Decoder(Bytes);
-  return Decoder.hasError() ? QString::fromLatin1(Bytes) : sText;
+  return Bytes.isValidUtf8() ? QString(QStringDecoder(QStringDecoder::Utf8)(Bytes)) : QString::fromLatin1(Bytes);
 }
 
 QString FindSourceFile(const QString& sPath) {
