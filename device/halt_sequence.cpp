@@ -142,10 +142,11 @@ void CHaltSequence::OnHalted() {
   const bool bAtHidden = Ctx.State.HiddenBP.Addr == PC;
   DEVICE_EXEC_FLAGS& Exec = Ctx.State.Exec;
   Exec.bHalted = true;
-  Exec.bAccessible = true;
   Exec.bTargetRan = true;
   Ctx.LogDebugMsg(QStringLiteral("Target has halted and all halt conditions were passed"));
   Breakpoints.RemoveHiddenBreakpoint();
+  // Right before the report: who sees a target at rest finds its halt among the events.
+  Exec.bAccessible = true;
   ReportHalt(PC, State, bAtHidden);
   Ctx.State.HiddenBP.PendingJob = 0;
   Exec.bStepping = false;

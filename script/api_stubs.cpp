@@ -61,9 +61,14 @@ QString ArgText(const CTrans& Engine, PARAM Kind, U64 Value) {
   return {};
 }
 
-// A script's string lies in the script heap; a number passed for one does not.
-bool CheckStringArg(const CTrans& Engine, U64 Value) {
-  if (Engine.IsHeapPointer(Value)) return true;
+// A script's string lies in the script heap; a number passed for one does not, and no number is that high.
+bool CheckArg(const CTrans& Engine, PARAM Kind, U64 Value) {
+  if (Engine.IsHeapPointer(Value) == (Kind == PARAM::TEXT)) return true;
+  if (Kind != PARAM::TEXT) {
+    PrintConsoleError(
+        QStringLiteral("Invalid user function parameter: \"%1\"").arg(ArgText(Engine, PARAM::TEXT, Value)));
+    return false;
+  }
   PrintConsoleError(QStringLiteral("Invalid user function parameter: %1 (%2)")
                         .arg(QStringLiteral("0x") + QString::number(Value, 16).toUpper(), QString::number(Value)));
   return false;
@@ -136,7 +141,7 @@ CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
     QStringList Args;
     for (U32 i = 0; i < NumArgs && i < Params.size(); ++i) {
       const PARAM Kind = IsVarText(Engine, ActionID, paArgs, i) ? PARAM::TEXT : Params[i];
-      if (Kind == PARAM::TEXT && !CheckStringArg(Engine, paArgs[i])) return FAILED;
+      if (!CheckArg(Engine, Kind, paArgs[i])) return FAILED;
       Args << ArgText(Engine, Kind, paArgs[i]);
     }
     U64 Result = 0;
@@ -176,7 +181,8 @@ bool WaitForControlJobs() {
   CDevice& Device = CDevice::Get();
   QElapsedTimer Timer;
   Timer.start();
-  while (Device.IsQueueBusy(JQ_CONTROL) && Device.isRunning()) {
+  // What a finished job leads to is scheduled when its event is delivered.
+  while (Device.isRunning() && (Device.IsQueueBusy(JQ_CONTROL) || Device.HasEvents())) {
     if (Timer.elapsed() > CONTROL_JOBS_WAIT_MS) return false;
     ProcessHostEvents();
     QThread::yieldCurrentThread();

@@ -12,7 +12,7 @@ void RegisterConstants(CTrans& Engine);
 
 // Waits for the jobs of a type, then delivers what the device has to say.
 void WaitForJobDone(U32 JobType, bool bProcessEvents);
-// What Debug.Start waits for: no unfinished control job. False after 120 s.
+// What Debug.Start waits for: no unfinished control job, and nothing heard that could lead to one. False after 120 s.
 bool WaitForControlJobs();
 
 // Target.Read* and Target.GetReg without the action table; the handlers of those commands call them too.

@@ -58,6 +58,8 @@ public:
   // write.
   int WriteFileToTarget(const QString& sFile, I64 Addr);
   void SetDownloadKind(DOWNLOAD_KINDS Kind) { m_DownloadKind = Kind; }
+  // A halt whose hook has yet to run.
+  bool IsHaltHookPending() const;
   // Runs a hook of the project, if it has it; shows the console when that fails. See VScript::ExecFunction.
   int ExecScriptFunc(int FuncID);
   // Finds the address of VAR_BREAK_AT_THIS_SYMBOL in the present program and tells the device. False: no such symbol.

@@ -131,7 +131,8 @@ void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
   Status().SetStatusMessage(QStringLiteral("CPU halted"));
   Status().EndProgress();
   m_View.OnSessionStateChanged();
-  if (Reason == HR_STATE_CHANGED) return;
+  // A halt on the way to the start of the program is none of the session's, even if the hook's time comes behind it.
+  if (Reason == HR_STATE_CHANGED || !Device().IsSessionReady()) return;
   m_HaltedTimer.start(Reason == HR_GENERAL || Reason == HR_BREAKPOINT ? 0 : HALT_DELAY_MS);
 }
 
@@ -141,6 +142,10 @@ void CSessionController::OnDeviceStepped(U32 PC) {
   m_HaltedTimer.start(HALT_DELAY_MS);
   m_View.ShowPC(PC);
   m_View.OnSessionStateChanged();
+}
+
+bool CSessionController::IsHaltHookPending() const {
+  return m_HaltedTimer.isActive() && VScript::HasFunction(HOOK_AFTER_TARGET_HALT);
 }
 
 void CSessionController::OnTargetHaltedAndTOElapsed() {

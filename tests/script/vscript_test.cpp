@@ -158,10 +158,12 @@ TEST_F(CVScriptTest, CommandsGetTheirArgumentsAsTexts) {
 
 TEST_F(CVScriptTest, ANumberIsNoString) {
   Run("Util.Sleep(Window.Show(26) == 0xFFFFFFFF); Util.Sleep(Util.Log(-1) == 0xFFFFFFFF);");
-  EXPECT_THAT(m_Calls, ElementsAre("1", "1"));
+  Run("Util.Sleep(Util.Sleep(\"1\") == 0xFFFFFFFF);");
+  EXPECT_THAT(m_Calls, ElementsAre("1", "1", "1"));
   EXPECT_THAT(ConsoleErrors(), ElementsAre("Invalid user function parameter: 0x1A (26)",
                                            "Invalid user function parameter: 0xFFFFFFFFFFFFFFFF "
-                                           "(18446744073709551615)"));
+                                           "(18446744073709551615)",
+                                           "Invalid user function parameter: \"1\""));
 }
 
 TEST_F(CVScriptTest, MessagesAreShownWithoutTheirCommand) {
