@@ -95,7 +95,7 @@ int CBatchSession::Answer(const QString& sTitle, const QString& sText, int Defau
 }
 
 void CBatchSession::PrintMessages() {
-  if (m_pWindow) m_pWindow->Console().Drain();
+  if (m_pWindow) m_pWindow->Console().DrainAll();
 }
 
 void CBatchSession::Step() {

@@ -284,6 +284,8 @@ void CMainWindow::FocusSourceWindow() {
 void CMainWindow::RaiseConsole() {
   m_pConsole->GetDock()->show();
   m_pConsole->GetDock()->raise();
+  // The error that is shown next must not be lost behind the many lines of a loop.
+  m_pConsole->DrainAll();
 }
 
 // The viewer does not edit yet, so that no source can differ.

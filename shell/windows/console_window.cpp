@@ -199,6 +199,10 @@ void CConsoleWindow::Drain() {
   for (const CONSOLE_MSG& Msg : Messages) Q_EMIT MessageShown(QString::fromUtf8(Msg.Text));
 }
 
+void CConsoleWindow::DrainAll() {
+  for (U32 i = 0; i < CONSOLE_RING_SLOTS; i += CONSOLE_DRAIN_MAX) Drain();
+}
+
 void CConsoleWindow::UpdateScrollBars() {
   const QScrollBar* const pHidden = m_pView->horizontalScrollBar();
   const QScrollBar* const pVertical = m_pView->verticalScrollBar();

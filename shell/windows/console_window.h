@@ -36,6 +36,8 @@ public:
   void RemoveCommandListener(CWindow* pWindow);
   // Shows what has been printed so far.
   void Drain();
+  // Shows all that waits, so that what is printed next cannot be dropped.
+  void DrainAll();
   void FocusInput();
   // The command whose name stands in the input while that has the focus; NUM_ACTIONS if there is none.
   U32 CommandInInput() const;
