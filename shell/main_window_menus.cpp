@@ -2,6 +2,7 @@
 
 #include <QToolButton>
 
+#include "script/vscript.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
@@ -25,7 +26,7 @@ QString RecentText(int Index, const QString& sPath) {
 }  // namespace
 
 void CMainWindow::CreateMenus() {
-  RegisterBuiltinCommands([] { return IsShuttingDown(); });
+  RegisterBuiltinCommands([] { return IsShuttingDown() || VScript::IsStopping(); });
   RegisterFileCommands(*m_pCommands);
   RegisterHelpCommands(*m_pCommands);
   RegisterDebugCommands(*m_pCommands);
