@@ -1,3 +1,5 @@
+// The main function of a test program with actions, which need an application. Named as a source in its CMakeLists.txt.
+
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -5,6 +7,6 @@
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication App(argc, argv);  // actions need one
+  QGuiApplication App(argc, argv);
   return RUN_ALL_TESTS();
 }
