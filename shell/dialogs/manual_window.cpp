@@ -156,7 +156,8 @@ QTextDocument* CManualWindow::Document(const QString& sPage) {
   pDocument = new QTextDocument(this);
   pDocument->setBaseUrl(QUrl::fromLocalFile(FilePath(sPage)));
   pDocument->setDefaultFont(GetFont(FONT_APP));
-  pDocument->setMarkdown(ReadPage(FilePath(sPage)));
+  const QString sText = ReadPage(FilePath(sPage));
+  pDocument->setMarkdown(sText.isNull() ? QStringLiteral("The page was not found: `%1`").arg(FilePath(sPage)) : sText);
   pDocument->setDocumentMargin(PAGE_MARGIN);
   StyleDocument(*pDocument, palette().color(QPalette::Mid));
   pDocument->setUndoRedoEnabled(false);
