@@ -1,17 +1,15 @@
 // View.* and the keys of the source window, as far as their windows exist.
 
-#include <QInputDialog>
-
 #include "device/device.h"
 #include "program/database/elfapi.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
-#include "shell/batch_session.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
 #include "shell/main_window.h"
+#include "ui/input_dialog.h"
 #include "ui/windows/source_window.h"
 
 namespace {
@@ -52,11 +50,12 @@ void ViewSource(COMMAND_CONTEXT& Context) {
 
 void GoToLine(COMMAND_CONTEXT& Context) {
   const CSourceWindow& Source = Context.Window.Source();
-  if (Source.IsEmpty() || CBatchSession::IsActive()) return;
-  bool bOk = false;
-  const int Line = QInputDialog::getInt(&Context.Window, QStringLiteral("Go to Line"), QStringLiteral("Line number:"),
-                                        Source.CursorLine(), 1, std::max(1, Source.NumLines()), 1, &bOk);
-  if (bOk) PerformAction(ACTION_VIEW_LINE, Line);
+  if (Source.IsEmpty()) return;
+  CInputDialog Dialog(&Context.Window, QStringLiteral("Go to Line"), QStringLiteral("arrow-curve.png"),
+                      QStringLiteral("Line number (1 to %1):").arg(std::max(1, Source.NumLines())));
+  Dialog.SetText(QString::number(Source.CursorLine()));
+  Dialog.SetMandatory(true);
+  if (Dialog.exec() == QDialog::Accepted) PerformAction(ACTION_VIEW_LINE, Dialog.Text());
 }
 
 void GoToPC(COMMAND_CONTEXT&) {

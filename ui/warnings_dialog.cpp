@@ -19,8 +19,7 @@ std::function<bool(const QString&, const QStringList&)>& Responder() {
 
 CWarningsDialog::CWarningsDialog(const QString& sTitle, const QString& sText, const QStringList& Warnings,
                                  const QString& sNote)
-    : QDialog(QApplication::activeWindow()) {
-  setWindowTitle(sTitle);
+    : CDialog(QApplication::activeWindow(), QStringLiteral("WarningsDialog"), sTitle) {
   setMinimumWidth(DIALOG_WIDTH);
   auto* const pLayout = new QVBoxLayout(this);
   auto* const pHead = new QHBoxLayout;

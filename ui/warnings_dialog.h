@@ -2,10 +2,10 @@
 
 #include <functional>
 
-#include <QDialog>
+#include "ui/dialog.h"
 
 // A list of things that are wrong, and what to do about it. Its result is a CMessageBox::RESULTS value.
-class CWarningsDialog : public QDialog {
+class CWarningsDialog : public CDialog {
   Q_OBJECT
 
 public:
