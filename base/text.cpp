@@ -9,7 +9,9 @@ QString AddrText(U32 Addr, bool bGrouped) {
   return sText;
 }
 
-QString HexText(U32 Value) { return QStringLiteral("0x") + AddrText(Value); }
+QString HexText(U32 Value) {
+  return QStringLiteral("0x") + AddrText(Value);
+}
 
 QString GroupedText(U64 Value, QChar Separator) {
   QString sText = QString::number(Value);
@@ -28,6 +30,15 @@ QString Unquoted(QString sText) {
   if (sText.startsWith(QLatin1Char('"'))) sText.remove(0, 1);
   if (sText.endsWith(QLatin1Char('"'))) sText.chop(1);
   return sText.trimmed();
+}
+
+QString WithUnixLineEnds(QString sText) {
+  sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  return sText.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+QString MenuText(QString sText) {
+  return sText.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 QString WildcardToRegExp(QStringView sPattern) {

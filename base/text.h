@@ -18,5 +18,9 @@ QString GroupedText(U64 Value, QChar Separator = GROUP_BLANK);
 QString NormalisedPath(QString sPath);
 // Removes one leading and one trailing double quote, if present, and trims white space.
 QString Unquoted(QString sText);
+// CR+LF and CR become LF.
+QString WithUnixLineEnds(QString sText);
+// As the text of a menu entry: an "&" is shown and is no mnemonic.
+QString MenuText(QString sText);
 // Wildcards of file and name patterns: "*" any run, "?" one character, the rest literal; anchored at both ends.
 QString WildcardToRegExp(QStringView sPattern);

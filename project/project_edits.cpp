@@ -1,6 +1,7 @@
 #include "project/project_edits.h"
 
 #include "base/msg_flags.h"
+#include "base/text.h"
 #include "script/text_file.h"
 #include "shell/log/log.h"
 
@@ -29,8 +30,4 @@ bool EditProjectFile(const QString& sPath, const PROJECT_EDIT& Edit) {
 
 bool HasProjectCommand(const QString& sPath, const QString& sName) {
   return HasCommand(ReadProjectText(sPath), sName);
-}
-
-bool AddProjectCommands(const QString& sPath, const QStringList& Commands) {
-  return EditProjectFile(sPath, [&Commands](const QString& sText) { return ReplaceCommands(sText, Commands); });
 }

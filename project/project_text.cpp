@@ -197,11 +197,6 @@ TEXT_EDIT ReplaceAll(const QString& sText, const QStringList& Names, const QStri
 
 }  // namespace
 
-QString WithUnixLineEnds(QString sText) {
-  sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-  return sText.replace(u'\r', u'\n');
-}
-
 QString BlankedScript(const QString& sText) {
   enum { CODE, LINE_COMMENT, BLOCK_COMMENT, LITERAL } State = CODE;
   QString sResult = sText;

@@ -1,7 +1,7 @@
 #pragma once
 // Edits of a project file's text: single commands of OnProjectLoad come and go, everything else stays as the user wrote
-// it. Functions without state; texts have "\n" line ends (see WithUnixLineEnds). Names and braces inside comments and
-// string literals do not count, so a command that is commented out is neither found nor removed.
+// it. Functions without state; texts have "\n" line ends (WithUnixLineEnds of base). Names and braces inside comments
+// and string literals do not count, so a command that is commented out is neither found nor removed.
 
 #include <QString>
 #include <QStringList>
@@ -20,8 +20,6 @@ struct TEXT_RANGE {
   bool operator==(const TEXT_RANGE&) const = default;
 };
 
-// CR+LF and CR become LF.
-QString WithUnixLineEnds(QString sText);
 // The text with the contents of comments, strings and character literals blanked; same length, same line ends.
 QString BlankedScript(const QString& sText);
 
@@ -52,7 +50,3 @@ TEXT_EDIT AppendCommands(const QString& sText, const QStringList& Commands);
 TEXT_EDIT ReplaceVNodeCommands(const QString& sText, const QStringList& Commands);
 // Replaces the trace settings by the given commands, behind the speed of the target interface.
 TEXT_EDIT ReplaceTraceCommands(const QString& sText, const QStringList& Commands);
-
-// ReplaceCommands on a saved file, see EditProjectFile. False, with a console line, when the file can't be read or
-// written or has no OnProjectLoad; the file stays as it was then.
-bool AddProjectCommands(const QString& sPath, const QStringList& Commands);

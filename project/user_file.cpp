@@ -3,6 +3,8 @@
 #include <QHash>
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace {
 
 constexpr int MAX_PIXELS = 32767;  // window systems count them in 16 bits
@@ -235,9 +237,7 @@ QString LineOf(const TABLE_HEADER_RECORD& Header) {
 }
 
 QStringList LinesOf(const QString& sText) {
-  QString sUnix = sText;
-  sUnix.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
-  return sUnix.split(u'\n', Qt::SkipEmptyParts);
+  return WithUnixLineEnds(sText).split(u'\n', Qt::SkipEmptyParts);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QToolButton>
 
+#include "base/text.h"
 #include "script/vscript.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -18,8 +19,7 @@ namespace {
 constexpr int MAX_NUMBERED = 10;  // entries of a recent list that have a digit to press
 
 QString RecentText(int Index, const QString& sPath) {
-  QString sText = sPath;
-  sText.replace(QLatin1Char('&'), QLatin1String("&&"));
+  const QString sText = MenuText(sPath);
   return Index < MAX_NUMBERED ? QStringLiteral("&%1 %2").arg((Index + 1) % MAX_NUMBERED).arg(sText) : sText;
 }
 

@@ -7,7 +7,7 @@
 
 #include "device/device.h"
 #include "device/device_context.h"
-#include "project/project_text.h"
+#include "project/project.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
@@ -66,7 +66,7 @@ void CreateProjectFromCmdLine(CProjectController& Projects) {
   }
   const QStringList Commands = ProjectCommands(Args);
   if (QFileInfo(Args.sProjectFile).isFile()) {
-    AddProjectCommands(Args.sProjectFile, Commands);
+    CProject::Get().AddCommands(Args.sProjectFile, Commands);
     Projects.OpenProject(Args.sProjectFile);
   } else {
     Projects.CreateProject(Args.sProjectFile, Commands);

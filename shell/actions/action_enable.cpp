@@ -1,5 +1,6 @@
 #include "shell/actions/action_enable.h"
 
+#include "base/text.h"
 #include "shell/actions/action_dispatch.h"
 
 namespace {
@@ -133,8 +134,6 @@ void UpdateActions(const ACTION_STATE& State) {
   }
   if (QAction* pSave = GetAction(ACTION_FILE_SAVE)) {
     const bool bNamed = IsActionEnabled(ACTION_FILE_SAVE, false) && !State.sActiveDocument.isEmpty();
-    QString sName = State.sActiveDocument;
-    sName.replace(QLatin1Char('&'), QLatin1String("&&"));
-    pSave->setText(bNamed ? QLatin1String("&Save ") + sName : QStringLiteral("&Save"));
+    pSave->setText(bNamed ? QLatin1String("&Save ") + MenuText(State.sActiveDocument) : QStringLiteral("&Save"));
   }
 }

@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "base/text.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/look/look.h"
@@ -163,7 +164,7 @@ void CSysVarsEditor::DropDownEntries(int Row) {
   QActionGroup Group(&Menu);
   QAction* pCurrent = nullptr;
   for (const QString& sName : GetVarValueNames(GetVarInfo(ID))) {
-    QAction* const pEntry = Menu.addAction(QString(sName).replace(QLatin1String("&"), QLatin1String("&&")));
+    QAction* const pEntry = Menu.addAction(MenuText(sName));
     pEntry->setData(sName);
     pEntry->setCheckable(true);
     Group.addAction(pEntry);

@@ -8,6 +8,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "base/text.h"
 #include "shell/look/look.h"
 #include "shell/settings/fonts.h"
 #include "ui/popup_menu.h"
@@ -73,12 +74,9 @@ QWidget* CWelcomeScreen::MakeRecentRow(QPushButton* pRecent) {
 
 void CWelcomeScreen::ShowRecentMenu(const QPushButton* pRecent) {
   CPopupMenu Menu(this);
-  for (const QString& sPath : std::as_const(m_RecentProjects)) {
-    QString sText = sPath;
-    Menu.addAction(sText.replace(QLatin1Char('&'), QLatin1String("&&")))->setData(sPath);
-  }
+  for (const QString& sPath : std::as_const(m_RecentProjects)) Menu.addAction(MenuText(sPath))->setData(sPath);
   const QPoint Pos(MENU_OFFSET, static_cast<int>(pRecent->height() * MENU_HEIGHT_PART));
-  if (const QAction* const pAction = Menu.exec(pRecent->mapToGlobal(Pos))) {
+  if (const QAction* const pAction = Menu.Run(pRecent->mapToGlobal(Pos))) {
     Take(RECENT_PROJECT, pAction->data().toString());
   }
 }

@@ -148,7 +148,7 @@ TEST(ProjectText, CommandsReplaceTheirOwnLinesOnly) {
                                 QStringLiteral("File.Open (\"a.elf\");")};
   for (const TEXT_CASE& Case : aCases) {
     WriteFile(sPath, Case.sBefore);
-    EXPECT_EQ(AddProjectCommands(sPath, Commands), Case.sAfter != nullptr) << Case.sName;
+    EXPECT_EQ(CProject::Get().AddCommands(sPath, Commands), Case.sAfter != nullptr) << Case.sName;
     QFile File(sPath);
     ASSERT_TRUE(File.open(QIODevice::ReadOnly));
     const QByteArray After = File.readAll();
@@ -156,7 +156,7 @@ TEST(ProjectText, CommandsReplaceTheirOwnLinesOnly) {
               Case.sAfter ? Case.sAfter : Case.sBefore)
         << Case.sName;
   }
-  EXPECT_FALSE(AddProjectCommands(Dir.filePath(QStringLiteral("missing.vdebug")), Commands));
+  EXPECT_FALSE(CProject::Get().AddCommands(Dir.filePath(QStringLiteral("missing.vdebug")), Commands));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/text.h"
 #include "project/project_text.h"
 
 // Code without blanks and comments, to compare what is left.

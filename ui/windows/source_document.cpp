@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
+#include "base/text.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 
@@ -48,7 +49,6 @@ SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath) {
   Document.bExists = true;
   Document.sText = DecodeSource(File.readAll());
   Document.LineEnding = DetectLineEnding(Document.sText);
-  Document.sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-  Document.sText.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  Document.sText = WithUnixLineEnds(Document.sText);
   return Document;
 }
