@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QHash>
 #include <QPalette>
 #include <cmath>
 
@@ -38,15 +39,8 @@ bool IsReadableOn(const QColor& Text, const QColor& Ground) {
   return (Lighter + 0.05) / (Darker + 0.05) >= MIN_CONTRAST;
 }
 
-}  // namespace
-
-QColor GetColor(U32 ID) {
-  return QColor::fromRgba(GetColorRgb(ID));
-}
-
-QColor ReadableColor(const QColor& Color) {
-  if (!IsDarkPalette()) return Color;
-  const QPalette Palette = QApplication::palette();
+// Light enough to be read on the palette's grounds.
+QColor LightenedFor(const QPalette& Palette, const QColor& Color) {
   int Lightness = std::max(Color.lightness(), MAX_LIGHTNESS - Color.lightness());
   for (;; Lightness = std::min(Lightness + LIGHTNESS_STEP, MAX_LIGHTNESS)) {
     const QColor Lighter = QColor::fromHsl(Color.hslHue(), Color.hslSaturation(), Lightness, Color.alpha());
@@ -54,6 +48,25 @@ QColor ReadableColor(const QColor& Color) {
         IsReadableOn(Lighter, Palette.color(QPalette::Base)) && IsReadableOn(Lighter, Palette.color(QPalette::Window));
     if (bReadable || Lightness == MAX_LIGHTNESS) return Lighter;
   }
+}
+
+}  // namespace
+
+QColor GetColor(U32 ID) {
+  return QColor::fromRgba(GetColorRgb(ID));
+}
+
+// The painting of every text asks: each colour is worked out once for a palette.
+QColor ReadableColor(const QColor& Color) {
+  if (!IsDarkPalette()) return Color;
+  static qint64 CachedPalette = 0;
+  static QHash<QRgb, QColor> Cache;
+  const QPalette Palette = QApplication::palette();
+  if (Palette.cacheKey() != CachedPalette) Cache.clear();
+  CachedPalette = Palette.cacheKey();
+  QColor& Known = Cache[Color.rgba()];
+  if (!Known.isValid()) Known = LightenedFor(Palette, Color);
+  return Known;
 }
 
 QColor GetTextColor(U32 ID) {

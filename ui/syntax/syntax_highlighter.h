@@ -69,7 +69,7 @@ public:
   static void FillGaps(std::vector<TextSpan>& Spans, std::vector<SYNTAX_KIND>& Kinds, I32 TextLength);
 
   // Overwrites comments, strings and #include paths with FillChar, line ends excepted, so that no word is found in them
-  // and the rest keeps its place. The source window blanks the text that tool tips read.
+  // and the rest keeps its place.
   static void EraseCommentsAndStrings(SYNTAX_LANGUAGE Language, QString& sText, QChar FillChar);
 
 private:

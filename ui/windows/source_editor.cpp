@@ -369,7 +369,7 @@ void CSourceEditor::paintEvent(QPaintEvent* pEvent) {
   Painter.fillRect(pEvent->rect(), palette().color(QPalette::Base));
   const int NumberWidth = LineNumberWidth();
   for (int Row = TopRow(), y = 0; Row < NumRows() && y < viewport()->height(); ++Row, y += m_RowHeight) {
-    PaintRow(Painter, Row, y);
+    if (y + m_RowHeight > pEvent->rect().top() && y <= pEvent->rect().bottom()) PaintRow(Painter, Row, y);
   }
   if (NumberWidth > 0) {
     // The default is made for a light ground; on a dark one it would be the brightest line of the window.

@@ -15,6 +15,7 @@
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "ui/tool_tip.h"
 #include "ui/windows/side_bar.h"
 #include "ui/windows/source_document.h"
 #include "ui/windows/source_editor.h"
@@ -132,6 +133,7 @@ CSourceWindow::CSourceWindow(QWidget* pParent)
   S.pTabs->setDrawBase(false);
   S.pTabs->setElideMode(Qt::ElideRight);
   S.pTabs->setFocusPolicy(Qt::NoFocus);
+  S.pTabs->installEventFilter(this);
   S.pEditor = new CSourceEditor(pCentral);
   S.pEditor->setObjectName(QStringLiteral("SourceEditor"));
   S.pSidebar = new CSideBar(
@@ -174,7 +176,6 @@ bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos
   S.bLoading = true;
   S.Documents.prepend(Document);
   S.pTabs->insertTab(0, QFileInfo(Document.bExists ? Document.sResolvedPath : sPath).fileName());
-  S.pTabs->setTabToolTip(0, Document.bExists ? Document.sResolvedPath : sPath);
   S.pTabs->setTabIcon(0, GetIcon(QStringLiteral("document-text.png")));
   if (S.Shown >= 0) ++S.Shown;
   if (!bInBackground || S.Documents.size() == 1) {
@@ -337,6 +338,15 @@ QString CSourceWindow::DumpText() const {
   if (pDocument == nullptr) return {};
   const QString sPlace = m_pState->PcLoc.IsValid() ? ELFAPI_GetSrcLocText(m_pState->PcLoc) : QString();
   return QFileInfo(pDocument->sFilePath).fileName() + QLatin1Char('\t') + sPlace + QLatin1Char('\n') + pDocument->sText;
+}
+
+// The whole path of a tab's file.
+void CSourceWindow::OnTooltipRequested(const QPoint& Pos) {
+  const int Index = m_pState->pTabs->tabAt(m_pState->pTabs->mapFromGlobal(Pos));
+  if (Index < 0) return;
+  const SOURCE_DOCUMENT& Document = m_pState->Documents[Index];
+  CToolTip::_GetSingleton()->ShowText(m_pState->pTabs, Pos,
+                                      Document.bExists ? Document.sResolvedPath : Document.sFilePath);
 }
 
 void CSourceWindow::OnActivationChanged(bool bActive) {

@@ -62,6 +62,7 @@ public:
   void OnDeviceDisconnectDone() override;
   void OnDeviceResumeDone(RESUME_MODES Mode) override;
   void OnActivationChanged(bool bActive) override;
+  void OnTooltipRequested(const QPoint& Pos) override;
 
 private:
   std::unique_ptr<SOURCE_WINDOW_STATE> m_pState;
