@@ -4,11 +4,11 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QLocale>
 #include <QScreen>
 #include <QUrl>
 
+#include "base/text.h"
 #include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
@@ -22,7 +22,6 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
-#include "shell/batch_session.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
 #include "shell/log/log.h"
@@ -38,6 +37,7 @@
 #include "shell/windows/console_window.h"
 #include "shell/wiring.h"
 #include "ui/dock_window.h"
+#include "ui/input_dialog.h"
 #include "ui/status_bar.h"
 #include "ui/warnings_dialog.h"
 #include "ui/windows/source_window.h"
@@ -112,12 +112,12 @@ void CMainWindow::CreateControllers() {
   m_pCommands = std::make_unique<COMMAND_CONTEXT>(COMMAND_CONTEXT{*this, *m_pSession, *m_pProjects, *m_pLoader});
   PlugLayersTogether(*m_pSession);
   m_pLoader->SetAddressQuestion([this](const QString& sPath, U32* pAddr) {
-    if (CBatchSession::IsActive()) return false;
+    CInputDialog Dialog(this, QStringLiteral("Open Binary File"), QStringLiteral("document-binary.png"),
+                        QStringLiteral("Base address of %1:").arg(QFileInfo(sPath).fileName()));
+    Dialog.SetText(HexText(0));
+    if (Dialog.exec() != QDialog::Accepted) return false;
     bool bOk = false;
-    QString sText = QInputDialog::getText(this, QStringLiteral("Open Binary File"),
-                                          QStringLiteral("Base address of %1:").arg(QFileInfo(sPath).fileName()),
-                                          QLineEdit::Normal, QStringLiteral("0x00000000"), &bOk);
-    if (bOk) *pAddr = sText.remove(QStringLiteral("0x"), Qt::CaseInsensitive).toUInt(&bOk, 16);
+    *pAddr = Dialog.Text().trimmed().toUInt(&bOk, 16);
     return bOk;
   });
 }
@@ -139,6 +139,7 @@ void CMainWindow::CreateWindows() {
   m_pConsole = CConsoleWindow::Get();
   for (CWindow* const pWindow : GetWindowList()) {
     LinkWindow(pWindow);
+    ApplyPreferencesTo(*pWindow);
     m_pConsole->AddCommandListener(pWindow);
   }
   m_pConsole->AddCommandListener(this);
@@ -164,12 +165,18 @@ void CMainWindow::ApplyFonts() {
   CStatusBar::_GetSingleton()->SetFont(::GetFont(FONT_APP));
 }
 
-void CMainWindow::ApplyColor(U32 ID, const QColor& Color) {
-  for (CWindow* const pWindow : GetWindowList()) {
-    pWindow->SetColor(static_cast<int>(ID), Color);
-    pWindow->Repaint();
-  }
+void CMainWindow::TellColor(U32 ID) {
+  for (CWindow* const pWindow : GetWindowList()) pWindow->SetColor(static_cast<int>(ID), GetColor(ID));
+}
+
+void CMainWindow::ShowColors() {
+  for (CWindow* const pWindow : GetWindowList()) pWindow->Repaint();
   for (CDockWindow* const pDock : m_Registry.Docks()) pDock->UpdateStyle();
+}
+
+void CMainWindow::ApplyColor(U32 ID) {
+  TellColor(ID);
+  ShowColors();
 }
 
 void CMainWindow::ConnectWindows() {
@@ -326,5 +333,6 @@ void CMainWindow::changeEvent(QEvent* pEvent) {
   CWindow::changeEvent(pEvent);
   if (pEvent->type() != QEvent::PaletteChange) return;
   UpdatePaletteColors();
-  for (U32 ID = 0; ID < NUM_COLORS; ++ID) ApplyColor(ID, GetColor(ID));
+  for (U32 ID = 0; ID < NUM_COLORS; ++ID) TellColor(ID);
+  ShowColors();
 }

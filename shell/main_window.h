@@ -43,7 +43,7 @@ public:
   // Gives every window its fonts anew.
   void ApplyFonts();
   // Tells every window of a colour that has changed.
-  void ApplyColor(U32 ID, const QColor& Color);
+  void ApplyColor(U32 ID);
   // Icons and tips of the start and reset buttons by the present modes.
   void UpdateModeButtons();
   CSourceWindow& Source() { return *m_pSource; }
@@ -106,6 +106,8 @@ private:
   void UpdateRecentMenus();
   void UpdateWindowList();
   void AddWindowEntries(QMenu* pMenu);
+  void TellColor(U32 ID);
+  void ShowColors();
   void ShowStatusOf(const CWindow& Window);
   void OnWindowShown();
   void OnToolbarUpdateTimerTimeout();

@@ -157,8 +157,8 @@ void PlugLayersTogether(CSessionController& Session) {
       pWindow->Repaint();
     }
   });
-  SetColorListener([](U32 ID, U32 Argb) {
-    if (CMainWindow::Get()) CMainWindow::Get()->ApplyColor(ID, QColor::fromRgba(Argb));
+  SetColorListener([](U32 ID, U32) {
+    if (CMainWindow::Get()) CMainWindow::Get()->ApplyColor(ID);
   });
   QObject::connect(&Session, &CSessionController::DeviceChanged, &Session, [] {
     const QString sFile = CRegisterFiles::DefaultFile();
@@ -170,6 +170,9 @@ void PlugLayersTogether(CSessionController& Session) {
 
 void ApplyFontsTo(CWindow& Window) {
   for (U32 ID = 0; ID < NUM_FONTS; ++ID) Window.SetFont(static_cast<int>(ID), GetFont(ID));
+}
+
+void ApplyPreferencesTo(CWindow& Window) {
   for (U32 ID = FIRST_PREFERENCE; ID < NUM_VARS; ++ID)
     Window.SetPreference(static_cast<int>(ID), static_cast<int>(GetVarValue(ID)));
 }

@@ -8,3 +8,5 @@ class CWindow;
 void PlugLayersTogether(CSessionController& Session);
 // Gives a window all its fonts and preferences.
 void ApplyFontsTo(CWindow& Window);
+// Gives a new window all preferences as they are.
+void ApplyPreferencesTo(CWindow& Window);

@@ -66,7 +66,7 @@ CANDIDATES VarValues(const QString& sVar) {
   const SYS_VAR* const pVar = FindVar(sVar);
   if (!pVar) return {};
   const QStringList Names = GetVarValueNames(pVar);
-  return Names.isEmpty() ? CANDIDATES{{GetVarText(pVar), QStringLiteral("Value of now")}} : Texts(Names);
+  return Names.isEmpty() ? CANDIDATES{{GetVarText(pVar), QStringLiteral("Present value")}} : Texts(Names);
 }
 
 CANDIDATES Colors() {
@@ -81,7 +81,7 @@ CANDIDATES Colors() {
 CANDIDATES ColorValue(const QString& sColor) {
   const int ID = FindColor(sColor);
   if (ID < 0) return {};
-  return {{ColorText(GetColorRgb(static_cast<U32>(ID))), QStringLiteral("Value of now")}};
+  return {{ColorText(GetColorRgb(static_cast<U32>(ID))), QStringLiteral("Present value")}};
 }
 
 CANDIDATES Fonts() {
@@ -96,7 +96,7 @@ CANDIDATES Fonts() {
 CANDIDATES FontValue(const QString& sFont) {
   const int ID = FindFont(sFont);
   if (ID < 0) return {};
-  return {{FontToText(static_cast<U32>(ID)), QStringLiteral("Value of now")}};
+  return {{FontToText(static_cast<U32>(ID)), QStringLiteral("Present value")}};
 }
 
 // Directories first; hidden ones when their dot has been typed.

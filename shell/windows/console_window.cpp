@@ -1,6 +1,5 @@
 #include "shell/windows/console_window.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QToolBar>
 
@@ -30,20 +29,22 @@ CConsoleWindow*& Instance() {
   return pInstance;
 }
 
-QStringList WindowNames() {
+// Of the windows whose commands are echoed, which are those that commands reach.
+QStringList WindowNames(const QList<CWindow*>& Windows) {
   QStringList Names;
-  for (QWidget* const pWidget : QApplication::allWidgets()) {
-    const auto* const pWindow = qobject_cast<CWindow*>(pWidget);
-    if (pWindow && pWindow->GetDock()) Names << pWindow->GetName();
+  for (const CWindow* const pWindow : Windows) {
+    if (pWindow->GetDock()) Names << pWindow->GetName();
   }
   Names.sort(Qt::CaseInsensitive);
   return Names;
 }
 
-QStringList ToolBarNames() {
+QStringList ToolBarNames(const QList<CWindow*>& Windows) {
   QStringList Names;
-  for (QWidget* const pWidget : QApplication::allWidgets()) {
-    if (qobject_cast<QToolBar*>(pWidget) && !pWidget->objectName().isEmpty()) Names << pWidget->objectName();
+  for (const CWindow* const pWindow : Windows) {
+    for (const QToolBar* const pBar : pWindow->findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+      Names << pBar->objectName();
+    }
   }
   Names.sort(Qt::CaseInsensitive);
   return Names;
@@ -96,7 +97,8 @@ void CConsoleWindow::CreatePanes() {
   m_pInput = new CCommandInput(pCentral);
   m_pInput->setObjectName(QStringLiteral("ConsoleInput"));
   m_pInput->setPlaceholderText(QStringLiteral("Enter a command, or ? for help"));
-  m_pInput->SetSources({WindowNames, ToolBarNames, BaseDir, ExpandMacros});
+  m_pInput->SetSources({[this] { return WindowNames(m_Listeners); }, [this] { return ToolBarNames(m_Listeners); },
+                        BaseDir, ExpandMacros});
   LayOutPanes(pCentral);
   setCentralWidget(pCentral);
   setFocusProxy(m_pInput);
