@@ -12,6 +12,8 @@
 #include "ui/dock_window.h"
 #include "ui/windows/source_window.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const ACTION_STATE IDLE = {};
@@ -41,20 +43,165 @@ class CKeysTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase();
-  void init();
-  void everyGlobalKeyReachesItsRow_data();
-  void everyGlobalKeyReachesItsRow();
-  void theSameKeyMeansWhatTheStateAllows_data();
-  void theSameKeyMeansWhatTheStateAllows();
-  void alternatesReachTheSameRows_data();
-  void alternatesReachTheSameRows();
-  void anAlternateOfAWindowActsInThatWindow();
-  void shiftAltSGoesToTheSource();
-  void escapeGoesToTheSource();
-  void escapeStaysWhereItIsNeeded_data();
-  void escapeStaysWhereItIsNeeded();
-  void aDockPassesKeysToItsWindow();
+  // Rows only note that they were reached: what they do is tested elsewhere.
+  void initTestCase() {
+    m_pWindow = StartFrame();
+    QVERIFY(m_pWindow);
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+      if (IsServedByHandler(ID)) RecordRow(ID);
+    }
+  }
+
+  void init() {
+    QApplication::setActiveWindow(m_pWindow);
+    m_pWindow->Source().setFocus();
+    m_Hits.clear();
+  }
+
+  void everyGlobalKeyReachesItsRow_data() {
+    QTest::addColumn<U32>("ID");
+    QMap<QString, int> Uses;
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+      if (IsServedByHandler(ID)) ++Uses[GetHotkey(ID)];
+    }
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+      const QString sKey = GetHotkey(ID);
+      if (!IsServedByHandler(ID) || sKey.isEmpty() || Uses[sKey] > 1) continue;
+      if (QKeySequence(sKey) == QKeySequence(u"Shift+Alt+S"_s)) continue;
+      QTest::addRow("%s %s", qPrintable(sKey), qPrintable(GetActionInfo(ID).sObjectName)) << ID;
+    }
+  }
+
+  void everyGlobalKeyReachesItsRow() {
+    QFETCH(U32, ID);
+    const QString sKey = GetHotkey(ID);
+    if (NeedsArgument(ID)) SetActionArgs(ID, QStringList{u"main"_s});
+    ::UpdateActions(BUSY);
+    if (!IsActionEnabled(ID, true)) ::UpdateActions(IDLE);
+    if (!IsActionEnabled(ID, true)) ::UpdateActions(RUNNING);
+    QVERIFY(IsActionEnabled(ID, true));
+    Press(sKey);
+    QCOMPARE(m_Hits, QList<U32>{ID});
+  }
+
+  void theSameKeyMeansWhatTheStateAllows_data() {
+    QTest::addColumn<QString>("Key");
+    QTest::addColumn<int>("State");
+    QTest::addColumn<QList<U32>>("Rows");
+    using ROWS = QList<U32>;
+    QTest::newRow("F5, idle") << u"F5"_s << 0 << ROWS{ACTION_DEBUG_START};
+    QTest::newRow("F5, halted") << u"F5"_s << 2 << ROWS{ACTION_DEBUG_CONTINUE};
+    QTest::newRow("F5, running") << u"F5"_s << 1 << ROWS{};
+    QTest::newRow("Ctrl+F5, running") << u"Ctrl+F5"_s << 1 << ROWS{ACTION_DEBUG_HALT};
+    QTest::newRow("Ctrl+F5, halted") << u"Ctrl+F5"_s << 2 << ROWS{};
+    QTest::newRow("F11, idle") << u"F11"_s << 0 << ROWS{};
+    QTest::newRow("F4, idle") << u"F4"_s << 0 << ROWS{};
+    QTest::newRow("F4, running") << u"F4"_s << 1 << ROWS{ACTION_DEBUG_RESET};
+  }
+
+  void theSameKeyMeansWhatTheStateAllows() {
+    QFETCH(QString, Key);
+    QFETCH(int, State);
+    QFETCH(QList<U32>, Rows);
+    ::UpdateActions(State == 0 ? IDLE : State == 1 ? RUNNING : HALTED);
+    Press(Key);
+    QCOMPARE(m_Hits, Rows);
+  }
+
+  void alternatesReachTheSameRows_data() {
+    QTest::addColumn<QString>("Key");
+    QTest::addColumn<U32>("ID");
+    QTest::newRow("Ctrl+=") << u"Ctrl+="_s << U32{ACTION_SRC_EXPAND_LINE};
+    QTest::newRow("Alt+=") << u"Alt+="_s << U32{ACTION_SRC_EXPAND_ALL_LINES};
+    QTest::newRow("=") << u"="_s << U32{ACTION_TIMELINE_ZOOM_IN};
+    QTest::newRow("F6") << u"F6"_s << U32{ACTION_DEBUG_HALT};
+  }
+
+  void alternatesReachTheSameRows() {
+    QFETCH(QString, Key);
+    QFETCH(U32, ID);
+    RecordRow(ID);
+    ::UpdateActions(RUNNING);
+    Press(Key);
+    QCOMPARE(m_Hits, QList<U32>{ID});
+    if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
+  }
+
+  void anAlternateOfAWindowActsInThatWindow() {
+    QAction* const pAdd = GetAction(ACTION_WIN_ADD);
+    QVERIFY(pAdd && pAdd->parent() == &m_pWindow->Console());
+    QSignalSpy Triggered(pAdd, &QAction::triggered);
+    Press(u"Alt+="_s);
+    QCOMPARE(Triggered.count(), 0);
+    m_pWindow->Console().FocusInput();
+    Press(u"Alt+="_s);
+    QCOMPARE(Triggered.count(), 1);
+  }
+
+  void shiftAltSGoesToTheSource() {
+    m_pWindow->Console().FocusInput();
+    m_pWindow->Source().SetActive(false);
+    Press(u"Shift+Alt+S"_s);
+    QVERIFY(m_pWindow->Source().HasFocus() && m_pWindow->Source().IsActive());
+  }
+
+  void escapeGoesToTheSource() {
+    m_pWindow->Console().FocusInput();
+    QVERIFY(m_pWindow->Console().HasFocus());
+    Press(u"Esc"_s);
+    QVERIFY(m_pWindow->Source().HasFocus());
+  }
+
+  void escapeStaysWhereItIsNeeded_data() {
+    QTest::addColumn<QString>("Where");
+    QTest::newRow("menu") << u"menu"_s;
+    QTest::newRow("modal dialog") << u"modal"_s;
+    QTest::newRow("other top-level window") << u"other"_s;
+    QTest::newRow("limited input") << u"input"_s;
+  }
+
+  void escapeStaysWhereItIsNeeded() {
+    QFETCH(QString, Where);
+    m_pWindow->Console().FocusInput();
+    QDialog Dialog(m_pWindow);
+    QLineEdit Limited(&m_pWindow->Console());
+    QMenu Menu(m_pWindow);
+    Menu.addAction(u"Entry"_s);
+    QWidget* pTarget = &Dialog;
+    if (Where == QLatin1String("menu")) {
+      Menu.popup(m_pWindow->pos());
+      pTarget = &Menu;
+    } else if (Where == QLatin1String("input")) {
+      Limited.setMaxLength(8);
+      Limited.show();
+      Limited.setFocus();
+      pTarget = &Limited;
+    } else {
+      Dialog.setModal(Where == QLatin1String("modal"));
+      Dialog.show();
+    }
+    QTRY_VERIFY(pTarget->isVisible());
+    QTest::keyClick(pTarget, Qt::Key_Escape);
+    QApplication::setActiveWindow(m_pWindow);
+    QVERIFY(!m_pWindow->Source().HasFocus());
+  }
+
+  void aDockPassesKeysToItsWindow() {
+    CDockWindow* const pDock = m_pWindow->Console().GetDock();
+    QAction Own(&m_pWindow->Console());
+    Own.setShortcut(QKeySequence(u"Ctrl+9"_s));
+    Own.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_pWindow->Console().addAction(&Own);
+    QSignalSpy Triggered(&Own, &QAction::triggered);
+    pDock->setFocus();
+    QVERIFY(pDock->hasFocus());
+    Press(u"Ctrl+9"_s);
+    QCOMPARE(Triggered.count(), 1);
+    Own.setEnabled(false);
+    Press(u"Ctrl+9"_s);
+    QCOMPARE(Triggered.count(), 1);
+  }
+
   void cleanupTestCase() { m_pWindow->close(); }
 
 private:
@@ -69,165 +216,6 @@ private:
   CMainWindow* m_pWindow = nullptr;
   QList<U32> m_Hits;
 };
-
-// Rows only note that they were reached: what they do is tested elsewhere.
-void CKeysTest::initTestCase() {
-  m_pWindow = StartFrame();
-  QVERIFY(m_pWindow);
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-    if (IsServedByHandler(ID)) RecordRow(ID);
-  }
-}
-
-void CKeysTest::init() {
-  QApplication::setActiveWindow(m_pWindow);
-  m_pWindow->Source().setFocus();
-  m_Hits.clear();
-}
-
-void CKeysTest::everyGlobalKeyReachesItsRow_data() {
-  QTest::addColumn<U32>("ID");
-  QMap<QString, int> Uses;
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-    if (IsServedByHandler(ID)) ++Uses[GetHotkey(ID)];
-  }
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-    const QString sKey = GetHotkey(ID);
-    if (!IsServedByHandler(ID) || sKey.isEmpty() || Uses[sKey] > 1) continue;
-    if (QKeySequence(sKey) == QKeySequence(QStringLiteral("Shift+Alt+S"))) continue;
-    QTest::addRow("%s %s", qPrintable(sKey), qPrintable(GetActionInfo(ID).sObjectName)) << ID;
-  }
-}
-
-void CKeysTest::everyGlobalKeyReachesItsRow() {
-  QFETCH(U32, ID);
-  const QString sKey = GetHotkey(ID);
-  if (NeedsArgument(ID)) SetActionArgs(ID, QStringList{QStringLiteral("main")});
-  ::UpdateActions(BUSY);
-  if (!IsActionEnabled(ID, true)) ::UpdateActions(IDLE);
-  if (!IsActionEnabled(ID, true)) ::UpdateActions(RUNNING);
-  QVERIFY(IsActionEnabled(ID, true));
-  Press(sKey);
-  QCOMPARE(m_Hits, QList<U32>{ID});
-}
-
-void CKeysTest::theSameKeyMeansWhatTheStateAllows_data() {
-  QTest::addColumn<QString>("Key");
-  QTest::addColumn<int>("State");
-  QTest::addColumn<QList<U32>>("Rows");
-  using ROWS = QList<U32>;
-  QTest::newRow("F5, idle") << QStringLiteral("F5") << 0 << ROWS{ACTION_DEBUG_START};
-  QTest::newRow("F5, halted") << QStringLiteral("F5") << 2 << ROWS{ACTION_DEBUG_CONTINUE};
-  QTest::newRow("F5, running") << QStringLiteral("F5") << 1 << ROWS{};
-  QTest::newRow("Ctrl+F5, running") << QStringLiteral("Ctrl+F5") << 1 << ROWS{ACTION_DEBUG_HALT};
-  QTest::newRow("Ctrl+F5, halted") << QStringLiteral("Ctrl+F5") << 2 << ROWS{};
-  QTest::newRow("F11, idle") << QStringLiteral("F11") << 0 << ROWS{};
-  QTest::newRow("F4, idle") << QStringLiteral("F4") << 0 << ROWS{};
-  QTest::newRow("F4, running") << QStringLiteral("F4") << 1 << ROWS{ACTION_DEBUG_RESET};
-}
-
-void CKeysTest::theSameKeyMeansWhatTheStateAllows() {
-  QFETCH(QString, Key);
-  QFETCH(int, State);
-  QFETCH(QList<U32>, Rows);
-  ::UpdateActions(State == 0 ? IDLE : State == 1 ? RUNNING : HALTED);
-  Press(Key);
-  QCOMPARE(m_Hits, Rows);
-}
-
-void CKeysTest::alternatesReachTheSameRows_data() {
-  QTest::addColumn<QString>("Key");
-  QTest::addColumn<U32>("ID");
-  QTest::newRow("Ctrl+=") << QStringLiteral("Ctrl+=") << U32{ACTION_SRC_EXPAND_LINE};
-  QTest::newRow("Alt+=") << QStringLiteral("Alt+=") << U32{ACTION_SRC_EXPAND_ALL_LINES};
-  QTest::newRow("=") << QStringLiteral("=") << U32{ACTION_TIMELINE_ZOOM_IN};
-  QTest::newRow("F6") << QStringLiteral("F6") << U32{ACTION_DEBUG_HALT};
-}
-
-void CKeysTest::alternatesReachTheSameRows() {
-  QFETCH(QString, Key);
-  QFETCH(U32, ID);
-  RecordRow(ID);
-  ::UpdateActions(RUNNING);
-  Press(Key);
-  QCOMPARE(m_Hits, QList<U32>{ID});
-  if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
-}
-
-void CKeysTest::anAlternateOfAWindowActsInThatWindow() {
-  QAction* const pAdd = GetAction(ACTION_WIN_ADD);
-  QVERIFY(pAdd && pAdd->parent() == &m_pWindow->Console());
-  QSignalSpy Triggered(pAdd, &QAction::triggered);
-  Press(QStringLiteral("Alt+="));
-  QCOMPARE(Triggered.count(), 0);
-  m_pWindow->Console().FocusInput();
-  Press(QStringLiteral("Alt+="));
-  QCOMPARE(Triggered.count(), 1);
-}
-
-void CKeysTest::shiftAltSGoesToTheSource() {
-  m_pWindow->Console().FocusInput();
-  m_pWindow->Source().SetActive(false);
-  Press(QStringLiteral("Shift+Alt+S"));
-  QVERIFY(m_pWindow->Source().HasFocus() && m_pWindow->Source().IsActive());
-}
-
-void CKeysTest::escapeGoesToTheSource() {
-  m_pWindow->Console().FocusInput();
-  QVERIFY(m_pWindow->Console().HasFocus());
-  Press(QStringLiteral("Esc"));
-  QVERIFY(m_pWindow->Source().HasFocus());
-}
-
-void CKeysTest::escapeStaysWhereItIsNeeded_data() {
-  QTest::addColumn<QString>("Where");
-  QTest::newRow("menu") << QStringLiteral("menu");
-  QTest::newRow("modal dialog") << QStringLiteral("modal");
-  QTest::newRow("other top-level window") << QStringLiteral("other");
-  QTest::newRow("limited input") << QStringLiteral("input");
-}
-
-void CKeysTest::escapeStaysWhereItIsNeeded() {
-  QFETCH(QString, Where);
-  m_pWindow->Console().FocusInput();
-  QDialog Dialog(m_pWindow);
-  QLineEdit Limited(&m_pWindow->Console());
-  QMenu Menu(m_pWindow);
-  Menu.addAction(QStringLiteral("Entry"));
-  QWidget* pTarget = &Dialog;
-  if (Where == QLatin1String("menu")) {
-    Menu.popup(m_pWindow->pos());
-    pTarget = &Menu;
-  } else if (Where == QLatin1String("input")) {
-    Limited.setMaxLength(8);
-    Limited.show();
-    Limited.setFocus();
-    pTarget = &Limited;
-  } else {
-    Dialog.setModal(Where == QLatin1String("modal"));
-    Dialog.show();
-  }
-  QTRY_VERIFY(pTarget->isVisible());
-  QTest::keyClick(pTarget, Qt::Key_Escape);
-  QApplication::setActiveWindow(m_pWindow);
-  QVERIFY(!m_pWindow->Source().HasFocus());
-}
-
-void CKeysTest::aDockPassesKeysToItsWindow() {
-  CDockWindow* const pDock = m_pWindow->Console().GetDock();
-  QAction Own(&m_pWindow->Console());
-  Own.setShortcut(QKeySequence(QStringLiteral("Ctrl+9")));
-  Own.setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  m_pWindow->Console().addAction(&Own);
-  QSignalSpy Triggered(&Own, &QAction::triggered);
-  pDock->setFocus();
-  QVERIFY(pDock->hasFocus());
-  Press(QStringLiteral("Ctrl+9"));
-  QCOMPARE(Triggered.count(), 1);
-  Own.setEnabled(false);
-  Press(QStringLiteral("Ctrl+9"));
-  QCOMPARE(Triggered.count(), 1);
-}
 
 QTEST_MAIN(CKeysTest)
 #include "keys_test.moc"

@@ -8,6 +8,8 @@
 #include "shell/actions/action_info.h"
 #include "shell/actions/command_console.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Commands that ask for what is missing, take what is active instead, or can do without.
@@ -35,100 +37,88 @@ class CRowsTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase();
-  void everyRowIsServedOrListed_data();
-  void everyRowIsServedOrListed();
-  void noRowIsListedTwice();
-  void everyServedRowHasItsTexts();
-  void everyServedRowWithoutCommandIsReachable();
-  void commandsCountTheirArguments_data();
-  void commandsCountTheirArguments();
-  void cleanupTestCase();
+  void initTestCase() {
+    m_pWindow = StartFrame();
+    QVERIFY(m_pWindow);
+  }
+
+  void everyRowIsServedOrListed_data() {
+    QTest::addColumn<U32>("ID");
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) QTest::addRow("%s", qPrintable(GetActionInfo(ID).sObjectName)) << ID;
+  }
+
+  void everyRowIsServedOrListed() {
+    QFETCH(U32, ID);
+    QCOMPARE(GetActionInfo(ID).ActionID, ID);
+    const bool bListed = RowsToCome().contains(ID);
+    if (GetAction(ID)) {
+      QVERIFY2(!bListed, "the row is served now: take it from the list");
+    } else {
+      QVERIFY2(bListed, "nothing serves this row");
+    }
+  }
+
+  void noRowIsListedTwice() {
+    QCOMPARE(RowsToCome().size(), static_cast<qsizetype>(std::size(ROWS_TO_COME)));
+    for (const ROW_TO_COME& Row : ROWS_TO_COME) QVERIFY(Row.sWaitsFor && *Row.sWaitsFor);
+  }
+
+  void everyServedRowHasItsTexts() {
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+      const QAction* const pAction = GetAction(ID);
+      if (pAction == nullptr) continue;
+      const ACTION_INFO Info = GetActionInfo(ID);
+      QVERIFY2(!pAction->statusTip().isEmpty(), qPrintable(Info.sObjectName));
+      QVERIFY2(!pAction->toolTip().isEmpty(), qPrintable(Info.sObjectName));
+      QVERIFY2(pAction->shortcut().isEmpty() || pAction->toolTip().contains(pAction->shortcut().toString()),
+               qPrintable(pAction->toolTip()));
+      QVERIFY2(Info.sHotkey.isEmpty() || pAction->shortcut() == QKeySequence(Info.sHotkey),
+               qPrintable(Info.sObjectName + u' ' + pAction->shortcut().toString()));
+    }
+  }
+
+  // By a menu entry, by a key, or from a menu of its own window.
+  void everyServedRowWithoutCommandIsReachable() {
+    QSet<const QAction*> InMenus;
+    CollectMenu(m_pWindow->menuBar()->actions(), &InMenus);
+    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
+      const QAction* const pAction = GetAction(ID);
+      if (pAction == nullptr || !GetPrototype(ID).isEmpty()) continue;
+      const bool bOfWindow = qobject_cast<const CWindow*>(pAction->parent()) != nullptr;
+      QVERIFY2(InMenus.contains(pAction) || !pAction->shortcut().isEmpty() || bOfWindow,
+               qPrintable(pAction->objectName()));
+    }
+  }
+
+  void commandsCountTheirArguments_data() {
+    QTest::addColumn<U32>("ID");
+    for (const U32 ID : GetCommandIDs()) {
+      if (GetAction(ID)) QTest::addRow("%s", qPrintable(GetCommandName(ID))) << ID;
+    }
+  }
+
+  void commandsCountTheirArguments() {
+    QFETCH(U32, ID);
+    const QString sName = GetCommandName(ID);
+    // The rules of the present state may refuse a command before its handler sees the arguments.
+    SetActionAccepted(ID, true);
+    const bool bOptional = std::ranges::find(ARGUMENTS_OPTIONAL, ID) != std::end(ARGUMENTS_OPTIONAL);
+    // Windows add an argument of their own that no prototype tells of.
+    QList<int> Counts = {GetParamCount(ID) + (ID == ACTION_EDIT_PREFERENCE ? 2 : 1)};
+    if (GetParamCount(ID) > 0 && !bOptional) Counts << 0;
+    for (const int NumArgs : Counts) {
+      const QStringList Args(NumArgs, u"1"_s);
+      QCOMPARE(ExecuteCommand(sName + u'(' + Args.join(u',') + u')'), COMMAND_RAN);
+      QCOMPARE(GetLastCommand().ActionID, ID);
+      QCOMPARE(GetLastCommand().sError, u"wrong parameter count"_s);
+    }
+  }
+
+  void cleanupTestCase() { m_pWindow->close(); }
 
 private:
   CMainWindow* m_pWindow = nullptr;
 };
-
-void CRowsTest::initTestCase() {
-  m_pWindow = StartFrame();
-  QVERIFY(m_pWindow);
-}
-
-void CRowsTest::everyRowIsServedOrListed_data() {
-  QTest::addColumn<U32>("ID");
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) QTest::addRow("%s", qPrintable(GetActionInfo(ID).sObjectName)) << ID;
-}
-
-void CRowsTest::everyRowIsServedOrListed() {
-  QFETCH(U32, ID);
-  QCOMPARE(GetActionInfo(ID).ActionID, ID);
-  const bool bListed = RowsToCome().contains(ID);
-  if (GetAction(ID)) {
-    QVERIFY2(!bListed, "the row is served now: take it from the list");
-  } else {
-    QVERIFY2(bListed, "nothing serves this row");
-  }
-}
-
-void CRowsTest::noRowIsListedTwice() {
-  QCOMPARE(RowsToCome().size(), static_cast<qsizetype>(std::size(ROWS_TO_COME)));
-  for (const ROW_TO_COME& Row : ROWS_TO_COME) QVERIFY(Row.sWaitsFor && *Row.sWaitsFor);
-}
-
-void CRowsTest::everyServedRowHasItsTexts() {
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-    const QAction* const pAction = GetAction(ID);
-    if (pAction == nullptr) continue;
-    const ACTION_INFO Info = GetActionInfo(ID);
-    QVERIFY2(!pAction->statusTip().isEmpty(), qPrintable(Info.sObjectName));
-    QVERIFY2(!pAction->toolTip().isEmpty(), qPrintable(Info.sObjectName));
-    QVERIFY2(pAction->shortcut().isEmpty() || pAction->toolTip().contains(pAction->shortcut().toString()),
-             qPrintable(pAction->toolTip()));
-    QVERIFY2(Info.sHotkey.isEmpty() || pAction->shortcut() == QKeySequence(Info.sHotkey),
-             qPrintable(Info.sObjectName + u' ' + pAction->shortcut().toString()));
-  }
-}
-
-// By a menu entry, by a key, or from a menu of its own window.
-void CRowsTest::everyServedRowWithoutCommandIsReachable() {
-  QSet<const QAction*> InMenus;
-  CollectMenu(m_pWindow->menuBar()->actions(), &InMenus);
-  for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-    const QAction* const pAction = GetAction(ID);
-    if (pAction == nullptr || !GetPrototype(ID).isEmpty()) continue;
-    const bool bOfWindow = qobject_cast<const CWindow*>(pAction->parent()) != nullptr;
-    QVERIFY2(InMenus.contains(pAction) || !pAction->shortcut().isEmpty() || bOfWindow,
-             qPrintable(pAction->objectName()));
-  }
-}
-
-void CRowsTest::commandsCountTheirArguments_data() {
-  QTest::addColumn<U32>("ID");
-  for (const U32 ID : GetCommandIDs()) {
-    if (GetAction(ID)) QTest::addRow("%s", qPrintable(GetCommandName(ID))) << ID;
-  }
-}
-
-void CRowsTest::commandsCountTheirArguments() {
-  QFETCH(U32, ID);
-  const QString sName = GetCommandName(ID);
-  // The rules of the present state may refuse a command before its handler sees the arguments.
-  SetActionAccepted(ID, true);
-  const bool bOptional = std::ranges::find(ARGUMENTS_OPTIONAL, ID) != std::end(ARGUMENTS_OPTIONAL);
-  // Windows add an argument of their own that no prototype tells of.
-  QList<int> Counts = {GetParamCount(ID) + (ID == ACTION_EDIT_PREFERENCE ? 2 : 1)};
-  if (GetParamCount(ID) > 0 && !bOptional) Counts << 0;
-  for (const int NumArgs : Counts) {
-    const QStringList Args(NumArgs, QStringLiteral("1"));
-    QCOMPARE(ExecuteCommand(sName + u'(' + Args.join(u',') + u')'), COMMAND_RAN);
-    QCOMPARE(GetLastCommand().ActionID, ID);
-    QCOMPARE(GetLastCommand().sError, QStringLiteral("wrong parameter count"));
-  }
-}
-
-void CRowsTest::cleanupTestCase() {
-  m_pWindow->close();
-}
 
 QTEST_MAIN(CRowsTest)
 #include "rows_test.moc"

@@ -8,6 +8,8 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_link.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LATER_MS = 150;  // the script has begun to poll
@@ -19,16 +21,65 @@ class CScriptInputTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase();
-  void theStopKeyEndsAScript_data();
-  void theStopKeyEndsAScript();
-  void aDialogThatOpensMeanwhileGetsItsInput();
-  void keysWorkAgainBehindTheScript();
+  void initTestCase() {
+    m_pWindow = StartFrame();
+    QVERIFY(m_pWindow);
+    RegisterActionHandler(ACTION_FILE_NEW_PROJECT, [this] { ++m_NumHits; });
+    PressOther();
+    QCOMPARE(m_NumHits, 1);
+  }
+
+  void theStopKeyEndsAScript_data() {
+    QTest::addColumn<QString>("Statements");
+    QTest::newRow("loop") << "while (1) { }";
+    QTest::newRow("command in a loop") << "while (1) { Elf.GetBaseAddr(); }";
+    QTest::newRow("sleep") << "Util.Sleep (300000);";
+  }
+
+  void theStopKeyEndsAScript() {
+    QFETCH(QString, Statements);
+    m_NumHits = 0;
+    QElapsedTimer Timer;
+    Timer.start();
+    const int Result = Run(Statements, [this] { PressOther(); });
+    QCOMPARE(Result, -1);
+    QVERIFY(Timer.elapsed() < LIMIT_MS);
+    QCOMPARE(VScript::GetErrorText(), u"Script stopped by the user at line 2"_s);
+    QCOMPARE(m_NumHits, 0);
+  }
+
+  void aDialogThatOpensMeanwhileGetsItsInput() {
+    int Answer = 0;
+    Run(u"while (1) { }"_s, [&] {
+      QMessageBox Box(QMessageBox::Question, {}, u"Go on?"_s, QMessageBox::Yes | QMessageBox::No);
+      QTimer::singleShot(LATER_MS, &Box, [&] { QTest::keyClick(&Box, Qt::Key_Escape); });
+      QTimer::singleShot(LIMIT_MS, &Box, [&] { Box.done(-1); });
+      Answer = Box.exec();
+    });
+    QCOMPARE(Answer, static_cast<int>(QMessageBox::No));
+  }
+
+  void keysWorkAgainBehindTheScript() {
+    m_NumHits = 0;
+    Run(u"while (1) { }"_s, [] {});
+    m_pWindow->activateWindow();  // the dialog had it
+    QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
+    PressOther();
+    QCOMPARE(m_NumHits, 1);
+  }
+
   void cleanupTestCase() { m_pWindow->close(); }
 
 private:
   // Runs a text as the project's load routine; Input is called while it runs, and the stop key pressed last.
-  int Run(const QString& sStatements, const std::function<void()>& Input);
+  int Run(const QString& sStatements, const std::function<void()>& Input) {
+    if (VScript::LoadText(u"void OnProjectLoad (void) {\n"_s + sStatements + u"\n}\n"_s) != 0) return 1;
+    QTimer::singleShot(LATER_MS, m_pWindow, [this, Input] {
+      Input();
+      QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
+    });
+    return VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
+  }
 
   // A key that is always good for something: File.NewProject.
   void PressOther() { QTest::keyClick(m_pWindow, Qt::Key_N, Qt::ControlModifier); }
@@ -36,63 +87,6 @@ private:
   CMainWindow* m_pWindow = nullptr;
   int m_NumHits = 0;
 };
-
-void CScriptInputTest::initTestCase() {
-  m_pWindow = StartFrame();
-  QVERIFY(m_pWindow);
-  RegisterActionHandler(ACTION_FILE_NEW_PROJECT, [this] { ++m_NumHits; });
-  PressOther();
-  QCOMPARE(m_NumHits, 1);
-}
-
-int CScriptInputTest::Run(const QString& sStatements, const std::function<void()>& Input) {
-  if (VScript::LoadText(QStringLiteral("void OnProjectLoad (void) {\n") + sStatements + QStringLiteral("\n}\n")) != 0)
-    return 1;
-  QTimer::singleShot(LATER_MS, m_pWindow, [this, Input] {
-    Input();
-    QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
-  });
-  return VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
-}
-
-void CScriptInputTest::theStopKeyEndsAScript_data() {
-  QTest::addColumn<QString>("Statements");
-  QTest::newRow("loop") << "while (1) { }";
-  QTest::newRow("command in a loop") << "while (1) { Elf.GetBaseAddr(); }";
-  QTest::newRow("sleep") << "Util.Sleep (300000);";
-}
-
-void CScriptInputTest::theStopKeyEndsAScript() {
-  QFETCH(QString, Statements);
-  m_NumHits = 0;
-  QElapsedTimer Timer;
-  Timer.start();
-  const int Result = Run(Statements, [this] { PressOther(); });
-  QCOMPARE(Result, -1);
-  QVERIFY(Timer.elapsed() < LIMIT_MS);
-  QCOMPARE(VScript::GetErrorText(), QStringLiteral("Script stopped by the user at line 2"));
-  QCOMPARE(m_NumHits, 0);
-}
-
-void CScriptInputTest::aDialogThatOpensMeanwhileGetsItsInput() {
-  int Answer = 0;
-  Run(QStringLiteral("while (1) { }"), [&] {
-    QMessageBox Box(QMessageBox::Question, {}, QStringLiteral("Go on?"), QMessageBox::Yes | QMessageBox::No);
-    QTimer::singleShot(LATER_MS, &Box, [&] { QTest::keyClick(&Box, Qt::Key_Escape); });
-    QTimer::singleShot(LIMIT_MS, &Box, [&] { Box.done(-1); });
-    Answer = Box.exec();
-  });
-  QCOMPARE(Answer, static_cast<int>(QMessageBox::No));
-}
-
-void CScriptInputTest::keysWorkAgainBehindTheScript() {
-  m_NumHits = 0;
-  Run(QStringLiteral("while (1) { }"), [] {});
-  m_pWindow->activateWindow();  // the dialog had it
-  QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
-  PressOther();
-  QCOMPARE(m_NumHits, 1);
-}
 
 QTEST_MAIN(CScriptInputTest)
 #include "script_input_test.moc"

@@ -20,6 +20,8 @@
 #include "ui/dock_window.h"
 #include "ui/message_box.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr const char* START_VARIABLE = "VEXOR_TEST_START";
@@ -29,7 +31,7 @@ constexpr QRgb COLOR = 0xFF123456;
 constexpr int FONT_POINTS = 13;
 const QRect GEOMETRY(40, 30, 700, 500);
 const QRect FLOATING(300, 200, 320, 240);
-const QString QUESTION = QStringLiteral("Really?");
+const QString QUESTION = u"Really?"_s;
 
 QString Files() {
   return qEnvironmentVariable(FILES_VARIABLE);
@@ -42,7 +44,7 @@ void AnswerForGood() {
     pBox->findChild<QCheckBox*>()->setChecked(true);
     pBox->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
   });
-  CMessageBox::Show(QStringLiteral("Title"), QUESTION, CMessageBox::FOR_GOOD, QString(),
+  CMessageBox::Show(u"Title"_s, QUESTION, CMessageBox::FOR_GOOD, QString(),
                     QDialogButtonBox::Yes | QDialogButtonBox::No);
 }
 
@@ -53,7 +55,7 @@ int AnswerWithoutBox() {
     bShown = pBox != nullptr;
     if (pBox) pBox->close();
   });
-  const int Answer = CMessageBox::Show(QStringLiteral("Title"), QUESTION, CMessageBox::FOR_GOOD, QString(),
+  const int Answer = CMessageBox::Show(u"Title"_s, QUESTION, CMessageBox::FOR_GOOD, QString(),
                                        QDialogButtonBox::Yes | QDialogButtonBox::No);
   QCoreApplication::processEvents();
   return bShown ? -1 : Answer;
@@ -66,161 +68,146 @@ class CStart : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase();
-  void start();
-  void cleanupTestCase();
+  void initTestCase() {
+    CDevice::SetLibraryFolder(QStringLiteral(VEXOR_BIN_DIR));
+    CDeviceDataProvider::Get();
+    m_pWindow = new CMainWindow;
+    // The welcome screen would wait for a choice.
+    SetVarValue(GetVarInfo(PREF_START_WITH_MOST_RECENT_PROJ), 1, 0);
+    QSignalSpy Started(m_pWindow, &CMainWindow::Started);
+    m_pWindow->show();
+    QVERIFY(Started.wait(FRAME_WAIT_MS));
+    QTRY_VERIFY(m_pWindow->IsIdle());
+  }
+
+  void start() {
+    const QByteArray Start = qgetenv(START_VARIABLE);
+    if (Start == "first") First();
+    if (Start == "second") Second();
+    if (Start == "third") Third();
+    if (Start == "damaged") AfterDamage();
+  }
+
+  void cleanupTestCase() {
+    m_pWindow->close();
+    QCOMPARE(SaveSettings(), 0);
+  }
 
 private:
-  void First();
-  void Second();
-  void Third();
-  void AfterDamage();
+  void First() {
+    QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 1U);
+    QVERIFY(m_pWindow->Console().IsVisible());
+    QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
+    m_pWindow->setGeometry(GEOMETRY);
+    m_pWindow->FindToolBar(u"File"_s)->show();
+    m_pWindow->FindToolBar(u"Debug"_s)->hide();
+    m_pWindow->addDockWidget(Qt::LeftDockWidgetArea, m_pWindow->Console().GetDock());
+    PerformAction(ACTION_FILE_OPEN, Files() + u"/one.vdebug"_s);
+    QTRY_COMPARE(m_pWindow->Projects().RecentProjects().Paths().size(), 1);
+    m_pWindow->Projects().sDefaultDirSave = Files();
+    PerformAction(ACTION_EDIT_PREFERENCE, u"PREF_SHOW_TIMESTAMPS_CONSOLE"_s, 0, 1);
+    SetColorRgb(COLOR_PC_ACTIVE, COLOR, true);
+    QFont Font = ::GetFont(FONT_CONSOLE);
+    Font.setPointSize(FONT_POINTS);
+    SetFont(FONT_CONSOLE, Font, true, true);
+    AnswerForGood();
+    QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
+  }
+
+  void Second() {
+    QCOMPARE(m_pWindow->geometry(), GEOMETRY);
+    QVERIFY(m_pWindow->FindToolBar(u"File"_s)->isVisible());
+    QVERIFY(GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
+    QVERIFY(!m_pWindow->FindToolBar(u"Debug"_s)->isVisible());
+    QVERIFY(!GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
+    QCOMPARE(m_pWindow->dockWidgetArea(m_pWindow->Console().GetDock()), Qt::LeftDockWidgetArea);
+    const QStringList Recent = m_pWindow->Projects().RecentProjects().Paths();
+    QCOMPARE(Recent, QStringList{Files() + u"/one.vdebug"_s});
+    QCOMPARE(m_pWindow->Projects().sDefaultDirSave, Files());
+    QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
+    QCOMPARE(GetColorRgb(COLOR_PC_ACTIVE), COLOR);
+    QCOMPARE(::GetFont(FONT_CONSOLE).pointSize(), FONT_POINTS);
+    QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
+    CDockWindow* const pDock = m_pWindow->Console().GetDock();
+    pDock->setFloating(true);
+    pDock->setGeometry(FLOATING);
+    m_pWindow->FindToolBar(u"Debug"_s)->show();
+  }
+
+  void Third() {
+    const CDockWindow* const pDock = m_pWindow->Console().GetDock();
+    QVERIFY(pDock->isFloating() && pDock->isVisible());
+    QCOMPARE(pDock->size(), FLOATING.size());
+    QVERIFY(m_pWindow->FindToolBar(u"Debug"_s)->isVisible());
+    QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
+    PerformAction(ACTION_WINDOW_CLOSE, u"Console"_s);
+  }
+
+  // All defaults, and a word about it where the user sees it.
+  void AfterDamage() {
+    QVERIFY2(ConsoleText(*m_pWindow).contains(u".damaged"_s), qPrintable(ConsoleText(*m_pWindow)));
+    QVERIFY(m_pWindow->Console().IsVisible());
+    QVERIFY(!m_pWindow->Console().GetDock()->isFloating());
+    QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
+    QVERIFY(GetColorRgb(COLOR_PC_ACTIVE) != COLOR);
+  }
 
   CMainWindow* m_pWindow = nullptr;
 };
-
-void CStart::initTestCase() {
-  CDevice::SetLibraryFolder(QStringLiteral(VEXOR_BIN_DIR));
-  CDeviceDataProvider::Get();
-  m_pWindow = new CMainWindow;
-  // The welcome screen would wait for a choice.
-  SetVarValue(GetVarInfo(PREF_START_WITH_MOST_RECENT_PROJ), 1, 0);
-  QSignalSpy Started(m_pWindow, &CMainWindow::Started);
-  m_pWindow->show();
-  QVERIFY(Started.wait(FRAME_WAIT_MS));
-  QTRY_VERIFY(m_pWindow->IsIdle());
-}
-
-void CStart::start() {
-  const QByteArray Start = qgetenv(START_VARIABLE);
-  if (Start == "first") First();
-  if (Start == "second") Second();
-  if (Start == "third") Third();
-  if (Start == "damaged") AfterDamage();
-}
-
-void CStart::First() {
-  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 1U);
-  QVERIFY(m_pWindow->Console().IsVisible());
-  QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
-  m_pWindow->setGeometry(GEOMETRY);
-  m_pWindow->FindToolBar(QStringLiteral("File"))->show();
-  m_pWindow->FindToolBar(QStringLiteral("Debug"))->hide();
-  m_pWindow->addDockWidget(Qt::LeftDockWidgetArea, m_pWindow->Console().GetDock());
-  PerformAction(ACTION_FILE_OPEN, Files() + QStringLiteral("/one.vdebug"));
-  QTRY_COMPARE(m_pWindow->Projects().RecentProjects().Paths().size(), 1);
-  m_pWindow->Projects().sDefaultDirSave = Files();
-  PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_TIMESTAMPS_CONSOLE"), 0, 1);
-  SetColorRgb(COLOR_PC_ACTIVE, COLOR, true);
-  QFont Font = ::GetFont(FONT_CONSOLE);
-  Font.setPointSize(FONT_POINTS);
-  SetFont(FONT_CONSOLE, Font, true, true);
-  AnswerForGood();
-  QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
-}
-
-void CStart::Second() {
-  QCOMPARE(m_pWindow->geometry(), GEOMETRY);
-  QVERIFY(m_pWindow->FindToolBar(QStringLiteral("File"))->isVisible());
-  QVERIFY(GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
-  QVERIFY(!m_pWindow->FindToolBar(QStringLiteral("Debug"))->isVisible());
-  QVERIFY(!GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
-  QCOMPARE(m_pWindow->dockWidgetArea(m_pWindow->Console().GetDock()), Qt::LeftDockWidgetArea);
-  const QStringList Recent = m_pWindow->Projects().RecentProjects().Paths();
-  QCOMPARE(Recent, QStringList{Files() + QStringLiteral("/one.vdebug")});
-  QCOMPARE(m_pWindow->Projects().sDefaultDirSave, Files());
-  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
-  QCOMPARE(GetColorRgb(COLOR_PC_ACTIVE), COLOR);
-  QCOMPARE(::GetFont(FONT_CONSOLE).pointSize(), FONT_POINTS);
-  QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
-  CDockWindow* const pDock = m_pWindow->Console().GetDock();
-  pDock->setFloating(true);
-  pDock->setGeometry(FLOATING);
-  m_pWindow->FindToolBar(QStringLiteral("Debug"))->show();
-}
-
-void CStart::Third() {
-  const CDockWindow* const pDock = m_pWindow->Console().GetDock();
-  QVERIFY(pDock->isFloating() && pDock->isVisible());
-  QCOMPARE(pDock->size(), FLOATING.size());
-  QVERIFY(m_pWindow->FindToolBar(QStringLiteral("Debug"))->isVisible());
-  QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
-  PerformAction(ACTION_WINDOW_CLOSE, QStringLiteral("Console"));
-}
-
-// All defaults, and a word about it where the user sees it.
-void CStart::AfterDamage() {
-  QVERIFY2(ConsoleText(*m_pWindow).contains(QStringLiteral(".damaged")), qPrintable(ConsoleText(*m_pWindow)));
-  QVERIFY(m_pWindow->Console().IsVisible());
-  QVERIFY(!m_pWindow->Console().GetDock()->isFloating());
-  QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
-  QVERIFY(GetColorRgb(COLOR_PC_ACTIVE) != COLOR);
-}
-
-void CStart::cleanupTestCase() {
-  m_pWindow->close();
-  QCOMPARE(SaveSettings(), 0);
-}
 
 // The starts, one after the other.
 class CTwoStartsTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase();
-  void whatIsLeftIsFoundAgain_data();
-  void whatIsLeftIsFoundAgain();
-  void damagedSettingsArePutAside();
+  void initTestCase() {
+    QVERIFY(m_Home.isValid());
+    QFile Project(m_Home.filePath(u"one.vdebug"_s));
+    QVERIFY(Project.open(QIODevice::WriteOnly) && Project.write("void OnProjectLoad (void) {\n}\n") > 0);
+  }
+
+  void whatIsLeftIsFoundAgain_data() {
+    QTest::addColumn<QByteArray>("Start");
+    for (const char* const sStart : {"first", "second", "third"}) QTest::newRow(sStart) << QByteArray(sStart);
+  }
+
+  void whatIsLeftIsFoundAgain() {
+    QFETCH(QByteArray, Start);
+    RunStart(Start.constData());
+  }
+
+  void damagedSettingsArePutAside() {
+    const QString sFile = m_Home.filePath(u"Morvek/Vexor.conf"_s);
+    QFile File(sFile);
+    QVERIFY(File.exists() && File.open(QIODevice::WriteOnly) && File.write("[AppData\n\x01\x02garbage\n\xFF") > 0);
+    File.close();
+    RunStart("damaged");
+    QVERIFY(QFile::exists(sFile + u".damaged"_s));
+  }
 
 private:
-  void RunStart(const char* sStart);
+  void RunStart(const char* sStart) {
+    QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
+    Environment.insert(QLatin1String(START_VARIABLE), QLatin1String(sStart));
+    Environment.insert(QLatin1String(FILES_VARIABLE), m_Home.path());
+    Environment.insert(u"XDG_CONFIG_HOME"_s, m_Home.path());
+    Environment.insert(u"HOME"_s, m_Home.path());
+    QProcess Process;
+    Process.setProcessEnvironment(Environment);
+    Process.setProcessChannelMode(QProcess::MergedChannels);
+    Process.start(QCoreApplication::applicationFilePath(), {u"-maxwarnings"_s, u"0"_s});
+    QVERIFY(Process.waitForFinished(PROCESS_LIMIT_MS));
+    const QByteArray Output = Process.readAll();
+    QVERIFY2(Process.exitStatus() == QProcess::NormalExit && Process.exitCode() == 0, Output.constData());
+  }
+
   QTemporaryDir m_Home;
 };
 
-void CTwoStartsTest::initTestCase() {
-  QVERIFY(m_Home.isValid());
-  QFile Project(m_Home.filePath(QStringLiteral("one.vdebug")));
-  QVERIFY(Project.open(QIODevice::WriteOnly) && Project.write("void OnProjectLoad (void) {\n}\n") > 0);
-}
-
-void CTwoStartsTest::RunStart(const char* sStart) {
-  QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
-  Environment.insert(QLatin1String(START_VARIABLE), QLatin1String(sStart));
-  Environment.insert(QLatin1String(FILES_VARIABLE), m_Home.path());
-  Environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_Home.path());
-  Environment.insert(QStringLiteral("HOME"), m_Home.path());
-  QProcess Process;
-  Process.setProcessEnvironment(Environment);
-  Process.setProcessChannelMode(QProcess::MergedChannels);
-  Process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("-maxwarnings"), QStringLiteral("0")});
-  QVERIFY(Process.waitForFinished(PROCESS_LIMIT_MS));
-  const QByteArray Output = Process.readAll();
-  QVERIFY2(Process.exitStatus() == QProcess::NormalExit && Process.exitCode() == 0, Output.constData());
-}
-
-void CTwoStartsTest::whatIsLeftIsFoundAgain_data() {
-  QTest::addColumn<QByteArray>("Start");
-  for (const char* const sStart : {"first", "second", "third"}) QTest::newRow(sStart) << QByteArray(sStart);
-}
-
-void CTwoStartsTest::whatIsLeftIsFoundAgain() {
-  QFETCH(QByteArray, Start);
-  RunStart(Start.constData());
-}
-
-void CTwoStartsTest::damagedSettingsArePutAside() {
-  const QString sFile = m_Home.filePath(QStringLiteral("Morvek/Vexor.conf"));
-  QFile File(sFile);
-  QVERIFY(File.exists() && File.open(QIODevice::WriteOnly) && File.write("[AppData\n\x01\x02garbage\n\xFF") > 0);
-  File.close();
-  RunStart("damaged");
-  QVERIFY(QFile::exists(sFile + QStringLiteral(".damaged")));
-}
-
 int main(int argc, char** argv) {
   QApplication Application(argc, argv);
-  QCoreApplication::setOrganizationName(QStringLiteral("Morvek"));
-  QCoreApplication::setApplicationName(QStringLiteral("Vexor"));
+  QCoreApplication::setOrganizationName(u"Morvek"_s);
+  QCoreApplication::setApplicationName(u"Vexor"_s);
   CStart Start;
   CTwoStartsTest Test;
   QObject* const pTest = qEnvironmentVariableIsSet(START_VARIABLE) ? static_cast<QObject*>(&Start) : &Test;

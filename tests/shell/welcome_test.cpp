@@ -6,9 +6,11 @@
 
 #include "shell/dialogs/welcome_screen.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QStringList PROJECTS = {QStringLiteral("/one & only/a.vdebug"), QStringLiteral("/two/b.vdebug")};
+const QStringList PROJECTS = {u"/one & only/a.vdebug"_s, u"/two/b.vdebug"_s};
 
 QPushButton* ButtonOf(const CWelcomeScreen& Screen, int Choice) {
   return Screen.findChildren<QPushButton*>().value(Choice);
@@ -20,65 +22,60 @@ class CWelcomeTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void aChoiceIsTakenWithTheKeyboard_data();
-  void aChoiceIsTakenWithTheKeyboard();
-  void otherKeysKeepTheQuestion();
-  void theArrowOffersEveryProject();
+  void aChoiceIsTakenWithTheKeyboard_data() {
+    QTest::addColumn<QStringList>("Recent");
+    QTest::addColumn<int>("Pressed");
+    QTest::addColumn<int>("Taken");
+    QTest::addColumn<QString>("Path");
+    QTest::newRow("empty") << PROJECTS << 0 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
+    QTest::newRow("new") << PROJECTS << 1 << int(CWelcomeScreen::NEW_PROJECT) << QString();
+    QTest::newRow("open") << PROJECTS << 2 << int(CWelcomeScreen::OPEN_PROJECT) << QString();
+    QTest::newRow("recent") << PROJECTS << 3 << int(CWelcomeScreen::RECENT_PROJECT) << PROJECTS[0];
+    QTest::newRow("recent, but none") << QStringList() << 3 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
+  }
+
+  void aChoiceIsTakenWithTheKeyboard() {
+    QFETCH(QStringList, Recent);
+    QFETCH(int, Pressed);
+    CWelcomeScreen Screen(nullptr, Recent);
+    Screen.show();
+    QVERIFY(QTest::qWaitForWindowActive(&Screen));
+    ButtonOf(Screen, Pressed)->setFocus();
+    QTest::keyClick(&Screen, Qt::Key_Return);
+    QVERIFY(Screen.isVisible() && ButtonOf(Screen, Pressed)->isDown());
+    QTRY_COMPARE(Screen.result(), int(QDialog::Accepted));
+    QTEST(int(Screen.Choice()), "Taken");
+    QTEST(Screen.Path(), "Path");
+  }
+
+  void otherKeysKeepTheQuestion() {
+    CWelcomeScreen Screen(nullptr, {});
+    Screen.show();
+    QVERIFY(QTest::qWaitForWindowActive(&Screen));
+    for (const Qt::Key Key : {Qt::Key_Escape, Qt::Key_F1, Qt::Key_Q}) QTest::keyClick(&Screen, Key);
+    QTest::qWait(0);
+    QVERIFY(Screen.isVisible());
+    QVERIFY(!Screen.findChild<QToolButton*>()->isEnabled());
+  }
+
+  void theArrowOffersEveryProject() {
+    CWelcomeScreen Screen(nullptr, PROJECTS);
+    Screen.show();
+    QVERIFY(QTest::qWaitForWindowActive(&Screen));
+    QStringList Texts;
+    QTimer::singleShot(50, &Screen, [&Texts] {
+      auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      if (pMenu == nullptr) return;
+      for (const QAction* const pAction : pMenu->actions()) Texts << pAction->text();
+      pMenu->setActiveAction(pMenu->actions().last());
+      QTest::keyClick(pMenu, Qt::Key_Return);
+    });
+    QTest::mouseClick(Screen.findChild<QToolButton*>(), Qt::LeftButton);
+    QCOMPARE(Texts, (QStringList{u"/one && only/a.vdebug"_s, PROJECTS[1]}));
+    QCOMPARE(int(Screen.Choice()), int(CWelcomeScreen::RECENT_PROJECT));
+    QCOMPARE(Screen.Path(), PROJECTS[1]);
+  }
 };
-
-void CWelcomeTest::aChoiceIsTakenWithTheKeyboard_data() {
-  QTest::addColumn<QStringList>("Recent");
-  QTest::addColumn<int>("Pressed");
-  QTest::addColumn<int>("Taken");
-  QTest::addColumn<QString>("Path");
-  QTest::newRow("empty") << PROJECTS << 0 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
-  QTest::newRow("new") << PROJECTS << 1 << int(CWelcomeScreen::NEW_PROJECT) << QString();
-  QTest::newRow("open") << PROJECTS << 2 << int(CWelcomeScreen::OPEN_PROJECT) << QString();
-  QTest::newRow("recent") << PROJECTS << 3 << int(CWelcomeScreen::RECENT_PROJECT) << PROJECTS[0];
-  QTest::newRow("recent, but none") << QStringList() << 3 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
-}
-
-void CWelcomeTest::aChoiceIsTakenWithTheKeyboard() {
-  QFETCH(QStringList, Recent);
-  QFETCH(int, Pressed);
-  CWelcomeScreen Screen(nullptr, Recent);
-  Screen.show();
-  QVERIFY(QTest::qWaitForWindowActive(&Screen));
-  ButtonOf(Screen, Pressed)->setFocus();
-  QTest::keyClick(&Screen, Qt::Key_Return);
-  QVERIFY(Screen.isVisible() && ButtonOf(Screen, Pressed)->isDown());
-  QTRY_COMPARE(Screen.result(), int(QDialog::Accepted));
-  QTEST(int(Screen.Choice()), "Taken");
-  QTEST(Screen.Path(), "Path");
-}
-
-void CWelcomeTest::otherKeysKeepTheQuestion() {
-  CWelcomeScreen Screen(nullptr, {});
-  Screen.show();
-  QVERIFY(QTest::qWaitForWindowActive(&Screen));
-  for (const Qt::Key Key : {Qt::Key_Escape, Qt::Key_F1, Qt::Key_Q}) QTest::keyClick(&Screen, Key);
-  QTest::qWait(0);
-  QVERIFY(Screen.isVisible());
-  QVERIFY(!Screen.findChild<QToolButton*>()->isEnabled());
-}
-
-void CWelcomeTest::theArrowOffersEveryProject() {
-  CWelcomeScreen Screen(nullptr, PROJECTS);
-  Screen.show();
-  QVERIFY(QTest::qWaitForWindowActive(&Screen));
-  QStringList Texts;
-  QTimer::singleShot(50, &Screen, [&Texts] {
-    auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    if (pMenu == nullptr) return;
-    for (const QAction* const pAction : pMenu->actions()) Texts << pAction->text();
-    pMenu->setActiveAction(pMenu->actions().last());
-    QTest::keyClick(pMenu, Qt::Key_Return);
-  });
-  QTest::mouseClick(Screen.findChild<QToolButton*>(), Qt::LeftButton);
-  QCOMPARE(Texts, (QStringList{QStringLiteral("/one && only/a.vdebug"), PROJECTS[1]}));
-  QCOMPARE(int(Screen.Choice()), int(CWelcomeScreen::RECENT_PROJECT));
-  QCOMPARE(Screen.Path(), PROJECTS[1]);
-}
 
 QTEST_MAIN(CWelcomeTest)
 #include "welcome_test.moc"
