@@ -319,8 +319,6 @@ bool CMainWindow::CloseDocuments() {
 bool CMainWindow::SaveDocuments() {
   return true;
 }
-void CMainWindow::LoadUserFile(const QString&) {}
-void CMainWindow::SaveUserFile(const QString&) {}
 
 // The tips of menu entries and buttons take their turn among the status bar's texts.
 bool CMainWindow::event(QEvent* pEvent) {

@@ -1,9 +1,14 @@
-// What is remembered of the window: geometry, docks, tool bars, recent lists, directories.
+// What is remembered of the window: geometry, docks, tool bars, recent lists, directories; and, in a project's user
+// file, the layout for the project.
 
+#include <QFileInfo>
+
+#include "script/text_file.h"
 #include "shell/directories.h"
 #include "shell/main_window.h"
 #include "shell/menu_table.h"
 #include "shell/settings/settings_cache.h"
+#include "shell/user_layout.h"
 #include "shell/window_table.h"
 #include "ui/dock_window.h"
 
@@ -67,4 +72,20 @@ void CMainWindow::SavePerspective() {
   for (const TOOL_BAR_TABLE& Row : GetToolBarTables()) {
     SetSetting(PERSPECTIVE_GROUP, QLatin1String(Row.sSettingKey), !FindToolBar(QLatin1String(Row.sName))->isHidden());
   }
+}
+
+void CMainWindow::LoadUserFile(const QString& sPath) {
+  if (!QFileInfo(sPath).isFile()) return;
+  bool bOk = false;
+  const QString sText = ReadTextFile(sPath, &bOk);
+  if (!bOk) return;
+  for (CWindow* const pWindow : GetWindowList()) pWindow->ClearStateBackup();
+  ApplyLayout(ParseUserFile(sText), *this, GetWindowList(), m_ToolBars);
+  UpdateToolBarChecks();
+  for (CWindow* const pWindow : GetWindowList()) pWindow->SetUserConfigStr(sText);
+}
+
+void CMainWindow::SaveUserFile(const QString& sPath) {
+  if (sPath.isEmpty()) return;
+  WriteTextFile(sPath, MakeUserFileText(MeasureLayout(*this, GetWindowList(), m_ToolBars)));
 }

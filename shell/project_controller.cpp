@@ -19,6 +19,7 @@
 #include "shell/program_loader.h"
 #include "shell/register_files.h"
 #include "shell/session_controller.h"
+#include "shell/settings/settings_cache.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"
@@ -151,7 +152,7 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
   m_Session.ExecScriptFunc(HOOK_ON_PROJECT_LOAD);
   m_Session.SetLoadingProject(false);
   LoadDefaultRegisterFile();
-  m_View.LoadUserFile(CProject::GetUserFileName(sPath));
+  if (!AreSettingsInMemory()) m_View.LoadUserFile(CProject::GetUserFileName(sPath));
   m_View.OnProjectStateChanged();
 }
 
@@ -170,7 +171,7 @@ void CProjectController::LoadDefaultRegisterFile() {
 }
 
 void CProjectController::OnProjectFileClosed(const QString& sPath) {
-  if (!sPath.isEmpty()) m_View.SaveUserFile(CProject::GetUserFileName(sPath));
+  if (!sPath.isEmpty() && !AreSettingsInMemory()) m_View.SaveUserFile(CProject::GetUserFileName(sPath));
 }
 
 QString CProjectController::MakeTitle() const {

@@ -61,6 +61,10 @@ void SetSettingsInMemory(bool On) {
   State().InMemory = On;
 }
 
+bool AreSettingsInMemory() {
+  return State().InMemory;
+}
+
 int LoadSettings() {
   if (State().InMemory) return 0;
   State().Values.clear();

@@ -10,6 +10,7 @@ using SETTING_GROUP = QStringList;
 
 // On: LoadSettings and SaveSettings do nothing, as in a batch session. Must be called before LoadSettings.
 void SetSettingsInMemory(bool On);
+bool AreSettingsInMemory();
 
 // Replaces the cache's content with the store's. Returns 0, or -1 with a console line when the store could not be read: a
 // damaged one is renamed to "<file>.damaged" and leaves the cache empty, so that defaults apply.

@@ -8,6 +8,7 @@
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
+#include "project/user_file.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/look/look.h"
@@ -325,6 +326,15 @@ void CSourceWindow::SetPreference(int VarID, int Value) {
   if (VarID == PREF_TAB_SPACING) m_pState->pEditor->SetTabSpacing(Value);
   if (VarID == PREF_LINE_NUMBER_FREQ) m_pState->pEditor->SetLineNumberFreq(Value);
   if (VarID == PREF_SHOW_SIDEBAR_SRC) m_pState->pSidebar->setVisible(Value != 0);
+}
+
+QString CSourceWindow::GetUserConfigStr() const {
+  return GetVarValue(PREF_SHOW_SRC_CODE_PROFILE) != 0 ? ExecCountersText(GetName()) : QString();
+}
+
+void CSourceWindow::SetUserConfigStr(const QString& sConfig) {
+  const std::optional<bool> Shown = FindExecCounters(sConfig, GetName());
+  if (Shown) PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_SRC_CODE_PROFILE"), *Shown ? 1 : 0);
 }
 
 QString CSourceWindow::GetStatusText() const {

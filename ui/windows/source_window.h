@@ -55,6 +55,9 @@ public:
   void SetFont(int FontID, const QFont& Font) override;
   void SetColor(int ColorID, const QColor& Color) override;
   void SetPreference(int VarID, int Value) override;
+  // Whether execution counters are shown.
+  QString GetUserConfigStr() const override;
+  void SetUserConfigStr(const QString& sConfig) override;
   QString GetStatusText() const override;
   // The visible document: a line "file:line" where the PC stands, then the text.
   QString DumpText() const override;
