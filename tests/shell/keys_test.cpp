@@ -108,23 +108,19 @@ private Q_SLOTS:
     QCOMPARE(m_Hits, Rows);
   }
 
-  void alternatesReachTheSameRows_data() {
-    QTest::addColumn<QString>("Key");
-    QTest::addColumn<U32>("ID");
-    QTest::newRow("Ctrl+=") << u"Ctrl+="_s << U32{ACTION_SRC_EXPAND_LINE};
-    QTest::newRow("Alt+=") << u"Alt+="_s << U32{ACTION_SRC_EXPAND_ALL_LINES};
-    QTest::newRow("=") << u"="_s << U32{ACTION_TIMELINE_ZOOM_IN};
-    QTest::newRow("F6") << u"F6"_s << U32{ACTION_DEBUG_HALT};
-  }
-
   void alternatesReachTheSameRows() {
-    QFETCH(QString, Key);
-    QFETCH(U32, ID);
-    RecordRow(ID);
-    ::UpdateActions(RUNNING);
-    Press(Key);
-    QCOMPARE(m_Hits, QList<U32>{ID});
-    if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
+    const std::pair<QString, U32> Rows[] = {{u"Ctrl+="_s, ACTION_SRC_EXPAND_LINE},
+                                            {u"Alt+="_s, ACTION_SRC_EXPAND_ALL_LINES},
+                                            {u"="_s, ACTION_TIMELINE_ZOOM_IN},
+                                            {u"F6"_s, ACTION_DEBUG_HALT}};
+    QList<U32> Expected;
+    for (const auto& [sKey, ID] : Rows) {
+      RecordRow(ID);
+      ::UpdateActions(RUNNING);
+      Press(sKey);
+      QCOMPARE(m_Hits, Expected << ID);
+      if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
+    }
   }
 
   void anAlternateOfAWindowActsInThatWindow() {
@@ -138,52 +134,41 @@ private Q_SLOTS:
     QCOMPARE(Triggered.count(), 1);
   }
 
-  void shiftAltSGoesToTheSource() {
-    m_pWindow->Console().FocusInput();
-    m_pWindow->Source().SetActive(false);
-    Press(u"Shift+Alt+S"_s);
-    QVERIFY(m_pWindow->Source().HasFocus() && m_pWindow->Source().IsActive());
-  }
-
-  void escapeGoesToTheSource() {
-    m_pWindow->Console().FocusInput();
-    QVERIFY(m_pWindow->Console().HasFocus());
-    Press(u"Esc"_s);
-    QVERIFY(m_pWindow->Source().HasFocus());
+  void keysGoToTheSource() {
+    for (const QString& sKey : {u"Shift+Alt+S"_s, u"Esc"_s}) {
+      m_pWindow->Console().FocusInput();
+      QVERIFY(m_pWindow->Console().HasFocus());
+      m_pWindow->Source().SetActive(false);
+      Press(sKey);
+      QVERIFY2(m_pWindow->Source().HasFocus(), qPrintable(sKey));
+      QCOMPARE(m_pWindow->Source().IsActive(), sKey != u"Esc"_s);
+    }
   }
 
   void escapeStaysWhereItIsNeeded_data() {
-    QTest::addColumn<QString>("Where");
-    QTest::newRow("menu") << u"menu"_s;
-    QTest::newRow("modal dialog") << u"modal"_s;
-    QTest::newRow("other top-level window") << u"other"_s;
-    QTest::newRow("limited input") << u"input"_s;
+    QTest::addColumn<QWidget*>("Target");
+    auto* const pMenu = new QMenu(m_pWindow);
+    pMenu->addAction(u"Entry"_s);
+    auto* const pModal = new QDialog(m_pWindow);
+    pModal->setModal(true);
+    auto* const pLimited = new QLineEdit(&m_pWindow->Console());
+    pLimited->setMaxLength(8);
+    QTest::newRow("menu") << static_cast<QWidget*>(pMenu);
+    QTest::newRow("modal dialog") << static_cast<QWidget*>(pModal);
+    QTest::newRow("other top-level window") << static_cast<QWidget*>(new QDialog(m_pWindow));
+    QTest::newRow("limited input") << static_cast<QWidget*>(pLimited);
   }
 
   void escapeStaysWhereItIsNeeded() {
-    QFETCH(QString, Where);
+    QFETCH(QWidget*, Target);
     m_pWindow->Console().FocusInput();
-    QDialog Dialog(m_pWindow);
-    QLineEdit Limited(&m_pWindow->Console());
-    QMenu Menu(m_pWindow);
-    Menu.addAction(u"Entry"_s);
-    QWidget* pTarget = &Dialog;
-    if (Where == QLatin1String("menu")) {
-      Menu.popup(m_pWindow->pos());
-      pTarget = &Menu;
-    } else if (Where == QLatin1String("input")) {
-      Limited.setMaxLength(8);
-      Limited.show();
-      Limited.setFocus();
-      pTarget = &Limited;
-    } else {
-      Dialog.setModal(Where == QLatin1String("modal"));
-      Dialog.show();
-    }
-    QTRY_VERIFY(pTarget->isVisible());
-    QTest::keyClick(pTarget, Qt::Key_Escape);
+    Target->show();
+    Target->setFocus();
+    QTRY_VERIFY(Target->isVisible());
+    QTest::keyClick(Target, Qt::Key_Escape);
     QApplication::setActiveWindow(m_pWindow);
     QVERIFY(!m_pWindow->Source().HasFocus());
+    Target->hide();
   }
 
   void aDockPassesKeysToItsWindow() {

@@ -1,13 +1,8 @@
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QLineEdit>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QToolBar>
 
-#include "device/device.h"
-#include "device/device_data_provider.h"
+#include "frame.h"
 #include "program/database/elfapi.h"
 #include "project/project.h"
 #include "script/vscript.h"
@@ -15,10 +10,8 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/look/look.h"
-#include "shell/main_window.h"
 #include "shell/settings/color_ids.h"
-#include "shell/settings/settings_cache.h"
-#include "shell/windows/console_window.h"
+#include "tests/common/write_file.h"
 #include "ui/dock_window.h"
 #include "ui/message_box.h"
 #include "ui/windows/source_editor.h"
@@ -28,7 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int WAIT_MS = 10'000;
 constexpr int CLOSE_LIMIT_MS = 2000;
 const QString PROJECT = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.vdebug");
 
@@ -38,11 +30,14 @@ bool IsHalted() {
          !Device.IsJobPending(JT_ANY);
 }
 
-QString WriteProject(const QTemporaryDir& Dir, const char* sBody) {
-  const QString sPath = Dir.filePath(u"test.vdebug"_s);
-  QFile File(sPath);
-  if (File.open(QIODevice::WriteOnly)) File.write(QByteArray("void OnProjectLoad (void) {") + sBody + "}\n");
-  return sPath;
+bool Halts() {
+  return QTest::qWaitFor(IsHalted, FRAME_WAIT_MS);
+}
+bool Runs() {
+  return QTest::qWaitFor([] { return !CDevice::Get().IsHalted(); }, FRAME_WAIT_MS);
+}
+bool Disconnects() {
+  return QTest::qWaitFor([] { return !CDevice::Get().IsConnected(); }, FRAME_WAIT_MS);
 }
 
 }  // namespace
@@ -54,68 +49,35 @@ class CMainWindowTest : public QObject {
 
 private Q_SLOTS:
   void initTestCase() {
-    SetSettingsInMemory(true);
-    CDevice::SetLibraryFolder(QStringLiteral(VEXOR_BIN_DIR));
-    CDeviceDataProvider::Get();
-    m_pWindow = new CMainWindow;
-    QSignalSpy Started(m_pWindow, &CMainWindow::Started);
-    m_pWindow->show();
-    QVERIFY(Started.wait(WAIT_MS));
+    m_pWindow = StartFrame();
+    QVERIFY(m_pWindow);
+    const QSignalSpy StartedAgain(m_pWindow, &CMainWindow::Started);
     m_pWindow->hide();
     m_pWindow->show();
     QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
     QTest::qWait(50);
-    QCOMPARE(Started.count(), 1);
-  }
-
-  void startsWithTheDefaultLayout() {
-    QVERIFY(m_pWindow->Console().IsVisible());
-    QVERIFY(m_pWindow->FindToolBar(u"ToolbarDebug"_s)->isVisible());
-    QVERIFY(!m_pWindow->FindToolBar(u"ToolbarFile"_s)->isVisible());
-    QVERIFY(m_pWindow->windowTitle().startsWith(u"Vexor"_s));
-    QCOMPARE(m_pWindow->FindWindow(u"\"console\""_s, false), static_cast<CWindow*>(&m_pWindow->Console()));
-    QVERIFY(m_pWindow->FindWindow(u"Registers"_s, false) == nullptr);
-  }
-
-  void aTypedCommandRunsAndIsKeptInTheHistory() {
-    Type("Util.Log (\"a, b\")");
-    Type("Nonsense 1");
-    QVERIFY(ConsoleText().contains(u"a, b"_s));
-    QVERIFY(ConsoleText().contains(u"Nonsense 1: unknown command. Type ? or help for a list of available commands."_s));
-    QTest::keyClick(&Input(), Qt::Key_Up);
-    QCOMPARE(Input().text(), u"Nonsense 1"_s);
-    QTest::keyClick(&Input(), Qt::Key_Up);
-    QCOMPARE(Input().text(), u"Util.Log (\"a, b\")"_s);
-    Input().clear();
-  }
-
-  void f5StartsASessionThatHaltsInMain() {
-    PerformAction(ACTION_FILE_OPEN, PROJECT);
-    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && ELFAPI_IsLoaded(), WAIT_MS);
-    QVERIFY2(!VScript::HasError(), qPrintable(VScript::GetErrorText()));
-    QTest::keyClick(m_pWindow, Qt::Key_F5);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
-    const U32 Main = ELFAPI_GetAddr(ELFAPI_GetEntryFunc());
-    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), Main);
-    QVERIFY(m_pWindow->Source().ActiveFile().endsWith(u"main.c"_s));
-    QVERIFY(m_pWindow->Source().DumpText().startsWith(u"main.c\tmain.c:38"_s));
-    QVERIFY(ConsoleText().contains(u"Debug.Start();"_s));
-    QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.elf"_s));
+    QCOMPARE(StartedAgain.count(), 0);
   }
 
   void theKeysFollowTheState() {
+    PerformAction(ACTION_FILE_OPEN, PROJECT);
+    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && ELFAPI_IsLoaded(), FRAME_WAIT_MS);
+    QVERIFY2(!VScript::HasError(), qPrintable(VScript::GetErrorText()));
+    QTest::keyClick(m_pWindow, Qt::Key_F5);
+    QVERIFY(Halts());
+    const U32 Main = ELFAPI_GetAddr(ELFAPI_GetEntryFunc());
+    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), Main);
+    QVERIFY(m_pWindow->Source().DumpText().startsWith(u"main.c\tmain.c:38"_s));
+    QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.elf"_s));
     QVERIFY(!GetAction(ACTION_DEBUG_START)->isEnabled());
     QVERIFY(GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        IsHalted() && static_cast<U32>(CDevice::Get().GetPC()) == ELFAPI_GetAddr(ELFAPI_GetEntryFunc()) + 2, WAIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && CDevice::Get().GetPC() == Main + 2, FRAME_WAIT_MS);
     QTest::keyClick(m_pWindow, Qt::Key_F5);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsHalted(), WAIT_MS);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        GetAction(ACTION_DEBUG_HALT)->isVisible() && !GetAction(ACTION_DEBUG_CONTINUE)->isVisible(), WAIT_MS);
+    QVERIFY(Runs());
+    QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible() && !GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_F6);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
-    QVERIFY(ConsoleText().contains(u"Debug.Halt();"_s));
+    QVERIFY(Halts());
   }
 
   void thePcRowIsMarkedWhileTheTargetStands() {
@@ -131,58 +93,25 @@ private Q_SLOTS:
     QCOMPARE(RowColor(Row), GetColor(COLOR_PC_INACTIVE));
     m_pWindow->Source().SetActive(true);
     PerformAction(ACTION_DEBUG_CONTINUE);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsHalted() && RowColor(Row) != GetColor(COLOR_PC_ACTIVE), WAIT_MS);
+    QTRY_VERIFY(!CDevice::Get().IsHalted() && RowColor(Row) != GetColor(COLOR_PC_ACTIVE));
     PerformAction(ACTION_DEBUG_HALT);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
-  }
-
-  void windowsAreFoundByName_data() {
-    QTest::addColumn<QString>("Name");
-    QTest::addColumn<bool>("VisibleOnly");
-    QTest::addColumn<QString>("Found");
-    QTest::newRow("by name") << u"Console"_s << false << u"Console"_s;
-    QTest::newRow("in any case") << u"cONSOLE"_s << false << u"Console"_s;
-    QTest::newRow("quoted") << u"\"Source\""_s << true << u"Source"_s;
-    QTest::newRow("closed") << u"Console"_s << false << u"Console"_s;
-    QTest::newRow("closed, visible ones only") << u"Console"_s << true << QString();
-    QTest::newRow("part of a name") << u"Cons"_s << false << QString();
-    QTest::newRow("empty") << QString() << false << QString();
-  }
-
-  void windowsAreFoundByName() {
-    QFETCH(QString, Name);
-    QFETCH(bool, VisibleOnly);
-    QFETCH(QString, Found);
-    CDockWindow* const pDock = m_pWindow->Console().GetDock();
-    pDock->setVisible(!QString::fromLatin1(QTest::currentDataTag()).startsWith(u"closed"_s));
-    const CWindow* const pWindow = m_pWindow->FindWindow(Name, VisibleOnly);
-    QCOMPARE(pWindow ? pWindow->GetName() : QString(), Found);
-    pDock->show();
-  }
-
-  void aDocksCloseButtonIsACommand() {
-    m_pWindow->Console().GetDock()->close();
-    QVERIFY(m_pWindow->Console().GetDock()->isHidden());
-    QVERIFY(ConsoleText().contains(u"Window.Close (\"Console\");"_s));
-    PerformAction(ACTION_WINDOW_SHOW, u"Console"_s);
-    QVERIFY(m_pWindow->Console().IsVisible());
+    QVERIFY(Halts());
   }
 
   void windowCloseNeedsAFocusedDock() {
     // Offscreen, a window that was hidden in between is not made active again.
     QApplication::setActiveWindow(m_pWindow);
     m_pWindow->Source().setFocus();
-    ConsoleText();
     m_pWindow->Console().Clear();
     QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
-    QCOMPARE(ConsoleText(), QString());
+    QCOMPARE(ConsoleText(*m_pWindow), QString());
     m_pWindow->Console().FocusInput();
     QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
     QVERIFY(m_pWindow->Console().GetDock()->isHidden());
     PerformAction(ACTION_WINDOW_CLOSE, u"Console"_s);
-    QVERIFY(ConsoleText().contains(u"Window.Close (\"Console\"): unknown window: \"Console\""_s));
+    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"Window.Close (\"Console\"): unknown window: \"Console\""_s));
     PerformAction(ACTION_WINDOW_CLOSE, u"Source"_s);
-    QVERIFY(ConsoleText().endsWith(u"Window.Close (\"Source\"): invalid parameter"_s));
+    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"Window.Close (\"Source\"): invalid parameter"_s));
     GetAction(ACTION_WINDOW_SHOW_CONSOLE)->trigger();
     QVERIFY(m_pWindow->Console().IsVisible() && m_pWindow->Console().HasFocus());
   }
@@ -232,30 +161,23 @@ private Q_SLOTS:
         u"View.Line (3): invalid parameter"_s,
         u"View.PCLine();"_s,
     };
-    QCOMPARE(ConsoleText().split(QLatin1Char('\n')), Expected);
+    QCOMPARE(ConsoleText(*m_pWindow).split(QLatin1Char('\n')), Expected);
   }
 
-  void shiftF5Stops() {
-    QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsConnected(), WAIT_MS);
-    QTRY_VERIFY_WITH_TIMEOUT(GetAction(ACTION_DEBUG_START)->isEnabled(), WAIT_MS);
-    QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.vdebug"_s));
-  }
-
-  void openingAProjectDuringASessionAsksFirst() {
-    QTest::keyClick(m_pWindow, Qt::Key_F5);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+  void shiftF5StopsWithoutTheQuestionThatAnotherProjectAsks() {
     QStringList Asked;
     CMessageBox::SetResponder([&Asked](const QString& sTitle, const QString&, int) {
       Asked << sTitle;
       return static_cast<int>(CMessageBox::DECLINED);
     });
     PerformAction(ACTION_FILE_OPEN, PROJECT);
-    QCOMPARE(Asked, QStringList{u"Stop Debugging"_s});
     QVERIFY(CDevice::Get().IsConnected());
-    CMessageBox::SetResponder(nullptr);
     QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsConnected(), WAIT_MS);
+    QVERIFY(Disconnects());
+    QCOMPARE(Asked, QStringList{u"Stop Debugging"_s});
+    CMessageBox::SetResponder(nullptr);
+    QTRY_VERIFY(GetAction(ACTION_DEBUG_START)->isEnabled());
+    QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.vdebug"_s));
   }
 
   // A project that has never been saved is a modified one.
@@ -266,9 +188,9 @@ private Q_SLOTS:
                     QStringLiteral("File.Open (\"" VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.elf\");")});
     QVERIFY(CProject::Get().IsModified());
     QTest::keyClick(m_pWindow, Qt::Key_F5);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+    QVERIFY(Halts());
     PerformAction(ACTION_DEBUG_CONTINUE);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsHalted(), WAIT_MS);
+    QVERIFY(Runs());
     QStringList Asked;
     int Answer = CMessageBox::OTHER;
     CMessageBox::SetResponder([&](const QString& sTitle, const QString&, int) {
@@ -278,20 +200,20 @@ private Q_SLOTS:
     QVERIFY(!m_pWindow->close());
     QCOMPARE(Asked, QStringList{u"Save Project Changes?"_s});
     QVERIFY(!CMainWindow::IsShuttingDown() && m_pWindow->isVisible() && CDevice::Get().IsConnected());
-    QTRY_VERIFY_WITH_TIMEOUT(GetAction(ACTION_DEBUG_HALT)->isVisible(), WAIT_MS);
+    QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible());
     PerformAction(ACTION_DEBUG_HALT);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), WAIT_MS);
+    QVERIFY(Halts());
     PerformAction(ACTION_DEBUG_STOP);
-    QTRY_VERIFY_WITH_TIMEOUT(!CDevice::Get().IsConnected(), WAIT_MS);
+    QVERIFY(Disconnects());
     Answer = CMessageBox::DECLINED;
     PerformAction(ACTION_FILE_OPEN, PROJECT);
-    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && !CProject::Get().IsModified(), WAIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && !CProject::Get().IsModified(), FRAME_WAIT_MS);
     CMessageBox::SetResponder(nullptr);
   }
 
   void closingEndsAnEndlessScript() {
     QTemporaryDir Dir;
-    const QString sProject = WriteProject(Dir, " int i; i = 0; while (1) { i += 1; } ");
+    const QString sProject = WriteFile(Dir.filePath(u"test.vdebug"_s), "void OnProjectLoad (void) { while (1) { } }");
     QElapsedTimer Closing;
     QTimer::singleShot(1000, m_pWindow, [this, &Closing] {
       QVERIFY(VScript::CallLevel() > 0);
@@ -299,26 +221,12 @@ private Q_SLOTS:
       m_pWindow->close();
     });
     PerformAction(ACTION_FILE_OPEN, sProject);
-    QTRY_VERIFY_WITH_TIMEOUT(Closing.isValid() && VScript::CallLevel() == 0, WAIT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(Closing.isValid() && VScript::CallLevel() == 0, FRAME_WAIT_MS);
     QVERIFY(Closing.elapsed() < CLOSE_LIMIT_MS);
     QVERIFY(CDevice::Get().isFinished());
-    QVERIFY(HasSetting({u"AppData"_s, u"MainWindow"_s}, u"Geometry"_s));
-    QVERIFY(GetSetting({u"AppData"_s, u"MainWindow"_s}, u"RecentProjects"_s, QStringList())
-                .toStringList()
-                .contains(PROJECT));
   }
 
 private:
-  QLineEdit& Input() { return *m_pWindow->findChild<QLineEdit*>(u"ConsoleInput"_s); }
-  QString ConsoleText() {
-    m_pWindow->Console().Drain();
-    return m_pWindow->Console().DumpText();
-  }
-  void Type(const char* sCommand) {
-    QTest::keyClicks(&Input(), QLatin1String(sCommand));
-    QTest::keyClick(&Input(), Qt::Key_Return);
-  }
-
   CMainWindow* m_pWindow = nullptr;
 };
 

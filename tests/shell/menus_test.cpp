@@ -5,15 +5,14 @@
 #include <QMenuBar>
 #include <QToolButton>
 
-#include "../look/icon_names.h"
 #include "frame.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
-#include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
 #include "shell/actions/command_console.h"
+#include "shell/look/look.h"
 #include "shell/menu_table.h"
-#include "shell/window_table.h"
+#include "tests/common/write_file.h"
 #include "ui/dock_window.h"
 
 using namespace Qt::StringLiterals;
@@ -22,43 +21,28 @@ namespace {
 
 constexpr int TOOL_BAR_HEIGHT = 26;
 
-QChar MnemonicOf(QString sText) {
-  sText.remove(QLatin1String("&&"));
-  const qsizetype Pos = sText.indexOf(QLatin1Char('&'));
-  return Pos < 0 ? QChar() : sText[Pos + 1].toLower();
-}
-
 void CheckMnemonics(const QString& sMenu, const QStringList& Texts) {
   QMap<QChar, QString> Taken;
   for (const QString& sText : Texts) {
-    const QChar Key = MnemonicOf(sText);
-    if (Key.isNull()) continue;
-    QVERIFY2(!Taken.contains(Key), qPrintable(u"%1: %2, %3"_s.arg(sMenu, Taken[Key], sText)));
-    Taken[Key] = sText;
+    const qsizetype Pos = QString(sText).replace(u"&&"_s, u"++"_s).indexOf(u'&');
+    if (Pos < 0) continue;
+    const QString sOther = std::exchange(Taken[sText[Pos + 1].toLower()], sText);
+    QVERIFY2(sOther.isNull(), qPrintable(u"%1: %2, %3"_s.arg(sMenu, sOther, sText)));
   }
 }
 
 // Of every entry that the finished program has, not only of those that are served today.
-void CheckTable(const QString& sTitle, std::span<const MENU_ITEM> Items, QMap<U32, QString>* pEntries) {
+void CheckTable(const QString& sTitle, std::span<const MENU_ITEM> Items, QSet<U32>* pEntries) {
   QStringList Texts;
   for (const MENU_ITEM& Item : Items) {
     if (Item.sText) Texts << QLatin1String(Item.sText);
     if (Item.Kind == MENU_SUBMENU) CheckTable(sTitle + QLatin1String(Item.sText), Item.pSub->Items, pEntries);
-    if (Item.sIcon) {
-      const QByteArray Name = QByteArray(Item.sIcon).chopped(4);
-      QVERIFY2(std::ranges::any_of(ICON_NAMES, [&](const char* sIcon) { return Name == sIcon; }), Item.sIcon);
-    }
+    QVERIFY2(!Item.sIcon || !GetIcon(QLatin1String(Item.sIcon)).isNull(), Item.sIcon);
     if (Item.Kind != MENU_ACTION) continue;
     QVERIFY2(!pEntries->contains(Item.ActionID), Item.sText);
-    (*pEntries)[Item.ActionID] = sTitle;
+    *pEntries << Item.ActionID;
   }
   CheckMnemonics(sTitle, Texts);
-}
-
-QMap<U32, QString> AllEntries() {
-  QMap<U32, QString> Entries;
-  for (const MENU_TABLE& Table : GetMenuTables()) CheckTable(QLatin1String(Table.sTitle), Table.Items, &Entries);
-  return Entries;
 }
 
 void CheckSeparators(const QList<QAction*>& Actions, const QString& sWhere) {
@@ -89,42 +73,27 @@ private Q_SLOTS:
   }
 
   void tablesHaveUniqueMnemonicsAndKnownIcons() {
-    QVERIFY(AllEntries().size() > 60);
+    QSet<U32> Entries;
     QStringList Titles;
-    for (const MENU_TABLE& Table : GetMenuTables()) Titles << QLatin1String(Table.sTitle);
+    for (const MENU_TABLE& Table : GetMenuTables()) {
+      Titles << QLatin1String(Table.sTitle);
+      CheckTable(Titles.last(), Table.Items, &Entries);
+    }
     CheckMnemonics(u"menu bar"_s, Titles);
-    for (const std::span<const MENU_ITEM> Modes : {GetStartModeItems(), GetResetModeItems()}) {
-      QCOMPARE(Modes.size(), size_t{3});
-    }
-  }
-
-  void everyWindowHasAnEntry() {
-    const QMap<U32, QString> Entries = AllEntries();
-    QSet<QString> Names;
-    for (const WINDOW_ROW& Row : GetWindowTable()) {
-      QVERIFY2(!Names.contains(QLatin1String(Row.sName)), Row.sName);
-      Names << QLatin1String(Row.sName);
-      if (Row.ShowID != NUM_ACTIONS) QVERIFY2(Entries.value(Row.ShowID) == QLatin1String("&View"), Row.sName);
-      QVERIFY2(!Row.Create || m_pWindow->FindWindow(QLatin1String(Row.sName), false), Row.sName);
-    }
     for (U32 ID = ACTION_WINDOW_SHOW_REGISTERS; ID <= ACTION_WINDOW_SHOW_VNODE_WEB_CONTROL; ++ID) {
-      QVERIFY2(std::ranges::any_of(GetWindowTable(), [ID](const WINDOW_ROW& Row) { return Row.ShowID == ID; }),
-               qPrintable(GetActionInfo(ID).sObjectName));
+      QVERIFY2(Entries.contains(ID), qPrintable(QString::number(ID)));
     }
   }
 
-  void entriesFollowTheTableAndNothingElse() {
+  void menusHaveNoEmptyEntries() {
     for (const QAction* const pTop : m_pWindow->menuBar()->actions()) {
       const QList<QAction*> Actions = pTop->menu()->actions();
       CheckSeparators(Actions, pTop->text());
       QCOMPARE(pTop->isVisible(), !Actions.isEmpty());
       for (const QAction* const pAction : Actions) {
         QVERIFY2(pAction->isSeparator() || !pAction->text().isEmpty(), qPrintable(pTop->text()));
-        QVERIFY2(!pAction->menu() || !pAction->menu()->title().isEmpty(), qPrintable(pTop->text()));
       }
     }
-    QVERIFY(Menu(u"File"_s)->actions().contains(GetAction(ACTION_FILE_EXIT)));
-    QVERIFY(Menu(u"View"_s)->actions().contains(GetAction(ACTION_WINDOW_SHOW_CONSOLE)));
   }
 
   void toolBarsAreSwitchedByTheirEntries_data() {
@@ -139,7 +108,6 @@ private Q_SLOTS:
     const TOOL_BAR_TABLE& Row = GetToolBarTables()[static_cast<size_t>(Index)];
     QToolBar* const pBar = m_pWindow->FindToolBar(QLatin1String(Row.sTitle));
     QVERIFY(pBar);
-    QCOMPARE(pBar->objectName(), QLatin1String(Row.sName));
     QCOMPARE(pBar->isVisible(), Row.ShownFirst);
     QCOMPARE(pBar->height(), TOOL_BAR_HEIGHT);
     CheckSeparators(pBar->actions(), pBar->windowTitle());
@@ -154,9 +122,6 @@ private Q_SLOTS:
     }
     PerformAction(ACTION_TOOLBAR_SHOW, QLatin1String(Row.sName));
     QVERIFY(pBar->isVisible() && pToggle->isChecked());
-    for (const QAction* const pAction : pBar->actions()) {
-      QVERIFY2(pAction->isSeparator() || !pAction->icon().isNull(), qPrintable(pAction->objectName()));
-    }
     PerformAction(ACTION_TOOLBAR_CLOSE, QLatin1String(Row.sTitle));
     QVERIFY(!pBar->isVisible() && !pToggle->isChecked());
     pBar->setVisible(Row.ShownFirst);
@@ -202,9 +167,7 @@ private Q_SLOTS:
     QCOMPARE(pStart->toolTip(), u"Download and reset program (F5)"_s);
     PerformAction(ACTION_DEBUG_SET_RESET_MODE, u"RM_RESET_HALT"_s);
     QCOMPARE(GetAction(ACTION_DEBUG_RESET)->icon().cacheKey(), GetAction(ACTION_DEBUG_RESET_HALT)->icon().cacheKey());
-    m_pWindow->Console().Clear();
     PerformAction(ACTION_DEBUG_SET_RESET_MODE, u"3"_s);
-    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"invalid parameter"_s));
     QCOMPARE(GetAction(ACTION_DEBUG_RESET)->toolTip(), u"Reset and halt (F4)"_s);
   }
 
@@ -224,52 +187,27 @@ private Q_SLOTS:
     CheckSeparators(Window.actions(), Window.title());
   }
 
-  void theContextMenuOffersWindowsAndToolBars() {
-    const std::unique_ptr<QMenu> pMenu(m_pWindow->createPopupMenu());
-    QVERIFY(EntryNamed(*pMenu, u"Console"_s)->isChecked());
-    for (const TOOL_BAR_TABLE& Row : GetToolBarTables()) QVERIFY(pMenu->actions().contains(GetAction(Row.ToggleID)));
-  }
-
-  void entriesFollowTheState() {
-    const QAction* const pClearAll = GetAction(ACTION_BREAK_CLEAR_ALL);
-    QVERIFY(!pClearAll->isEnabled());
-    PerformAction(ACTION_BREAK_SET, u"0x100"_s);
-    QTRY_VERIFY(pClearAll->isEnabled());
-    PerformAction(ACTION_BREAK_CLEAR_ALL);
-    QTRY_VERIFY(!pClearAll->isEnabled());
-    QCOMPARE(ExecuteCommand(u"Break.ClearAll"_s), COMMAND_DISABLED);
-  }
-
-  void commandsToWindowsAreRefused_data() {
-    QTest::addColumn<QString>("Command");
-    QTest::addColumn<QString>("Error");
-    const auto Row = [](const char* sCommand, const char* sError) {
-      QTest::newRow(sCommand) << QString::fromLatin1(sCommand) << QString::fromLatin1(sError);
-    };
-    Row("Window.Show Nothing", "unknown window: \"Nothing\"");
-    Row("Window.Close Nothing", "unknown window: \"Nothing\"");
-    Row("Window.Add (\"Nothing\", \"x\")", "unknown window: \"Nothing\"");
-    Row("Window.Add (\"Console\", \"x\")", "invalid parameter");
-    Row("Window.Remove (\"Source\", \"x\")", "invalid parameter");
-    Row("Window.Clear Source", "invalid parameter");
-    Row("Window.SetNumberBase (\"Console\", 3)", "invalid parameter");
-    Row("Window.SetDisplayFormat (\"Console\", DISPLAY_FORMAT_HEX)", "");
-    Row("Toolbar.Show Nothing", "unknown toolbar: \"Nothing\"");
-    Row("Window.ExpandAll console", "");
-  }
-
   void commandsToWindowsAreRefused() {
-    QFETCH(QString, Command);
-    QFETCH(QString, Error);
-    QCOMPARE(ExecuteCommand(Command), COMMAND_RAN);
-    QCOMPARE(GetLastCommand().sError, Error);
+    const std::pair<QString, QString> Rows[] = {
+        {u"Window.Show Nothing"_s, u"unknown window: \"Nothing\""_s},
+        {u"Window.Add (\"Nothing\", \"x\")"_s, u"unknown window: \"Nothing\""_s},
+        {u"Window.Add (\"Console\", \"x\")"_s, u"invalid parameter"_s},
+        {u"Window.Remove (\"Source\", \"x\")"_s, u"invalid parameter"_s},
+        {u"Window.Clear Source"_s, u"invalid parameter"_s},
+        {u"Window.SetNumberBase (\"Console\", 3)"_s, u"invalid parameter"_s},
+        {u"Window.SetDisplayFormat (\"Console\", DISPLAY_FORMAT_HEX)"_s, QString()},
+        {u"Toolbar.Show Nothing"_s, u"unknown toolbar: \"Nothing\""_s},
+        {u"Window.ExpandAll console"_s, QString()},
+    };
+    for (const auto& [sCommand, sError] : Rows) {
+      QCOMPARE(ExecuteCommand(sCommand), COMMAND_RAN);
+      QVERIFY2(GetLastCommand().sError == sError, qPrintable(sCommand + u": "_s + GetLastCommand().sError));
+    }
   }
 
   void recentEntriesAreNumberedAndShowAmpersands() {
     QTemporaryDir Dir;
-    const QString sPath = Dir.filePath(u"a&b.elf"_s);
-    QFile File(sPath);
-    QVERIFY(File.open(QIODevice::WriteOnly));
+    const QString sPath = WriteFile(Dir.filePath(u"a&b.elf"_s));
     m_pWindow->Projects().RecentPrograms().Update(QString(), sPath);
     const QMenu* pRecent = EntryNamed(*Menu(u"File"_s), u"Recent Programs"_s)->menu();
     QVERIFY(pRecent->isEnabled());

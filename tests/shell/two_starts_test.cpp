@@ -1,10 +1,6 @@
 // What one start of the program leaves, the next one finds. Each start is a process of its own with the same settings.
 
-#include <QCheckBox>
-#include <QDialogButtonBox>
-#include <QDir>
 #include <QProcess>
-#include <QTabBar>
 #include <QTemporaryDir>
 
 #include "frame.h"
@@ -17,8 +13,8 @@
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "tests/common/write_file.h"
 #include "ui/dock_window.h"
-#include "ui/message_box.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,34 +27,9 @@ constexpr QRgb COLOR = 0xFF123456;
 constexpr int FONT_POINTS = 13;
 const QRect GEOMETRY(40, 30, 700, 500);
 const QRect FLOATING(300, 200, 320, 240);
-const QString QUESTION = u"Really?"_s;
 
 QString Files() {
   return qEnvironmentVariable(FILES_VARIABLE);
-}
-
-// Answers a box with its check box ticked.
-void AnswerForGood() {
-  QTimer::singleShot(0, qApp, [] {
-    QWidget* const pBox = QApplication::activeModalWidget();
-    pBox->findChild<QCheckBox*>()->setChecked(true);
-    pBox->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
-  });
-  CMessageBox::Show(u"Title"_s, QUESTION, CMessageBox::FOR_GOOD, QString(),
-                    QDialogButtonBox::Yes | QDialogButtonBox::No);
-}
-
-int AnswerWithoutBox() {
-  bool bShown = false;
-  QTimer::singleShot(0, qApp, [&bShown] {
-    QWidget* const pBox = QApplication::activeModalWidget();
-    bShown = pBox != nullptr;
-    if (pBox) pBox->close();
-  });
-  const int Answer = CMessageBox::Show(u"Title"_s, QUESTION, CMessageBox::FOR_GOOD, QString(),
-                                       QDialogButtonBox::Yes | QDialogButtonBox::No);
-  QCoreApplication::processEvents();
-  return bShown ? -1 : Answer;
 }
 
 }  // namespace
@@ -110,24 +81,18 @@ private:
     QFont Font = ::GetFont(FONT_CONSOLE);
     Font.setPointSize(FONT_POINTS);
     SetFont(FONT_CONSOLE, Font, true, true);
-    AnswerForGood();
-    QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
   }
 
   void Second() {
     QCOMPARE(m_pWindow->geometry(), GEOMETRY);
-    QVERIFY(m_pWindow->FindToolBar(u"File"_s)->isVisible());
-    QVERIFY(GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
-    QVERIFY(!m_pWindow->FindToolBar(u"Debug"_s)->isVisible());
-    QVERIFY(!GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
+    QVERIFY(m_pWindow->FindToolBar(u"File"_s)->isVisible() && GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
+    QVERIFY(!m_pWindow->FindToolBar(u"Debug"_s)->isVisible() && !GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
     QCOMPARE(m_pWindow->dockWidgetArea(m_pWindow->Console().GetDock()), Qt::LeftDockWidgetArea);
-    const QStringList Recent = m_pWindow->Projects().RecentProjects().Paths();
-    QCOMPARE(Recent, QStringList{Files() + u"/one.vdebug"_s});
+    QCOMPARE(m_pWindow->Projects().RecentProjects().Paths(), QStringList{Files() + u"/one.vdebug"_s});
     QCOMPARE(m_pWindow->Projects().sDefaultDirSave, Files());
     QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 0U);
     QCOMPARE(GetColorRgb(COLOR_PC_ACTIVE), COLOR);
     QCOMPARE(::GetFont(FONT_CONSOLE).pointSize(), FONT_POINTS);
-    QCOMPARE(AnswerWithoutBox(), static_cast<int>(CMessageBox::ACCEPTED));
     CDockWindow* const pDock = m_pWindow->Console().GetDock();
     pDock->setFloating(true);
     pDock->setGeometry(FLOATING);
@@ -160,27 +125,15 @@ class CTwoStartsTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase() {
-    QVERIFY(m_Home.isValid());
-    QFile Project(m_Home.filePath(u"one.vdebug"_s));
-    QVERIFY(Project.open(QIODevice::WriteOnly) && Project.write("void OnProjectLoad (void) {\n}\n") > 0);
-  }
-
-  void whatIsLeftIsFoundAgain_data() {
-    QTest::addColumn<QByteArray>("Start");
-    for (const char* const sStart : {"first", "second", "third"}) QTest::newRow(sStart) << QByteArray(sStart);
-  }
-
   void whatIsLeftIsFoundAgain() {
-    QFETCH(QByteArray, Start);
-    RunStart(Start.constData());
+    WriteFile(m_Home.filePath(u"one.vdebug"_s), "void OnProjectLoad (void) {\n}\n");
+    for (const char* const sStart : {"first", "second", "third"}) RunStart(sStart);
   }
 
   void damagedSettingsArePutAside() {
     const QString sFile = m_Home.filePath(u"Morvek/Vexor.conf"_s);
-    QFile File(sFile);
-    QVERIFY(File.exists() && File.open(QIODevice::WriteOnly) && File.write("[AppData\n\x01\x02garbage\n\xFF") > 0);
-    File.close();
+    QVERIFY(QFile::exists(sFile));
+    WriteFile(sFile, "[AppData\n\x01\x02garbage\n\xFF");
     RunStart("damaged");
     QVERIFY(QFile::exists(sFile + u".damaged"_s));
   }

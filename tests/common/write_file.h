@@ -1,0 +1,11 @@
+#pragma once
+// Files that a QtTest program writes whole; those of GoogleTest have files.h.
+
+#include <QFile>
+
+// Gives the path back.
+inline QString WriteFile(const QString& sPath, const QByteArray& Bytes = {}) {
+  QFile File(sPath);
+  if (!File.open(QIODevice::WriteOnly) || File.write(Bytes) != Bytes.size()) qFatal("cannot write a test's file");
+  return sPath;
+}
