@@ -3,13 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QRegularExpression>
 
 #include "core/vcore.h"
 #include "program/database/elfapi.h"
+#include "tests/common/files.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 inline const QString DEMO_DIR = QStringLiteral(VEXOR_SOURCE_DIR "/tests/database/data/");
+inline const QString DEMO_ELF = DEMO_DIR + u"demo.elf"_s;
 
 class DemoProgramTest : public testing::Test {
 protected:
@@ -17,7 +20,7 @@ protected:
 
   void SetUp() override {
     VCore::Init({CORTEX_M4, 0, 0}, {});
-    ASSERT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+    ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
   }
   void TearDown() override {
     ELFAPI_Unload();
@@ -25,21 +28,23 @@ protected:
     VCore::Exit();
   }
 
-  static QString Lines(const char* sFile) {
-    QFile File(DEMO_DIR + QString::fromLatin1(sFile));
-    EXPECT_TRUE(File.open(QIODevice::ReadOnly));
-    return QString::fromUtf8(File.readAll());
-  }
-  static QString LocText(const CSrcLoc& Loc) { return ELFAPI_GetSrcLocText({Loc.File, Loc.Line, 0}); }
-  static QString LocTextAt(U32 Addr) { return LocText(ELFAPI_GetFirstSrcLoc(Addr)); }
-  static CSrcLoc Loc(const char* sText) { return ELFAPI_ParseSrcLoc(QString::fromLatin1(sText)); }
+  static std::string LocText(const CSrcLoc& Loc) { return ELFAPI_GetSrcLocText({Loc.File, Loc.Line, 0}).toStdString(); }
+  static std::string LocTextAt(U32 Addr) { return LocText(ELFAPI_GetFirstSrcLoc(Addr)); }
+  static CSrcLoc Loc(const char* sText) { return ELFAPI_ParseSrcLoc(QLatin1String(sText)); }
+  static QAddrList AddrsOf(const char* sLoc) { return ELFAPI_GetAddrsOfLoc(Loc(sLoc)); }
+  static U32 FileId(const char* sPath) { return ELFAPI_FileId(QLatin1String(sPath)); }
   static U32 AddrOf(const char* sName) {
     PARSED_LOC_KIND Kind;
-    return ELFAPI_ParseLocation(QString::fromLatin1(sName), Kind).Start;
+    return ELFAPI_ParseLocation(QLatin1String(sName), Kind).Start;
   }
-  static QStringList Names(const ELF_SYM_LIST& Symbols) {
+  static ELF_SYM_HANDLE Global(const char* sName) {
+    return ELFAPI_FindSymbol(QLatin1String(sName), true, false, false, false);
+  }
+  static std::string Name(ELF_SYM_HANDLE Sym) { return ELFAPI_GetName(Sym).toStdString(); }
+  // Qualified, with blanks between them.
+  static std::string Names(const ELF_SYM_LIST& Symbols) {
     QStringList Result;
     for (const ELF_SYM_HANDLE Sym : Symbols) Result.append(ELFAPI_GetQualifiedName(Sym));
-    return Result;
+    return Result.join(u' ').toStdString();
   }
 };

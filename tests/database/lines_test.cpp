@@ -2,48 +2,29 @@
 
 namespace {
 
-// A row of another tool's listing of the line table.
-struct LISTED_LINE {
-  QString sFile;
-  U32 Line;
-  U32 Addr;
-};
+using LinesTest = DemoProgramTest;
 
-class LinesTest : public DemoProgramTest {
-protected:
-  QList<LISTED_LINE> Listing() {
-    static const QRegularExpression Row(QStringLiteral("^(\\S+)\\s+(\\d+)\\s+(?:0x)?([0-9a-f]+)\\b"),
-                                        QRegularExpression::MultilineOption);
-    const QString sText = Lines("demo.lines.txt");
-    QList<LISTED_LINE> Result;
-    for (auto it = Row.globalMatch(sText); it.hasNext();) {
-      const QRegularExpressionMatch Match = it.next();
-      Result.append({Match.captured(1), Match.captured(2).toUInt(), Match.captured(3).toUInt(nullptr, 16)});
-    }
-    return Result;
-  }
-  // The program's code; what the linker dropped stands at 0.
-  static bool IsLinked(const LISTED_LINE& Row) { return Row.Addr >= 0x08000000; }
-};
-
+// Another tool's listing of the line table: file, line, address. What the linker dropped stands at 0.
 TEST_F(LinesTest, AgreesWithTheListingInBothDirections) {
+  constexpr U32 CODE = 0x08000000;
+  const QRegularExpression Row(u"^(\\S+)\\s+(\\d+)\\s+(?:0x)?([0-9a-f]+)\\b"_s, QRegularExpression::MultilineOption);
   QMap<U32, QString> FirstAtAddr;
   QMap<QString, QAddrList> AddrsOfLine;
   U32 NumBelow = 0;
-  for (const LISTED_LINE& Row : Listing()) {
-    if (!IsLinked(Row)) ++NumBelow;
-    if (!IsLinked(Row) || FirstAtAddr.contains(Row.Addr)) continue;
-    FirstAtAddr.insert(Row.Addr, QStringLiteral("%1:%2").arg(Row.sFile).arg(Row.Line));
+  for (const auto& Match : Row.globalMatch(QString::fromUtf8(ReadBytes(DEMO_DIR + u"demo.lines.txt"_s)))) {
+    const U32 Addr = Match.captured(3).toUInt(nullptr, 16);
+    if (Addr < CODE) ++NumBelow;
+    if (Addr >= CODE && !FirstAtAddr.contains(Addr))
+      FirstAtAddr.insert(Addr, Match.captured(1) + u':' + Match.captured(2));
   }
   ASSERT_GT(FirstAtAddr.size(), 40);
-  for (auto it = FirstAtAddr.cbegin(); it != FirstAtAddr.cend(); ++it) {
-    EXPECT_EQ(LocTextAt(it.key()), it.value()) << std::hex << it.key();
-    AddrsOfLine[it.value()].append(it.key());
+  for (const auto& [Addr, sLine] : FirstAtAddr.asKeyValueRange()) {
+    EXPECT_EQ(LocTextAt(Addr), sLine.toStdString()) << std::hex << Addr;
+    AddrsOfLine[sLine].append(Addr);
   }
-  for (auto it = AddrsOfLine.cbegin(); it != AddrsOfLine.cend(); ++it) {
-    const CSrcLoc Line = ELFAPI_ParseSrcLoc(it.key());
-    EXPECT_EQ(ELFAPI_GetAddrsOfLoc(Line), it.value()) << it.key().toStdString();
-    EXPECT_EQ(ELFAPI_GetAddrOfLoc(Line), it.value().first());
+  for (const auto& [sLine, Addrs] : AddrsOfLine.asKeyValueRange()) {
+    EXPECT_EQ(ELFAPI_GetAddrsOfLoc(ELFAPI_ParseSrcLoc(sLine)), Addrs) << sLine.toStdString();
+    EXPECT_EQ(ELFAPI_GetAddrOfLoc(ELFAPI_ParseSrcLoc(sLine)), Addrs.first());
   }
   QList<U32> Walked;
   for (U32 Addr = 0; (Addr = ELFAPI_NextProgramAddr(Addr)) != INVALID_ADDR;) Walked.append(Addr);
@@ -53,87 +34,63 @@ TEST_F(LinesTest, AgreesWithTheListingInBothDirections) {
 
 TEST_F(LinesTest, AddressesBetweenEntriesBelongToTheNearestBelow) {
   const U32 Start = AddrOf("LongStatement");  // its next entry is 280 bytes on
-  const QString sLine = LocTextAt(Start);
-  const struct {
-    U32 Addr;
-    bool bHasLine;
-  } aCases[] = {
-      {Start + 2, true},   {Start + 256, true},   {Start + 257, false}, {Start + 278, false},
-      {0, false},          {INVALID_ADDR, false}, {0x08000008, false},  // assembler without lines
-      {0x08000260, false},                                              // behind the last function
-      {0x0800025E, true},                                               // the last function's last halfword
-      {0x20000000, false},
+  const std::string sLine = LocTextAt(Start);
+  const std::pair<U32, std::string> aCases[] = {
+      // within LongStatement, in assembler without lines, in the last function's last halfword and behind it
+      {Start + 2, sLine},          {Start + 256, sLine}, {Start + 257, ""}, {Start + 278, ""},  {0x08000008, ""},
+      {0x0800025E, "shape.cpp:6"}, {0x08000260, ""},     {0, ""},           {INVALID_ADDR, ""}, {0x20000000, ""},
   };
-  for (const auto& Case : aCases) {
-    EXPECT_EQ(ELFAPI_HasSrcLoc(Case.Addr), Case.bHasLine) << std::hex << Case.Addr;
-    EXPECT_EQ(ELFAPI_GetSrcLocsAt(Case.Addr).size(), Case.bHasLine ? 1 : 0);
-    if (Case.bHasLine && Case.Addr > Start && Case.Addr < Start + 280) {
-      EXPECT_EQ(LocTextAt(Case.Addr), sLine);
-    }
+  for (const auto& [Addr, sExpected] : aCases) {
+    EXPECT_EQ(ELFAPI_HasSrcLoc(Addr), !sExpected.empty()) << std::hex << Addr;
+    EXPECT_EQ(ELFAPI_GetSrcLocsAt(Addr).size(), sExpected.empty() ? 0 : 1) << std::hex << Addr;
+    EXPECT_EQ(LocTextAt(Addr), sExpected) << std::hex << Addr;
   }
-  EXPECT_FALSE(ELFAPI_GetSrcLocExact(Start + 2).IsValid());
-  EXPECT_TRUE(ELFAPI_GetSrcLocExact(Start).IsValid());
+  EXPECT_TRUE(!ELFAPI_GetSrcLocExact(Start + 2).IsValid() && ELFAPI_GetSrcLocExact(Start).IsValid());
   EXPECT_TRUE(ELFAPI_RangeHasSrcLoc({Start + 270, 12}));
-  EXPECT_FALSE(ELFAPI_RangeHasSrcLoc({Start + 270, 10}));
-  EXPECT_FALSE(ELFAPI_RangeHasSrcLoc({Start, 0}));
-}
-
-TEST_F(LinesTest, HeaderLineHasTheCodeOfEveryUnit) {
-  const QAddrList Addrs = ELFAPI_GetAddrsOfLoc(Loc("shared.h:8"));
-  ASSERT_EQ(Addrs.size(), 3);
-  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(Addrs[0], true)), QStringLiteral("FirstStep"));
-  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(Addrs[2], true)), QStringLiteral("SecondStep"));
+  EXPECT_FALSE(ELFAPI_RangeHasSrcLoc({Start + 270, 10}) || ELFAPI_RangeHasSrcLoc({Start, 0}));
 }
 
 TEST_F(LinesTest, WalksTheLinesOfAFile) {
   QList<U32> Ahead, Back;
-  const CSrcLoc Top = Loc("first.c:1");
-  for (CSrcLoc At = ELFAPI_NextSrcLoc(Top); At.IsValid(); At = ELFAPI_NextSrcLoc(At)) Ahead.append(At.Line);
-  for (CSrcLoc At = ELFAPI_PrevSrcLoc(Loc("first.c:99")); At.IsValid(); At = ELFAPI_PrevSrcLoc(At))
-    Back.prepend(At.Line);
+  for (CSrcLoc At = Loc("first.c:1"); (At = ELFAPI_NextSrcLoc(At)).IsValid();) Ahead.append(At.Line);
+  for (CSrcLoc At = Loc("first.c:99"); (At = ELFAPI_PrevSrcLoc(At)).IsValid();) Back.prepend(At.Line);
   // Lines 7 to 10 belong to the function that the linker dropped.
   EXPECT_EQ(Ahead, (QList<U32>{12, 13, 14, 15, 16, 17, 20, 22, 23, 24, 25}));
   EXPECT_EQ(Back, Ahead);
-  EXPECT_FALSE(ELFAPI_NextSrcLoc(Loc("first.c:25")).IsValid());
   EXPECT_TRUE(ELFAPI_PrevSrcLoc(Loc("first.c:1025")).IsValid());
-  EXPECT_EQ(ELFAPI_NextSrcLoc({Top.File, 0xFFFFFFFF, 0}).Line, 0u);
+  EXPECT_EQ(ELFAPI_NextSrcLoc({Loc("first.c:1").File, 0xFFFFFFFF, 0}).Line, 0u);
 }
 
 TEST_F(LinesTest, NextSourceAddressIsThatOfAnotherLine) {
   const U32 Start = AddrOf("main");
   U32 Addr = Start;
-  QStringList Seen;
-  while (ELFAPI_NextSrcAddr(Addr, Addr) == 0 && Addr < Start + 32) Seen.append(LocTextAt(Addr));
-  EXPECT_EQ(Seen,
-            (QStringList{QStringLiteral("first.c:23"), QStringLiteral("first.c:24"), QStringLiteral("first.c:25")}));
+  std::string sSeen;
+  while (ELFAPI_NextSrcAddr(Addr, Addr) == 0 && Addr < Start + 32) sSeen += LocTextAt(Addr) + " ";
+  EXPECT_EQ(sSeen, "first.c:23 first.c:24 first.c:25 ");
   EXPECT_EQ(ELFAPI_NextSrcAddr(0x08000258, Addr), -1);
 }
 
 TEST_F(LinesTest, StatementStartsAndExecutableLines) {
-  const QAddrList Main23 = ELFAPI_GetAddrsOfLoc(Loc("first.c:23"));
+  const QAddrList Main23 = AddrsOf("first.c:23");
   ASSERT_EQ(Main23.size(), 2);
   EXPECT_TRUE(ELFAPI_IsStatementStart(Main23[0]));
-  EXPECT_FALSE(ELFAPI_IsStatementStart(Main23[1]));  // follows an entry of the same line
+  EXPECT_FALSE(ELFAPI_IsStatementStart(Main23[1])) << "follows an entry of the same line";
   EXPECT_FALSE(ELFAPI_IsStatementStart(Main23[0] + 2));
-  for (const U32 Addr : ELFAPI_GetAddrsOfLoc(Loc("first.c:17"))) EXPECT_TRUE(ELFAPI_IsStatementStart(Addr));
-
-  for (const char* sExecutable : {"first.c:13", "first.c:25", "shared.h:8"}) {
-    EXPECT_TRUE(ELFAPI_IsLocExecutable(Loc(sExecutable))) << sExecutable;
-  }
-  for (const char* sOther : {"first.c:8", "first.c:18", "first.c:99"}) {
-    EXPECT_FALSE(ELFAPI_IsLocExecutable(Loc(sOther))) << sOther;
-  }
+  for (const U32 Addr : AddrsOf("first.c:17")) EXPECT_TRUE(ELFAPI_IsStatementStart(Addr));
+  std::string sExecutable;
+  for (const char* sLoc : {"first.c:13", "first.c:25", "shared.h:8", "first.c:8", "first.c:18", "first.c:99"})
+    sExecutable += ELFAPI_IsLocExecutable(Loc(sLoc)) ? "yes " : "no ";
+  EXPECT_EQ(sExecutable, "yes yes yes no no no ");
   EXPECT_FALSE(ELFAPI_IsLocExecutable({}));
 }
 
 TEST_F(LinesTest, BlocksHoldTheInstructionsOfTheLine) {
-  // An if statement inlined in two functions, and one line of main without anything between.
+  // An if statement of a header, inlined in two functions, and one line of main without anything between.
   const U32 Main = AddrOf("main");
   EXPECT_EQ(ELFAPI_GetLocAddrs(Loc("first.c:23")), (QAddrList{Main + 2, Main + 4, Main + 6, Main + 10}));
   EXPECT_EQ(ELFAPI_GetLocBlocks(Loc("shared.h:8")),
             (QAddrList{0x08000040, 0x08000042, 0x08000044, 0x08000076, 0x08000078}));
-  EXPECT_TRUE(ELFAPI_GetLocBlocks(Loc("first.c:18")).isEmpty());
-  EXPECT_TRUE(ELFAPI_GetLocAddrs({}).isEmpty());
+  EXPECT_TRUE(ELFAPI_GetLocBlocks(Loc("first.c:18")).isEmpty() && ELFAPI_GetLocAddrs({}).isEmpty());
 }
 
 }  // namespace

@@ -9,140 +9,112 @@
 
 namespace {
 
-class LoadTest : public DemoProgramTest {};
+class LoadTest : public DemoProgramTest {
+protected:
+  int LoadBytes(const QByteArray& Bytes) { return ELFAPI_Load(WriteBytes(m_Dir.filePath(u"program.elf"_s), Bytes)); }
+
+private:
+  QTemporaryDir m_Dir;
+};
 
 TEST_F(LoadTest, LoadingAgainGivesTheSameProgram) {
   const auto Counts = [] {
-    return QList<qsizetype>{ELFAPI_GetFunctions().size(), ELFAPI_GetGlobalVars().size(),
+    return QList<qsizetype>{ELFAPI_GetFunctions().size(),    ELFAPI_GetGlobalVars().size(),
                             ELFAPI_GetDataSegments().size(), static_cast<qsizetype>(ELFAPI_GetNumCfiBlocks()),
-                            ELFAPI_GetAddrsOfLoc(Loc("first.c:23")).size()};
+                            AddrsOf("first.c:23").size(),    static_cast<qsizetype>(FileId("/demo/first.c"))};
   };
   const QList<qsizetype> First = Counts();
-  const U32 FileId = ELFAPI_FileId(QStringLiteral("/demo/first.c"));
   EXPECT_FALSE(First.contains(0));
-  EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+  EXPECT_EQ(ELFAPI_Load(DEMO_ELF), 0);
   EXPECT_EQ(Counts(), First);
-  EXPECT_EQ(ELFAPI_FileId(QStringLiteral("/demo/first.c")), FileId);
-  EXPECT_TRUE(ELFAPI_IsLoaded());
-  EXPECT_FALSE(ELFAPI_IsBusy());
+  EXPECT_TRUE(ELFAPI_IsLoaded() && !ELFAPI_IsBusy());
   EXPECT_EQ(ELFAPI_GetSrcLang(), ELF_SRC_LANG_CPP);
-  EXPECT_EQ(ELFAPI_GetEncoding(), 0u);
-  EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u);
-  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetEntryFunc()), QStringLiteral("main"));
+  EXPECT_EQ(Name(ELFAPI_GetEntryFunc()), "main");
   EXPECT_EQ(ELFAPI_GetProgramExtent(), (std::pair<U32, U32>{0x08000000, 0x20000008}));
 }
 
 TEST_F(LoadTest, EmptyAfterUnloadAndAfterARefusedFile) {
-  const ELF_SYM_HANDLE Func = ELFAPI_FindSymbol(QStringLiteral("main"), true, false, false, false);
-  QTemporaryDir Dir;
-  QFile Bad(Dir.filePath(QStringLiteral("bad.elf")));
-  ASSERT_TRUE(Bad.open(QIODevice::WriteOnly));
-  Bad.write("no program");
-  Bad.close();
+  const ELF_SYM_HANDLE Func = Global("main");
   QStringList Messages;
   ELFAPI_SetMessageSink([&Messages](const QString& sText, U32) { Messages.append(sText); });
   for (const bool bRefused : {true, false}) {
     if (bRefused) {
-      EXPECT_EQ(ELFAPI_Load(Bad.fileName()), -1);
+      EXPECT_EQ(LoadBytes("no program"), -1);
     } else {
-      EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+      EXPECT_EQ(ELFAPI_Load(DEMO_ELF), 0);
       ELFAPI_Unload();
     }
     EXPECT_FALSE(ELFAPI_IsLoaded() || ELFAPI_IsBusy());
     EXPECT_EQ(ELFAPI_GetFilePath(), QString());
     EXPECT_EQ(ELFAPI_GetEncoding(), 2u);
-    EXPECT_EQ(ELFAPI_GetEntryPC(), INVALID_ADDR);
     EXPECT_EQ(ELFAPI_GetProgramExtent(), (std::pair<U32, U32>{INVALID_ADDR, 0}));
     EXPECT_TRUE(ELFAPI_GetFunctions().isEmpty() && ELFAPI_GetDataSegments().isEmpty());
-    EXPECT_EQ(ELFAPI_GetName(Func), QString());
-    EXPECT_EQ(ELFAPI_GetAddr(Func), INVALID_ADDR);
-    EXPECT_EQ(ELFAPI_FileId(QStringLiteral("/demo/first.c")), INVALID_FILE_ID);
+    EXPECT_EQ(Name(Func), "");
+    EXPECT_TRUE(ELFAPI_GetEntryPC() == INVALID_ADDR && ELFAPI_GetAddr(Func) == INVALID_ADDR);
+    EXPECT_EQ(FileId("/demo/first.c"), INVALID_FILE_ID);
     EXPECT_FALSE(ELFAPI_GetLoc(Func).IsValid() || Loc("main").IsValid() || ELFAPI_HasSrcLoc(0x08000054));
     EXPECT_TRUE(VFile::CFileWorker::Get()->ReadProgramSegments().isEmpty());
   }
-  EXPECT_TRUE(Messages.contains(QStringLiteral("Not a valid elf object file.")));
-  EXPECT_TRUE(Messages.contains(QStringLiteral("Function count: 12")));
-  EXPECT_TRUE(Messages.last().startsWith(QStringLiteral("ELF-API Wrapper deinitialized after ms: ")));
+  EXPECT_TRUE(Messages.contains(u"Not a valid elf object file."_s));
+  EXPECT_TRUE(Messages.contains(u"Function count: 12"_s));
+  EXPECT_TRUE(Messages.last().startsWith(u"ELF-API Wrapper deinitialized after ms: "));
 }
 
 // A file without debug information, and files that were cut.
 TEST_F(LoadTest, DamagedProgramsLoadOrAreRefused) {
-  QFile Good(DEMO_DIR + QStringLiteral("demo.elf"));
-  ASSERT_TRUE(Good.open(QIODevice::ReadOnly));
-  const QByteArray Bytes = Good.readAll();
-  QTemporaryDir Dir;
+  QByteArray Bytes = ReadBytes(DEMO_ELF);
   for (qsizetype Size = 0; Size <= Bytes.size(); Size += 677) {
-    QFile Cut(Dir.filePath(QStringLiteral("cut.elf")));
-    ASSERT_TRUE(Cut.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    Cut.write(Bytes.left(Size));
-    Cut.close();
-    if (ELFAPI_Load(Cut.fileName()) != 0) continue;
+    if (LoadBytes(Bytes.left(Size)) != 0) continue;
     for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) ELFAPI_GetLoc(Func);
   }
-  QByteArray NoDebug = Bytes;
-  NoDebug.replace(".debug_info", ".other_info").replace(".debug_line", ".other_line");
-  QFile Stripped(Dir.filePath(QStringLiteral("nodebug.elf")));
-  ASSERT_TRUE(Stripped.open(QIODevice::WriteOnly));
-  Stripped.write(NoDebug);
-  Stripped.close();
-  ASSERT_EQ(ELFAPI_Load(Stripped.fileName()), 0);
+  ASSERT_EQ(LoadBytes(Bytes.replace(".debug_info", ".other_info").replace(".debug_line", ".other_line")), 0);
   EXPECT_FALSE(ELFAPI_HasSrcLoc(0x08000054));
   EXPECT_EQ(ELFAPI_GetFunctions().size(), 10);
-  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(0x08000058)), QStringLiteral("main"));
+  EXPECT_EQ(Name(ELFAPI_GetFuncAt(0x08000058)), "main");
   EXPECT_EQ(AddrOf("main"), 0x08000054u);
 }
 
 // What the database says of the code of demo.elf and of the same program elsewhere, one line for each halfword.
-QStringList CodeAnswers(U32 Base) {
+std::vector<std::string> CodeAnswers(U32 Base) {
   constexpr U32 CODE_START = 0x14, CODE_END = 0x264;  // behind ResetHandler, to the end of the last function
   QStringList Answers;
   for (U32 Offset = CODE_START; Offset < CODE_END; Offset += 2) {
     const CSrcLoc At = ELFAPI_GetFirstSrcLoc(Base + Offset);
-    QString sAnswer = QStringLiteral("%1 %2").arg(Offset, 0, 16).arg(ELFAPI_GetSrcLocText(At));
+    QString sAnswer = u"%1 %2"_s.arg(Offset, 0, 16).arg(ELFAPI_GetSrcLocText(At));
     for (const ELF_SYM_HANDLE Func : ELFAPI_GetFuncsAt(Base + Offset)) sAnswer += u' ' + ELFAPI_GetQualifiedName(Func);
     Answers.append(sAnswer + u' ' + ELFAPI_GetMappingName(Base + Offset, false));
   }
   for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) {
     const CAddrRange Range = ELFAPI_GetAddrRange(Func);
-    Answers.append(QStringLiteral("%1 %2 %3")
-                       .arg(ELFAPI_GetName(Func))
-                       .arg(Range.IsNone() ? 0 : Range.Start - Base)
-                       .arg(Range.Size));
+    const U32 Start = Range.IsNone() ? 0 : Range.Start - Base;
+    Answers.append(u"%1 %2 %3"_s.arg(ELFAPI_GetName(Func)).arg(Start).arg(Range.Size));
   }
-  for (const U32 Addr : ELFAPI_GetLocBlocks(ELFAPI_ParseSrcLoc(QStringLiteral("first.c:16")))) {
+  for (const U32 Addr : ELFAPI_GetLocBlocks(ELFAPI_ParseSrcLoc(u"first.c:16"_s)))
     Answers.append(QString::number(Addr - Base, 16));
-  }
-  return Answers;
-}
-
-void ExpectSame(const QStringList& Answers, const QStringList& Expected) {
-  EXPECT_EQ(Answers.size(), Expected.size());
-  for (qsizetype i = 0; i < std::min(Answers.size(), Expected.size()); ++i) {
-    EXPECT_EQ(Answers[i].toStdString(), Expected[i].toStdString());
-  }
+  std::vector<std::string> Result;
+  for (const QString& sAnswer : Answers) Result.push_back(sAnswer.toStdString());
+  return Result;
 }
 
 // At address 0 lie the remains of what the linker dropped, and an assembler's functions carry the Thumb bit.
 TEST_F(LoadTest, TheSameProgramAtAddress0) {
-  const QStringList Expected = CodeAnswers(0x08000000);
-  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("low.elf")), 0);
-  ExpectSame(CodeAnswers(0), Expected);
+  const std::vector<std::string> Expected = CodeAnswers(0x08000000);
+  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + u"low.elf"_s), 0);
+  EXPECT_EQ(CodeAnswers(0), Expected);
   const ELF_SYM_HANDLE Handler = ELFAPI_GetFuncAt(0x8);
   EXPECT_FALSE(ELFAPI_IsElfSymbol(Handler));
   EXPECT_EQ(ELFAPI_GetAddrRange(Handler), (CAddrRange{0x8, 10}));
   EXPECT_EQ(ELFAPI_GetFuncAt(0xC), Handler);
-  EXPECT_EQ(LocTextAt(0x8), QStringLiteral("start.S:13"));
-  EXPECT_EQ(LocTextAt(0xA), QStringLiteral("start.S:13"));
-  EXPECT_EQ(LocTextAt(0xC), QStringLiteral("start.S:14"));
+  EXPECT_EQ(LocTextAt(0x8) + " " + LocTextAt(0xA) + " " + LocTextAt(0xC), "start.S:13 start.S:13 start.S:14");
 }
 
 TEST_F(LoadTest, ARelocatedProgramMovesOnce) {
   constexpr U32 MOVE = 0x00100000;
-  const QStringList Expected = CodeAnswers(0x08000000);
+  const std::vector<std::string> Expected = CodeAnswers(0x08000000);
   ELFAPI_Unload();
   ASSERT_EQ(ELF_AddRelocation("*", MOVE), 0);
-  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
-  ExpectSame(CodeAnswers(0x08000000 + MOVE), Expected);
+  ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
+  EXPECT_EQ(CodeAnswers(0x08000000 + MOVE), Expected);
   EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u + MOVE);
   EXPECT_EQ(AddrOf("ResetHandler"), 0x08000008u + MOVE);
   EXPECT_EQ(AddrOf("Level"), 0x20000008u + MOVE);
@@ -154,13 +126,12 @@ TEST_F(LoadTest, QueriesOfOtherThreadsWaitForALoad) {
   int NumWrong = 0;
   std::thread Asker([&] {
     while (!bStop) {
-      const ELF_SYM_HANDLE Func = ELFAPI_GetFuncAt(0x08000056);
-      const QString sName = ELFAPI_GetName(Func);
-      if (!sName.isEmpty() && sName != QStringLiteral("main")) ++NumWrong;
+      const std::string sName = Name(ELFAPI_GetFuncAt(0x08000056));
+      if (!sName.empty() && sName != "main") ++NumWrong;
       ELFAPI_GetFunctions();
     }
   });
-  for (int i = 0; i < 20; ++i) EXPECT_EQ(ELFAPI_Load(DEMO_DIR + QStringLiteral("demo.elf")), 0);
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(ELFAPI_Load(DEMO_ELF), 0);
   bStop = true;
   Asker.join();
   EXPECT_EQ(NumWrong, 0);
@@ -168,7 +139,7 @@ TEST_F(LoadTest, QueriesOfOtherThreadsWaitForALoad) {
 
 TEST(FileTableTest, PathsWithOneHashGetDifferentIdentifiers) {
   // Found by search: both lower-cased paths have the same StableHash32.
-  const QString sA = QStringLiteral("src/file998679.c"), sB = QStringLiteral("src/file1303852.c");
+  const QString sA = u"src/file998679.c"_s, sB = u"src/file1303852.c"_s;
   CFileTable Files;
   const U32 IdA = Files.At(Files.Add(sA)).Id;
   const U32 IdB = Files.At(Files.Add(sB)).Id;

@@ -1,24 +1,13 @@
 // Sources that lie elsewhere than their program says: one shown file leads to the rest of its tree.
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
-#include "program/database/file_finder.h"
+#include "finder_fixture.h"
 
 namespace {
 
 TEST(MovedTree, IsWhatBothPathsEndIn) {
-  const struct {
-    const char* sWanted;
-    const char* sChosen;
-    MOVED_TREE_RULE Rule;
-    const char* sOld;
-    const char* sNew;
-  } aCases[] = {
+  using TEXT = const char*;
+  // wanted, chosen; the rule, what it replaces and by what
+  const std::tuple<TEXT, TEXT, MOVED_TREE_RULE, TEXT, TEXT> aCases[] = {
       {"C:\\build\\fw\\src\\a.c", "/home/u/fw/src/a.c", MOVED_TREE_SUBSTITUTE, "C:/build/", "/home/u/"},
       {"c:/FW/Src/A.c", "/home/u/fw/src/a.c", MOVED_TREE_SUBSTITUTE, "c:/", "/home/u/"},
       {"\\\\server\\share\\fw\\a.c", "/mnt/fw/a.c", MOVED_TREE_SUBSTITUTE, "/server/share/", "/mnt/"},
@@ -35,87 +24,66 @@ TEST(MovedTree, IsWhatBothPathsEndIn) {
       {"", "/agent/a.c", MOVED_TREE_NONE, "", ""},
       {"/agent/", "/home/", MOVED_TREE_NONE, "", ""},
   };
-  const QStringList Known = {QStringLiteral("/lib/other/z.c"), QStringLiteral("/agent/old/deep/b.c")};
-  for (const auto& Case : aCases) {
-    const MOVED_TREE Tree = FindMovedTree(QString::fromLatin1(Case.sWanted), QString::fromLatin1(Case.sChosen), Known);
-    EXPECT_EQ(Tree.Rule, Case.Rule) << Case.sWanted << ": " << Tree.sProblem.toStdString();
-    EXPECT_EQ(Tree.sProblem.isEmpty(), Case.Rule != MOVED_TREE_NONE) << Case.sWanted;
-    if (Case.Rule == MOVED_TREE_NONE) continue;
-    EXPECT_EQ(Tree.sOld, QString::fromLatin1(Case.sOld)) << Case.sWanted;
-    EXPECT_EQ(Tree.sNew, QString::fromLatin1(Case.sNew)) << Case.sWanted;
+  const QStringList Known = {u"/lib/other/z.c"_s, u"/agent/old/deep/b.c"_s};
+  for (const auto& [sWanted, sChosen, Rule, sOld, sNew] : aCases) {
+    const MOVED_TREE Tree = FindMovedTree(QLatin1String(sWanted), QLatin1String(sChosen), Known);
+    EXPECT_EQ(Tree.Rule, Rule) << sWanted << ": " << Tree.sProblem.toStdString();
+    EXPECT_EQ(Tree.sProblem.isEmpty(), Rule != MOVED_TREE_NONE) << sWanted;
+    if (Rule != MOVED_TREE_NONE) {
+      EXPECT_EQ(Tree.sOld + u" -> "_s + Tree.sNew, sOld + u" -> "_s + sNew) << sWanted;
+    }
   }
 }
 
-class MovedFilesTest : public testing::Test {
+class MovedFilesTest : public FinderTest {
 protected:
-  MovedFilesTest() : m_Finder(*CFileFinder::Get()), m_sRoot(QDir(m_Dir.path()).canonicalPath()) {
-    m_Finder.Clear();
-    m_Finder.SetExecutableDir(Path("app"));
-    for (const char* sFile : {"here/fw/src/a.c", "here/fw/src/b.c", "here/fw/inc/c.h", "odd/a.c", "dir/one/x.c"})
-      Make(sFile);
+  MovedFilesTest() {
+    Make({"@/here/fw/src/a.c", "@/here/fw/src/b.c", "@/here/fw/inc/c.h", "@/odd/a.c", "@/dir/one/x.c"});
   }
-  ~MovedFilesTest() override {
-    m_Finder.Clear();
-    m_Finder.SetExecutableDir({});
+  MOVED_TREE Moved(const char* sWanted, const char* sChosen) {
+    return m_Finder.AddMovedFile(QLatin1String(sWanted), Full(sChosen));
   }
-  QString Path(const char* sPath) const { return m_sRoot + u'/' + QLatin1String(sPath); }
-  void Make(const char* sFile) {
-    QDir().mkpath(QFileInfo(Path(sFile)).path());
-    QFile File(Path(sFile));
-    EXPECT_TRUE(File.open(QIODevice::WriteOnly));
-  }
-  QString Find(const char* sPath) const { return m_Finder.FindFile(QLatin1String(sPath)); }
-
-  CFileFinder& m_Finder;
-  QTemporaryDir m_Dir;
-  QString m_sRoot;
 };
 
 TEST_F(MovedFilesTest, TheRestOfTheTreeFollows) {
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("D:\\ci\\fw\\src\\a.c"), Path("here/fw/src/a.c")).Rule,
-            MOVED_TREE_SUBSTITUTE);
-  EXPECT_EQ(Find("D:\\ci\\fw\\src\\a.c"), Path("here/fw/src/a.c"));
-  EXPECT_EQ(Find("d:/ci/fw/src/b.c"), Path("here/fw/src/b.c"));
-  EXPECT_EQ(Find("D:/ci/fw/src/../inc/c.h"), Path("here/fw/inc/c.h"));
-  EXPECT_EQ(Find("D:/ci2/fw/src/b.c"), QStringLiteral("D:/ci2/fw/src/b.c"));
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("\\\\nas\\share\\fw\\src\\a.c"), Path("here/fw/src/a.c")).Rule,
-            MOVED_TREE_SUBSTITUTE);
-  EXPECT_EQ(Find("\\\\NAS\\share\\fw\\inc\\c.h"), Path("here/fw/inc/c.h"));
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("src/b.c"), Path("here/fw/src/b.c")).Rule, MOVED_TREE_ROOT);
-  EXPECT_EQ(Find("inc/c.h"), Path("here/fw/inc/c.h"));
+  EXPECT_EQ(Moved("D:\\ci\\fw\\src\\a.c", "@/here/fw/src/a.c").Rule, MOVED_TREE_SUBSTITUTE);
+  ExpectFound({{"D:\\ci\\fw\\src\\a.c", "@/here/fw/src/a.c"},
+               {"d:/ci/fw/src/b.c", "@/here/fw/src/b.c"},
+               {"D:/ci/fw/src/../inc/c.h", "@/here/fw/inc/c.h"},
+               {"D:/ci2/fw/src/b.c", "D:/ci2/fw/src/b.c"}});
+  EXPECT_EQ(Moved("\\\\nas\\share\\fw\\src\\a.c", "@/here/fw/src/a.c").Rule, MOVED_TREE_SUBSTITUTE);
+  EXPECT_EQ(Moved("src/b.c", "@/here/fw/src/b.c").Rule, MOVED_TREE_ROOT);
+  ExpectFound({{"\\\\NAS\\share\\fw\\inc\\c.h", "@/here/fw/inc/c.h"}, {"inc/c.h", "@/here/fw/inc/c.h"}});
 }
 
 TEST_F(MovedFilesTest, WhatLeadsElsewhereIsRefusedAndUndone) {
-  m_Finder.AddPathSubstitute(QStringLiteral("D:/ci/"), Path("here/"));
+  m_Finder.AddPathSubstitute(u"D:/ci/"_s, Full("@/here/"));
   const U32 Before = m_Finder.GetGeneration();
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("D:/ci/gone/a.c"), Path("odd/a.c")).Rule, MOVED_TREE_NONE)
+  EXPECT_EQ(Moved("D:/ci/gone/a.c", "@/odd/a.c").Rule, MOVED_TREE_NONE)
       << "the first substitute leaves nothing of the second one's key";
   EXPECT_NE(m_Finder.GetGeneration(), Before) << "what was remembered of the attempt is dropped";
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("D:/ci/a.c"), Path("odd/a.c")).Rule, MOVED_TREE_NONE)
-      << "the same key leads the rest of the tree already";
-  EXPECT_EQ(Find("D:/ci/fw/src/a.c"), Path("here/fw/src/a.c")) << "the old rule stands";
-  EXPECT_EQ(m_Finder.AddMovedFile(QStringLiteral("/x/a.c"), Path("no/a.c")).sProblem, QStringLiteral("file not found"));
+  EXPECT_EQ(Moved("D:/ci/a.c", "@/odd/a.c").Rule, MOVED_TREE_NONE) << "the same key leads the rest of the tree already";
+  EXPECT_EQ(Resolve("D:/ci/fw/src/a.c"), "@/here/fw/src/a.c") << "the old rule stands";
+  EXPECT_EQ(Moved("/x/a.c", "@/no/a.c").sProblem, u"file not found");
 }
 
 TEST_F(MovedFilesTest, ABurstReadsDirectoriesOnceAndEndsWithItsMemory) {
-  m_Finder.AddSearchPath(Path("dir/one"));
-  m_Finder.AddSearchPath(Path("dir/two"));
-  const auto Resolved = [this](const char* sPath) { return Find(sPath); };
+  m_Finder.AddSearchPath(Full("@/dir/one"));
+  m_Finder.AddSearchPath(Full("@/dir/two"));
   {
     const CFindBurst Outer;
     const CFindBurst Inner;
-    EXPECT_EQ(Resolved("gone/x.c"), Path("dir/one/x.c"));
-    EXPECT_EQ(Resolved("gone/one"), QString()) << "a directory is no file";
-    Make("dir/two/y.c");
-    EXPECT_EQ(Resolved("gone/y.c"), QString()) << "seen after the burst";
-    m_Finder.AddSearchPath(Path("odd"));
-    EXPECT_EQ(Resolved("gone/a.c"), Path("odd/a.c")) << "settings count at once";
+    EXPECT_EQ(Resolve("gone/x.c"), "@/dir/one/x.c");
+    EXPECT_EQ(Resolve("gone/one"), "") << "a directory is no file";
+    Make({"@/dir/two/y.c"});
+    EXPECT_EQ(Resolve("gone/y.c"), "") << "seen after the burst";
+    m_Finder.AddSearchPath(Full("@/odd"));
+    EXPECT_EQ(Resolve("gone/a.c"), "@/odd/a.c") << "settings count at once";
   }
-  Make("dir/one/z.c");
-  EXPECT_EQ(Resolved("gone/y.c"), Path("dir/two/y.c"));
+  Make({"@/dir/one/z.c"});
+  EXPECT_EQ(Resolve("gone/y.c"), "@/dir/two/y.c");
   const CFindBurst Again;
-  EXPECT_EQ(Resolved("gone/z.c"), Path("dir/one/z.c"));
-  EXPECT_EQ(Resolved("gone/Z.c"), QString());
+  ExpectFound({{"gone/z.c", "@/dir/one/z.c"}, {"gone/Z.c", ""}});
 }
 
 }  // namespace
