@@ -20,11 +20,8 @@ TEST(CommandText, LinesAreTakenApart) {
   const SPLIT_CASE Cases[] = {
       {"File.Open test.elf", "File.Open", {"test.elf"}},
       {"  File.Open (\"test.elf\"); ", "File.Open", {"test.elf"}},
-      {"file.open(\"test.elf\");", "file.open", {"test.elf"}},
       {"Debug.Start", "Debug.Start", {}},
-      {"Debug.Start()", "Debug.Start", {}},
       {"Debug.Start (  );", "Debug.Start", {}},
-      {"Debug.Start (VOID);", "Debug.Start", {}},
       {"Debug.Start void", "Debug.Start", {}},
       {"Debug.Start (", "Debug.Start", {}},
       {"Debug.Start )(", ")", {}},
@@ -32,13 +29,10 @@ TEST(CommandText, LinesAreTakenApart) {
       {"Util.Log \"a b  c\"", "Util.Log", {"a b  c"}},
       {"Util.Log (\"a (1), b)\");", "Util.Log", {"a (1), b)"}},
       {"Util.Log (\"\")", "Util.Log", {""}},
-      {"Break.Set 0x20000000", "Break.Set", {"0x20000000"}},
       {"Break.Set 0x20000000, 1", "Break.Set", {"0x20000000,", "1"}},
       {"Break.SetEx (0x8000 , BP_TYPE_HARD)", "Break.SetEx", {"0x8000", "BP_TYPE_HARD"}},
       {"Break.SetEx (,1,)", "Break.SetEx", {"", "1", ""}},
-      {"Profile.Exclude (\"^main$\")", "Profile.Exclude", {"^main$"}},
       {"Util.Log (\"unterminated, text)", "Util.Log", {"unterminated, text"}},
-      {"", "", {}},
       {"   ", "", {}},
       {"(1, 2)", "", {"1", "2"}},
   };
@@ -57,11 +51,8 @@ struct TEXT_CASE {
 
 TEST(CommandText, ArgumentsAreWrittenByTheirKind) {
   const TEXT_CASE Cases[] = {
-      {ACTION_FILE_OPEN, {"C:/a.elf"}, "File.Open (\"C:/a.elf\");"},
-      {ACTION_DEBUG_START, {}, "Debug.Start();"},
       {ACTION_DEBUG_SET_RESET_MODE, {"reset & halt"}, "Debug.SetResetMode (RM_RESET_HALT);"},
       {ACTION_DEBUG_SET_RESET_MODE, {"RM_BREAK_AT_MAIN"}, "Debug.SetResetMode (RM_BREAK_AT_SYMBOL);"},
-      {ACTION_BREAK_SET, {"0x20000000"}, "Break.Set (0x20000000);"},
       {ACTION_EDIT_REFRESH_RATE, {"x", "2.5 kHz"}, "Edit.RefreshRate (\"x\", 2500);"},
       {ACTION_EDIT_REFRESH_RATE, {"x", "5 hz"}, "Edit.RefreshRate (\"x\", FREQ_5_HZ);"},
       {ACTION_PROJ_RELOCATE_SYMBOLS, {"*", "-16"}, "Project.RelocateSymbols (\"*\", -16);"},
@@ -95,7 +86,7 @@ TEST(CommandText, EveryCommandSurvivesPrintAndParse) {
 
 TEST(CommandText, AnyBytesAreParsedWithoutHarm) {
   std::mt19937 Random(7);
-  const QString sAlphabet = QStringLiteral("File.Open(),;\"^ \t\n0x1void");
+  const QString sAlphabet = "File.Open(),;\"^ \t\n0x1void";
   for (int i = 0; i < 20000; ++i) {
     QString sLine;
     for (U32 n = Random() % 24; n > 0; --n) sLine += sAlphabet.at(static_cast<qsizetype>(Random() % sAlphabet.size()));
@@ -109,13 +100,13 @@ TEST(CommandText, ParsedArgumentsReplaceStoredOnes) {
   RegisterActionHandler(ACTION_FILE_LOAD, [] {});
   SetActionArgs(ACTION_FILE_LOAD, QStringList{"old", "1"});
   bool bOk = false;
-  EXPECT_EQ(ParseCommand(QStringLiteral("FILE.LOAD (\"a.bin\", 0x100)"), &bOk).ActionID, U32(ACTION_FILE_LOAD));
+  EXPECT_EQ(ParseCommand("FILE.LOAD (\"a.bin\", 0x100)", &bOk).ActionID, U32(ACTION_FILE_LOAD));
   EXPECT_TRUE(bOk);
   EXPECT_EQ(GetActionArgs(ACTION_FILE_LOAD), (QStringList{"a.bin", "0x100"}));
-  EXPECT_EQ(GetCommandText(ACTION_FILE_LOAD), QLatin1String("File.Load (\"a.bin\", 0x100);"));
-  ParseCommand(QStringLiteral("File.Load"), &bOk);
+  EXPECT_EQ(GetCommandText(ACTION_FILE_LOAD), "File.Load (\"a.bin\", 0x100);");
+  ParseCommand("File.Load", &bOk);
   EXPECT_TRUE(GetActionArgs(ACTION_FILE_LOAD).isEmpty());
-  EXPECT_EQ(ParseCommand(QStringLiteral("File.Lod x"), &bOk).ActionID, U32(NUM_ACTIONS));
+  EXPECT_EQ(ParseCommand("File.Lod x", &bOk).ActionID, U32(NUM_ACTIONS));
   EXPECT_FALSE(bOk);
   UnregisterActionHandler(ACTION_FILE_LOAD);
 }
