@@ -6,44 +6,44 @@
 #include <csignal>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
+#include "tests/common/files.h"
 
 namespace {
 
 constexpr U32 RGBA_ERROR = 0xFFB22222u;
 constexpr U32 RGBA_PROBE = 0xFF00008Bu;
 
-struct PRINTED {
-  QString sText;
-  U32 Rgba;
-};
-
-QList<PRINTED> TakeConsole() {
-  QList<PRINTED> Printed;
-  while (DrainConsole([&](const CONSOLE_MSG& Msg) { Printed.append({QString::fromUtf8(Msg.Text), Msg.Rgba}); })) {
+// The texts that wait in the console, and the colours of them.
+QStringList TakeConsole(QList<U32>* pColors = nullptr) {
+  QStringList Texts;
+  while (DrainConsole([&](const CONSOLE_MSG& Msg) {
+    Texts << QString::fromUtf8(Msg.Text);
+    if (pColors) *pColors << Msg.Rgba;
+  })) {
   }
-  return Printed;
+  return Texts;
 }
 
-QByteArray Content(const QString& sPath) {
-  QFile File(sPath);
-  return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray("(unreadable)");
+std::string StdoutOf(const std::function<void()>& Log) {
+  testing::internal::CaptureStdout();
+  Log();
+  fflush(stdout);
+  return testing::internal::GetCapturedStdout();
 }
 
 class LogTest : public testing::Test {
 protected:
   void SetUp() override {
-    SetLogInterval(QStringLiteral("1"));
+    SetLogInterval("1");
     ClearConsoleRing();
     SetConsoleExists(true);
-    sPath = Dir.filePath(QStringLiteral("app.log"));
+    sPath = Dir.filePath("app.log");
   }
   void TearDown() override {
     CloseLogFiles();
@@ -79,37 +79,27 @@ TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
   SetDebugMode(true);
   for (const ROUTE& Route : Routes) {
     OpenAppLog();
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(0, LogMsg("text \r\n \n", Route.Flags));
-    fflush(stdout);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), Route.sStdout ? Route.sStdout : "") << Route.Flags;
-    EXPECT_EQ(Content(sPath), QByteArray(Route.sFile)) << Route.Flags;
-    const QList<PRINTED> Printed = TakeConsole();
-    ASSERT_EQ(Printed.size(), Route.sConsole ? 1 : 0) << Route.Flags;
-    if (!Route.sConsole) continue;
-    EXPECT_EQ(Printed[0].sText.toStdString(), Route.sConsole);
-    EXPECT_EQ(Printed[0].Rgba, Route.Rgba) << Route.Flags;
+    const std::string sStdout = StdoutOf([&] { EXPECT_EQ(0, LogMsg("text \r\n \n", Route.Flags)); });
+    EXPECT_EQ(sStdout, Route.sStdout ? Route.sStdout : "") << Route.Flags;
+    EXPECT_EQ(ReadBytes(sPath), QByteArray(Route.sFile)) << Route.Flags;
+    QList<U32> Colors;
+    EXPECT_EQ(TakeConsole(&Colors), Route.sConsole ? QStringList{Route.sConsole} : QStringList()) << Route.Flags;
+    EXPECT_EQ(Colors, Route.sConsole ? QList{Route.Rgba} : QList<U32>()) << Route.Flags;
   }
 }
 
 TEST_F(LogTest, SinksThatAreOffTakeNothing) {
+  LogElfMsg("no debug information", MSG_WARNING | MSG_TO_CONSOLE);
+  EXPECT_EQ(TakeConsole(), QStringList{"ElfLib: no debug information"});
   SetConsoleExists(false);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(0, LogMsg("lost", MSG_ERROR | MSG_TO_ALL));
-  EXPECT_EQ(0, LogElfMsg("lost", MSG_INFO | MSG_TO_ALL));
-  fflush(stdout);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_TRUE(TakeConsole().isEmpty());
+  EXPECT_EQ("", StdoutOf([] {
+              EXPECT_EQ(0, LogMsg("lost", MSG_ERROR | MSG_TO_ALL));
+              EXPECT_EQ(0, LogElfMsg("lost", MSG_INFO | MSG_TO_ALL));
+            }));
+  EXPECT_EQ(TakeConsole(), QStringList());
   EXPECT_FALSE(IsLogSinkActive(MSG_TO_ALL));
   EXPECT_EQ(-1, LogMsg("", MSG_TO_ALL));
   EXPECT_EQ(-1, LogMsg(static_cast<const char*>(nullptr), MSG_TO_ALL));
-}
-
-TEST_F(LogTest, ElfMessagesCarryTheirPrefix) {
-  LogElfMsg("no debug information", MSG_WARNING | MSG_TO_CONSOLE);
-  const QList<PRINTED> Printed = TakeConsole();
-  ASSERT_EQ(Printed.size(), 1);
-  EXPECT_EQ(Printed[0].sText, QLatin1String("ElfLib: no debug information"));
 }
 
 TEST_F(LogTest, PrefixIsLeftOutWhereItDoesNotFit) {
@@ -117,34 +107,31 @@ TEST_F(LogTest, PrefixIsLeftOutWhereItDoesNotFit) {
   LogMsg(QByteArray(2040, 'a').constData(), MSG_SRC_PROBE | MSG_TO_FILE);  // 8 bytes of prefix would make 2048
   LogMsg(QByteArray(2039, 'b').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
   LogMsg(QByteArray(5000, 'c').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
-  const QList<QByteArray> Lines = Content(sPath).split('\n');
-  ASSERT_EQ(Lines.size(), 4);
-  EXPECT_EQ(Lines[0], QByteArray(2040, 'a'));
-  EXPECT_EQ(Lines[1], "V-Node: " + QByteArray(2039, 'b'));
-  EXPECT_EQ(Lines[2], QByteArray(2047, 'c'));
+  EXPECT_EQ(ReadBytes(sPath),
+            QByteArray(2040, 'a') + "\nV-Node: " + QByteArray(2039, 'b') + '\n' + QByteArray(2047, 'c') + '\n');
 }
 
 TEST_F(LogTest, FileIsWrittenWhenTheIntervalIsFull) {
-  SetLogInterval(QStringLiteral("20"));
+  SetLogInterval("20");
   OpenAppLog();
   LogMsg("12345", MSG_INFO | MSG_TO_FILE);  // 10 bytes with level and line end
-  EXPECT_EQ(Content(sPath), "");
+  EXPECT_EQ(ReadBytes(sPath), "");
   LogMsg("12345", MSG_INFO | MSG_TO_FILE);
-  EXPECT_EQ(Content(sPath), " i  12345\n i  12345\n");
+  EXPECT_EQ(ReadBytes(sPath), " i  12345\n i  12345\n");
   LogMsg("rest", MSG_INFO | MSG_TO_FILE);
   CloseLogFiles();
-  EXPECT_TRUE(Content(sPath).endsWith(" i  rest\n"));
+  EXPECT_TRUE(ReadBytes(sPath).endsWith(" i  rest\n"));
   EXPECT_EQ(GetLogFilePath(), nullptr);
 }
 
 TEST_F(LogTest, UnreadableIntervalsGiveTheDefault) {
   for (const char* sInterval : {"0", "-5", "many", ""}) {
-    SetLogInterval(QLatin1String(sInterval));
+    SetLogInterval(sInterval);
     OpenAppLog();
     LogMsg(QByteArray(500, 'x').constData(), MSG_TO_FILE);
-    EXPECT_EQ(Content(sPath), "") << sInterval;
+    EXPECT_EQ(ReadBytes(sPath), "") << sInterval;
     LogMsg("0123456789", MSG_TO_FILE);
-    EXPECT_EQ(Content(sPath).size(), 512) << sInterval;
+    EXPECT_EQ(ReadBytes(sPath).size(), 512) << sInterval;
   }
 }
 
@@ -152,7 +139,7 @@ TEST_F(LogTest, StartEmptiesTheFileAndABadPathIsSilent) {
   OpenAppLog();
   LogMsg("old", MSG_TO_FILE);
   OpenAppLog();
-  EXPECT_EQ(Content(sPath), "");
+  EXPECT_EQ(ReadBytes(sPath), "");
   EXPECT_STREQ(GetLogFilePath(), sPath.toUtf8().constData());
   EXPECT_EQ(-1, OpenLogFile(LOG_FILE_APPLICATION, "/no/such/folder/app.log"));
   EXPECT_EQ(0, LogMsg("nowhere", MSG_TO_FILE));
@@ -164,7 +151,7 @@ TEST_F(LogTest, AGrownFileIsCutAndContinued) {
   LogMsg("first", MSG_TO_FILE);
   QFile(sPath).resize(16'000'001);
   LogMsg("next", MSG_TO_FILE);
-  const QByteArray Text = Content(sPath);
+  const QByteArray Text = ReadBytes(sPath);
   EXPECT_EQ(Text.size(), 16'000 + 5);
   EXPECT_TRUE(Text.startsWith("first\n"));
   EXPECT_TRUE(Text.endsWith("next\n"));
@@ -175,12 +162,12 @@ TEST_F(LogTest, ARemovedFileBeginsAnewAndALostFolderIsBorne) {
   LogMsg("first", MSG_TO_FILE);
   ASSERT_TRUE(QFile::remove(sPath));
   LogMsg("second", MSG_TO_FILE);
-  EXPECT_EQ(Content(sPath), "second\n");
+  EXPECT_EQ(ReadBytes(sPath), "second\n");
   ASSERT_TRUE(QDir(Dir.path()).removeRecursively());
   EXPECT_EQ(0, LogMsg("nowhere", MSG_TO_FILE));
   ASSERT_TRUE(QDir().mkpath(Dir.path()));
   LogMsg("third", MSG_TO_FILE);
-  EXPECT_EQ(Content(sPath), "third\n");
+  EXPECT_EQ(ReadBytes(sPath), "third\n");
 }
 
 TEST_F(LogTest, AKilledProgramLosesAtMostOneInterval) {
@@ -197,58 +184,37 @@ TEST_F(LogTest, AKilledProgramLosesAtMostOneInterval) {
   int Status = 0;
   ASSERT_EQ(waitpid(Child, &Status, 0), Child);
   ASSERT_TRUE(WIFSIGNALED(Status) && WTERMSIG(Status) == SIGKILL);
-  const QList<QByteArray> Lines = Content(sPath).trimmed().split('\n');
+  const QList<QByteArray> Lines = ReadBytes(sPath).trimmed().split('\n');
   EXPECT_GT(Lines.size(), NUM_LINES - INTERVAL / 5);  // a line has 5 bytes
   for (qsizetype i = 0; i < Lines.size(); ++i) ASSERT_EQ(Lines[i].toInt(), 1000 + i);
 }
 
 TEST_F(LogTest, TheConsoleLogIsCutAtItsOwnSizeToo) {
-  const QByteArray Path = Dir.filePath(QStringLiteral("console.log")).toUtf8();
-  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, Path.constData()));
-  const QString sText(999, u'x');
-  int NumLines = 0;
-  const auto Print = [&](int Count) {
-    for (int i = 0; i < Count; ++i) {
-      PrintConsole(sText);
-      if (++NumLines % static_cast<int>(CONSOLE_DRAIN_MAX) == 0) TakeConsole();
+  const QString sLog = Dir.filePath("console.log");
+  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, sLog.toUtf8().constData()));
+  const auto SizeAfter = [&](int NumLines) {
+    for (int i = 0; i < NumLines; ++i) {
+      PrintConsole(QString(999, u'x'));
+      if (i % int{CONSOLE_DRAIN_MAX} == 0) TakeConsole();
     }
     TakeConsole();
+    return QFile(sLog).size();
   };
-  Print(16'000);
-  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 16'000'000);
-  Print(1);  // not above the limit yet
-  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 16'001'000);
-  Print(1);
-  EXPECT_EQ(QFile(QFile::decodeName(Path)).size(), 17'000);
+  EXPECT_EQ(SizeAfter(16'000), 16'000'000);
+  EXPECT_EQ(SizeAfter(1), 16'001'000) << "not above the limit yet";
+  EXPECT_EQ(SizeAfter(1), 17'000);
 }
 
 TEST_F(LogTest, QtMessagesStayOutOfTheConsoleUnlessCritical) {
   SetDebugMode(true);
   const QMessageLogContext Context;
-  testing::internal::CaptureStdout();
-  HandleQtMessage(QtDebugMsg, Context, QStringLiteral("debug"));
-  HandleQtMessage(QtInfoMsg, Context, QStringLiteral("info"));
-  HandleQtMessage(QtWarningMsg, Context, QStringLiteral("warning"));
-  HandleQtMessage(QtCriticalMsg, Context, QStringLiteral("critical"));
-  fflush(stdout);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), " i  debug\n i  info\n[W] warning\n[E] critical\n");
-  const QList<PRINTED> Printed = TakeConsole();
-  ASSERT_EQ(Printed.size(), 1);
-  EXPECT_EQ(Printed[0].sText, QLatin1String("critical"));
-}
-
-TEST_F(LogTest, DrainedMessagesGoToTheConsoleLogFile) {
-  const QString sConsoleLog = Dir.filePath(QStringLiteral("console.log"));
-  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, sConsoleLog.toUtf8().constData()));
-  PrintConsole(QStringLiteral("äöü"));
-  PrintConsoleError(QStringLiteral("bad"));
-  EXPECT_EQ(Content(sConsoleLog), "");
-  TakeConsole();
-  EXPECT_EQ(Content(sConsoleLog), "äöü\nbad\n");
-  OpenLogFile(LOG_FILE_CONSOLE, "");
-  PrintConsole(QStringLiteral("after"));
-  TakeConsole();
-  EXPECT_EQ(Content(sConsoleLog), "äöü\nbad\n");
+  EXPECT_EQ(" i  debug\n i  info\n[W] warning\n[E] critical\n", StdoutOf([&] {
+              HandleQtMessage(QtDebugMsg, Context, "debug");
+              HandleQtMessage(QtInfoMsg, Context, "info");
+              HandleQtMessage(QtWarningMsg, Context, "warning");
+              HandleQtMessage(QtCriticalMsg, Context, "critical");
+            }));
+  EXPECT_EQ(TakeConsole(), QStringList{"critical"});
 }
 
 }  // namespace
