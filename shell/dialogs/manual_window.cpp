@@ -65,6 +65,21 @@ void StyleDocument(QTextDocument& Document, const QColor& Lines) {
   Cursor.mergeBlockFormat(Spacing);
 }
 
+// The desktop's colour of links is not made for every ground.
+void ColorLinks(QTextDocument& Document, const QColor& Color) {
+  QTextCharFormat Format;
+  Format.setForeground(Color);
+  for (QTextBlock Block = Document.begin(); Block.isValid(); Block = Block.next()) {
+    for (auto It = Block.begin(); !It.atEnd(); ++It) {
+      if (!It.fragment().charFormat().isAnchor()) continue;
+      QTextCursor Cursor(&Document);
+      Cursor.setPosition(It.fragment().position());
+      Cursor.setPosition(It.fragment().position() + It.fragment().length(), QTextCursor::KeepAnchor);
+      Cursor.mergeCharFormat(Format);
+    }
+  }
+}
+
 }  // namespace
 
 CManualWindow::CManualWindow(QWidget* pParent, const QString& sDirectory)
@@ -160,6 +175,7 @@ QTextDocument* CManualWindow::Document(const QString& sPage) {
   pDocument->setMarkdown(sText.isNull() ? QStringLiteral("The page was not found: `%1`").arg(FilePath(sPage)) : sText);
   pDocument->setDocumentMargin(PAGE_MARGIN);
   StyleDocument(*pDocument, palette().color(QPalette::Mid));
+  ColorLinks(*pDocument, ReadableColor(palette().color(QPalette::Link)));
   pDocument->setUndoRedoEnabled(false);
   return pDocument;
 }
