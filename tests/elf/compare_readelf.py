@@ -8,87 +8,58 @@ import subprocess
 import sys
 
 SKIPPED = 77
+MAX_SHOWN = 5  # rows of one side
 
 
 def run(*command):
-    return subprocess.run(command, capture_output=True, text=True, errors="replace").stdout
+    result = subprocess.run(command, capture_output=True, text=True, errors="replace")
+    if result.returncode != 0:
+        sys.exit(f"{' '.join(command)}: exit {result.returncode}: {result.stderr}")
+    return result.stdout.splitlines()
 
 
 def rows(inspect, what, path):
-    result = subprocess.run([inspect, what, path], capture_output=True, text=True, errors="replace")
-    if result.returncode != 0:
-        sys.exit(f"{what} {path}: exit {result.returncode}: {result.stderr}")
-    return [line.split("\t") for line in result.stdout.splitlines()]
+    return [line.split("\t") for line in run(inspect, what, path)]
 
 
 def peer_symbols(path):
-    """(value, type, binding, name) of every symbol; sizes apart, for the reader fills in those that are missing."""
-    found = {}
-    for line in run("readelf", "-sW", path).splitlines():
-        match = re.match(r"\s*(\d+): ([0-9a-f]{8})\s+(\d+) (\S+)\s+(\S+)\s+\S+\s+(\S+)(?: (.*))?$", line)
-        if match:
-            number, value, size, kind, binding, section, name = match.groups()
-            name = "" if kind == "SECTION" else name or ""  # readelf shows the section's own name
-            found[int(number)] = ((int(value, 16), kind, binding, name), int(size))
+    """[value, type, binding, name, size] of every symbol."""
+    pattern = re.compile(r"\s*\d+: ([0-9a-f]{8})\s+(\d+) (\S+)\s+(\S+)\s+\S+\s+(\S+)(?: (.*))?$")
+    found = []
+    for match in filter(None, map(pattern.match, run("readelf", "-sW", path))):
+        value, size, kind, binding, _, name = match.groups()
+        name = "" if kind == "SECTION" else name or ""  # readelf shows the section's own name
+        found.append([int(value, 16), kind, binding, name, int(size)])
     return found
 
 
-def compare_symbols(inspect, path):
+def symbols(inspect, path):
     peer = peer_symbols(path)
-    own = rows(inspect, "symbols", path)
-    problems = [] if len(own) == len(peer) else [f"{len(own)} symbols, readelf has {len(peer)}"]
-    for number, (value, size, kind, binding, _, name) in enumerate(own):
-        expected, peer_size = peer[number]
-        if (int(value, 16), kind, binding, name) != expected:
-            problems.append(f"symbol {number}: {value} {kind} {binding} {name}, readelf has {expected}")
-        if peer_size != 0 and int(size) != peer_size:
-            problems.append(f"size of symbol {number} {name}: {size}, readelf has {peer_size}")
-    return len(own), problems
+    own = [[int(row[0], 16), row[2], row[3], row[5], int(row[1])] for row in rows(inspect, "symbols", path)]
+    for row, other in zip(own, peer):
+        row[4] *= other[4] != 0  # the reader fills in sizes that are missing
+    return own, peer
 
 
-def peer_lines(path):
+def lines(inspect, path):
     """(address, line) of every row, None being the line of the end of a sequence."""
-    found = []
-    for line in run("readelf", "--debug-dump=decodedline", path).splitlines():
-        match = re.match(r"\S.*?\s+(\d+|-)\s+(0x[0-9a-f]+|0)(?:\[\d+\])?(?:\s+(?:\d+|x|END))*\s*$", line)
-        if match:
-            number, address = match.groups()
-            found.append((int(address, 16), None if number == "-" else int(number)))
-    return sorted(found, key=str)
+    pattern = re.compile(r"\S.*?\s+(\d+|-)\s+(0x[0-9a-f]+|0)(?:\[\d+\])?(?:\s+(?:\d+|x|END))*\s*$")
+    own = [(int(row[0], 16), None if "E" in row[4] else int(row[2])) for row in rows(inspect, "lines", path)]
+    peer = [(int(match[2], 16), None if match[1] == "-" else int(match[1]))
+            for match in filter(None, map(pattern.match, run("readelf", "--debug-dump=decodedline", path)))]
+    return sorted(own, key=str), sorted(peer, key=str)
 
 
-def compare_lines(inspect, path):
-    own = []
-    for address, _, line, _, flags in rows(inspect, "lines", path):
-        own.append((int(address, 16), None if "E" in flags else int(line)))
-    own.sort(key=str)
-    peer = peer_lines(path)
-    if own == peer:
-        return len(own), []
-    only_own = [row for row in own if row not in peer][:5]
-    only_peer = [row for row in peer if row not in own][:5]
-    return len(own), [f"{len(own)} lines, readelf has {len(peer)}; only here {only_own}, only there {only_peer}"]
+def functions(inspect, path):
+    """Every address with a function symbol has a row that begins there."""
+    wanted = {value & ~1 for value, kind, _, name, _ in peer_symbols(path) if kind == "FUNC" and name and value >= 2}
+    return sorted(wanted & {int(row[0], 16) for row in rows(inspect, "functions", path)}), sorted(wanted)
 
 
-def peer_functions(path):
-    return {(value & ~1, name) for (value, kind, _, name), _ in peer_symbols(path).values() if kind == "FUNC" and name}
-
-
-def compare_functions(inspect, path):
-    """Every address with a function symbol has a row that begins there; every row is a symbol's or begins inside one."""
-    starts = {int(row[0], 16) for row in rows(inspect, "functions", path)}
-    wanted = {value for value, _ in peer_functions(path) if value >= 2}
-    return len(starts), [f"no function at {value:#x}" for value in sorted(wanted - starts)]
-
-
-def compare_segments(inspect, path):
-    peer = []
-    for line in run("readelf", "-lW", path).splitlines():
-        fields = line.split()
-        if fields and fields[0] == "LOAD":
-            peer.append([int(field, 16) for field in (fields[3], fields[2], fields[4], fields[5])])
+def segments(inspect, path):
+    loads = [line.split() for line in run("readelf", "-lW", path) if line.split()[:1] == ["LOAD"]]
     own = [[int(row[0], 16), int(row[1], 16), int(row[2]), int(row[3])] for row in rows(inspect, "segments", path)]
-    return len(own), [] if own == peer else [f"segments {own}, readelf has {peer}"]
+    return own, [[int(fields[i], 16) for i in (3, 2, 4, 5)] for fields in loads]
 
 
 def main():
@@ -99,12 +70,13 @@ def main():
     paths = sorted(glob.glob(f"{root}/tests/elf/data/*.elf") + glob.glob(f"{root}/examples/*/*.elf"))
     failed = not paths
     for path in paths:
-        for compare in (compare_symbols, compare_lines, compare_functions, compare_segments):
-            count, problems = compare(inspect, path)
-            print(f"{path}: {compare.__name__}: {count} rows")
-            for problem in problems:
-                print(f"  {problem}")
-            failed = failed or bool(problems)
+        for compare in (symbols, lines, functions, segments):
+            own, peer = compare(inspect, path)
+            print(f"{path}: {compare.__name__}: {len(own)} rows")
+            if own != peer:
+                failed = True
+                print("  only here", [row for row in own if row not in peer][:MAX_SHOWN])
+                print("  only there", [row for row in peer if row not in own][:MAX_SHOWN])
     return 1 if failed else 0
 
 

@@ -22,10 +22,10 @@ protected:
   std::vector<std::string> aMessages;
   ELF_FILE* pFile = nullptr;
 
-  void SetUp() override {
+  CElfTest() {
     ELF_SetMessageCallback([this](const char* sText, U32) { aMessages.push_back(sText); });
   }
-  void TearDown() override {
+  ~CElfTest() override {
     Close();
     ELF_SetMessageCallback({});
   }
@@ -49,9 +49,21 @@ protected:
     std::filesystem::remove(sPath);
     return pFile;
   }
+  std::string NameOfIndex(I32 Index) const {
+    return Index < 0 ? "" : NameOf(ELF_GetSymbolHandle(pFile, static_cast<U32>(Index)));
+  }
   static std::vector<char> BytesOf(const std::string& sName) {
     std::ifstream Stream(DataPath(sName), std::ios::binary);
     return std::vector<char>(std::istreambuf_iterator<char>(Stream), {});
+  }
+  // With one byte of a section's header changed; for small little-endian files.
+  std::vector<char> WithSectionByte(const std::string& sName, const char* sSection, size_t Field, char Value) {
+    constexpr size_t HEADER_SIZE = 40;
+    std::vector<char> aBytes = BytesOf(sName);
+    Open(sName);
+    const size_t Headers = static_cast<U8>(aBytes[32]) | static_cast<U8>(aBytes[33]) << 8;
+    aBytes[Headers + static_cast<size_t>(ELF_FindSection(pFile, sSection)) * HEADER_SIZE + Field] = Value;
+    return aBytes;
   }
   static std::string NameOf(ELF_SYM_HANDLE hSym) {
     const char* sName = ELF_GetName(hSym);

@@ -25,12 +25,8 @@ TEST_F(ElfSymbols, FunctionListHasOneNamedFunctionForEachAddress) {
 
 TEST_F(ElfSymbols, LookupByAddress) {
   Open("plain.elf");
-  struct CASE {
-    U32 Addr;
-    const char* sExact;  // empty: none
-    const char* sNearest;
-  };
-  constexpr CASE aCases[] = {
+  // address, the function that holds it, the nearest function below
+  const std::tuple<U32, const char*, const char*> aCases[] = {
       {0x7FFE, "", ""},
       {0x8000, "Accumulate", "Accumulate"},
       {0x803F, "Accumulate", "Accumulate"},
@@ -40,16 +36,13 @@ TEST_F(ElfSymbols, LookupByAddress) {
       {0x20000008, "", "LastOfSection"},
       {0x20000014, "InRam", "InRam"},
   };
-  const auto Named = [this](I32 Index) {
-    return Index < 0 ? std::string() : NameOf(ELF_GetSymbolHandle(pFile, static_cast<U32>(Index)));
-  };
-  for (const CASE& Case : aCases) {
-    EXPECT_EQ(Named(ELF_FindFuncSymbol(pFile, Case.Addr, true)), Case.sExact) << std::hex << Case.Addr;
-    EXPECT_EQ(Named(ELF_FindFuncSymbol(pFile, Case.Addr, false)), Case.sNearest) << std::hex << Case.Addr;
+  for (const auto& [Addr, sExact, sNearest] : aCases) {
+    EXPECT_EQ(NameOfIndex(ELF_FindFuncSymbol(pFile, Addr, true)), sExact) << std::hex << Addr;
+    EXPECT_EQ(NameOfIndex(ELF_FindFuncSymbol(pFile, Addr, false)), sNearest) << std::hex << Addr;
   }
-  EXPECT_EQ(Named(ELF_FindSymbolAt(pFile, 0x20000010, -1)), "EndObject");
-  EXPECT_EQ(Named(ELF_FindSymbolAt(pFile, 0x8000, ELF_SYMBOL_NOTYPE)), "$t");
-  EXPECT_EQ(Named(ELF_FindSymbolAt(pFile, 0x80B8, ELF_SYMBOL_FUNC)), "Shared") << "although its value is odd";
+  EXPECT_EQ(NameOfIndex(ELF_FindSymbolAt(pFile, 0x20000010, -1)), "EndObject");
+  EXPECT_EQ(NameOfIndex(ELF_FindSymbolAt(pFile, 0x8000, ELF_SYMBOL_NOTYPE)), "$t");
+  EXPECT_EQ(NameOfIndex(ELF_FindSymbolAt(pFile, 0x80B8, ELF_SYMBOL_FUNC)), "Shared") << "although its value is odd";
   EXPECT_EQ(ELF_FindSymbolAt(pFile, 0x80B8, ELF_SYMBOL_OBJECT), -1);
   EXPECT_EQ(ELF_FindSymbolAt(pFile, 0x80BA, -1), -1);
 }
@@ -65,32 +58,10 @@ TEST_F(ElfSymbols, ImageIsReadAtRunTimeAddresses) {
   EXPECT_EQ(ELF_ReadImage(pFile, 0x8000, 0xFFFFFFFF), nullptr);
 }
 
-TEST_F(ElfSymbols, SectionsByNameAndPosition) {
-  Open("plain.elf");
-  const I32 Text = ELF_FindSection(pFile, ".text");
-  ASSERT_GT(Text, 0);
-  EXPECT_EQ(ELF_GetSectionAddr(pFile, static_cast<U32>(Text)), 0x8000u);
-  EXPECT_STREQ(ELF_GetSectionName(pFile, static_cast<U32>(Text)), ".text");
-  const U32 Bss = static_cast<U32>(ELF_FindSection(pFile, ".bss"));
-  EXPECT_GT(ELF_GetSectionSize(pFile, Bss), 0u);
-  EXPECT_EQ(ELF_GetSectionData(pFile, Bss), nullptr) << "no bytes in the file";
-  EXPECT_EQ(ELF_GetSectionNumEntries(pFile, static_cast<U32>(ELF_FindSection(pFile, ".symtab"))),
-            ELF_GetNumSymbols(pFile));
-  EXPECT_EQ(ELF_FindSection(pFile, ".tex"), -1);
-  EXPECT_STREQ(ELF_GetSectionName(pFile, 1000), "");
-  ELF_RELOCATION Relocation;
-  EXPECT_EQ(ELF_GetRelocation(pFile, static_cast<U32>(Text), 0, &Relocation), -1);
-}
-
 // Addresses going out are those of the copy, addresses coming in are found in the file.
 TEST_F(ElfSymbols, RelocatedSymbols) {
-  Open("plain.elf");
-  struct CASE {
-    const char* sText;
-    U32 InText;  // what 0x8042, in main, becomes when this moves by 0x1000
-    U32 InData;  // 0x20000004
-  };
-  constexpr CASE aCases[] = {
+  // what moves by 0x1000; what 0x8042, in main, and 0x20000004 become
+  const std::tuple<const char*, U32, U32> aCases[] = {
       {"*", 0x9042, 0x20001004},
       {"0x8000-0x9000", 0x9042, 0x20000004},
       {".data", 0x8042, 0x20001004},
@@ -99,21 +70,17 @@ TEST_F(ElfSymbols, RelocatedSymbols) {
       {"32768 - 32834", 0x8042, 0x20000004},
       {"0x8042-0x8043", 0x9042, 0x20000004},
   };
-  for (const CASE& Case : aCases) {
+  for (const auto& [sMoved, InText, InData] : aCases) {
     Open("plain.elf");
-    ASSERT_EQ(ELF_AddRelocation(Case.sText, 0x1000), 0) << Case.sText;
-    EXPECT_EQ(ELF_RelocToFile(0x8042, 1, 0), Case.InText) << Case.sText;
-    EXPECT_EQ(ELF_RelocToFile(0x20000004, 1, 0), Case.InData) << Case.sText;
-    EXPECT_EQ(ELF_RelocFromFile(Case.InText, 1, 0), 0x8042u) << Case.sText;
+    ASSERT_EQ(ELF_AddRelocation(sMoved, 0x1000), 0) << sMoved;
+    EXPECT_EQ(ELF_RelocToFile(0x8042, 1, 0), InText) << sMoved;
+    EXPECT_EQ(ELF_RelocToFile(0x20000004, 1, 0), InData) << sMoved;
+    EXPECT_EQ(ELF_RelocFromFile(InText, 1, 0), 0x8042u) << sMoved;
   }
   for (const char* sRefused : {"", "0-0", "NoSuchSymbol"}) EXPECT_EQ(ELF_AddRelocation(sRefused, 4), -1) << sRefused;
   Open("plain.elf");
   ELF_AddRelocation("main", 0x100);
-  const I32 Main = ELF_FindFuncSymbol(pFile, 0x8150, true);
-  ASSERT_GE(Main, 0) << "found at its target address";
-  const ELF_SYM_HANDLE hMain = ELF_GetSymbolHandle(pFile, static_cast<U32>(Main));
-  EXPECT_EQ(NameOf(hMain), "main");
-  EXPECT_EQ(ELF_GetRangeLow(hMain, 0), 0x8141u);
+  EXPECT_EQ(NameOfIndex(ELF_FindFuncSymbol(pFile, 0x8150, true)), "main") << "found at its target address";
   EXPECT_EQ(ELF_RelocToFile(0x8078, 0, 1), 0x8178u) << "the end of a range belongs to it";
   EXPECT_EQ(ELF_RelocToFile(0x8078, 1, 0), 0x8078u);
 }
