@@ -8,9 +8,11 @@
 #include "shell/settings/fonts.h"
 #include "shell/settings/settings_cache.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const SETTING_GROUP GROUP = {QStringLiteral("AppData"), QStringLiteral("Preferences"), QStringLiteral("Fonts")};
+const SETTING_GROUP GROUP = {u"AppData"_s, u"Preferences"_s, u"Fonts"_s};
 
 QFont FontOf(const char* sText) {
   bool bOk = false;
@@ -60,12 +62,11 @@ TEST_F(FontsTest, TheFixedPitchFormIsOneAndKeepsSizeAndStyle) {
     const QFont Mono = MonospacedForm(Font);
     EXPECT_TRUE(QFontInfo(Mono).fixedPitch()) << sText;
     EXPECT_EQ(QFontInfo(Mono).family().toStdString(), Mono.family().toStdString()) << "a family that there is";
-    EXPECT_EQ(Mono.pointSize(), Font.pointSize());
-    EXPECT_EQ(Mono.weight(), Font.weight());
-    EXPECT_EQ(Mono.italic(), Font.italic());
+    const auto StyleOf = [](const QFont& f) { return std::tuple(f.pointSize(), f.weight(), f.italic()); };
+    EXPECT_EQ(StyleOf(Mono), StyleOf(Font)) << sText;
     EXPECT_EQ(MonospacedForm(Mono), Mono);
   }
-  EXPECT_EQ(MonospacedForm(FontOf("courier new, 9pt, Normal")).family(), QLatin1String("courier new"));
+  EXPECT_EQ(MonospacedForm(FontOf("courier new, 9pt, Normal")).family(), u"courier new"_s);
 }
 
 TEST_F(FontsTest, TheSettingsKeepWhatWasSavedAndNotWhatACommandSet) {
@@ -73,13 +74,13 @@ TEST_F(FontsTest, TheSettingsKeepWhatWasSavedAndNotWhatACommandSet) {
   SetFont(FONT_SRC_CODE, FontOf("DejaVu Serif, 15pt, Normal"), false);
   SetFont(FONT_ASM_CODE, FontOf("DejaVu Serif, 16pt, Normal"), false);
   EXPECT_EQ(GetFont(FONT_SRC_CODE).pointSize(), 15);
-  SetSetting(GROUP, QStringLiteral("FONT_CONSOLE"), QStringLiteral("DejaVu Sans, 60pt, Normal"));
+  SetSetting(GROUP, u"FONT_CONSOLE"_s, u"DejaVu Sans, 60pt, Normal"_s);
   SaveColorsAndFonts();
   EXPECT_EQ(GetSettingKeys(GROUP), QStringList{"FONT_SRC_CODE"});
   for (U32 ID = 0; ID < NUM_FONTS; ++ID) SetFont(ID, GetInheritedFont(ID), true);
-  SetSetting(GROUP, QStringLiteral("FONT_CONSOLE"), QStringLiteral("DejaVu Sans, 60pt, Normal"));
+  SetSetting(GROUP, u"FONT_CONSOLE"_s, u"DejaVu Sans, 60pt, Normal"_s);
   LoadColorsAndFonts();
-  EXPECT_EQ(FontToText(FONT_SRC_CODE), QLatin1String("DejaVu Serif,  14pt,  Bold"));
+  EXPECT_EQ(FontToText(FONT_SRC_CODE), u"DejaVu Serif,  14pt,  Bold"_s);
   EXPECT_FALSE(IsFontModified(FONT_ASM_CODE));
   EXPECT_FALSE(IsFontModified(FONT_CONSOLE)) << "a size that is refused";
 }

@@ -3,17 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include <QAction>
 #include <QApplication>
+#include <QDirIterator>
 #include <QImage>
 #include <QPainter>
 #include <QPalette>
 #include <QRegularExpression>
 
-#include "icon_names.h"
+#include "contrast.h"
 #include "shell/look/look.h"
+#include "tests/common/files.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 const QColor LIGHT_GROUND(0xF0, 0xF0, 0xF0);
@@ -37,8 +39,28 @@ private:
 };
 const testing::Environment* const APPLICATION = testing::AddGlobalTestEnvironment(new CApplication);
 
+// File names of all the drawings, as GetIcon takes them.
+const QStringList& Names() {
+  static const QStringList NAMES = QDir(QStringLiteral(VEXOR_SOURCE_DIR "/resources/icons"))
+                                       .entryList({u"*.svg"_s})
+                                       .replaceInStrings(u".svg"_s, u".png"_s);
+  return NAMES;
+}
+
 void UseGround(const QColor& Ground) {
   QApplication::setPalette(QPalette(Ground));
+}
+
+// Calls Check(name, ground) for every name on either ground.
+template <typename CHECK>
+void ForEachIcon(const CHECK& Check) {
+  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND}) {
+    UseGround(Ground);
+    for (const QString& sName : Names()) {
+      SCOPED_TRACE((sName + u" on "_s + Ground.name()).toStdString());
+      Check(sName, Ground);
+    }
+  }
 }
 
 class IconTest : public testing::Test {
@@ -46,13 +68,9 @@ protected:
   void SetUp() override { UseGround(LIGHT_GROUND); }
 };
 
-QString FileName(const char* sName) {
-  return QLatin1String(sName) + QStringLiteral(".png");
-}
-
 int ExpectedSize(const QString& sName) {
-  if (sName.startsWith(QLatin1String("titlebar-close-icon"))) return 10;
-  const QRegularExpressionMatch Match = QRegularExpression(QStringLiteral("-(1[127]|32)$")).match(sName);
+  if (sName.startsWith(u"titlebar-close-icon"_s)) return 10;
+  const QRegularExpressionMatch Match = QRegularExpression(u"-(1[127]|32)\\.png$"_s).match(sName);
   return Match.hasMatch() ? Match.captured(1).toInt() : 16;
 }
 
@@ -60,163 +78,113 @@ QImage Picture(const QIcon& Icon, int Size, qreal Scale, QIcon::Mode Mode = QIco
   return Icon.pixmap(QSize(Size, Size), Scale, Mode).toImage().convertToFormat(QImage::Format_ARGB32);
 }
 
-QImage Picture(const char* sName, qreal Scale, QIcon::Mode Mode = QIcon::Normal) {
-  return Picture(GetIcon(FileName(sName)), ExpectedSize(QLatin1String(sName)), Scale, Mode);
+QImage Picture(const QString& sName, qreal Scale, QIcon::Mode Mode = QIcon::Normal) {
+  return Picture(GetIcon(sName), ExpectedSize(sName), Scale, Mode);
 }
 
-// Without regard to what else the image knows, such as its resolution.
-bool SamePixels(const QImage& A, const QImage& B) {
-  if (A.size() != B.size()) return false;
-  for (int y = 0; y < A.height(); ++y)
-    for (int x = 0; x < A.width(); ++x)
-      if (A.pixelColor(x, y) != B.pixelColor(x, y)) return false;
-  return true;
+// The pixels alone, without what else the image knows, such as its resolution.
+QImage Pixels(QImage Image) {
+  Image.setDevicePixelRatio(1.0);
+  return Image.convertToFormat(QImage::Format_ARGB32);
 }
 
-double Luminance(const QColor& Color) {
-  const auto Linear = [](double Value) {
-    return Value <= 0.04045 ? Value / 12.92 : std::pow((Value + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * Linear(Color.redF()) + 0.7152 * Linear(Color.greenF()) + 0.0722 * Linear(Color.blueF());
+int NumVisible(const QImage& Image) {
+  int Num = 0;
+  for (int y = 0; y < Image.height(); ++y) {
+    for (int x = 0; x < Image.width(); ++x) Num += qAlpha(Image.pixel(x, y)) >= VISIBLE_ALPHA;
+  }
+  return Num;
 }
 
-double Contrast(const QColor& A, const QColor& B) {
-  const double a = Luminance(A);
-  const double b = Luminance(B);
-  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
-
-struct VISIBILITY {
-  int NumVisible = 0;
-  int NumContrasting = 0;
-  double Share() const { return NumVisible == 0 ? 0.0 : static_cast<double>(NumContrasting) / NumVisible; }
-};
-
-VISIBILITY Measure(const QImage& Image, const QColor& Ground, double Limit) {
-  VISIBILITY Result;
+// How much of what is visible has that contrast to the ground.
+double ShareOfContrast(const QImage& Image, const QColor& Ground, double Limit) {
   QImage Shown(Image.size(), QImage::Format_RGB32);
   Shown.fill(Ground);
-  QImage Plain = Image;
-  Plain.setDevicePixelRatio(1.0);
-  QPainter(&Shown).drawImage(0, 0, Plain);
+  QPainter(&Shown).drawImage(0, 0, Pixels(Image));
+  int NumContrasting = 0;
   for (int y = 0; y < Image.height(); ++y) {
     for (int x = 0; x < Image.width(); ++x) {
-      if (qAlpha(Image.pixel(x, y)) < VISIBLE_ALPHA) continue;
-      ++Result.NumVisible;
-      Result.NumContrasting += Contrast(Shown.pixelColor(x, y), Ground) >= Limit;
+      if (qAlpha(Image.pixel(x, y)) >= VISIBLE_ALPHA)
+        NumContrasting += Contrast(Shown.pixelColor(x, y), Ground) >= Limit;
     }
   }
-  return Result;
+  return static_cast<double>(NumContrasting) / std::max(NumVisible(Image), 1);
 }
 
 // Largest number of visible pixels along one of the four edges.
 int EdgePixels(const QImage& Image) {
   const int Last = Image.width() - 1;
-  int an[4] = {};
-  for (int i = 0; i <= Last; ++i) {
-    an[0] += qAlpha(Image.pixel(i, 0)) >= VISIBLE_ALPHA;
-    an[1] += qAlpha(Image.pixel(i, Last)) >= VISIBLE_ALPHA;
-    an[2] += qAlpha(Image.pixel(0, i)) >= VISIBLE_ALPHA;
-    an[3] += qAlpha(Image.pixel(Last, i)) >= VISIBLE_ALPHA;
-  }
-  return *std::max_element(an, an + 4);
+  return std::max({NumVisible(Image.copy(0, 0, Last + 1, 1)), NumVisible(Image.copy(0, Last, Last + 1, 1)),
+                   NumVisible(Image.copy(0, 0, 1, Last + 1)), NumVisible(Image.copy(Last, 0, 1, Last + 1))});
 }
 
-bool IsForDarkGrounds(const QString& sName) {
-  return sName.endsWith(QLatin1String("-white"));
-}
-
-// Painted by an icon into a square of that size at that scale.
-QImage Painted(const QIcon& Icon, int Size, qreal Scale) {
-  const int NumPixels = qRound(Size * Scale);
-  QImage Image(NumPixels, NumPixels, QImage::Format_ARGB32_Premultiplied);
+// Painted by an icon into a square of 16 at that scale.
+QImage Painted(const QIcon& Icon, qreal Scale) {
+  QImage Image(qRound(16 * Scale), qRound(16 * Scale), QImage::Format_ARGB32_Premultiplied);
   Image.setDevicePixelRatio(Scale);
   Image.fill(Qt::transparent);
   QPainter Painter(&Image);
-  Icon.paint(&Painter, QRect(0, 0, Size, Size));
+  Icon.paint(&Painter, QRect(0, 0, 16, 16));
   Painter.end();
-  return Image.convertToFormat(QImage::Format_ARGB32);
+  return Image;
 }
 }  // namespace
 
-TEST_F(IconTest, EveryNameHasItsSizeAtBothScales) {
-  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND}) {
-    UseGround(Ground);
-    for (const char* sName : ICON_NAMES) {
-      const int Size = ExpectedSize(QLatin1String(sName));
-      ASSERT_FALSE(GetIcon(FileName(sName)).isNull()) << sName;
-      EXPECT_EQ(Picture(sName, 1.0).size(), QSize(Size, Size)) << sName;
-      EXPECT_EQ(Picture(sName, 2.0).size(), QSize(2 * Size, 2 * Size)) << sName;
-      EXPECT_THAT(GetIcon(FileName(sName)).availableSizes(),
-                  testing::UnorderedElementsAre(QSize(Size, Size), QSize(2 * Size, 2 * Size)))
-          << sName;
+TEST_F(IconTest, EveryNameInTheSourcesIsThatOfADrawing) {
+  static const QRegularExpression NAME(u"\"([A-Za-z0-9-]+\\.png)\""_s);
+  QSet<QString> Found;
+  for (const QString& sFolder : {u"/shell"_s, u"/ui"_s, u"/rtos"_s}) {
+    QDirIterator Files(QStringLiteral(VEXOR_SOURCE_DIR) + sFolder, {u"*.cpp"_s, u"*.h"_s}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (Files.hasNext()) {
+      const QString sText = QString::fromUtf8(ReadBytes(Files.next()));
+      for (const QRegularExpressionMatch& Match : NAME.globalMatch(sText)) Found << Match.captured(1);
     }
   }
+  EXPECT_GT(Found.size(), 50);
+  for (const QString& sName : Found) EXPECT_TRUE(Names().contains(sName)) << sName.toStdString();
 }
 
-TEST_F(IconTest, NothingIsBlankOrCutOffAtAnEdge) {
-  for (const char* sName : ICON_NAMES) {
+TEST_F(IconTest, EachHasItsSizesAndIsVisibleOnEitherGround) {
+  ForEachIcon([](const QString& sName, const QColor& Ground) {
+    const int Size = ExpectedSize(sName);
+    EXPECT_THAT(GetIcon(sName).availableSizes(),
+                testing::UnorderedElementsAre(QSize(Size, Size), QSize(2 * Size, 2 * Size)));
+    const double Limit = sName == u"arrow-down-disabled.png"_s ? MIN_DISABLED_CONTRAST
+                         : sName == u"grey-dot-17.png"_s       ? 2.0
+                                                               : MIN_CONTRAST;
     for (const qreal Scale : {1.0, 2.0}) {
       const QImage Image = Picture(sName, Scale);
-      EXPECT_GE(Measure(Image, LIGHT_GROUND, 1.0).NumVisible, MIN_VISIBLE_PIXELS * Scale * Scale) << sName;
-      EXPECT_LE(EdgePixels(Image), Image.width() / 2) << sName << " at " << Scale;
+      EXPECT_GE(NumVisible(Image), MIN_VISIBLE_PIXELS * Scale * Scale);
+      EXPECT_LE(EdgePixels(Image), Image.width() / 2) << "cut off";
+      if (sName.contains(u"-white."_s)) {
+        EXPECT_EQ(ShareOfContrast(Image, Qt::black, 5.0), 1.0) << "white whatever the palette is";
+      } else {
+        EXPECT_GE(ShareOfContrast(Image, Ground, Limit), MIN_SHARE) << Scale;
+      }
     }
-  }
+  });
 }
 
-TEST_F(IconTest, EachIsVisibleOnBothGrounds) {
-  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND}) {
-    UseGround(Ground);
-    for (const char* sName : ICON_NAMES) {
-      const QString sIcon = QLatin1String(sName);
-      if (IsForDarkGrounds(sIcon) && Ground == LIGHT_GROUND) continue;
-      const double Limit = sIcon == QLatin1String("arrow-down-disabled") ? MIN_DISABLED_CONTRAST
-                           : sIcon == QLatin1String("grey-dot-17")       ? 2.0
-                                                                         : MIN_CONTRAST;
-      for (const qreal Scale : {1.0, 2.0})
-        EXPECT_GE(Measure(Picture(sName, Scale), Ground, Limit).Share(), MIN_SHARE)
-            << sName << " on " << Ground.name().toStdString() << " at " << Scale;
-    }
+TEST_F(IconTest, NoTwoLookAlikeButTheWarnings) {
+  QHash<QByteArray, QString> Taken;
+  for (const QString& sName : Names()) {
+    const QImage Image = Pixels(Picture(sName, 1.0));
+    const QByteArray Bits(reinterpret_cast<const char*>(Image.constBits()), Image.sizeInBytes());
+    const QString sOther = std::exchange(Taken[Bits], sName);
+    const bool bWarnings = sOther == u"exclamation.png"_s && sName == u"message-warning.png"_s;
+    EXPECT_TRUE(sOther.isNull() || bWarnings) << sName.toStdString() << sOther.toStdString();
   }
-}
-
-// The icons that stand on a highlighted title are white whatever the palette is.
-TEST_F(IconTest, WhiteIconsStayWhite) {
-  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND}) {
-    UseGround(Ground);
-    for (const char* sName : {"edit-mathematics-white", "titlebar-close-icon-white"}) {
-      const QImage Image = Picture(sName, 2.0);
-      const VISIBILITY Seen = Measure(Image, Qt::black, 5.0);
-      EXPECT_EQ(Seen.NumContrasting, Seen.NumVisible) << sName;
-    }
-  }
-}
-
-TEST_F(IconTest, NoTwoLookAlike) {
-  const auto IsWarning = [](const char* sName) {
-    return qstrcmp(sName, "exclamation") == 0 || qstrcmp(sName, "message-warning") == 0;
-  };
-  for (const auto& A : ICON_NAMES)
-    for (const auto& B : ICON_NAMES)
-      EXPECT_FALSE(&A < &B && !(IsWarning(A) && IsWarning(B)) && SamePixels(Picture(A, 1.0), Picture(B, 1.0)))
-          << A << " and " << B;
 }
 
 TEST_F(IconTest, DisabledOnesAreTold) {
-  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND}) {
-    UseGround(Ground);
-    for (const char* sName : ICON_NAMES) {
-      const QString sIcon = QLatin1String(sName);
-      if (!sIcon.startsWith(QLatin1String("debug-")) && !sIcon.startsWith(QLatin1String("file-")) &&
-          !sIcon.startsWith(QLatin1String("edit-")))
-        continue;
-      if (IsForDarkGrounds(sIcon)) continue;
-      const QImage Disabled = Picture(sName, 1.0, QIcon::Disabled);
-      EXPECT_FALSE(SamePixels(Disabled, Picture(sName, 1.0))) << sName;
-      EXPECT_GE(Measure(Disabled, Ground, MIN_DISABLED_CONTRAST).Share(), MIN_SHARE)
-          << sName << " on " << Ground.name().toStdString();
-    }
-  }
+  static const QRegularExpression BUTTONS(u"^(debug|file|edit)-(?!.*-white)"_s);
+  ForEachIcon([](const QString& sName, const QColor& Ground) {
+    if (!BUTTONS.match(sName).hasMatch()) return;
+    const QImage Disabled = Picture(sName, 1.0, QIcon::Disabled);
+    EXPECT_NE(Disabled, Picture(sName, 1.0));
+    EXPECT_GE(ShareOfContrast(Disabled, Ground, MIN_DISABLED_CONTRAST), MIN_SHARE);
+  });
 }
 
 TEST_F(IconTest, UnknownNamesGiveEmptyIcons) {
@@ -228,29 +196,26 @@ TEST_F(IconTest, UnknownNamesGiveEmptyIcons) {
 }
 
 TEST_F(IconTest, AKeptIconFollowsThePalette) {
-  const QString sName = QStringLiteral("document-text.png");
-  QAction Action(GetIcon(sName), QString());
-  const QString sLight = GetIconPath(sName);
-  const QImage Light = Picture(Action.icon(), 16, 1.0);
-  UseGround(DARK_GROUND);
-  const QString sDark = GetIconPath(sName);
-  const QImage Dark = Picture(Action.icon(), 16, 1.0);
-  EXPECT_FALSE(SamePixels(Light, Dark));
-  EXPECT_TRUE(SamePixels(Light, QImage(sLight)));
-  EXPECT_TRUE(SamePixels(Dark, QImage(sDark)));
-  UseGround(LIGHT_GROUND);
-  EXPECT_TRUE(SamePixels(Light, Picture(Action.icon(), 16, 1.0)));
+  const QAction Action(GetIcon(u"document-text.png"_s), QString());
+  QList<QImage> Shown;
+  for (const QColor& Ground : {LIGHT_GROUND, DARK_GROUND, LIGHT_GROUND}) {
+    UseGround(Ground);
+    Shown << Pixels(Picture(Action.icon(), 16, 1.0));
+    EXPECT_EQ(Shown.last(), Pixels(QImage(GetIconPath(u"document-text.png"_s))));
+  }
+  EXPECT_NE(Shown[0], Shown[1]);
+  EXPECT_EQ(Shown[0], Shown[2]);
 }
 
 // What was drawn for a size is shown there pixel by pixel, not a larger picture made smaller.
 TEST_F(IconTest, PaintsTheDrawingOfTheScale) {
-  const QIcon Icon = GetIcon(QStringLiteral("edit-find.png"));
-  const QImage One(QStringLiteral(":/icons/edit-find.png"));
-  const QImage Two(QStringLiteral(":/icons/edit-find@2x.png"));
-  EXPECT_TRUE(SamePixels(Picture(Icon, 16, 1.0), One.convertToFormat(QImage::Format_ARGB32)));
-  EXPECT_TRUE(SamePixels(Painted(Icon, 16, 1.0), One.convertToFormat(QImage::Format_ARGB32)));
-  EXPECT_TRUE(SamePixels(Painted(Icon, 16, 2.0), Two.convertToFormat(QImage::Format_ARGB32)));
-  EXPECT_TRUE(SamePixels(Picture(Icon, 32, 1.0), Two.convertToFormat(QImage::Format_ARGB32)));
+  const QIcon Icon = GetIcon(u"edit-find.png"_s);
+  const QImage One = Pixels(QImage(u":/icons/edit-find.png"_s));
+  const QImage Two = Pixels(QImage(u":/icons/edit-find@2x.png"_s));
+  EXPECT_EQ(Pixels(Picture(Icon, 16, 1.0)), One);
+  EXPECT_EQ(Pixels(Painted(Icon, 1.0)), One);
+  EXPECT_EQ(Pixels(Painted(Icon, 2.0)), Two);
+  EXPECT_EQ(Pixels(Picture(Icon, 32, 1.0)), Two);
   EXPECT_EQ(Picture(Icon, 20, 1.0).width(), 20);
   EXPECT_EQ(Picture(Icon, 16, 1.5).width(), 24);
   EXPECT_LE(Picture(Icon, 11, 1.0).width(), 11);
