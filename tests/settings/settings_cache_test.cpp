@@ -2,21 +2,21 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <csignal>
 
 #include "shell/settings/settings_cache.h"
+#include "tests/common/file_size_limit.h"
+#include "tests/common/files.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const SETTING_GROUP MainWindow = {QStringLiteral("AppData"), QStringLiteral("MainWindow")};
-const SETTING_GROUP Timeouts = {QStringLiteral("AppData"), QStringLiteral("MessageTimeouts")};
+const SETTING_GROUP MainWindow = {"AppData", "MainWindow"};
+const SETTING_GROUP Timeouts = {"AppData", "MessageTimeouts"};
 
 class SettingsTest : public testing::Test {
 protected:
@@ -50,7 +50,7 @@ TEST_F(SettingsTest, ValuesComeBackInTheTypeOfTheDefault) {
       {"Bool", true, false},
       {"Int", -1, 7},
       {"U64", 0xFFFFFFFFFFull, 0ull},
-      {"Text", QStringLiteral("a, \"b\" = c; äöü"), QString()},
+      {"Text", u"a, \"b\" = c; äöü"_s, QString()},
       {"Bytes", QByteArray("\0\xFF\x01 state", 9), QByteArray()},
       {"List", QStringList{"C:/a,b.vdebug", "x y"}, QStringList()},
       {"OneEntry", QStringList{"only"}, QStringList()},
@@ -70,10 +70,10 @@ TEST_F(SettingsTest, ValuesComeBackInTheTypeOfTheDefault) {
 }
 
 TEST_F(SettingsTest, StoreHoldsNothingButTheCache) {
-  SetSetting(Timeouts, QStringLiteral("1"), 1ull);
-  SetSetting(Timeouts, QStringLiteral("2"), 2ull);
+  SetSetting(Timeouts, "1", 1ull);
+  SetSetting(Timeouts, "2", 2ull);
   ASSERT_EQ(0, SaveSettings());
-  RemoveSetting(QStringLiteral("AppData/MessageTimeouts/1"));
+  RemoveSetting("AppData/MessageTimeouts/1");
   ASSERT_EQ(0, SaveSettings());
   ForgetAll();
   ASSERT_EQ(0, LoadSettings());
@@ -81,21 +81,21 @@ TEST_F(SettingsTest, StoreHoldsNothingButTheCache) {
 }
 
 TEST_F(SettingsTest, ValuesOfTheWrongKindGiveTheDefault) {
-  SetSetting(MainWindow, QStringLiteral("Int"), QStringLiteral("twelve"));
-  SetSetting(MainWindow, QStringLiteral("Bool"), QStringLiteral("perhaps"));
-  EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Int"), 5), 5);
-  EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Bool"), true), true);
-  EXPECT_FALSE(HasSetting(MainWindow, QStringLiteral("Other")));
+  SetSetting(MainWindow, "Int", "twelve");
+  SetSetting(MainWindow, "Bool", "perhaps");
+  EXPECT_EQ(GetSetting(MainWindow, "Int", 5), 5);
+  EXPECT_EQ(GetSetting(MainWindow, "Bool", true), true);
+  EXPECT_FALSE(HasSetting(MainWindow, "Other"));
 }
 
 TEST_F(SettingsTest, KeysDirectlyBelowAGroup) {
-  const SETTING_GROUP AppData = {QStringLiteral("AppData/")};
-  SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V1.00"));
-  SetSetting({QStringLiteral("AppData"), QStringLiteral("MainWindowX")}, QStringLiteral("Key"), 1);
+  const SETTING_GROUP AppData = {"AppData/"};
+  SetSetting(MainWindow, "Version", "V1.00");
+  SetSetting({"AppData", "MainWindowX"}, "Key", 1);
   EXPECT_EQ(GetSettingKeys(MainWindow), QStringList{"Version"});
   EXPECT_TRUE(GetSettingKeys(AppData).isEmpty());
-  EXPECT_TRUE(HasSetting(AppData, QStringLiteral("/MainWindow//Version")));
-  RemoveSetting(QStringLiteral("AppData/MainWindowX/Key"));
+  EXPECT_TRUE(HasSetting(AppData, "/MainWindow//Version"));
+  RemoveSetting("AppData/MainWindowX/Key");
 }
 
 TEST_F(SettingsTest, DamagedStoreIsPutAsideAndDefaultsApply) {
@@ -106,60 +106,38 @@ TEST_F(SettingsTest, DamagedStoreIsPutAsideAndDefaultsApply) {
       QByteArray("[AppData]\nMainWindow\\Version=V9\n") + QByteArray(100, '\0'),
   };
   for (const QByteArray& Damage : Damages) {
-    SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V1.00"));
+    SetSetting(MainWindow, "Version", "V1.00");
     ASSERT_EQ(0, SaveSettings());
     const QString sFile = StoreFile();
-    QFile File(sFile);
-    ASSERT_TRUE(File.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    File.write(Damage);
-    File.close();
+    WriteBytes(sFile, Damage);
     EXPECT_EQ(-1, LoadSettings()) << Damage.left(40).toStdString();
-    EXPECT_FALSE(HasSetting(MainWindow, QStringLiteral("Version")));
-    QFile Aside(sFile + QStringLiteral(".damaged"));
-    ASSERT_TRUE(Aside.open(QIODevice::ReadOnly));
-    EXPECT_EQ(Aside.readAll(), Damage);
-    SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V2.00"));
+    EXPECT_FALSE(HasSetting(MainWindow, "Version"));
+    EXPECT_EQ(ReadBytes(sFile + ".damaged"), Damage);
+    SetSetting(MainWindow, "Version", "V2.00");
     EXPECT_EQ(0, SaveSettings());
     EXPECT_EQ(0, LoadSettings());
-    EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Version"), QString()), QStringLiteral("V2.00"));
-    Aside.remove();
+    EXPECT_EQ(GetSetting(MainWindow, "Version", QString()), "V2.00");
+    QFile::remove(sFile + ".damaged");
   }
 }
 
-// No file may grow while the limit stands, as on a full disk.
-class CFileSizeLimit {
-public:
-  CFileSizeLimit() {
-    getrlimit(RLIMIT_FSIZE, &m_Old);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit None{0, m_Old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &None);
-  }
-  ~CFileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_Old); }
-
-private:
-  rlimit m_Old{};
-};
-
 TEST_F(SettingsTest, StoreStaysWholeWhenTheDiskIsFull) {
-  SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V1.00"));
+  SetSetting(MainWindow, "Version", "V1.00");
   ASSERT_EQ(0, SaveSettings());
-  SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V2.00"));
+  SetSetting(MainWindow, "Version", "V2.00");
   {
     const CFileSizeLimit Limit;
     EXPECT_EQ(-1, SaveSettings());
   }
-  QFile Store(StoreFile());
-  ASSERT_TRUE(Store.open(QIODevice::ReadOnly));
-  EXPECT_TRUE(Store.readAll().contains("V1.00"));
+  EXPECT_TRUE(ReadBytes(StoreFile()).contains("V1.00"));
 }
 
 TEST_F(SettingsTest, BatchSessionsLeaveTheStoreAlone) {
   SetSettingsInMemory(true);
-  SetSetting(MainWindow, QStringLiteral("Version"), QStringLiteral("V3.00"));
+  SetSetting(MainWindow, "Version", "V3.00");
   EXPECT_EQ(0, SaveSettings());
   EXPECT_EQ(StoreFile(), QString());
-  EXPECT_EQ(GetSetting(MainWindow, QStringLiteral("Version")), QStringLiteral("V3.00"));
+  EXPECT_EQ(GetSetting(MainWindow, "Version"), "V3.00");
 }
 
 }  // namespace

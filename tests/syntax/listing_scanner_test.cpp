@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QRegularExpression>
 
 #include "core/decoder/disasm.h"
 #include "span_rules.h"
+#include "tests/common/files.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,67 +18,40 @@ constexpr I32 IDLE = SYNTAX_IDLE;
 constexpr I32 IMMEDIATE = SYNTAX_IN_IMMEDIATE;
 constexpr int MNEMONIC_COLUMNS = CSyntaxHighlighter::DEFAULT_MNEMONIC_COLUMNS;
 
-// The text, and on the line below it the picture of its spans.
+// A text and the picture of its spans.
 struct LISTING_ROW {
   int StartColumn;
   int MnemonicColumns;
   I32 StateOut;
-  const char* sTextAndPicture;
+  const char* sText;
+  const char* sPicture;
 };
 
 TEST(ListingScanner, RowsOfDisassembly) {
   const LISTING_ROW ROWS[] = {
-      {0, 12, IMMEDIATE, R"(
-MOV R0, #0x10
-Mmm.Rr..Vvvvv)"},
-      {0, 12, IDLE, R"(
-BL          <main+4>
-Mm..........Llllllll)"},
-      {0, 12, IDLE, R"(
-B           Reset_Handler
-M...........Lllllllllllll)"},
-      {0, 12, IDLE, R"(
-B loop
-M.Mmmm)"},
-      {0, 12, IDLE, R"(
-BX          LR
-Mm..........Rr)"},
-      {0, 12, IDLE, R"(
-LDR.W       R11, [PC, #-0x4]
-Mmmmm.......Rrr...Rr..Vvvvv.)"},
-      {0, 12, IDLE, R"(
-PUSH        {R4-R6,LR}
-Mmmm.........Rr....Rr.)"},
-      {0, 12, IDLE, R"(
-ADD.W       R12, SP, #8, LSL
-Mmmmm.......Ooo..Rr..Vvv.Lll)"},
-      {0, 12, IDLE, R"(
-[R0,#-4,R3] r1 #0xABCDEFGH (
-.Rr.VvvvRr..Oo.Vvvvvvvvv....)"},
-      {20, 12, IMMEDIATE, R"(
-08000120  BEEF      MOVS        R0, #1
-..........Oooo......Mmmm........Rr..Vv)"},
-      {2, 3, IDLE, R"(
-A B C D E
-O.M.M.O.L)"},
-      {0, 12, IDLE, R"(
-<a <b> R0
-Llllll.Rr)"},
-      {0, 12, IDLE, R"(
-NOP <main
-Mmm.Lllll)"},
-      {0, 12, IDLE, R"(
-R0<x>#1#2 ü
-RrLllVvVv..)"},
+      {0, 12, IMMEDIATE, "MOV R0, #0x10", "Mmm.Rr..Vvvvv"},
+      {0, 12, IDLE, "BL          <main+4>", "Mm..........Llllllll"},
+      {0, 12, IDLE, "B           Reset_Handler", "M...........Lllllllllllll"},
+      {0, 12, IDLE, "B loop", "M.Mmmm"},
+      {0, 12, IDLE, "BX          LR", "Mm..........Rr"},
+      {0, 12, IDLE, "LDR.W       R11, [PC, #-0x4]", "Mmmmm.......Rrr...Rr..Vvvvv."},
+      {0, 12, IDLE, "PUSH        {R4-R6,LR}", "Mmmm.........Rr....Rr."},
+      {0, 12, IDLE, "ADD.W       R12, SP, #8, LSL", "Mmmmm.......Ooo..Rr..Vvv.Lll"},
+      {0, 12, IDLE, "[R0,#-4,R3] r1 #0xABCDEFGH (", ".Rr.VvvvRr..Oo.Vvvvvvvvv...."},
+      {20, 12, IMMEDIATE, "08000120  BEEF      MOVS        R0, #1", "..........Oooo......Mmmm........Rr..Vv"},
+      {2, 3, IDLE, "A B C D E", "O.M.M.O.L"},
+      {0, 12, IDLE, "<a <b> R0", "Llllll.Rr"},
+      {0, 12, IDLE, "NOP <main", "Mmm.Lllll"},
+      {0, 12, IDLE, "R0<x>#1#2 ü", "RrLllVvVv.."},
   };
   for (const LISTING_ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sTextAndPicture);
-    const QStringList asLine = QString::fromUtf8(Row.sTextAndPicture).split(u'\n');
+    SCOPED_TRACE(Row.sText);
+    const QString sText = Row.sText;
     const CSyntaxHighlighter Highlighter(Row.StartColumn, Row.MnemonicColumns);
     for (const I32 StateIn : {IDLE, I32{SYNTAX_IN_BLOCK_COMMENT}, IMMEDIATE, I32{SYNTAX_IN_LABEL}, -1}) {
-      const HIGHLIGHTED Text = HighlightText(Highlighter, SYNTAX_ASM_LISTING, asLine[1], StateIn);
-      ASSERT_EQ(BrokenOrder(Text, asLine[1].size()), "");
-      EXPECT_EQ(Picture(Text, asLine[1].size()), asLine[2].toStdString());
+      const HIGHLIGHTED Text = HighlightText(Highlighter, SYNTAX_ASM_LISTING, sText, StateIn);
+      ASSERT_EQ(BrokenOrder(Text, sText.size()), "");
+      EXPECT_EQ(Picture(Text, sText.size()), Row.sPicture);
       EXPECT_EQ(Text.State, Row.StateOut);
     }
   }
@@ -84,9 +59,7 @@ RrLllVvVv..)"},
 
 // The instructions of a code image as rows, operands at the column behind the mnemonic.
 QStringList DecodedRows(const char* sFile) {
-  QFile File(QStringLiteral(VEXOR_SOURCE_DIR "/tests/decoder/data/") + QLatin1String(sFile));
-  if (!File.open(QIODevice::ReadOnly)) return {};
-  const QByteArray Code = File.readAll();
+  const QByteArray Code = ReadBytes(QString(VEXOR_SOURCE_DIR "/tests/decoder/data/") + sFile);
   DISASM_CONTEXT Context;
   DISASM_SetMode(Context, DISASM_THUMB);
   QStringList asRow;
@@ -107,7 +80,7 @@ QStringList DecodedRows(const char* sFile) {
 
 // Every register of the row that stands where operands begin, as a pattern finds it.
 void CheckRegisters(const QString& sRow, const std::string& sPicture) {
-  static const QRegularExpression REGISTER(QStringLiteral("(?<=[ \\[{,])(SP|PC|LR|R[0-9]|R1[01])(?![A-Za-z0-9_.])"));
+  static const QRegularExpression REGISTER(u"(?<=[ \\[{,])(SP|PC|LR|R[0-9]|R1[01])(?![A-Za-z0-9_.])"_s);
   for (auto Match = REGISTER.globalMatch(sRow); Match.hasNext();) {
     const QRegularExpressionMatch Found = Match.next();
     EXPECT_EQ(sPicture.substr(Found.capturedStart(), Found.capturedLength()),

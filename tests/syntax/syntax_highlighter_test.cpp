@@ -7,6 +7,7 @@
 
 #include "shell/settings/color_ids.h"
 #include "span_rules.h"
+#include "tests/common/files.h"
 
 namespace {
 
@@ -25,7 +26,6 @@ TEST(SyntaxHighlighter, LanguageBySuffixIsExact) {
 
 TEST(SyntaxHighlighter, ColorsOfKindsAndTheWindowsOwnForOthers) {
   EXPECT_EQ(CSyntaxHighlighter::GetColorID(SYNTAX_COMMENT), COLOR_SYNTAX_COMMENT);
-  EXPECT_EQ(CSyntaxHighlighter::GetColorID(SYNTAX_LABEL), COLOR_SYNTAX_LABEL);
   EXPECT_EQ(CSyntaxHighlighter::GetColorID(SYNTAX_REGISTER), COLOR_SYNTAX_REGISTER);
   for (const int Kind : {int{SYNTAX_DEFAULT}, int{SYNTAX_IDENTIFIER}, 10, 255}) {
     EXPECT_EQ(CSyntaxHighlighter::GetColorID(static_cast<SYNTAX_KIND>(Kind)), -1) << Kind;
@@ -79,16 +79,14 @@ TEST(SyntaxHighlighter, ErasureKeepsPlacesAndLineEnds) {
 TEST(SyntaxHighlighter, RulesHoldForOurOwnSources) {
   int NumFiles = 0;
   for (const char* const sFolder : {"base", "core", "device", "examples", "script", "shell", "tests", "ui"}) {
-    QDirIterator Files(QStringLiteral(VEXOR_SOURCE_DIR "/") + QLatin1String(sFolder),
-                       {QStringLiteral("*.c"), QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.s")},
-                       QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator Files(QString(VEXOR_SOURCE_DIR "/") + sFolder, {"*.c", "*.cpp", "*.h", "*.s"}, QDir::Files,
+                       QDirIterator::Subdirectories);
     while (Files.hasNext()) {
-      QFile File(Files.next());
-      ASSERT_TRUE(File.open(QIODevice::ReadOnly)) << File.fileName().toStdString();
-      const QString sText = QString::fromUtf8(File.readAll());
-      const SYNTAX_LANGUAGE Language = CSyntaxHighlighter::GetLanguage(QFileInfo(File).suffix());
+      const QString sFile = Files.next();
+      const QString sText = ReadBytes(sFile);
+      const SYNTAX_LANGUAGE Language = CSyntaxHighlighter::GetLanguage(QFileInfo(sFile).suffix());
       for (const I32 State : {SYNTAX_IDLE, SYNTAX_IN_BLOCK_COMMENT, SYNTAX_IN_STRING}) {
-        ASSERT_EQ(BrokenRule(CSyntaxHighlighter(), Language, sText, State), "") << File.fileName().toStdString();
+        ASSERT_EQ(BrokenRule(CSyntaxHighlighter(), Language, sText, State), "") << sFile.toStdString();
       }
       ++NumFiles;
     }
