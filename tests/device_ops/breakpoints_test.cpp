@@ -7,14 +7,13 @@ constexpr U32 ADDR = 0x8000200;
 using CBreakpointsTest = CDeviceOpsTest;
 
 TEST_F(CBreakpointsTest, LibraryFollowsTheList) {
-  struct CASE {
+  const struct {
     BP_STATES FromState;
     BP_TYPES FromType;
     BP_STATES ToState;
     BP_TYPES ToType;
     const char* sCalls;
-  };
-  const CASE aCase[] = {
+  } aCase[] = {
       {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_ANY, "SetBPEx 8000200 fffffff2"},
       {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_ENABLED, BP_TYPE_SOFT, "SetBPEx 8000200 f2"},
       {BP_STATE_CLEARED, BP_TYPE_ANY, BP_STATE_DISABLED, BP_TYPE_ANY, ""},
@@ -25,7 +24,7 @@ TEST_F(CBreakpointsTest, LibraryFollowsTheList) {
       {BP_STATE_ENABLED, BP_TYPE_ANY, BP_STATE_CLEARED, BP_TYPE_ANY, "ClrBPEx 8000200"},
   };
   Connect();
-  for (const CASE& Case : aCase) {
+  for (const auto& Case : aCase) {
     Ops.Breakpoints.ClearAllBreakpoints();
     Ops.Breakpoints.SetBreakpoint(ADDR, Case.FromState, Case.FromType);
     Ctx.Breakpoints.CountHit(ADDR);
@@ -40,38 +39,34 @@ TEST_F(CBreakpointsTest, LibraryFollowsTheList) {
     U32 ImpFlags = 0;
     EXPECT_EQ(Ops.Breakpoints.GetImplementation(ADDR, ImpFlags), Case.ToState == BP_STATE_ENABLED);
   }
-}
-
-TEST_F(CBreakpointsTest, InstructionSetComesFromTheProgram) {
+  Forget();
   Program.bArm = true;
-  Connect();
   Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
   EXPECT_EQ(Probe.CallText(), "SetBPEx 8000200 fffffff1");
 }
 
 TEST_F(CBreakpointsTest, FailuresOfTheLibrary) {
+  const auto Set = [this](BP_STATES State, BP_TYPES Type) { return Ops.Breakpoints.SetBreakpoint(ADDR, State, Type); };
   Connect();
   Probe.Failing["SetBPEx"] = 0;
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY), -1);
-  EXPECT_TRUE(HasLog("SetBreakpoint: VNODE API call failed"));
+  EXPECT_EQ(Set(BP_STATE_ENABLED, BP_TYPE_ANY), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "SetBreakpoint: VNODE API call failed");
   EXPECT_EQ(Ctx.Breakpoints.Count(), 0) << "the list is untouched";
-  const U32 aAddr[] = {ADDR, ADDR + 4};
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoints(2, aAddr, BP_STATE_DISABLED, BP_TYPE_ANY), 2);
 
   Probe.Failing.clear();
-  Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Set(BP_STATE_ENABLED, BP_TYPE_ANY);
   Probe.Failing["SetBPEx"] = 0;
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_HARD), 0);
+  EXPECT_EQ(Set(BP_STATE_ENABLED, BP_TYPE_HARD), 0);
   EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_DISABLED) << "what was cleared is listed as disabled";
 
   Probe.Failing.clear();
-  Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
+  Set(BP_STATE_ENABLED, BP_TYPE_ANY);
   Probe.Failing["ClrBPEx"] = 0;
+  Forget();
   EXPECT_EQ(Ops.Breakpoints.ClearBreakpoint(ADDR), -1);
-  EXPECT_TRUE(HasLog("ClearBreakpoint: VNODE API call failed"));
   EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(), -1);
-  EXPECT_TRUE(HasLog("ClearAllBreakpoints: VNODE API call failed"));
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_DISABLED, BP_TYPE_ANY), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "ClearBreakpoint: VNODE API call failed; ClearAllBreakpoints: VNODE API call failed");
+  EXPECT_EQ(Set(BP_STATE_DISABLED, BP_TYPE_ANY), -1);
   EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
 }
 
@@ -102,13 +97,6 @@ TEST_F(CBreakpointsTest, HiddenBreakpointYieldsToTheUsers) {
   EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(BP_STATE_HIDDEN), 1);
   EXPECT_EQ(Probe.BPs.size(), 1u) << "the user's stays";
   EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
-}
-
-TEST(CBreakpointTextTest, Implementations) {
-  EXPECT_STREQ(BreakpointImpText(1), "Hard");
-  EXPECT_STREQ(BreakpointImpText(2), "Soft (RAM)");
-  EXPECT_STREQ(BreakpointImpText(0x10), "Soft (Flash)");
-  EXPECT_STREQ(BreakpointImpText(0), "Pending");
 }
 
 }  // namespace

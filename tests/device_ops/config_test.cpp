@@ -18,8 +18,7 @@ TEST_F(CConfigTest, XMLHoldsEveryValueInOrder) {
 }
 
 TEST_F(CConfigTest, RoundTripThroughTheXML) {
-  const int aSpeed[] = {0, 65535, 4000000, 100000};
-  for (int Speed : aSpeed) {
+  for (int Speed : {0, 65535, 4000000, 100000}) {
     Ops.Configurator.SetConfigParam(DCP_SPEED, Speed);
     Ops.Configurator.SetConfigParam(DCP_HOST_NAME, "it's \"here\" <1>");
     Ops.Configurator.SetConfigParam(DCP_DR_PRE, 3);
@@ -31,9 +30,7 @@ TEST_F(CConfigTest, RoundTripThroughTheXML) {
     ASSERT_EQ(OtherOps.Configurator.Configure(sXML.constData()), 0);
     EXPECT_EQ(Other.Config.ToXML(), sXML);
     EXPECT_EQ(Other.Config.Value(DCP_SPEED), Speed);
-    EXPECT_EQ(Other.Config.Text(DCP_DEVICE_NAME), QByteArray("Test MCU"));
-    EXPECT_EQ(Other.Config.Value(DCP_DEVICE_INDEX), 1);
-    EXPECT_TRUE(OtherSink.Events.contains(QStringLiteral("config 0 1")));
+    EXPECT_TRUE(OtherSink.Events.contains("config 0 1"));
   }
 }
 
@@ -60,20 +57,18 @@ TEST_F(CConfigTest, BadXMLChangesNothing) {
 }
 
 TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
-  struct CASE {
+  const struct {
     DEV_CONFIG_PARAMS Param;
-    int Value;
-    int Speed, UseMax, UseAdaptive;
+    int Value, Speed, UseMax, UseAdaptive;
     U32 ForProbe;  // kHz
-  };
-  const CASE aCase[] = {{DCP_SPEED, 2000000, 2000000, 0, 0, 2000},
-                        {DCP_USE_ADAPTIVE, 1, 65535, 0, 1, 65535},
-                        {DCP_USE_MAX_SPEED, 1, 0, 1, 0, 0},
-                        {DCP_SPEED, 65535, 65535, 0, 1, 65535},
-                        {DCP_SPEED, 0, 0, 1, 0, 0},
-                        {DCP_SPEED, 100000, 100000, 0, 0, 100}};
+  } aCase[] = {{DCP_SPEED, 2000000, 2000000, 0, 0, 2000},
+               {DCP_USE_ADAPTIVE, 1, 65535, 0, 1, 65535},
+               {DCP_USE_MAX_SPEED, 1, 0, 1, 0, 0},
+               {DCP_SPEED, 65535, 65535, 0, 1, 65535},
+               {DCP_SPEED, 0, 0, 1, 0, 0},
+               {DCP_SPEED, 100000, 100000, 0, 0, 100}};
   Connect();
-  for (const CASE& Case : aCase) {
+  for (const auto& Case : aCase) {
     Forget();
     EXPECT_EQ(Ops.Configurator.SetConfigParam(Case.Param, Case.Value), 0);
     EXPECT_EQ(Ctx.Config.Value(DCP_SPEED), Case.Speed);
@@ -87,13 +82,12 @@ TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
 TEST_F(CConfigTest, BadParametersHaveTheirTexts) {
   const auto Param = [](int Id) { return static_cast<DEV_CONFIG_PARAMS>(Id); };
   EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(16), 1), -1);
-  EXPECT_TRUE(HasLog("Unknown configuration parameter with ID 16"));
   EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(-1), 1), -1);
-  EXPECT_TRUE(HasLog("Unknown configuration parameter with ID -1"));
   EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_HOST_NAME, static_cast<const char*>(nullptr)), -1);
-  EXPECT_TRUE(HasLog("Invalid configuration parameter string value"));
   EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_SPEED, "fast"), -1);
-  EXPECT_TRUE(HasLog("Invalid configuration parameter"));
+  EXPECT_EQ(Sink.TakeLogs(),
+            "Unknown configuration parameter with ID 16; Unknown configuration parameter with ID -1; "
+            "Invalid configuration parameter string value; Invalid configuration parameter");
 }
 
 TEST_F(CConfigTest, TextsAreCutAndReachTheLibrary) {

@@ -18,13 +18,10 @@ TEST_F(CConnectionTest, ConfiguresBeforeItConnectsAndBreaksAfterwards) {
             "SelectUSB, EnableLog, Open, ExecCommand ScriptFile=init.script, ExecCommand device=Test MCU, SetEndian 0, "
             "SetCoreIndex 0, TIF_Select 1, ConfigJTAG 4 1, SetSpeed 7d0, Connect, EnableSoftBPs 1, "
             "SetBPEx 8000200 ffffff02");
-  EXPECT_TRUE(Ctx.IsConnected());
-  EXPECT_TRUE(Ctx.State.Exec.bSessionReady);
   EXPECT_TRUE(Ctx.State.Exec.bRunning);
   EXPECT_EQ(Ctx.State.TIFSpeed, 4000000u);
-  const PROBE_FACTS Facts = Ctx.Facts.Get();
-  EXPECT_EQ(Facts.SerialNo, 1234u);
-  EXPECT_EQ(Facts.sFirmware, QStringLiteral("V-Node rev 3"));
+  EXPECT_EQ(Ctx.Facts.Get().SerialNo, 1234u);
+  EXPECT_EQ(Ctx.Facts.Get().sFirmware, "V-Node rev 3");
 }
 
 TEST_F(CConnectionTest, SessionReadyFollowsTheMode) {
@@ -39,16 +36,13 @@ TEST_F(CConnectionTest, SessionReadyFollowsTheMode) {
   }
 }
 
-struct CONNECT_FAILURE {
-  const char* sFailing;  // library function
-  int ConnectMode;
-  int UseSerialNo;
-  const char* sText;
-  bool bClosed;
-};
-
 TEST_F(CConnectionTest, EachFailureHasItsText) {
-  const CONNECT_FAILURE aCase[] = {
+  const struct {
+    const char* sFailing;  // library function
+    int ConnectMode, UseSerialNo;
+    const char* sText;
+    bool bClosed;
+  } aCase[] = {
       {"SelectUSB", HOST_IF_USB, 0, "Connect: serial number not found on usb", false},
       {"EMU_SelectByUSBSN", HOST_IF_USB, 1, "Connect: serial number not found on usb", false},
       {"SelectIP", HOST_IF_IP, 0, "Connect: error during configuration of IP interface", false},
@@ -57,38 +51,23 @@ TEST_F(CConnectionTest, EachFailureHasItsText) {
       {"Connect", HOST_IF_USB, 0, "Connect: VNODE API call failed", true},
   };
   Ops.Configurator.SetConfigParam(DCP_USB_SERIAL_NO, 77);
-  for (const CONNECT_FAILURE& Case : aCase) {
+  for (const auto& Case : aCase) {
     Forget();
     Probe.Failing = {{Case.sFailing, 0}};
     Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, Case.ConnectMode);
     Ops.Configurator.SetConfigParam(DCP_USE_SERIAL_NO, Case.UseSerialNo);
     EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1) << Case.sText;
-    EXPECT_TRUE(HasLog(Case.sText)) << Sink.Log_.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(Sink.Logs.value(Sink.Logs.size() - 1), Case.sText);
     EXPECT_EQ(Probe.Count("Close") > 0, Case.bClosed) << Case.sText;
     EXPECT_FALSE(Ctx.IsConnected());
   }
 }
 
-TEST_F(CConnectionTest, RefusedDeviceClosesTheProbe) {
-  Probe.ErrorReply["device=Test MCU"] = "no such device";
-  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
-  EXPECT_TRUE(HasLog("Connect: could not configure V-Node"));
-  EXPECT_EQ(Probe.Count("Close"), 1);
-  EXPECT_EQ(Probe.Count("Connect"), 0);
-}
-
 TEST_F(CConnectionTest, SecondTryDecides) {
-  // The first connect fails, the second works: a counter of -1 after the first call would fail for ever.
-  VNODE_API Flaky = CFakeProbe::Api();
   static int s_NumTries;
   s_NumTries = 0;
-  static CFakeProbe* s_pProbe;
-  s_pProbe = &Probe;
-  Flaky.VNODEARM_Connect = [] {
-    s_pProbe->bConnected = ++s_NumTries == 2;
-    return s_pProbe->bConnected ? 0 : -1;
-  };
-  Ctx.Api = Flaky;
+  Ctx.Api.VNODEARM_Connect = [] { return ++s_NumTries == 2 ? 0 : -1; };
+  Ctx.Api.VNODEARM_IsConnected = [] { return U8{1}; };
   EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
   EXPECT_EQ(s_NumTries, 2);
   EXPECT_TRUE(HasLog("Connecting to target..."));
@@ -97,8 +76,7 @@ TEST_F(CConnectionTest, SecondTryDecides) {
 TEST_F(CConnectionTest, NoDeviceHidesTheSelectionDialog) {
   Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "");
   Ops.Connection.ConnectSimple();
-  EXPECT_EQ(Probe.Count("ExecCommand"), 2);
-  EXPECT_NE(Probe.CallText().find("ExecCommand HideDeviceSelection=1, ExecCommand device="), std::string::npos);
+  EXPECT_EQ(Probe.CallText({"ExecCommand"}), "ExecCommand HideDeviceSelection=1, ExecCommand device=");
 }
 
 TEST_F(CConnectionTest, DisconnectClearsTheLibraryAndKeepsTheList) {
@@ -137,33 +115,25 @@ TEST_F(CConnectionTest, LibraryTextsComeThroughTrimmedWithTheirLevel) {
   Connect();
   ASSERT_NE(Probe.pfError, nullptr);
   Probe.pfError("supply voltage too low\r\n");
-  EXPECT_TRUE(HasLog("supply voltage too low"));
-  EXPECT_EQ(Sink.LogFlags.last(), 0x244u);
+  EXPECT_EQ(Sink.TakeLogs(), "supply voltage too low");
+  EXPECT_EQ(Sink.LastLogFlags, 0x244u);
 }
 
 TEST_F(CConnectionTest, CapabilitiesNameWhatIsMissing) {
-  struct CASE {
-    U32 Core;
-    int TargetIF;
-    U32 HasSWO;
-    const char* sText;
-  };
-  const CASE aCase[] = {
+  const std::tuple<U32, int, U32, const char*> aCase[] = {
       {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 1, ""},
       {0x070000FF, VNODE_TIF_SWD, 1, "SWO trace: not a Cortex-M target device"},
       {VNODE_CORE_CORTEX_M4, VNODE_TIF_JTAG, 1, "SWO trace: target interface not set to SWD"},
       {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 0, "V-Node emulator does not support SWO."},
   };
-  for (const CASE& Case : aCase) {
-    Probe.Devices[1].Core = Case.Core;
-    Probe.HasSWO = Case.HasSWO;
-    Ops.Configurator.SetConfigParam(DCP_TARGET_IF, Case.TargetIF);
+  for (const auto& [Core, TargetIF, HasSWO, sText] : aCase) {
+    Probe.Devices[1].Core = Core;
+    Probe.HasSWO = HasSWO;
+    Ops.Configurator.SetConfigParam(DCP_TARGET_IF, TargetIF);
     Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Test MCU");
     Connect();
-    EXPECT_EQ(Ctx.State.aCapability[HW_CAP_SWO], *Case.sText == '\0');
-    if (*Case.sText != '\0') {
-      EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_SWO), QString::fromLatin1(Case.sText));
-    }
+    EXPECT_EQ(Ctx.State.aCapability[HW_CAP_SWO], *sText == '\0');
+    EXPECT_TRUE(*sText == '\0' || Ctx.ErrorMsg(ERR_MSG_SWO) == sText) << sText;
     Ops.Connection.Disconnect();
   }
 }
@@ -178,8 +148,7 @@ TEST_F(CConnectionTest, OptionalFunctionsDecide) {
   EXPECT_FALSE(Ctx.State.aCapability[HW_CAP_STREAMING_TRACE]);
   EXPECT_EQ(Ctx.State.DataEndian, 1u);
   EXPECT_EQ(Ctx.State.InstEndian, 1u);
-  const std::string sEvents = Sink.TakeEvents();
-  EXPECT_NE(sEvents.find("capability 0 0; capability 2 0; endian 0 0"), std::string::npos) << sEvents;
+  EXPECT_EQ(Sink.TakeEvents(), "capability 0 0; capability 2 0; endian 0 0");
 
   Probe.OptionalFuncs.clear();
   Probe.Version = 62200;
@@ -187,46 +156,39 @@ TEST_F(CConnectionTest, OptionalFunctionsDecide) {
   ASSERT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
   EXPECT_TRUE(Ctx.State.aCapability[HW_CAP_BMA]);
   EXPECT_EQ(Ctx.State.DataEndian, 0u) << "as configured";
-  EXPECT_EQ(Ctx.Facts.Get().sWebURL, QStringLiteral("http://127.0.0.1:19080"));
+  EXPECT_EQ(Ctx.Facts.Get().sWebURL, "http://127.0.0.1:19080");
 }
 
 TEST_F(CConnectionTest, WebPortOfTheLibrary) {
-  struct CASE {
-    U32 Version;
-    U32 Port;
-    const char* sURL;
-  };
-  const CASE aCase[] = {{62200, 8080, "http://127.0.0.1:8080"},
-                        {62200, 0, ""},
-                        {62005, 0, "http://127.0.0.1:19080"},
-                        {62006, 0, ""},
-                        {62101, 0, "http://127.0.0.1:19080"}};
-  for (const CASE& Case : aCase) {
-    Probe.Version = Case.Version;
-    Probe.WebPort = Case.Port;
+  const std::tuple<U32, U32, const char*> aCase[] = {{62200, 8080, "http://127.0.0.1:8080"},
+                                                     {62200, 0, ""},
+                                                     {62005, 0, "http://127.0.0.1:19080"},
+                                                     {62006, 0, ""},
+                                                     {62101, 0, "http://127.0.0.1:19080"}};
+  for (const auto& [Version, Port, sURL] : aCase) {
+    Probe.Version = Version;
+    Probe.WebPort = Port;
     Ops.Info.UpdateAll();
     Ops.Info.UpdateVNodeWebserverURL();
-    EXPECT_EQ(Ctx.Facts.Get().sWebURL, QString::fromLatin1(Case.sURL)) << Case.Version << ' ' << Case.Port;
+    EXPECT_EQ(Ctx.Facts.Get().sWebURL, sURL) << Version << ' ' << Port;
   }
 }
 
 TEST_F(CConnectionTest, DeviceFactsAndCores) {
-  Probe.Devices.resize(5, Probe.Devices[1]);
+  Probe.Devices.resize(1105, Probe.Devices[1]);
   Probe.Devices[2].Core = 0x020000FF;  // no family that is supported
   Probe.Devices[3].Core = VNODE_CORE_CORTEX_M0;
   Ops.Info.UpdateAll();
-  PROBE_FACTS Facts = Ctx.Facts.Get();
-  EXPECT_EQ(Facts.NumDevices, 5u);
+  const PROBE_FACTS Facts = Ctx.Facts.Get();
   EXPECT_EQ(Facts.SupportedCores, QList<U32>({VNODE_CORE_CORTEX_M4, VNODE_CORE_CORTEX_M0}));
   EXPECT_EQ(Facts.CoreFamily, 14u);
   EXPECT_EQ(Facts.RAMAddr, CFakeProbe::MEM_START);
-  Probe.Devices.resize(1100, Probe.Devices[1]);
   for (U32 i = 0; i < Probe.Devices.size(); ++i) Probe.Devices[i].Core = VNODE_CORE_CORTEX_M4 + i;
   Ops.Info.UpdateAll();
   EXPECT_EQ(Ctx.Facts.Get().SupportedCores.size(), 1024);
   EXPECT_TRUE(HasLog("Internal error. supported cores list has insufficent size."));
-  EXPECT_EQ(LibraryVersionText(61002), QStringLiteral("6.10b"));
-  EXPECT_EQ(LibraryVersionText(70401), QStringLiteral("7.04a"));
+  EXPECT_EQ(LibraryVersionText(61002), "6.10b");
+  EXPECT_EQ(LibraryVersionText(70401), "7.04a");
 }
 
 TEST_F(CConnectionTest, UserCommands) {
@@ -239,24 +201,16 @@ TEST_F(CConnectionTest, UserCommands) {
   EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", 0, acReply), -1);
 }
 
-TEST(CVNodeLibraryTest, MissingLibraryAnswersEveryCall) {
-  CVNodeLibrary Library;
-  EXPECT_EQ(Library.Load(QStringLiteral("/nonexistent")), -1);
-  EXPECT_FALSE(Library.IsLoaded());
-  EXPECT_TRUE(Library.ErrorText().contains(QStringLiteral("/nonexistent/libvnode.so")));
-  EXPECT_EQ(Library.Api().VNODEARM_IsHalted(), -1);
-  EXPECT_EQ(Library.Api().VNODEARM_IsConnected(), 0);
-}
-
 TEST_F(CConnectionTest, MissingLibraryIsLoggedOnceAndRefusesToConnect) {
-  EXPECT_EQ(Ctx.LoadLibrary(QStringLiteral("/nonexistent")), -1);
-  EXPECT_EQ(Sink.Log_.size(), 1);
+  EXPECT_EQ(Ctx.LoadLibrary("/nonexistent"), -1);
+  EXPECT_FALSE(Ctx.Library.IsLoaded());
+  ASSERT_EQ(Sink.Logs.size(), 1);
+  EXPECT_TRUE(Sink.Logs[0].contains("/nonexistent/libvnode.so"));
+  EXPECT_EQ(Ctx.Api.VNODEARM_IsHalted(), -1);
   Ops.Info.UpdateAll();
   EXPECT_EQ(Ctx.Facts.Get().NumDevices, 0u);
   EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
   EXPECT_TRUE(HasLog("Open: VNODE API call failed with error message: The V-Node library is not loaded"));
-  char acReply[64];
-  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", sizeof(acReply), acReply), -1);
 }
 
 }  // namespace

@@ -8,12 +8,14 @@
 #include "device/device_ops.h"
 #include "fake_probe.h"
 
+using namespace Qt::StringLiterals;
+
 // Job layer that notes down what it is told.
 class CRecordingSink : public DEVICE_EVENT_SINK {
 public:
   QStringList Events;  // posted jobs and raised events, "JT_HALT 0 2 8000100" with status, P0 and Result
-  QStringList Log_;    // texts alone
-  QList<U32> LogFlags;
+  QStringList Logs;    // texts alone
+  U32 LastLogFlags = 0;
   QStringList Progress;
 
   void RaiseEvalBPCondition(U32 Addr) override { Events += QString::asprintf("eval %x", Addr); }
@@ -23,32 +25,28 @@ public:
   void RaiseHWCapabilityChanged(int Capability, int Value) override {
     Events += QString::asprintf("capability %d %d", Capability, Value);
   }
-  void RaiseConnectionLost() override { Events += QStringLiteral("lost"); }
+  void RaiseConnectionLost() override { Events += "lost"_L1; }
   void RaiseEndianessChanged(int Inst, int Data) override { Events += QString::asprintf("endian %d %d", Inst, Data); }
   void PostJobEvent(U32 Type, U32 Status, U64 P0, U64 Result) override {
     Events += QString::asprintf("%s %u %llx %llx", JobTypeName(Type), Status, P0, Result);
   }
   void ScheduleContinue(RESUME_MODES Mode) override { Events += QString::asprintf("continue %u", Mode); }
-  void CancelAllJobs() override { Events += QStringLiteral("cancel"); }
+  void CancelAllJobs() override { Events += "cancel"_L1; }
   void Log(const QString& sText, U32 Flags) override {
-    Log_ += sText;
-    LogFlags += Flags;
+    Logs += sText;
+    LastLogFlags = Flags;
   }
   void SetStatusMsg(const QString&) override {}
   void StartProgress(const QString& sText, int Min, int Max) override {
-    Progress += QStringLiteral("%1 %2..%3").arg(sText).arg(Min).arg(Max);
+    Progress += sText + QString::asprintf(" %d..%d", Min, Max);
   }
   void SetProgressMsg(const QString& sText) override { Progress += sText; }
   void SetProgressValue(int Value) override { Progress += QString::number(Value); }
-  void EndProgress() override { Progress += QStringLiteral("end"); }
+  void EndProgress() override { Progress += "end"_L1; }
 
-  bool HasLog(const QString& sText) const { return Log_.contains(sText); }
-  // Everything raised since the last call, joined by "; ".
-  std::string TakeEvents() {
-    const std::string sText = Events.join(QStringLiteral("; ")).toStdString();
-    Events.clear();
-    return sText;
-  }
+  // Everything raised, or logged, since the last call, joined by "; ".
+  std::string TakeEvents() { return std::exchange(Events, {}).join("; ").toStdString(); }
+  std::string TakeLogs() { return std::exchange(Logs, {}).join("; ").toStdString(); }
 };
 
 // A program of Thumb code whose special instructions and functions a test names.
@@ -62,29 +60,27 @@ public:
 
   U32 InstAlign() override { return 2; }
   bool GetInst(U32 Addr, INST_INFO& Info) override {
-    const auto It = Insts.find(Addr);
-    Info = It != Insts.end() ? It->second : INST_INFO{2, false, false};
+    Info = Insts.count(Addr) ? Insts[Addr] : INST_INFO{2, false, false};
     return true;
   }
   U32 InstSetAt(U32) override { return bArm ? VNODE_BP_ARM : VNODE_BP_THUMB; }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg < 17 ? LogicReg : 0xFFFFFFFFu; }
   bool ParseCPReg(const char* sReg, CP15_REG& Reg) override {
     Reg = {1, 2, 3, 4};
-    return QString::fromUtf8(sReg).startsWith(QStringLiteral("15,"));
+    return std::string_view(sReg).starts_with("15,");
   }
   int SetResetState() override {
     pProbe->Regs[15] = 0x8000400;
     return 0;
   }
   void SetCpuInfo(U32, U32, U32) override {}
-  QString CoreVariant(U32) override { return QStringLiteral("Cortex-M4"); }
+  QString CoreVariant(U32) override { return "Cortex-M4"_L1; }
   CSrcLoc SrcLocAt(U32 Addr) override { return Locs.count(Addr) ? Locs[Addr] : CSrcLoc{0xFFFFFFFFu, 0, 0}; }
   ELF_SYM_HANDLE FuncAt(U32 Addr) override { return Addr >= 0x8000100 && Addr < 0x8000200 ? 7 : 0; }
   CAddrRange FuncRange(ELF_SYM_HANDLE) override { return {0x8000100, 0x100}; }
   bool FrameReg(U32 LogicReg, U64& Value) override {
-    const auto It = FrameRegs.find(LogicReg);
-    if (It != FrameRegs.end()) Value = It->second;
-    return It != FrameRegs.end();
+    Value = FrameRegs[LogicReg];
+    return Value != 0;
   }
 };
 
@@ -122,11 +118,10 @@ protected:
   void Forget() {
     Probe.Calls.clear();
     Sink.Events.clear();
-    Sink.Log_.clear();
-    Sink.LogFlags.clear();
+    Sink.Logs.clear();
     Sink.Progress.clear();
   }
-  bool HasLog(const char* sText) const { return Sink.HasLog(QString::fromUtf8(sText)); }
+  bool HasLog(const char* sText) const { return Sink.Logs.contains(QLatin1String(sText)); }
 
   U64 Now = 100000;
   CFakeProbe Probe;

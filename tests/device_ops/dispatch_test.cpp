@@ -23,7 +23,7 @@ TEST_F(CDispatchTest, RefusedReadDeliversNothingValid) {
   Connect();
   DEVICE_JOB Job = MakeJob(JT_READ_MEM, {0xFFFFFFF8, 8}, {8, 8});
   EXPECT_EQ(Dispatch.Dispatch(Job), 0);
-  for (U32 i = 0; i < 8; ++i) EXPECT_EQ(Job.Dyn<U8>(1)[i], MEM_UNAVAILABLE);
+  EXPECT_EQ(std::count(Job.Dyn<U8>(1), Job.Dyn<U8>(1) + 8, MEM_UNAVAILABLE), 8);
   FreeDynParams(Job);
 }
 

@@ -5,7 +5,18 @@ namespace {
 constexpr U32 MAIN = 0x8000100;
 constexpr U32 NEXT = 0x8000120;
 
-using CExecutionTest = CDeviceOpsTest;
+class CExecutionTest : public CDeviceOpsTest {
+protected:
+  // The device thread's look at the target some time later.
+  void Poll(U32 Ms = 100) {
+    Now += Ms;
+    Ops.Halts.CheckHandleHalt();
+  }
+  void SetConditional(U32 Addr) {
+    Ops.Breakpoints.SetBreakpoint(Addr, BP_STATE_ENABLED, BP_TYPE_ANY);
+    Ctx.Breakpoints.SetConditional(Addr, true);
+  }
+};
 
 class CFakeSemihost : public ISemihostHandler {
 public:
@@ -28,16 +39,12 @@ TEST_F(CExecutionTest, HaltIsReportedWithReasonAndPlace) {
   HaltAt(MAIN);
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
   const TARGET_EXEC_STATE& Target = Ctx.State.Target;
-  EXPECT_EQ(Target.PC, MAIN);
-  EXPECT_EQ(Target.SP, 0x20001000u);
-  EXPECT_EQ(Target.SrcLine, 17u);
-  EXPECT_EQ(Target.FuncStart, 0x8000100u);
-  EXPECT_EQ(Target.FuncEnd, 0x8000200u);
+  EXPECT_EQ((std::vector<U64>{Target.PC, Target.SP, Target.SrcLine, Target.FuncStart, Target.FuncEnd}),
+            (std::vector<U64>{MAIN, 0x20001000, 17, 0x8000100, 0x8000200}));
   EXPECT_TRUE(Ctx.State.Exec.bAccessible);
   EXPECT_TRUE(HasLog("Target has halted. Evaluating halt conditions..."));
   EXPECT_TRUE(HasLog("Target has halted and all halt conditions were passed"));
-  Now += 100;
-  Ops.Halts.CheckHandleHalt();
+  Poll();
   EXPECT_EQ(Sink.TakeEvents(), "") << "a halt is reported once";
 }
 
@@ -71,29 +78,18 @@ TEST_F(CExecutionTest, PollingKeepsItsIntervals) {
 }
 
 TEST_F(CExecutionTest, HaltingAndContinuing) {
-  Connect();
+  Program.Insts[NEXT] = {2, true, false};
+  for (const auto& [Addr, sCalls] : {std::pair(MAIN, "GoEx 0 1"), {NEXT, "WriteReg f 8000122, GoEx 0 1"}}) {
+    ConnectHalted(Addr);
+    EXPECT_EQ(Ops.Control.Continue(), 0);
+    EXPECT_EQ(Probe.CallText(), sCalls) << "behind a breakpoint instruction";
+  }
+  Sink.TakeLogs();
   EXPECT_EQ(Ops.Control.Continue(), 0);
-  EXPECT_TRUE(HasLog("Continue: not halted"));
-  Probe.Regs[15] = MAIN;
-  EXPECT_EQ(Ops.Control.Halt(), 0);
-  Now += 100;
-  Ops.Halts.CheckHandleHalt();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
-  Forget();
-  EXPECT_EQ(Ops.Control.Continue(), 0);
-  EXPECT_EQ(Probe.CallText(), "GoEx 0 1");
-  EXPECT_TRUE(HasLog("Resuming target..."));
   Probe.Failing["Halt"] = 0;
   EXPECT_EQ(Ops.Control.Halt(), -1);
-  EXPECT_TRUE(HasLog("Halt: VNODE API call failed"));
+  EXPECT_EQ(Sink.TakeLogs(), "Continue: not halted; Halt: VNODE API call failed");
   EXPECT_EQ(Sink.TakeEvents(), "") << "the connection stands";
-}
-
-TEST_F(CExecutionTest, ContinuesBehindABreakpointInstruction) {
-  Program.Insts[MAIN] = {2, true, false};
-  ConnectHalted(MAIN);
-  EXPECT_EQ(Ops.Control.Continue(), 0);
-  EXPECT_EQ(Probe.CallText(), "WriteReg f 8000102, GoEx 0 1");
 }
 
 TEST_F(CExecutionTest, OperationsSayWhatIsMissing) {
@@ -103,19 +99,14 @@ TEST_F(CExecutionTest, OperationsSayWhatIsMissing) {
   EXPECT_EQ(Ops.Target.SetTargetExecState(1, 2), -1);
   EXPECT_EQ(Ops.Stepper.StepInst(), -1);
   EXPECT_EQ(Ops.Control.RunTo(MAIN), -1);
-  Connect();
-  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
-  EXPECT_TRUE(HasLog("cannot step. target not halted"));
-  Ops.Connection.Disconnect();
-  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
-  EXPECT_EQ(Ops.Control.Halt(), -1);
-  EXPECT_EQ(Ops.Control.Continue(), -1);
-  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
   EXPECT_EQ(Ops.Target.UpdateTargetExecState(), -1);
   for (const char* sText : {"cannot step. target not connected", "Halt: not connected", "Continue: not connected",
                             "Reset: not connected", "SetTargetExecState: not connected"}) {
     EXPECT_TRUE(HasLog(sText)) << sText;
   }
+  Connect();
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "cannot step. target not halted");
 }
 
 TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
@@ -130,8 +121,7 @@ TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
   EXPECT_TRUE(Ctx.State.Exec.bAccessible);
   // A run-to at once: its hidden breakpoint has to survive the poll before the resume.
   EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
-  Now += 100;
-  Ops.Halts.CheckHandleHalt();
+  Poll();
   ASSERT_EQ(Probe.BPs.size(), 1u);
   EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), 0);
   EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
@@ -170,46 +160,28 @@ TEST_F(CExecutionTest, RunToArrives) {
   EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
 }
 
-TEST_F(CExecutionTest, RunToTheBreakSymbolStartsTheSession) {
-  Connect(CM_DOWNLOAD_RESET);
-  HaltAt(MAIN);
-  Ops.Configurator.SetConfigParam(DCP_BREAK_SYMBOL_ADDR, NEXT);
-  Ops.Control.RunTo(NEXT);
-  Ops.Control.Continue();
-  Sink.Events.clear();
-  HaltAt(NEXT);
-  EXPECT_EQ(Sink.TakeEvents(), "JT_RUN_TO 0 8000120 8000120; JT_HALT 0 3 8000120");
-  EXPECT_TRUE(Ctx.State.Exec.bSessionReady);
-  EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
-}
-
 TEST_F(CExecutionTest, RunToOverTheUsersBreakpoints) {
-  struct CASE {
-    BP_STATES State;
-    U32 HaltAddr;
-    const char* sEvents;
-    const char* sSet;  // breakpoints that the run-to sets
-  };
-  const CASE aCase[] = {
+  // state of the user's breakpoint, place of the halt, events, breakpoints that the run-to sets
+  const std::tuple<BP_STATES, U32, const char*, const char*> aCase[] = {
       {BP_STATE_ENABLED, NEXT, "JT_HALT 0 2 8000120", ""},
       {BP_STATE_DISABLED, NEXT, "JT_HALT 0 3 8000120", "SetBPEx 8000120 fffffff2"},
       {BP_STATE_DISABLED, MAIN + 2, "JT_HALT 0 0 8000102", "SetBPEx 8000120 fffffff2"},
   };
-  for (const CASE& Case : aCase) {
+  for (const auto& [State, HaltAddr, sEvents, sSet] : aCase) {
     Ops.Breakpoints.ClearAllBreakpoints();
     ConnectHalted();
-    Ops.Breakpoints.SetBreakpoint(NEXT, Case.State, BP_TYPE_ANY);
-    Ctx.Breakpoints.SetConditional(NEXT, Case.State == BP_STATE_DISABLED);
+    Ops.Breakpoints.SetBreakpoint(NEXT, State, BP_TYPE_ANY);
+    Ctx.Breakpoints.SetConditional(NEXT, State == BP_STATE_DISABLED);
     Forget();
     EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
-    EXPECT_EQ(Probe.CallText({"SetBPEx"}), Case.sSet);
+    EXPECT_EQ(Probe.CallText({"SetBPEx"}), sSet);
     Ops.Control.Continue();
     Sink.Events.clear();
-    HaltAt(Case.HaltAddr);
-    EXPECT_EQ(Sink.TakeEvents(), Case.sEvents);
-    EXPECT_EQ(Ops.Breakpoints.StateAt(NEXT), Case.State) << "the user's entry is there again";
+    HaltAt(HaltAddr);
+    EXPECT_EQ(Sink.TakeEvents(), sEvents);
+    EXPECT_EQ(Ops.Breakpoints.StateAt(NEXT), State) << "the user's entry is there again";
     EXPECT_EQ(Ctx.State.HiddenBP.PendingJob, 0u) << "no later halt is taken for this one's arrival";
-    EXPECT_EQ(Probe.BPs.size(), Case.State == BP_STATE_ENABLED ? 1u : 0u);
+    EXPECT_EQ(Probe.BPs.size(), State == BP_STATE_ENABLED ? 1u : 0u);
     Ops.Connection.Disconnect();
   }
 }
@@ -230,12 +202,8 @@ TEST_F(CExecutionTest, RunToThatCannotBreak) {
   EXPECT_TRUE(Probe.BPs.empty());
 }
 
-TEST_F(CExecutionTest, InstructionStep) {
+TEST_F(CExecutionTest, AFailedStepMayBeALostConnection) {
   ConnectHalted();
-  EXPECT_EQ(Ops.Stepper.StepInst(), 0);
-  EXPECT_EQ(Ctx.State.Target.PC, MAIN + 2);
-  EXPECT_EQ(Ctx.State.Target.ReturnAddrStatus, MEM_UNAVAILABLE);
-  EXPECT_TRUE(Ctx.State.Exec.bTargetRan);
   Probe.Failing = {{"Step", 0}, {"IsHalted", 0}};
   EXPECT_EQ(Ops.Stepper.StepInst(), -1);
   EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
@@ -243,13 +211,11 @@ TEST_F(CExecutionTest, InstructionStep) {
 
 TEST_F(CExecutionTest, ConditionsWaitForTheVerdict) {
   Connect();
-  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
-  Ctx.Breakpoints.SetConditional(NEXT, true);
+  SetConditional(NEXT);
   HaltAt(NEXT);
   EXPECT_EQ(Sink.TakeEvents(), "eval 8000120");
   EXPECT_FALSE(Ctx.State.Exec.bAccessible);
-  Now += 10000;
-  Ops.Halts.CheckHandleHalt();
+  Poll(10000);
   Ops.Halts.CheckHandleResume();
   EXPECT_EQ(Sink.TakeEvents(), "") << "the device thread stays out meanwhile";
   Forget();
@@ -263,15 +229,11 @@ TEST_F(CExecutionTest, ConditionsWaitForTheVerdict) {
   BP Entry;
   ASSERT_TRUE(Ctx.Breakpoints.GetAt(NEXT, Entry));
   EXPECT_EQ(Entry.HitCount, 2u);
-  Ops.Breakpoints.ResetBreakpoints();
-  Ctx.Breakpoints.GetAt(NEXT, Entry);
-  EXPECT_EQ(Entry.HitCount, 0u);
 }
 
 TEST_F(CExecutionTest, TheUserOverrulesACondition) {
   Connect();
-  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
-  Ctx.Breakpoints.SetConditional(NEXT, true);
+  SetConditional(NEXT);
   HaltAt(NEXT);
   Sink.Events.clear();
   EXPECT_TRUE(Ops.Control.IsHaltNeeded());
@@ -286,8 +248,7 @@ TEST_F(CExecutionTest, TheUserOverrulesACondition) {
 
 TEST_F(CExecutionTest, WhileAConditionIsEvaluated) {
   Connect();
-  Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
-  Ctx.Breakpoints.SetConditional(NEXT, true);
+  SetConditional(NEXT);
   HaltAt(NEXT);
   Forget();
   EXPECT_EQ(Ops.Stepper.StepInst(), -1);
@@ -314,15 +275,13 @@ TEST_F(CExecutionTest, WhileAConditionIsEvaluated) {
 }
 
 TEST_F(CExecutionTest, SemihostingRequests) {
-  struct CASE {
+  const struct {
     bool bHandler, bEnabled;
     U8 Result;
     bool bUserBP;
-    const char* sEvents;
-    const char* sCalls;
+    const char *sEvents, *sCalls;
     int NumRequests;
-  };
-  const CASE aCase[] = {
+  } aCase[] = {
       {true, true, 0, false, "continue 0", "", 1},                     // served, runs on
       {true, true, 1, false, "JT_HALT 0 0 8000120", "", 1},            // has to stay halted
       {true, true, 0, true, "JT_HALT 0 2 8000120", "", 1},             // the user wants to stop there
@@ -331,10 +290,11 @@ TEST_F(CExecutionTest, SemihostingRequests) {
       {false, false, 0, false, "JT_HALT 0 0 8000120", "", 0},  // nobody there to serve it
   };
   Program.Insts[NEXT] = {2, true, true};
-  for (const CASE& Case : aCase) {
-    CFakeSemihost Semihost;
+  CFakeSemihost Semihost;
+  for (const auto& Case : aCase) {
     Semihost.bEnabled = Case.bEnabled;
     Semihost.Result = Case.Result;
+    Semihost.NumRequests = 0;
     Ctx.pSemihost = Case.bHandler ? &Semihost : nullptr;
     Ops.Breakpoints.ClearAllBreakpoints();
     Connect();
@@ -344,14 +304,13 @@ TEST_F(CExecutionTest, SemihostingRequests) {
     EXPECT_EQ(Probe.CallText({"WriteReg", "GoEx"}), Case.sCalls);
     EXPECT_EQ(Semihost.NumRequests, Case.NumRequests);
     EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
-    Ctx.pSemihost = nullptr;
     Ops.Connection.Disconnect();
   }
+  Ctx.pSemihost = nullptr;
 }
 
 TEST_F(CExecutionTest, SourceStepGoesOnOrEndsAtItsHiddenBreakpoint) {
-  class CStepper : public ISourceStepper {
-  public:
+  struct CStepper : ISourceStepper {
     int Result = 0;
     int CompleteSrcStepOnHiddenBP(U32) override { return Result; }
   } Stepper;
@@ -369,28 +328,28 @@ TEST_F(CExecutionTest, SourceStepGoesOnOrEndsAtItsHiddenBreakpoint) {
     EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
     Ops.Connection.Disconnect();
   }
+  Ctx.pSourceStepper = nullptr;
 }
 
 TEST_F(CExecutionTest, RequestsOfTheMainThreadAreCompletedOnce) {
+  const auto Notified = [this] {
+    Ops.CheckHandleNotifications();
+    return Sink.TakeEvents();
+  };
   ASSERT_EQ(Ops.Connection.Connect(CM_BARE), 0);
   Probe.Regs[15] = MAIN;
   Sink.Events.clear();
   Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_CONNECT 0 1 0");
+  EXPECT_EQ(Notified(), "JT_CONNECT 0 1 0");
   Probe.Halted = 1;
   Ctx.State.Requests.PendingResetMode = RM_BEFORE_DOWNLOAD;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 0 3 8000100");
+  EXPECT_EQ(Notified(), "JT_RESET 0 3 8000100");
   Ctx.State.Requests.bInitRegsPending = true;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 1 8000400");
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "");
+  EXPECT_EQ(Notified(), "JT_HALT 0 1 8000400");
+  EXPECT_EQ(Notified(), "");
   Ops.Connection.Disconnect();
   Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_CONNECT 1 1 8000400") << "not connected";
+  EXPECT_EQ(Notified(), "JT_CONNECT 1 1 8000400") << "not connected";
 }
 
 }  // namespace

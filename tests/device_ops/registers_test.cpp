@@ -6,64 +6,43 @@ using CRegistersTest = CDeviceOpsTest;
 
 TEST_F(CRegistersTest, FailuresOfSingleRegisters) {
   U64 Value = 0;
-  EXPECT_EQ(Ops.Registers.ReadReg(0, &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteCPReg("15,1,2,3,4", 1), -1);
+  const auto Failures = [&](U32 Index, const char* sReg) {
+    Forget();
+    EXPECT_EQ(Ops.Registers.ReadReg(Index, &Value), -1);
+    EXPECT_EQ(Ops.Registers.WriteReg(Index, 1), -1);
+    EXPECT_EQ(Ops.Registers.ReadCPReg(sReg, &Value), -1);
+    EXPECT_EQ(Ops.Registers.WriteCPReg(sReg, 1), -1);
+    return Sink.TakeLogs();
+  };
+  EXPECT_EQ(Failures(0, "15,1,2,3,4"),
+            "ReadReg: not connected; WriteReg: Not connected; ReadCPReg: not connected; WriteCPReg: not connected");
   Connect();
-  EXPECT_EQ(Ops.Registers.ReadReg(0, &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
-  Ops.Connection.Disconnect();
-  U8 Status = 0;
-  const U32 Reg = 0;
-  EXPECT_EQ(Ops.Registers.ReadRegs(1, &Reg, &Value, &Status), -1);
-  EXPECT_EQ(Ops.Registers.ReadReg(0, &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteCPReg("15,1,2,3,4", 1), -1);
-  for (const char* sText :
-       {"ReadReg: not connected", "WriteReg: Not connected", "ReadCPReg: not connected", "WriteCPReg: not connected"}) {
-    EXPECT_TRUE(HasLog(sText)) << sText;
-  }
-  Connect();
-  EXPECT_EQ(Ops.Registers.ReadReg(0, &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
+  EXPECT_EQ(Failures(0, "15,1,2,3,4"),
+            "ReadReg: not halted; WriteReg: Not halted; ReadCPReg: not halted; WriteCPReg: not halted");
   HaltAt(0x8000100);
-  EXPECT_EQ(Ops.Registers.ReadReg(0xFFFFFFFF, &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteReg(0xFFFFFFFF, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("14,1,2,3,4", &Value), -1);
   Probe.Failing = {{"WriteReg", 0}, {"CP15_ReadEx", 0}, {"CP15_WriteEx", 0}};
+  EXPECT_EQ(Failures(0xFFFFFFFF, "14,1,2,3,4"),
+            "ReadReg: invalid register index; WriteReg: invalid register index; "
+            "ReadCPReg: invalid register identifier; WriteCPReg: invalid register identifier");
   EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
   EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
   EXPECT_EQ(Ops.Registers.WriteCPReg("15,1,2,3,4", 1), -1);
-  for (const char* sText : {"ReadReg: not halted", "WriteReg: Not halted", "ReadReg: invalid register index",
-                            "WriteReg: invalid register index", "WriteReg: VNODE API call failed",
-                            "ReadCPReg: not halted", "ReadCPReg: invalid register identifier",
-                            "ReadCPReg: VNODE API call failed", "WriteCPReg: VNODE API call failed"}) {
-    EXPECT_TRUE(HasLog(sText)) << sText;
-  }
+  EXPECT_EQ(Sink.TakeLogs(),
+            "WriteReg: VNODE API call failed; ReadCPReg: VNODE API call failed; WriteCPReg: VNODE API call failed");
 }
 
 TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
   ConnectHalted();
-  Probe.Regs[15] = 0x8000101;
-  Probe.Regs[14] = 0x8000101;
+  Probe.Regs[15] = Probe.Regs[14] = 0x8000101;
   U64 Value = 0;
   EXPECT_EQ(Ops.Registers.ReadReg(15, &Value), 0);
   EXPECT_EQ(Value, 0x8000100u);
-  EXPECT_EQ(Ops.Registers.ReadReg(14, &Value), 0);
-  EXPECT_EQ(Value, 0x8000101u);
   const U32 aReg[] = {14, 15, 40};
-  U64 aValue[3];
-  U8 aStatus[3];
-  EXPECT_EQ(Ops.Registers.ReadRegs(3, aReg, aValue, aStatus), 0);
-  EXPECT_EQ(aValue[0], 0x8000101u);
-  EXPECT_EQ(aValue[1], 0x8000100u);
-  EXPECT_EQ(aStatus[1], 0);
-  EXPECT_EQ(aValue[2], ~0ull) << "register 40 does not exist";
-  EXPECT_EQ(aStatus[2], 1);
+  std::vector<U64> aValue(3);
+  std::vector<U8> aStatus(3);
+  EXPECT_EQ(Ops.Registers.ReadRegs(3, aReg, aValue.data(), aStatus.data()), 0);
+  EXPECT_EQ(aValue, (std::vector<U64>{0x8000101, 0x8000100, ~0ull})) << "register 40 does not exist";
+  EXPECT_EQ(aStatus, (std::vector<U8>{0, 0, 1}));
   Forget();
   EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), 0);
   EXPECT_EQ(Value, 0x410FC241u);
@@ -72,23 +51,24 @@ TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
 }
 
 TEST_F(CRegistersTest, FailuresOfManyRegisters) {
-  ConnectHalted();
-  U32 aReg[] = {0, 0xFFFFFFFF};
   U64 aValue[2];
   U8 aStatus[2];
-  EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
-  EXPECT_TRUE(HasLog("ReadRegs: Invalid register index"));
-  aReg[1] = 1;
+  const auto Failure = [&](U32 Second) {
+    Forget();
+    const U32 aReg[] = {0, Second};
+    EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
+    EXPECT_EQ(aStatus[0], 0xFF);
+    return Sink.TakeLogs();
+  };
+  EXPECT_EQ(Failure(1), "ReadRegs: not connected");
+  ConnectHalted();
+  EXPECT_EQ(Failure(0xFFFFFFFF), "ReadRegs: Invalid register index");
   Probe.Failing["ReadRegs"] = 0;
-  EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
-  EXPECT_TRUE(HasLog("ReadRegs: VNODE API call failed"));
-  EXPECT_EQ(aStatus[0], 0xFF);
+  EXPECT_EQ(Failure(1), "ReadRegs: VNODE API call failed");
   Probe.Halted = 0;
-  EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
-  EXPECT_TRUE(HasLog("ReadRegs: not halted"));
+  EXPECT_EQ(Failure(1), "ReadRegs: not halted");
   Probe.Failing["IsHalted"] = 0;
-  EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
-  EXPECT_TRUE(HasLog("ReadRegs: invalid halt status"));
+  EXPECT_EQ(Failure(1), "Invalid connection status received; ReadRegs: invalid halt status");
   EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
@@ -109,12 +89,8 @@ TEST_F(CRegistersTest, LocationsOfEveryKind) {
   Probe.Regs[4] = 0x11223344;
   Probe.Regs[5] = 5;
   Program.FrameRegs[5] = 0x55;  // saved value of an outer frame
-  struct CASE {
-    ELF_SYM_LOC Place;
-    U32 NumBytes;
-    I64 Value;  // -1: cannot be read
-  };
-  const CASE aCase[] = {
+  // place, bytes, value; -1: cannot be read
+  const std::tuple<ELF_SYM_LOC, U32, I64> aCase[] = {
       {Loc(ELF_LOC_CONST, 0, 0, 0x1234567890ull), 8, 0x1234567890ll},
       {Loc(ELF_LOC_CONST, 0, 0, 0x1234567890ull), 2, 0x7890},
       {Loc(ELF_LOC_MEM, MEM + 8), 4, 0x0B0A0908},
@@ -130,20 +106,18 @@ TEST_F(CRegistersTest, LocationsOfEveryKind) {
       {Loc(99, 0), 4, -1},
       {Loc(ELF_LOC_MEM, MEM), 9, -1},
   };
-  for (const CASE& Case : aCase) {
+  for (const auto& [Place, NumBytes, Expected] : aCase) {
     U64 Value = 0;
-    const int Result = Ops.Locations.ReadLoc(Case.Place, Case.NumBytes, reinterpret_cast<U8*>(&Value));
-    EXPECT_EQ(Result, Case.Value < 0 ? -1 : 0) << Case.Place.Type;
-    EXPECT_EQ(Value, Case.Value < 0 ? 0u : static_cast<U64>(Case.Value)) << Case.Place.Type;
+    EXPECT_EQ(Ops.Locations.ReadLoc(Place, NumBytes, reinterpret_cast<U8*>(&Value)), Expected < 0 ? -1 : 0)
+        << Place.Type;
+    EXPECT_EQ(Value, Expected < 0 ? 0u : static_cast<U64>(Expected)) << Place.Type;
   }
   const ELF_SYM_LOC aLoc[] = {Loc(ELF_LOC_REG, 0, 4), Loc(ELF_LOC_MEM, 0x100)};
-  U64 aValue[2];
-  U8 aStatus[2];
-  EXPECT_EQ(Ops.Locations.ReadLocs(2, aLoc, aValue, aStatus), 0);
-  EXPECT_EQ(aValue[0], 0x11223344u);
-  EXPECT_EQ(aStatus[0], 0);
-  EXPECT_EQ(aValue[1], ~0ull);
-  EXPECT_EQ(aStatus[1], 1);
+  std::vector<U64> aValue(2);
+  std::vector<U8> aStatus(2);
+  EXPECT_EQ(Ops.Locations.ReadLocs(2, aLoc, aValue.data(), aStatus.data()), 0);
+  EXPECT_EQ(aValue, (std::vector<U64>{0x11223344, ~0ull}));
+  EXPECT_EQ(aStatus, (std::vector<U8>{0, 1}));
 }
 
 TEST_F(CRegistersTest, WritingLocations) {

@@ -11,7 +11,6 @@
 
 #include "core/vcore.h"
 #include "device/device.h"
-#include "device/device_context.h"
 #include "device/device_data_provider.h"
 #include "device/device_event_worker.h"
 #include "device/probe_api/register_index.h"
@@ -27,11 +26,8 @@ constexpr U8 LOOP_CODE[] = {0x01, 0x30, 0x02, 0x31, 0xFC, 0xE7};
 struct CWitness : CDeviceEventListener {
   QStringList sHeard;
   QStringList sLog;
-  std::vector<std::pair<U32, U64>> aReg;
-  QByteArray Mem, MemStatus;
 
   void OnDeviceConnectDone(CONNECT_MODES) override { sHeard << "connected"; }
-  void OnDeviceConnectFailed(CONNECT_MODES) override { sHeard << "connect failed"; }
   void OnDeviceDisconnectDone() override { sHeard << "disconnected"; }
   void OnDeviceAboutToDisconnect() override { sHeard << "leaving"; }
   void OnDeviceBeforeResume() override { sHeard << "before resume"; }
@@ -41,20 +37,15 @@ struct CWitness : CDeviceEventListener {
     sHeard << QString("halt %1 %2").arg(PC, 0, 16).arg(Reason);
   }
   void OnDeviceStepped(U32 PC) override { sHeard << QString("stepped %1").arg(PC, 0, 16); }
-  void OnDeviceStepOutFailed(U32) override { sHeard << "step out failed"; }
   void OnDeviceWriteMemDone(U32, U32, U8*) override { sHeard << "written"; }
   void OnDeviceWriteMemFailed(U32, U32, U8*) override { sHeard << "write failed"; }
   void OnDeviceSetBPDone(U32) override { sHeard << "bp"; }
-  void OnDeviceClearAllBPsDone() override { sHeard << "no bps"; }
   void OnDeviceReadMemDone(U32, U32 NumBytes, U8* paData, U8* paStatus) override {
-    Mem = QByteArray(reinterpret_cast<char*>(paData), NumBytes);
-    MemStatus = QByteArray(reinterpret_cast<char*>(paStatus), NumBytes);
-    sHeard << "mem";
+    const auto Hex = [=](U8* pa) { return QByteArray(reinterpret_cast<char*>(pa), NumBytes).toHex(); };
+    sHeard << "mem " + Hex(paData) + ' ' + Hex(paStatus);
   }
   void OnDeviceReadRegsDone(U32 Cnt, U32* paIndex, U64* paValue, U8*) override {
-    aReg.clear();
-    for (U32 i = 0; i < Cnt; ++i) aReg.emplace_back(paIndex[i], paValue[i]);
-    sHeard << "regs";
+    for (U32 i = 0; i < Cnt; ++i) sHeard << QString("reg %1=%2").arg(paIndex[i]).arg(paValue[i], 0, 16);
   }
   void OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS) override { sLog << sText; }
 };
@@ -111,7 +102,7 @@ protected:
     return Until([&] { return !Witness.sHeard.filter("halt ").isEmpty(); });
   }
   void Idle() {
-    Until([&] { return !Device.IsQueueBusy(JQ_ALL) && !Device.HasEvents(); });
+    EXPECT_TRUE(Until([&] { return !Device.IsQueueBusy(JQ_ALL) && !Device.HasEvents(); }));
   }
 
   CDevice& Device = CDevice::Get();
@@ -125,19 +116,12 @@ TEST_F(DeviceSession, ReadsMemoryAndRegistersThroughTheCache) {
   EXPECT_EQ(Provider.RequestMem(&Witness, CODE, sizeof(LOOP_CODE), 0, 0, 0), DATA_PENDING);
   const std::vector<U32> aIndex = {VNODE_REG_PC, VNODE_REG_R0};
   EXPECT_EQ(Provider.RequestRegs(&Witness, 2, aIndex.data()), DATA_PENDING);
-  ASSERT_TRUE(Hears("mem") && Hears("regs"));
-  EXPECT_EQ(Witness.Mem, QByteArray(reinterpret_cast<const char*>(LOOP_CODE), sizeof(LOOP_CODE)));
-  EXPECT_EQ(Witness.MemStatus, QByteArray(sizeof(LOOP_CODE), 0));
-  EXPECT_EQ(Witness.aReg[0].second, CODE);
+  ASSERT_TRUE(Hears("mem 01300231fce7 000000000000") && Hears("reg 15=20000000"));
   EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 4, 0, 0, 0), DATA_DELIVERED);
-
   U8 aData[4] = {};
   EXPECT_EQ(Provider.GetMem(&Provider, CODE + 2, 4, 0, aData), 0);
   EXPECT_EQ(aData[0], 0x02);
   EXPECT_EQ(Provider.GetMem(&Provider, 0x60000000, 4, 0, aData), 1) << "nothing there";
-  U64 PC = 0;
-  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
-  EXPECT_EQ(PC, CODE);
 }
 
 TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
@@ -148,15 +132,14 @@ TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
   while (Device.IsJobPending(JT_STEP)) QThread::msleep(1);
   Idle();
   // Three instructions make one round of the loop.
-  const QString sLast = QString("stepped %1").arg(CODE + (NUM_STEPS % 3) * 2, 0, 16);
-  EXPECT_EQ(Witness.sHeard.filter("stepped"), QStringList{sLast});
-  U64 PC = 0;
-  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
-  EXPECT_EQ(PC, CODE + (NUM_STEPS % 3) * 2);
-  Device.ScheduleStepInst();
-  Idle();
-  EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
-  EXPECT_EQ(PC, CODE) << "the cache follows a step";
+  EXPECT_EQ(Witness.sHeard.filter("stepped"), QStringList{"stepped 20000004"});
+  for (const U32 Expected : {CODE + 4, CODE}) {
+    U64 PC = 0;
+    EXPECT_EQ(Provider.GetReg(&Provider, VNODE_REG_PC, &PC), 0);
+    EXPECT_EQ(PC, Expected) << "the cache follows a step";
+    Device.ScheduleStepInst();
+    Idle();
+  }
 }
 
 TEST_F(DeviceSession, BreakpointHaltsAndIsReported) {
@@ -170,59 +153,34 @@ TEST_F(DeviceSession, BreakpointHaltsAndIsReported) {
   }
 }
 
-TEST_F(DeviceSession, RunToArrives) {
-  Device.ScheduleRunTo(CODE + 4);
-  ASSERT_TRUE(Hears("halt 20000004 3"));
-}
-
-TEST_F(DeviceSession, HaltOfAHaltedTargetIsSilent) {
-  Device.ScheduleHalt();
-  EXPECT_NE(Device.WaitForJob(JT_HALT, true), -1);
-  Idle();
-  EXPECT_TRUE(Witness.sHeard.isEmpty()) << Witness.sHeard.join(',').toStdString();
-}
-
 TEST_F(DeviceSession, MemoryIsReadOnTheRun) {
   Device.ScheduleContinue();
   ASSERT_TRUE(Hears("resumed"));
   EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 2, 0, 0, 0), DATA_PENDING);
-  ASSERT_TRUE(Hears("mem"));
-  EXPECT_EQ(Witness.Mem, QByteArray("\x01\x30", 2));
-  Device.ScheduleHalt();
-  ASSERT_TRUE(HearsHalt());
-}
-
-TEST_F(DeviceSession, FailedWriteIsReported) {
+  ASSERT_TRUE(Hears("mem 0130 0000"));
   const U8 aData[4] = {1, 2, 3, 4};
   Device.ScheduleWriteMem(0x60000000, 4, 0, 0, 0, aData);
   ASSERT_TRUE(Hears("write failed"));
 }
 
-TEST_F(DeviceSession, JobsWithoutAHandlerEndInSilence) {
-  for (const U32 Type : {JT_READ_BYTE, JT_EDIT_BP, JT_FLUSH_RTT}) {
+TEST_F(DeviceSession, JobsWithNothingToDoEndInSilence) {
+  for (const U32 Type : {JT_HALT, JT_READ_BYTE, JT_EDIT_BP, JT_FLUSH_RTT}) {
     DEVICE_JOB Job;
     Job.Type = Type;
     EXPECT_EQ(Device.ScheduleJob(&Job), 0);
     EXPECT_NE(Device.WaitForJob(Type, true), -1);
   }
   Idle();
-  EXPECT_TRUE(Witness.sHeard.isEmpty()) << Witness.sHeard.join(',').toStdString();
-  Device.ScheduleSetBreakpoint(CODE, BP_STATE_ENABLED, BP_TYPE_ANY);
-  EXPECT_TRUE(Hears("bp")) << "the queue goes on";
+  EXPECT_EQ(Witness.sHeard, QStringList());
 }
 
 TEST_F(DeviceSession, IdleSessionCostsNothing) {
   Idle();
-  timespec Before, After;
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &Before);
-  QElapsedTimer Clock;
-  Clock.start();
+  const std::clock_t Before = std::clock();  // of all threads
   bool bOver = false;
   QTimer::singleShot(2000, [&] { bOver = true; });
   while (!bOver) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &After);
-  const double UsedMS = (After.tv_sec - Before.tv_sec) * 1e3 + (After.tv_nsec - Before.tv_nsec) / 1e6;
-  EXPECT_LT(UsedMS, 0.02 * Clock.elapsed());
+  EXPECT_LT(std::clock() - Before, CLOCKS_PER_SEC * 2 / 50);
 }
 
 TEST_F(DeviceSession, WaitingOnTheMainThread) {
