@@ -8,7 +8,6 @@
 #include <QScreen>
 #include <QUrl>
 
-#include "base/text.h"
 #include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
@@ -37,7 +36,7 @@
 #include "shell/windows/console_window.h"
 #include "shell/wiring.h"
 #include "ui/dock_window.h"
-#include "ui/input_dialog.h"
+#include "ui/generic_memory_dialog.h"
 #include "ui/status_bar.h"
 #include "ui/warnings_dialog.h"
 #include "ui/windows/source_window.h"
@@ -112,13 +111,11 @@ void CMainWindow::CreateControllers() {
   m_pCommands = std::make_unique<COMMAND_CONTEXT>(COMMAND_CONTEXT{*this, *m_pSession, *m_pProjects, *m_pLoader});
   PlugLayersTogether(*m_pSession);
   m_pLoader->SetAddressQuestion([this](const QString& sPath, U32* pAddr) {
-    CInputDialog Dialog(this, QStringLiteral("Open Binary File"), QStringLiteral("document-binary.png"),
-                        QStringLiteral("Base address of %1:").arg(QFileInfo(sPath).fileName()));
-    Dialog.SetText(HexText(0));
+    CGenericMemoryDialog Dialog(this, MEMORY_DIALOG_LOAD);
+    Dialog.SetFile(sPath, true);
     if (Dialog.exec() != QDialog::Accepted) return false;
-    bool bOk = false;
-    *pAddr = Dialog.Text().trimmed().toUInt(&bOk, 16);
-    return bOk;
+    *pAddr = Dialog.Addr();
+    return true;
   });
 }
 

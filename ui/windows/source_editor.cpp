@@ -9,11 +9,12 @@
 
 namespace {
 
-constexpr int LEFT_MARGIN = 2;     // pixels
-constexpr int NUMBER_MARGIN = 6;   // pixels on each side of a line number
-constexpr int SCROLL_AHEAD = 10;   // columns
-constexpr int CURSOR_WIDTH = 1;    // pixels
-constexpr int LIGHT_GROUND = 140;  // lightness above which a row's colour needs dark text
+constexpr int LEFT_MARGIN = 2;             // pixels
+constexpr int MARKED_NUMBER_DARKER = 180;  // percent, of a line number on a light row
+constexpr int NUMBER_MARGIN = 6;           // pixels on each side of a line number
+constexpr int SCROLL_AHEAD = 10;           // columns
+constexpr int CURSOR_WIDTH = 1;            // pixels
+constexpr int LIGHT_GROUND = 140;          // lightness above which a row's colour needs dark text
 
 bool IsWordChar(QChar c) {
   return c.isLetterOrNumber() || c == QLatin1Char('_');
@@ -358,7 +359,8 @@ void CSourceEditor::PaintRow(QPainter& Painter, int Row, int y) {
   Painter.setClipping(false);
   if (NumberWidth > 0 && ShowsLineNumber(Row)) {
     Painter.setFont(m_LineNumberFont);
-    Painter.setPen(bLightGround ? GetColor(COLOR_LINE_NUMBERS).darker(130) : GetTextColor(COLOR_LINE_NUMBERS));
+    Painter.setPen(bLightGround ? GetColor(COLOR_LINE_NUMBERS).darker(MARKED_NUMBER_DARKER)
+                                : GetTextColor(COLOR_LINE_NUMBERS));
     Painter.drawText(QRect(0, y, NumberWidth - NUMBER_MARGIN, m_RowHeight), Qt::AlignRight | Qt::AlignVCenter,
                      QString::number(Row + 1));
   }
