@@ -32,7 +32,6 @@ public:
   }
   void Update(U32 NewPC) override { PCs << NewPC; }
   void OnTooltipRequested(const QPoint& Pos) override { TipPos = Pos; }
-  void SetActionStyle(U32 ActionID, QAction* pAction) override { pAction->setText(QString::number(ActionID)); }
   bool IsEmpty() const override { return bEmpty; }
 
   int NumClears = 0;
@@ -70,16 +69,14 @@ private Q_SLOTS:
     m_pMain->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_pMain.get()));
     QTest::qWait(0);
-    for (CCountingWindow* const pWindow : {m_pFirst, m_pSecond}) {
-      pWindow->NumClears = 0;
-      pWindow->PCs.clear();
-    }
+    First().NumClears = Second().NumClears = 0;
+    First().PCs.clear();
   }
 
   void cleanup() {
-    UnregisterActionHandler(ACTION_WINDOW_CLOSE);
-    UnregisterActionHandler(ACTION_WINDOW_CLEAR);
-    UnregisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT);
+    for (const U32 ID : {ACTION_WINDOW_CLOSE, ACTION_WINDOW_CLEAR, ACTION_WIN_SET_DISPLAY_FORMAT}) {
+      UnregisterActionHandler(ID);
+    }
     CMessageBox::SetResponder(nullptr);
     m_pMain.reset();
   }
@@ -96,8 +93,7 @@ private Q_SLOTS:
     First().setFocus();
     QVERIFY(First().HasFocus() && First().GetDock()->HasFocus());
     const QString sFocused = First().GetDock()->styleSheet();
-    QVERIFY(sFocused.contains(u"titlebar-close-icon-white.png"_s));
-    QVERIFY(sFocused.contains(u"bold"_s));
+    QVERIFY(sFocused.contains(u"titlebar-close-icon-white.png"_s) && sFocused.contains(u"bold"_s));
     Second().setFocus();
     QVERIFY(!First().HasFocus() && !First().GetDock()->HasFocus() && Second().GetDock()->HasFocus());
     QCOMPARE(Second().GetDock()->styleSheet(), sFocused);
@@ -117,76 +113,65 @@ private Q_SLOTS:
   }
 
   void clearingAsksWhereItIsToBeConfirmed() {
-    int NumPerformed = 0, NumAsked = 0;
-    RegisterActionHandler(ACTION_WINDOW_CLEAR, [&NumPerformed] { ++NumPerformed; });
+    QStringList Told;
+    RegisterActionHandler(ACTION_WINDOW_CLEAR, [&Told] { Told << u"cleared"_s; });
     int Answer = CMessageBox::DECLINED;
     CMessageBox::SetResponder([&](const QString& sTitle, const QString&, int) {
-      NumAsked += sTitle == u"Clear First?"_s;
+      Told << sTitle;
       return Answer;
     });
     First().SetFlag(WF_CONFIRM_CLEAR, true);
     First().OnActionClearTriggered();
-    QCOMPARE(NumPerformed, 0);
     Answer = CMessageBox::ACCEPTED;
     First().OnActionClearTriggered();
-    QCOMPARE(NumPerformed, 1);
     First().SetFlag(WF_CONFIRM_CLEAR, false);
     First().OnActionClearTriggered();
-    QCOMPARE(NumPerformed, 2);
-    QCOMPARE(NumAsked, 2);
-  }
-
-  void hidingClearsAndShowingUpdates_data() {
-    QTest::addColumn<bool>("ClearWhenHidden");
-    QTest::newRow("clears") << true;
-    QTest::newRow("keeps") << false;
+    QCOMPARE(Told, (QStringList{u"Clear First?"_s, u"Clear First?"_s, u"cleared"_s, u"cleared"_s}));
   }
 
   void hidingClearsAndShowingUpdates() {
-    QFETCH(bool, ClearWhenHidden);
-    First().SetFlag(WF_CLEAR_WHEN_HIDDEN, ClearWhenHidden);
-    First().GetDock()->hide();
-    QVERIFY(!First().IsVisible() && !First().IsOpen());
-    QCOMPARE(First().NumClears, ClearWhenHidden ? 1 : 0);
-    QVERIFY(First().PCs.isEmpty());
-    First().GetDock()->show();
-    QVERIFY(First().IsVisible());
-    QCOMPARE(First().PCs, QList<U32>{static_cast<U32>(CDevice::Get().GetPC())});
+    for (const bool bClearWhenHidden : {true, false}) {
+      First().SetFlag(WF_CLEAR_WHEN_HIDDEN, bClearWhenHidden);
+      First().NumClears = 0;
+      First().PCs.clear();
+      First().GetDock()->hide();
+      QVERIFY(!First().IsVisible() && !First().IsOpen() && First().PCs.isEmpty());
+      QCOMPARE(First().NumClears, bClearWhenHidden ? 1 : 0);
+      First().GetDock()->show();
+      QVERIFY(First().IsVisible());
+      QCOMPARE(First().PCs, QList<U32>{static_cast<U32>(CDevice::Get().GetPC())});
+    }
   }
 
   void aHaltReachesThoseWhoCanBeSeen_data() {
     QTest::addColumn<int>("Mode");
-    QTest::addColumn<bool>("Seen");
-    QTest::addColumn<bool>("Tab");
+    QTest::addColumn<QString>("Place");
     QTest::addColumn<bool>("Updated");
-    QTest::newRow("visible") << int(WIN_UPDATE_VISIBLE) << true << false << true;
-    QTest::newRow("tab behind another") << int(WIN_UPDATE_VISIBLE) << false << true << false;
-    QTest::newRow("tab of an open window") << int(WIN_UPDATE_OPEN) << false << true << true;
-    QTest::newRow("closed") << int(WIN_UPDATE_OPEN) << false << false << false;
-    QTest::newRow("closed, always") << int(WIN_UPDATE_ALWAYS) << false << false << true;
+    QTest::newRow("visible") << int(WIN_UPDATE_VISIBLE) << u"seen"_s << true;
+    QTest::newRow("tab behind another") << int(WIN_UPDATE_VISIBLE) << u"tab"_s << false;
+    QTest::newRow("tab of an open window") << int(WIN_UPDATE_OPEN) << u"tab"_s << true;
+    QTest::newRow("closed") << int(WIN_UPDATE_OPEN) << u"closed"_s << false;
+    QTest::newRow("closed, always") << int(WIN_UPDATE_ALWAYS) << u"closed"_s << true;
   }
 
   void aHaltReachesThoseWhoCanBeSeen() {
     QFETCH(int, Mode);
-    QFETCH(bool, Seen);
-    QFETCH(bool, Tab);
+    QFETCH(QString, Place);
     QFETCH(bool, Updated);
     First().SetUpdateMode(static_cast<WIN_UPDATE_MODES>(Mode));
-    if (Tab) {
+    if (Place == u"tab"_s) {
       m_pMain->tabifyDockWidget(First().GetDock(), Second().GetDock());
       Second().GetDock()->raise();
       QTRY_VERIFY(!First().IsVisible());
       QVERIFY(First().IsOpen() && First().IsObscured());
-    } else if (!Seen) {
+    } else if (Place == u"closed"_s) {
       First().GetDock()->hide();
     }
     First().PCs.clear();
     const U32 PC = static_cast<U32>(CDevice::Get().GetPC());
     First().OnDeviceHaltDone(PC, HR_GENERAL);
-    QCOMPARE(!First().PCs.isEmpty(), Updated);
-    First().PCs.clear();
     First().OnDeviceStepped(PC);
-    QCOMPARE(!First().PCs.isEmpty(), Updated);
+    QCOMPARE(First().PCs, QList<U32>(Updated ? 2 : 0, PC));
   }
 
   void anOlderHaltIsIgnored() {
@@ -201,19 +186,16 @@ private Q_SLOTS:
     First().SetFlag(WF_CLEAR_ON_DISCONNECT, true);
     Second().SetFlag(WF_CLEAR_ON_DISCONNECT, false);
     First().SetWindowTitle(u"First of a session"_s);
-    First().OnDeviceDisconnectDone();
-    Second().OnDeviceDisconnectDone();
+    for (CCountingWindow* const pWindow : {m_pFirst, m_pSecond}) pWindow->OnDeviceDisconnectDone();
     QCOMPARE(First().GetDock()->windowTitle(), u"First"_s);
-    QCOMPARE(First().NumClears, 1);
-    QCOMPARE(Second().NumClears, 0);
+    QCOMPARE((QList{First().NumClears, Second().NumClears}), (QList{1, 0}));
   }
 
   void anEmptyWindowSaysWhy() {
     First().setFocus();
     First().bEmpty = true;
     First().Clear();
-    QVERIFY(!First().centralWidget()->isVisible());
-    QVERIFY(First().HasFocus());
+    QVERIFY(!First().centralWidget()->isVisible() && First().HasFocus());
     First().grab();
     const auto* const pFrame = First().findChild<QFrame*>(u"buttonFrame"_s);
     QVERIFY(pFrame->isVisible());
@@ -221,59 +203,34 @@ private Q_SLOTS:
     First().bEmpty = false;
     First().Clear();
     First().grab();
-    QVERIFY(!pFrame->isVisible());
-    QVERIFY(First().centralWidget()->hasFocus());
-  }
-
-  void aWidgetsWindowIsTheNearest() {
-    QWidget* const pInner = First().centralWidget();
-    QCOMPARE(GetWindow(pInner), static_cast<CWindow*>(m_pFirst));
-    QCOMPARE(GetWindow(First().GetDock()), static_cast<CWindow*>(m_pFirst));
-    QCOMPARE(GetDock(pInner), First().GetDock());
-    QCOMPARE(First().GetName(), u"First"_s);
-    QVERIFY(GetWindow(m_pMain.get()) == nullptr && GetWindow(nullptr) == nullptr && GetDock(nullptr) == nullptr);
-  }
-
-  void theFormatActionsAskForTheCommand_data() {
-    QTest::addColumn<U32>("Row");
-    QTest::addColumn<QString>("Constant");
-    QTest::newRow("auto") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_AUTO} << u"DISPLAY_FORMAT_AUTO"_s;
-    QTest::newRow("binary") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_BINARY} << u"DISPLAY_FORMAT_BINARY"_s;
-    QTest::newRow("decimal") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_DEC} << u"DISPLAY_FORMAT_DEC"_s;
-    QTest::newRow("hexadecimal") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_HEX} << u"DISPLAY_FORMAT_HEX"_s;
-    QTest::newRow("character") << U32{ACTION_WIN_SET_DISPLAY_FORMAT_CHAR} << u"DISPLAY_FORMAT_CHAR"_s;
+    QVERIFY(!pFrame->isVisible() && First().centralWidget()->hasFocus());
   }
 
   // By row, and with a console that listens: it takes away what an action carries after each run. A window that refuses
   // the format keeps its mark where it was.
   void theFormatActionsAskForTheCommand() {
-    QFETCH(U32, Row);
-    QFETCH(QString, Constant);
+    const std::pair<U32, QString> Rows[] = {{ACTION_WIN_SET_DISPLAY_FORMAT_AUTO, u"DISPLAY_FORMAT_AUTO"_s},
+                                            {ACTION_WIN_SET_DISPLAY_FORMAT_HEX, u"DISPLAY_FORMAT_HEX"_s},
+                                            {ACTION_WIN_SET_DISPLAY_FORMAT_CHAR, u"DISPLAY_FORMAT_CHAR"_s}};
     QStringList Args;
     RegisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT,
                           [&Args] { Args << GetActionArgs(ACTION_WIN_SET_DISPLAY_FORMAT); });
     LinkActions(&First());
     connect(&First(), &CWindow::ActionTriggered, this, [](QAction* pAction) { OnActionTriggered(pAction); });
     connect(&First(), &CWindow::ActionPerformed, this, [](QAction* pAction) { OnActionPerformed(pAction); });
-    QCOMPARE(TriggerAction(Row), 0);
-    GetAction(Row)->trigger();
-    const QStringList Once = {u"First"_s, Constant};
-    QCOMPARE(Args, Once + Once);
-    QVERIFY(GetAction(ACTION_WIN_SET_DISPLAY_FORMAT_AUTO)->isChecked());
-    QVERIFY(GetAction(Row)->toolTip().startsWith(u"Show Values in "_s));
+    for (const auto& [Row, sConstant] : Rows) {
+      Args.clear();
+      QCOMPARE(TriggerAction(Row), 0);
+      GetAction(Row)->trigger();
+      QCOMPARE(Args, (QStringList{u"First"_s, sConstant, u"First"_s, sConstant}));
+      QVERIFY(GetAction(ACTION_WIN_SET_DISPLAY_FORMAT_AUTO)->isChecked());
+    }
   }
 
   void aWatchedWidgetAsksForTheTip() {
-    const QPoint Pos(321, 123);
-    QHelpEvent Event(QEvent::ToolTip, QPoint(1, 2), Pos);
+    QHelpEvent Event(QEvent::ToolTip, QPoint(1, 2), QPoint(321, 123));
     QCoreApplication::sendEvent(First().centralWidget(), &Event);
-    QCOMPARE(First().TipPos, Pos);
-    QVERIFY(Second().TipPos.isNull());
-  }
-
-  void aShownWindowStylesItsActions() {
-    QCOMPARE(First().findChild<QAction*>(u"actionWinAdd"_s)->text(), QString::number(ACTION_WIN_ADD));
-    QCOMPARE(First().findChild<QAction*>(u"actionWinClear"_s)->text(), QString::number(ACTION_WIN_CLEAR));
+    QCOMPARE(First().TipPos, QPoint(321, 123));
   }
 
 private:

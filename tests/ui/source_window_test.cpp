@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QTabBar>
@@ -12,6 +11,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_link.h"
 #include "shell/settings/settings_cache.h"
+#include "tests/common/write_file.h"
 #include "ui/tool_tip.h"
 #include "ui/windows/source_editor.h"
 #include "ui/windows/source_window.h"
@@ -36,9 +36,10 @@ private Q_SLOTS:
   }
 
   void init() {
-    m_sA = Write("a.c", u"text of a\n"_s);
-    m_sB = Write("b.c", u"text of b\r\nline 2\r\n"_s);
-    m_sC = Write("c.c", u"text of c\n"_s);
+    m_sA = WriteFile(m_Dir.filePath(u"a.c"_s), "text of a\n");
+    m_sB = WriteFile(m_Dir.filePath(u"b.c"_s), "text of b\r\nline 2\r\n");
+    m_sC = WriteFile(m_Dir.filePath(u"c.c"_s), "text of c\n");
+    m_sLong = WriteFile(m_Dir.filePath(u"long.c"_s), QByteArray("x\n").repeated(200));
     m_pWindow = std::make_unique<CSourceWindow>(nullptr);
     m_pWindow->resize(600, 300);
     m_pWindow->show();
@@ -56,121 +57,92 @@ private Q_SLOTS:
     QVERIFY(m_pWindow->IsEmpty());
     QCOMPARE(m_pWindow->GetStatusText(), u"Ln 0  Ch 0"_s);
     QVERIFY(!m_pWindow->Open(QString()));
-    m_pWindow->Open(m_sA);
-    m_pWindow->Open(m_sB);
-    QCOMPARE(TabTexts(), (QStringList{u"b.c"_s, u"a.c"_s}));
+    Open({m_sA, m_sB});
     const QPoint OnTab = Tabs().tabRect(0).center();
     QHelpEvent Pointer(QEvent::ToolTip, OnTab, Tabs().mapToGlobal(OnTab));
     QCoreApplication::sendEvent(&Tabs(), &Pointer);
     QTRY_VERIFY(CToolTip::_GetSingleton()->isVisible());
     QCOMPARE(CToolTip::_GetSingleton()->findChild<QLabel*>()->text(), m_sB);
-    QCOMPARE(m_pWindow->ActiveFile(), m_sB);
-    QCOMPARE(Shown(), u"text of b\nline 2"_s);
+    QCOMPARE(State(), u"[b.c] a.c: text of b\nline 2"_s);
     Tabs().setCurrentIndex(1);
-    QCOMPARE(Shown(), u"text of a"_s);
+    QCOMPARE(State(), u"b.c [a.c]: text of a"_s);
     Editor().SetCursorPos({5, 0});
     QCOMPARE(m_pWindow->GetStatusText(), u"Ln 1  Ch 6"_s);
     m_pWindow->ShowNextDocument();
     QCOMPARE(m_pWindow->ActiveFile(), m_sB);
   }
 
-  void aFileHasOneTab_data() {
-    QTest::addColumn<QString>("Path");
-    QTest::addColumn<QString>("Again");
-    QTest::addColumn<int>("Tabs");
-    const QString sA = m_Dir.filePath(u"a.c"_s);
-    QTest::newRow("the same path") << sA << sA << 2;
-    QTest::newRow("where the finder finds it") << u"a.c"_s << sA << 2;
-    QTest::newRow("by its name, when open by its place") << sA << u"a.c"_s << 2;
-    QTest::newRow("missing, the same path") << u"/none/x.c"_s << u"/none/x.c"_s << 2;
-    QTest::newRow("two that are missing") << u"none_1.c"_s << u"none_2.c"_s << 3;
-  }
-
   void aFileHasOneTab() {
-    QFETCH(QString, Path);
-    QFETCH(QString, Again);
-    QFETCH(int, Tabs);
     CFileFinder::Get()->AddSearchPath(m_Dir.path());
-    m_pWindow->Open(Path);
-    m_pWindow->Open(m_sB);
-    QVERIFY(m_pWindow->Open(Again));
-    QCOMPARE(this->Tabs().count(), Tabs);
-    QVERIFY(m_pWindow->IsOpen(Again));
-    QVERIFY(m_pWindow->ActiveFile() != m_sB);
+    const struct {
+      QString sPath;
+      QString sAgain;
+      int NumTabs;
+    } Rows[] = {{m_sA, m_sA, 2},
+                {u"a.c"_s, m_sA, 2},
+                {m_sA, u"a.c"_s, 2},
+                {u"/none/x.c"_s, u"/none/x.c"_s, 2},
+                {u"none_1.c"_s, u"none_2.c"_s, 3}};
+    for (const auto& Row : Rows) {
+      Open({Row.sPath, m_sB, Row.sAgain});
+      QCOMPARE(Tabs().count(), Row.NumTabs);
+      QVERIFY(m_pWindow->IsOpen(Row.sAgain));
+      QVERIFY(m_pWindow->ActiveFile() != m_sB);
+      m_pWindow->CloseAll();
+    }
   }
 
   void theBackgroundLeavesTheActiveTab() {
     m_pWindow->Open(m_sA);
     Editor().SetCursorPos({3, 0});
-    m_pWindow->Open(m_sB, true);
-    QCOMPARE(m_pWindow->ActiveFile(), m_sA);
+    for (int i = 0; i < 2; ++i) m_pWindow->Open(m_sB, true);
     QCOMPARE(Editor().CursorPos(), QPoint(3, 0));
-    QCOMPARE(Shown(), u"text of a"_s);
-    m_pWindow->Open(m_sB, true);
-    QCOMPARE(m_pWindow->ActiveFile(), m_sA);
-    QCOMPARE(TabTexts(), (QStringList{u"b.c"_s, u"a.c"_s}));
+    QCOMPARE(State(), u"b.c [a.c]: text of a"_s);
   }
 
   void aTabKeepsItsView() {
-    const QString sLong = Long("long.c");
-    m_pWindow->Open(sLong, false, 90, {1, 95});
-    QCOMPARE(Editor().TopRow(), 90);
-    QCOMPARE(Editor().CursorPos(), QPoint(1, 95));
+    m_pWindow->Open(m_sLong, false, 90, {1, 95});
     m_pWindow->Open(m_sA);
     QCOMPARE(Editor().TopRow(), 0);
-    m_pWindow->Open(sLong);
+    m_pWindow->Open(m_sLong);
     QCOMPARE(Editor().TopRow(), 90);
     QCOMPARE(Editor().CursorPos(), QPoint(1, 95));
   }
 
   void aMissingFileSaysSo() {
     m_pWindow->Open(u"/none/of/them.c"_s);
-    QCOMPARE(TabTexts(), QStringList{u"them.c"_s});
-    QCOMPARE(Shown(),
-             u"File not found:\n\n/none/of/them.c\n\n"
+    QCOMPARE(State(),
+             u"[them.c]: File not found:\n\n/none/of/them.c\n\n"
              "Please use the source files window to locate the file manually"_s);
     QVERIFY(!m_pWindow->ShowLine(1));
   }
 
   void closingShowsTheNeighbour() {
-    for (const QString& sPath : {m_sA, m_sB, m_sC}) m_pWindow->Open(sPath);
-    m_pWindow->Open(m_sB);
+    Open({m_sA, m_sB, m_sC, m_sB});
     m_pWindow->Close(m_sB);
-    QCOMPARE(TabTexts(), (QStringList{u"c.c"_s, u"a.c"_s}));
-    QCOMPARE(m_pWindow->OpenFiles(), (QStringList{m_sC, m_sA}));
-    QCOMPARE(Shown(), m_pWindow->ActiveFile() == m_sA ? u"text of a"_s : u"text of c"_s);
     m_pWindow->Close(u"/not/open.c"_s);
-    QCOMPARE(Tabs().count(), 2);
+    QCOMPARE(State(), u"c.c [a.c]: text of a"_s);
     m_pWindow->CloseAll();
-    QVERIFY(m_pWindow->IsEmpty());
-    QVERIFY(!m_pWindow->centralWidget()->isVisible());
-    QCOMPARE(m_pWindow->ActiveFile(), QString());
+    QVERIFY(m_pWindow->IsEmpty() && m_pWindow->ActiveFile().isEmpty() && !m_pWindow->centralWidget()->isVisible());
   }
 
   void closingAnotherTabLeavesTheViewAlone() {
-    for (const QString& sPath : {m_sA, m_sB, m_sC}) m_pWindow->Open(sPath);
-    m_pWindow->Open(m_sB);
+    Open({m_sA, m_sB, m_sC, m_sB});
     QTest::keyClick(&Editor(), Qt::Key_End, Qt::ShiftModifier);
     for (const QString& sPath : {m_sC, m_sA}) {
       m_pWindow->Close(sPath);
       QCOMPARE(m_pWindow->ActiveFile(), m_sB);
       QCOMPARE(Editor().SelectedText(), u"text of b"_s);
     }
-  }
-
-  void allButTheActiveOne() {
-    for (const QString& sPath : {m_sA, m_sB, m_sC}) m_pWindow->Open(sPath);
-    m_pWindow->Open(m_sB);
+    Open({m_sA, m_sC, m_sB});
     m_pWindow->CloseAllButThis();
-    QCOMPARE(m_pWindow->OpenFiles(), QStringList{m_sB});
-    QCOMPARE(Shown(), u"text of b\nline 2"_s);
+    QCOMPARE(State(), u"[b.c]: text of b\nline 2"_s);
   }
 
   void theCloseButtonIsACommand() {
     QStringList Args;
     RegisterActionHandler(ACTION_FILE_CLOSE, [&Args] { Args = GetActionArgs(ACTION_FILE_CLOSE); });
-    m_pWindow->Open(m_sA);
-    m_pWindow->Open(m_sB);
+    Open({m_sA, m_sB});
     Q_EMIT Tabs().tabCloseRequested(1);
     QCOMPARE(Args, QStringList{m_sA});
     QCOMPARE(Tabs().count(), 2);
@@ -180,7 +152,6 @@ private Q_SLOTS:
   void theKeyboardComesBackWithTheNextFile() {
     m_pWindow->Open(m_sA);
     m_pWindow->setFocus();
-    QVERIFY(Editor().hasFocus());
     m_pWindow->Close(m_sA);
     QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(m_pWindow.get()));
     m_pWindow->Open(m_sB);
@@ -188,7 +159,7 @@ private Q_SLOTS:
   }
 
   void linesAreShownByNumber() {
-    m_pWindow->Open(Long("long.c"));
+    m_pWindow->Open(m_sLong);
     QVERIFY(m_pWindow->ShowLine(150));
     QCOMPARE(Editor().CursorPos(), QPoint(0, 149));
     QVERIFY(Editor().TopRow() < 149 && Editor().TopRow() > 100);
@@ -207,51 +178,43 @@ private Q_SLOTS:
       QVERIFY(Editor().TopRow() < static_cast<int>(Loc.Line));
     }
     QCOMPARE(Tabs().count(), 2);
-  }
-
-  void aPlaceWithoutSourceLeavesTheView() {
-    m_pWindow->Open(m_sB);
-    Editor().SetCursorPos({0, 1});
+    const QPoint Cursor = Editor().CursorPos();
     QVERIFY(!m_pWindow->ShowPC(0xFFFF0000));
-    QCOMPARE(m_pWindow->ActiveFile(), m_sB);
-    QCOMPARE(Editor().CursorPos(), QPoint(0, 1));
+    QVERIFY(m_pWindow->ActiveFile().endsWith(u"traffic.c"_s));
+    QCOMPARE(Editor().CursorPos(), Cursor);
   }
 
   void reloadingReadsTheFileAgain() {
-    m_pWindow->Open(m_sA);
-    m_pWindow->Open(m_sB);
+    Open({m_sA, m_sB});
     Editor().SetCursorPos({2, 1});
-    Write("b.c", u"new\nlines\nhere\n"_s);
+    WriteFile(m_sB, "new\nlines\nhere\n");
     m_pWindow->ReloadDocuments();
     QCOMPARE(Editor().CursorPos(), QPoint(2, 1));
-    QCOMPARE(Shown(), u"new\nlines\nhere"_s);
+    QCOMPARE(State(), u"[b.c] a.c: new\nlines\nhere"_s);
     QFile::remove(m_sB);
     m_pWindow->ReloadDocuments();
-    QVERIFY(Shown().startsWith(u"File not found:"_s));
+    QVERIFY(State().startsWith(u"[b.c] a.c: File not found:"_s));
   }
 
 private:
-  QString Write(const char* sName, const QString& sText) {
-    const QString sPath = m_Dir.filePath(QLatin1String(sName));
-    QFile File(sPath);
-    if (!File.open(QIODevice::WriteOnly) || File.write(sText.toUtf8()) < 0) qFatal("cannot write");
-    return sPath;
+  // The last one in front.
+  void Open(const QStringList& Paths) {
+    for (const QString& sPath : Paths) m_pWindow->Open(sPath);
   }
-  QString Long(const char* sName) { return Write(sName, u"x\n"_s.repeated(200)); }
   CSourceEditor& Editor() { return *m_pWindow->findChild<CSourceEditor*>(); }
   QTabBar& Tabs() { return *m_pWindow->findChild<QTabBar*>(); }
-  QStringList TabTexts() {
+  // The tabs, the active one in brackets, and the text.
+  QString State() {
     QStringList Texts;
     for (int i = 0; i < Tabs().count(); ++i) Texts << Tabs().tabText(i);
-    return Texts;
-  }
-  QString Shown() {
+    const int Active = Tabs().currentIndex();
+    if (m_pWindow->ActiveFile().endsWith(Texts[Active])) Texts[Active] = u'[' + Texts[Active] + u']';
     QTest::keyClick(&Editor(), Qt::Key_A, Qt::ControlModifier);
-    return Editor().SelectedText();
+    return Texts.join(u' ') + u": "_s + Editor().SelectedText();
   }
 
   QTemporaryDir m_Dir;
-  QString m_sA, m_sB, m_sC;
+  QString m_sA, m_sB, m_sC, m_sLong;
   std::unique_ptr<CSourceWindow> m_pWindow;
 };
 
