@@ -18,18 +18,13 @@ TEST(CTrans, TheFirstErrorFreezesTheEngine) {
   }
 }
 
-struct DEEP_CASE {
-  const char* sName;
-  std::string sText;
-};
-
 TEST(CTrans, NothingNestsDeeperThanTheStackBears) {
   const auto Times = [](const std::string& sText) {
     std::string sResult;
     for (int i = 0; i < 100'000; ++i) sResult += sText;
     return sResult;
   };
-  const DEEP_CASE aCases[] = {
+  const std::pair<const char*, std::string> aCases[] = {
       {"recursion", "int f (void) { return f(); } void main (void) { f(); }"},
       {"recursion of two",
        "int f (void) { if (1) { g(); } } int g (void) { while (f()) { } } void main (void) { g(); }"},
@@ -44,11 +39,11 @@ TEST(CTrans, NothingNestsDeeperThanTheStackBears) {
       {"loops", Main(Times("do ") + "Out(1);")},
       {"calls in arguments", Main(Times("Out(") + "1" + Times(")") + ";")},
   };
-  for (const DEEP_CASE& Case : aCases) {
-    CScriptRun Run(Case.sText);
+  for (const auto& [sName, sText] : aCases) {
+    CScriptRun Run(sText);
     Run.OnTurn = [](CTrans& Engine) { Engine.CallFunction("main"); };
-    EXPECT_EQ(CTRANS_FAILED, Run.Call()) << Case.sName;
-    EXPECT_EQ("Out of memory.", Run.ErrorText()) << Case.sName;
+    EXPECT_EQ(CTRANS_FAILED, Run.Call()) << sName;
+    EXPECT_EQ("Out of memory.", Run.ErrorText()) << sName;
   }
 }
 
@@ -61,13 +56,8 @@ TEST(CTrans, OrdinaryDepthIsNoProblem) {
 }
 
 TEST(CTrans, ErrorsTellTheirStatement) {
-  struct PLACE_CASE {
-    const char* sText;
-    const char* sStatement;
-    int FirstLine;
-    int Line;
-  };
-  const PLACE_CASE aCases[] = {
+  // script, the statement of its error, the statement's first line, the error's line
+  const std::tuple<const char*, const char*, int, int> aCases[] = {
       {"void main (void) {\n  Out(1);\n  Out(1, 2); Out(3);\n}", "Out(1, 2);", 3, 3},
       {"void f () {\n Out(1);\n}\nvoid main () {\n f() 5;\n}", "f() 5;", 5, 5},
       {"void main () { int a[2]; int i; i = 0; a[0] = 1; a[1] = 1;\n while (a[i]) {\n i += 1; } }",
@@ -77,13 +67,12 @@ TEST(CTrans, ErrorsTellTheirStatement) {
       {"void main () { f();\n}\nvoid f () {\n Out(\n 1 / 0); }", "Out(\n 1 / 0);", 4, 5},
       {"int f (int x) { return x; } void main () {\n if (f(1))\n Out(f(2)\n);\n if (f(1)) x; }", "x;", 5, 5},
   };
-  for (const PLACE_CASE& Case : aCases) {
-    CScriptRun Run(Case.sText);
+  for (const auto& [sText, sStatement, FirstLine, Line] : aCases) {
+    CScriptRun Run(sText);
     Run.Call();
-    ASSERT_EQ(1u, Run.Errors.size()) << Case.sText;
-    EXPECT_EQ(Case.Line, Run.Errors[0].LineNo) << Case.sText;
-    EXPECT_EQ(Case.FirstLine, Run.Errors[0].FirstLineNo) << Case.sText;
-    EXPECT_EQ(Case.sStatement, Run.Errors[0].sStatement) << Case.sText;
+    ASSERT_EQ(1u, Run.Errors.size()) << sText;
+    const CTRANS_ERROR& Error = Run.Errors[0];
+    EXPECT_EQ(std::tuple(sStatement, FirstLine, Line), std::tuple(Error.sStatement, Error.FirstLineNo, Error.LineNo));
   }
   CScriptRun Long(Main("Out(" + std::string(1000, ' ') + "x);"));
   Long.Call();
@@ -115,25 +104,17 @@ const char* const ENDLESS[] = {
     "void g (void) { } void main (void) { while (1) Turn(); Out(1); }",
 };
 
-TEST(CTrans, AnEndlessScriptEndsOnRequest) {
+TEST(CTrans, AnEndlessScriptEndsOnRequestOrIsAborted) {
   for (const char* const sText : ENDLESS) {
-    CScriptRun Run(sText);
-    Run.OnTurn = [](CTrans& Engine) { Engine.CallFunction("g"); };
-    Run.OnEveryPoll = [](CTrans& Engine) { Engine.RequestClose(); };
-    EXPECT_EQ(CTRANS_OK, Run.Call()) << sText;
-    EXPECT_TRUE(Run.Out.empty()) << sText << ": a command got the result of a function that was left";
-    EXPECT_TRUE(Run.Errors.empty()) << sText;
-  }
-}
-
-TEST(CTrans, AnEndlessScriptCanBeAborted) {
-  for (const char* const sText : ENDLESS) {
-    CScriptRun Run(sText);
-    Run.OnTurn = [](CTrans& Engine) { Engine.CallFunction("g"); };
-    Run.OnEveryPoll = [](CTrans& Engine) { Engine.Abort("enough"); };
-    EXPECT_EQ(CTRANS_FAILED, Run.Call()) << sText;
-    EXPECT_TRUE(Run.Out.empty()) << sText;
-    EXPECT_EQ("enough", Run.ErrorText()) << sText;
+    for (const bool bAbort : {false, true}) {
+      CScriptRun Run(sText);
+      Run.OnTurn = [](CTrans& Engine) { Engine.CallFunction("g"); };
+      Run.OnEveryPoll = [bAbort](CTrans& Engine) { bAbort ? Engine.Abort("enough") : Engine.RequestClose(); };
+      EXPECT_EQ(bAbort ? CTRANS_FAILED : CTRANS_OK, Run.Call()) << sText;
+      EXPECT_TRUE(Run.Out.empty()) << sText << ": a command got the result of a function that was left";
+      EXPECT_EQ(bAbort ? "enough" : "", Run.ErrorText()) << sText;
+      EXPECT_EQ(bAbort ? 1u : 0u, Run.Errors.size()) << sText;
+    }
   }
 }
 

@@ -17,33 +17,10 @@ const std::string SCRIPTS[] = {
     "/* { */ void main (void) { // }\n  const unsigned int x; x = Nest(); x <<= 2; x ^= f(9, \"\\t\\\\\"); Out(x); }\n"
     "int g () { int *p; int a[3]; a[2] = Nest() - -2; return a[2] >> 1; }\n",
 };
-constexpr const char* PIECES[] = {"{",
-                                  "}",
-                                  "(",
-                                  ")",
-                                  "\"",
-                                  "/*",
-                                  "*/",
-                                  "//",
-                                  "while (1)",
-                                  "return",
-                                  "g()",
-                                  "Nest()",
-                                  "int a[999999];",
-                                  "\\",
-                                  "[",
-                                  "0x",
-                                  "-",
-                                  "-9223372036854775808 / -1",
-                                  ";",
-                                  "do",
-                                  "else",
-                                  "if (",
-                                  "const ",
-                                  "void ",
-                                  "*",
-                                  "1 / 0",
-                                  "<<"};
+constexpr const char *OVERFLOWS = "-9223372036854775808 / -1", *HUGE_ARRAY = "int a[999999];";
+constexpr const char* PIECES[] = {"{",      "}",   "(",      ")",        "\"",     "/*",    "*/", "//",    "while (1)",
+                                  "return", "g()", "Nest()", HUGE_ARRAY, "\\",     "[",     "0x", "-",     OVERFLOWS,
+                                  ";",      "do",  "else",   "if (",     "const ", "void ", "*",  "1 / 0", "<<"};
 
 std::string Damage(std::string sText, std::mt19937& Random) {
   const auto Below = [&Random](size_t Limit) { return Limit ? static_cast<size_t>(Random() % Limit) : 0; };
