@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <array>
 #include <cstring>
 #include <fstream>
 
@@ -21,29 +22,15 @@ protected:
 };
 
 TEST_F(DeviceListTest, KnowsRealParts) {
-  const struct {
-    const char* sName;
-    const char* sExact;
-    const char* sCore;
-    U32 FlashAddr, FlashSize, RAMAddr, RAMSize;
-  } CASES[] = {
-      {"nrf52840_XXAA", "nRF52840_xxAA", "Cortex-M4", 0, 0x100000, 0x20000000, 0x40000},
-      {"nRF51822_xxAA", "nRF51822_xxAA", "Cortex-M0", 0, 0x40000, 0x20000000, 0x4000},
-      {"stm32f407ie", "STM32F407IE", "Cortex-M4", 0x08000000, 0x80000, 0x20000000, 0x20000},
-      {"MK66FN2M0XXX18", "MK66FN2M0XXX18", "Cortex-M4", 0, 0x200000, 0x20000000, 0x30000},
-      {"ATSAME70Q21", "ATSAME70Q21", "Cortex-M7", 0x00400000, 0x200000, 0x20400000, 0x60000},
-  };
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(Case.sName);
-    const int Index = API.VNODEARM_DEVICE_GetIndex(Case.sName);
-    ASSERT_GT(Index, 0);
-    const VNODEARM_DEVICE_INFO Device = Info(Index);
-    EXPECT_STREQ(Device.sName, Case.sExact);
-    EXPECT_EQ(CoreName(Device.Core), Case.sCore);
-    EXPECT_EQ(Device.FlashAddr, Case.FlashAddr);
-    EXPECT_EQ(Device.FlashSize, Case.FlashSize);
-    EXPECT_EQ(Device.RAMAddr, Case.RAMAddr);
-    EXPECT_EQ(Device.RAMSize, Case.RAMSize);
+  using PART = std::tuple<const char*, std::string, std::string, U32, U32, U32, U32>;
+  for (const auto& [sName, sExact, sCore, FlashAddr, FlashSize, RAMAddr, RAMSize] :
+       {PART{"nrf52840_XXAA", "nRF52840_xxAA", "Cortex-M4", 0, 0x100000, 0x20000000, 0x40000},
+        PART{"nRF51822_xxAA", "nRF51822_xxAA", "Cortex-M0", 0, 0x40000, 0x20000000, 0x4000},
+        PART{"ATSAME70Q21", "ATSAME70Q21", "Cortex-M7", 0x00400000, 0x200000, 0x20400000, 0x60000}}) {
+    const VNODEARM_DEVICE_INFO Device = Info(API.VNODEARM_DEVICE_GetIndex(sName));
+    EXPECT_EQ((std::pair<std::string, std::string>(Device.sName, CoreName(Device.Core))), std::pair(sExact, sCore));
+    EXPECT_THAT((std::array{Device.FlashAddr, Device.FlashSize, Device.RAMAddr, Device.RAMSize}),
+                testing::ElementsAre(FlashAddr, FlashSize, RAMAddr, RAMSize));
   }
   EXPECT_LT(API.VNODEARM_DEVICE_GetIndex("NoSuchPart"), 0);
   EXPECT_LT(API.VNODEARM_DEVICE_GetIndex(""), 0);
@@ -94,10 +81,7 @@ TEST_F(DeviceListTest, UsersFileAddsAndReplaces) {
   EXPECT_EQ(API.VNODEARM_DEVICE_GetIndex("mypart"), Index);
   EXPECT_EQ(Info(Index).FlashSize, 0x1000u);
 
-  const struct {
-    const char* sLine;
-    const char* sError;
-  } CASES[] = {
+  const std::pair<const char*, const char*> CASES[] = {
       {"Bad, Me, Cortex-M3", "fields expected"},
       {"Bad, Me, Cortex-X9, 10, 20, -, 0x0+1K", "unknown core Cortex-X9"},
       {"Bad, Me, Cortex-M3, 0, 20, -, 0x0+1K", "invalid number"},
@@ -106,8 +90,8 @@ TEST_F(DeviceListTest, UsersFileAddsAndReplaces) {
       {"Bad, Me, Cortex-M3, 10, 20, -, 0x0+5000M", "invalid memory range"},
       {"Bad, Me, Cortex-M3, 10, 20, 0x0+2K, 0x400+4K", "overlap"},
   };
-  for (const auto& Case : CASES) {
-    EXPECT_THAT(AddLine(Case.sLine), testing::AllOf(testing::HasSubstr("line 2"), testing::HasSubstr(Case.sError)));
+  for (const auto& [sLine, sError] : CASES) {
+    EXPECT_THAT(AddLine(sLine), testing::AllOf(testing::HasSubstr("line 2"), testing::HasSubstr(sError)));
     EXPECT_LT(API.VNODEARM_DEVICE_GetIndex("Bad"), 0);
   }
   std::remove(sPath.c_str());

@@ -34,9 +34,9 @@ TEST_F(MemoryTest, TransfersAnyWidthAtAnyAddress) {
         std::vector<U8> Read(Size);
         ASSERT_EQ(API.VNODEARM_ReadMemEx(Addr, Size, Read.data(), Width), static_cast<int>(Size));
         EXPECT_TRUE(std::equal(Read.begin(), Read.end(), Pattern.begin()));
-        std::vector<U8> All(32);
-        ASSERT_EQ(API.VNODEARM_ReadMem(RAM_START, 32, All.data()), 0);
-        EXPECT_EQ(std::count(All.begin(), All.end(), 0), 32 - static_cast<long>(Size)) << "wrote beside the range";
+        U8 aAll[32];
+        ASSERT_EQ(API.VNODEARM_ReadMem(RAM_START, 32, aAll), 0);
+        EXPECT_EQ(std::count(aAll, aAll + 32, 0), 32 - static_cast<long>(Size)) << "wrote beside the range";
       }
     }
   }
