@@ -1,11 +1,14 @@
 // Edits of project texts: what goes, what comes, and what of the user's text has to stay.
 
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include "base/types.h"
 #include "project/project_text.h"
 #include "script/ctrans.h"
 #include "script/hook_table.h"
+#include "tests/common/print.h"
 #include "text_rules.h"
 
 namespace {
@@ -16,9 +19,7 @@ struct EDIT_CASE {
   const char* sAfter;
 };
 
-QString Text(const char* s) {
-  return QString::fromUtf8(s);
-}
+const QString HEAD = "void OnProjectLoad (void) ";
 
 TEST(ProjectText, FindsTheBodyBetweenWhatOnlyLooksLikeIt) {
   const struct {
@@ -37,12 +38,12 @@ TEST(ProjectText, FindsTheBodyBetweenWhatOnlyLooksLikeIt) {
       {"void OnProjectLoad (void) { /* }", "-"},
   };
   for (const auto& Case : aCases) {
-    const QString sText = Text(Case.sText);
+    const QString sText = Case.sText;
     const qsizetype Start = FindBodyStart(sText);
     EXPECT_EQ(Start < 0, Case.sBody == nullptr) << Case.sText;
     if (Start < 0 || !Case.sBody) continue;
     const qsizetype End = FindBodyEnd(sText, Start);
-    EXPECT_EQ(End < 0 ? QStringLiteral("-") : sText.mid(Start, End - Start), Text(Case.sBody)) << Case.sText;
+    EXPECT_EQ(End < 0 ? "-" : sText.mid(Start, End - Start), Case.sBody) << Case.sText;
   }
 }
 
@@ -67,10 +68,9 @@ TEST(ProjectText, RemovesCallsAndNothingElse) {
        "{\n  P.X (a\")b\"; // c\n  if (1) { b(1); }\n}"},
       {"another function's", "{\n}\nvoid Y (void) {\n  P.X(1);\n}", "{\n}\nvoid Y (void) {\n  P.X(1);\n}"},
   };
-  const QString sHead = QStringLiteral("void OnProjectLoad (void) ");
   for (const EDIT_CASE& Case : aCases) {
-    const TEXT_EDIT Edit = RemoveCommand(sHead + Text(Case.sBefore), QStringLiteral("P.X"));
-    EXPECT_EQ(Edit.sText.toStdString(), (sHead + Text(Case.sAfter)).toStdString()) << Case.sName;
+    const TEXT_EDIT Edit = RemoveCommand(HEAD + Case.sBefore, "P.X");
+    EXPECT_EQ(Edit.sText, HEAD + Case.sAfter) << Case.sName;
     EXPECT_EQ(Edit.sError, QString()) << Case.sName;
   }
 }
@@ -85,15 +85,12 @@ TEST(ProjectText, InsertsWithinTheBody) {
        "{\n  N();\n}\n// MARK\nvoid Y (void) {\n}"},
       {"a marker on the last line", "{\n  b(); /* MARK */ }\n", "{\n  N();\n  b(); /* MARK */ }\n"},
   };
-  const QString sHead = QStringLiteral("void OnProjectLoad (void) ");
   for (const EDIT_CASE& Case : aCases) {
-    const TEXT_EDIT Edit =
-        InsertBehindMarker(sHead + Text(Case.sBefore), QStringLiteral("MARK"), {QStringLiteral("N();")});
-    EXPECT_EQ(Edit.sText.toStdString(), (sHead + Text(Case.sAfter)).toStdString()) << Case.sName;
+    EXPECT_EQ(InsertBehindMarker(HEAD + Case.sBefore, "MARK", {"N();"}).sText, HEAD + Case.sAfter) << Case.sName;
   }
 }
 
-const QString USER_TEXT = QStringLiteral(
+const QString USER_TEXT =
     "void OnProjectLoad (void) {\n"
     "  //\n  // Dialog-generated settings\n  //\n"
     "  Project.SetDevice (\"old\");\n"
@@ -106,11 +103,11 @@ const QString USER_TEXT = QStringLiteral(
     "  Project.AddSvdFile (\"a.svd\");\n"
     "  //\n  // User settings\n  //\n"
     "  File.Open (\"a.elf\");\n"
-    "}\n");
+    "}\n";
 
 TEST(ProjectText, SettingsReplaceTheirOwnKindOnly) {
-  const TEXT_EDIT VNode = ReplaceVNodeCommands(
-      USER_TEXT, {QStringLiteral("Project.SetDevice (\"new\");"), QStringLiteral("Project.SetTIFSpeed (\"1 MHz\");")});
+  const TEXT_EDIT VNode =
+      ReplaceVNodeCommands(USER_TEXT, {"Project.SetDevice (\"new\");", "Project.SetTIFSpeed (\"1 MHz\");"});
   EXPECT_EQ(VNode.sText.toStdString(),
             "void OnProjectLoad (void) {\n"
             "  //\n  // Dialog-generated settings\n  //\n"
@@ -123,38 +120,42 @@ TEST(ProjectText, SettingsReplaceTheirOwnKindOnly) {
             "  //\n  // User settings\n  //\n"
             "  File.Open (\"a.elf\");\n"
             "}\n");
-  const TEXT_EDIT Trace = ReplaceTraceCommands(VNode.sText, {QStringLiteral("Project.SetTraceSource (\"None\");")});
-  EXPECT_TRUE(Trace.sText.contains(QStringLiteral(
-      "  Project.SetTIFSpeed (\"1 MHz\");\n  Project.SetTraceSource (\"None\");\n\n  // Project.SetDevice")))
+  const TEXT_EDIT Trace = ReplaceTraceCommands(VNode.sText, {"Project.SetTraceSource (\"None\");"});
+  EXPECT_TRUE(Trace.sText.contains(
+      "  Project.SetTIFSpeed (\"1 MHz\");\n  Project.SetTraceSource (\"None\");\n\n  // Project.SetDevice"))
       << Trace.sText.toStdString();
-  EXPECT_FALSE(Trace.sText.contains(QStringLiteral("SWO")));
-  const TEXT_EDIT Appended = AppendCommands(USER_TEXT, {QStringLiteral("Project.AddSvdFile (\"b.svd\");")});
-  EXPECT_TRUE(HasCommand(Appended.sText, QStringLiteral("Project.AddSvdFile")));
-  EXPECT_EQ(Appended.sText.count(QStringLiteral("AddSvdFile")), 2);
-  EXPECT_FALSE(HasCommand(USER_TEXT, QStringLiteral("Project.AddSvd")));
-  EXPECT_FALSE(HasCommand(USER_TEXT, QStringLiteral("User settings")));
+  EXPECT_FALSE(Trace.sText.contains("SWO"));
+  const TEXT_EDIT Appended = AppendCommands(USER_TEXT, {"Project.AddSvdFile (\"b.svd\");"});
+  EXPECT_TRUE(HasCommand(Appended.sText, "Project.AddSvdFile"));
+  EXPECT_EQ(Appended.sText.count("AddSvdFile"), 2);
+  EXPECT_FALSE(HasCommand(USER_TEXT, "Project.AddSvd"));
+  EXPECT_FALSE(HasCommand(USER_TEXT, "User settings"));
 }
 
-TEST(ProjectText, SpeedOnTheLastLineKeepsTraceCommandsInside) {
-  const TEXT_EDIT Edit = ReplaceTraceCommands(
-      QStringLiteral("void OnProjectLoad (void) { Project.SetTIFSpeed (\"1 MHz\"); }\nvoid Y (void) {\n}\n"),
-      {QStringLiteral("Project.ConfigSWO (1, 2);")});
-  EXPECT_EQ(Edit.sText.toStdString(),
-            "void OnProjectLoad (void) { Project.SetTIFSpeed (\"1 MHz\");\n  Project.ConfigSWO (1, 2);\n }\n"
-            "void Y (void) {\n}\n");
+TEST(ProjectText, CommandsReplaceTheirOwnKind) {
+  const EDIT_CASE aCases[] = {
+      {"behind the mark", "{\n  //\n  // Dialog-generated settings\n  //\n  P.X (1);\n  a();\n}",
+       "{\n  //\n  // Dialog-generated settings\n  //\n  P.X (2);\n  P.Y ();\n  a();\n}"},
+      {"no mark, twice the same", "{\n  if (1) {\n    P.XY (0);\n  }\n  P.X (1);\n  P.X (1);\n}",
+       "{\n  P.X (2);\n  P.Y ();\n  if (1) {\n    P.XY (0);\n  }\n}"},
+      {"on one line", "{ P.X (1); a(); }", "{\n  P.X (2);\n  P.Y ();\n  a(); }"},
+  };
+  for (const EDIT_CASE& Case : aCases) {
+    EXPECT_EQ(ReplaceCommands(HEAD + Case.sBefore, {"P.X (2);", "P.Y ();"}).sText, HEAD + Case.sAfter) << Case.sName;
+  }
+  const QString sSpeed = "{ Project.SetTIFSpeed (\"1 MHz\");";
+  EXPECT_EQ(ReplaceTraceCommands(HEAD + sSpeed + " }\nvoid Y (void) {\n}\n", {"N();"}).sText,
+            HEAD + sSpeed + "\n  N();\n }\nvoid Y (void) {\n}\n");
 }
 
 TEST(ProjectText, FailuresHaveTheirTextsAndChangeNothing) {
-  const EDIT_CASE aCases[] = {
-      {"Could not determine text position of function body start", "void Other (void) {\n}\n", ""},
-      {"Could not determine text position of function body end", "void OnProjectLoad (void) {\n", ""},
-      {"Could not determine text position of function body start", "", ""},
-  };
-  for (const EDIT_CASE& Case : aCases) {
-    for (const TEXT_EDIT& Edit : {ReplaceCommands(Text(Case.sBefore), {QStringLiteral("A (1);")}),
-                                  ReplaceTraceCommands(Text(Case.sBefore), {})}) {
-      EXPECT_EQ(Edit.sError, Text(Case.sName));
-      EXPECT_EQ(Edit.sText, Text(Case.sBefore));
+  const QString sError = "Could not determine text position of function body ";
+  const std::pair<const char*, const char*> aCases[] = {
+      {"void Other (void) {\n}\n", "start"}, {"void OnProjectLoad (void) {\n", "end"}, {"", "start"}};
+  for (const auto& [sText, sPlace] : aCases) {
+    for (const TEXT_EDIT& Edit : {ReplaceCommands(sText, {"A (1);"}), ReplaceTraceCommands(sText, {})}) {
+      EXPECT_EQ(Edit.sError, sError + sPlace);
+      EXPECT_EQ(Edit.sText, sText);
     }
   }
 }
@@ -162,12 +163,11 @@ TEST(ProjectText, FailuresHaveTheirTextsAndChangeNothing) {
 // What the script engine ran before and what it runs after an edit differ by the edited commands alone.
 TEST(ProjectText, AnEditedProjectRuns) {
   const QString sMade =
-      MakeProjectText({QStringLiteral("Project.SetDevice (\"A\");"), QStringLiteral("Project.SetTIFSpeed (\"4 MHz\");"),
-                       QStringLiteral("File.Open (\"a.elf\");")});
-  QString sText = ReplaceVNodeCommands(sMade, {QStringLiteral("Project.SetDevice (\"B\");")}).sText;
-  sText.replace(QStringLiteral("  //\n  // User"),
-                QStringLiteral("  if (0) Project.SetDevice (\"C\");\n  //\n  // User"));
-  sText = ReplaceCommands(sText, {QStringLiteral("Project.SetDevice (\"D\");")}).sText;
+      MakeProjectText({"Project.SetDevice (\"A\");", "Project.SetTIFSpeed (\"4 MHz\");", "File.Open (\"a.elf\");"});
+  for (int ID = 2; ID <= NUM_HOOKS; ++ID) EXPECT_TRUE(sMade.contains("//void " + GetHookName(ID))) << ID;
+  QString sText = ReplaceVNodeCommands(sMade, {"Project.SetDevice (\"B\");"}).sText;
+  sText.replace("  //\n  // User", "  if (0) Project.SetDevice (\"C\");\n  //\n  // User");
+  sText = ReplaceCommands(sText, {"Project.SetDevice (\"D\");"}).sText;
   QStringList Calls;
   CTrans Engine(sText.toStdString(), {});
   for (const char* sApi : {"Project.SetDevice", "Project.SetTIFSpeed", "File.Open"}) {
@@ -179,18 +179,14 @@ TEST(ProjectText, AnEditedProjectRuns) {
   }
   EXPECT_EQ(Engine.ParseGlobals(), 0);
   EXPECT_EQ(Engine.CallFunction("OnProjectLoad"), CTRANS_OK) << sText.toStdString();
-  EXPECT_EQ(Calls, (QStringList{QStringLiteral("D"), QStringLiteral("a.elf")}));
+  EXPECT_EQ(Calls, (QStringList{"D", "a.elf"}));
 }
 
 // The fuzz target's rules on texts cut out of and pasted into a real one.
 TEST(ProjectText, RulesHoldForDamagedTexts) {
-  const QString sPieces =
-      USER_TEXT + QStringLiteral("/* */ // \" ' \\ { } ( ) ; \r\n if else OnProjectLoad Project.SetDevice");
-  U32 Seed = 1;
-  const auto Next = [&Seed](qsizetype Limit) {
-    Seed = Seed * 1664525u + 1013904223u;
-    return static_cast<qsizetype>((Seed >> 8) % static_cast<U32>(Limit));
-  };
+  const QString sPieces = USER_TEXT + "/* */ // \" ' \\ { } ( ) ; \r\n if else OnProjectLoad Project.SetDevice";
+  std::mt19937 Random(1);
+  const auto Next = [&Random](qsizetype Limit) { return static_cast<qsizetype>(Random() % static_cast<U32>(Limit)); };
   for (int i = 0; i < 3000; ++i) {
     QString sText = USER_TEXT;
     for (qsizetype n = 0; n < 1 + i % 6; ++n) {

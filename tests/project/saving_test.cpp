@@ -2,46 +2,30 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <csignal>
 
 #include "project/project.h"
 #include "script/text_file.h"
 #include "script/vscript.h"
 #include "shell/log/log.h"
+#include "tests/common/file_size_limit.h"
+#include "tests/common/files.h"
+#include "tests/common/print.h"
 
 namespace {
 
 constexpr uid_t NOBODY = 65534;
 
-// No file may grow while the limit stands, as on a full disk.
-class CFileSizeLimit {
-public:
-  CFileSizeLimit() {
-    getrlimit(RLIMIT_FSIZE, &m_Old);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit None{0, m_Old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &None);
-  }
-  ~CFileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_Old); }
-
-private:
-  rlimit m_Old{};
-};
-
 // Permissions do not bind the super-user.
 class CPlainUser {
 public:
   CPlainUser() : m_bWasRoot(geteuid() == 0 && seteuid(NOBODY) == 0) {}
-  ~CPlainUser() {
-    if (m_bWasRoot) EXPECT_EQ(seteuid(0), 0);
-  }
+  ~CPlainUser() { EXPECT_EQ(m_bWasRoot ? seteuid(0) : 0, 0); }
 
 private:
   bool m_bWasRoot;
@@ -49,158 +33,117 @@ private:
 
 class SavingTest : public testing::Test {
 protected:
-  QString Path(const char* sName) const { return m_Dir.filePath(QLatin1String(sName)); }
-  void Write(const QString& sPath, const QByteArray& Bytes) {
-    QFile File(sPath);
-    ASSERT_TRUE(File.open(QIODevice::WriteOnly));
-    File.write(Bytes);
+  SavingTest() {
+    CProject::Get().SetHost({});
+    CProject::Get().Close();
+    VScript::Close();
   }
-  static QByteArray Read(const QString& sPath) {
-    QFile File(sPath);
-    return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray("<missing>");
-  }
-  QStringList Entries() const { return QDir(m_Dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System); }
-  // What reached the log while a write failed.
-  template <typename FUNC>
-  QString LogOf(FUNC Write) {
+  ~SavingTest() override { CProject::Get().SetHost({}); }
+
+  QString Path(const char* sName) const { return m_Dir.filePath(sName); }
+  // The old file stays, with nothing beside it, and the log says so.
+  template <typename TROUBLE>
+  void ExpectFailure(const QString& sPath) {
     const QString sLog = Path("log.txt");
     OpenLogFile(LOG_FILE_APPLICATION, sLog.toUtf8().constData());
-    Write();
+    {
+      const TROUBLE Trouble;
+      EXPECT_FALSE(WriteTextFile(sPath, QString("new\n").repeated(10000)));
+    }
     CloseLogFiles();
-    const QString sText = QString::fromUtf8(Read(sLog));
-    QFile::remove(sLog);
-    return sText;
+    EXPECT_EQ(ReadBytes(sPath), "old\r\n");
+    const QDir Dir(QFileInfo(sPath).path());
+    EXPECT_EQ(Dir.entryList(QDir::Files | QDir::Hidden | QDir::System), QStringList{"a.vdebug"});
+    EXPECT_TRUE(ReadBytes(sLog).contains("Could not write \"" + sPath.toUtf8())) << ReadBytes(sLog).toStdString();
   }
 
   QTemporaryDir m_Dir;
 };
 
-TEST_F(SavingTest, AFullDiskKeepsTheOldFileAndSaysSo) {
-  const QString sPath = Path("a.vdebug");
-  Write(sPath, "old\r\n");
-  bool bWritten = true;
-  // The log itself is closed, and so written, when the disk has room again.
-  const QString sLog = LogOf([&] {
-    const CFileSizeLimit Full;
-    bWritten = WriteTextFile(sPath, QStringLiteral("new\n").repeated(10000));
-  });
-  EXPECT_FALSE(bWritten);
-  EXPECT_EQ(Read(sPath), "old\r\n");
-  EXPECT_EQ(Entries(), QStringList{QStringLiteral("a.vdebug")}) << "nothing is left beside it";
-  EXPECT_TRUE(sLog.contains(QStringLiteral("Could not write \"") + sPath)) << sLog.toStdString();
-}
-
-TEST_F(SavingTest, AReadOnlyDirectoryKeepsTheOldFileAndSaysSo) {
+TEST_F(SavingTest, AFullDiskOrAReadOnlyDirectoryKeepsTheOldFileAndSaysSo) {
   const QString sDir = Path("locked");
-  const QString sPath = sDir + QStringLiteral("/a.vdebug");
   ASSERT_TRUE(QDir().mkpath(sDir));
-  Write(sPath, "old");
+  const QString sPath = WriteBytes(sDir + "/a.vdebug", "old\r\n");
+  ExpectFailure<CFileSizeLimit>(sPath);
   ASSERT_EQ(chmod(sPath.toUtf8().constData(), 0666), 0);
   ASSERT_EQ(chmod(sDir.toUtf8().constData(), 0555), 0);
   ASSERT_EQ(chmod(m_Dir.path().toUtf8().constData(), 0755), 0);
-  bool bWritten = true;
-  const QString sLog = LogOf([&] {
-    const CPlainUser User;
-    bWritten = WriteTextFile(sPath, QStringLiteral("new"));
-  });
-  EXPECT_FALSE(bWritten);
-  EXPECT_EQ(Read(sPath), "old");
-  EXPECT_TRUE(sLog.contains(sPath)) << sLog.toStdString();
+  ExpectFailure<CPlainUser>(sPath);
   chmod(sDir.toUtf8().constData(), 0755);
 }
 
 TEST_F(SavingTest, LinksAndPermissionsSurvive) {
-  const QString sFile = Path("real.vdebug");
+  const QString sFile = WriteBytes(Path("real.vdebug"), "old");
   const QString sLink = Path("link.vdebug");
   const QString sSecond = Path("second.vdebug");
   const QString sDangling = Path("dangling.vdebug");
-  Write(sFile, "old");
   ASSERT_EQ(chmod(sFile.toUtf8().constData(), 0640), 0);
-  ASSERT_TRUE(QFile::link(QStringLiteral("real.vdebug"), sLink));
-  ASSERT_TRUE(QFile::link(QStringLiteral("link.vdebug"), sSecond));
-  ASSERT_TRUE(QFile::link(QStringLiteral("made.vdebug"), sDangling));
-  ASSERT_TRUE(WriteTextFile(sSecond, QStringLiteral("new")));
-  EXPECT_EQ(Read(sFile), "new");
+  ASSERT_TRUE(QFile::link("real.vdebug", sLink));
+  ASSERT_TRUE(QFile::link("link.vdebug", sSecond));
+  ASSERT_TRUE(QFile::link("made.vdebug", sDangling));
+  ASSERT_TRUE(WriteTextFile(sSecond, "new"));
+  EXPECT_EQ(ReadBytes(sFile), "new");
   EXPECT_TRUE(QFileInfo(sLink).isSymLink());
   EXPECT_TRUE(QFileInfo(sSecond).isSymLink());
-  struct stat Info;
-  ASSERT_EQ(stat(sFile.toUtf8().constData(), &Info), 0);
-  EXPECT_EQ(Info.st_mode & 0777u, 0640u);
-  ASSERT_TRUE(WriteTextFile(sDangling, QStringLiteral("made")));
+  using enum QFileDevice::Permission;
+  EXPECT_EQ(QFileInfo(sFile).permissions() & ~(ReadUser | WriteUser), ReadOwner | WriteOwner | ReadGroup);
+  ASSERT_TRUE(WriteTextFile(sDangling, "made"));
   EXPECT_TRUE(QFileInfo(sDangling).isSymLink());
-  EXPECT_EQ(Read(Path("made.vdebug")), "made");
+  EXPECT_EQ(ReadBytes(Path("made.vdebug")), "made");
 }
 
 TEST_F(SavingTest, ReadsWhatItIsGivenWithoutLosingCharacters) {
-  const struct {
-    QByteArray Bytes;
-    QString sText;
-  } aCases[] = {
-      {"caf\xC3\xA9", QStringLiteral(u"caf\u00E9")},
-      {"caf\xE9", QStringLiteral(u"caf\u00E9")},  // Latin-1
-      {"\xEF\xBB\xBF"
-       "a",
-       QStringLiteral("a")},
-      {QByteArray("\xFF\xFE"
-                  "a\0",
-                  4),
-       QStringLiteral("a")},
-      {"", QString()},
+  const std::pair<QByteArray, QString> aCases[] = {
+      {"caf\303\251", "caf\u00E9"},  // UTF-8
+      {"caf\351", "caf\u00E9"},      // Latin-1
+      {"\357\273\277a", "a"},       {QByteArray("\377\376a\0", 4), "a"}, {"", ""},
   };
-  for (const auto& Case : aCases) {
-    Write(Path("t"), Case.Bytes);
+  for (const auto& [Bytes, sText] : aCases) {
     bool bOk = false;
-    EXPECT_EQ(ReadTextFile(Path("t"), &bOk), Case.sText) << Case.Bytes.toHex().toStdString();
+    EXPECT_EQ(ReadTextFile(WriteBytes(Path("t"), Bytes), &bOk), sText) << Bytes.toHex().toStdString();
     EXPECT_TRUE(bOk);
   }
-  ASSERT_TRUE(WriteTextFile(Path("t"), QStringLiteral(u"a\r\nb\rc\nd\u00E9")));
-  EXPECT_EQ(Read(Path("t")), "a\r\nb\r\nc\r\nd\xC3\xA9");
+  ASSERT_TRUE(WriteTextFile(Path("t"), "a\r\nb\rc\nd\u00E9"));
+  EXPECT_EQ(ReadBytes(Path("t")), "a\r\nb\r\nc\r\nd\xC3\xA9");
 }
 
 TEST_F(SavingTest, AProjectThatCouldNotBeSavedStaysModified) {
   CProject& Project = CProject::Get();
-  VScript::Close();
-  Project.SetHost({});
-  const QString sPath = Path("a.vdebug");
   Project.Create({});
   {
     const CFileSizeLimit Full;
-    EXPECT_FALSE(Project.Save(sPath));
+    EXPECT_FALSE(Project.Save(Path("a.vdebug")));
   }
   EXPECT_TRUE(Project.IsModified());
   EXPECT_EQ(Project.GetFileName(), QString());
-  EXPECT_TRUE(Project.Save(sPath));
+  EXPECT_TRUE(Project.Save(Path("a.vdebug")));
   EXPECT_FALSE(Project.IsModified());
 }
 
 TEST_F(SavingTest, ATextThatCouldNotBeSavedIsMadeAnewFromTheSettingsOfThen) {
   CProject& Project = CProject::Get();
-  Project.SetHost({});
-  Project.Close();
-  VScript::Close();
-  Project.SetProgramFile(QStringLiteral("first.elf"));
+  Project.SetProgramFile("first.elf");
   EXPECT_FALSE(Project.Save(Path("no/such/a.vdebug")));
-  Project.SetProgramFile(QStringLiteral("second.elf"));
+  Project.SetProgramFile("second.elf");
   ASSERT_TRUE(Project.Save(Path("a.vdebug")));
-  EXPECT_TRUE(Read(Path("a.vdebug")).contains("second.elf"));
-  EXPECT_FALSE(Read(Path("a.vdebug")).contains("first.elf"));
+  EXPECT_TRUE(ReadBytes(Path("a.vdebug")).contains("second.elf"));
+  EXPECT_FALSE(ReadBytes(Path("a.vdebug")).contains("first.elf"));
 }
 
 TEST_F(SavingTest, EditsOfTheLoadedFileOutliveTheNextSave) {
   CProject& Project = CProject::Get();
-  Project.SetHost({});
-  const QString sPath = Path("a.vdebug");
-  Write(sPath, "void OnProjectLoad (void) {\r\n  // mine\r\n  Project.SetDevice (\"A\");\r\n}\r\n");
+  const QString sPath =
+      WriteBytes(Path("a.vdebug"), "void OnProjectLoad (void) {\r\n  // mine\r\n  Project.SetDevice (\"A\");\r\n}\r\n");
   ASSERT_EQ(VScript::Load(sPath), 0);
-  EXPECT_TRUE(Project.HasCommand(QStringLiteral("Project.SetDevice")));
-  EXPECT_FALSE(Project.HasCommand(QStringLiteral("Project.SetHostIF")));
-  ASSERT_TRUE(Project.UpdateVNodeCommands(sPath, {QStringLiteral("Project.SetHostIF (\"USB\", \"\");")}));
-  EXPECT_FALSE(Project.HasCommand(QStringLiteral("Project.SetDevice")));
+  EXPECT_TRUE(Project.HasCommand("Project.SetDevice"));
+  EXPECT_FALSE(Project.HasCommand("Project.SetHostIF"));
+  ASSERT_TRUE(Project.UpdateVNodeCommands(sPath, {"Project.SetHostIF (\"USB\", \"\");"}));
+  EXPECT_FALSE(Project.HasCommand("Project.SetDevice"));
   ASSERT_TRUE(Project.Save(sPath));
-  EXPECT_EQ(Read(sPath), "void OnProjectLoad (void) {\r\n  Project.SetHostIF (\"USB\", \"\");\r\n  // mine\r\n}\r\n");
-  Write(Path("empty.vdebug"), "");
-  EXPECT_FALSE(Project.AddCommands(Path("empty.vdebug"), {QStringLiteral("A ();")}));
-  EXPECT_FALSE(Project.AddCommands(Path("missing.vdebug"), {QStringLiteral("A ();")}));
+  EXPECT_EQ(ReadBytes(sPath),
+            "void OnProjectLoad (void) {\r\n  Project.SetHostIF (\"USB\", \"\");\r\n  // mine\r\n}\r\n");
+  EXPECT_FALSE(Project.AddCommands(WriteBytes(Path("empty.vdebug"), ""), {"A ();"}));
+  EXPECT_FALSE(Project.AddCommands(Path("missing.vdebug"), {"A ();"}));
 }
 
 TEST_F(SavingTest, AProjectIsKnownByItsPathWithoutLinks) {
@@ -209,16 +152,14 @@ TEST_F(SavingTest, AProjectIsKnownByItsPathWithoutLinks) {
   PROJECT_HOST Host;
   Host.SetProjectPath = [&Paths](const QString& sPath) { Paths << sPath; };
   Project.SetHost(Host);
-  Project.Close();
-  Write(Path("real.vdebug"), "void OnProjectLoad (void) {\n}\n");
-  ASSERT_TRUE(QFile::link(QStringLiteral("real.vdebug"), Path("link.vdebug")));
+  WriteBytes(Path("real.vdebug"), "void OnProjectLoad (void) {\n}\n");
+  ASSERT_TRUE(QFile::link("real.vdebug", Path("link.vdebug")));
   ASSERT_EQ(VScript::Load(Path("link.vdebug")), 0);
   ASSERT_TRUE(Project.Save(Path("link.vdebug")));
   const QString sReal = QFileInfo(Path("real.vdebug")).canonicalFilePath();
   EXPECT_EQ(Project.GetProjectId(), sReal);
   EXPECT_EQ(Paths, QStringList{sReal});
   EXPECT_EQ(Project.GetFileName(), Path("link.vdebug"));
-  Project.SetHost({});
 }
 
 }  // namespace
