@@ -27,11 +27,8 @@ CFirmware& CFirmware::Word(U32 Offset, U32 Value) {
 
 CFirmware CFirmware::Counter(U32 Base) {
   CFirmware Firmware(Base);
-  Firmware.Code(ENTRY, {0x4803,    // LDR R0, =COUNTER
-                        0x2100,    // MOVS R1, #0
-                        0x3101,    // ADDS R1, #1
-                        0x6001,    // STR R1, [R0]
-                        0xE7FC});  // B ADDS
+  // LDR R0, =COUNTER; MOVS R1, #0; ADDS R1, #1; STR R1, [R0]; B ADDS
+  Firmware.Code(ENTRY, {0x4803, 0x2100, 0x3101, 0x6001, 0xE7FC});
   return Firmware.Word(ENTRY + 0x10, COUNTER);
 }
 
@@ -39,21 +36,12 @@ CFirmware CFirmware::Ticker(U32 Base, U32 ReloadCycles) {
   constexpr U32 HANDLER = 0x180;
   CFirmware Firmware(Base);
   Firmware.Word(15 * 4, Base + HANDLER + 1);
-  Firmware.Code(ENTRY, {0x4807,    // LDR R0, =SysTick
-                        0x4908,    // LDR R1, =ReloadCycles
-                        0x6041,    // STR R1, [R0, #4]
-                        0x2100,    // MOVS R1, #0
-                        0x6081,    // STR R1, [R0, #8]
-                        0x2107,    // MOVS R1, #7
-                        0x6001,    // STR R1, [R0]
-                        0xBF30,    // WFI
-                        0xE7FD});  // B WFI
+  // LDR R0, =SysTick; LDR R1, =ReloadCycles; STR R1, [R0, #4]; MOVS R1, #0; STR R1, [R0, #8]; MOVS R1, #7; STR R1,
+  // [R0]; WFI; B WFI
+  Firmware.Code(ENTRY, {0x4807, 0x4908, 0x6041, 0x2100, 0x6081, 0x2107, 0x6001, 0xBF30, 0xE7FD});
   Firmware.Word(ENTRY + 0x20, 0xE000E010).Word(ENTRY + 0x24, ReloadCycles);
-  Firmware.Code(HANDLER, {0x4A02,    // LDR R2, =COUNTER
-                          0x6813,    // LDR R3, [R2]
-                          0x3301,    // ADDS R3, #1
-                          0x6013,    // STR R3, [R2]
-                          0x4770});  // BX LR
+  // LDR R2, =COUNTER; LDR R3, [R2]; ADDS R3, #1; STR R3, [R2]; BX LR
+  Firmware.Code(HANDLER, {0x4A02, 0x6813, 0x3301, 0x6013, 0x4770});
   return Firmware.Word(HANDLER + 0x0C, COUNTER);
 }
 
@@ -67,7 +55,6 @@ void CProbeTest::SetUp() {
     VNODE_API_FUNCS(VNODE_LOAD)
 #undef VNODE_LOAD
   }
-  Messages.Logs.clear();
   Messages.Warnings.clear();
   Messages.Errors.clear();
 #define RECEIVER(List)                    \
@@ -75,7 +62,6 @@ void CProbeTest::SetUp() {
     std::lock_guard Lock(Messages.Mutex); \
     Messages.List.push_back(sText);       \
   }
-  API.VNODEARM_EnableLog(RECEIVER(Logs));
   API.VNODEARM_SetWarnOutHandler(RECEIVER(Warnings));
   API.VNODEARM_SetErrorOutHandler(RECEIVER(Errors));
 #undef RECEIVER

@@ -54,7 +54,7 @@ protected:
 
   struct MESSAGES {
     std::mutex Mutex;
-    std::vector<std::string> Logs, Warnings, Errors;
+    std::vector<std::string> Warnings, Errors;
   };
   static MESSAGES Messages;
 };

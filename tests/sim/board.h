@@ -14,6 +14,7 @@ inline constexpr U32 FLASH_SIZE = 0x10000;
 inline constexpr U32 RAM_START = 0x20000000;
 inline constexpr U32 RAM_SIZE = 0x4000;
 inline constexpr U32 CODE_START = 0x100;
+inline constexpr U32 HANDLER = 0x200;
 
 inline sim::BOARD_SPEC MakeSpec(sim::ARCH Arch = sim::ARCH::ARMV7EM) {
   sim::BOARD_SPEC Spec;
@@ -27,13 +28,14 @@ class CBoard : public sim::CMachine {
 public:
   explicit CBoard(sim::ARCH Arch = sim::ARCH::ARMV7EM) : CMachine(MakeSpec(Arch)) {}
 
-  // Vectors that all lead to HandlerAddr, code at CODE_START; reset.
-  void Load(const std::vector<U16>& aCode, U32 HandlerAddr = CODE_START + 0x100) {
-    std::vector<U32> aVectors(48, HandlerAddr | 1);
+  // Vectors that all lead to a return at HANDLER, code at CODE_START; reset.
+  void Load(const std::vector<U16>& aCode) {
+    std::vector<U32> aVectors(48, HANDLER | 1);
     aVectors[0] = RAM_START + RAM_SIZE;
     aVectors[1] = CODE_START | 1;
     Program(0, static_cast<U32>(aVectors.size() * 4), aVectors.data());
     Program(CODE_START, static_cast<U32>(aCode.size() * 2), aCode.data());
+    Program(HANDLER, 2, "\x70\x47");  // bx lr
     Reset();
   }
   U32 Reg(U32 Index) const {

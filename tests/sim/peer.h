@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unicorn/unicorn.h>
 
+#include <array>
 #include <vector>
 
 #include "probe/sim/machine.h"
@@ -14,8 +15,9 @@ inline constexpr U32 PEER_RAM_START = 0x20000000;
 inline constexpr U32 APSR_MASK = 0xF80F0000;
 
 struct REGS {
-  U32 R[15];
+  std::array<U32, 15> R;
   U32 APSR;
+  bool operator==(const REGS&) const = default;
 };
 
 class CPeer {
@@ -38,10 +40,7 @@ public:
   void ReadRAM(U8* pData, size_t NumBytes) { uc_mem_read(m_pEngine, PEER_RAM_START, pData, NumBytes); }
 
   static int RegId(U32 Index) {
-    constexpr int IDS[] = {UC_ARM_REG_R0,  UC_ARM_REG_R1,  UC_ARM_REG_R2,  UC_ARM_REG_R3, UC_ARM_REG_R4,
-                           UC_ARM_REG_R5,  UC_ARM_REG_R6,  UC_ARM_REG_R7,  UC_ARM_REG_R8, UC_ARM_REG_R9,
-                           UC_ARM_REG_R10, UC_ARM_REG_R11, UC_ARM_REG_R12, UC_ARM_REG_SP, UC_ARM_REG_LR};
-    return IDS[Index];
+    return Index < 13 ? UC_ARM_REG_R0 + static_cast<int>(Index) : Index == 13 ? UC_ARM_REG_SP : UC_ARM_REG_LR;
   }
 
   uc_err Run(REGS* pRegs, U32 Start, U32 End) {

@@ -17,22 +17,14 @@ struct ENCODING {
   std::map<char, U32> Fields;  // the value of each letter
 };
 
+// Register numbers as characters from 'A'.
 const char* LegalRegs(char Letter, U32 NumBits) {
-  // Register numbers as characters from 'A'.
-  switch (Letter) {
-    case 'b':
-      return NumBits == 3 ? "H" : "HJ";
-    case 'x':
-      return "G";
-    case 'h':
-      return "ACDEG";  // of R8, R10, R11, R12, R14
-    case 'n':
-    case 'm':
-    case 'a':
-      return NumBits == 3 ? "ABCDEFGH" : "ABCDEFGHIJKLMO";
-    default:
-      return NumBits == 3 ? "ABCDEF" : "ABCDEFIKLMO";
-  }
+  const bool bLow = NumBits == 3;
+  if (Letter == 'b') return bLow ? "H" : "HJ";
+  if (Letter == 'x') return "G";
+  if (Letter == 'h') return "ACDEG";  // of R8, R10, R11, R12, R14
+  if (std::strchr("nma", Letter)) return bLow ? "ABCDEFGH" : "ABCDEFGHIJKLMO";
+  return bLow ? "ABCDEF" : "ABCDEFIKLMO";
 }
 
 template <class RANDOM>
@@ -70,20 +62,11 @@ ENCODING Draw(const char* sBits, RANDOM Random) {
 bool Keeps(RULE Rule, const ENCODING& E) {
   const U32 Low = (E.Value >> 12 & 7) << 2 | (E.Value >> 6 & 3);
   const U32 Field = E.Value & 31;
-  switch (Rule) {
-    case FIELD_FITS:
-      return Low + Field + 1 <= 32;
-    case FIELD_ORDER:
-      return Field >= Low;
-    case LIST_OF_TWO:
-      return std::popcount(E.Fields.at('l')) >= 2;
-    case EXPANDABLE:
-      return (E.Value & 0x04007000) == 0 || (E.Value & 0x04004000) || (E.Value & 0xFF);
-    case SHIFT_NOT_0:
-      return Low != 0;
-    default:
-      return true;
-  }
+  if (Rule == FIELD_FITS) return Low + Field + 1 <= 32;
+  if (Rule == FIELD_ORDER) return Field >= Low;
+  if (Rule == LIST_OF_TWO) return std::popcount(E.Fields.at('l')) >= 2;
+  if (Rule == EXPANDABLE) return (E.Value & 0x04007000) == 0 || (E.Value & 0x04004000) || (E.Value & 0xFF);
+  return Rule != SHIFT_NOT_0 || Low != 0;
 }
 
 bool Has(sim::ARCH Arch, NEEDS Needs) {
@@ -116,21 +99,11 @@ void CRandomCode::AddBlock() {
 // A branch over one instruction.
 void CRandomCode::AddSkip() {
   m_Names.push_back("skip");
-  switch (Pick(m_Arch == sim::ARCH::ARMV6M ? 2 : 4)) {
-    case 0:
-      m_Code.push_back(static_cast<U16>(0xD000 | Pick(14) << 8));
-      break;
-    case 1:
-      m_Code.push_back(0xE000);
-      break;
-    case 2:
-      m_Code.push_back(static_cast<U16>(0xB100 | Pick(2) << 11 | Pick(8)));
-      break;
-    default:
-      m_Code.push_back(static_cast<U16>(0xF000 | Pick(14) << 6));
-      m_Code.push_back(0x8001);
-      break;
-  }
+  const U32 Kind = Pick(m_Arch == sim::ARCH::ARMV6M ? 2 : 4);
+  if (Kind == 0) m_Code.push_back(static_cast<U16>(0xD000 | Pick(14) << 8));
+  if (Kind == 1) m_Code.push_back(0xE000);
+  if (Kind == 2) m_Code.push_back(static_cast<U16>(0xB100 | Pick(2) << 11 | Pick(8)));
+  if (Kind == 3) m_Code.insert(m_Code.end(), {static_cast<U16>(0xF000 | Pick(14) << 6), U16{0x8001}});
   AddInst(true);
 }
 
@@ -139,13 +112,12 @@ std::vector<U16> CRandomCode::Make(U32 NumInsts) {
   m_Names.clear();
   while (m_Names.size() < NumInsts) {
     const U32 Kind = Pick(16);
-    if (Kind == 0) {
+    if (Kind == 0)
       AddSkip();
-    } else if (Kind < 4 && m_Arch != sim::ARCH::ARMV6M) {
+    else if (Kind < 4 && m_Arch != sim::ARCH::ARMV6M)
       AddBlock();
-    } else {
+    else
       AddInst(false);
-    }
   }
   return m_Code;
 }

@@ -1,8 +1,5 @@
 // What a debugger does: steps, breakpoints, data watches, writing to memory and registers.
 
-#include <array>
-#include <atomic>
-
 #include "tests/sim/board.h"
 
 namespace sim_test {
@@ -22,21 +19,23 @@ constexpr U16 Movs(U16 Reg, U16 Value) {
 // cmp r0, #0; ittee eq; movs r1..r4; bkpt
 const std::vector<U16> BLOCK = {0x2800, 0xBF07, Movs(1, 1), Movs(2, 2), Movs(3, 3), Movs(4, 4), BKPT};
 
+// The registers R1 to R4.
+std::vector<U32> Moved(const CBoard& Board) {
+  return {Board.Reg(1), Board.Reg(2), Board.Reg(3), Board.Reg(4)};
+}
+
 TEST(CStep, EveryInstructionOfABlockIsAStep) {
   CBoard Board;
   Board.Load(BLOCK);
-  const std::array<U8, 6> IT_STATES = {0, 0x07, 0x0E, 0x1C, 0x18, 0};  // after each step
-  for (U32 i = 0; i < IT_STATES.size(); i++) {
+  U32 Num = 0;
+  for (const U32 ItState : {0, 0x07, 0x0E, 0x1C, 0x18, 0}) {  // after each step
     EXPECT_EQ(Board.Step(), STOP::SLICE_END);
-    EXPECT_EQ(Board.Pc(), CODE_START + 2 * (i + 1));
+    EXPECT_EQ(Board.Pc(), CODE_START + 2 * ++Num);
     const U32 XPSR = Board.Reg(VNODE_REG_XPSR);
-    EXPECT_EQ((XPSR >> 8 & 0xFC) | (XPSR >> 25 & 3), IT_STATES[i]) << i;
+    EXPECT_EQ((XPSR >> 8 & 0xFC) | (XPSR >> 25 & 3), ItState) << Num;
   }
   EXPECT_EQ(Board.InstructionCount(), 6u);
-  EXPECT_EQ(Board.Reg(1), 1u);
-  EXPECT_EQ(Board.Reg(2), 2u);
-  EXPECT_EQ(Board.Reg(3), 0u);
-  EXPECT_EQ(Board.Reg(4), 0u);
+  EXPECT_EQ(Moved(Board), (std::vector<U32>{1, 2, 0, 0}));
   EXPECT_EQ(Board.Step(), STOP::BKPT);
   EXPECT_EQ(Board.Pc(), CODE_START + 12);
 }
@@ -44,28 +43,23 @@ TEST(CStep, EveryInstructionOfABlockIsAStep) {
 TEST(CStep, InterruptInsideABlockKeepsIt) {
   CBoard Board;
   Board.Load(BLOCK);
-  const U16 RETURN = 0x4770;
-  Board.Program(CODE_START + 0x100, 2, &RETURN);
   Board.SetWord(0xE000E100, 1);
   for (int i = 0; i < 3; i++) Board.Step();
   Board.RaiseIRQ(0);
   EXPECT_EQ(Board.Step(), STOP::SLICE_END);
-  EXPECT_EQ(Board.Pc(), CODE_START + 0x100);
+  EXPECT_EQ(Board.Pc(), HANDLER);
   EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 16u);
   EXPECT_EQ(Board.Reg(VNODE_REG_XPSR) & 0x0600FC00, 0u);
   EXPECT_EQ(Board.Word(Board.Reg(VNODE_REG_SP) + 24), CODE_START + 6);
   EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-  EXPECT_EQ(Board.Reg(2), 2u);
-  EXPECT_EQ(Board.Reg(3), 0u);
+  EXPECT_EQ(Moved(Board), (std::vector<U32>{1, 2, 0, 0}));
 }
 
 // cmp r0, #0; itt eq; movs r1; ldr r2, [r5]; bkpt: the frame has to hold the block as it was at the load.
 TEST(CStep, FaultInsideABlockCanBeRepeated) {
   CBoard Board;
   Board.Load({0x2800, 0xBF04, Movs(1, 1), 0x682A, BKPT});
-  const U16 RETURN = 0x4770;
-  Board.Program(CODE_START + 0x100, 2, &RETURN);
-  Board.SetCodeBreakpoint(CODE_START + 0x100);
+  Board.SetCodeBreakpoint(HANDLER);
   Board.WriteReg(5, 0x60000000);
   EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
   const U32 Frame = Board.Reg(VNODE_REG_SP);
@@ -110,17 +104,6 @@ TEST(CBreakpoint, InABlockItStopsWhateverTheCondition) {
   EXPECT_EQ(Board.Reg(3), 0u);
 }
 
-TEST(CBreakpoint, ComparatorsAreLimited) {
-  CBoard Board;
-  for (U32 i = 0; i < Board.Spec().NumCodeBreakpoints; i++) EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START + 2 * i));
-  EXPECT_FALSE(Board.SetCodeBreakpoint(CODE_START + 0x40));
-  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START)) << "shares a comparator";
-  Board.ClearCodeBreakpoint(CODE_START);
-  EXPECT_FALSE(Board.SetCodeBreakpoint(CODE_START + 0x40)) << "still needed once";
-  Board.ClearCodeBreakpoint(CODE_START);
-  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START + 0x40));
-}
-
 // Code in RAM that rewrites the instruction behind itself, and a breakpoint there.
 TEST(CCode, StoresToCodeTakeEffect) {
   CBoard Board;
@@ -163,13 +146,9 @@ TEST(CCode, SecondHalfwordIsWatchedToo) {
 const std::vector<U16> ACCESSES = {0x6801, 0x7042, 0x8082, 0xE7FB};
 
 TEST(CWatch, MatchesAddressAccessAndValue) {
-  struct ROW {
-    const char* sName;
-    sim::DATA_WATCH Watch;
-    U32 StopAfter;  // offset of the instruction behind the access, 0 for none
-  };
   const U32 Base = RAM_START + 0x40;
-  const ROW ROWS[] = {
+  // what, watch, offset of the instruction behind the access, 0 for none
+  const std::tuple<const char*, sim::DATA_WATCH, U32> ROWS[] = {
       {"read", {Base, 0, 0, 0xFFFFFFFF, 0, true, false}, 2},
       {"write of a byte in the word", {Base, 3, 0, 0xFFFFFFFF, 0, false, true}, 4},
       {"either", {Base + 4, 0, 0, 0xFFFFFFFF, 0, true, true}, 6},
@@ -180,59 +159,19 @@ TEST(CWatch, MatchesAddressAccessAndValue) {
       {"wrong value", {Base + 4, 0, 0xABCE, 0, 0, false, true}, 0},
       {"beside", {Base + 6, 0, 0, 0xFFFFFFFF, 0, true, true}, 0},
   };
-  for (const ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sName);
+  for (const auto& [sWhat, Watch, StopAfter] : ROWS) {
+    SCOPED_TRACE(sWhat);
     CBoard Board;
     Board.Load(ACCESSES);
     Board.WriteReg(0, Base);
     Board.WriteReg(2, 0xABCD);
-    const int Index = Board.SetDataWatch(Row.Watch);
+    const int Index = Board.SetDataWatch(Watch);
     ASSERT_GE(Index, 0);
-    const STOP Stop = Board.Run(MANY, nullptr, false);
-    EXPECT_EQ(Stop, Row.StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
-    if (Row.StopAfter) {
-      EXPECT_EQ(Board.Pc(), CODE_START + Row.StopAfter);
-    }
+    EXPECT_EQ(Board.Run(MANY, nullptr, false), StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
+    EXPECT_TRUE(!StopAfter || Board.Pc() == CODE_START + StopAfter);
     Board.ClearDataWatch(Index);
     EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
   }
-}
-
-TEST(CRun, SlicesAndStopRequests) {
-  CBoard Board;
-  Board.Load({NOP, 0xE7FD});
-  EXPECT_EQ(Board.Run(1001, nullptr, false), STOP::SLICE_END);
-  EXPECT_EQ(Board.InstructionCount(), 1001u);
-  EXPECT_EQ(Board.Pc(), CODE_START + 2);
-  std::atomic<bool> bStop = true;
-  EXPECT_EQ(Board.Run(1ull << 60, &bStop, false), STOP::REQUESTED);
-}
-
-TEST(CRun, BlankFlashLocksUpUntilReset) {
-  CBoard Board;
-  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::LOCKUP);
-  EXPECT_EQ(Board.Pc(), 0xFFFFFFFEu);
-  const U64 Num = Board.InstructionCount();
-  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::LOCKUP);
-  EXPECT_EQ(Board.Step(), STOP::LOCKUP);
-  EXPECT_EQ(Board.InstructionCount(), Num);
-  Board.Load({Movs(1, 5), BKPT});
-  EXPECT_FALSE(Board.IsInLockup());
-  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-  EXPECT_EQ(Board.Reg(1), 5u);
-}
-
-TEST(CRun, SleepPassesTimeWithoutInstructions) {
-  CBoard Board;
-  Board.Load({0xBF30, Movs(1, 1), BKPT}, CODE_START + 4);  // wfi
-  EXPECT_EQ(Board.Run(1'000'000, nullptr, false), STOP::SLICE_END);
-  EXPECT_TRUE(Board.IsSleeping());
-  EXPECT_EQ(Board.InstructionCount(), 1u);
-  EXPECT_EQ(Board.CycleCount(), 1'000'000u);
-  Board.SetWord(0xE000E100, 2);
-  Board.RaiseIRQ(1);
-  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-  EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 17u);
 }
 
 TEST(CSysTick, CountsDownAndReloads) {
@@ -243,49 +182,17 @@ TEST(CSysTick, CountsDownAndReloads) {
   Board.SetWord(CSR + 4, 10);
   Board.SetWord(CSR + 8, 99);  // any write clears the count
   Board.SetWord(CSR, 5);
-  struct ROW {
-    U64 NumCycles;  // since the row before
-    U32 Count;
-    bool bFlag;
-  };
-  for (const ROW& Row :
-       {ROW{0, 0, false}, {1, 10, false}, {9, 1, false}, {1, 0, true}, {1, 10, true}, {11, 10, true}, {25, 7, true}}) {
-    Board.Run(Row.NumCycles, nullptr, false);
-    EXPECT_EQ(Board.Word(CSR + 8), Row.Count);
-    EXPECT_EQ((Board.Word(CSR) & COUNTFLAG) != 0, Row.bFlag);
+  // cycles since the row before, count, flag
+  const std::tuple<U64, U32, bool> ROWS[] = {{0, 0, false}, {1, 10, false}, {9, 1, false}, {1, 0, true},
+                                             {1, 10, true}, {11, 10, true}, {25, 7, true}};
+  for (const auto& [NumCycles, Count, bFlag] : ROWS) {
+    Board.Run(NumCycles, nullptr, false);
+    EXPECT_EQ(Board.Word(CSR + 8), Count);
+    EXPECT_EQ((Board.Word(CSR) & COUNTFLAG) != 0, bFlag);
   }
   Board.SetWord(CSR, 4);
   Board.Run(5, nullptr, false);
   EXPECT_EQ(Board.Word(CSR + 8), 7u) << "stopped";
-}
-
-TEST(CMemory, DebuggerAccessStopsAtTheFirstHole) {
-  CBoard Board;
-  std::vector<U8> aData(64, 0xA5);
-  EXPECT_EQ(Board.ReadMem(RAM_START + RAM_SIZE - 10, 64, aData.data()), 10u);
-  EXPECT_EQ(Board.WriteMem(RAM_START + RAM_SIZE - 10, 64, aData.data()), 10u);
-  EXPECT_EQ(Board.ReadMem(0x60000000, 4, aData.data(), 4), 0u);
-  EXPECT_EQ(Board.WriteMem(0x10, 4, aData.data(), 4), 0u) << "flash";
-  EXPECT_EQ(Board.Word(0x10), 0xFFFFFFFFu);
-  EXPECT_EQ(Board.Program(FLASH_SIZE - 2, 64, aData.data()), 2u);
-  EXPECT_EQ(Board.ReadMem(0xFFFFFFF0, 64, aData.data()), 0u);
-  EXPECT_EQ(Board.Word(0xE000ED00), 0x410FC241u);
-}
-
-TEST(CMemory, PeripheralsSeeTheCoresAccesses) {
-  CBoard Board;
-  std::vector<U32> aSeen;
-  sim::PERIPHERAL Peripheral;
-  Peripheral.Range = {0x40001000, 0x100};
-  Peripheral.Read = [&](U32 Offset, U32 Width) { return Offset << 8 | Width; };
-  Peripheral.Write = [&](U32 Offset, U32 Value, U32 Width) { aSeen.insert(aSeen.end(), {Offset, Value, Width}); };
-  Board.AddPeripheral(Peripheral);
-  Board.Load({0x8881, 0x7142, BKPT});  // ldrh r1, [r0, #4]; strb r2, [r0, #5]
-  Board.WriteReg(0, 0x40001000);
-  Board.WriteReg(2, 0x1234);
-  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-  EXPECT_EQ(Board.Reg(1), 0x402u);
-  EXPECT_EQ(aSeen, (std::vector<U32>{5, 0x34, 1}));
 }
 
 TEST(CRegisters, StackPointersFollowTheSelection) {
