@@ -7,6 +7,7 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_link.h"
 #include "shell/actions/command_text.h"
+#include "tests/common/print.h"
 
 namespace {
 

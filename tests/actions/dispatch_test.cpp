@@ -15,6 +15,7 @@
 #include "shell/actions/command_console.h"
 #include "shell/log/console_print.h"
 #include "shell/settings/sys_vars.h"
+#include "tests/common/print.h"
 
 using namespace Qt::StringLiterals;
 
@@ -222,13 +223,14 @@ TEST_F(DispatchTest, CheckableActionsToggleAsAClickWould) {
   for (QAction* const pAction : Actions.mid(1)) Group.addAction(pAction);
   LinkActions(&Window);
   QString sChecked;
+  QObject::connect(Actions[0], &QAction::triggered, [&](bool bChecked) { sChecked += bChecked ? "on " : "off "; });
   for (const U32 ID : {ACTION_MEMORY_AUTO_REFRESH, ACTION_MEMORY_AUTO_REFRESH, ACTION_MEMORY_VIEW_2_BYTE_ITEMS,
                        ACTION_MEMORY_VIEW_2_BYTE_ITEMS, ACTION_MEMORY_VIEW_1_BYTE_ITEMS}) {
     TriggerAction(ID);
     for (const QAction* const pAction : Actions) sChecked += pAction->isChecked() ? '1' : '0';
     sChecked += ' ';
   }
-  EXPECT_EQ(sChecked, "100 000 001 001 010 ");
+  EXPECT_EQ(sChecked, "on 100 off 000 001 001 010 ");
   EXPECT_THAT(Console(), IsEmpty()) << "rows without a command have no text";
 }
 

@@ -61,14 +61,11 @@ TEST(ConsolePrint, DrainTakesAHundredMessagesAtATime) {
 }
 
 TEST(ConsolePrint, TimeStampTexts) {
-  const struct {
-    U64 Microseconds;
-    const char* sText;
-  } Cases[] = {
+  const std::pair<U64, const char*> Cases[] = {
       {3'723'004'005, "1:02:03.004 005"}, {12'345'678, "12.345 678"}, {7, "0.000 007"},
       {61'000'000, "1:01.000 000"},       {59'999'999, "59.999 999"}, {3'600'000'000, "1:00:00.000 000"},
   };
-  for (const auto& Case : Cases) EXPECT_EQ(TimeStampText(Case.Microseconds).toStdString(), Case.sText);
+  for (const auto& [Microseconds, sText] : Cases) EXPECT_EQ(TimeStampText(Microseconds).toStdString(), sText);
 }
 
 TEST(ConsolePrint, ManyThreadsLoseAndMixNothing) {

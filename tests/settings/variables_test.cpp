@@ -9,6 +9,7 @@
 #include "shell/settings/preferences.h"
 #include "shell/settings/settings_cache.h"
 #include "shell/settings/sys_vars.h"
+#include "tests/common/print.h"
 
 namespace {
 
