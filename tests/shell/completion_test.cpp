@@ -44,79 +44,67 @@ private Q_SLOTS:
     QVERIFY(QTest::qWaitForWindowActive(m_pInput.get()));
   }
 
-  void offersFitTheParameter_data() {
-    QTest::addColumn<QString>("Line");  // the cursor stands at the '|'
-    QTest::addColumn<QStringList>("Inserts");
-    const auto Row = [](const char* sLine, const QStringList& Inserts) {
-      QTest::newRow(sLine) << QString::fromLatin1(sLine) << Inserts;
-    };
-    Row("debug.st|", {u"Debug.Start"_s, u"Debug.Stop"_s});
-    Row("  debug.sto|", {u"Debug.Stop"_s});
-    Row("resetm|", {u"Debug.SetResetMode "_s});
-    Row("Debug.SetReset|(2)", {u"Debug.SetResetMode"_s});
-    Row("Debug.SetResetMode |", {u"RM_RESET_HALT"_s, u"RM_BREAK_AT_SYMBOL"_s, u"RM_RESET_AND_RUN"_s});
-    Row("Debug.SetResetMode (rm_b|", {u"RM_BREAK_AT_SYMBOL"_s});
-    Row("Debug.Start |", {});
-    Row("No.Such |", {});
-    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_C|", {u"PREF_SHOW_TIMESTAMPS_CONSOLE"_s});
-    Row("Edit.Preference PREF_SHOW_TIMESTAMPS_CONSOLE |", {u"no"_s, u"yes"_s});
-    Row("Edit.SysVar PREF_|", {});
-    Row("Edit.Color (COLOR_PC_B|", {u"COLOR_PC_BACKTRACE"_s});
-    Row("Edit.Font FONT_CONS|", {u"FONT_CONSOLE"_s});
-    Row("Window.Show c|", {u"\"Call Stack\""_s, u"Console"_s});
-    Row("Window.Show \"call s|", {u"\"Call Stack\""_s});
-    Row("Window.Show \"Call Stack\"|", {});
-    Row("Window.Show (\"Sou|", {u"\"Source\""_s});
-    Row("Window.Show (\"Source\")|", {});
-    Row("Toolbar.Show D|", {u"\"Debug Toolbar\""_s});
-    Row("File.Open |", {u"sources/"_s, u"main.c"_s, u"\"Make file\""_s});
-    Row("File.Open M|", {u"main.c"_s, u"\"Make file\""_s});
-    Row("File.Open sources/|", {u"sources/uart.c"_s});
-    Row("File.Open (\"sou|", {u"\"sources/"_s});
-    Row("File.Open .|", {u".hidden"_s});
-    Row("Project.AddSearchPath |", {u"sources/"_s});
-    Row("File.Find ma|", {});
-    Row("Break.SetEx 0x100 bp_type_h|", {u"BP_TYPE_HARD"_s});
-    Row("Break.SetEx (0x100, BP_TYPE_S|", {u"BP_TYPE_SOFT"_s});
-  }
-
   void offersFitTheParameter() {
-    QFETCH(QString, Line);
-    QFETCH(QStringList, Inserts);
-    const int Cursor = static_cast<int>(Line.indexOf(u'|'));
-    QStringList Found;
-    for (const COMPLETION_ITEM& Item : FindCompletions(FindCommandPart(Line.remove(u'|'), Cursor), Sources())) {
-      Found << Item.sInsert;
-    }
-    QCOMPARE(Found, Inserts);
-  }
-
-  void tabCompletes_data() {
-    QTest::addColumn<QString>("Typed");
-    QTest::addColumn<int>("NumTabs");
-    QTest::addColumn<QString>("Line");
-    const auto Row = [](const char* sTyped, int NumTabs, const char* sLine) {
-      QTest::newRow(sTyped) << QString::fromLatin1(sTyped) << NumTabs << QString::fromLatin1(sLine);
+    // The cursor stands at the '|'.
+    const std::pair<QString, QStringList> Rows[] = {
+        {u"debug.st|"_s, {u"Debug.Start"_s, u"Debug.Stop"_s}},
+        {u"  debug.sto|"_s, {u"Debug.Stop"_s}},
+        {u"resetm|"_s, {u"Debug.SetResetMode "_s}},
+        {u"Debug.SetReset|(2)"_s, {u"Debug.SetResetMode"_s}},
+        {u"Debug.SetResetMode |"_s, {u"RM_RESET_HALT"_s, u"RM_BREAK_AT_SYMBOL"_s, u"RM_RESET_AND_RUN"_s}},
+        {u"Debug.SetResetMode (rm_b|"_s, {u"RM_BREAK_AT_SYMBOL"_s}},
+        {u"Debug.Start |"_s, {}},
+        {u"No.Such |"_s, {}},
+        {u"Edit.Preference PREF_SHOW_TIMESTAMPS_C|"_s, {u"PREF_SHOW_TIMESTAMPS_CONSOLE"_s}},
+        {u"Edit.Preference PREF_SHOW_TIMESTAMPS_CONSOLE |"_s, {u"no"_s, u"yes"_s}},
+        {u"Edit.SysVar PREF_|"_s, {}},
+        {u"Edit.Color (COLOR_PC_B|"_s, {u"COLOR_PC_BACKTRACE"_s}},
+        {u"Edit.Font FONT_CONS|"_s, {u"FONT_CONSOLE"_s}},
+        {u"Window.Show c|"_s, {u"\"Call Stack\""_s, u"Console"_s}},
+        {u"Window.Show \"call s|"_s, {u"\"Call Stack\""_s}},
+        {u"Window.Show \"Call Stack\"|"_s, {}},
+        {u"Window.Show (\"Sou|"_s, {u"\"Source\""_s}},
+        {u"Window.Show (\"Source\")|"_s, {}},
+        {u"Toolbar.Show D|"_s, {u"\"Debug Toolbar\""_s}},
+        {u"File.Open |"_s, {u"sources/"_s, u"main.c"_s, u"\"Make file\""_s}},
+        {u"File.Open M|"_s, {u"main.c"_s, u"\"Make file\""_s}},
+        {u"File.Open sources/|"_s, {u"sources/uart.c"_s}},
+        {u"File.Open (\"sou|"_s, {u"\"sources/"_s}},
+        {u"File.Open .|"_s, {u".hidden"_s}},
+        {u"Project.AddSearchPath |"_s, {u"sources/"_s}},
+        {u"File.Find ma|"_s, {}},
+        {u"Break.SetEx 0x100 bp_type_h|"_s, {u"BP_TYPE_HARD"_s}},
+        {u"Break.SetEx (0x100, BP_TYPE_S|"_s, {u"BP_TYPE_SOFT"_s}},
     };
-    Row("debug.sto", 1, "Debug.Stop");
-    Row("debug.s", 1, "debug.s");
-    Row("debug.st", 1, "debug.st");
-    Row("window.s", 1, "Window.Show ");
-    Row("window.show call", 1, "window.show \"Call Stack\"");
-    Row("file.open so", 2, "file.open sources/uart.c");
-    Row("edit.pref", 1, "Edit.Preference ");
-    Row("debug.setresetmode ", 1, "debug.setresetmode RM_");
-    Row("nothing like this", 1, "nothing like this");
+    for (auto [sLine, Inserts] : Rows) {
+      const int Cursor = static_cast<int>(sLine.indexOf(u'|'));
+      QStringList Found;
+      for (const COMPLETION_ITEM& Item : FindCompletions(FindCommandPart(sLine.remove(u'|'), Cursor), Sources())) {
+        Found << Item.sInsert;
+      }
+      QCOMPARE(Found, Inserts);
+    }
   }
 
   void tabCompletes() {
-    QFETCH(QString, Typed);
-    QFETCH(int, NumTabs);
-    QFETCH(QString, Line);
-    Type(Typed);
-    for (int i = 0; i < NumTabs; ++i) Key(Qt::Key_Tab);
-    QCOMPARE(m_pInput->text(), Line);
-    QVERIFY(m_pInput->hasFocus());
+    const std::tuple<QString, int, QString> Rows[] = {
+        {u"debug.sto"_s, 1, u"Debug.Stop"_s},
+        {u"debug.s"_s, 1, u"debug.s"_s},
+        {u"debug.st"_s, 1, u"debug.st"_s},
+        {u"window.s"_s, 1, u"Window.Show "_s},
+        {u"window.show call"_s, 1, u"window.show \"Call Stack\""_s},
+        {u"file.open so"_s, 2, u"file.open sources/uart.c"_s},
+        {u"edit.pref"_s, 1, u"Edit.Preference "_s},
+        {u"debug.setresetmode "_s, 1, u"debug.setresetmode RM_"_s},
+        {u"nothing like this"_s, 1, u"nothing like this"_s},
+    };
+    for (const auto& [sTyped, NumTabs, sLine] : Rows) {
+      init();
+      Type(sTyped);
+      for (int i = 0; i < NumTabs; ++i) Key(Qt::Key_Tab);
+      QCOMPARE(m_pInput->text(), sLine);
+      QVERIFY(m_pInput->hasFocus());
+    }
   }
 
   void theOpenListHasTheKeys() {

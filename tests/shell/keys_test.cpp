@@ -84,28 +84,23 @@ private Q_SLOTS:
     QCOMPARE(m_Hits, QList<U32>{ID});
   }
 
-  void theSameKeyMeansWhatTheStateAllows_data() {
-    QTest::addColumn<QString>("Key");
-    QTest::addColumn<int>("State");
-    QTest::addColumn<QList<U32>>("Rows");
-    using ROWS = QList<U32>;
-    QTest::newRow("F5, idle") << u"F5"_s << 0 << ROWS{ACTION_DEBUG_START};
-    QTest::newRow("F5, halted") << u"F5"_s << 2 << ROWS{ACTION_DEBUG_CONTINUE};
-    QTest::newRow("F5, running") << u"F5"_s << 1 << ROWS{};
-    QTest::newRow("Ctrl+F5, running") << u"Ctrl+F5"_s << 1 << ROWS{ACTION_DEBUG_HALT};
-    QTest::newRow("Ctrl+F5, halted") << u"Ctrl+F5"_s << 2 << ROWS{};
-    QTest::newRow("F11, idle") << u"F11"_s << 0 << ROWS{};
-    QTest::newRow("F4, idle") << u"F4"_s << 0 << ROWS{};
-    QTest::newRow("F4, running") << u"F4"_s << 1 << ROWS{ACTION_DEBUG_RESET};
-  }
-
   void theSameKeyMeansWhatTheStateAllows() {
-    QFETCH(QString, Key);
-    QFETCH(int, State);
-    QFETCH(QList<U32>, Rows);
-    ::UpdateActions(State == 0 ? IDLE : State == 1 ? RUNNING : HALTED);
-    Press(Key);
-    QCOMPARE(m_Hits, Rows);
+    const std::tuple<QString, ACTION_STATE, QList<U32>> Rows[] = {
+        {u"F5"_s, IDLE, {ACTION_DEBUG_START}},
+        {u"F5"_s, HALTED, {ACTION_DEBUG_CONTINUE}},
+        {u"F5"_s, RUNNING, {}},
+        {u"Ctrl+F5"_s, RUNNING, {ACTION_DEBUG_HALT}},
+        {u"Ctrl+F5"_s, HALTED, {}},
+        {u"F11"_s, IDLE, {}},
+        {u"F4"_s, IDLE, {}},
+        {u"F4"_s, RUNNING, {ACTION_DEBUG_RESET}},
+    };
+    for (const auto& [sKey, State, Expected] : Rows) {
+      m_Hits.clear();
+      ::UpdateActions(State);
+      Press(sKey);
+      QCOMPARE(m_Hits, Expected);
+    }
   }
 
   void alternatesReachTheSameRows() {
@@ -145,30 +140,23 @@ private Q_SLOTS:
     }
   }
 
-  void escapeStaysWhereItIsNeeded_data() {
-    QTest::addColumn<QWidget*>("Target");
-    auto* const pMenu = new QMenu(m_pWindow);
-    pMenu->addAction(u"Entry"_s);
-    auto* const pModal = new QDialog(m_pWindow);
-    pModal->setModal(true);
-    auto* const pLimited = new QLineEdit(&m_pWindow->Console());
-    pLimited->setMaxLength(8);
-    QTest::newRow("menu") << static_cast<QWidget*>(pMenu);
-    QTest::newRow("modal dialog") << static_cast<QWidget*>(pModal);
-    QTest::newRow("other top-level window") << static_cast<QWidget*>(new QDialog(m_pWindow));
-    QTest::newRow("limited input") << static_cast<QWidget*>(pLimited);
-  }
-
   void escapeStaysWhereItIsNeeded() {
-    QFETCH(QWidget*, Target);
-    m_pWindow->Console().FocusInput();
-    Target->show();
-    Target->setFocus();
-    QTRY_VERIFY(Target->isVisible());
-    QTest::keyClick(Target, Qt::Key_Escape);
-    QApplication::setActiveWindow(m_pWindow);
-    QVERIFY(!m_pWindow->Source().HasFocus());
-    Target->hide();
+    QMenu Menu(m_pWindow);
+    Menu.addAction(u"Entry"_s);
+    QDialog Modal(m_pWindow), Other(m_pWindow);
+    Modal.setModal(true);
+    QLineEdit Limited(&m_pWindow->Console());
+    Limited.setMaxLength(8);
+    for (QWidget* const pTarget : std::initializer_list<QWidget*>{&Menu, &Modal, &Other, &Limited}) {
+      m_pWindow->Console().FocusInput();
+      pTarget->show();
+      pTarget->setFocus();
+      QTRY_VERIFY(pTarget->isVisible());
+      QTest::keyClick(pTarget, Qt::Key_Escape);
+      QApplication::setActiveWindow(m_pWindow);
+      QVERIFY2(!m_pWindow->Source().HasFocus(), pTarget->metaObject()->className());
+      pTarget->hide();
+    }
   }
 
   void aDockPassesKeysToItsWindow() {

@@ -19,8 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int TOOL_BAR_HEIGHT = 26;
-
 void CheckMnemonics(const QString& sMenu, const QStringList& Texts) {
   QMap<QChar, QString> Taken;
   for (const QString& sText : Texts) {
@@ -96,66 +94,50 @@ private Q_SLOTS:
     }
   }
 
-  void toolBarsAreSwitchedByTheirEntries_data() {
-    QTest::addColumn<int>("Index");
-    for (int i = 0; i < static_cast<int>(GetToolBarTables().size()); ++i) {
-      QTest::addRow("%s", GetToolBarTables()[static_cast<size_t>(i)].sTitle) << i;
-    }
-  }
-
   void toolBarsAreSwitchedByTheirEntries() {
-    QFETCH(int, Index);
-    const TOOL_BAR_TABLE& Row = GetToolBarTables()[static_cast<size_t>(Index)];
-    QToolBar* const pBar = m_pWindow->FindToolBar(QLatin1String(Row.sTitle));
-    QVERIFY(pBar);
-    QCOMPARE(pBar->isVisible(), Row.ShownFirst);
-    QCOMPARE(pBar->height(), TOOL_BAR_HEIGHT);
-    CheckSeparators(pBar->actions(), pBar->windowTitle());
-    QAction* const pToggle = GetAction(Row.ToggleID);
-    for (const bool bShown : {!Row.ShownFirst, Row.ShownFirst}) {
-      m_pWindow->Console().Clear();
-      pToggle->trigger();
-      QCOMPARE(pBar->isVisible(), bShown);
-      QCOMPARE(pToggle->isChecked(), bShown);
-      QCOMPARE(ConsoleText(*m_pWindow),
-               u"Toolbar.%1 (\"%2\");"_s.arg(bShown ? u"Show"_s : u"Close"_s, QLatin1String(Row.sTitle)));
+    for (const TOOL_BAR_TABLE& Row : GetToolBarTables()) {
+      QToolBar* const pBar = m_pWindow->FindToolBar(QLatin1String(Row.sTitle));
+      QVERIFY(pBar);
+      QCOMPARE(pBar->isVisible(), Row.ShownFirst);
+      QCOMPARE(pBar->height(), 26);
+      CheckSeparators(pBar->actions(), pBar->windowTitle());
+      QAction* const pToggle = GetAction(Row.ToggleID);
+      for (const bool bShown : {!Row.ShownFirst, Row.ShownFirst}) {
+        m_pWindow->Console().Clear();
+        pToggle->trigger();
+        QCOMPARE(pBar->isVisible(), bShown);
+        QCOMPARE(pToggle->isChecked(), bShown);
+        QCOMPARE(ConsoleText(*m_pWindow),
+                 u"Toolbar.%1 (\"%2\");"_s.arg(bShown ? u"Show"_s : u"Close"_s, QLatin1String(Row.sTitle)));
+      }
+      PerformAction(ACTION_TOOLBAR_SHOW, QLatin1String(Row.sName));
+      QVERIFY(pBar->isVisible() && pToggle->isChecked());
+      PerformAction(ACTION_TOOLBAR_CLOSE, QLatin1String(Row.sTitle));
+      QVERIFY(!pBar->isVisible() && !pToggle->isChecked());
+      pBar->setVisible(Row.ShownFirst);
     }
-    PerformAction(ACTION_TOOLBAR_SHOW, QLatin1String(Row.sName));
-    QVERIFY(pBar->isVisible() && pToggle->isChecked());
-    PerformAction(ACTION_TOOLBAR_CLOSE, QLatin1String(Row.sTitle));
-    QVERIFY(!pBar->isVisible() && !pToggle->isChecked());
-    pBar->setVisible(Row.ShownFirst);
-  }
-
-  void someButtonsActOnPress_data() {
-    QTest::addColumn<U32>("ID");
-    QTest::addColumn<bool>("OnPress");
-    QTest::newRow("halt") << U32{ACTION_DEBUG_HALT} << true;
-    QTest::newRow("step into") << U32{ACTION_DEBUG_STEP_INTO} << true;
-    QTest::newRow("start") << U32{ACTION_DEBUG_START} << false;
   }
 
   void someButtonsActOnPress() {
-    QFETCH(U32, ID);
-    QFETCH(bool, OnPress);
-    RegisterActionHandler(ID, [] {});
-    GetAction(ID)->setEnabled(true);
-    GetAction(ID)->setVisible(true);
     const QToolBar* const pBar = m_pWindow->FindToolBar(u"Debug"_s);
-    auto* const pButton = qobject_cast<QToolButton*>(pBar->widgetForAction(GetAction(ID)));
-    QVERIFY(pButton);
-    QTRY_VERIFY(pButton->isVisible());
-    const QPoint Pos(4, pButton->height() / 2);
-    QSignalSpy Triggered(GetAction(ID), &QAction::triggered);
-    QTest::mousePress(pButton, Qt::LeftButton, {}, Pos);
-    QCOMPARE(Triggered.count(), OnPress ? 1 : 0);
-    QVERIFY(pButton->isDown());
-    QTest::mouseRelease(pButton, Qt::LeftButton, {}, Pos);
-    QCOMPARE(Triggered.count(), 1);
-    QVERIFY(!pButton->isDown());
-    GetAction(ID)->setEnabled(false);
-    QTest::mouseClick(pButton, Qt::LeftButton, {}, Pos);
-    QCOMPARE(Triggered.count(), 1);
+    for (const U32 ID : {ACTION_DEBUG_HALT, ACTION_DEBUG_STEP_INTO, ACTION_DEBUG_START}) {
+      QAction* const pAction = GetAction(ID);
+      RegisterActionHandler(ID, [] {});
+      pAction->setEnabled(true);
+      pAction->setVisible(true);
+      auto* const pButton = qobject_cast<QToolButton*>(pBar->widgetForAction(pAction));
+      QTRY_VERIFY(pButton && pButton->isVisible());
+      const QPoint Pos(4, pButton->height() / 2);
+      const QSignalSpy Triggered(pAction, &QAction::triggered);
+      QTest::mousePress(pButton, Qt::LeftButton, {}, Pos);
+      QCOMPARE(Triggered.count(), ID == ACTION_DEBUG_START ? 0 : 1);
+      QVERIFY(pButton->isDown());
+      QTest::mouseRelease(pButton, Qt::LeftButton, {}, Pos);
+      QVERIFY(!pButton->isDown());
+      pAction->setEnabled(false);
+      QTest::mouseClick(pButton, Qt::LeftButton, {}, Pos);
+      QCOMPARE(Triggered.count(), 1);
+    }
   }
 
   void modeButtonsFollowTheModes() {

@@ -21,33 +21,22 @@ private Q_SLOTS:
     QTRY_VERIFY(!Progress().isVisible());
   }
 
-  void theMostUrgentTextIsShown_data() {
-    QTest::addColumn<bool>("Running");
-    QTest::addColumn<QString>("ProgressText");
-    QTest::addColumn<QString>("TipText");
-    QTest::addColumn<QString>("Shown");
-    const QString sProgress = u"Writing"_s, sTip = u"Steps"_s, sNone;
-    const QString sStatus = u"CPU halted"_s;
-    QTest::newRow("all") << true << sProgress << sTip << sProgress;
-    QTest::newRow("progress without text") << true << sNone << sTip << sTip;
-    QTest::newRow("progress not begun") << false << sProgress << sTip << sTip;
-    QTest::newRow("progress alone") << true << sProgress << sNone << sProgress;
-    QTest::newRow("none") << false << sNone << sNone << sStatus;
-    QTest::newRow("only an old progress text") << false << sProgress << sNone << sStatus;
-  }
-
   void theMostUrgentTextIsShown() {
-    QFETCH(bool, Running);
-    QFETCH(QString, ProgressText);
-    QFETCH(QString, TipText);
-    QFETCH(QString, Shown);
-    Bar().SetStatusMessage(u"CPU halted"_s);
-    Bar().SetProgressMessage(ProgressText);
-    Bar().OnTempStatusMsgChanged(TipText);
-    if (Running) Bar().StartProgress(0, 100);
-    QTest::qWait(REFRESH_MS + 50);
-    QCOMPARE(Text("StatusMessage"), Shown);
-    QCOMPARE(Progress().isVisible(), Running);
+    const QString sProgress = u"Writing"_s, sTip = u"Steps"_s, sStatus = u"CPU halted"_s, sNone;
+    // Whether progress is running, its text, a tool tip's, and the text that is shown.
+    const std::tuple<bool, QString, QString, QString> Rows[] = {
+        {true, sProgress, sTip, sProgress},  {true, sNone, sTip, sTip},      {false, sProgress, sTip, sTip},
+        {true, sProgress, sNone, sProgress}, {false, sNone, sNone, sStatus}, {false, sProgress, sNone, sStatus}};
+    for (const auto& [bRunning, sProgressText, sTipText, sShown] : Rows) {
+      init();
+      Bar().SetStatusMessage(sStatus);
+      Bar().SetProgressMessage(sProgressText);
+      Bar().OnTempStatusMsgChanged(sTipText);
+      if (bRunning) Bar().StartProgress(0, 100);
+      QTest::qWait(REFRESH_MS + 50);
+      QCOMPARE(Text("StatusMessage"), sShown);
+      QCOMPARE(Progress().isVisible(), bRunning);
+    }
   }
 
   void textsAppearWithTheNextRefresh() {

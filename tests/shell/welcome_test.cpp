@@ -22,30 +22,24 @@ class CWelcomeTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void aChoiceIsTakenWithTheKeyboard_data() {
-    QTest::addColumn<QStringList>("Recent");
-    QTest::addColumn<int>("Pressed");
-    QTest::addColumn<int>("Taken");
-    QTest::addColumn<QString>("Path");
-    QTest::newRow("empty") << PROJECTS << 0 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
-    QTest::newRow("new") << PROJECTS << 1 << int(CWelcomeScreen::NEW_PROJECT) << QString();
-    QTest::newRow("open") << PROJECTS << 2 << int(CWelcomeScreen::OPEN_PROJECT) << QString();
-    QTest::newRow("recent") << PROJECTS << 3 << int(CWelcomeScreen::RECENT_PROJECT) << PROJECTS[0];
-    QTest::newRow("recent, but none") << QStringList() << 3 << int(CWelcomeScreen::EMPTY_PROJECT) << QString();
-  }
-
   void aChoiceIsTakenWithTheKeyboard() {
-    QFETCH(QStringList, Recent);
-    QFETCH(int, Pressed);
-    CWelcomeScreen Screen(nullptr, Recent);
-    Screen.show();
-    QVERIFY(QTest::qWaitForWindowActive(&Screen));
-    ButtonOf(Screen, Pressed)->setFocus();
-    QTest::keyClick(&Screen, Qt::Key_Return);
-    QVERIFY(Screen.isVisible() && ButtonOf(Screen, Pressed)->isDown());
-    QTRY_COMPARE(Screen.result(), int(QDialog::Accepted));
-    QTEST(int(Screen.Choice()), "Taken");
-    QTEST(Screen.Path(), "Path");
+    const std::tuple<QStringList, int, int, QString> Rows[] = {
+        {PROJECTS, 0, CWelcomeScreen::EMPTY_PROJECT, QString()},
+        {PROJECTS, 1, CWelcomeScreen::NEW_PROJECT, QString()},
+        {PROJECTS, 2, CWelcomeScreen::OPEN_PROJECT, QString()},
+        {PROJECTS, 3, CWelcomeScreen::RECENT_PROJECT, PROJECTS[0]},
+        {{}, 3, CWelcomeScreen::EMPTY_PROJECT, QString()}};
+    for (const auto& [Recent, Pressed, Taken, sPath] : Rows) {
+      CWelcomeScreen Screen(nullptr, Recent);
+      Screen.show();
+      QVERIFY(QTest::qWaitForWindowActive(&Screen));
+      ButtonOf(Screen, Pressed)->setFocus();
+      QTest::keyClick(&Screen, Qt::Key_Return);
+      QVERIFY(Screen.isVisible() && ButtonOf(Screen, Pressed)->isDown());
+      QTRY_COMPARE(Screen.result(), int(QDialog::Accepted));
+      QCOMPARE(int(Screen.Choice()), Taken);
+      QCOMPARE(Screen.Path(), sPath);
+    }
   }
 
   void otherKeysKeepTheQuestion() {

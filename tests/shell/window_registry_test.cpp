@@ -37,44 +37,34 @@ private Q_SLOTS:
     QCOMPARE(m_Registry.Docks().size(), 6);
   }
 
-  void namesFindWindows_data() {
-    QTest::addColumn<int>("NumOpen");  // memory windows, from the first
-    QTest::addColumn<QString>("Name");
-    QTest::addColumn<QString>("Found");
-    QTest::addColumn<U32>("Addr");
-    const auto Row = [](int NumOpen, const char* sName, const char* sFound, U32 Addr = NOT_SENT) {
-      QTest::addRow("%d open, %s", NumOpen, sName)
-          << NumOpen << QString::fromLatin1(sName) << QString::fromLatin1(sFound) << Addr;
-    };
-    Row(0, "memory2", "Memory2");
-    Row(0, "Memory", "Memory1");
-    Row(1, "Memory", "Memory2");
-    Row(3, "\"MEMORY\"", "Memory4");
-    Row(4, "Memory", "Memory1");
-    Row(0, "Memory@20000000", "Memory1", 0x20000000);
-    Row(2, "\"Memory@0x2000F000\"", "Memory3", 0x2000F000);
-    Row(4, "Memory2@8", "Memory2", 8);
-    Row(0, "Memory1@nowhere", "Memory1");
-    Row(0, "Memory1@123456789", "Memory1");
-    Row(0, "Memory Usage", "Memory Usage");
-    Row(0, "Memory Usage@8", "");
-    Row(0, "Memory5", "");
-    Row(0, "threads", "Tasks");
-    Row(0, "Mem", "");
-    Row(0, "", "");
-  }
-
   void namesFindWindows() {
-    QFETCH(int, NumOpen);
-    QFETCH(QString, Name);
-    QFETCH(QString, Found);
-    QFETCH(U32, Addr);
-    for (int i = 1; i <= 4; ++i) m_Registry.Docks()[i]->setVisible(i <= NumOpen);
-    for (CWindow* const pWindow : m_Registry.Windows()) static_cast<CMemoryView*>(pWindow)->m_Addr = NOT_SENT;
-    const CWindow* const pWindow = m_Registry.FindToShow(Name);
-    QCOMPARE(pWindow ? pWindow->GetName() : QString(), Found);
-    for (const CWindow* const pOther : m_Registry.Windows()) {
-      QCOMPARE(static_cast<const CMemoryView*>(pOther)->m_Addr, pOther == pWindow ? Addr : NOT_SENT);
+    // Open memory windows, from the first; a name; the window that is found, and the address that it is sent to.
+    const std::tuple<int, QString, QString, U32> Rows[] = {
+        {0, u"memory2"_s, u"Memory2"_s, NOT_SENT},
+        {0, u"Memory"_s, u"Memory1"_s, NOT_SENT},
+        {1, u"Memory"_s, u"Memory2"_s, NOT_SENT},
+        {3, u"\"MEMORY\""_s, u"Memory4"_s, NOT_SENT},
+        {4, u"Memory"_s, u"Memory1"_s, NOT_SENT},
+        {0, u"Memory@20000000"_s, u"Memory1"_s, 0x20000000},
+        {2, u"\"Memory@0x2000F000\""_s, u"Memory3"_s, 0x2000F000},
+        {4, u"Memory2@8"_s, u"Memory2"_s, 8},
+        {0, u"Memory1@nowhere"_s, u"Memory1"_s, NOT_SENT},
+        {0, u"Memory1@123456789"_s, u"Memory1"_s, NOT_SENT},
+        {0, u"Memory Usage"_s, u"Memory Usage"_s, NOT_SENT},
+        {0, u"Memory Usage@8"_s, QString(), NOT_SENT},
+        {0, u"Memory5"_s, QString(), NOT_SENT},
+        {0, u"threads"_s, u"Tasks"_s, NOT_SENT},
+        {0, u"Mem"_s, QString(), NOT_SENT},
+        {0, QString(), QString(), NOT_SENT},
+    };
+    for (const auto& [NumOpen, sName, sFound, Addr] : Rows) {
+      for (int i = 1; i <= 4; ++i) m_Registry.Docks()[i]->setVisible(i <= NumOpen);
+      for (CWindow* const pWindow : m_Registry.Windows()) static_cast<CMemoryView*>(pWindow)->m_Addr = NOT_SENT;
+      const CWindow* const pWindow = m_Registry.FindToShow(sName);
+      QVERIFY2((pWindow ? pWindow->GetName() : QString()) == sFound, qPrintable(sName));
+      for (const CWindow* const pOther : m_Registry.Windows()) {
+        QCOMPARE(static_cast<const CMemoryView*>(pOther)->m_Addr, pOther == pWindow ? Addr : NOT_SENT);
+      }
     }
   }
 

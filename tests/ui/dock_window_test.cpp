@@ -1,4 +1,3 @@
-#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -31,12 +30,10 @@ public:
     CWindow::Clear();
   }
   void Update(U32 NewPC) override { PCs << NewPC; }
-  void OnTooltipRequested(const QPoint& Pos) override { TipPos = Pos; }
   bool IsEmpty() const override { return bEmpty; }
 
   int NumClears = 0;
   QList<U32> PCs;
-  QPoint TipPos;
   bool bEmpty = false;
 };
 
@@ -210,7 +207,6 @@ private Q_SLOTS:
   // the format keeps its mark where it was.
   void theFormatActionsAskForTheCommand() {
     const std::pair<U32, QString> Rows[] = {{ACTION_WIN_SET_DISPLAY_FORMAT_AUTO, u"DISPLAY_FORMAT_AUTO"_s},
-                                            {ACTION_WIN_SET_DISPLAY_FORMAT_HEX, u"DISPLAY_FORMAT_HEX"_s},
                                             {ACTION_WIN_SET_DISPLAY_FORMAT_CHAR, u"DISPLAY_FORMAT_CHAR"_s}};
     QStringList Args;
     RegisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT,
@@ -225,12 +221,6 @@ private Q_SLOTS:
       QCOMPARE(Args, (QStringList{u"First"_s, sConstant, u"First"_s, sConstant}));
       QVERIFY(GetAction(ACTION_WIN_SET_DISPLAY_FORMAT_AUTO)->isChecked());
     }
-  }
-
-  void aWatchedWidgetAsksForTheTip() {
-    QHelpEvent Event(QEvent::ToolTip, QPoint(1, 2), QPoint(321, 123));
-    QCoreApplication::sendEvent(First().centralWidget(), &Event);
-    QCOMPARE(First().TipPos, QPoint(321, 123));
   }
 
 private:

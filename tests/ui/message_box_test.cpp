@@ -62,31 +62,26 @@ private Q_SLOTS:
     }
   }
 
-  void aTickedBoxStaysSilentAsLongAsItSays_data() {
-    QTest::addColumn<int>("Timeout");
-    QTest::addColumn<int>("Button");
-    QTest::addColumn<bool>("Tick");
-    QTest::addColumn<int>("Silent");  // the answer that is given without a box
-    const int Yes = QDialogButtonBox::Yes, No = QDialogButtonBox::No, Cancel = QDialogButtonBox::Cancel;
-    QTest::newRow("not ticked") << -2 << Yes << false << SHOWN_AGAIN;
-    QTest::newRow("for good") << -2 << Yes << true << int(CMessageBox::ACCEPTED);
-    QTest::newRow("for good after a no") << -2 << No << true << int(CMessageBox::ACCEPTED);
-    QTest::newRow("for this run") << -1 << Yes << true << int(CMessageBox::ACCEPTED);
-    QTest::newRow("today") << 24 << Yes << true << int(CMessageBox::DECLINED);
-    QTest::newRow("some hours") << 3 << No << true << int(CMessageBox::DECLINED);
-    QTest::newRow("no check box") << 0 << Yes << true << SHOWN_AGAIN;
-    QTest::newRow("called off") << -2 << Cancel << true << SHOWN_AGAIN;
-  }
-
   void aTickedBoxStaysSilentAsLongAsItSays() {
-    QFETCH(int, Timeout);
-    QFETCH(int, Button);
-    QFETCH(bool, Tick);
-    QFETCH(int, Silent);
-    QVERIFY(Ask(Timeout, static_cast<QDialogButtonBox::StandardButton>(Button), Tick) != NOT_SHOWN);
-    int Answer = SHOWN_AGAIN;
-    Ask(Timeout, QDialogButtonBox::Cancel, false, &Answer);
-    QCOMPARE(Answer, Silent);
+    using BOX = QDialogButtonBox;
+    // The last is the answer that is given without a box.
+    const std::tuple<const char*, int, BOX::StandardButton, bool, int> Rows[] = {
+        {"not ticked", -2, BOX::Yes, false, SHOWN_AGAIN},
+        {"for good", -2, BOX::Yes, true, CMessageBox::ACCEPTED},
+        {"for good after a no", -2, BOX::No, true, CMessageBox::ACCEPTED},
+        {"for this run", -1, BOX::Yes, true, CMessageBox::ACCEPTED},
+        {"today", 24, BOX::Yes, true, CMessageBox::DECLINED},
+        {"some hours", 3, BOX::No, true, CMessageBox::DECLINED},
+        {"no check box", 0, BOX::Yes, true, SHOWN_AGAIN},
+        {"called off", -2, BOX::Cancel, true, SHOWN_AGAIN},
+    };
+    for (const auto& [sWhat, Timeout, Button, bTick, Silent] : Rows) {
+      CMessageBox::ResetTimeouts();
+      QVERIFY2(Ask(Timeout, Button, bTick) != NOT_SHOWN, sWhat);
+      int Answer = SHOWN_AGAIN;
+      Ask(Timeout, BOX::Cancel, false, &Answer);
+      QVERIFY2(Answer == Silent, sWhat);
+    }
   }
 
   void aTimeThatHasPassedCountsNoMore() {

@@ -46,62 +46,46 @@ private Q_SLOTS:
   }
 
   void keysMoveTheCursor() {
-    const struct {
-      const char* sWhat;
-      QPoint Start;
-      QKeyCombination Key;
-      QPoint End;
-    } Rows[] = {
-        {"left to the row before", {0, 1}, Qt::Key_Left, {16, 0}},
-        {"left at the start", {0, 0}, Qt::Key_Left, {0, 0}},
-        {"right to the next row", {16, 0}, Qt::Key_Right, {0, 1}},
-        {"right at the end", {1, 3}, Qt::Key_Right, {1, 3}},
-        {"up at the top", {5, 0}, Qt::Key_Up, {5, 0}},
-        {"down into a shorter row", {9, 1}, Qt::Key_Down, {0, 2}},
-        {"down at the bottom", {0, 3}, Qt::Key_Down, {0, 3}},
-        {"home", {9, 1}, Qt::Key_Home, {0, 1}},
-        {"end", {2, 0}, Qt::Key_End, {16, 0}},
-        {"start of the text", {9, 1}, Qt::CTRL | Qt::Key_Home, {0, 0}},
-        {"end of the text", {2, 0}, Qt::CTRL | Qt::Key_End, {1, 3}},
-        {"word left", {8, 1}, Qt::CTRL | Qt::Key_Left, {1, 1}},
-        {"word right over a number", {1, 1}, Qt::CTRL | Qt::Key_Right, {8, 1}},
-        {"word right over signs", {8, 1}, Qt::CTRL | Qt::Key_Right, {16, 1}},
-        {"page down", {0, 0}, Qt::Key_PageDown, {0, 3}},
-        {"page up", {0, 3}, Qt::Key_PageUp, {0, 0}},
+    const std::tuple<const char*, QPoint, QKeyCombination, QPoint> Rows[] = {
+        {"left to the row before", QPoint(0, 1), Qt::Key_Left, QPoint(16, 0)},
+        {"left at the start", QPoint(0, 0), Qt::Key_Left, QPoint(0, 0)},
+        {"right to the next row", QPoint(16, 0), Qt::Key_Right, QPoint(0, 1)},
+        {"right at the end", QPoint(1, 3), Qt::Key_Right, QPoint(1, 3)},
+        {"up at the top", QPoint(5, 0), Qt::Key_Up, QPoint(5, 0)},
+        {"down into a shorter row", QPoint(9, 1), Qt::Key_Down, QPoint(0, 2)},
+        {"word left", QPoint(8, 1), Qt::CTRL | Qt::Key_Left, QPoint(1, 1)},
+        {"word right over a number", QPoint(1, 1), Qt::CTRL | Qt::Key_Right, QPoint(8, 1)},
+        {"word right over signs", QPoint(8, 1), Qt::CTRL | Qt::Key_Right, QPoint(16, 1)},
     };
     m_pEditor->SetText(TEXT);
     const QSignalSpy Moved(m_pEditor.get(), &CSourceEditor::CursorPositionChanged);
-    for (const auto& Row : Rows) {
-      m_pEditor->SetCursorPos(Row.Start);
-      QCOMPARE(m_pEditor->CursorPos(), Row.Start);
-      Key(Row.Key.key(), Row.Key.keyboardModifiers());
-      QVERIFY2(m_pEditor->CursorPos() == Row.End && Moved.last().first().toPoint() == Row.End, Row.sWhat);
-      QVERIFY2(m_pEditor->SelectedText().isEmpty(), Row.sWhat);
+    for (const auto& [sWhat, Start, Code, End] : Rows) {
+      m_pEditor->SetCursorPos(Start);
+      QCOMPARE(m_pEditor->CursorPos(), Start);
+      Key(Code.key(), Code.keyboardModifiers());
+      QVERIFY2(m_pEditor->CursorPos() == End && Moved.last().first().toPoint() == End, sWhat);
+      QVERIFY2(m_pEditor->SelectedText().isEmpty(), sWhat);
     }
   }
 
   void shiftSelects() {
-    const QList<int> Right(3, Qt::Key_Right), Left(3, Qt::Key_Left), DownHome = {Qt::Key_Down, Qt::Key_Home};
-    const struct {
-      QPoint Start;
-      QList<int> Keys;
-      Qt::KeyboardModifiers Modifiers;
-      QString sSelected;
-    } Rows[] = {
-        {{0, 0}, Right, Qt::ShiftModifier, u"int"_s},
-        {{3, 0}, Left, Qt::ShiftModifier, u"int"_s},
-        {{3, 0}, Right + Left, Qt::ShiftModifier, QString()},
-        {{15, 0}, DownHome, Qt::ShiftModifier, u"{\n"_s},
-        {{12, 1}, {Qt::Key_Down, Qt::Key_Down}, Qt::ShiftModifier, u"step;\n\n"_s},
-        {{1, 3}, {Qt::Key_Up}, Qt::ShiftModifier, u"\n}"_s},
-        {{1, 1}, {Qt::Key_Right}, Qt::ShiftModifier | Qt::ControlModifier, u"count_1"_s},
-        {{16, 1}, {Qt::Key_End}, Qt::ShiftModifier | Qt::ControlModifier, u";\n\n}"_s},
+    using KEYS = QList<Qt::Key>;
+    const KEYS Right(3, Qt::Key_Right), Left(3, Qt::Key_Left);
+    const std::tuple<QPoint, KEYS, Qt::KeyboardModifiers, QString> Rows[] = {
+        {QPoint(0, 0), Right, {}, u"int"_s},
+        {QPoint(3, 0), Left, {}, u"int"_s},
+        {QPoint(3, 0), Right + Left, {}, QString()},
+        {QPoint(15, 0), KEYS{Qt::Key_Down, Qt::Key_Home}, {}, u"{\n"_s},
+        {QPoint(12, 1), KEYS{Qt::Key_Down, Qt::Key_Down}, {}, u"step;\n\n"_s},
+        {QPoint(1, 3), KEYS{Qt::Key_Up}, {}, u"\n}"_s},
+        {QPoint(1, 1), KEYS{Qt::Key_Right}, Qt::ControlModifier, u"count_1"_s},
+        {QPoint(16, 1), KEYS{Qt::Key_End}, Qt::ControlModifier, u";\n\n}"_s},
     };
     m_pEditor->SetText(TEXT);
-    for (const auto& Row : Rows) {
-      m_pEditor->SetCursorPos(Row.Start);
-      for (const int Code : Row.Keys) Key(static_cast<Qt::Key>(Code), Row.Modifiers);
-      QCOMPARE(m_pEditor->SelectedText(), Row.sSelected);
+    for (const auto& [Start, Keys, Modifiers, sSelected] : Rows) {
+      m_pEditor->SetCursorPos(Start);
+      for (const Qt::Key Code : Keys) Key(Code, Modifiers | Qt::ShiftModifier);
+      QCOMPARE(m_pEditor->SelectedText(), sSelected);
       Key(Qt::Key_Right);
       QVERIFY(m_pEditor->SelectedText().isEmpty());
     }
