@@ -156,25 +156,20 @@ private Q_SLOTS:
     });
   }
 
-  void showsWhatCommandsChangeMeanwhile() {
+  void commandsReachTheEditorAndTheDevice() {
     InDialog([](QWidget* pDialog) {
-      ExecuteCommand("Edit.SysVar (VAR_TRACE_SOURCE, SWO)");
-      QCOMPARE(FindValue(pDialog, "Trace Source")->text(), "SWO");
       // A speed that the list of entries doesn't have.
       ExecuteCommand("Project.SetTIFSpeed (\"1500 kHz\")");
-      ExecuteCommand("Edit.SysVar (VAR_TRACE_SOURCE, None)");
+      ExecuteCommand("Edit.SysVar (VAR_TRACE_SOURCE, SWO)");
+      QCOMPARE(FindValue(pDialog, "Trace Source")->text(), "SWO");
       QCOMPARE(FindValue(pDialog, "Target Interface Speed")->text(), "1500000");
     });
-  }
-
-  void speedAndScanChainAreTheDevices() {
-    const CDeviceConfig& Config = CDevice::Get().Context().Config;
     ExecuteCommand("Edit.SysVar (VAR_TIF_SCAN_CHAIN_POS, 5)");
     ExecuteCommand("Edit.SysVar (VAR_TIF_SCAN_CHAIN_LEN, 9)");
     ExecuteCommand("Edit.SysVar (VAR_TIF_SPEED, \"2 MHz\")");
-    QCOMPARE(Config.Value(DCP_DR_PRE), 5);
-    QCOMPARE(Config.Value(DCP_IR_PRE), 9);
-    QCOMPARE(Config.Value(DCP_SPEED), 2'000'000);
+    const CDeviceConfig& Config = CDevice::Get().Context().Config;
+    const QList<I64> Values = {Config.Value(DCP_DR_PRE), Config.Value(DCP_IR_PRE), Config.Value(DCP_SPEED)};
+    QCOMPARE(Values, (QList<I64>{5, 9, 2'000'000}));
   }
 
   void cleanupTestCase() { m_Session.End(); }

@@ -108,18 +108,11 @@ const QString USER_TEXT =
 TEST(ProjectText, SettingsReplaceTheirOwnKindOnly) {
   const TEXT_EDIT VNode =
       ReplaceVNodeCommands(USER_TEXT, {"Project.SetDevice (\"new\");", "Project.SetTIFSpeed (\"1 MHz\");"});
-  EXPECT_EQ(VNode.sText.toStdString(),
-            "void OnProjectLoad (void) {\n"
-            "  //\n  // Dialog-generated settings\n  //\n"
-            "  Project.SetDevice (\"new\");\n"
-            "  Project.SetTIFSpeed (\"1 MHz\");\n"
-            "\n"
-            "  // Project.SetDevice (\"spare\");\n"
-            "  Project.SetTraceSource (\"SWO\");\n"
-            "  Project.AddSvdFile (\"a.svd\");\n"
-            "  //\n  // User settings\n  //\n"
-            "  File.Open (\"a.elf\");\n"
-            "}\n");
+  EXPECT_EQ(VNode.sText,
+            QString(USER_TEXT).replace("  Project.SetDevice (\"old\");\n  Project.SetHostIF (\"USB\", \"\");\n"
+                                       "  Project.SetTIFSpeed (\"4 MHz\"); // as fast as the cable allows\n"
+                                       "  Target.SetEndianess (1);\n",
+                                       "  Project.SetDevice (\"new\");\n  Project.SetTIFSpeed (\"1 MHz\");\n"));
   const TEXT_EDIT Trace = ReplaceTraceCommands(VNode.sText, {"Project.SetTraceSource (\"None\");"});
   EXPECT_TRUE(Trace.sText.contains(
       "  Project.SetTIFSpeed (\"1 MHz\");\n  Project.SetTraceSource (\"None\");\n\n  // Project.SetDevice"))

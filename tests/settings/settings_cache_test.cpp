@@ -39,14 +39,9 @@ protected:
   QTemporaryDir Dir;
 };
 
-struct ROUND_TRIP {
-  const char* sKey;
-  QVariant Value;
-  QVariant Default;
-};
-
 TEST_F(SettingsTest, ValuesComeBackInTheTypeOfTheDefault) {
-  const ROUND_TRIP Cases[] = {
+  // A key, the value, and a default.
+  const std::tuple<QString, QVariant, QVariant> Cases[] = {
       {"Bool", true, false},
       {"Int", -1, 7},
       {"U64", 0xFFFFFFFFFFull, 0ull},
@@ -55,17 +50,14 @@ TEST_F(SettingsTest, ValuesComeBackInTheTypeOfTheDefault) {
       {"List", QStringList{"C:/a,b.vdebug", "x y"}, QStringList()},
       {"OneEntry", QStringList{"only"}, QStringList()},
   };
-  for (const ROUND_TRIP& Case : Cases) SetSetting(MainWindow, QLatin1String(Case.sKey), Case.Value);
+  for (const auto& [sKey, Value, Default] : Cases) SetSetting(MainWindow, sKey, Value);
   ASSERT_EQ(0, SaveSettings());
   ForgetAll();
-  for (const ROUND_TRIP& Case : Cases) {
-    EXPECT_EQ(GetSetting(MainWindow, QLatin1String(Case.sKey), Case.Default), Case.Default) << "forgotten";
-  }
+  for (const auto& [sKey, Value, Default] : Cases) EXPECT_EQ(GetSetting(MainWindow, sKey, Default), Default);
   ASSERT_EQ(0, LoadSettings());
-  for (const ROUND_TRIP& Case : Cases) {
-    const QVariant Value = GetSetting(MainWindow, QLatin1String(Case.sKey), Case.Default);
-    EXPECT_EQ(Value.typeId(), Case.Value.typeId()) << Case.sKey;
-    EXPECT_EQ(Value, Case.Value) << Case.sKey;
+  for (const auto& [sKey, Value, Default] : Cases) {
+    const QVariant Loaded = GetSetting(MainWindow, sKey, Default);
+    EXPECT_TRUE(Loaded.typeId() == Value.typeId() && Loaded == Value) << sKey.toStdString();
   }
 }
 

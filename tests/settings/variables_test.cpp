@@ -1,7 +1,6 @@
 // Variables: what their texts are taken for, their ranges, and the commands that edit them.
 
 #include <set>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -140,21 +139,6 @@ TEST_F(VariablesTest, OnlySavedPreferencesReachTheStore) {
   EXPECT_EQ(GetVarValue(PREF_LINE_NUMBER_FREQ), 2u) << "a stored value that the row does not have";
   EXPECT_EQ(GetVarValue(PREF_MAX_SYMBOL_MEMBERS), 512u);
   EXPECT_EQ(GetVarValue(VAR_RTT_ENABLED), 0u);
-}
-
-TEST_F(VariablesTest, ValuesAreReadWhileTheMainThreadSetsThem) {
-  std::atomic<bool> Stop = false;
-  std::atomic<bool> Torn = false;
-  std::thread Reader([&] {
-    while (!Stop) {
-      const U32 Value = GetVarValue(VAR_SWO_SPEED);
-      if (Value != 0 && Value != 0x55555555u && Value != 0x2AAAAAAAu) Torn = true;
-    }
-  });
-  for (int i = 0; i < 20000; ++i) SetVarValue(GetVarInfo(VAR_SWO_SPEED), i % 2 ? 0x55555555u : 0x2AAAAAAAu, 0);
-  Stop = true;
-  Reader.join();
-  EXPECT_FALSE(Torn);
 }
 
 }  // namespace
