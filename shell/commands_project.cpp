@@ -1,5 +1,6 @@
 // Project.*
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -14,9 +15,12 @@
 #include "shell/command_args.h"
 #include "shell/commands.h"
 #include "shell/log/log.h"
+#include "shell/main_window.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "shell/windows/console_window.h"
+#include "ui/windows/source_window.h"
 
 namespace {
 
@@ -46,10 +50,16 @@ void SetVNodeScript(COMMAND_CONTEXT&) {
   Device().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sPath.toUtf8().constData());
 }
 
+// A file that need not exist yet: a relative path starts where the project lies.
+QString FromProjectDir(const QString& sPath) {
+  const QString sProject = CProject::Get().GetFileName();
+  return sPath.isEmpty() || sProject.isEmpty() ? sPath : QFileInfo(sProject).absoluteDir().filePath(sPath);
+}
+
 void SetVNodeLogFile(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_VNODE_LOG_FILE;
   if (!CheckActionArgs(ID)) return;
-  const QString sPath = CFileFinder::Get()->ExpandMacros(Arg(ID, 0));
+  const QString sPath = FromProjectDir(CFileFinder::Get()->ExpandMacros(Arg(ID, 0)));
   if (!QFileInfo(sPath).isFile()) {
     QFile Probe(sPath);
     if (!Probe.open(QIODevice::WriteOnly)) return Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
@@ -134,23 +144,16 @@ void SetJTAGConfig(COMMAND_CONTEXT&) {
   Device().ScheduleSetConfigParam(DCP_MULTIPLE_TARGETS, GetVarValue(VAR_TIF_SCAN_CHAIN_LEN) != 0);
 }
 
-void AddRootPath(COMMAND_CONTEXT&) {
-  if (CheckActionArgs(ACTION_PROJ_ADD_ROOT_PATH)) CFileFinder::Get()->AddRootPath(Arg(ACTION_PROJ_ADD_ROOT_PATH, 0));
-}
-
-void AddSearchPath(COMMAND_CONTEXT&) {
-  if (CheckActionArgs(ACTION_PROJ_ADD_SEARCH_PATH))
-    CFileFinder::Get()->AddSearchPath(Arg(ACTION_PROJ_ADD_SEARCH_PATH, 0));
-}
-
-void AddFileAlias(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_PROJ_ADD_FILE_ALIAS;
-  if (CheckActionArgs(ID)) CFileFinder::Get()->AddFileAlias(Arg(ID, 0), Arg(ID, 1));
-}
-
-void AddPathSubstitute(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_PROJ_ADD_PATH_SUBSTITUTE;
-  if (CheckActionArgs(ID)) CFileFinder::Get()->AddPathSubstitute(Arg(ID, 0), Arg(ID, 1));
+// A rule for finding files: what is shown may be found elsewhere, or at all, from now on.
+template <U32 ID, auto Add>
+void AddFindRule(COMMAND_CONTEXT& Context) {
+  if (!CheckActionArgs(ID)) return;
+  if constexpr (std::is_invocable_v<decltype(Add), CFileFinder*, QString, QString>) {
+    (CFileFinder::Get()->*Add)(Arg(ID, 0), Arg(ID, 1));
+  } else {
+    (CFileFinder::Get()->*Add)(Arg(ID, 0));
+  }
+  Context.Window.Source().ResolveDocuments();
 }
 
 void SetBPType(COMMAND_CONTEXT&) {
@@ -163,10 +166,12 @@ void SetBPType(COMMAND_CONTEXT&) {
   SetVarValue(pVar, Value, 0);
 }
 
-void SetConsoleLogFile(COMMAND_CONTEXT&) {
+void SetConsoleLogFile(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_PROJ_SET_CONSOLE_LOG_FILE;
   if (!CheckActionArgs(ID)) return;
-  const QString sPath = CFileFinder::Get()->ExpandMacros(Arg(ID, 0));
+  const QString sPath = FromProjectDir(CFileFinder::Get()->ExpandMacros(Arg(ID, 0)));
+  // What was printed until now belongs to the file of until now.
+  Context.Window.Console().DrainAll();
   if (OpenLogFile(LOG_FILE_CONSOLE, sPath.toUtf8().constData()) < 0)
     Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
 }
@@ -180,10 +185,10 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_SET_TARGET_INTERFACE, SetTargetIF},
     {ACTION_SET_TIF_SPEED, SetTIFSpeed},
     {ACTION_SET_JTAG_CONFIG, SetJTAGConfig},
-    {ACTION_PROJ_ADD_ROOT_PATH, AddRootPath},
-    {ACTION_PROJ_ADD_SEARCH_PATH, AddSearchPath},
-    {ACTION_PROJ_ADD_FILE_ALIAS, AddFileAlias},
-    {ACTION_PROJ_ADD_PATH_SUBSTITUTE, AddPathSubstitute},
+    {ACTION_PROJ_ADD_ROOT_PATH, AddFindRule<ACTION_PROJ_ADD_ROOT_PATH, &CFileFinder::AddRootPath>},
+    {ACTION_PROJ_ADD_SEARCH_PATH, AddFindRule<ACTION_PROJ_ADD_SEARCH_PATH, &CFileFinder::AddSearchPath>},
+    {ACTION_PROJ_ADD_FILE_ALIAS, AddFindRule<ACTION_PROJ_ADD_FILE_ALIAS, &CFileFinder::AddFileAlias>},
+    {ACTION_PROJ_ADD_PATH_SUBSTITUTE, AddFindRule<ACTION_PROJ_ADD_PATH_SUBSTITUTE, &CFileFinder::AddPathSubstitute>},
     {ACTION_PROJ_SET_BP_TYPE, SetBPType},
     {ACTION_PROJ_SET_CONSOLE_LOG_FILE, SetConsoleLogFile},
 };

@@ -319,6 +319,7 @@ void CSourceEditor::contextMenuEvent(QContextMenuEvent* pEvent) {
   Menu.addAction(QStringLiteral("&Copy"), QKeySequence(QKeySequence::Copy), this, &CSourceEditor::Copy)
       ->setEnabled(HasSelection());
   Menu.addAction(QStringLiteral("Select &All"), QKeySequence(QKeySequence::SelectAll), this, &CSourceEditor::SelectAll);
+  Q_EMIT MenuRequested(&Menu);
   Menu.exec(pEvent->globalPos());
 }
 

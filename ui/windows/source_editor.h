@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QMap>
+#include <QMenu>
 
 #include "base/types.h"
 #include "ui/windows/source_colors.h"
@@ -46,6 +47,8 @@ public Q_SLOTS:
 
 Q_SIGNALS:
   void CursorPositionChanged(QPoint Pos);
+  // The context menu is about to be shown: the time to add entries.
+  void MenuRequested(QMenu* pMenu);
   void Scrolled();
 
 protected:

@@ -17,6 +17,7 @@
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/tool_tip.h"
+#include "ui/windows/locate_file.h"
 #include "ui/windows/side_bar.h"
 #include "ui/windows/source_document.h"
 #include "ui/windows/source_editor.h"
@@ -158,6 +159,13 @@ CSourceWindow::CSourceWindow(QWidget* pParent)
   });
   connect(S.pTabs, &QTabBar::tabCloseRequested, this,
           [this](int Index) { PerformAction(ACTION_FILE_CLOSE, m_pState->Documents[Index].sFilePath); });
+  connect(S.pEditor, &CSourceEditor::MenuRequested, this, [this](QMenu* pMenu) {
+    const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
+    if (pDocument == nullptr || pDocument->bExists) return;
+    const QString sPath = pDocument->sFilePath;
+    pMenu->addSeparator();
+    pMenu->addAction(QStringLiteral("&Locate File..."), this, [this, sPath] { LocateFile(this, sPath); });
+  });
   connect(S.pEditor, &CSourceEditor::CursorPositionChanged, this, [this] { Q_EMIT StatusTextChanged(); });
 }
 
@@ -270,6 +278,22 @@ void CSourceWindow::ReloadDocuments() {
   const int Index = S.Shown;
   S.Shown = -1;
   S.Show(Index);
+}
+
+void CSourceWindow::ResolveDocuments() {
+  SOURCE_WINDOW_STATE& S = *m_pState;
+  for (qsizetype i = 0; i < S.Documents.size(); ++i) {
+    SOURCE_DOCUMENT& Document = S.Documents[i];
+    if (FindSourceFile(Document.sFilePath) == Document.sResolvedPath) continue;
+    const SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
+    if (!Fresh.bExists) continue;
+    Document = Fresh;
+    S.pTabs->setTabText(static_cast<int>(i), QFileInfo(Fresh.sResolvedPath).fileName());
+    if (i != S.Shown) continue;
+    S.Shown = -1;
+    S.Show(static_cast<int>(i));
+    if (S.IsPcIn(Document)) S.GoToRow(static_cast<int>(S.PcLoc.Line) - 1);
+  }
 }
 
 bool CSourceWindow::ShowPC(U32 PC) {

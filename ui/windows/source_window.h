@@ -41,6 +41,8 @@ public:
   int CursorLine() const;
   // Reads the open documents again, after the program was built anew.
   void ReloadDocuments();
+  // Looks for the files of the open documents again, after a rule for finding them was added.
+  void ResolveDocuments();
 
   // --- The PC line
   // Shows the line of the address and marks it; without a source location the mark goes. False then.
