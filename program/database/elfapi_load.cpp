@@ -39,7 +39,8 @@ QString TimeText(const QElapsedTimer& Timer) {
 
 void InitReader() {
   ELF_SetInstAlignment(InstAlignment());
-  ELF_SetMessageCallback([](const char* sText, U32 Flags) { DatabaseLog(QString::fromUtf8(sText), Flags); });
+  ELF_SetMessageCallback(
+      [](const char* sText, U32 Flags) { DatabaseLog(QString::fromUtf8(sText), Flags | MSG_SRC_ELF); });
 }
 
 void LoadImage(DATABASE& Db) {

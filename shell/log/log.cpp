@@ -81,7 +81,10 @@ int LogMsg(const char* sText, U32 Flags) {
   const QByteArray Text = MessageText(sText, Flags);
   if (WantsSink(Flags, MSG_TO_CONSOLE) && Log.ConsoleExists) PrintConsole(Text.constData(), ConsoleColor(Flags));
   const QByteArray Line = PrefixOf(Flags, LevelPrefixes, std::size(LevelPrefixes)) + Text;
-  if (WantsSink(Flags, MSG_TO_STDOUT) && Log.DebugMode) puts(Line.constData());
+  if (WantsSink(Flags, MSG_TO_STDOUT) && Log.DebugMode) {
+    puts(Line.constData());
+    fflush(stdout);
+  }
   if (WantsSink(Flags, MSG_TO_FILE) && Log.IsAppFileOpen) {
     Log.Pending += Line + '\n';
     if (Log.Pending.size() >= Log.Interval) Log.WritePending();
@@ -91,11 +94,6 @@ int LogMsg(const char* sText, U32 Flags) {
 
 int LogMsg(const QString& sText, U32 Flags) {
   return LogMsg(sText.toUtf8().constData(), Flags);
-}
-
-int LogElfMsg(const char* sText, U32 Flags) {
-  if (!IsLogSinkActive(Flags)) return 0;
-  return LogMsg(sText, Flags | MSG_SRC_ELF);
 }
 
 bool IsLogSinkActive(U32 Flags) {
@@ -113,6 +111,10 @@ void HandleQtMessage(QtMsgType Type, const QMessageLogContext&, const QString& s
   }
   if (!IsLogSinkActive(Flags)) return;
   LogMsg(sText, Flags | MSG_FROM_QT);
+  if (Type != QtFatalMsg) return;
+  // The program ends behind this one.
+  const std::scoped_lock Lock(State().Mutex);
+  State().WritePending();
 }
 
 int OpenLogFile(int Index, const char* sPath) {

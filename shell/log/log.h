@@ -14,12 +14,9 @@ inline constexpr int LOG_FILE_CONSOLE = 1;
 
 // Routes one message: the source prefix of Flags goes in front, trailing line ends and blanks are dropped, the level
 // prefix is added for standard output and the file. Texts are cut at 2047 bytes. Returns 0, or -1 for a null or empty
-// text. Thread-safe.
+// text; at once when none of the sinks that Flags names is active. Thread-safe.
 int LogMsg(const char* sText, U32 Flags);
 int LogMsg(const QString& sText, U32 Flags);
-
-// As LogMsg with MSG_SRC_ELF added; returns 0 at once when none of the sinks that Flags names is active.
-int LogElfMsg(const char* sText, U32 Flags);
 
 // True when at least one sink that Flags names would accept a message now. Cheap; for callers that log very often.
 bool IsLogSinkActive(U32 Flags);
