@@ -72,8 +72,11 @@ QString ArgumentText(U32 ID, int Index, const QString& sArg) {
 }  // namespace
 
 COMMAND_LINE SplitCommandLine(const QString& sLine) {
-  QString sText = sLine.trimmed();
-  COMMAND_LINE Command = sText.contains(u'(') ? SplitScriptForm(sText) : SplitConsoleForm(sText);
+  const QString sText = sLine.trimmed();
+  // One inside a file name makes no script form.
+  const qsizetype Open = sText.indexOf(u'(');
+  const bool bScriptForm = Open >= 0 && sText.left(Open).count(QUOTE) % 2 == 0;
+  COMMAND_LINE Command = bScriptForm ? SplitScriptForm(sText) : SplitConsoleForm(sText);
   if (IsVoid(Command.Args)) Command.Args.clear();
   return Command;
 }

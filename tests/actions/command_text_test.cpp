@@ -21,6 +21,7 @@ TEST(CommandText, LinesAreTakenApart) {
   const SPLIT_CASE Cases[] = {
       {"File.Open test.elf", "File.Open", {"test.elf"}},
       {"  File.Open (\"test.elf\"); ", "File.Open", {"test.elf"}},
+      {"File.Open \"/a (1).elf\"", "File.Open", {"/a (1).elf"}},
       {"Debug.Start", "Debug.Start", {}},
       {"Debug.Start (  );", "Debug.Start", {}},
       {"Debug.Start void", "Debug.Start", {}},
