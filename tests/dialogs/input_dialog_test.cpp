@@ -25,6 +25,7 @@ private Q_SLOTS:
         // The old text is selected, so that typing replaces it.
         {{}, {}, false, {Key_M, Key_A, Key_Return}, QDialog::Accepted, "ma", -1},
         {{}, {}, false, {Key_M, Key_A, Key_Escape}, QDialog::Rejected, "ma", -1},
+        {{}, {}, false, {Key_Delete, Key_Return}, QDialog::Accepted, "", -1},
         {{"b", "a"}, {}, false, {Key_Return}, QDialog::Accepted, "b", 0},
         {{"b", "a"}, {}, false, {Key_Down, Key_Return}, QDialog::Accepted, "a", 1},
         {{"b", "a"}, {}, false, {Key_Delete, Key_X, Key_Return}, QDialog::Accepted, "x", -1},
@@ -52,8 +53,8 @@ private Q_SLOTS:
 
   void historyKeepsTheLatestTextsOnce() {
     QStringList History;
-    for (const char* sText : {"a", "b", "", "c", "a", "d"}) History = CInputDialog::AddToHistory(History, sText, 3);
-    QCOMPARE(History, (QStringList{"d", "a", "c"}));
+    for (const char* sText : {"a", "b", "", "c", "d", "c"}) History = CInputDialog::AddToHistory(History, sText, 3);
+    QCOMPARE(History, (QStringList{"c", "d", "b"}));
   }
 
   void countsAsCancelledWithoutAUser() {
