@@ -17,23 +17,6 @@ TEST_F(CConfigTest, XMLHoldsEveryValueInOrder) {
             "UseAdaptive=\"0x0\" UseMaxSpeed=\"0x0\"/></VNodeSettings>");
 }
 
-TEST_F(CConfigTest, RoundTripThroughTheXML) {
-  for (int Speed : {0, 65535, 4000000, 100000}) {
-    Ops.Configurator.SetConfigParam(DCP_SPEED, Speed);
-    Ops.Configurator.SetConfigParam(DCP_HOST_NAME, "it's \"here\" <1>");
-    Ops.Configurator.SetConfigParam(DCP_DR_PRE, 3);
-    const QByteArray sXML = Ctx.Config.ToXML();
-    CRecordingSink OtherSink;
-    CDeviceContext Other(OtherSink, Program);
-    Other.Api = CFakeProbe::Api();
-    CDeviceOps OtherOps(Other);
-    ASSERT_EQ(OtherOps.Configurator.Configure(sXML.constData()), 0);
-    EXPECT_EQ(Other.Config.ToXML(), sXML);
-    EXPECT_EQ(Other.Config.Value(DCP_SPEED), Speed);
-    EXPECT_TRUE(OtherSink.Events.contains("config 0 1"));
-  }
-}
-
 TEST_F(CConfigTest, ReaderTakesAnyElementAnyBaseAndDefaults) {
   const char sXML[] =
       "<x><A DRPre='12' Endian='junk'/><B DRPre='99' IRPre='0X1f' Speed='auto' Unknown='1' USBSerialNo='0xFFFFFFFF'/>"
@@ -77,17 +60,6 @@ TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
     EXPECT_EQ(Probe.CallText(), QString::asprintf("SetSpeed %x", Case.ForProbe).toStdString()) << "at once";
     EXPECT_EQ(Sink.TakeEvents(), QString::asprintf("config %d %d", Case.Param, Case.Value).toStdString());
   }
-}
-
-TEST_F(CConfigTest, BadParametersHaveTheirTexts) {
-  const auto Param = [](int Id) { return static_cast<DEV_CONFIG_PARAMS>(Id); };
-  EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(16), 1), -1);
-  EXPECT_EQ(Ops.Configurator.SetConfigParam(Param(-1), 1), -1);
-  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_HOST_NAME, static_cast<const char*>(nullptr)), -1);
-  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_SPEED, "fast"), -1);
-  EXPECT_EQ(Sink.TakeLogs(),
-            "Unknown configuration parameter with ID 16; Unknown configuration parameter with ID -1; "
-            "Invalid configuration parameter string value; Invalid configuration parameter");
 }
 
 TEST_F(CConfigTest, TextsAreCutAndReachTheLibrary) {

@@ -65,10 +65,7 @@ public:
   }
   U32 InstSetAt(U32) override { return bArm ? VNODE_BP_ARM : VNODE_BP_THUMB; }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg < 17 ? LogicReg : 0xFFFFFFFFu; }
-  bool ParseCPReg(const char* sReg, CP15_REG& Reg) override {
-    Reg = {1, 2, 3, 4};
-    return std::string_view(sReg).starts_with("15,");
-  }
+  bool ParseCPReg(const char*, CP15_REG&) override { return false; }
   int SetResetState() override {
     pProbe->Regs[15] = 0x8000400;
     return 0;

@@ -12,16 +12,23 @@ protected:
     Now += Ms;
     Ops.Halts.CheckHandleHalt();
   }
-  void SetConditional(U32 Addr) {
-    Ops.Breakpoints.SetBreakpoint(Addr, BP_STATE_ENABLED, BP_TYPE_ANY);
-    Ctx.Breakpoints.SetConditional(Addr, true);
+  // Halted at NEXT, where a condition awaits its verdict.
+  std::string HaltAtCondition() {
+    Connect();
+    Ops.Breakpoints.SetBreakpoint(NEXT, BP_STATE_ENABLED, BP_TYPE_ANY);
+    Ctx.Breakpoints.SetConditional(NEXT, true);
+    HaltAt(NEXT);
+    Probe.Calls.clear();
+    return Sink.TakeEvents();
+  }
+  std::string FinishHaltSeq(bool bStands) {
+    Ops.Halts.FinishHaltSeq(NEXT, bStands);
+    return Sink.TakeEvents();
   }
 };
 
-class CFakeSemihost : public ISemihostHandler {
-public:
-  bool bEnabled = true;
-  bool bAutoResume = false;
+struct CFakeSemihost : ISemihostHandler {
+  bool bEnabled = true, bAutoResume = false;
   U8 Result = 0;
   int NumRequests = 0;
   bool IsEnabled() const override { return bEnabled; }
@@ -92,23 +99,6 @@ TEST_F(CExecutionTest, HaltingAndContinuing) {
   EXPECT_EQ(Sink.TakeEvents(), "") << "the connection stands";
 }
 
-TEST_F(CExecutionTest, OperationsSayWhatIsMissing) {
-  EXPECT_EQ(Ops.Control.Halt(), -1);
-  EXPECT_EQ(Ops.Control.Continue(), -1);
-  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
-  EXPECT_EQ(Ops.Target.SetTargetExecState(1, 2), -1);
-  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
-  EXPECT_EQ(Ops.Control.RunTo(MAIN), -1);
-  EXPECT_EQ(Ops.Target.UpdateTargetExecState(), -1);
-  for (const char* sText : {"cannot step. target not connected", "Halt: not connected", "Continue: not connected",
-                            "Reset: not connected", "SetTargetExecState: not connected"}) {
-    EXPECT_TRUE(HasLog(sText)) << sText;
-  }
-  Connect();
-  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "cannot step. target not halted");
-}
-
 TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
   Connect(CM_DOWNLOAD_RESET);
   Probe.Regs[15] = MAIN;
@@ -150,8 +140,7 @@ TEST_F(CExecutionTest, RunToArrives) {
   EXPECT_EQ(Sink.TakeEvents(), "continue 1");
   EXPECT_EQ(Probe.CallText({"SetBPEx"}), "SetBPEx 8000120 fffffff2");
   EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
-  EXPECT_TRUE(HasLog("cannot step. hidden breakpoint is set"));
-  EXPECT_TRUE(HasLog("run to: target not ready"));
+  EXPECT_EQ(Sink.TakeLogs(), "cannot step. hidden breakpoint is set; run to: target not ready");
   Ops.Control.Continue();
   HaltAt(NEXT);
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 3 8000120");
@@ -190,8 +179,8 @@ TEST_F(CExecutionTest, RunToThatCannotBreak) {
   ConnectHalted();
   Probe.Failing["SetBPEx"] = 0;
   EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
-  EXPECT_TRUE(HasLog("SetBreakpoint: VNODE API call failed"));
-  EXPECT_TRUE(HasLog("RunTo: could not set breakpoint on address 8000120"));
+  EXPECT_EQ(Sink.TakeLogs(),
+            "SetBreakpoint: VNODE API call failed; RunTo: could not set breakpoint on address 8000120");
   EXPECT_EQ(Sink.TakeEvents(), "");
   EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
   // A breakpoint of another type gives way, and is lost when no new one can be set.
@@ -210,66 +199,50 @@ TEST_F(CExecutionTest, AFailedStepMayBeALostConnection) {
 }
 
 TEST_F(CExecutionTest, ConditionsWaitForTheVerdict) {
-  Connect();
-  SetConditional(NEXT);
-  HaltAt(NEXT);
-  EXPECT_EQ(Sink.TakeEvents(), "eval 8000120");
+  EXPECT_EQ(HaltAtCondition(), "eval 8000120");
   EXPECT_FALSE(Ctx.State.Exec.bAccessible);
   Poll(10000);
   Ops.Halts.CheckHandleResume();
   EXPECT_EQ(Sink.TakeEvents(), "") << "the device thread stays out meanwhile";
-  Forget();
-  Ops.Halts.FinishHaltSeq(NEXT, false);
+  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
+  EXPECT_EQ(Ops.Control.RunTo(NEXT + 8), -1);
+  EXPECT_EQ(Probe.CallText(), "") << "neither steps nor runs away from the verdict";
+  EXPECT_EQ(FinishHaltSeq(false), "") << "nobody sees a halt that does not stand";
   EXPECT_EQ(Probe.CallText({"GoEx"}), "GoEx 0 1");
-  EXPECT_EQ(Sink.TakeEvents(), "") << "nobody sees a halt that does not stand";
   HaltAt(NEXT);
   Sink.Events.clear();
-  Ops.Halts.FinishHaltSeq(NEXT, true);
-  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 2 8000120");
+  EXPECT_EQ(FinishHaltSeq(true), "JT_HALT 0 2 8000120");
   BP Entry;
   ASSERT_TRUE(Ctx.Breakpoints.GetAt(NEXT, Entry));
   EXPECT_EQ(Entry.HitCount, 2u);
 }
 
 TEST_F(CExecutionTest, TheUserOverrulesACondition) {
-  Connect();
-  SetConditional(NEXT);
-  HaltAt(NEXT);
-  Sink.Events.clear();
+  HaltAtCondition();
   EXPECT_TRUE(Ops.Control.IsHaltNeeded());
   Ops.Control.Halt();
   Ops.Halts.CheckHandleHalt();
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 2 8000120");
   Forget();
-  Ops.Halts.FinishHaltSeq(NEXT, false);
+  EXPECT_EQ(FinishHaltSeq(false), "");
   EXPECT_EQ(Probe.CallText(), "") << "a late verdict is void";
   EXPECT_FALSE(Ops.Control.IsHaltNeeded());
 }
 
-TEST_F(CExecutionTest, WhileAConditionIsEvaluated) {
-  Connect();
-  SetConditional(NEXT);
-  HaltAt(NEXT);
-  Forget();
-  EXPECT_EQ(Ops.Stepper.StepInst(), -1);
-  EXPECT_EQ(Ops.Control.RunTo(NEXT + 8), -1);
-  EXPECT_EQ(Probe.CallText(), "") << "neither steps nor runs away from the verdict";
+TEST_F(CExecutionTest, ContinueAndResetEndAnEvaluation) {
+  HaltAtCondition();
   EXPECT_EQ(Ops.Control.Continue(), 0);
   EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
   Probe.Halted = 0;
-  Ops.Halts.FinishHaltSeq(NEXT, true);
-  EXPECT_EQ(Sink.TakeEvents(), "") << "the target runs";
+  EXPECT_EQ(FinishHaltSeq(true), "") << "the target runs";
   HaltAt(NEXT + 4);
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000124") << "and is watched";
 
-  Ops.Control.Continue();
-  HaltAt(NEXT);
-  Sink.Events.clear();
+  HaltAtCondition();
   Probe.bStaysRunning = true;
   Probe.Halted = 0;
   EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), -1);
-  Ops.Halts.FinishHaltSeq(NEXT, true);
-  EXPECT_EQ(Sink.TakeEvents(), "") << "a reset ends the evaluation, halted or not";
+  EXPECT_EQ(FinishHaltSeq(true), "") << "halted or not";
   HaltAt(NEXT + 4);
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000124");
 }
@@ -307,49 +280,6 @@ TEST_F(CExecutionTest, SemihostingRequests) {
     Ops.Connection.Disconnect();
   }
   Ctx.pSemihost = nullptr;
-}
-
-TEST_F(CExecutionTest, SourceStepGoesOnOrEndsAtItsHiddenBreakpoint) {
-  struct CStepper : ISourceStepper {
-    int Result = 0;
-    int CompleteSrcStepOnHiddenBP(U32) override { return Result; }
-  } Stepper;
-  Ctx.pSourceStepper = &Stepper;
-  for (int Result : {0, 1}) {
-    ConnectHalted();
-    Stepper.Result = Result;
-    Ctx.State.Exec.bStepping = true;
-    EXPECT_EQ(Ops.Control.RunTo(NEXT, JT_STEP_OVER), 1);
-    Ops.Control.Continue();
-    Sink.Events.clear();
-    HaltAt(NEXT);
-    EXPECT_EQ(Sink.TakeEvents(), Result == 0 ? "JT_STEP_OVER 0 0 8000120" : "");
-    EXPECT_EQ(Ctx.State.Exec.bStepping, Result == 1);
-    EXPECT_FALSE(Ctx.State.Exec.bHaltPending);
-    Ops.Connection.Disconnect();
-  }
-  Ctx.pSourceStepper = nullptr;
-}
-
-TEST_F(CExecutionTest, RequestsOfTheMainThreadAreCompletedOnce) {
-  const auto Notified = [this] {
-    Ops.CheckHandleNotifications();
-    return Sink.TakeEvents();
-  };
-  ASSERT_EQ(Ops.Connection.Connect(CM_BARE), 0);
-  Probe.Regs[15] = MAIN;
-  Sink.Events.clear();
-  Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
-  EXPECT_EQ(Notified(), "JT_CONNECT 0 1 0");
-  Probe.Halted = 1;
-  Ctx.State.Requests.PendingResetMode = RM_BEFORE_DOWNLOAD;
-  EXPECT_EQ(Notified(), "JT_RESET 0 3 8000100");
-  Ctx.State.Requests.bInitRegsPending = true;
-  EXPECT_EQ(Notified(), "JT_HALT 0 1 8000400");
-  EXPECT_EQ(Notified(), "");
-  Ops.Connection.Disconnect();
-  Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
-  EXPECT_EQ(Notified(), "JT_CONNECT 1 1 8000400") << "not connected";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "fake_probe.h"
 
-#include <cstdarg>
+#include <QString>
+
 #include <cstring>
 
 #include "device/vnode_library.h"
@@ -9,8 +10,9 @@ namespace {
 
 CFakeProbe* g_pFake = nullptr;
 
-bool Call(const char* sName) {
-  return g_pFake->Call("%s", sName);
+template <typename... ARGS>
+bool Call(const char* sFormat, ARGS... Args) {
+  return g_pFake->Note(QString::asprintf(sFormat, Args...).toStdString());
 }
 
 int HasBMA() {
@@ -19,14 +21,10 @@ int HasBMA() {
 int GetEndianness() {
   return g_pFake->Endianness;
 }
-int GetWebInfo(VNODE_WEB_INFO* pInfo) {
-  pInfo->Port = g_pFake->WebPort;
-  return 0;
-}
 
 template <typename T>
 int ReadItems(const char* sName, U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
-  const bool bOk = g_pFake->Call("%s %x", sName, Addr) && g_pFake->Accessible(Addr, sizeof(T)) == sizeof(T);
+  const bool bOk = Call("%s %x", sName, Addr) && g_pFake->Accessible(Addr, sizeof(T)) == sizeof(T);
   *paStatus = bOk ? 0 : 1;
   if (!bOk || NumItems != 1) return -1;
   std::memcpy(paData, &g_pFake->Mem[Addr - CFakeProbe::MEM_START], sizeof(T));
@@ -35,13 +33,13 @@ int ReadItems(const char* sName, U32 Addr, U32 NumItems, T* paData, U8* paStatus
 
 template <typename T>
 int WriteItem(const char* sName, U32 Addr, T Value) {
-  if (!g_pFake->Call("%s %x", sName, Addr) || g_pFake->Accessible(Addr, sizeof(T)) != sizeof(T)) return -1;
+  if (!Call("%s %x", sName, Addr) || g_pFake->Accessible(Addr, sizeof(T)) != sizeof(T)) return -1;
   std::memcpy(&g_pFake->Mem[Addr - CFakeProbe::MEM_START], &Value, sizeof(T));
   return 0;
 }
 
 int ReadBlock(const char* sName, U32 Addr, U32 NumBytes, void* pData) {
-  if (!g_pFake->Call("%s %x %x", sName, Addr, NumBytes)) return -1;
+  if (!Call("%s %x %x", sName, Addr, NumBytes)) return -1;
   const U32 Count = std::min(g_pFake->Accessible(Addr, NumBytes), g_pFake->MaxBytesPerCall);
   if (Count != 0) std::memcpy(pData, &g_pFake->Mem[Addr - CFakeProbe::MEM_START], Count);
   return static_cast<int>(Count);
@@ -63,9 +61,9 @@ void AddSession(VNODE_API& Api) {
     return g_pFake->bConnected ? 0 : -1;
   };
   Api.VNODEARM_IsConnected = [] { return static_cast<U8>(g_pFake->bConnected); };
-  Api.VNODEARM_SelectIP = [](const char* sHost, int) { return g_pFake->Call("SelectIP %s", sHost) ? 0 : 1; };
+  Api.VNODEARM_SelectIP = [](const char* sHost, int) { return Call("SelectIP %s", sHost) ? 0 : 1; };
   Api.VNODEARM_SelectUSB = [](int) { return Call("SelectUSB") ? 0 : -1; };
-  Api.VNODEARM_EMU_SelectByUSBSN = [](U32 No) { return g_pFake->Call("EMU_SelectByUSBSN %x", No) ? 0 : -1; };
+  Api.VNODEARM_EMU_SelectByUSBSN = [](U32 No) { return Call("EMU_SelectByUSBSN %x", No) ? 0 : -1; };
   Api.VNODEARM_EMU_HasCapEx = [](U32 Cap) { return Cap == VNODE_CAP_SWO ? static_cast<int>(g_pFake->HasSWO) : 0; };
   Api.VNODEARM_GetSN = [] { return 1234u; };
   Api.VNODEARM_GetFirmwareString = [](char* acText, int Size) {
@@ -74,9 +72,9 @@ void AddSession(VNODE_API& Api) {
   Api.VNODEARM_EnableLog = [](VNODE_TEXT_CALLBACK) { Call("EnableLog"); };
   Api.VNODEARM_SetErrorOutHandler = [](VNODE_TEXT_CALLBACK pf) { g_pFake->pfError = pf; };
   Api.VNODEARM_SetWarnOutHandler = [](VNODE_TEXT_CALLBACK) {};
-  Api.VNODEARM_SetLogFile = [](const char* sPath) { g_pFake->Call("SetLogFile %s", sPath); };
+  Api.VNODEARM_SetLogFile = [](const char* sPath) { Call("SetLogFile %s", sPath); };
   Api.VNODEARM_ExecCommand = [](const char* sCommand, char* acReply, int Size) {
-    g_pFake->Call("ExecCommand %s", sCommand);
+    Call("ExecCommand %s", sCommand);
     const auto It = g_pFake->ErrorReply.find(sCommand);
     std::snprintf(acReply, static_cast<size_t>(Size), "%s", It == g_pFake->ErrorReply.end() ? "" : It->second.c_str());
     return 0;
@@ -84,19 +82,15 @@ void AddSession(VNODE_API& Api) {
   Api.VNODE_GetpFunc = [](int No) -> void* {
     if (g_pFake->OptionalFuncs.count(No) == 0) return nullptr;
     if (No == VNODE_FUNC_HAS_BMA) return reinterpret_cast<void*>(&HasBMA);
-    if (No == VNODE_FUNC_GET_ENDIANNESS) return reinterpret_cast<void*>(&GetEndianness);
-    return No == VNODE_FUNC_WEB_PORT ? reinterpret_cast<void*>(&GetWebInfo) : nullptr;
+    return No == VNODE_FUNC_GET_ENDIANNESS ? reinterpret_cast<void*>(&GetEndianness) : nullptr;
   };
 }
 
 void AddDevicesAndConfig(VNODE_API& Api) {
   Api.VNODEARM_DEVICE_GetIndex = [](const char* sName) {
-    for (size_t i = 0; i < g_pFake->Devices.size(); ++i) {
-      if (g_pFake->Devices[i].sName != nullptr && std::strcmp(g_pFake->Devices[i].sName, sName) == 0) {
-        return static_cast<int>(i);
-      }
-    }
-    return -1;
+    const auto Is = [sName](const VNODEARM_DEVICE_INFO& Device) { return std::strcmp(Device.sName, sName) == 0; };
+    const auto It = std::find_if(g_pFake->Devices.begin(), g_pFake->Devices.end(), Is);
+    return It == g_pFake->Devices.end() ? -1 : static_cast<int>(It - g_pFake->Devices.begin());
   };
   Api.VNODEARM_DEVICE_GetInfo = [](int Index, VNODEARM_DEVICE_INFO* pInfo) {
     if (Index < 0) return static_cast<int>(g_pFake->Devices.size());
@@ -105,16 +99,16 @@ void AddDevicesAndConfig(VNODE_API& Api) {
     return 0;
   };
   Api.VNODEARM_Core2CoreName = [](U32, char* acName, U16 Size) { std::snprintf(acName, Size, "Cortex-M4"); };
-  Api.VNODEARM_TIF_Select = [](int IF) { return g_pFake->Call("TIF_Select %x", IF) ? 0 : -1; };
-  Api.VNODEARM_ConfigJTAG = [](int IRPre, int DRPre) { g_pFake->Call("ConfigJTAG %x %x", IRPre, DRPre); };
-  Api.VNODEARM_SetSpeed = [](U32 KHz) { g_pFake->Call("SetSpeed %x", KHz); };
+  Api.VNODEARM_TIF_Select = [](int IF) { return Call("TIF_Select %x", IF) ? 0 : -1; };
+  Api.VNODEARM_ConfigJTAG = [](int IRPre, int DRPre) { Call("ConfigJTAG %x %x", IRPre, DRPre); };
+  Api.VNODEARM_SetSpeed = [](U32 KHz) { Call("SetSpeed %x", KHz); };
   Api.VNODEARM_GetSpeed = [] { return g_pFake->SpeedKHz; };
-  Api.VNODEARM_SetEndian = [](int Endian) { return g_pFake->Call("SetEndian %x", Endian) ? 0 : -1; };
-  Api.VNODEARM_SetCoreIndex = [](U32 Index) { return g_pFake->Call("SetCoreIndex %x", Index) ? 0 : -1; };
-  Api.VNODEARM_SetResetType = [](int Type) { g_pFake->Call("SetResetType %x", Type); };
-  Api.VNODEARM_SetResetDelay = [](int Ms) { g_pFake->Call("SetResetDelay %x", Ms); };
-  Api.VNODEARM_SetInitRegsOnReset = [](int On) { g_pFake->Call("SetInitRegsOnReset %x", On); };
-  Api.VNODEARM_EnableSoftBPs = [](int On) { g_pFake->Call("EnableSoftBPs %x", On); };
+  Api.VNODEARM_SetEndian = [](int Endian) { return Call("SetEndian %x", Endian) ? 0 : -1; };
+  Api.VNODEARM_SetCoreIndex = [](U32 Index) { return Call("SetCoreIndex %x", Index) ? 0 : -1; };
+  Api.VNODEARM_SetResetType = [](int Type) { Call("SetResetType %x", Type); };
+  Api.VNODEARM_SetResetDelay = [](int Ms) { Call("SetResetDelay %x", Ms); };
+  Api.VNODEARM_SetInitRegsOnReset = [](int On) { Call("SetInitRegsOnReset %x", On); };
+  Api.VNODEARM_EnableSoftBPs = [](int On) { Call("EnableSoftBPs %x", On); };
   Api.VNODEARM_RAWTRACE_Control = [](U32, void* pData) {
     *static_cast<U32*>(pData) = g_pFake->RawTraceCaps;
     return 0;
@@ -129,14 +123,10 @@ void AddRunControl(VNODE_API& Api) {
   };
   Api.VNODEARM_IsHalted = [] { return Call("IsHalted") ? g_pFake->Halted : -1; };
   Api.VNODEARM_GoEx = [](int Max, int Flags) {
-    g_pFake->Call("GoEx %x %x", Max, Flags);
+    Call("GoEx %x %x", Max, Flags);
     g_pFake->Halted = 0;
   };
-  Api.VNODEARM_Step = [] {
-    if (!Call("Step")) return -1;
-    g_pFake->Regs[15] += 2;
-    return 0;
-  };
+  Api.VNODEARM_Step = [] { return Call("Step") ? 0 : -1; };
   Api.VNODEARM_Reset = [] { return Call("Reset") ? 0 : -1; };
   Api.VNODEARM_ReadReg = [](U32 Index) { return g_pFake->Regs[Index]; };
   Api.VNODEARM_ReadRegs = [](const U32* paIndex, U32* paValue, U8* paStatus, U32 Count) {
@@ -148,20 +138,9 @@ void AddRunControl(VNODE_API& Api) {
     return 0;
   };
   Api.VNODEARM_WriteReg = [](U32 Index, U32 Value) {
-    if (!g_pFake->Call("WriteReg %x %x", Index, Value)) return -1;
+    if (!Call("WriteReg %x %x", Index, Value)) return -1;
     g_pFake->Regs[Index] = Value;
     return 0;
-  };
-  Api.VNODEARM_CP15_ReadEx = [](U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32* pValue) {
-    *pValue = 0x410FC241;
-    return g_pFake->Call("CP15_ReadEx %x %x %x %x", CRn, CRm, Op1, Op2) ? 0 : -1;
-  };
-  Api.VNODEARM_CP15_WriteEx = [](U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32 Value) {
-    return g_pFake->Call("CP15_WriteEx %x %x %x %x %x", CRn, CRm, Op1, Op2, Value) ? 0 : -1;
-  };
-  Api.VNODEARM_MeasureCPUSpeedEx = [](U32 Addr, int, int) {
-    g_pFake->Call("MeasureCPUSpeedEx %x", Addr);
-    return g_pFake->CPUSpeed;
   };
 }
 
@@ -175,7 +154,7 @@ void AddMemory(VNODE_API& Api) {
   Api.VNODEARM_ReadMemU32 = [](U32 A, U32 N, U32* p, U8* s) { return ReadItems("ReadMemU32", A, N, p, s); };
   Api.VNODEARM_ReadMemU64 = [](U32 A, U32 N, U64* p, U8* s) { return ReadItems("ReadMemU64", A, N, p, s); };
   Api.VNODEARM_WriteMemEx = [](U32 Addr, U32 NumBytes, const void* pData, U32) {
-    if (!g_pFake->Call("WriteMemEx %x %x", Addr, NumBytes)) return -1;
+    if (!Call("WriteMemEx %x %x", Addr, NumBytes)) return -1;
     const U32 Count = std::min(g_pFake->Accessible(Addr, NumBytes), g_pFake->MaxBytesPerCall);
     if (Count != 0) std::memcpy(&g_pFake->Mem[Addr - CFakeProbe::MEM_START], pData, Count);
     return static_cast<int>(Count);
@@ -184,7 +163,7 @@ void AddMemory(VNODE_API& Api) {
   Api.VNODEARM_WriteU16 = [](U32 A, U16 V) { return WriteItem("WriteU16", A, V); };
   Api.VNODEARM_WriteU32 = [](U32 A, U32 V) { return WriteItem("WriteU32", A, V); };
   Api.VNODEARM_WriteU64 = [](U32 A, U64 V) { return WriteItem("WriteU64", A, V); };
-  Api.VNODEARM_BeginDownload = [](U32 Flags) { g_pFake->Call("BeginDownload %x", Flags); };
+  Api.VNODEARM_BeginDownload = [](U32 Flags) { Call("BeginDownload %x", Flags); };
   Api.VNODEARM_EndDownload = [] {
     Call("EndDownload");
     return g_pFake->EndDownloadResult;
@@ -194,7 +173,7 @@ void AddMemory(VNODE_API& Api) {
 void AddBreakpoints(VNODE_API& Api) {
   Api.VNODEARM_SetBPEx = [](U32 Addr, U32 Type) {
     static U32 s_LastHandle = 0;
-    if (!g_pFake->Call("SetBPEx %x %x", Addr, Type)) return 0;
+    if (!Call("SetBPEx %x %x", Addr, Type)) return 0;
     g_pFake->BPs.push_back({++s_LastHandle, Addr, Type});
     return static_cast<int>(s_LastHandle);
   };
@@ -202,7 +181,7 @@ void AddBreakpoints(VNODE_API& Api) {
     const auto Is = [Handle](const FAKE_BP& BP) { return Handle < 0 || BP.Handle == static_cast<U32>(Handle); };
     const auto It = std::find_if(g_pFake->BPs.begin(), g_pFake->BPs.end(), Is);
     const U32 Addr = Handle < 0 || It == g_pFake->BPs.end() ? 0xFFFFFFFFu : It->Addr;
-    if (!g_pFake->Call("ClrBPEx %x", Addr)) return -1;
+    if (!Call("ClrBPEx %x", Addr)) return -1;
     std::erase_if(g_pFake->BPs, Is);
     return 0;
   };
@@ -217,7 +196,7 @@ void AddBreakpoints(VNODE_API& Api) {
     }
     return Count;
   };
-  Api.VNODEARM_ClrDataEvent = [](U32 Handle) { return g_pFake->Call("ClrDataEvent %x", Handle) ? 0 : -1; };
+  Api.VNODEARM_ClrDataEvent = [](U32 Handle) { return Call("ClrDataEvent %x", Handle) ? 0 : -1; };
 }
 
 }  // namespace
@@ -246,15 +225,9 @@ VNODE_API CFakeProbe::Api() {
   return Api;
 }
 
-bool CFakeProbe::Call(const char* sFormat, ...) {
-  char acText[512];
-  va_list Args;
-  va_start(Args, sFormat);
-  std::vsnprintf(acText, sizeof(acText), sFormat, Args);
-  va_end(Args);
-  Calls.push_back(acText);
-  const std::string sName = Calls.back().substr(0, Calls.back().find(' '));
-  const auto It = Failing.find(sName);
+bool CFakeProbe::Note(const std::string& sCall) {
+  Calls.push_back(sCall);
+  const auto It = Failing.find(sCall.substr(0, sCall.find(' ')));
   return It == Failing.end() || It->second-- > 0;
 }
 
@@ -273,7 +246,6 @@ std::string CFakeProbe::CallText(const std::set<std::string>& Names) const {
 }
 
 int CFakeProbe::Count(const std::string& sName) const {
-  return static_cast<int>(std::count_if(Calls.begin(), Calls.end(), [&sName](const std::string& sCall) {
-    return sCall.substr(0, sCall.find(' ')) == sName;
-  }));
+  const auto Is = [&sName](const std::string& sCall) { return sCall.substr(0, sCall.find(' ')) == sName; };
+  return static_cast<int>(std::count_if(Calls.begin(), Calls.end(), Is));
 }

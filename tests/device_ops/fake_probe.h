@@ -41,8 +41,7 @@ public:
   U32 RawTraceCaps = 0x20;
   int HasBMA = 1;  // answer of the optional function
   int Endianness = 0;
-  U32 WebPort = 0;
-  std::set<int> OptionalFuncs = {VNODE_FUNC_HAS_BMA, VNODE_FUNC_GET_ENDIANNESS, VNODE_FUNC_WEB_PORT};
+  std::set<int> OptionalFuncs = {VNODE_FUNC_HAS_BMA, VNODE_FUNC_GET_ENDIANNESS};
   std::vector<VNODEARM_DEVICE_INFO> Devices;
   std::map<U32, U32> Regs;
   std::vector<FAKE_BP> BPs;
@@ -50,11 +49,10 @@ public:
   U32 MaxBytesPerCall = 0xFFFFFFFFu;  // longer block transfers come back short
   U32 BadAddr = 0xFFFFFFFFu;          // nothing from here on can be accessed
   int EndDownloadResult = 0;
-  int CPUSpeed = 48000000;
   VNODE_TEXT_CALLBACK pfError = nullptr;
 
   // Records a call; false when it is to fail.
-  bool Call(const char* sFormat, ...);
+  bool Note(const std::string& sCall);
   // Bytes at Addr that can be accessed, at most NumBytes.
   U32 Accessible(U32 Addr, U32 NumBytes) const;
   // The recorded calls whose name is in the list, in order; all without one. Joined by ", ".

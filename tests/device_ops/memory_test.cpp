@@ -26,21 +26,31 @@ protected:
   std::vector<U8> Data, Status;
 };
 
-TEST_F(CMemoryTest, ReadsChooseTheProbesCall) {
-  // offset, bytes, access width, flags, call
-  const std::tuple<U32, U32, I8, U32, const char*> aCase[] = {
-      {3, 1, 0, 0, "ReadMemU8 20000003"},      {2, 2, 0, 0, "ReadMemU16 20000002"},
-      {4, 4, 1, 0, "ReadMemU32 20000004"},     {8, 8, 0, MEM_FLAG_HW, "ReadMemU64 20000008"},
-      {1, 4, 0, 0, "ReadMemEx 20000001 4"},    {4, 8, 0, 0, "ReadMemEx 20000004 8"},
-      {4, 3, 0, 0, "ReadMemEx 20000004 3"},    {4, 3, 0, MEM_FLAG_HW, "ReadMemHW 20000004 3"},
-      {0, 100, 0, 0, "ReadMemEx 20000000 64"},
+TEST_F(CMemoryTest, ChoosesTheProbesCall) {
+  // offset, bytes, access width, flags, calls of a read and of a write
+  const std::tuple<U32, U32, I8, U32, const char*, const char*> aCase[] = {
+      {3, 1, 0, 0, "ReadMemU8 20000003", "WriteU8 20000003"},
+      {2, 2, 0, 0, "ReadMemU16 20000002", "WriteU16 20000002"},
+      {4, 4, 1, 0, "ReadMemU32 20000004", "WriteU32 20000004"},
+      {8, 8, 0, MEM_FLAG_HW, "ReadMemU64 20000008", "WriteU64 20000008"},
+      {1, 4, 0, 0, "ReadMemEx 20000001 4", "WriteMemEx 20000001 4"},
+      {4, 8, 0, 0, "ReadMemEx 20000004 8", "WriteMemEx 20000004 8"},
+      {4, 3, 0, MEM_FLAG_HW, "ReadMemHW 20000004 3", "WriteMemEx 20000004 3"},
+      {0, 100, 0, 0, "ReadMemEx 20000000 64", "WriteMemEx 20000000 64"},
   };
   Connect();
-  for (const auto& [Offset, NumBytes, AW, Flags, sCall] : aCase) {
+  const std::vector<U8> Image(100, 0x5A);
+  for (const auto& [Offset, NumBytes, AW, Flags, sRead, sWrite] : aCase) {
     Forget();
+    EXPECT_EQ(Ops.Memory.WriteMem(MEM + Offset, NumBytes, 0, AW, Flags, Image.data()), NumBytes);
     EXPECT_EQ(Read(MEM + Offset, NumBytes, 0, AW, Flags), NumBytes);
-    EXPECT_EQ(Probe.CallText(), sCall);
+    EXPECT_EQ(Probe.CallText(), std::string(sWrite) + ", " + sRead);
+    EXPECT_EQ(Data, std::vector<U8>(NumBytes, 0x5A));
   }
+  Forget();
+  Probe.Failing["WriteU32"] = 0;
+  EXPECT_EQ(Ops.Memory.WriteMem(MEM, 4, 2, 0, 0, Image.data()), 4u) << "in chunks instead";
+  EXPECT_EQ(Probe.CallText(), "WriteU32 20000000, WriteU16 20000000, WriteU16 20000002");
 }
 
 TEST_F(CMemoryTest, ShortReads) {
@@ -128,24 +138,6 @@ TEST_F(CMemoryTest, InvalidAccessesNeverReachTheProbe) {
   EXPECT_EQ(Probe.CallText(), "");
 }
 
-TEST_F(CMemoryTest, WritesChooseTheProbesCall) {
-  const U8 aData[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
-  const std::pair<std::pair<U32, U32>, const char*> aCase[] = {
-      {{3, 1}, "WriteU8 20000003"},  {{2, 2}, "WriteU16 20000002"},     {{4, 4}, "WriteU32 20000004"},
-      {{8, 8}, "WriteU64 20000008"}, {{2, 4}, "WriteMemEx 20000002 4"}, {{0, 9}, "WriteMemEx 20000000 9"}};
-  Connect();
-  for (const auto& [Range, sCall] : aCase) {
-    Forget();
-    EXPECT_EQ(Ops.Memory.WriteMem(MEM + Range.first, Range.second, 0, 0, 0, aData), Range.second);
-    EXPECT_EQ(Probe.CallText(), sCall);
-    EXPECT_EQ(std::memcmp(&Probe.Mem[Range.first], aData, Range.second), 0);
-  }
-  Forget();
-  Probe.Failing["WriteU32"] = 0;
-  EXPECT_EQ(Ops.Memory.WriteMem(MEM, 4, 2, 0, 0, aData), 4u) << "in chunks instead";
-  EXPECT_EQ(Probe.CallText(), "WriteU32 20000000, WriteU16 20000000, WriteU16 20000002");
-}
-
 TEST_F(CMemoryTest, HaltsAroundAnAccess) {
   const std::tuple<int, U32, const char*> aCase[] = {
       {0, MEM_FLAG_HALT, "IsHalted, Halt, ReadMemU32 20000000, GoEx 0 1"},
@@ -217,27 +209,10 @@ TEST_F(CMemoryTest, SingleItems) {
             "ReadByte: V-Node API call failed");
   EXPECT_EQ(Failures(0x100),
             "ReadWord: V-Node API call failed; ReadHalfWord: V-Node API call failed; ReadByte: V-Node API call failed");
-  for (U8 Size : {1, 2, 4}) {
-    U32 Expected = 0;
-    std::memcpy(&Expected, &Probe.Mem[8], Size);
-    EXPECT_EQ(Ops.Memory.ReadInt(MEM + 8, Size, &Word), 0);
+  for (const auto& [Size, Expected] : {std::pair(1, 0x38u), {2, 0x3F38u}, {4, 0x4D463F38u}}) {
+    EXPECT_EQ(Ops.Memory.ReadInt(MEM + 8, static_cast<U8>(Size), &Word), 0);
     EXPECT_EQ(Word, Expected);
   }
-  EXPECT_EQ(Ops.Memory.ReadInt(MEM, 3, &Word), -1);
-}
-
-TEST_F(CMemoryTest, CoreSpeed) {
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "MeasureCoreSpeed: not connected");
-  Connect();
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "MeasureCoreSpeed: not halted");
-  HaltAt(0x8000100);
-  Forget();
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), 48000000);
-  Probe.CPUSpeed = 0;
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "Core speed measured at 48000000 Hz; could not determine core frequency");
 }
 
 }  // namespace

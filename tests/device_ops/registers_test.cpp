@@ -6,29 +6,20 @@ using CRegistersTest = CDeviceOpsTest;
 
 TEST_F(CRegistersTest, FailuresOfSingleRegisters) {
   U64 Value = 0;
-  const auto Failures = [&](U32 Index, const char* sReg) {
+  const auto Failures = [&](U32 Index) {
     Forget();
     EXPECT_EQ(Ops.Registers.ReadReg(Index, &Value), -1);
     EXPECT_EQ(Ops.Registers.WriteReg(Index, 1), -1);
-    EXPECT_EQ(Ops.Registers.ReadCPReg(sReg, &Value), -1);
-    EXPECT_EQ(Ops.Registers.WriteCPReg(sReg, 1), -1);
     return Sink.TakeLogs();
   };
-  EXPECT_EQ(Failures(0, "15,1,2,3,4"),
-            "ReadReg: not connected; WriteReg: Not connected; ReadCPReg: not connected; WriteCPReg: not connected");
+  EXPECT_EQ(Failures(0), "ReadReg: not connected; WriteReg: Not connected");
   Connect();
-  EXPECT_EQ(Failures(0, "15,1,2,3,4"),
-            "ReadReg: not halted; WriteReg: Not halted; ReadCPReg: not halted; WriteCPReg: not halted");
+  EXPECT_EQ(Failures(0), "ReadReg: not halted; WriteReg: Not halted");
   HaltAt(0x8000100);
-  Probe.Failing = {{"WriteReg", 0}, {"CP15_ReadEx", 0}, {"CP15_WriteEx", 0}};
-  EXPECT_EQ(Failures(0xFFFFFFFF, "14,1,2,3,4"),
-            "ReadReg: invalid register index; WriteReg: invalid register index; "
-            "ReadCPReg: invalid register identifier; WriteCPReg: invalid register identifier");
+  EXPECT_EQ(Failures(0xFFFFFFFF), "ReadReg: invalid register index; WriteReg: invalid register index");
+  Probe.Failing["WriteReg"] = 0;
   EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), -1);
-  EXPECT_EQ(Ops.Registers.WriteCPReg("15,1,2,3,4", 1), -1);
-  EXPECT_EQ(Sink.TakeLogs(),
-            "WriteReg: VNODE API call failed; ReadCPReg: VNODE API call failed; WriteCPReg: VNODE API call failed");
+  EXPECT_EQ(Sink.TakeLogs(), "WriteReg: VNODE API call failed");
 }
 
 TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
@@ -43,11 +34,6 @@ TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
   EXPECT_EQ(Ops.Registers.ReadRegs(3, aReg, aValue.data(), aStatus.data()), 0);
   EXPECT_EQ(aValue, (std::vector<U64>{0x8000101, 0x8000100, ~0ull})) << "register 40 does not exist";
   EXPECT_EQ(aStatus, (std::vector<U8>{0, 0, 1}));
-  Forget();
-  EXPECT_EQ(Ops.Registers.ReadCPReg("15,1,2,3,4", &Value), 0);
-  EXPECT_EQ(Value, 0x410FC241u);
-  EXPECT_EQ(Ops.Registers.WriteCPReg("15,1,2,3,4", 0xABC), 0);
-  EXPECT_EQ(Probe.CallText(), "CP15_ReadEx 1 2 3 4, CP15_WriteEx 1 2 3 4 abc");
 }
 
 TEST_F(CRegistersTest, FailuresOfManyRegisters) {

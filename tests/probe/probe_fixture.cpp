@@ -57,14 +57,8 @@ void CProbeTest::SetUp() {
   }
   Messages.Warnings.clear();
   Messages.Errors.clear();
-#define RECEIVER(List)                    \
-  [](const char* sText) {                 \
-    std::lock_guard Lock(Messages.Mutex); \
-    Messages.List.push_back(sText);       \
-  }
-  API.VNODEARM_SetWarnOutHandler(RECEIVER(Warnings));
-  API.VNODEARM_SetErrorOutHandler(RECEIVER(Errors));
-#undef RECEIVER
+  API.VNODEARM_SetWarnOutHandler(&Receive<&MESSAGES::Warnings>);
+  API.VNODEARM_SetErrorOutHandler(&Receive<&MESSAGES::Errors>);
 }
 
 void CProbeTest::TearDown() {

@@ -57,4 +57,9 @@ protected:
     std::vector<std::string> Warnings, Errors;
   };
   static MESSAGES Messages;
+  template <auto List>
+  static void Receive(const char* sText) {
+    std::lock_guard Lock(Messages.Mutex);
+    (Messages.*List).push_back(sText);
+  }
 };

@@ -67,19 +67,6 @@ TEST_F(SessionTest, EverySimulatedCoreConnects) {
   }
 }
 
-TEST_F(SessionTest, InjectedConnectFaultsEnd) {
-  for (const char* sFault : {"sim.fail Open 1", "sim.fail EMU_SelectByUSBSN 1", "sim.refuse-connect 1"}) {
-    EXPECT_EQ(Exec(sFault), "");
-    for (const bool bWorks : {false, true}) {
-      EXPECT_EQ(API.VNODEARM_EMU_SelectByUSBSN(1) >= 0 && !API.VNODEARM_Open() && Exec("device=Cortex-M3").empty() &&
-                    API.VNODEARM_Connect() == 0,
-                bWorks)
-          << sFault;
-      API.VNODEARM_Close();
-    }
-  }
-}
-
 TEST_F(SessionTest, LostConnectionLastsUntilClose) {
   Connect("Cortex-M3");
   U32 Value = 0;
@@ -156,9 +143,6 @@ TEST_F(SessionTest, ServesOptionalFunctions) {
   EXPECT_LT(pfEndian(), 0) << "no target";
   Connect("Cortex-M4");
   EXPECT_EQ(pfEndian(), 0);
-  VNODE_WEB_INFO Info = {0, 1};
-  EXPECT_EQ(reinterpret_cast<VNODE_WEB_INFO_FUNC>(API.VNODE_GetpFunc(VNODE_FUNC_WEB_PORT))(&Info), 0);
-  EXPECT_EQ(Info.Port, 0u);
   EXPECT_EQ(API.VNODE_GetpFunc(11), nullptr);
 }
 

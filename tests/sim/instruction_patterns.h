@@ -3,9 +3,11 @@
 // or four bits: d and e are written (and differ), n, m and a are read, s and t are stored, b is a base, x an index, h a
 // written high register; l are bits of a register list. Blanks do not count.
 
+#include "probe/sim/machine.h"
+
 namespace sim_test {
 
-enum NEEDS { V6, V7, DSP };
+inline constexpr sim::ARCH V6 = sim::ARCH::ARMV6M, V7 = sim::ARCH::ARMV7M, DSP = sim::ARCH::ARMV7EM;
 
 enum RULE {
   ANY,
@@ -19,7 +21,7 @@ enum RULE {
 struct PATTERN {
   const char* sName;
   const char* sBits;
-  NEEDS Needs;
+  sim::ARCH Needs;  // at least
   RULE Rule = ANY;
 };
 

@@ -69,16 +69,12 @@ bool Keeps(RULE Rule, const ENCODING& E) {
   return Rule != SHIFT_NOT_0 || Low != 0;
 }
 
-bool Has(sim::ARCH Arch, NEEDS Needs) {
-  return Needs == V6 || (Needs == V7 && Arch != sim::ARCH::ARMV6M) || Arch == sim::ARCH::ARMV7EM;
-}
-
 }  // namespace
 
 void CRandomCode::AddInst(bool bNarrowOnly) {
   for (;;) {
     const PATTERN& Pattern = PATTERNS[Pick(std::size(PATTERNS))];
-    if (!Has(m_Arch, Pattern.Needs)) continue;
+    if (Pattern.Needs > m_Arch) continue;
     const ENCODING E = Draw(Pattern.sBits, [this] { return m_Random(); });
     if (!Keeps(Pattern.Rule, E) || (bNarrowOnly && E.NumBits != 16)) continue;
     if (E.NumBits == 32) m_Code.push_back(static_cast<U16>(E.Value >> 16));

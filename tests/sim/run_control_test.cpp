@@ -176,7 +176,6 @@ TEST(CWatch, MatchesAddressAccessAndValue) {
 
 TEST(CSysTick, CountsDownAndReloads) {
   constexpr U32 CSR = 0xE000E010;
-  constexpr U32 COUNTFLAG = 1u << 16;
   CBoard Board;
   Board.Load({NOP, 0xE7FD});
   Board.SetWord(CSR + 4, 10);
@@ -188,7 +187,7 @@ TEST(CSysTick, CountsDownAndReloads) {
   for (const auto& [NumCycles, Count, bFlag] : ROWS) {
     Board.Run(NumCycles, nullptr, false);
     EXPECT_EQ(Board.Word(CSR + 8), Count);
-    EXPECT_EQ((Board.Word(CSR) & COUNTFLAG) != 0, bFlag);
+    EXPECT_EQ((Board.Word(CSR) >> 16 & 1) != 0, bFlag);
   }
   Board.SetWord(CSR, 4);
   Board.Run(5, nullptr, false);
@@ -210,10 +209,6 @@ TEST(CRegisters, StackPointersFollowTheSelection) {
   EXPECT_EQ(Board.Reg(VNODE_REG_SP), RAM_START + RAM_SIZE) << "CONTROL is part of it";
   Board.WriteReg(VNODE_REG_XPSR, 0xF100FC03 | 0x06000000);
   EXPECT_EQ(Board.Reg(VNODE_REG_XPSR), 0xF700FC03u);
-  U32 Value;
-  EXPECT_FALSE(Board.ReadReg(VNODE_REG_S0, &Value));
-  CBoard Small(sim::ARCH::ARMV6M);
-  EXPECT_FALSE(Small.ReadReg(VNODE_REG_BASEPRI, &Value));
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ struct FAKE_ACCESS : CDeviceAccess {
   }
   int ScheduleReadMem(U32 Addr, U32 NumBytes, U32, U8 AW, U32 Flags) override {
     const QString sOptions = AW || Flags ? Text(" aw%u f%u", AW, Flags) : QString();
-    return File(Text("mem %x+%u", Addr, NumBytes) + sOptions, [=, this] {
+    return File(Text("%x+%u", Addr, NumBytes) + sOptions, [=, this] {
       std::vector<U8> aData(NumBytes), aStatus(NumBytes);
       for (U32 i = 0; i < NumBytes; ++i) {
         aData[i] = static_cast<U8>((Addr + i) * 7);
@@ -138,7 +138,7 @@ TEST_F(DataProvider, FetchesOnceThenAnswersFromTheCache) {
   EXPECT_EQ(Request(A, 0x1001, 3), DATA_PENDING);
   Request(A, 0x1001, 3);
   Request(B, 0x1001, 3);
-  EXPECT_EQ(Jobs(), "mem 1001+3");
+  EXPECT_EQ(Jobs(), "1001+3");
   EXPECT_EQ(Heard(A), "");
   Access.Answer();
   EXPECT_EQ(Heard(A), "1001+3 7 000");
@@ -166,24 +166,21 @@ TEST_F(DataProvider, FetchesOnlyWhatIsMissing) {
     U32 Addr, NumBytes;
     const char* sJobs;
   } aCase[] = {
-      {{{0x1000, 0x10}}, 0x1000, 0x40, "mem 1010+48"},
-      {{{0x1010, 0x10}}, 0x1000, 0x40, "mem 1000+16; mem 1020+32"},
+      {{{0x1000, 0x10}}, 0x1000, 0x40, "1010+48"},
+      {{{0x1010, 0x10}}, 0x1000, 0x40, "1000+16; 1020+32"},
       // Runs of an item's size are widened to whole items.
-      {{}, 0x1002, 4, "mem 1000+6"},
-      {{}, 0x1001, 2, "mem 1000+4"},
-      {{}, 0x1001, 3, "mem 1001+3"},
-      {{}, 0x1004, 8, "mem 1000+12"},
+      {{}, 0x1002, 4, "1000+6"},
+      {{}, 0x1001, 2, "1000+4"},
+      {{}, 0x1001, 3, "1001+3"},
+      {{}, 0x1004, 8, "1000+12"},
       // Over the end of a page.
-      {{{0xFFF8, 4}}, 0xFFF0, 0x20, "mem fff0+8; mem fffc+20"},
+      {{{0xFFF8, 4}}, 0xFFF0, 0x20, "fff0+8; fffc+20"},
       // Five holes are read one by one, more of them in one go.
-      {{{0x1010, 1}, {0x1020, 1}, {0x1030, 1}, {0x1040, 0x10}},
-       0x1000,
-       0x50,
-       "mem 1000+16; mem 1011+15; mem 1021+15; mem 1031+15"},
+      {{{0x1010, 1}, {0x1020, 1}, {0x1030, 1}, {0x1040, 0x10}}, 0x1000, 0x50, "1000+16; 1011+15; 1021+15; 1031+15"},
       {{{0x1010, 1}, {0x1020, 1}, {0x1030, 1}, {0x1040, 1}, {0x1050, 1}},
        0x1000,
        0x60,
-       "mem 1000+16; mem 1011+15; mem 1021+15; mem 1031+15; mem 1041+15; mem 1000+96"},
+       "1000+16; 1011+15; 1021+15; 1031+15; 1041+15; 1000+96"},
   };
   for (const auto& Case : aCase) {
     Provider.ClearCaches(true);
@@ -214,7 +211,7 @@ TEST_F(DataProvider, RunningTargetIsAlwaysAsked) {
   Access.Answer();
   EXPECT_EQ(A.sHeard.size(), 1);
   EXPECT_EQ(Request(A, 0x1000, 16), DATA_PENDING);
-  EXPECT_EQ(Jobs(), "mem 1000+16; mem 1000+16");
+  EXPECT_EQ(Jobs(), "1000+16; 1000+16");
   Access.bAccessible = true;
   EXPECT_EQ(Request(A, 0x1000, 16, MEM_FLAG_NO_CACHE), DATA_PENDING) << "nor is the cache asked with the flag";
 }
@@ -251,7 +248,7 @@ TEST_F(DataProvider, WrittenBytesAreReadAnew) {
   U8 aData[4] = {};
   Provider.OnDeviceWriteMemDone(0x1004, 4, aData);
   Request(A, 0x1000, 32);
-  EXPECT_EQ(Jobs(), "mem 1004+4");
+  EXPECT_EQ(Jobs(), "1004+4");
 }
 
 TEST_F(DataProvider, NothingWaitsForACancelledRead) {
@@ -273,7 +270,7 @@ TEST_F(DataProvider, NothingWaitsForACancelledRead) {
   EXPECT_EQ(Heard(A), "r3=33") << "registers are still awaited";
   EXPECT_EQ(Request(B, 0x1000, 1), DATA_PENDING);
   EXPECT_EQ(Request(B, 0x2004, 4), DATA_PENDING);
-  EXPECT_EQ(Jobs(), "mem 1000+1; mem 2004+4");
+  EXPECT_EQ(Jobs(), "1000+1; 2004+4");
 }
 
 TEST_F(DataProvider, ListenersMayAskOrGoWhileTheyAreServed) {

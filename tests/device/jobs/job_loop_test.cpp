@@ -77,15 +77,6 @@ TEST_F(JobLoop, OutcomeByTypeAndResult) {
   }
 }
 
-TEST_F(JobLoop, HaltOfAHaltedTargetIsNotRun) {
-  Runner.bHalted = true;
-  Schedule(JT_READ_REG);
-  const CJobRings::JOB_REF Ref = Schedule(JT_HALT);
-  Loop.ProcessJobs();
-  EXPECT_FALSE(Rings.IsPending(Ref));
-  EXPECT_EQ(Runner.aExecuted, std::vector<U32>{JT_READ_REG}) << "and takes no read back";
-}
-
 TEST_F(JobLoop, ResumeTakesBackReads) {
   for (const U32 Type : {JT_CONTINUE, JT_RESET, JT_HALT, JT_STEP_INST, JT_STEP_OVER}) {
     Runner.aExecuted.clear();
@@ -98,16 +89,6 @@ TEST_F(JobLoop, ResumeTakesBackReads) {
     EXPECT_EQ(Read.pJob->Type, JT_NONE);
     EXPECT_EQ(Background.pJob->Type, JT_NONE);
     while (const auto Event = Runner.Events.Take()) Rings.Release(Event->Job());
-  }
-}
-
-TEST_F(JobLoop, SuppressedTypesAreNotReported) {
-  for (const bool bSuppressed : {true, false}) {
-    Loop.SetSuppressed(JT_CONNECT, bSuppressed);
-    const CJobRings::JOB_REF Ref = Schedule(JT_CONNECT);
-    Loop.ProcessJobs();
-    EXPECT_EQ(Ref.pJob->Type == JT_NONE, bSuppressed);
-    EXPECT_EQ(Runner.Events.IsEmpty(), bSuppressed);
   }
 }
 

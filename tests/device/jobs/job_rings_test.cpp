@@ -133,19 +133,6 @@ TEST(JobRings, CancelSelectsByTypeAndRing) {
   }
 }
 
-TEST(JobRings, RunningJobIsPendingAndCannotBeCancelled) {
-  CJobRings Rings;
-  Schedule(Rings, JT_CONNECT);
-  DEVICE_JOB* pJob = Rings.Take();
-  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, pJob);
-  EXPECT_EQ(Rings.FindPending(JT_ANY, JQ_CONTROL).pJob, pJob);
-  EXPECT_EQ(Rings.FindPending(JT_ANY, JQ_READ).pJob, nullptr);
-  EXPECT_EQ(Rings.Cancel(JT_ANY, JQ_ALL), 0u);
-  EXPECT_TRUE(CJobRings::IsPending(*pJob));
-  Rings.Finished();
-  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, nullptr);
-}
-
 TEST(JobRings, NotificationPoolRefusesRatherThanOverwrite) {
   CJobRings Rings;
   DEVICE_JOB New = Job(JT_HALT);
