@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 
 #include "project/file_classes.h"
+#include "project/project.h"
 #include "project/recent_list.h"
 #include "tests/common/files.h"
 #include "tests/common/print.h"
@@ -36,6 +37,11 @@ TEST(FileClasses, AFileWithoutSuffixIsKnownByItsStart) {
   EXPECT_FALSE(IsElfFile(Dir.filePath("missing")));
 }
 
+TEST(FileClasses, AProjectsUserFileHasItsWholeName) {
+  EXPECT_EQ(CProject::GetUserFileName("a/b.c.vdebug"), "a/b.c.vdebug.user");
+  EXPECT_EQ(CProject::GetUserFileName("plain"), "");
+}
+
 TEST(RecentList, KeepsTheLatestFirstAndOnce) {
   QTemporaryDir Dir;
   QStringList Files;
@@ -55,8 +61,8 @@ TEST(RecentList, KeepsTheLatestFirstAndOnce) {
   List.Update({}, Dir.filePath("gone.vdebug"));
   EXPECT_EQ(Names(), "5 2 4 ");
   QFile::remove(Files[2]);
-  List.Install(List.Paths());
-  EXPECT_EQ(Names(), "5 4 ");
+  List.Install(QStringList{WriteBytes(Dir.filePath("a.txt"), "x")} + Files);
+  EXPECT_EQ(Names(), "0 1 3 4 ");
 }
 
 }  // namespace
