@@ -109,8 +109,6 @@ TEST_F(EventDelivery, JobsBecomeOperations) {
       {With(Job(JT_END_DOWNLOAD, JS_FAILED, 0, 0, static_cast<U64>(-5)), acName), "no download a.elf -5"},
       {Job(JT_SET_CONFIG_PARAM, JS_DONE, DCP_SPEED, 4000), "config 6 4000"},
       {With(Job(JT_SET_CONFIG_PARAM, JS_DONE, DCP_HOST_NAME), acName), "config 17 a.elf"},
-      {Job(JT_READ_BYTE, JS_FAILED), ""},
-      {Job(JT_EDIT_BP, JS_FAILED), ""},
   };
   for (const auto& [Done, sCalls] : aCase) EXPECT_EQ(Deliver(Done), sCalls) << JobTypeName(Done.Type);
   EXPECT_EQ(Rings.Counters.NumReleased, std::size(aCase));

@@ -5,8 +5,7 @@
 TEST(EventRing, KeepsOrderAndRefusesWhenFull) {
   CEventRing Ring;
   EXPECT_FALSE(Ring.Take().has_value());
-  U64 Next = 0;
-  U64 Expected = 0;
+  U64 Next = 0, Expected = 0;
   for (int Round = 0; Round < 3; ++Round) {
     while (Ring.Put({DE_PROGRESS_VALUE, Next, 0})) ++Next;
     EXPECT_EQ(Next - Expected, CEventRing::RING_SIZE);

@@ -13,8 +13,7 @@ struct FAKE_RUNNER : CJobRunner {
   CEventRing Events;
   std::function<int(DEVICE_JOB&)> Handler = [](DEVICE_JOB&) { return 0; };
   std::vector<U32> aExecuted;
-  U32 NumPolls = 0;
-  U32 NumRefreshes = 0;
+  U32 NumPolls = 0, NumRefreshes = 0;
   bool bHalted = false;
 
   void PollTarget() override { ++NumPolls; }
@@ -148,13 +147,12 @@ TEST_F(JobLoop, NoJobIsLostOrDoubled) {
   };
   std::thread aScheduler[] = {std::thread(ScheduleMany, 0), std::thread(ScheduleMany, 1)};
 
-  U64 NumDelivered = 0, NumWrong = 0;
+  U64 NumWrong = 0;
   for (U32 Round = 0; NumScheduling > 0 || Rings.FindPending(JT_ANY).pJob || !Runner.Events.IsEmpty(); ++Round) {
     while (const auto Event = Runner.Events.Take()) {
       DEVICE_JOB* pJob = Event->Job();
       NumWrong += !Rings.IsValid(pJob) || CJobRings::IsPending(*pJob) || pJob->Result != pJob->Param[0] * 3;
       Rings.Release(pJob);
-      ++NumDelivered;
     }
     if (Round % 16 == 0) WaitForPendingJob(Rings, JT_SET_BP, 1, ALIVE);
   }
@@ -162,7 +160,6 @@ TEST_F(JobLoop, NoJobIsLostOrDoubled) {
   Loop.RequestEnd();
   Device.join();
   EXPECT_EQ(NumWrong, 0u);
-  EXPECT_GT(NumDelivered, 0u);
   EXPECT_EQ(Rings.Counters.NumExecuted, Runner.aExecuted.size());
   EXPECT_EQ(Rings.Counters.NumReleased, NumScheduled) << "every slot is released once";
 }

@@ -133,6 +133,17 @@ TEST(JobRings, CancelSelectsByTypeAndRing) {
   }
 }
 
+TEST(JobRings, RunningJobIsPendingAndCannotBeCancelled) {
+  CJobRings Rings;
+  Schedule(Rings, JT_CONNECT);
+  DEVICE_JOB* pJob = Rings.Take();
+  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, pJob);
+  EXPECT_EQ(Rings.FindPending(JT_ANY, JQ_READ).pJob, nullptr);
+  EXPECT_EQ(Rings.Cancel(JT_ANY, JQ_ALL), 0u);
+  Rings.Finished();
+  EXPECT_EQ(Rings.FindPending(JT_CONNECT).pJob, nullptr);
+}
+
 TEST(JobRings, NotificationPoolRefusesRatherThanOverwrite) {
   CJobRings Rings;
   DEVICE_JOB New = Job(JT_HALT);

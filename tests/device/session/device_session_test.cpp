@@ -24,8 +24,7 @@ constexpr int LIMIT_MS = 10000;
 constexpr U8 LOOP_CODE[] = {0x01, 0x30, 0x02, 0x31, 0xFC, 0xE7};
 
 struct CWitness : CDeviceEventListener {
-  QStringList sHeard;
-  QStringList sLog;
+  QStringList sHeard, sLog;
 
   void OnDeviceConnectDone(CONNECT_MODES) override { sHeard << "connected"; }
   void OnDeviceDisconnectDone() override { sHeard << "disconnected"; }
@@ -71,7 +70,7 @@ protected:
     Device.ScheduleConnect(CM_ATTACH);
     ASSERT_TRUE(Hears("connected")) << Witness.sLog.join('\n').toStdString();
     Device.ScheduleHalt();
-    ASSERT_TRUE(HearsHalt());
+    ASSERT_TRUE(Until([&] { return !Witness.sHeard.filter("halt ").isEmpty(); }));
     Device.ScheduleWriteMem(CODE, sizeof(LOOP_CODE), 0, 0, 0, LOOP_CODE);
     ASSERT_TRUE(Hears("written"));
     Device.ScheduleWriteReg(VNODE_REG_PC, CODE);
@@ -97,9 +96,6 @@ protected:
   }
   bool Hears(const QString& sText) {
     return Until([&] { return Witness.sHeard.contains(sText); });
-  }
-  bool HearsHalt() {
-    return Until([&] { return !Witness.sHeard.filter("halt ").isEmpty(); });
   }
   void Idle() {
     EXPECT_TRUE(Until([&] { return !Device.IsQueueBusy(JQ_ALL) && !Device.HasEvents(); }));
