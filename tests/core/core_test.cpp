@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class CoreTest : public testing::Test {
 protected:
   void Init(U32 CoreId, U32 Endianness = 0) {
@@ -32,31 +34,25 @@ TEST_F(CoreTest, LifeOfTheCore) {
 
 TEST_F(CoreTest, FirstInvalidFieldIsReported) {
   Init(CORE_ID_M4);
-  const struct {
-    void (*pfSpoil)(VCORE_INFO&);
-    const char* sText;
-  } aCase[] = {
-      {[](VCORE_INFO& I) { I.MinInstLen = 5; }, "invalid minimum instruction length."},
-      {[](VCORE_INFO& I) { I.RegSize = 16, I.PCSize = 16; }, "Warning: register sizes > 64 bit are not yet supported"},
-      {[](VCORE_INFO& I) { I.LRReg = 64, I.PCReg = 64; }, "invalid PC register index"},
-      {[](VCORE_INFO& I) { I.NumRegs = 17; }, "invalid maximum unwindable register index"},
+  const std::pair<void (*)(VCORE_INFO&), QString> aCase[] = {
+      {[](VCORE_INFO& I) { I.MinInstLen = 5; }, u"invalid minimum instruction length."_s},
+      {[](VCORE_INFO& I) { I.RegSize = 16, I.PCSize = 16; },
+       u"Warning: register sizes > 64 bit are not yet supported"_s},
+      {[](VCORE_INFO& I) { I.LRReg = 64, I.PCReg = 64; }, u"invalid PC register index"_s},
+      {[](VCORE_INFO& I) { I.NumRegs = 17; }, u"invalid maximum unwindable register index"_s},
   };
-  for (const auto& Case : aCase) {
+  for (const auto& [pfSpoil, sText] : aCase) {
     VCORE_INFO Info;
-    Case.pfSpoil(Info);
-    Target.Errors.clear();
+    pfSpoil(Info);
     EXPECT_EQ(VCore::SetInfo(Info), -1);
-    EXPECT_EQ(Target.Errors, QStringList(QString::fromLatin1(Case.sText)));
+    EXPECT_EQ(Target.Errors.takeLast(), sText);
   }
+  EXPECT_TRUE(Target.Errors.isEmpty());
 }
 
 TEST_F(CoreTest, CoreTables) {
-  const struct {
-    U32 CoreId;
-    const char* sName;
-    const char* sArch;
-    U32 ThumbLevel;
-  } aCase[] = {
+  const std::tuple<U32, const char*, const char*, U32> aCase[] = {
+      // identifier, name, architecture, Thumb level
       {0x060000FF, "Cortex-M0", "ARMv6", 2},   {0x060100FF, "Cortex-M23", "ARMv8", 2},
       {0x03000020, "Cortex-M3", "ARMv7M", 2},  {0x0E0100FF, "Cortex-M7", "ARMv7M", 2},
       {0x0E0200FF, "Cortex-M33", "ARMv8", 2},  {0x0700013F, "ARM7", "ARMv4", 1},
@@ -65,17 +61,15 @@ TEST_F(CoreTest, CoreTables) {
       {0x080C00FF, "Cortex-A17", "ARMv7A", 2}, {0x0C0100FF, "Cortex-R5", "ARMv7R", 2},
       {0x0E0000AA, "Cortex-M4", "", 2},
   };
-  for (const auto& Case : aCase) {
-    QString sName;
-    EXPECT_EQ(VCore::GetCoreName(VCore::GetFamily(Case.CoreId), VCore::GetSubFamily(Case.CoreId), sName), 0);
-    EXPECT_EQ(sName, QString::fromLatin1(Case.sName));
-    EXPECT_EQ(VCore::GetArchName(Case.CoreId), QString::fromLatin1(Case.sArch)) << Case.sName;
-    EXPECT_EQ(VCore::GetThumbLevel(Case.CoreId), Case.ThumbLevel) << Case.sName;
-  }
   QString sName;
+  for (const auto& [CoreId, sCore, sArch, ThumbLevel] : aCase) {
+    EXPECT_EQ(VCore::GetCoreName(VCore::GetFamily(CoreId), VCore::GetSubFamily(CoreId), sName), 0);
+    EXPECT_EQ(sName + u' ' + VCore::GetArchName(CoreId), QLatin1String(sCore) + u' ' + QLatin1String(sArch));
+    EXPECT_EQ(VCore::GetThumbLevel(CoreId), ThumbLevel) << sCore;
+  }
   bool bUnknown = false;
   EXPECT_EQ(VCore::GetCoreName(14, 9, sName, &bUnknown), 0);
-  EXPECT_EQ(sName, QStringLiteral("Cortex-M4"));
+  EXPECT_EQ(sName, u"Cortex-M4"_s);
   EXPECT_TRUE(bUnknown);
   EXPECT_EQ(VCore::GetCoreName(16, 0, sName), -1);
 }
@@ -83,20 +77,17 @@ TEST_F(CoreTest, CoreTables) {
 TEST_F(CoreTest, RegisterNumbersByMode) {
   Init(CORE_ID_ARM9);
   const U32 None = INVALID_REG_INDEX;
-  const struct {
-    U32 CPSR;
-    U32 R7, R8, R13, R14, R15, PSR, SPSR;
-  } aCase[] = {
-      {0x10, 7, 10, 15, 16, 9, 8, None}, {0x1F, 7, 10, 15, 16, 9, 8, None}, {0x11, 7, 18, 23, 24, 9, 8, 17},
-      {0x12, 7, 10, 32, 33, 9, 8, 31},   {0x13, 7, 10, 26, 27, 9, 8, 25},   {0x17, 7, 10, 29, 30, 9, 8, 28},
-      {0x1B, 7, 10, 35, 36, 9, 8, 34},   {0x00, 7, 10, 35, 36, 9, 8, 34},  // no mode counts as undefined
+  // CPSR; R7, R8, R13, R14, R15, PSR, SPSR
+  const std::pair<U32, std::vector<U32>> aCase[] = {
+      {0x10, {7, 10, 15, 16, 9, 8, None}}, {0x1F, {7, 10, 15, 16, 9, 8, None}}, {0x11, {7, 18, 23, 24, 9, 8, 17}},
+      {0x12, {7, 10, 32, 33, 9, 8, 31}},   {0x13, {7, 10, 26, 27, 9, 8, 25}},   {0x17, {7, 10, 29, 30, 9, 8, 28}},
+      {0x1B, {7, 10, 35, 36, 9, 8, 34}},   {0x00, {7, 10, 35, 36, 9, 8, 34}},  // no mode counts as undefined
   };
-  for (const auto& Case : aCase) {
-    Target.ProbeRegs[8] = 0x60000000 | Case.CPSR;
-    const U32 aGot[] = {VCore::MapRegIndex(7),  VCore::MapRegIndex(8),  VCore::MapRegIndex(13), VCore::MapRegIndex(14),
-                        VCore::MapRegIndex(15), VCore::MapRegIndex(16), VCore::MapRegIndex(17)};
-    const U32 aWant[] = {Case.R7, Case.R8, Case.R13, Case.R14, Case.R15, Case.PSR, Case.SPSR};
-    for (size_t i = 0; i < std::size(aGot); ++i) EXPECT_EQ(aGot[i], aWant[i]) << std::hex << Case.CPSR << " " << i;
+  for (const auto& [CPSR, aExpected] : aCase) {
+    Target.ProbeRegs[8] = 0x60000000 | CPSR;
+    std::vector<U32> aGot;
+    for (const U32 Reg : {7, 8, 13, 14, 15, 16, 17}) aGot.push_back(VCore::MapRegIndex(Reg));
+    EXPECT_EQ(aGot, aExpected) << std::hex << CPSR;
   }
   EXPECT_EQ(VCore::MapRegIndex(64), None);
   Init(CORE_ID_M4);
@@ -109,41 +100,32 @@ TEST_F(CoreTest, ReadRegsSpreadsValuesAndMarksTheMissing) {
   U64 aValue[18];
   U8 aStatus[18];
   EXPECT_EQ(VCore::ReadRegs(18, sizeof(aValue), aValue, aStatus), 0);
-  EXPECT_EQ(aValue[13], 0x1234u);
-  EXPECT_EQ(aValue[15], 0x8000u);
-  EXPECT_EQ(aStatus[13], 0);
-  EXPECT_EQ(aStatus[15], 0);
-  EXPECT_EQ(aStatus[0], 1);
+  EXPECT_TRUE(aValue[13] == 0x1234 && aValue[15] == 0x8000);
+  EXPECT_TRUE(aStatus[13] == 0 && aStatus[15] == 0 && aStatus[0] == 1);
   EXPECT_EQ(VCore::ReadRegs(18, 18, aValue, aStatus), -1);
 }
 
 TEST_F(CoreTest, ResetState) {
-  const struct {
-    const char* sName;
-    U32 CoreId;
-    U32 Endianness;
-    bool bHasVectors;
-    int Result;
-    std::vector<std::pair<U32, U32>> aWritten;
-  } aCase[] = {
+  using WRITTEN = std::vector<std::pair<U32, U32>>;
+  const std::tuple<const char*, U32, U32, bool, int, WRITTEN> aCase[] = {
+      // core, byte order, whether there are vectors; result, registers
       {"from VTOR", CORE_ID_M4, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"big endian", CORE_ID_M4, 1, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"Cortex-M0 has no VTOR", CORE_ID_CORTEX_M0, 0, true, 0, {{13, 0x20000800}, {15, 0x100}}},
       {"no vectors", CORE_ID_M4, 0, false, -1, {}},
       {"banked", CORE_ID_ARM9, 0, false, 0, {{9, 0}}},
   };
-  for (const auto& Case : aCase) {
+  for (const auto& [sName, CoreId, Endianness, bVectors, Result, aWritten] : aCase) {
     Target = {};
-    if (Case.bHasVectors) {
-      Target.PutWord(0xE000ED08, 0x4000, Case.Endianness != 0);
-      Target.PutWord(0x4000, 0x20001000, Case.Endianness != 0);
-      Target.PutWord(0x4004, 0x4001, Case.Endianness != 0);
+    if (bVectors) {
+      for (const auto& [Addr, Value] : WRITTEN{{0xE000ED08, 0x4000}, {0x4000, 0x20001000}, {0x4004, 0x4001}})
+        Target.PutWord(Addr, Value, Endianness != 0);
       Target.PutWord(0, 0x20000800);
       Target.PutWord(4, 0x101);
     }
-    Init(Case.CoreId, Case.Endianness);
-    EXPECT_EQ(VCore::SetResetState(), Case.Result) << Case.sName;
-    EXPECT_EQ(Target.aWritten, Case.aWritten) << Case.sName;
+    Init(CoreId, Endianness);
+    EXPECT_EQ(VCore::SetResetState(), Result) << sName;
+    EXPECT_EQ(Target.aWritten, aWritten) << sName;
   }
 }
 
@@ -164,19 +146,18 @@ TEST_F(CoreTest, CodeInRAM) {
   EXPECT_EQ(VCore::GetInstLength(0x20000000), 4u);
   QString sText;
   VCore::Disassemble(0x20000000, sText);
-  EXPECT_EQ(sText, QStringLiteral("ADD.W       R0, R1, R1"));
+  EXPECT_EQ(sText, u"ADD.W       R0, R1, R1"_s);
   Target.PutHalfword(0x20000000, 0x4770);
   EXPECT_EQ(VCore::Disassemble(0x20000000, sText), 2);
-  EXPECT_EQ(sText, QStringLiteral("BX          LR"));
+  EXPECT_EQ(sText, u"BX          LR"_s);
 }
 
 TEST_F(CoreTest, AnalyzeAddRefusesBadRanges) {
   Init(CORE_ID_M4);
   EXPECT_EQ(VCore::AnalyzeAdd(0x100, 0x100), 0u);
   EXPECT_EQ(VCore::AnalyzeAdd(0xFFFFFF00, 0xFFFFFFFF), 0u);
-  EXPECT_EQ(Target.Errors,
-            QStringList({QStringLiteral("Invalid address range input to function Core::AnalyzeAdd"),
-                         QStringLiteral("Cannot add to instruction cache outside 32-bit address range")}));
+  EXPECT_EQ(Target.Errors, QStringList({u"Invalid address range input to function Core::AnalyzeAdd"_s,
+                                        u"Cannot add to instruction cache outside 32-bit address range"_s}));
 }
 
 TEST_F(CoreTest, ModeOfOlderCoresComesFromTheStatusRegister) {
@@ -192,7 +173,7 @@ TEST_F(CoreTest, ModeOfOlderCoresComesFromTheStatusRegister) {
 
 TEST(CoreTexts, CoprocessorRegisters) {
   VCore::CP_REG Reg;
-  EXPECT_EQ(VCore::ParseCPReg(QStringLiteral("15, 1,2, 0x8 ,0"), Reg), 0);
+  EXPECT_EQ(VCore::ParseCPReg(u"15, 1,2, 0x8 ,0"_s, Reg), 0);
   EXPECT_EQ(Reg.CRm, 8);
   for (const char* sText : {"15,1,2,3", "15,1,2,3,4,5", "16,0,0,0,0", "15,0,0,9,0", "15,0,0,0,9", "15,0,,0,0",
                             "15,0,x,0,0", "15,0,00000000000,0,0"}) {
@@ -207,10 +188,10 @@ TEST(CoreTexts, Exceptions) {
   Regs.aStatus[VCORE_REG_PSR] = 0;
   Regs.aValue[VCORE_REG_PSR] = 0x61000003;
   EXPECT_EQ(VCore::GetExceptionLabel(Regs, sText), 0);
-  EXPECT_EQ(sText, QStringLiteral("<HardFault Exception>"));
+  EXPECT_EQ(sText, u"<HardFault Exception>"_s);
   Regs.aValue[VCORE_REG_PSR] = 40;
   VCore::GetExceptionLabel(Regs, sText);
-  EXPECT_EQ(sText, QStringLiteral("<ExternalIRQ Exception>"));
+  EXPECT_EQ(sText, u"<ExternalIRQ Exception>"_s);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <sstream>
 #include <thread>
 
-#include "program/elf/elf.h"
 #include "fake_target.h"
+#include "program/elf/elf.h"
 
 namespace {
 
@@ -24,10 +24,20 @@ protected:
     VCore::Exit();
     ELF_Close(pFile);
   }
-  QString Text(U32 Addr) {
+  static std::string Text(U32 Addr) {
     QString sText;
     VCore::Disassemble(Addr, sText);
-    return sText;
+    return sText.toStdString();
+  }
+  static std::string Label(U32 Addr) {
+    QString sName;
+    U32 Offset = 0;
+    return VCore::GetLabel(Addr, sName, Offset) == 1 ? sName.toStdString() + "+" + std::to_string(Offset) : "";
+  }
+  // The answer of one of the neighbour queries, INVALID_ADDR where it refuses.
+  static U32 Neighbour(int (*pfGet)(U32, U32&), U32 Addr) {
+    U32 Result = 0;
+    return pfGet(Addr, Result) == 0 ? Result : INVALID_ADDR;
   }
 
   FAKE_TARGET Target;
@@ -36,11 +46,9 @@ protected:
 
 TEST_F(ProgramTest, StartsAndSizesAgreeWithTheListing) {
   std::ifstream Listing(VEXOR_SOURCE_DIR "/tests/core/data/firmware.starts");
-  U32 Addr = 0;
-  U32 Size = 0;
+  U32 Addr = 0, Size = 0, NumInstructions = 0;
   char Kind = 0;
   std::string sFunction;
-  U32 NumInstructions = 0;
   while (Listing >> std::hex >> Addr >> Size >> Kind >> sFunction) {
     SCOPED_TRACE(testing::Message() << std::hex << Addr);
     const bool bInstruction = Kind == 'i';
@@ -60,11 +68,7 @@ TEST_F(ProgramTest, StartsAndSizesAgreeWithTheListing) {
 }
 
 TEST_F(ProgramTest, Texts) {
-  const struct {
-    U32 Addr;
-    const char* sText;
-    const char* sHex;
-  } aCase[] = {
+  const std::tuple<U32, const char*, const char*> aCase[] = {
       {0x08000016, "ITE         GT", "BFCC"},
       {0x08000018, "ADDGT       R0, #0x01", "3001"},
       {0x0800001a, "SUBLE       R0, #0x01", "3801"},
@@ -78,31 +82,27 @@ TEST_F(ProgramTest, Texts) {
       {0x40000000, "?", "----"},
   };
   for (int Round = 0; Round < 2; ++Round) {  // the second round answers from the text cache
-    for (const auto& Case : aCase) {
-      QString sHex;
-      EXPECT_EQ(Text(Case.Addr), QString::fromLatin1(Case.sText));
-      VCore::GetCodeHex(Case.Addr, sHex);
-      EXPECT_EQ(sHex, QString::fromLatin1(Case.sHex));
+    for (const auto& [Addr, sText, sHex] : aCase) {
+      QString sCode;
+      EXPECT_EQ(Text(Addr), sText);
+      VCore::GetCodeHex(Addr, sCode);
+      EXPECT_EQ(sCode, QLatin1String(sHex));
     }
   }
 }
 
 TEST_F(ProgramTest, AnchorCutsTheInstructionAboveIt) {
   VCore::SetAnchor(0x08000024);
-  EXPECT_EQ(Text(0x08000022), QStringLiteral("DC16        0xFB02"));
+  EXPECT_EQ(Text(0x08000022), "DC16        0xFB02");
   VCore::SetAnchor(INVALID_ADDR);
-  EXPECT_EQ(Text(0x08000022), QStringLiteral("MLA         R0, R2, R0, R3"));
+  EXPECT_EQ(Text(0x08000022), "MLA         R0, R2, R0, R3");
 }
 
 TEST_F(ProgramTest, NeighbouringInstructions) {
-  U32 Result = 0;
-  EXPECT_EQ(VCore::GetNextInst(0x08000022, Result), 0);
-  EXPECT_EQ(Result, 0x08000026u);
-  EXPECT_EQ(VCore::GetPrevInst(0x08000026, Result), 0);
-  EXPECT_EQ(Result, 0x08000022u);
-  EXPECT_EQ(VCore::GetPrevInst(0x08000024, Result), 0);
-  EXPECT_EQ(Result, 0x08000022u);
-  EXPECT_EQ(VCore::GetNextInst(0x08000026, Result), -1);  // ten bytes of literals follow
+  EXPECT_EQ(Neighbour(VCore::GetNextInst, 0x08000022), 0x08000026u);
+  EXPECT_EQ(Neighbour(VCore::GetPrevInst, 0x08000026), 0x08000022u);
+  EXPECT_EQ(Neighbour(VCore::GetPrevInst, 0x08000024), 0x08000022u);
+  EXPECT_EQ(Neighbour(VCore::GetNextInst, 0x08000026), INVALID_ADDR) << "ten bytes of literals follow";
   EXPECT_EQ(VCore::GetInstLength(0x08000024), 2u);
 }
 
@@ -116,16 +116,10 @@ TEST_F(ProgramTest, StraightRanges) {
 }
 
 TEST_F(ProgramTest, Labels) {
-  QString sName;
-  U32 Offset = 0;
-  EXPECT_EQ(VCore::GetLabel(0x08000031, sName, Offset), 1);
-  EXPECT_EQ(sName + QString::number(Offset), QStringLiteral("twice0"));
-  EXPECT_EQ(VCore::GetLabel(0x20000000, sName, Offset), 1);
-  EXPECT_EQ(sName + QString::number(Offset), QStringLiteral("counter0"));
-  EXPECT_EQ(VCore::GetLabel(0x08000066, sName, Offset), 1);
-  EXPECT_EQ(sName + QString::number(Offset), QStringLiteral("reset6"));
-  EXPECT_EQ(VCore::GetLabel(0x08000000, sName, Offset), 1);
-  EXPECT_EQ(sName, QStringLiteral("vectors"));
+  EXPECT_EQ(Label(0x08000031), "twice+0");
+  EXPECT_EQ(Label(0x20000000), "counter+0");
+  EXPECT_EQ(Label(0x08000066), "reset+6");
+  EXPECT_EQ(Label(0x08000000), "vectors+0");
 }
 
 // Memory comes from the file first, so that disassembly shows the program while the target runs.
@@ -138,12 +132,11 @@ TEST_F(ProgramTest, FileThenStoreThenTarget) {
   Block.NumBytes = 4;
   EXPECT_EQ(VCore::SetImage({Block}), 0);
   U32 Value = 0;
-  EXPECT_EQ(VCore::ReadData(0x08000028, 4, &Value), 0);
-  EXPECT_EQ(Value, 0x20000000u);
-  EXPECT_EQ(VCore::ReadData(0x20001000, 4, &Value), 0);
-  EXPECT_EQ(Value, 0x22222222u);
-  EXPECT_EQ(VCore::ReadData(0x20001004, 4, &Value), 0);
-  EXPECT_EQ(Value, 0x33333333u);
+  for (const auto& [Addr, Expected] :
+       {std::pair<U32, U32>{0x08000028, 0x20000000}, {0x20001000, 0x22222222}, {0x20001004, 0x33333333}}) {
+    EXPECT_EQ(VCore::ReadData(Addr, 4, &Value), 0);
+    EXPECT_EQ(Value, Expected);
+  }
   EXPECT_EQ(VCore::ReadData(0x20001008, 4, &Value), -1);
   Block.NumBytes = 5;
   EXPECT_EQ(VCore::SetImage({Block}), -1);
@@ -152,8 +145,7 @@ TEST_F(ProgramTest, FileThenStoreThenTarget) {
 TEST_F(ProgramTest, ResetVectorGivesEvenPC) {
   Target.PutWord(0xE000ED08, 0x08000000);
   EXPECT_EQ(VCore::SetResetState(), 0);
-  const std::vector<std::pair<U32, U32>> Expected = {{13, 0x20002000}, {15, 0x08000060}};
-  EXPECT_EQ(Target.aWritten, Expected);
+  EXPECT_EQ(Target.aWritten, (std::vector<std::pair<U32, U32>>{{13, 0x20002000}, {15, 0x08000060}}));
 }
 
 // The device thread asks for flags while a window draws: neither disturbs the other's IT block.
@@ -168,7 +160,7 @@ TEST_F(ProgramTest, TwoThreads) {
   });
   for (int i = 0; i < 2000; ++i) {
     Text(0x08000016);
-    ASSERT_EQ(Text(0x08000018), QStringLiteral("ADDGT       R0, #0x01"));
+    ASSERT_EQ(Text(0x08000018), "ADDGT       R0, #0x01");
   }
   bStop = true;
   Other.join();

@@ -2,14 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include "base/msg_flags.h"
 #include "program/elf/elf.h"
+#include "tests/common/files.h"
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using VFile::CFileWorker;
 
 const QString DATA_DIR = QStringLiteral(VEXOR_SOURCE_DIR "/tests/database/data/");
@@ -24,31 +25,19 @@ protected:
     CFileWorker::Get()->SetProgressSink({});
   }
 
-  QString Write(const QString& sName, const QByteArray& Bytes) {
-    QFile File(m_Dir.filePath(sName));
-    EXPECT_TRUE(File.open(QIODevice::WriteOnly));
-    File.write(Bytes);
-    return File.fileName();
-  }
+  QString Write(const QString& sName, const QByteArray& Bytes) { return WriteBytes(m_Dir.filePath(sName), Bytes); }
   QMemBlocks Read(const QString& sName, const QByteArray& Bytes) {
     return CFileWorker::Get()->ReadDataFile(Write(sName, Bytes));
   }
   bool HasError(const QString& sPart) const {
-    for (const auto& [sText, Flags] : m_Messages) {
-      if ((Flags & MSG_ERROR) && sText.contains(sPart)) return true;
-    }
-    return false;
+    return std::any_of(m_Messages.begin(), m_Messages.end(), [&](const auto& Message) {
+      return (Message.second & MSG_ERROR) && Message.first.contains(sPart);
+    });
   }
 
   QTemporaryDir m_Dir;
   QList<std::pair<QString, U32>> m_Messages;
 };
-
-QByteArray ReadAll(const QString& sPath) {
-  QFile File(sPath);
-  EXPECT_TRUE(File.open(QIODevice::ReadOnly)) << sPath.toStdString();
-  return File.readAll();
-}
 
 // "addr: bytes" of each block, one a line.
 QByteArray Text(const QMemBlocks& Blocks) {
@@ -61,12 +50,11 @@ QByteArray Text(const QMemBlocks& Blocks) {
 }
 
 TEST_F(VFileTest, TellsClassesByNameAndFirstBytes) {
-  struct CASE {
-    const char* sName;
-    const char* sBytes;
-    VFile::FILE_CLASS Class;
-  };
-  const CASE aCases[] = {
+  const QByteArray Identification(
+      "\x7F"
+      "ELF\1\1\1\0\0\0\0\0more",
+      16);
+  const std::tuple<const char*, QByteArray, VFile::FILE_CLASS> aCases[] = {
       {"a.bin", "", VFile::FILE_CLASS_BINARY},
       {"a.elf", "no elf", VFile::FILE_CLASS_ELF},
       {"a.axf", "", VFile::FILE_CLASS_ELF},
@@ -76,31 +64,23 @@ TEST_F(VFileTest, TellsClassesByNameAndFirstBytes) {
       {"a.hex", "", VFile::FILE_CLASS_HEX},
       {"a.HEX", "", VFile::FILE_CLASS_NONE},
       {"a.txt", "", VFile::FILE_CLASS_NONE},
-      {"plain",
-       "\x7f"
-       "ELF",
-       VFile::FILE_CLASS_NONE},
+      {"plain", Identification.first(4), VFile::FILE_CLASS_NONE},
+      {"program", Identification, VFile::FILE_CLASS_ELF},
   };
-  for (const CASE& Case : aCases) {
-    EXPECT_EQ(VFile::GetFileClass(Write(QString::fromLatin1(Case.sName), Case.sBytes)), Case.Class) << Case.sName;
-  }
-  const QByteArray Identification(
-      "\x7f"
-      "ELF\1\1\1\0\0\0\0\0more",
-      16);
-  EXPECT_EQ(VFile::GetFileClass(Write(QStringLiteral("program"), Identification)), VFile::FILE_CLASS_ELF);
+  for (const auto& [sName, Bytes, Class] : aCases)
+    EXPECT_EQ(VFile::GetFileClass(Write(QLatin1String(sName), Bytes)), Class) << sName;
   EXPECT_EQ(VFile::GetFileClass(m_Dir.path()), VFile::FILE_CLASS_NONE);
-  EXPECT_EQ(VFile::GetFileClass(m_Dir.filePath(QStringLiteral("absent.bin"))), VFile::FILE_CLASS_NONE);
+  EXPECT_EQ(VFile::GetFileClass(m_Dir.filePath(u"absent.bin"_s)), VFile::FILE_CLASS_NONE);
 }
 
 TEST_F(VFileTest, ReadsBinaryFilesAcrossPieces) {
   const QByteArray Bytes = QByteArray(1000000, 'a') + QByteArray(1000000, 'b') + "end";
-  const QString sPath = Write(QStringLiteral("big.bin"), Bytes);
+  const QString sPath = Write(u"big.bin"_s, Bytes);
   QList<int> Values;
   bool bEnded = false;
   PROGRESS_SINK Progress;
   Progress.Start = [&](const QString& sText, int Min, int Max) {
-    EXPECT_EQ(sText, QStringLiteral("Reading File..."));
+    EXPECT_EQ(sText, u"Reading File..."_s);
     Values = {Min, Max};
   };
   Progress.SetValue = [&](int Value) { Values.append(Value); };
@@ -112,19 +92,19 @@ TEST_F(VFileTest, ReadsBinaryFilesAcrossPieces) {
   EXPECT_TRUE(Blocks[0].Data == Bytes);
   EXPECT_EQ(Values, (QList<int>{0, 2000003, 1000000, 2000000, 2000003, 2000003}));
   EXPECT_TRUE(bEnded);
-  EXPECT_EQ(Text(Read(QStringLiteral("empty.bin"), "")), "0:\n");
+  EXPECT_EQ(Text(Read(u"empty.bin"_s, "")), "0:\n");
 }
 
 // The same image, written by another tool in two formats and as it stands in the program file.
 TEST_F(VFileTest, AllFormatsGiveTheImageOfTheProgram) {
-  ELF_FILE* pElf = ELF_Open((DATA_DIR + QStringLiteral("demo.elf")).toUtf8());
+  ELF_FILE* pElf = ELF_Open((DATA_DIR + u"demo.elf"_s).toUtf8());
   ASSERT_NE(pElf, nullptr);
   CFileWorker::Get()->SetProgram(pElf);
-  const QMemBlocks Elf = CFileWorker::Get()->ReadDataFile(DATA_DIR + QStringLiteral("demo.elf"));
+  const QMemBlocks Elf = CFileWorker::Get()->ReadDataFile(DATA_DIR + u"demo.elf"_s);
   CFileWorker::Get()->SetProgram(nullptr);
   ELF_Close(pElf);
   ASSERT_EQ(Elf.size(), 2);
-  EXPECT_EQ(Elf[0].Data, ReadAll(DATA_DIR + QStringLiteral("demo.bin")));
+  EXPECT_EQ(Elf[0].Data, ReadBytes(DATA_DIR + u"demo.bin"_s));
   EXPECT_EQ(Elf[1].VirtAddr, 0x20000000u);
   EXPECT_TRUE(m_Messages.contains({QStringLiteral("Virtual segment address differs from physical address by 17fffd90 "
                                                   "bytes"),
@@ -135,17 +115,12 @@ TEST_F(VFileTest, AllFormatsGiveTheImageOfTheProgram) {
   for (const char* sName : {"demo.srec", "demo.hex"}) {
     EXPECT_EQ(Text(CFileWorker::Get()->ReadDataFile(DATA_DIR + QString::fromLatin1(sName))), Text(Joined)) << sName;
   }
-  EXPECT_TRUE(CFileWorker::Get()->ReadDataFile(DATA_DIR + QStringLiteral("demo.elf")).isEmpty());
+  EXPECT_TRUE(CFileWorker::Get()->ReadDataFile(DATA_DIR + u"demo.elf"_s).isEmpty());
 }
 
 TEST_F(VFileTest, ReadsRecords) {
-  struct CASE {
-    const char* sWhat;
-    const char* sName;
-    const char* sText;
-    const char* sBlocks;
-  };
-  const CASE aCases[] = {
+  const std::array<const char*, 4> aCases[] = {
+      // what, file, its text, its blocks
       {"address widths", "a.srec", "S1051000AABB85\nS2051000002BBF\nS3061000000002E7\n",
        "1000:aabb\n100000:2b\n10000000:02\n"},
       {"records without data", "a.mot", "S0030000FC\nS1041000AA41\nS5030001FB\nS70500000000FA\nS9030000FC\n",
@@ -161,40 +136,35 @@ TEST_F(VFileTest, ReadsRecords) {
       {"last line without end", "a.hex", ":01001000AA45\n:01001100BB33", "10:aa\n"},
       {"empty", "a.hex", "", ""},
   };
-  for (const CASE& Case : aCases) {
-    EXPECT_EQ(Text(Read(QString::fromLatin1(Case.sName), Case.sText)), Case.sBlocks) << Case.sWhat;
-  }
+  for (const auto& [sWhat, sName, sText, sBlocks] : aCases)
+    EXPECT_EQ(Text(Read(QLatin1String(sName), sText)), sBlocks) << sWhat;
 }
 
 TEST_F(VFileTest, RefusesFilesWithCorruptRecords) {
-  struct CASE {
-    const char* sWhat;
-    const char* sName;
-    const char* sBadLine;
+  const auto SREC = std::pair(u"a.srec"_s, QByteArray("S1041000AA41\n"));
+  const auto HEX = std::pair(u"a.hex"_s, QByteArray(":01001000AA45\n"));
+  // what is wrong, the name of such a file and a good line of it, the bad line
+  const std::tuple<const char*, std::pair<QString, QByteArray>, const char*> aCases[] = {
+      {"bad checksum", SREC, "S1041000AA42"},
+      {"bad count", SREC, "S1051000AA40"},
+      {"reserved type 4", SREC, "S4041000AA41"},
+      {"type that is no digit", SREC, "Sx041000AA41"},
+      {"no digit in the data", SREC, "S1041000AG41"},
+      {"cut short", SREC, "S10410"},
+      {"address longer than record", SREC, "S3041000AA41"},
+      {"other format", SREC, ":01001000AA45"},
+      {"bad checksum", HEX, ":01001000AA46"},
+      {"bad count", HEX, ":02001000AA44"},
+      {"unknown type", HEX, ":00000006FA"},
+      {"long type", HEX, ":01001010AA35"},
+      {"base at an offset", HEX, ":020001040800F1"},
+      {"short base", HEX, ":0100000408F3"},
+      {"end with data", HEX, ":01000001AA54"},
   };
-  const CASE aCases[] = {
-      {"bad checksum", "a.srec", "S1041000AA42"},
-      {"bad count", "a.srec", "S1051000AA40"},
-      {"reserved type 4", "a.srec", "S4041000AA41"},
-      {"type that is no digit", "a.srec", "Sx041000AA41"},
-      {"no digit in the data", "a.srec", "S1041000AG41"},
-      {"cut short", "a.srec", "S10410"},
-      {"address longer than record", "a.srec", "S3041000AA41"},
-      {"other format", "a.srec", ":01001000AA45"},
-      {"bad checksum", "a.hex", ":01001000AA46"},
-      {"bad count", "a.hex", ":02001000AA44"},
-      {"unknown type", "a.hex", ":00000006FA"},
-      {"long type", "a.hex", ":01001010AA35"},
-      {"base at an offset", "a.hex", ":020001040800F1"},
-      {"short base", "a.hex", ":0100000408F3"},
-      {"end with data", "a.hex", ":01000001AA54"},
-  };
-  for (const CASE& Case : aCases) {
-    const bool bHex = QByteArray(Case.sName).endsWith("hex");
-    const QByteArray Good = bHex ? ":01001000AA45\n" : "S1041000AA41\n";
+  for (const auto& [sWhat, Good, sBad] : aCases) {
     m_Messages.clear();
-    EXPECT_TRUE(Read(QString::fromLatin1(Case.sName), Good + Case.sBadLine + "\n" + Good).isEmpty()) << Case.sWhat;
-    EXPECT_TRUE(HasError(QStringLiteral("file contains corrupt data record at line 1."))) << Case.sWhat;
+    EXPECT_TRUE(Read(Good.first, Good.second + sBad + "\n" + Good.second).isEmpty()) << sWhat;
+    EXPECT_TRUE(HasError(u"file contains corrupt data record at line 1."_s)) << sWhat;
   }
 }
 
@@ -215,31 +185,31 @@ TEST_F(VFileTest, ParsesLinesAcrossPieceBoundaries) {
     Records += ":" + (Body + char(-Sum)).toHex().toUpper() + "\n";
   }
   ASSERT_GT(Records.size(), 2000000);
-  const QMemBlocks Blocks = Read(QStringLiteral("big.hex"), Records);
+  const QMemBlocks Blocks = Read(u"big.hex"_s, Records);
   ASSERT_EQ(Blocks.size(), 1);
   EXPECT_EQ(Blocks[0].Addr, 0u);
   EXPECT_TRUE(Blocks[0].Data == Image);
   // Half of the file: the line that was cut is not read, all before it is.
-  const QMemBlocks Half = Read(QStringLiteral("half.hex"), Records.left(1500007));
+  const QMemBlocks Half = Read(u"half.hex"_s, Records.left(1500007));
   ASSERT_EQ(Half.size(), 1);
   EXPECT_TRUE(Image.startsWith(Half[0].Data));
   EXPECT_GT(Half[0].NumBytes, 500000u);
   // One line without end of more than a piece.
-  EXPECT_TRUE(Read(QStringLiteral("line.hex"), QByteArray(1500000, '0')).isEmpty());
+  EXPECT_TRUE(Read(u"line.hex"_s, QByteArray(1500000, '0')).isEmpty());
 }
 
 TEST_F(VFileTest, SavesAndReportsFailure) {
   QString sSaved;
-  const auto Connection = QObject::connect(
-      CFileWorker::Get(), &CFileWorker::FileSaved,
-      [&](const QString& sPath, U32 NumBytes) { sSaved = QStringLiteral("%1 %2").arg(sPath).arg(NumBytes); });
+  const auto Connection =
+      QObject::connect(CFileWorker::Get(), &CFileWorker::FileSaved,
+                       [&](const QString& sPath, U32 NumBytes) { sSaved = u"%1 %2"_s.arg(sPath).arg(NumBytes); });
   const QByteArray Bytes(2500000, 'x');
-  const QString sPath = m_Dir.filePath(QStringLiteral("out.bin"));
+  const QString sPath = m_Dir.filePath(u"out.bin"_s);
   EXPECT_EQ(CFileWorker::Get()->SaveFile(sPath, Bytes.constData(), static_cast<U32>(Bytes.size())), 0);
-  EXPECT_TRUE(ReadAll(sPath) == Bytes);
-  EXPECT_EQ(sSaved, sPath + QStringLiteral(" 2500000"));
+  EXPECT_TRUE(ReadBytes(sPath) == Bytes);
+  EXPECT_EQ(sSaved, sPath + u" 2500000"_s);
   sSaved.clear();
-  EXPECT_EQ(CFileWorker::Get()->SaveFile(m_Dir.filePath(QStringLiteral("no/dir.bin")), "abc", 3), -1);
+  EXPECT_EQ(CFileWorker::Get()->SaveFile(m_Dir.filePath(u"no/dir.bin"_s), "abc", 3), -1);
   EXPECT_TRUE(sSaved.isEmpty());
   QObject::disconnect(Connection);
 }
@@ -255,9 +225,9 @@ TEST_F(VFileTest, BlocksOfRecordsShareTheBytes) {
 
 // Program files that were damaged: the sizes in their headers are not to be believed.
 TEST_F(VFileTest, SegmentsOfDamagedProgramsStayInsideTheFile) {
-  const QByteArray Good = ReadAll(DATA_DIR + QStringLiteral("demo.elf"));
+  const QByteArray Good = ReadBytes(DATA_DIR + u"demo.elf"_s);
   const auto SegmentsOf = [&](const QByteArray& Bytes) {
-    ELF_FILE* pElf = ELF_Open(Write(QStringLiteral("damaged.elf"), Bytes).toUtf8());
+    ELF_FILE* pElf = ELF_Open(Write(u"damaged.elf"_s, Bytes).toUtf8());
     CFileWorker::Get()->SetProgram(pElf);
     const QMemBlocks Blocks = CFileWorker::Get()->ReadProgramSegments();
     CFileWorker::Get()->SetProgram(nullptr);

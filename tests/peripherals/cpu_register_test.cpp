@@ -8,6 +8,9 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
+constexpr U32 CORE_ID_M4 = 0x0E0000FF, CORE_ID_ARM9 = 0x092601FF;
 const QString sConfigDir = QStringLiteral(VEXOR_SOURCE_DIR "/resources/Config");
 
 TEST(CpuRegisterFiles, EveryCoreHasAFileWithTheProbesNumbers) {
@@ -17,11 +20,10 @@ TEST(CpuRegisterFiles, EveryCoreHasAFileWithTheProbesNumbers) {
     ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, CoreId)), 0) << qPrintable(File.Error());
     ASSERT_EQ(VCore::Init({CoreId, 0, 0}, {}), 0);
     for (U32 Reg = 0; Reg <= VCORE_REG_PC; ++Reg) {
-      const QString sName = QStringLiteral("R%1").arg(Reg);
-      EXPECT_EQ(File.GetVNodeRegIdx(sName), static_cast<int>(VCore::MapRegIndex(Reg))) << qPrintable(sName);
+      EXPECT_EQ(File.GetVNodeRegIdx(u"R%1"_s.arg(Reg)), static_cast<int>(VCore::MapRegIndex(Reg))) << Reg;
     }
-    EXPECT_EQ(File.GetVNodeRegIdx(QStringLiteral("pc")), File.GetVNodeRegIdx(QStringLiteral("R15")));
-    EXPECT_EQ(File.GetVNodeRegIdx(QStringLiteral("PSR")), static_cast<int>(VCore::MapRegIndex(VCORE_REG_PSR)));
+    EXPECT_EQ(File.GetVNodeRegIdx(u"pc"_s), File.GetVNodeRegIdx(u"R15"_s));
+    EXPECT_EQ(File.GetVNodeRegIdx(u"PSR"_s), static_cast<int>(VCore::MapRegIndex(VCORE_REG_PSR)));
     for (const CPU_REGISTER& Register : File.Registers()) {
       VCore::CP_REG CP;
       const bool bHasIndex = Register.VNodeRegIdx != INVALID_REG_INDEX;
@@ -35,41 +37,38 @@ TEST(CpuRegisterFiles, EveryCoreHasAFileWithTheProbesNumbers) {
 }
 
 TEST(CpuRegisterFiles, SpecialRegistersOfTheCortexM4) {
-  const struct {
-    const char* sName;
-    U32 Index;
-  } aReg[] = {
-      {"SP", VNODE_REG_SP},
-      {"LR", VNODE_REG_LR},
-      {"xPSR", VNODE_REG_XPSR},
-      {"MSP", VNODE_REG_MSP},
-      {"PSP", VNODE_REG_PSP},
-      {"APSR", VNODE_REG_APSR},
-      {"EPSR", VNODE_REG_EPSR},
-      {"IPSR", VNODE_REG_IPSR},
-      {"PRIMASK", VNODE_REG_PRIMASK},
-      {"BASEPRI", VNODE_REG_BASEPRI},
-      {"FAULTMASK", VNODE_REG_FAULTMASK},
-      {"CONTROL", VNODE_REG_CONTROL},
-      {"FPSCR", VNODE_REG_FPSCR},
-      {"S0", VNODE_REG_S0},
-      {"S31", VNODE_NUM_REGS - 1},
+  const std::pair<QString, U32> aReg[] = {
+      {u"SP"_s, VNODE_REG_SP},
+      {u"LR"_s, VNODE_REG_LR},
+      {u"xPSR"_s, VNODE_REG_XPSR},
+      {u"MSP"_s, VNODE_REG_MSP},
+      {u"PSP"_s, VNODE_REG_PSP},
+      {u"APSR"_s, VNODE_REG_APSR},
+      {u"EPSR"_s, VNODE_REG_EPSR},
+      {u"IPSR"_s, VNODE_REG_IPSR},
+      {u"PRIMASK"_s, VNODE_REG_PRIMASK},
+      {u"BASEPRI"_s, VNODE_REG_BASEPRI},
+      {u"FAULTMASK"_s, VNODE_REG_FAULTMASK},
+      {u"CONTROL"_s, VNODE_REG_CONTROL},
+      {u"FPSCR"_s, VNODE_REG_FPSCR},
+      {u"S0"_s, VNODE_REG_S0},
+      {u"S31"_s, VNODE_NUM_REGS - 1},
   };
   CCpuRegisterFile File;
-  ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, 0x0E0000FF)), 0);
-  for (const auto& Reg : aReg) {
-    EXPECT_EQ(File.GetVNodeRegIdx(QString::fromLatin1(Reg.sName)), static_cast<int>(Reg.Index)) << Reg.sName;
-    EXPECT_EQ(File.GetRegName(Reg.Index), QString::fromLatin1(Reg.sName));
+  ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, CORE_ID_M4)), 0);
+  for (const auto& [sName, Index] : aReg) {
+    EXPECT_EQ(File.GetVNodeRegIdx(sName), static_cast<int>(Index)) << qPrintable(sName);
+    EXPECT_EQ(File.GetRegName(Index), sName);
   }
-  EXPECT_EQ(File.GetVNodeRegIdx(QStringLiteral("R16")), -1);
+  EXPECT_EQ(File.GetVNodeRegIdx(u"R16"_s), -1);
 }
 
 // The banked registers' own numbers are those that the modes give to the logic registers.
 TEST(CpuRegisterFiles, BankedRegisters) {
   CCpuRegisterFile File;
-  ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, 0x092601FF)), 0);
-  const std::pair<const char*, U32> aMode[] = {{"USR", 16}, {"FIQ", 17}, {"IRQ", 18},
-                                               {"SVC", 19}, {"ABT", 23}, {"UND", 27}};
+  ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, CORE_ID_ARM9)), 0);
+  const std::pair<QString, U32> aMode[] = {{u"USR"_s, 16}, {u"FIQ"_s, 17}, {u"IRQ"_s, 18},
+                                           {u"SVC"_s, 19}, {u"ABT"_s, 23}, {u"UND"_s, 27}};
   for (const auto& [sMode, Mode] : aMode) {
     VCORE_API API;
     API.pfReadProbeRegs = [Mode = Mode](const U32*, U32* paValue, U8* paStatus, U32) {
@@ -77,30 +76,26 @@ TEST(CpuRegisterFiles, BankedRegisters) {
       *paStatus = 0;
       return 0;
     };
-    ASSERT_EQ(VCore::Init({0x092601FF, 0, 0}, API), 0);
+    ASSERT_EQ(VCore::Init({CORE_ID_ARM9, 0, 0}, API), 0);
     for (U32 Reg = 8; Reg <= VCORE_REG_LR; ++Reg) {
-      const CPU_REGISTER* pRegister = File.Find(QStringLiteral("R%1_%2").arg(Reg).arg(QString::fromLatin1(sMode)));
-      if (pRegister != nullptr) {
-        EXPECT_EQ(pRegister->VNodeRegIdx, VCore::MapRegIndex(Reg)) << sMode << Reg;
-      }
+      const CPU_REGISTER* pRegister = File.Find(u"R%1_%2"_s.arg(Reg).arg(sMode));
+      if (pRegister == nullptr) continue;
+      EXPECT_EQ(pRegister->VNodeRegIdx, VCore::MapRegIndex(Reg)) << qPrintable(sMode) << Reg;
     }
-    EXPECT_EQ(File.GetVNodeRegIdx(QStringLiteral("SP")),
-              File.GetVNodeRegIdx(QStringLiteral("R13_") + QString::fromLatin1(sMode)));
+    EXPECT_EQ(File.GetVNodeRegIdx(u"SP"_s), File.GetVNodeRegIdx(u"R13_"_s + sMode));
     VCore::Exit();
   }
 }
 
 TEST(CpuRegisterReader, Numbers) {
-  const struct {
-    const char* sText;
-    U64 Value;
-    bool bOk;
-  } aCase[] = {{"4K", 4000, true}, {"1M", 1000000, true}, {"#101", 5, true}, {"0x1G", 0, false},  {"0x10", 16, true},
-               {"+12", 12, true},  {"", 0, false},        {"k", 0, false},   {"twelve", 0, false}};
-  for (const auto& Case : aCase) {
-    bool bOk = !Case.bOk;
-    EXPECT_EQ(ParseSvdNumber(QString::fromLatin1(Case.sText), &bOk), Case.Value) << Case.sText;
-    EXPECT_EQ(bOk, Case.bOk) << Case.sText;
+  const std::tuple<QString, U64, bool> aCase[] = {
+      {u"4K"_s, 4000, true}, {u"1M"_s, 1000000, true}, {u"#101"_s, 5, true},
+      {u"0x1G"_s, 0, false}, {u"0x10"_s, 16, true},    {u"+12"_s, 12, true},
+      {u""_s, 0, false},     {u"k"_s, 0, false},       {u"twelve"_s, 0, false}};
+  for (const auto& [sText, Value, bGood] : aCase) {
+    bool bOk = !bGood;
+    EXPECT_EQ(ParseSvdNumber(sText, &bOk), Value) << qPrintable(sText);
+    EXPECT_EQ(bOk, bGood) << qPrintable(sText);
   }
 }
 
@@ -112,7 +107,7 @@ TEST(CpuRegisterReader, BadFilesAreRefused) {
     EXPECT_FALSE(File.Error().isEmpty());
     EXPECT_TRUE(File.Registers().isEmpty());
   }
-  EXPECT_EQ(File.Load(sConfigDir + QStringLiteral("/CPU/none.svd")), -1);
+  EXPECT_EQ(File.Load(sConfigDir + u"/CPU/none.svd"_s), -1);
   EXPECT_EQ(File.Parse("<CPU><groups><group><size>16</size><registers><register><name>X</name><index>3</index>"
                        "</register><register/></registers></group></groups></CPU>"),
             0);
