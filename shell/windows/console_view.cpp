@@ -140,8 +140,9 @@ void CConsoleView::VisitVisibleLines(const std::function<void(int, const QRectF&
   for (QTextBlock Block = firstVisibleBlock(); Block.isValid(); Block = Block.next()) {
     const QRectF Rect = blockBoundingGeometry(Block).translated(contentOffset());
     if (Rect.top() >= Bottom) return;
-    // The block's own place contains the margins of the document.
-    const QRectF Text = Block.layout()->lineAt(0).rect();
+    // The block's own place contains the margins of the document. While fonts change a block may have lost its lines.
+    const QTextLayout* pLayout = Block.layout();
+    const QRectF Text = pLayout->lineCount() > 0 ? pLayout->lineAt(0).rect() : QRectF();
     Visit(Block.blockNumber(), Text.translated(Rect.topLeft()));
   }
 }

@@ -184,7 +184,8 @@ void CConsoleWindow::AddCommandListener(CWindow* pWindow) {
   if (m_Listeners.contains(pWindow)) return;
   m_Listeners << pWindow;
   connect(pWindow, &CWindow::ActionTriggered, this, [](QAction* pAction) { ::OnActionTriggered(pAction); });
-  connect(pWindow, &QObject::destroyed, this, [this, pWindow] { m_Listeners.removeAll(pWindow); });
+  // The console outlives its own list by the end of its destructor.
+  if (pWindow != this) connect(pWindow, &QObject::destroyed, this, [this, pWindow] { m_Listeners.removeAll(pWindow); });
   connect(pWindow, &CWindow::ActionPerformed, this, [](QAction* pAction) { ::OnActionPerformed(pAction); });
 }
 
