@@ -1,25 +1,21 @@
 // Projects from the options of the command line.
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-#include <QTemporaryDir>
-
 #include "session_runner.h"
 
 namespace {
 
-constexpr const char* PROGRAM = "examples/traffic_light/traffic_light.elf";
-const QStringList TARGET = {QStringLiteral("--DEVICE"), QStringLiteral("nRF52840_xxAA"), QStringLiteral("-usb"),
-                            QStringLiteral("-if"),      QStringLiteral("SWD"),           QStringLiteral("-speed"),
-                            QStringLiteral("4 MHz"),    QStringLiteral("-programfile"),  QLatin1String(PROGRAM)};
+using CmdLineSession = SessionTest;
+
+const QString PROGRAM = u"examples/traffic_light/traffic_light.elf"_s;
+const QStringList TARGET = {u"--DEVICE"_s, u"nRF52840_xxAA"_s, u"-usb"_s,         u"-if"_s, u"SWD"_s,
+                            u"-speed"_s,   u"4 MHz"_s,         u"-programfile"_s, PROGRAM};
 // The statements as they are echoed, in this order.
-const QStringList STATEMENTS = {QStringLiteral("Project.SetDevice (\"nRF52840_xxAA\");"),
-                                QStringLiteral("Project.SetHostIF (\"USB\", \"\");"),
-                                QStringLiteral("Project.SetTargetIF (\"SWD\");"),
-                                QStringLiteral("Project.SetTIFSpeed (\"4 MHz\");"),
-                                QStringLiteral("Project.AddSvdFile (\"$(InstallDir)/Config/CPU/Cortex-M4.svd\");"),
-                                QStringLiteral("File.Open (\"examples/traffic_light/traffic_light.elf\");")};
+const QStringList STATEMENTS = {u"Project.SetDevice (\"nRF52840_xxAA\");"_s,
+                                u"Project.SetHostIF (\"USB\", \"\");"_s,
+                                u"Project.SetTargetIF (\"SWD\");"_s,
+                                u"Project.SetTIFSpeed (\"4 MHz\");"_s,
+                                u"Project.AddSvdFile (\"$(InstallDir)/Config/CPU/Cortex-M4.svd\");"_s,
+                                u"File.Open (\"examples/traffic_light/traffic_light.elf\");"_s};
 
 void ExpectInOrder(const QString& sText, const QStringList& Parts) {
   qsizetype Pos = 0;
@@ -30,53 +26,37 @@ void ExpectInOrder(const QString& sText, const QStringList& Parts) {
   }
 }
 
-TEST(CmdLineSession, OptionsMakeAProjectThatCanBeDebuggedAndSaved) {
-  QTemporaryDir Dir;
-  const SESSION_RESULT Run = RunSession(QStringLiteral("@wait idle\nDebug.Start ();\n@wait halted\n"
-                                                       "Target.GetReg (\"PC\");\nFile.SaveProjectAs (\"%1/new\");\n")
-                                            .arg(Dir.path()),
-                                        TARGET);
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  ExpectInOrder(Run.sOutput, STATEMENTS);
-  EXPECT_EQ(AddressOf(QLatin1String(PROGRAM), QStringLiteral("main")) & ~1U, Run.Value(0));
-  QFile Saved(Dir.filePath(QStringLiteral("new.vdebug")));
-  ASSERT_TRUE(Saved.open(QIODevice::ReadOnly));
-  ExpectInOrder(QString::fromUtf8(Saved.readAll()), STATEMENTS);
-}
-
-TEST(CmdLineSession, OptionsAreAddedToAProjectThatExists) {
-  QTemporaryDir Dir;
-  const QString sProject = Dir.filePath(QStringLiteral("old.vdebug"));
-  QFile File(sProject);
-  ASSERT_TRUE(File.open(QIODevice::WriteOnly));
-  File.write("// kept\nvoid OnProjectLoad (void) {\n  Project.SetDevice (\"Cortex-M0\");\n  Util.Log (\"mine\");\n}\n");
-  File.close();
-  const SESSION_RESULT Run =
-      RunSession(QStringLiteral("@wait idle\n"), TARGET + QStringList{QStringLiteral("-project"), sProject});
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  ExpectInOrder(Run.sOutput, STATEMENTS + QStringList{QStringLiteral("mine")});
-  EXPECT_FALSE(Run.Has("Cortex-M0")) << Run.sOutput.toStdString();
-  ASSERT_TRUE(File.open(QIODevice::ReadOnly));
-  const QString sText = QString::fromUtf8(File.readAll());
-  ExpectInOrder(sText, QStringList{QStringLiteral("// kept")} + STATEMENTS + QStringList{QStringLiteral("Util.Log")});
-  EXPECT_FALSE(sText.contains(QLatin1String("Cortex-M0")));
-}
-
-TEST(CmdLineSession, TooFewOptionsMakeNoProject) {
-  const SESSION_RESULT Run = RunSession(QStringLiteral("@wait idle\n"), TARGET.first(3));
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_FALSE(Run.Has("Project.")) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("the command line lacks -if.")) << Run.sOutput.toStdString();
-}
-
-TEST(CmdLineSession, AProjectAsTheFirstArgumentWins) {
+TEST_F(CmdLineSession, OptionsMakeAProjectThatCanBeDebuggedAndSaved) {
   const SESSION_RESULT Run = RunSession(
-      QStringLiteral("@wait idle\n"),
-      QStringList{QStringLiteral("examples/traffic_light/traffic_light.vdebug"), QStringLiteral("-device"),
-                  QStringLiteral("Cortex-M0"), QStringLiteral("-usb"), QStringLiteral("-if"), QStringLiteral("SWD")});
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("Project.SetDevice (\"nRF52840_xxAA\");")) << Run.sOutput.toStdString();
-  EXPECT_FALSE(Run.Has("Cortex-M0\"")) << Run.sOutput.toStdString();
+      u"@wait idle\nDebug.Start ();\n@wait halted\nTarget.GetReg (\"PC\");\n"
+      "File.SaveProjectAs (\"%1\");\n"_s.arg(Path("new")),
+      TARGET);
+  Run.Expect(0);
+  ExpectInOrder(Run.sOutput, STATEMENTS);
+  EXPECT_EQ(AddressOf(PROGRAM, u"main"_s), Run.Value(0));
+  ExpectInOrder(QString::fromUtf8(ReadBytes(Path("new.vdebug"))), STATEMENTS);
+}
+
+TEST_F(CmdLineSession, OptionsAreAddedToAProjectThatExists) {
+  const QString sProject = Write("old.vdebug",
+                                 "// kept\nvoid OnProjectLoad (void) {\n  Project.SetDevice "
+                                 "(\"Cortex-M0\");\n  Util.Log (\"mine\");\n}\n");
+  const SESSION_RESULT Run = RunSession(u"@wait idle\n"_s, TARGET + QStringList{u"-project"_s, sProject});
+  Run.Expect(0, {}, {"Cortex-M0"});
+  ExpectInOrder(Run.sOutput, STATEMENTS + QStringList{u"mine"_s});
+  const QString sText = QString::fromUtf8(ReadBytes(sProject));
+  ExpectInOrder(sText, QStringList{u"// kept"_s} + STATEMENTS + QStringList{u"Util.Log"_s});
+  EXPECT_FALSE(sText.contains(u"Cortex-M0"));
+}
+
+TEST_F(CmdLineSession, TooFewOptionsMakeNoProject) {
+  RunSession(u"@wait idle\n"_s, TARGET.first(3)).Expect(0, {"the command line lacks -if."}, {"Project."});
+}
+
+TEST_F(CmdLineSession, AProjectAsTheFirstArgumentWins) {
+  RunSession(u"@wait idle\n"_s, {u"examples/traffic_light/traffic_light.vdebug"_s, u"-device"_s, u"Cortex-M0"_s,
+                                 u"-usb"_s, u"-if"_s, u"SWD"_s})
+      .Expect(0, {"Project.SetDevice (\"nRF52840_xxAA\");"}, {"Cortex-M0\""});
 }
 
 }  // namespace

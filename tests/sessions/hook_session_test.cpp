@@ -1,135 +1,94 @@
 // The functions of a project at their moments, in the sessions of hooks/.
 
-#include <gtest/gtest.h>
-
-#include <QFile>
-#include <QTemporaryDir>
-
 #include "session_runner.h"
 
 namespace {
 
-constexpr const char* MAIN_ELF = "examples/traffic_light/traffic_light.elf";
-constexpr qint64 ERASED = 0xFFFFFFFF;
+using HookSession = SessionTest;
 
 SESSION_RESULT RunFile(const char* sName) {
-  return RunProgram(
-      QStringLiteral(VEXOR_BIN_DIR "/vexor"),
-      {QStringLiteral("-batch"), QStringLiteral("tests/sessions/hooks/%1.txt").arg(QLatin1String(sName))});
+  return RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"),
+                    {u"-batch"_s, u"tests/sessions/hooks/%1.txt"_s.arg(QLatin1String(sName))});
 }
 
 // What the hooks and the session printed of themselves.
-QString Order(const SESSION_RESULT& Run) {
+std::string Order(const SESSION_RESULT& Run) {
   QStringList Words;
   for (const QString& sLine : Run.Lines) {
-    if (sLine.startsWith(QLatin1String("hook "))) Words << sLine.mid(5);
-    if (sLine.startsWith(QLatin1String("-- "))) Words << QLatin1Char('/') + sLine.mid(3);
+    if (sLine.startsWith(u"hook ")) Words << sLine.mid(5);
+    if (sLine.startsWith(u"-- ")) Words << u'/' + sLine.mid(3);
   }
-  return Words.join(QLatin1Char(' '));
+  return Words.join(u' ').toStdString();
 }
 
-TEST(HookSession, EveryEventHookRunsAtItsMoment) {
+TEST_F(HookSession, EveryEventHookRunsAtItsMoment) {
   const SESSION_RESULT Run = RunFile("events");
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_EQ(QStringLiteral("OnProjectLoad"
-                           " /start BeforeTargetConnect AfterTargetConnect BeforeTargetReset AfterTargetReset"
-                           " BeforeTargetDownload AfterTargetDownload AfterTargetHalt"
-                           " /continue BeforeTargetResume AfterTargetHalt"
-                           " /reset BeforeTargetReset AfterTargetReset AfterTargetHalt"
-                           " /stop BeforeTargetDisconnect AfterTargetDisconnect"
-                           " /attach BeforeTargetConnect AfterTargetConnect AfterTargetHalt"
-                           " BeforeTargetDisconnect AfterTargetDisconnect"),
-            Order(Run))
-      << Run.sOutput.toStdString();
+  Run.Expect(0);
+  EXPECT_EQ(
+      "OnProjectLoad"
+      " /start BeforeTargetConnect AfterTargetConnect BeforeTargetReset AfterTargetReset"
+      " BeforeTargetDownload AfterTargetDownload AfterTargetHalt"
+      " /continue BeforeTargetResume AfterTargetHalt"
+      " /reset BeforeTargetReset AfterTargetReset AfterTargetHalt"
+      " /stop BeforeTargetDisconnect AfterTargetDisconnect"
+      " /attach BeforeTargetConnect AfterTargetConnect AfterTargetHalt"
+      " BeforeTargetDisconnect AfterTargetDisconnect",
+      Order(Run));
 }
 
-TEST(HookSession, AProjectReplacesConnectResetDownloadAndStart) {
+TEST_F(HookSession, AProjectReplacesConnectResetDownloadAndStart) {
   const SESSION_RESULT Run = RunFile("replaced");
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_EQ(QStringLiteral("OnProjectLoad"
-                           " /start DebugStart BeforeTargetConnect TargetConnect AfterTargetConnect"
-                           " BeforeTargetReset TargetReset AfterTargetReset"
-                           " BeforeTargetDownload TargetDownload AfterTargetDownload AfterTargetHalt"
-                           " /reset BeforeTargetReset TargetReset AfterTargetReset AfterTargetHalt"
-                           " /stop BeforeTargetDisconnect AfterTargetDisconnect"),
-            Order(Run))
-      << Run.sOutput.toStdString();
+  Run.Expect(0);
+  EXPECT_EQ(
+      "OnProjectLoad"
+      " /start DebugStart BeforeTargetConnect TargetConnect AfterTargetConnect"
+      " BeforeTargetReset TargetReset AfterTargetReset"
+      " BeforeTargetDownload TargetDownload AfterTargetDownload AfterTargetHalt"
+      " /reset BeforeTargetReset TargetReset AfterTargetReset AfterTargetHalt"
+      " /stop BeforeTargetDisconnect AfterTargetDisconnect",
+      Order(Run));
   EXPECT_EQ(0x12345678, Run.Value(0)) << "what the download of the project wrote";
-  EXPECT_EQ(ERASED, Run.Value(1)) << "the built-in download ran as well";
+  EXPECT_EQ(0xFFFFFFFF, Run.Value(1)) << "erased, unless the built-in download ran as well";
   EXPECT_EQ(0x77, Run.Value(2)) << "what the reset of the project wrote";
   EXPECT_EQ(0x77, Run.Value(3));
 }
 
-TEST(HookSession, AnErrorLeavesTheRestToTheBuiltInOperations) {
+TEST_F(HookSession, AnErrorLeavesTheRestToTheBuiltInOperations) {
   const SESSION_RESULT Run = RunFile("error");
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-  EXPECT_EQ(QStringLiteral("OnProjectLoad BeforeTargetConnect AfterTargetConnect /again OnProjectLoad"), Order(Run));
-  EXPECT_FALSE(Run.Has("never")) << Run.sOutput.toStdString();
-  EXPECT_EQ(AddressOf(QLatin1String(MAIN_ELF), QStringLiteral("main")), Run.Value(0)) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("Error in project file: Error in script function void AfterTargetConnect (void);\n"));
-  EXPECT_TRUE(
-      Run.Has("error.vdebug:23:21\n"
-              "  Util.Sleep (100 / Tries);\n"
-              "                    ^\n"))
-      << Run.sOutput.toStdString();
+  Run.Expect(0,
+             {"Error in project file: Error in script function void AfterTargetConnect (void);\n",
+              "error.vdebug:23:21\n  Util.Sleep (100 / Tries);\n                    ^\n"},
+             {"never"});
+  EXPECT_EQ("OnProjectLoad BeforeTargetConnect AfterTargetConnect /again OnProjectLoad", Order(Run));
+  EXPECT_EQ(AddressOf(u"examples/traffic_light/traffic_light.elf"_s, u"main"_s), Run.Value(0));
 }
 
-TEST(HookSession, HooksNestUpToTheLimit) {
+TEST_F(HookSession, HooksNestUpToTheLimit) {
   const SESSION_RESULT Run = RunFile("nested");
-  EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
+  Run.Expect(0, {"Error executing script function \"BeforeTargetReset\": maximum call level reached.",
+                 "Exec.Connect(): already connected\n", "\nrefused\n", "end of OnProjectLoad", "still here"});
   // The last run of the hook asks for the twelfth.
-  EXPECT_EQ(QStringLiteral("OnProjectLoad AfterTargetConnect") + QStringLiteral(" BeforeTargetReset").repeated(11),
+  EXPECT_EQ("OnProjectLoad AfterTargetConnect" + QByteArray(" BeforeTargetReset").repeated(11).toStdString(),
             Order(Run));
-  EXPECT_TRUE(Run.Has("Error executing script function \"BeforeTargetReset\": maximum call level reached."));
-  EXPECT_LT(Run.sOutput.indexOf(QLatin1String("hook AfterTargetConnect")),
-            Run.sOutput.indexOf(QLatin1String("\nstarted")))
+  EXPECT_LT(Run.sOutput.indexOf(u"hook AfterTargetConnect"), Run.sOutput.indexOf(u"\nstarted"))
       << "Debug.Start returned before its hooks had run";
-  EXPECT_TRUE(Run.Has("Exec.Connect(): already connected\n")) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("\nrefused\n")) << Run.sOutput.toStdString();
-  EXPECT_TRUE(Run.Has("end of OnProjectLoad"));
-  EXPECT_TRUE(Run.Has("still here"));
 }
 
-struct LOST_SCRIPT {
-  const char* sText;
-  const char* sError;  // null: it runs until it is told to end
-};
-const LOST_SCRIPT LOST_SCRIPTS[] = {
-    {"void OnProjectLoad (void) { while (1) { } }\n", nullptr},
-    {"void OnProjectLoad (void) { Util.Sleep (300000); }\n", nullptr},
-    {"void OnProjectLoad (void) { OnProjectLoad (); }\n", "Out of memory at line 1"},
-    {"void OnProjectLoad (void) { while (1) { Window.Show (\"\"); } }\n", "Out of memory at line 1"},
-    {"void OnProjectLoad (void) { Target.ReadU32 (Target.GetReg (\"R99\")); Target.GetReg (5); }\n", ""},
-    {"void TargetConnect (void) { }\nvoid OnProjectLoad (void) { Project.SetDevice (\"nRF52840_xxAA\");\n"
-     "Project.SetHostIF (\"USB\", \"\"); Project.SetTargetIF (\"SWD\"); Debug.Connect (); }\n",
-     "Connection failed"},
-};
-
-class LostScript : public testing::TestWithParam<LOST_SCRIPT> {};
-
-TEST_P(LostScript, LeavesTheProgramAlive) {
-  constexpr int SESSION_LIMIT_MS = 20'000;
-  QTemporaryDir Dir;
-  QFile File(Dir.filePath(QStringLiteral("lost.vdebug")));
-  ASSERT_TRUE(File.open(QIODevice::WriteOnly));
-  File.write(GetParam().sText);
-  File.close();
-  const SESSION_RESULT Run =
-      RunSession(QStringLiteral("File.Open (\"%1\");\n@wait idle %2\nUtil.Log (\"still here\");\n")
-                     .arg(File.fileName())
-                     .arg(GetParam().sError ? 10'000 : 300),
-                 {}, SESSION_LIMIT_MS);
-  EXPECT_FALSE(Run.bTimedOut);
-  if (GetParam().sError) {
-    EXPECT_EQ(0, Run.ExitCode) << Run.sOutput.toStdString();
-    EXPECT_TRUE(Run.Has(GetParam().sError)) << Run.sOutput.toStdString();
-    EXPECT_TRUE(Run.Has("still here"));
-  } else {
-    EXPECT_EQ(1, Run.ExitCode) << Run.sOutput.toStdString();
-    EXPECT_TRUE(Run.Has("timeout after 300 ms")) << Run.sOutput.toStdString();
+TEST_F(HookSession, ALostScriptLeavesTheProgramAlive) {
+  const std::pair<const char*, const char*> aCases[] = {
+      {"void OnProjectLoad (void) { OnProjectLoad (); }\n", "Out of memory at line 1"},
+      {"void OnProjectLoad (void) { while (1) { Window.Show (\"\"); } }\n", "Out of memory at line 1"},
+      {"void OnProjectLoad (void) { Target.ReadU32 (Target.GetReg (\"R99\")); Target.GetReg (5); }\n", ""},
+      {"void TargetConnect (void) { }\nvoid OnProjectLoad (void) { Project.SetDevice (\"nRF52840_xxAA\");\n"
+       "Project.SetHostIF (\"USB\", \"\"); Project.SetTargetIF (\"SWD\"); Debug.Connect (); }\n",
+       "Connection failed"},
+  };
+  for (const auto& [sText, sError] : aCases) RunWithFile(Write("lost.vdebug", sText)).Expect(0, {sError, "still here"});
+  // These run until they are told to end.
+  for (const char* sStatement : {"while (1) { }", "Util.Sleep (300000);"}) {
+    const QByteArray Text = QByteArray("void OnProjectLoad (void) { ") + sStatement + " }\n";
+    RunWithFile(Write("lost.vdebug", Text), 300).Expect(1, {"timeout after 300 ms"});
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(Scripts, LostScript, testing::ValuesIn(LOST_SCRIPTS));
 
 }  // namespace

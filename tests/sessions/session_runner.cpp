@@ -4,12 +4,15 @@
 #include <QRegularExpression>
 
 qint64 SESSION_RESULT::Value(int Index) const {
-  static const QRegularExpression Pattern(QStringLiteral("^=> 0x([0-9A-F]+)$"));
-  for (const QString& sLine : Lines) {
-    const QRegularExpressionMatch Match = Pattern.match(sLine);
-    if (Match.hasMatch() && Index-- == 0) return Match.captured(1).toLongLong(nullptr, 16);
-  }
-  return -1;
+  const QStringList Values = Lines.filter(QRegularExpression(u"^=> 0x[0-9A-F]+$"_s));
+  return Index < Values.size() ? Values[Index].mid(5).toLongLong(nullptr, 16) : -1;
+}
+
+void SESSION_RESULT::Expect(int WantedCode, TEXTS Printed, TEXTS NotPrinted) const {
+  SCOPED_TRACE(sOutput.toStdString());
+  EXPECT_EQ(WantedCode, ExitCode);
+  for (const char* sText : Printed) EXPECT_TRUE(sOutput.contains(QLatin1String(sText))) << "missing: " << sText;
+  for (const char* sText : NotPrinted) EXPECT_FALSE(sOutput.contains(QLatin1String(sText))) << "too much: " << sText;
 }
 
 SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments, const QByteArray& Input, int LimitMS) {
@@ -25,19 +28,23 @@ SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments,
   Process.waitForFinished();
   Result.ExitCode = Process.exitStatus() == QProcess::NormalExit ? Process.exitCode() : -1;
   Result.sOutput = QString::fromUtf8(Process.readAll());
-  Result.Lines = Result.sOutput.split(QLatin1Char('\n'));
+  Result.Lines = Result.sOutput.split(u'\n');
   return Result;
 }
 
 SESSION_RESULT RunSession(const QString& sText, const QStringList& Options, int LimitMS) {
-  return RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"),
-                    Options + QStringList{QStringLiteral("-batch"), QStringLiteral("-")}, sText.toUtf8(), LimitMS);
+  return RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"), Options + QStringList{u"-batch"_s, u"-"_s}, sText.toUtf8(),
+                    LimitMS);
+}
+
+SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS) {
+  const QString sSession = u"File.Open (\"%1\");\n@wait idle %2\nUtil.Log (\"still here\");\n"_s.arg(sFile).arg(WaitMS);
+  return RunSession(sSession, {}, 2 * WaitMS + 10'000);
 }
 
 quint32 AddressOf(const QString& sElf, const QString& sSymbol) {
-  const SESSION_RESULT Symbols = RunProgram(QStringLiteral("readelf"), {QStringLiteral("-sW"), sElf});
-  for (const QString& sLine : Symbols.Lines) {
-    const QStringList Columns = sLine.simplified().split(QLatin1Char(' '));
+  for (const QString& sLine : RunProgram(u"readelf"_s, {u"-sW"_s, sElf}).Lines) {
+    const QStringList Columns = sLine.simplified().split(u' ');
     if (Columns.size() >= 8 && Columns[7] == sSymbol) return Columns[1].toUInt(nullptr, 16) & ~1u;
   }
   return 0;

@@ -1,8 +1,14 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include "tests/common/files.h"
+
+using namespace Qt::StringLiterals;
+
+using TEXTS = std::initializer_list<const char*>;
 
 // What a run of the program printed and how it ended.
 struct SESSION_RESULT {
@@ -11,15 +17,26 @@ struct SESSION_RESULT {
   QString sOutput;
   QStringList Lines;
 
-  bool Has(const char* sText) const { return sOutput.contains(QLatin1String(sText)); }
   // Value of the n-th "=> 0x..." line, -1 if there is none.
   qint64 Value(int Index) const;
+  // Fails with the whole output where it is not so.
+  void Expect(int WantedCode, TEXTS Printed = {}, TEXTS NotPrinted = {}) const;
 };
 
 // Runs a batch session from a text, in the source directory. Options go in front of -batch.
 SESSION_RESULT RunSession(const QString& sText, const QStringList& Options = {}, int LimitMS = 60'000);
+// Opens a file, waits, and logs "still here".
+SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS = 10'000);
 // Runs any of our programs.
 SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments, const QByteArray& Input = {},
                           int LimitMS = 60'000);
 // Address of a function's first instruction, as readelf gives it.
 quint32 AddressOf(const QString& sElf, const QString& sSymbol);
+
+// A session with a folder for its files.
+class SessionTest : public testing::Test {
+protected:
+  QString Path(const char* sName) const { return m_Dir.filePath(QLatin1String(sName)); }
+  QString Write(const char* sName, const QByteArray& Text) const { return WriteBytes(Path(sName), Text); }
+  QTemporaryDir m_Dir;
+};
