@@ -2,25 +2,13 @@
 
 #include <cstring>
 
-#include "core/decoder/row_table.h"
 #include "decode_helper.h"
 
 namespace {
 
-struct TEXT_CASE {
-  std::vector<U16> aHalfword;
-  const char* sText;
-};
+using TEXT_CASE = std::pair<std::vector<U16>, const char*>;
 
-class TextTest : public testing::TestWithParam<TEXT_CASE> {};
-
-TEST_P(TextTest, Text) {
-  const DECODED Decoded = DecodeOne(0x1000, GetParam().aHalfword, 8);
-  EXPECT_EQ(Decoded.sText, GetParam().sText);
-  EXPECT_EQ(Decoded.Length, static_cast<int>(2 * GetParam().aHalfword.size()));
-}
-
-const TEXT_CASE aThumb16[] = {
+const TEXT_CASE aTexts[] = {
     {{0x0008}, "MOVS\tR0, R1"},
     {{0x0148}, "LSLS\tR0, R1, #0x05"},
     {{0x0808}, "LSRS\tR0, R1, #0x20"},  // amount 0 is 32
@@ -41,9 +29,6 @@ const TEXT_CASE aThumb16[] = {
     {{0xdf00}, "SVC\t#0x00"},
     {{0xc905}, "LDM\tR1!, {R0, R2}"},
     {{0xc906}, "LDM\tR1, {R1-R2}"},  // the base is loaded, so it is not written back
-};
-
-const TEXT_CASE aThumb32[] = {
     {{0xe8bd, 0x87f0}, "POP.W\t{R4-R10, PC}"},
     {{0xe92d, 0x43f0}, "PUSH.W\t{R4-R9, LR}"},
     {{0xe9d1, 0x2304}, "LDRD\tR2, R3, [R1, #0x10]"},
@@ -83,8 +68,13 @@ const TEXT_CASE aThumb32[] = {
     {{0xeef1, 0xfa10}, "VMRS\tAPSR_nzcv, FPSCR"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Thumb16, TextTest, testing::ValuesIn(aThumb16));
-INSTANTIATE_TEST_SUITE_P(Thumb32, TextTest, testing::ValuesIn(aThumb32));
+TEST(OperandText, OfEachForm) {
+  for (const auto& [aHalfword, sText] : aTexts) {
+    const DECODED Decoded = DecodeOne(0x1000, aHalfword, 8);
+    EXPECT_EQ(Decoded.sText, sText);
+    EXPECT_EQ(Decoded.Length, static_cast<int>(2 * aHalfword.size())) << sText;
+  }
+}
 
 // A function at 0x2000 and literals in an image at 0x1008.
 DISASM_API LabelAPI() {
@@ -118,7 +108,7 @@ TEST(OperandText, LabelsAndLiterals) {
   DISASM_CONTEXT Context;
   Context.pAPI = &API;
   DISASM_SetMode(Context, DISASM_THUMB);
-  for (const TEXT_CASE& Case : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, Case.aHalfword).sText, Case.sText);
+  for (const auto& [aHalfword, sText] : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, aHalfword).sText, sText);
 }
 
 // Text of a conditional block: suffixes, no S on 16-bit forms, and the block's end.
@@ -131,13 +121,7 @@ TEST(OperandText, ITBlock) {
       {{0x4770}, "BXNE\tLR"},         {{0x3001}, "ADDS\tR0, #0x01"},      {{0xbf38}, "IT\tCC"},
       {{0x2001}, "MOVCC\tR0, #0x01"}, {{0x2001}, "MOVS\tR0, #0x01"},
   };
-  for (const TEXT_CASE& Case : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, Case.aHalfword).sText, Case.sText);
-}
-
-TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
-  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table()}) {
-    for (const auto& pEntry : pTable->Entries()) EXPECT_TRUE(pEntry->Template.IsValid()) << pEntry->pRow->sText;
-  }
+  for (const auto& [aHalfword, sText] : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, aHalfword).sText, sText);
 }
 
 TEST(DecodeText, NeverRunsOverTheBuffer) {
