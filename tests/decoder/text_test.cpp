@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/decoder/row_table.h"
 #include "decode_helper.h"
 
 namespace {
@@ -122,6 +123,11 @@ TEST(OperandText, ITBlock) {
       {{0x2001}, "MOVCC\tR0, #0x01"}, {{0x2001}, "MOVS\tR0, #0x01"},
   };
   for (const auto& [aHalfword, sText] : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, aHalfword).sText, sText);
+}
+
+TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table()})
+    for (const auto& pEntry : pTable->Entries()) EXPECT_TRUE(pEntry->Template.IsValid()) << pEntry->pRow->sText;
 }
 
 TEST(DecodeText, NeverRunsOverTheBuffer) {
