@@ -32,18 +32,26 @@ void Print(const QString& sText) {
   std::fflush(stdout);
 }
 
-}  // namespace
-
-QString CBatchSession::FileOf(const QStringList& Arguments) {
+// Of what stands behind -batch, -1 if there is none.
+qsizetype IndexOfFile(const QStringList& Arguments) {
   for (qsizetype i = 1; i + 1 < Arguments.size(); ++i) {
     QString sOption = Arguments[i];
     while (sOption.startsWith(QLatin1Char('-'))) sOption.remove(0, 1);
-    if (Arguments[i].startsWith(QLatin1Char('-')) &&
-        sOption.compare(QLatin1String("batch"), Qt::CaseInsensitive) == 0) {
-      return Arguments[i + 1];
-    }
+    if (Arguments[i].startsWith(QLatin1Char('-')) && sOption.compare(QLatin1String("batch"), Qt::CaseInsensitive) == 0)
+      return i + 1;
   }
-  return {};
+  return -1;
+}
+
+}  // namespace
+
+QString CBatchSession::FileOf(const QStringList& Arguments) {
+  return Arguments.value(IndexOfFile(Arguments));
+}
+
+QStringList CBatchSession::WithoutFile(QStringList Arguments) {
+  if (const qsizetype File = IndexOfFile(Arguments); File >= 0) Arguments.remove(File - 1, 2);
+  return Arguments;
 }
 
 void CBatchSession::SetActive(bool bOn) {

@@ -15,6 +15,8 @@ class CBatchSession : public QObject {
 public:
   // The file behind -batch in an argument list ("-": standard input); empty when there is none.
   static QString FileOf(const QStringList& Arguments);
+  // The argument list without -batch and its file.
+  static QStringList WithoutFile(QStringList Arguments);
   // Called by main before anything else; windows and dialogs ask whether a user is there.
   static void SetActive(bool bOn);
   static bool IsActive();

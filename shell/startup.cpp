@@ -121,7 +121,7 @@ void ReportProbeLibrary() {
 }
 
 void OpenWhatComesFirst(CMainWindow& Window, CProjectController& Projects) {
-  const QString sFirst = QCoreApplication::arguments().value(1);
+  const QString sFirst = CBatchSession::WithoutFile(QCoreApplication::arguments()).value(1);
   if (QFileInfo(sFirst).suffix() == QLatin1String("vdebug")) {
     PerformAction(ACTION_FILE_OPEN, sFirst);
   } else if (!GetCmdLineArgs().sDevice.isEmpty()) {

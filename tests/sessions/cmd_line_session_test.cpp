@@ -49,6 +49,13 @@ TEST_F(CmdLineSession, OptionsAreAddedToAProjectThatExists) {
   EXPECT_FALSE(sText.contains(u"Cortex-M0"));
 }
 
+TEST_F(CmdLineSession, AProjectMayStandBehindTheBatchFile) {
+  const QString sBatch = Write("batch.txt", "@wait idle\n");
+  const QString sProject = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.vdebug");
+  RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"), {u"-batch"_s, sBatch, sProject})
+      .Expect(0, {"traffic_light.vdebug", "traffic_light.elf"});
+}
+
 TEST_F(CmdLineSession, TooFewOptionsMakeNoProject) {
   RunSession(u"@wait idle\n"_s, TARGET.first(3)).Expect(0, {"the command line lacks -if."}, {"Project."});
 }
