@@ -6,7 +6,6 @@
 
 #include "base/types.h"
 #include "project/project_text.h"
-#include "script/ctrans.h"
 #include "script/hook_table.h"
 #include "tests/common/print.h"
 #include "text_rules.h"
@@ -153,26 +152,9 @@ TEST(ProjectText, FailuresHaveTheirTextsAndChangeNothing) {
   }
 }
 
-// What the script engine ran before and what it runs after an edit differ by the edited commands alone.
-TEST(ProjectText, AnEditedProjectRuns) {
-  const QString sMade =
-      MakeProjectText({"Project.SetDevice (\"A\");", "Project.SetTIFSpeed (\"4 MHz\");", "File.Open (\"a.elf\");"});
+TEST(ProjectText, ANewProjectOffersEveryHook) {
+  const QString sMade = MakeProjectText({});
   for (int ID = 2; ID <= NUM_HOOKS; ++ID) EXPECT_TRUE(sMade.contains("//void " + GetHookName(ID))) << ID;
-  QString sText = ReplaceVNodeCommands(sMade, {"Project.SetDevice (\"B\");"}).sText;
-  sText.replace("  //\n  // User", "  if (0) Project.SetDevice (\"C\");\n  //\n  // User");
-  sText = ReplaceCommands(sText, {"Project.SetDevice (\"D\");"}).sText;
-  QStringList Calls;
-  CTrans Engine(sText.toStdString(), {});
-  for (const char* sApi : {"Project.SetDevice", "Project.SetTIFSpeed", "File.Open"}) {
-    Engine.AddApiFunction(("__api__ int " + std::string(sApi) + " (const char* s);").c_str(),
-                          [&Calls](const U64* paArgs, U32) {
-                            Calls << QString::fromUtf8(reinterpret_cast<const char*>(paArgs[0]));
-                            return U64{0};
-                          });
-  }
-  EXPECT_EQ(Engine.ParseGlobals(), 0);
-  EXPECT_EQ(Engine.CallFunction("OnProjectLoad"), CTRANS_OK) << sText.toStdString();
-  EXPECT_EQ(Calls, (QStringList{"D", "a.elf"}));
 }
 
 // The fuzz target's rules on texts cut out of and pasted into a real one.

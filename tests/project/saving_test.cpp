@@ -107,27 +107,23 @@ TEST_F(SavingTest, ReadsWhatItIsGivenWithoutLosingCharacters) {
   EXPECT_EQ(ReadBytes(Path("t")), "a\r\nb\r\nc\r\nd\xC3\xA9");
 }
 
-TEST_F(SavingTest, AProjectThatCouldNotBeSavedStaysModified) {
+TEST_F(SavingTest, WhatCouldNotBeSavedIsMadeAnewFromTheSettingsOfThenOrStaysModified) {
   CProject& Project = CProject::Get();
-  Project.Create({});
+  Project.SetProgramFile("first.elf");
   {
     const CFileSizeLimit Full;
     EXPECT_FALSE(Project.Save(Path("a.vdebug")));
   }
-  EXPECT_TRUE(Project.IsModified());
   EXPECT_EQ(Project.GetFileName(), QString());
-  EXPECT_TRUE(Project.Save(Path("a.vdebug")));
-  EXPECT_FALSE(Project.IsModified());
-}
-
-TEST_F(SavingTest, ATextThatCouldNotBeSavedIsMadeAnewFromTheSettingsOfThen) {
-  CProject& Project = CProject::Get();
-  Project.SetProgramFile("first.elf");
-  EXPECT_FALSE(Project.Save(Path("no/such/a.vdebug")));
   Project.SetProgramFile("second.elf");
   ASSERT_TRUE(Project.Save(Path("a.vdebug")));
   EXPECT_TRUE(ReadBytes(Path("a.vdebug")).contains("second.elf"));
   EXPECT_FALSE(ReadBytes(Path("a.vdebug")).contains("first.elf"));
+  Project.Create({});
+  EXPECT_FALSE(Project.Save(Path("no/such/a.vdebug")));
+  EXPECT_TRUE(Project.IsModified());
+  EXPECT_TRUE(Project.Save(Path("b.vdebug")));
+  EXPECT_FALSE(Project.IsModified());
 }
 
 TEST_F(SavingTest, EditsOfTheLoadedFileOutliveTheNextSave) {
