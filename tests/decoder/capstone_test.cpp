@@ -94,12 +94,11 @@ void CompareFlow(U32 Word, const DECODED& Ours, const cs_insn& Theirs) {
     case ARM_INS_B:
     case ARM_INS_CBZ:
     case ARM_INS_CBNZ:
-    case ARM_INS_BL: {
+    case ARM_INS_BL:
       ASSERT_EQ(Flags & (IF_BRANCH | IF_DIRECT_BRANCH | IF_TARGET), U32(IF_BRANCH | IF_DIRECT_BRANCH | IF_TARGET));
       ASSERT_EQ((Flags & IF_CALL) != 0, Theirs.id == ARM_INS_BL) << std::hex << Word;
       ASSERT_EQ(static_cast<U32>(Ours.Info.Target), static_cast<U32>(pLast->imm)) << std::hex << Word;
       break;
-    }
     case ARM_INS_BX:
     case ARM_INS_BLX:
       ASSERT_NE(Flags & IF_BRANCH, 0u);
@@ -109,11 +108,10 @@ void CompareFlow(U32 Word, const DECODED& Ours, const cs_insn& Theirs) {
       break;
     case ARM_INS_POP:
     case ARM_INS_LDM:
-    case ARM_INS_LDMDB: {
-      const U32 FirstInList = Theirs.id == ARM_INS_POP ? 0 : 1;
-      ASSERT_EQ((Flags & IF_BRANCH) != 0, HasReg(Arm, FirstInList, ARM_REG_PC)) << std::hex << Word;
+    case ARM_INS_LDMDB:  // their first operand is the base
+      ASSERT_EQ((Flags & IF_BRANCH) != 0, HasReg(Arm, Theirs.id == ARM_INS_POP ? 0 : 1, ARM_REG_PC))
+          << std::hex << Word;
       break;
-    }
     case ARM_INS_LDR:
       ASSERT_EQ((Flags & IF_BRANCH) != 0, Arm.operands[0].reg == ARM_REG_PC) << std::hex << Word;
       break;

@@ -18,30 +18,22 @@ struct FLAG_CASE {
 const FLAG_CASE aCase[] = {
     {"BNE", {0xd1fe}, JUMP_TO, 0x08001002, 1},
     {"BWConditional", {0xf43f, 0xaffe}, JUMP_TO, 0x08001002, 0},
-    {"CBZ", {0xb113}, JUMP_TO, 0x0800100a},
-    {"BLFarDown", {0xf400, 0xd000}, JUMP_TO | IF_CALL, 0x07001006},
     {"BXLR", {0x4770}, JUMP | IF_RETURN, 0},
     {"BXR3", {0x4718}, JUMP | IF_CALL, 0},
     {"POPWithPC", {0xbd10}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
-    {"POPWideWithPC", {0xe8bd, 0x8010}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
-    {"LDMWithPC", {0xe890, 0x8006}, IF_MEM | IF_BRANCH, 0},
     {"LDRToPC", {0xf851, 0xf023}, IF_MEM | IF_BRANCH, 0},
     {"LDRToPCFromSP", {0xf85d, 0xfb04}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
     {"LDRLiteral", {0x4801}, IF_MEM | IF_TARGET, 0x08001008},
-    {"LDRLiteralDown", {0xf85f, 0x0008}, IF_MEM | IF_TARGET, 0x08000ffc},
     {"ADR", {0xa001}, IF_TARGET, 0x08001008},
     {"MOVToPC", {0x4687}, JUMP, 0},
     {"MOVToR8", {0x4680}, 0, 0},
     {"STR", {0x6008}, IF_MEM, 0},
     {"VLDR", {0xed91, 0x1a02}, IF_MEM, 0},
-    {"POPAlone", {0xbc10}, IF_MEM, 0},
     {"TBH", {0xe8df, 0xf011}, JUMP | IF_MEM, 0},
     {"BKPTSemihosting", {0xbeab}, IF_BKPT | IF_SEMIHOST, 0},
     {"SVCIsNoSemihosting", {0xdfab}, 0, 0},
     {"IT", {0xbf08}, IF_MEM, 0},
     {"DMB", {0xf3bf, 0x8f5f}, 0, 0},
-    {"SMC", {0xf7f0, 0x8000}, IF_BRANCH, 0},
-    {"RFE", {0xe990, 0xc000}, IF_BRANCH | IF_MEM, 0},
 };
 
 TEST(Flags, FlagsAndTarget) {
@@ -53,17 +45,6 @@ TEST(Flags, FlagsAndTarget) {
       EXPECT_EQ(Decoded.Info.Target, Case.Target);
     }
   }
-}
-
-TEST(Flags, ConditionOfTheITBlockEndsWithIt) {
-  DISASM_CONTEXT Context;
-  DISASM_SetMode(Context, DISASM_THUMB);
-  DecodeWith(Context, 0, {0xbfcd});  // ITEET GT
-  for (const U32 Cond : {12u, 13u, 13u, 12u}) {
-    const U32 Flags = DecodeWith(Context, 0, {0x1840}).Info.Flags;
-    EXPECT_EQ(Flags, Cond << IF_COND_SHIFT | IF_CONDITIONAL);
-  }
-  EXPECT_EQ(DecodeWith(Context, 0, {0x1840}).Info.Flags, IF_UNCONDITIONAL);
 }
 
 // What a core does not have is no instruction there.

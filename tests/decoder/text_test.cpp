@@ -7,35 +7,26 @@
 
 namespace {
 
-using TEXT_CASE = std::pair<std::vector<U16>, const char*>;
-
-const TEXT_CASE aTexts[] = {
+const std::pair<std::vector<U16>, const char*> aTexts[] = {
     {{0x0008}, "MOVS\tR0, R1"},
-    {{0x0148}, "LSLS\tR0, R1, #0x05"},
     {{0x0808}, "LSRS\tR0, R1, #0x20"},  // amount 0 is 32
-    {{0x1c4a}, "ADDS\tR2, R1, #0x01"},
-    {{0x4249}, "RSBS\tR1, R1, #0"},
     {{0x44e8}, "ADD\tR8, SP"},
-    {{0x46c0}, "MOV\tR8, R8"},
     {{0x6808}, "LDR\tR0, [R1]"},
-    {{0x8848}, "LDRH\tR0, [R1, #0x02]"},
-    {{0x9801}, "LDR\tR0, [SP, #0x04]"},
     {{0xb082}, "SUB\tSP, SP, #0x08"},
     {{0xb517}, "PUSH\t{R0-R2, R4, LR}"},
     {{0xbd10}, "POP\t{R4, PC}"},
     {{0xb672}, "CPSID\ti"},
     {{0xb963}, "CBNZ\tR3, 0x0000101C"},
+    {{0x4810}, "LDR\tR0, [PC, #0x40]\t; [0x00001044]"},
+    {{0xf85f, 0x0010}, "LDR.W\tR0, [PC, #-0x10]\t; [0x00000FF4]"},
+    {{0xe7fe}, "B\t0x00001000"},
     {{0xbeab}, "BKPT\t#0xAB"},
     {{0xde05}, "UDF\t#05"},
-    {{0xdf00}, "SVC\t#0x00"},
     {{0xc905}, "LDM\tR1!, {R0, R2}"},
     {{0xc906}, "LDM\tR1, {R1-R2}"},  // the base is loaded, so it is not written back
     {{0xe8bd, 0x87f0}, "POP.W\t{R4-R10, PC}"},
-    {{0xe92d, 0x43f0}, "PUSH.W\t{R4-R9, LR}"},
-    {{0xe9d1, 0x2304}, "LDRD\tR2, R3, [R1, #0x10]"},
     {{0xe8e1, 0x2304}, "STRD\tR2, R3, [R1], #0x10"},
     {{0xe850, 0x1f01}, "LDREX\tR1, [R0, #0x04]"},
-    {{0xe8df, 0xf001}, "TBB\t[PC, R1]"},
     {{0xeb01, 0x0282}, "ADD.W\tR2, R1, R2, LSL #2"},
     {{0xea4f, 0x1131}, "ROR\tR1, R1, #0x04"},
     {{0xea4f, 0x0131}, "RRX\tR1, R1"},
@@ -50,17 +41,12 @@ const TEXT_CASE aTexts[] = {
     {{0xf851, 0x2f08}, "LDR\tR2, [R1, #0x08]!"},
     {{0xf851, 0x2023}, "LDR.W\tR2, [R1, R3, LSL #2]"},
     {{0xfa5f, 0xf192}, "UXTB.W\tR1, R2, ROR #8"},
-    {{0xfbb1, 0xf2f3}, "UDIV\tR2, R1, R3"},
-    {{0xfba1, 0x2304}, "UMULL\tR2, R3, R1, R4"},
     {{0xf3bf, 0x8f5f}, "DMB\t"},
     {{0xf3bf, 0x8f4b}, "DSB\tISH"},
-    {{0xf3ef, 0x8009}, "MRS\tR0, PSP"},
     {{0xf380, 0x8814}, "MSR\tCONTROL, R0"},
     {{0xf380, 0x8800}, "MSR\tAPSR_nzcvq, R0"},
     {{0xf380, 0x8900}, "MSR\tCPSR_fc, R0"},
     {{0xf3ef, 0x8088}, "MRS\tR0, MSP_NS"},
-    {{0xe97f, 0xe97f}, "SG"},
-    {{0xe841, 0xf200}, "TT\tR2, R1"},
     {{0xee06, 0x0f10}, "MCR\tp15, #0, R0, c6, c0, #0"},
     {{0xee30, 0x0a21}, "VADD.F32\tS0, S0, S3"},
     {{0xeeb7, 0x0a00}, "VMOV.F32\tS0, #1"},
@@ -77,52 +63,27 @@ TEST(OperandText, OfEachForm) {
   }
 }
 
-// A function at 0x2000 and literals in an image at 0x1008.
-DISASM_API LabelAPI() {
-  DISASM_API API;
-  API.pfGetLabel = [](U32 Addr, char* sText, U32 Size, U32& Offset) {
-    if (Addr < 0x2000) return 0;
-    std::snprintf(sText, Size, "main");
-    Offset = Addr - 0x2000;
-    return 1;
-  };
-  API.pfReadData = [](U32 Addr, U32 NumBytes, void* pData) {
-    const U8 aLiteral[] = {0x00, 0x20, 0x00, 0x00, 0x12, 0x00, 0x00, 0x00};
-    if (Addr < 0x1008 || Addr + NumBytes > 0x1010) return -1;
-    std::memcpy(pData, aLiteral + (Addr - 0x1008), NumBytes);
-    return static_cast<int>(NumBytes);
-  };
-  return API;
-}
-
-TEST(OperandText, LabelsAndLiterals) {
-  const TEXT_CASE aCase[] = {
-      {{0xf000, 0xfffe}, "BL\tmain\t; 0x00002000"},
-      {{0xf001, 0xf800}, "BL\t0x00002004\t; <main>+0x04"},
-      {{0xe7fe}, "B\t0x00001000"},
-      {{0x4801}, "LDR\tR0, =main\t; [0x00001008] =0x00002000"},
-      {{0x4802}, "LDR\tR0, =0x00000012\t; [0x0000100C]"},
-      {{0x4810}, "LDR\tR0, [PC, #0x40]\t; [0x00001044]"},
-      {{0xf85f, 0x0010}, "LDR.W\tR0, [PC, #-0x10]\t; [0x00000FF4]"},
-  };
-  const DISASM_API API = LabelAPI();
-  DISASM_CONTEXT Context;
-  Context.pAPI = &API;
-  DISASM_SetMode(Context, DISASM_THUMB);
-  for (const auto& [aHalfword, sText] : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, aHalfword).sText, sText);
-}
-
-// Text of a conditional block: suffixes, no S on 16-bit forms, and the block's end.
+// A conditional block: suffixes, no S on 16-bit forms, conditions, and the block's end.
 TEST(OperandText, ITBlock) {
   DISASM_CONTEXT Context;
   DISASM_SetMode(Context, DISASM_THUMB);
-  const TEXT_CASE aCase[] = {
-      {{0xbf0b}, "ITETE\tEQ"},  // condition EQ, mask 1011
-      {{0x3001}, "ADDEQ\tR0, #0x01"}, {{0x0048}, "LSLNE\tR0, R1, #0x01"}, {{0xeb01, 0x0002}, "ADDEQ.W\tR0, R1, R2"},
-      {{0x4770}, "BXNE\tLR"},         {{0x3001}, "ADDS\tR0, #0x01"},      {{0xbf38}, "IT\tCC"},
-      {{0x2001}, "MOVCC\tR0, #0x01"}, {{0x2001}, "MOVS\tR0, #0x01"},
+  const std::tuple<std::vector<U16>, const char*, U32> aCase[] = {
+      {{0xbf0b}, "ITETE\tEQ", 15},  // condition EQ, mask 1011
+      {{0x3001}, "ADDEQ\tR0, #0x01", 0},
+      {{0x0048}, "LSLNE\tR0, R1, #0x01", 1},
+      {{0xeb01, 0x0002}, "ADDEQ.W\tR0, R1, R2", 0},
+      {{0x4770}, "BXNE\tLR", 1},
+      {{0x3001}, "ADDS\tR0, #0x01", 15},
+      {{0xbf38}, "IT\tCC", 15},
+      {{0x2001}, "MOVCC\tR0, #0x01", 3},
+      {{0x2001}, "MOVS\tR0, #0x01", 15},
   };
-  for (const auto& [aHalfword, sText] : aCase) EXPECT_EQ(DecodeWith(Context, 0x1000, aHalfword).sText, sText);
+  for (const auto& [aHalfword, sText, Cond] : aCase) {
+    const DECODED Decoded = DecodeWith(Context, 0x1000, aHalfword);
+    EXPECT_EQ(Decoded.sText, sText);
+    EXPECT_EQ(Decoded.Info.Flags >> IF_COND_SHIFT & 15, Cond) << sText;
+    EXPECT_EQ((Decoded.Info.Flags & IF_CONDITIONAL) != 0, Cond < 15) << sText;
+  }
 }
 
 TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
