@@ -32,24 +32,6 @@ TEST_F(CoreTest, LifeOfTheCore) {
   EXPECT_EQ(VCore::GetInfo().InstAlign, 1u);
 }
 
-TEST_F(CoreTest, FirstInvalidFieldIsReported) {
-  Init(CORE_ID_M4);
-  const std::pair<void (*)(VCORE_INFO&), QString> aCase[] = {
-      {[](VCORE_INFO& I) { I.MinInstLen = 5; }, u"invalid minimum instruction length."_s},
-      {[](VCORE_INFO& I) { I.RegSize = 16, I.PCSize = 16; },
-       u"Warning: register sizes > 64 bit are not yet supported"_s},
-      {[](VCORE_INFO& I) { I.LRReg = 64, I.PCReg = 64; }, u"invalid PC register index"_s},
-      {[](VCORE_INFO& I) { I.NumRegs = 17; }, u"invalid maximum unwindable register index"_s},
-  };
-  for (const auto& [pfSpoil, sText] : aCase) {
-    VCORE_INFO Info;
-    pfSpoil(Info);
-    EXPECT_EQ(VCore::SetInfo(Info), -1);
-    EXPECT_EQ(Target.Errors.takeLast(), sText);
-  }
-  EXPECT_TRUE(Target.Errors.isEmpty());
-}
-
 TEST_F(CoreTest, CoreTables) {
   const std::tuple<U32, const char*, const char*, U32> aCase[] = {
       // identifier, name, architecture, Thumb level
@@ -72,26 +54,6 @@ TEST_F(CoreTest, CoreTables) {
   EXPECT_EQ(sName, u"Cortex-M4"_s);
   EXPECT_TRUE(bUnknown);
   EXPECT_EQ(VCore::GetCoreName(16, 0, sName), -1);
-}
-
-TEST_F(CoreTest, RegisterNumbersByMode) {
-  Init(CORE_ID_ARM9);
-  const U32 None = INVALID_REG_INDEX;
-  // CPSR; R7, R8, R13, R14, R15, PSR, SPSR
-  const std::pair<U32, std::vector<U32>> aCase[] = {
-      {0x10, {7, 10, 15, 16, 9, 8, None}}, {0x1F, {7, 10, 15, 16, 9, 8, None}}, {0x11, {7, 18, 23, 24, 9, 8, 17}},
-      {0x12, {7, 10, 32, 33, 9, 8, 31}},   {0x13, {7, 10, 26, 27, 9, 8, 25}},   {0x17, {7, 10, 29, 30, 9, 8, 28}},
-      {0x1B, {7, 10, 35, 36, 9, 8, 34}},   {0x00, {7, 10, 35, 36, 9, 8, 34}},  // no mode counts as undefined
-  };
-  for (const auto& [CPSR, aExpected] : aCase) {
-    Target.ProbeRegs[8] = 0x60000000 | CPSR;
-    std::vector<U32> aGot;
-    for (const U32 Reg : {7, 8, 13, 14, 15, 16, 17}) aGot.push_back(VCore::MapRegIndex(Reg));
-    EXPECT_EQ(aGot, aExpected) << std::hex << CPSR;
-  }
-  EXPECT_EQ(VCore::MapRegIndex(64), None);
-  Init(CORE_ID_M4);
-  EXPECT_EQ(VCore::MapRegIndex(13), 13u);
 }
 
 TEST_F(CoreTest, ReadRegsSpreadsValuesAndMarksTheMissing) {
@@ -179,19 +141,6 @@ TEST(CoreTexts, CoprocessorRegisters) {
                             "15,0,x,0,0", "15,0,00000000000,0,0"}) {
     EXPECT_EQ(VCore::ParseCPReg(QString::fromLatin1(sText), Reg), -1) << sText;
   }
-}
-
-TEST(CoreTexts, Exceptions) {
-  VCORE_REGS Regs;
-  QString sText;
-  EXPECT_EQ(VCore::GetExceptionLabel(Regs, sText), -1);
-  Regs.aStatus[VCORE_REG_PSR] = 0;
-  Regs.aValue[VCORE_REG_PSR] = 0x61000003;
-  EXPECT_EQ(VCore::GetExceptionLabel(Regs, sText), 0);
-  EXPECT_EQ(sText, u"<HardFault Exception>"_s);
-  Regs.aValue[VCORE_REG_PSR] = 40;
-  VCore::GetExceptionLabel(Regs, sText);
-  EXPECT_EQ(sText, u"<ExternalIRQ Exception>"_s);
 }
 
 }  // namespace

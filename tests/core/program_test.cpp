@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "fake_target.h"
@@ -140,12 +139,6 @@ TEST_F(ProgramTest, FileThenStoreThenTarget) {
   EXPECT_EQ(VCore::ReadData(0x20001008, 4, &Value), -1);
   Block.NumBytes = 5;
   EXPECT_EQ(VCore::SetImage({Block}), -1);
-}
-
-TEST_F(ProgramTest, ResetVectorGivesEvenPC) {
-  Target.PutWord(0xE000ED08, 0x08000000);
-  EXPECT_EQ(VCore::SetResetState(), 0);
-  EXPECT_EQ(Target.aWritten, (std::vector<std::pair<U32, U32>>{{13, 0x20002000}, {15, 0x08000060}}));
 }
 
 // The device thread asks for flags while a window draws: neither disturbs the other's IT block.
