@@ -143,41 +143,6 @@ TEST_F(FunctionsTest, TextsOfUsers) {
   EXPECT_EQ(ELFAPI_GetSrcLocText(Loc("first.c:7:3")), u"first.c:7:3");
 }
 
-TEST_F(FunctionsTest, CallFrameBlocksCoverTheFunctions) {
-  const ELF_SYM_HANDLE Func = Global("FirstStep");
-  EXPECT_EQ(ELFAPI_GetCfiBlock(ELFAPI_GetAddr(Func) + 8), ELFAPI_GetAddrRange(Func));
-  EXPECT_TRUE(ELFAPI_GetCfiBlock(AddrOf("ResetHandler")).IsNone() && ELFAPI_GetCfiBlock(0x08000260).IsNone());
-}
-
-TEST_F(FunctionsTest, RedirectedFileAnswersUnderBothNames) {
-  const U32 OldId = FileId("/demo/first.c");
-  const QAddrList Addrs = AddrsOf("first.c:23");
-  const std::string sFunctions = Names(ELFAPI_GetFileFunctions(OldId));
-  const qsizetype NumFunctions = ELFAPI_GetFileFunctions(OldId).size();
-  ASSERT_FALSE(Addrs.isEmpty());
-  EXPECT_TRUE(!ELFAPI_FileExists(OldId) && ELFAPI_GetSourceFiles().isEmpty());
-
-  const QString sNew = DEMO_DIR + u"first.c"_s;
-  ELFAPI_RedirectFile(u"/demo/first.c"_s, sNew);
-  const U32 NewId = FileId("/demo/first.c");
-  EXPECT_NE(NewId, OldId);
-  EXPECT_EQ(ELFAPI_FileId(sNew), NewId);
-  for (const U32 Id : {OldId, NewId}) {
-    EXPECT_EQ(ELFAPI_GetAddrsOfLoc({Id, 23, 0}), Addrs);
-    EXPECT_EQ(ELFAPI_GetFilePathOf(Id), sNew);
-    EXPECT_EQ(ELFAPI_NextSrcLoc({Id, 20, 0}).Line, 22u);
-    EXPECT_EQ(Names(ELFAPI_GetFileFunctions(Id)), sFunctions);
-    EXPECT_FALSE(ELFAPI_GetFileRange(Id).IsNone());
-  }
-  EXPECT_TRUE(ELFAPI_GetFileAt(Addrs[0]) == NewId && ELFAPI_IsFileLoc(Addrs[0]));
-  EXPECT_EQ(ELFAPI_GetSourceFiles(), QStringList{sNew});
-  // Two names of the program for one file here.
-  ELFAPI_RedirectFile(u"/demo/second.c"_s, sNew);
-  EXPECT_EQ(FileId("/demo/second.c"), NewId);
-  EXPECT_EQ(ELFAPI_GetFileFunctions(NewId).size(), NumFunctions + 3);
-  ELFAPI_RedirectFile(u"/demo/absent.c"_s, sNew);
-}
-
 TEST_F(FunctionsTest, FileIsKnownByThePathWhereTheFinderFindsIt) {
   const QString sHere = DEMO_DIR + u"second.c"_s;
   EXPECT_EQ(ELFAPI_FileId(sHere), INVALID_FILE_ID);

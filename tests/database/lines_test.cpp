@@ -61,15 +61,6 @@ TEST_F(LinesTest, WalksTheLinesOfAFile) {
   EXPECT_EQ(ELFAPI_NextSrcLoc({Loc("first.c:1").File, 0xFFFFFFFF, 0}).Line, 0u);
 }
 
-TEST_F(LinesTest, NextSourceAddressIsThatOfAnotherLine) {
-  const U32 Start = AddrOf("main");
-  U32 Addr = Start;
-  std::string sSeen;
-  while (ELFAPI_NextSrcAddr(Addr, Addr) == 0 && Addr < Start + 32) sSeen += LocTextAt(Addr) + " ";
-  EXPECT_EQ(sSeen, "first.c:23 first.c:24 first.c:25 ");
-  EXPECT_EQ(ELFAPI_NextSrcAddr(0x08000258, Addr), -1);
-}
-
 TEST_F(LinesTest, StatementStartsAndExecutableLines) {
   const QAddrList Main23 = AddrsOf("first.c:23");
   ASSERT_EQ(Main23.size(), 2);
@@ -82,15 +73,6 @@ TEST_F(LinesTest, StatementStartsAndExecutableLines) {
     sExecutable += ELFAPI_IsLocExecutable(Loc(sLoc)) ? "yes " : "no ";
   EXPECT_EQ(sExecutable, "yes yes yes no no no ");
   EXPECT_FALSE(ELFAPI_IsLocExecutable({}));
-}
-
-TEST_F(LinesTest, BlocksHoldTheInstructionsOfTheLine) {
-  // An if statement of a header, inlined in two functions, and one line of main without anything between.
-  const U32 Main = AddrOf("main");
-  EXPECT_EQ(ELFAPI_GetLocAddrs(Loc("first.c:23")), (QAddrList{Main + 2, Main + 4, Main + 6, Main + 10}));
-  EXPECT_EQ(ELFAPI_GetLocBlocks(Loc("shared.h:8")),
-            (QAddrList{0x08000040, 0x08000042, 0x08000044, 0x08000076, 0x08000078}));
-  EXPECT_TRUE(ELFAPI_GetLocBlocks(Loc("first.c:18")).isEmpty() && ELFAPI_GetLocAddrs({}).isEmpty());
 }
 
 }  // namespace

@@ -15,6 +15,7 @@ TEST(MovedTree, IsWhatBothPathsEndIn) {
       {"/agent/build/../src/a.c", "/home/u/src/a.c", MOVED_TREE_SUBSTITUTE, "/agent/build/../", "/home/u/"},
       {"/agent/old/a.c", "/home/new/a.c", MOVED_TREE_SUBSTITUTE, "/agent/old/", "/home/new/"},
       {"fw/src/a.c", "/home/u/fw/src/a.c", MOVED_TREE_ROOT, "", "/home/u/"},
+      {"./src/a.c", "/home/u/src/a.c", MOVED_TREE_ROOT, "", "/home/u/"},
       {"../src/a.c", "/home/u/src/a.c", MOVED_TREE_NONE, "", ""},
       {"/agent/a.c", "/home/b.c", MOVED_TREE_NONE, "", ""},
       {"/agent/a.c", "/home/agent/a.c", MOVED_TREE_NONE, "", ""},    // "/" would be everywhere
