@@ -69,14 +69,4 @@ TEST_F(CConfigTest, TextsAreCutAndReachTheLibrary) {
   EXPECT_EQ(Probe.CallText(), "SetLogFile probe.log");
 }
 
-TEST_F(CConfigTest, UnknownDeviceHasNoIndexAndNoCore) {
-  EXPECT_EQ(Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Nobody"), 0);
-  EXPECT_EQ(Sink.TakeEvents(), "config 18 0; config 0 -1");
-  EXPECT_EQ(Ctx.Facts.Get().Core, 0u);
-  U32 Core = 0;
-  EXPECT_EQ(Ops.Info.GetDeviceInfo("Nobody", &Core), -1);
-  EXPECT_EQ(Ops.Info.GetDeviceInfo("Test MCU", &Core), 0);
-  EXPECT_EQ(Core, VNODE_CORE_CORTEX_M4);
-}
-
 }  // namespace

@@ -107,25 +107,6 @@ TEST_F(CConnectionTest, LibraryTextsComeThroughTrimmedWithTheirLevel) {
   EXPECT_EQ(Sink.LastLogFlags, 0x244u);
 }
 
-TEST_F(CConnectionTest, CapabilitiesNameWhatIsMissing) {
-  const std::tuple<U32, int, U32, const char*> aCase[] = {
-      {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 1, ""},
-      {0x070000FF, VNODE_TIF_SWD, 1, "SWO trace: not a Cortex-M target device"},
-      {VNODE_CORE_CORTEX_M4, VNODE_TIF_JTAG, 1, "SWO trace: target interface not set to SWD"},
-      {VNODE_CORE_CORTEX_M4, VNODE_TIF_SWD, 0, "V-Node emulator does not support SWO."},
-  };
-  for (const auto& [Core, TargetIF, HasSWO, sText] : aCase) {
-    Probe.Devices[1].Core = Core;
-    Probe.HasSWO = HasSWO;
-    Ops.Configurator.SetConfigParam(DCP_TARGET_IF, TargetIF);
-    Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Test MCU");
-    Connect();
-    EXPECT_EQ(Ctx.State.aCapability[HW_CAP_SWO], *sText == '\0');
-    EXPECT_TRUE(*sText == '\0' || Ctx.ErrorMsg(ERR_MSG_SWO) == sText) << sText;
-    Ops.Connection.Disconnect();
-  }
-}
-
 TEST_F(CConnectionTest, OptionalFunctionsDecide) {
   Probe.HasBMA = 0;
   Probe.Version = 60000;
@@ -167,17 +148,6 @@ TEST_F(CConnectionTest, UserCommands) {
   EXPECT_TRUE(HasLog("Executed V-Node command \"PowerOn\""));
   EXPECT_TRUE(HasLog("Error executing V-Node command \"Nonsense\": unknown command"));
   EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", 0, acReply), -1);
-}
-
-TEST_F(CConnectionTest, MissingLibraryIsLoggedOnceAndRefusesToConnect) {
-  EXPECT_EQ(Ctx.LoadLibrary("/nonexistent"), -1);
-  ASSERT_EQ(Sink.Logs.size(), 1);
-  EXPECT_TRUE(Sink.Logs[0].contains("/nonexistent/libvnode.so"));
-  EXPECT_EQ(Ctx.Api.VNODEARM_IsHalted(), -1);
-  Ops.Info.UpdateAll();
-  EXPECT_EQ(Ctx.Facts.Get().NumDevices, 0u);
-  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
-  EXPECT_TRUE(HasLog("Open: VNODE API call failed with error message: The V-Node library is not loaded"));
 }
 
 }  // namespace

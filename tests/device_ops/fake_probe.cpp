@@ -64,7 +64,6 @@ void AddSession(VNODE_API& Api) {
   Api.VNODEARM_SelectIP = [](const char* sHost, int) { return Call("SelectIP %s", sHost) ? 0 : 1; };
   Api.VNODEARM_SelectUSB = [](int) { return Call("SelectUSB") ? 0 : -1; };
   Api.VNODEARM_EMU_SelectByUSBSN = [](U32 No) { return Call("EMU_SelectByUSBSN %x", No) ? 0 : -1; };
-  Api.VNODEARM_EMU_HasCapEx = [](U32 Cap) { return Cap == VNODE_CAP_SWO ? static_cast<int>(g_pFake->HasSWO) : 0; };
   Api.VNODEARM_GetSN = [] { return 1234u; };
   Api.VNODEARM_GetFirmwareString = [](char* acText, int Size) {
     std::snprintf(acText, static_cast<size_t>(Size), "V-Node rev 3   compiled Jan 1 2020");

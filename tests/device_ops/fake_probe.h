@@ -37,7 +37,6 @@ public:
   bool bConnected = false;
   U32 SpeedKHz = 4000;
   U32 Version = 61002;
-  U32 HasSWO = 1;
   U32 RawTraceCaps = 0x20;
   int HasBMA = 1;  // answer of the optional function
   int Endianness = 0;

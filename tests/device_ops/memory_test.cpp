@@ -188,31 +188,4 @@ TEST_F(CMemoryTest, EndOfADownload) {
   EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
-TEST_F(CMemoryTest, SingleItems) {
-  U32 Word = 0;
-  U16 Half = 0;
-  U8 Byte = 0;
-  const auto Failures = [&](U32 Addr) {
-    EXPECT_EQ(Ops.Memory.ReadWord(Addr, &Word), -1);
-    EXPECT_EQ(Ops.Memory.ReadHalfWord(Addr, &Half), -1);
-    EXPECT_EQ(Ops.Memory.ReadByte(Addr, &Byte), -1);
-    EXPECT_TRUE(Word == 0xEEEEEEEE && Half == 0xEEEE && Byte == 0xEE);
-    return Sink.TakeLogs();
-  };
-  EXPECT_EQ(Failures(MEM), "ReadWord: Not connected; ReadHalfWord: not connected; ReadHalfWord: not connected");
-  Connect();
-  EXPECT_EQ(Failures(0xFFFFFFFF),
-            "ReadWord: Outside address range; ReadHalfWord: Outside address range; "
-            "Attempting to read byte at invalid address ffffffff");
-  EXPECT_EQ(Failures(0x101),
-            "Attempting to read word unaligned at 101; Attempting to read half word unaligned at 101; "
-            "ReadByte: V-Node API call failed");
-  EXPECT_EQ(Failures(0x100),
-            "ReadWord: V-Node API call failed; ReadHalfWord: V-Node API call failed; ReadByte: V-Node API call failed");
-  for (const auto& [Size, Expected] : {std::pair(1, 0x38u), {2, 0x3F38u}, {4, 0x4D463F38u}}) {
-    EXPECT_EQ(Ops.Memory.ReadInt(MEM + 8, static_cast<U8>(Size), &Word), 0);
-    EXPECT_EQ(Word, Expected);
-  }
-}
-
 }  // namespace
