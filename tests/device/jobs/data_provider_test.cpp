@@ -70,11 +70,7 @@ struct FAKE_ACCESS : CDeviceAccess {
     aAnswer.clear();
   }
   int ProcessEvents(int) override { return 0; }
-  int ReadLocNow(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData) override {
-    sJobs << Text("now %x+%u", Loc.Addr, NumBytes);
-    for (U32 i = 0; i < NumBytes; ++i) paData[i] = static_cast<U8>(i + 1);
-    return IsReadable(Loc.Addr) ? 0 : -1;
-  }
+  int ReadLocNow(const ELF_SYM_LOC&, U32, U8*) override { return -1; }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg; }
   U32 NumRegs() override { return VNODE_NUM_REGS; }
   void LogText(const QString& sText, U32) override { sLog << sText; }
@@ -330,16 +326,4 @@ TEST_F(DataProvider, SynchronousReadGivesUpAndLateDataIsKept) {
   EXPECT_EQ(Access.sLog, QStringList{"Timeout while waiting for memory data arrival of 4 bytes @ 00001000"});
   Access.Answer();
   EXPECT_EQ(Provider.GetMem(&Provider, 0x1000, 4, 0, aData), 0);
-}
-
-TEST_F(DataProvider, LocationMissIsReadAtOnceAndCached) {
-  U8 aData[8] = {};
-  EXPECT_EQ(Provider.GetLoc(&Provider, Loc(ELF_LOC_MEM, 0x3000), 4, aData), 0);
-  EXPECT_EQ(aData[3], 4);
-  EXPECT_EQ(Provider.GetLoc(&Provider, Loc(ELF_LOC_MEM, 0x3002), 2, aData), 0);
-  EXPECT_EQ(aData[0], 3);
-  EXPECT_EQ(Jobs(), "now 3000+4");
-  EXPECT_EQ(Provider.GetLoc(&Provider, Loc(ELF_LOC_MEM, 0x3000), 9, aData), -1);
-  Access.IsReadable = [](U32) { return false; };
-  EXPECT_EQ(Provider.GetLoc(&Provider, Loc(ELF_LOC_MEM, 0x4000), 4, aData), 1);
 }

@@ -38,8 +38,6 @@ struct CRecorder : CDeviceEventListener {
   void OnDeviceStepped(U32 PC) override { Note("stepped %x", PC); }
   void OnDeviceSetBPDone(U32 Addr) override { Note("bp %x", Addr); }
   void OnDeviceBPStateChanged() override { Note("bps changed"); }
-  void OnDeviceSetWPsFailed(U32 Cnt, WP* paWPs) override { Note("no wps %x %x", Cnt, paWPs[0].Addr); }
-  void OnDeviceWPStateChanged() override { Note("wps changed"); }
   void OnDeviceWriteRegDone(U32 Index, U64 Value) override { Note("reg %x=%llx", Index, Value); }
   void OnDeviceWriteMemFailed(U32 Addr, U32, U8*) override { Note("no write %x", Addr); }
   void OnDeviceWriteAccess() override { Note("write access"); }
@@ -49,10 +47,6 @@ struct CRecorder : CDeviceEventListener {
     Note("config %d %s", Param, sText);
   }
   void OnDeviceSetConfigValueDone(DEV_CONFIG_PARAMS Param, int Value) override { Note("config %d %d", Param, Value); }
-  void OnDeviceReadRegDone(U32 Index, U64 Value) override { Note("read %x=%llx", Index, Value); }
-  void OnDeviceReadLocDone(const ELF_SYM_LOC& Loc, U32 Bytes, U8* paData) override {
-    Note("loc %x %u %u", Loc.Addr, Bytes, paData[0]);
-  }
   void OnDeviceCPUModeChanged(U32 Mode) override { Note("cpu mode %u", Mode); }
   void OnDeviceExecModeChanged(U32 Mode) override { Note("exec mode %u", Mode); }
 };
@@ -89,8 +83,6 @@ struct EventDelivery : testing::Test {
 }  // namespace
 
 TEST_F(EventDelivery, JobsBecomeOperations) {
-  WP Watch;
-  Watch.Addr = 0x20000010;
   const char acName[] = "a.elf";
   const std::pair<DEVICE_JOB, std::string> aCase[] = {
       {Job(JT_CONNECT, JS_DONE, CM_ATTACH), "connected 1"},
@@ -101,7 +93,6 @@ TEST_F(EventDelivery, JobsBecomeOperations) {
       {Job(JT_STEP_OVER, JS_DONE, 0, 0, 0x100), "step over 100; stepped 100"},
       {Job(JT_STEP_OVER, JS_FAILED, 0, 0, 0x100), "no step over; stepped 100"},
       {Job(JT_SET_BP, JS_DONE, 0x200), "bp 200; bps changed"},
-      {With(Job(JT_SET_WPS, JS_FAILED, 1), Watch), "no wps 1 20000010; wps changed"},
       {Job(JT_WRITE_REG, JS_DONE, 3, 7), "write access; reg 3=7"},
       {Job(JT_WRITE_REG, JS_DONE, VNODE_REG_PC, 0x300), "write access; reg f=300; halt 300 1"},
       {With(Job(JT_WRITE_MEM, JS_FAILED, 0x400, 4), 1), "write access; no write 400"},
@@ -140,16 +131,6 @@ TEST_F(EventDelivery, StaleEventsAreDropped) {
     View.bStepping = bStepping;
     EXPECT_EQ(Deliver(Done) != "", bDelivered) << JobTypeName(Done.Type) << " " << Done.Result << bStepping;
   }
-}
-
-TEST_F(EventDelivery, DataGoesToTheDataReceiverOnly) {
-  CRecorder Receiver;
-  ELF_SYM_LOC Loc;
-  Loc.Addr = 0x20000000;
-  Delivery.SetDataReceiver(&Receiver);
-  EXPECT_EQ(Deliver(Job(JT_READ_REG, JS_DONE, 3, 0, 0x55)), "");
-  EXPECT_EQ(Deliver(With(Job(JT_READ_LOCATION, JS_DONE, 2, 0, 0x77), Loc)), "");
-  EXPECT_EQ(Receiver.Take(), "read 3=55; loc 20000000 2 119");
 }
 
 TEST_F(EventDelivery, ListenersInOrderOfTheirConstruction) {

@@ -43,11 +43,6 @@ TEST(JobTypes, DynamicParameterSizes) {
   }
 }
 
-TEST(JobRings, RefusesTypesThatAreNoJobs) {
-  CJobRings Rings;
-  for (const U32 Type : {0u, 64u, 1000u}) EXPECT_EQ(Schedule(Rings, Type), CJobRings::BAD_TYPE) << Type;
-}
-
 TEST(JobRings, FullRingRefusesUntilASlotIsReleased) {
   CJobRings Rings;
   for (U32 i = 0; i < CJobRings::RING_SIZE; ++i) ASSERT_EQ(Schedule(Rings, JT_HALT, i), CJobRings::SCHEDULED);

@@ -113,6 +113,7 @@ TEST_F(DeviceSession, ReadsMemoryAndRegistersThroughTheCache) {
   const std::vector<U32> aIndex = {VNODE_REG_PC, VNODE_REG_R0};
   EXPECT_EQ(Provider.RequestRegs(&Witness, 2, aIndex.data()), DATA_PENDING);
   ASSERT_TRUE(Hears("mem 01300231fce7 000000000000") && Hears("reg 15=20000000"));
+  EXPECT_EQ(Witness.sHeard.filter("mem").size(), 1) << "data goes to who asked for it, once";
   EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 4, 0, 0, 0), DATA_DELIVERED);
   U8 aData[4] = {};
   EXPECT_EQ(Provider.GetMem(&Provider, CODE + 2, 4, 0, aData), 0);
