@@ -35,7 +35,8 @@ bool ChangesAnother(const QString& sOld, const QStringList& KnownPaths) {
 }  // namespace
 
 MOVED_TREE FindMovedTree(const QString& sWanted, const QString& sChosen, const QStringList& KnownPaths) {
-  const QString sFrom = SingleSlashes(sWanted);
+  QString sFrom = SingleSlashes(sWanted);
+  while (sFrom.startsWith(QLatin1String("./"))) sFrom.remove(0, 2);
   const QStringList From = sFrom.split(u'/');
   const QStringList To = SingleSlashes(sChosen).split(u'/');
   const qsizetype NumCommon = NumCommonAtEnd(From, To);
