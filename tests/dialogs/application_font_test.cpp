@@ -17,8 +17,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int TITLE_WIDTH = 60;  // pixels, of a title's beginning
-constexpr int DARK_LIGHTNESS = 100;
+// Rows of pixels that hold something dark.
+int InkedRows(const QImage& Image) {
+  QSet<int> Rows;
+  for (int i = 0; i < Image.width() * Image.height(); ++i) {
+    if (Image.pixelColor(i % Image.width(), i / Image.width()).lightness() < 100) Rows << i / Image.width();
+  }
+  return static_cast<int>(Rows.size());
+}
 
 }  // namespace
 
@@ -54,25 +60,15 @@ private Q_SLOTS:
   void theTitleOfADockGrows() {
     m_Session.Window()->setFocus();
     CDockWindow* const pDock = m_Session.Window()->Console().GetDock();
-    // Rows of pixels in which something is painted above the contents.
     const auto TitleHeight = [&](int Points) {
       ExecuteCommand(u"Edit.Font (FONT_APP, \"DejaVu Sans, %1pt, Normal\")"_s.arg(Points));
       QCoreApplication::processEvents();
-      const QImage Title = pDock->grab(QRect(0, 0, TITLE_WIDTH, pDock->widget()->y())).toImage();
-      int Rows = 0;
-      for (int y = 0; y < Title.height(); ++y) {
-        bool bPainted = false;
-        for (int x = 0; x < Title.width(); ++x) bPainted |= Title.pixelColor(x, y).lightness() < DARK_LIGHTNESS;
-        Rows += bPainted;
-      }
-      return Rows;
+      return InkedRows(pDock->grab(QRect(0, 0, 60, pDock->widget()->y())).toImage());
     };
     const int Small = TitleHeight(8);
     QCOMPARE_GT(Small, 0);
     QCOMPARE_GT(TitleHeight(30), Small + 10);
   }
-
-  void cleanupTestCase() { m_Session.End(); }
 
 private:
   CSession m_Session;

@@ -5,7 +5,7 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -15,11 +15,10 @@ inline constexpr int DRIVE_LIMIT_MS = 5000;
 // Runs Drive once Find gives a widget, and closes that widget if Drive has not. To be called before what shows it.
 inline void WhenShown(const std::function<QWidget*()>& Find, const std::function<void(QWidget*)>& Drive) {
   auto* const pTimer = new QTimer(qApp);
-  auto pSince = std::make_shared<QElapsedTimer>();
-  pSince->start();
+  const QDeadlineTimer Limit(DRIVE_LIMIT_MS);
   QObject::connect(pTimer, &QTimer::timeout, qApp, [=] {
     const QPointer<QWidget> pFound = Find();
-    if (!pFound && pSince->elapsed() < DRIVE_LIMIT_MS) return;
+    if (!pFound && !Limit.hasExpired()) return;
     pTimer->stop();
     pTimer->deleteLater();
     if (!pFound) return QTest::qFail("no dialog was shown", __FILE__, __LINE__);

@@ -21,48 +21,38 @@ private Q_SLOTS:
     QVERIFY(m_File.open());
   }
 
-  void onlyUsableAnswersAreTaken_data() {
-    QTest::addColumn<int>("Mode");
-    QTest::addColumn<QStringList>("Lines");  // in the order of the dialog; "FILE" is one that exists
-    QTest::addColumn<QString>("Answer");     // empty: refused
-    const auto Row = [](const char* sName, MEMORY_DIALOG_MODES Mode, const char* sLines, const char* sAnswer) {
-      QTest::newRow(sName) << static_cast<int>(Mode) << QString::fromLatin1(sLines).split(u'|')
-                           << QString::fromLatin1(sAnswer);
-    };
-    Row("load", MEMORY_DIALOG_LOAD, "FILE|0x20000000", "FILE 20000000");
-    Row("load: always hexadecimal", MEMORY_DIALOG_LOAD, "FILE| 100 ", "FILE 100");
-    Row("load: no such file", MEMORY_DIALOG_LOAD, "/none/x.bin|0", "");
-    Row("load: no number", MEMORY_DIALOG_LOAD, "FILE|main", "");
-    Row("load: past the address space", MEMORY_DIALOG_LOAD, "FILE|0x100000000", "");
-    Row("save: to a new file", MEMORY_DIALOG_SAVE, "/none/x.bin|8000000|0x10", "/none/x.bin 8000000 16");
-    Row("save: to no file", MEMORY_DIALOG_SAVE, "|0|1", "");
-    Row("save: nothing", MEMORY_DIALOG_SAVE, "/none/x.bin|0|0", "");
-    Row("fill", MEMORY_DIALOG_FILL, "20000000|100|0xFF", "20000000 100 255");
-    Row("fill: more than a byte", MEMORY_DIALOG_FILL, "20000000|100|256", "");
-    Row("fill: below zero", MEMORY_DIALOG_FILL, "20000000|100|-1", "");
-  }
-
   void onlyUsableAnswersAreTaken() {
-    QFETCH(int, Mode);
-    QFETCH(QStringList, Lines);
-    QFETCH(QString, Answer);
-    Lines.replaceInStrings(u"FILE"_s, m_File.fileName());
-    CGenericMemoryDialog Dialog(nullptr, static_cast<MEMORY_DIALOG_MODES>(Mode));
-    Dialog.show();
-    const QList<QLineEdit*> Edits = Dialog.findChildren<QLineEdit*>();
-    QCOMPARE(Edits.size(), Lines.size());
-    for (qsizetype i = 0; i < Lines.size(); ++i) Edits[i]->setText(Lines[i]);
-    QPushButton* const pOk = Dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
-    QCOMPARE(pOk->isEnabled(), !Answer.isEmpty());
-    QTest::keyClick(&Dialog, Qt::Key_Return);
-    QCOMPARE(Dialog.result() == QDialog::Accepted, !Answer.isEmpty());
-    if (Answer.isEmpty()) return;
-    QStringList Taken;
-    if (Mode != MEMORY_DIALOG_FILL) Taken << Dialog.File();
-    Taken << QString::number(Dialog.Addr(), 16);
-    if (Mode != MEMORY_DIALOG_LOAD) Taken << QString::number(Dialog.Size());
-    if (Mode == MEMORY_DIALOG_FILL) Taken << QString::number(Dialog.Value());
-    QCOMPARE(Taken.join(u' '), Answer.replace(u"FILE"_s, m_File.fileName()));
+    // What is typed, in the order of the dialog, with the name of a file that exists; the answer, empty if it is
+    // refused.
+    const std::tuple<MEMORY_DIALOG_MODES, QString, QString> Rows[] = {
+        {MEMORY_DIALOG_LOAD, u"FILE|0x20000000"_s, u"FILE 20000000"_s},
+        {MEMORY_DIALOG_LOAD, u"FILE| 100 "_s, u"FILE 100"_s},  // always hexadecimal
+        {MEMORY_DIALOG_LOAD, u"/none/x.bin|0"_s, {}},
+        {MEMORY_DIALOG_LOAD, u"FILE|main"_s, {}},
+        {MEMORY_DIALOG_LOAD, u"FILE|0x100000000"_s, {}},
+        {MEMORY_DIALOG_SAVE, u"/none/x.bin|8000000|0x10"_s, u"/none/x.bin 8000000 16"_s},
+        {MEMORY_DIALOG_SAVE, u"|0|1"_s, {}},
+        {MEMORY_DIALOG_SAVE, u"/none/x.bin|0|0"_s, {}},
+        {MEMORY_DIALOG_FILL, u"20000000|100|0xFF"_s, u"20000000 100 255"_s},
+        {MEMORY_DIALOG_FILL, u"20000000|100|256"_s, {}},
+        {MEMORY_DIALOG_FILL, u"20000000|100|-1"_s, {}}};
+    for (const auto& [Mode, sTyped, sAnswer] : Rows) {
+      const QStringList Lines = QString(sTyped).replace(u"FILE"_s, m_File.fileName()).split(u'|');
+      CGenericMemoryDialog Dialog(nullptr, Mode);
+      Dialog.show();
+      const QList<QLineEdit*> Edits = Dialog.findChildren<QLineEdit*>();
+      QCOMPARE(Edits.size(), Lines.size());
+      for (qsizetype i = 0; i < Lines.size(); ++i) Edits[i]->setText(Lines[i]);
+      const bool bOk = Dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->isEnabled();
+      QTest::keyClick(&Dialog, Qt::Key_Return);
+      QCOMPARE(Dialog.result() == QDialog::Accepted, bOk);
+      QStringList Taken;
+      if (Mode != MEMORY_DIALOG_FILL) Taken << Dialog.File();
+      Taken << QString::number(Dialog.Addr(), 16);
+      if (Mode != MEMORY_DIALOG_LOAD) Taken << QString::number(Dialog.Size());
+      if (Mode == MEMORY_DIALOG_FILL) Taken << QString::number(Dialog.Value());
+      QCOMPARE(bOk ? Taken.join(u' ') : QString(), QString(sAnswer).replace(u"FILE"_s, m_File.fileName()));
+    }
   }
 
   void theFileOfAQuestionIsFixed() {

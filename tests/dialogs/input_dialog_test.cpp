@@ -13,41 +13,32 @@ private Q_SLOTS:
 
   void keysGiveATextOrAChoice() {
     using enum Qt::Key;
-    const struct {
-      QStringList History;
-      QStringList Choices;
-      bool Mandatory;
-      QList<Qt::Key> Keys;
-      int Result;
-      QString sText;
-      int Index;
-    } aCases[] = {
+    // History, choices, whether a text is mandatory, keys; result, text, index.
+    const std::tuple<QStringList, QStringList, bool, QList<Qt::Key>, int, QString, int> aCases[] = {
         // The old text is selected, so that typing replaces it.
         {{}, {}, false, {Key_M, Key_A, Key_Return}, QDialog::Accepted, "ma", -1},
         {{}, {}, false, {Key_M, Key_A, Key_Escape}, QDialog::Rejected, "ma", -1},
         {{}, {}, false, {Key_Delete, Key_Return}, QDialog::Accepted, "", -1},
-        {{"b", "a"}, {}, false, {Key_Return}, QDialog::Accepted, "b", 0},
         {{"b", "a"}, {}, false, {Key_Down, Key_Return}, QDialog::Accepted, "a", 1},
         {{"b", "a"}, {}, false, {Key_Delete, Key_X, Key_Return}, QDialog::Accepted, "x", -1},
         {{}, {"Windows", "Unix", "None"}, false, {Key_Q, Key_Down, Key_Return}, QDialog::Accepted, "None", 2},
         // The first Return finds OK disabled.
         {{}, {}, true, {Key_Space, Key_Return, Key_A, Key_Return}, QDialog::Accepted, " a", -1},
     };
-    for (const auto& Case : aCases) {
+    for (const auto& [History, Choices, bMandatory, Keys, Result, sText, Index] : aCases) {
       CInputDialog Dialog(nullptr, "&Goto...", QString(), "Two\nlines:");
       QCOMPARE(Dialog.windowTitle(), "Goto...");
-      if (Case.History.isEmpty()) Dialog.SetText("old");
-      if (!Case.History.isEmpty()) Dialog.SetHistory(Case.History);
-      if (!Case.Choices.isEmpty()) Dialog.SetChoices(Case.Choices, 1);
-      Dialog.SetMandatory(Case.Mandatory);
-      WhenModal([&](QWidget* pDialog) {
+      if (History.isEmpty()) Dialog.SetText("old");
+      if (!History.isEmpty()) Dialog.SetHistory(History);
+      if (!Choices.isEmpty()) Dialog.SetChoices(Choices, 1);
+      Dialog.SetMandatory(bMandatory);
+      WhenModal([&Keys](QWidget* pDialog) {
         QTRY_VERIFY(QApplication::focusWidget());
-        for (const Qt::Key Key : Case.Keys) QTest::keyClick(QApplication::focusWidget(), Key);
+        for (const Qt::Key Key : Keys) QTest::keyClick(QApplication::focusWidget(), Key);
         QVERIFY(!pDialog->isVisible());
       });
-      QCOMPARE(Dialog.exec(), Case.Result);
-      QCOMPARE(Dialog.Text(), Case.sText);
-      QCOMPARE(Dialog.Index(), Case.Index);
+      QCOMPARE(Dialog.exec(), Result);
+      QCOMPARE(std::pair(Dialog.Text(), Dialog.Index()), std::pair(sText, Index));
     }
   }
 
@@ -83,8 +74,7 @@ private Q_SLOTS:
   }
 
   void separatorsStandBetweenEntriesOnly() {
-    QAction Shown("shown");
-    QAction Hidden("hidden");
+    QAction Shown("shown"), Hidden("hidden");
     Hidden.setVisible(false);
     CPopupMenu Menu;
     Menu.AddSeparator();
@@ -95,13 +85,10 @@ private Q_SLOTS:
     Menu.AddSeparator();
     Menu.addAction("last");
     Menu.AddSeparator();
-    QString sShape;
-    WhenPopup([&](QWidget*) {
-      for (const QAction* const pAction : Menu.actions()) {
-        sShape += pAction->isSeparator() ? u'-' : pAction->text().front();
-      }
-    });
+    WhenPopup([](QWidget*) {});
     Menu.Run(QPoint(100, 100));
+    QString sShape;
+    for (const QAction* const pAction : Menu.actions()) sShape += pAction->text().leftJustified(1, u'-', true);
     QCOMPARE(sShape, "s-l");
   }
 };

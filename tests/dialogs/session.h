@@ -6,9 +6,11 @@
 
 class CSession {
 public:
+  ~CSession() {
+    if (m_pWindow) m_pWindow->close();
+  }
   // One in a process; it stays until the process ends.
   void Start() { QVERIFY(m_pWindow = StartFrame()); }
-  void End() { m_pWindow->close(); }
   // Presses a key that opens a dialog, and returns once that is closed.
   void RunDialog(Qt::Key Key, const std::function<void(QWidget*)>& Drive) {
     m_pWindow->activateWindow();
