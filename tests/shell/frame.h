@@ -23,6 +23,20 @@ inline CMainWindow* StartFrame() {
   return Started.wait(FRAME_WAIT_MS) && QTest::qWaitForWindowActive(pWindow) ? pWindow : nullptr;
 }
 
+inline bool IsHalted() {
+  const CDevice& Device = CDevice::Get();
+  return Device.IsConnected() && Device.IsAccessible() && Device.IsSessionReady() && !Device.HasEvents() &&
+         !Device.IsJobPending(JT_ANY);
+}
+// Waits for a halt, and for what more is said.
+template <typename CONDITION>
+bool HaltsWith(const CONDITION& Condition) {
+  return QTest::qWaitFor([&] { return IsHalted() && Condition(); }, FRAME_WAIT_MS);
+}
+inline bool Halts() {
+  return HaltsWith([] { return true; });
+}
+
 // What the console has shown since it was cleared.
 inline QString ConsoleText(CMainWindow& Window) {
   Window.Console().Drain();

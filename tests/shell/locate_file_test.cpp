@@ -11,6 +11,7 @@
 #include "program/database/file_finder.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
+#include "tests/common/write_file.h"
 #include "ui/windows/locate_file.h"
 #include "ui/windows/source_editor.h"
 #include "ui/windows/source_window.h"
@@ -24,11 +25,9 @@ private Q_SLOTS:
   void initTestCase() {
     QDir(m_Dir.path()).mkpath(u"moved/src/drivers"_s);
     for (const char* const sName : {"src/main", "src/drivers/uart", "other"}) {
-      QFile File(m_Dir.filePath(u"moved/%1.c"_s.arg(QLatin1String(sName))));
-      QVERIFY(File.open(QIODevice::WriteOnly) && File.write(sName) > 0);
+      WriteFile(m_Dir.filePath(u"moved/%1.c"_s.arg(QLatin1String(sName))), sName);
     }
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
+    QVERIFY(m_pWindow = StartFrame());
   }
 
   void init() {
@@ -61,19 +60,15 @@ private Q_SLOTS:
     QCOMPARE(Shown(), u"src/main"_s);
     m_pWindow->Source().ShowNextDocument();
     QCOMPARE(Shown(), u"src/drivers/uart"_s);
-    QVERIFY2(ConsoleText(*m_pWindow)
-                 .contains(u"Project.AddPathSubstitute (\"/build/agent/\", \"%1/\");"_s.arg(Path("moved"))),
-             qPrintable(ConsoleText(*m_pWindow)));
+    const QString sEcho = u"Project.AddPathSubstitute (\"/build/agent/\", \"%1/\");"_s.arg(Path("moved"));
+    QVERIFY2(ConsoleText(*m_pWindow).contains(sEcho), qPrintable(ConsoleText(*m_pWindow)));
   }
 
   void onlyTheFileItselfIsTaken() {
-    const struct {
-      const char* sChosen;
-      const char* sError;
-    } aCases[] = {{"moved/other.c", "file names do not match"}, {"moved/none/main.c", "file not found"}};
-    for (const auto& Case : aCases) {
-      QVERIFY(!TakeLocatedFile(u"/build/agent/src/main.c"_s, Path(Case.sChosen)));
-      QVERIFY(ConsoleText(*m_pWindow).contains(QLatin1String(Case.sError)));
+    for (const auto& [sChosen, sError] : {std::pair("moved/other.c", u"file names do not match"_s),
+                                          std::pair("moved/none/main.c", u"file not found"_s)}) {
+      QVERIFY(!TakeLocatedFile(u"/build/agent/src/main.c"_s, Path(sChosen)));
+      QVERIFY(ConsoleText(*m_pWindow).contains(sError));
       QVERIFY(Shown().startsWith(u"File not found"_s));
     }
   }

@@ -24,15 +24,6 @@ namespace {
 constexpr int CLOSE_LIMIT_MS = 2000;
 const QString PROJECT = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.vdebug");
 
-bool IsHalted() {
-  const CDevice& Device = CDevice::Get();
-  return Device.IsConnected() && Device.IsAccessible() && Device.IsSessionReady() && !Device.HasEvents() &&
-         !Device.IsJobPending(JT_ANY);
-}
-
-bool Halts() {
-  return QTest::qWaitFor(IsHalted, FRAME_WAIT_MS);
-}
 bool Runs() {
   return QTest::qWaitFor([] { return !CDevice::Get().IsHalted(); }, FRAME_WAIT_MS);
 }
@@ -49,8 +40,7 @@ class CMainWindowTest : public QObject {
 
 private Q_SLOTS:
   void initTestCase() {
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
+    QVERIFY(m_pWindow = StartFrame());
     const QSignalSpy StartedAgain(m_pWindow, &CMainWindow::Started);
     m_pWindow->hide();
     m_pWindow->show();
@@ -72,7 +62,7 @@ private Q_SLOTS:
     QVERIFY(!GetAction(ACTION_DEBUG_START)->isEnabled());
     QVERIFY(GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && CDevice::Get().GetPC() == Main + 2, FRAME_WAIT_MS);
+    QVERIFY(HaltsWith([=] { return CDevice::Get().GetPC() == Main + 2; }));
     QTest::keyClick(m_pWindow, Qt::Key_F5);
     QVERIFY(Runs());
     QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible() && !GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
@@ -117,6 +107,7 @@ private Q_SLOTS:
   }
 
   void theStatusIsThatOfTheWindowWithTheFocus() {
+    QTRY_COMPARE(m_pWindow->findChild<QLabel*>(u"ConnectionInfo"_s)->text(), u"Connected @ 4 MHz"_s);
     const auto* const pStatus = m_pWindow->findChild<QLabel*>(u"WindowStatus"_s);
     m_pWindow->Source().setFocus();
     QVERIFY(m_pWindow->Source().ShowLine(5));

@@ -65,10 +65,7 @@ class CMenusTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase() {
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
-  }
+  void initTestCase() { QVERIFY(m_pWindow = StartFrame()); }
 
   void tablesHaveUniqueMnemonicsAndKnownIcons() {
     QSet<U32> Entries;

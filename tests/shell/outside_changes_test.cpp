@@ -22,12 +22,6 @@ const QByteArray LOAD =
 const QByteArray OTHER_DEVICE = "void OnProjectLoad (void) {\n  Project.SetDevice (\"Cortex-M0\");\n}\n";
 const QByteArray HOOK = "void AfterTargetHalt (void) {\n  Util.Log (\"the new hook\");\n}\n";
 
-bool IsHalted() {
-  const CDevice& Device = CDevice::Get();
-  return Device.IsConnected() && Device.IsAccessible() && Device.IsSessionReady() && !Device.HasEvents() &&
-         !Device.IsJobPending(JT_ANY);
-}
-
 U32 Pc() {
   return static_cast<U32>(CDevice::Get().GetPC());
 }
@@ -41,12 +35,11 @@ private Q_SLOTS:
   void initTestCase() {
     QVERIFY(QFile::copy(PROGRAM, m_Dir.filePath(u"a.elf"_s)));
     WriteFile(m_Dir.filePath(u"a.vdebug"_s), LOAD);
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
+    QVERIFY(m_pWindow = StartFrame());
     PerformAction(ACTION_FILE_OPEN, m_Dir.filePath(u"a.vdebug"_s));
     QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && ELFAPI_IsLoaded(), FRAME_WAIT_MS);
     QTest::keyClick(m_pWindow, Qt::Key_F5);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted(), FRAME_WAIT_MS);
+    QVERIFY(Halts());
     m_Main = Pc();
   }
 
@@ -59,42 +52,48 @@ private Q_SLOTS:
 
   void aReloadedProgramGoesToTheTarget() {
     QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && Pc() != m_Main, FRAME_WAIT_MS);
+    QVERIFY(HaltsWith([this] { return Pc() != m_Main; }));
     ChangeProgram(20);
     m_pWindow->Console().Clear();
     QCOMPARE(ComeBack(QDialogButtonBox::Yes), u"Reload Program File"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && Pc() == m_Main, FRAME_WAIT_MS);
-    const QString sConsole = ConsoleText(*m_pWindow);
-    QVERIFY2(sConsole.contains(u"File.Open (\"%1\");"_s.arg(m_Dir.filePath(u"a.elf"_s))), qPrintable(sConsole));
-    QVERIFY2(sConsole.contains(u"Programmed"_s), qPrintable(sConsole));
+    QVERIFY(HaltsWith([this] { return Pc() == m_Main; }));
+    SeeInConsole({u"File.Open (\"%1\");"_s.arg(m_Dir.filePath(u"a.elf"_s)), u"Programmed"_s});
     const U32 Handler = ELFAPI_GetAddr(ELFAPI_FindSymbol(u"SysTick_Handler"_s, true, false, false, false));
     BP Kept;
     QVERIFY(CDevice::Get().Context().Breakpoints.GetAt(Handler & ~1U, Kept));
   }
 
   void aChangedProjectChangesItsFunctionsOnly() {
-    m_pWindow->Console().Clear();
-    WriteFile(m_Dir.filePath(u"a.vdebug"_s), OTHER_DEVICE + HOOK);
-    QCOMPARE(ComeBack(QDialogButtonBox::No), QString());
+    ChangeProject(OTHER_DEVICE + HOOK);
     QVERIFY(!ConsoleText(*m_pWindow).contains(u"Project.SetDevice"_s));
-    QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && ConsoleText(*m_pWindow).contains(u"the new hook"_s), FRAME_WAIT_MS);
+    StepIntoHook();
   }
 
   void aProjectWithAnErrorLeavesTheSession() {
-    m_pWindow->Console().Clear();
-    WriteFile(m_Dir.filePath(u"a.vdebug"_s), LOAD + "nonsense;\n");
-    ComeBack(QDialogButtonBox::No);
-    const QString sConsole = ConsoleText(*m_pWindow);
-    QVERIFY2(sConsole.contains(u"Error in project file"_s) && sConsole.contains(u"nonsense;"_s), qPrintable(sConsole));
+    ChangeProject(LOAD + "nonsense;\n");
+    SeeInConsole({u"Error in project file"_s, u"nonsense;"_s});
     QVERIFY(IsHalted());
-    WriteFile(m_Dir.filePath(u"a.vdebug"_s), LOAD + HOOK);
-    ComeBack(QDialogButtonBox::No);
-    QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QTRY_VERIFY_WITH_TIMEOUT(IsHalted() && ConsoleText(*m_pWindow).contains(u"the new hook"_s), FRAME_WAIT_MS);
+    ChangeProject(LOAD + HOOK);
+    StepIntoHook();
   }
 
 private:
+  void SeeInConsole(const QStringList& Texts) {
+    const QString sConsole = ConsoleText(*m_pWindow);
+    for (const QString& sText : Texts) QVERIFY2(sConsole.contains(sText), qPrintable(sConsole));
+  }
+
+  void ChangeProject(const QByteArray& Text) {
+    m_pWindow->Console().Clear();
+    WriteFile(m_Dir.filePath(u"a.vdebug"_s), Text);
+    QCOMPARE(ComeBack(QDialogButtonBox::No), QString());
+  }
+
+  void StepIntoHook() {
+    QTest::keyClick(m_pWindow, Qt::Key_F11);
+    QVERIFY(HaltsWith([this] { return ConsoleText(*m_pWindow).contains(u"the new hook"_s); }));
+  }
+
   // As a build would: another constant, another time.
   void ChangeProgram(int Seconds) {
     QFile File(m_Dir.filePath(u"a.elf"_s));

@@ -36,10 +36,7 @@ class CRowsTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase() {
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
-  }
+  void initTestCase() { QVERIFY(m_pWindow = StartFrame()); }
 
   void everyRowIsServedOrListed() {
     for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {

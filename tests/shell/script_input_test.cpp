@@ -22,8 +22,7 @@ class CScriptInputTest : public QObject {
 
 private Q_SLOTS:
   void initTestCase() {
-    m_pWindow = StartFrame();
-    QVERIFY(m_pWindow);
+    QVERIFY(m_pWindow = StartFrame());
     RegisterActionHandler(ACTION_FILE_NEW_PROJECT, [this] { ++m_NumHits; });
     PressOther();
     QCOMPARE(m_NumHits, 1);

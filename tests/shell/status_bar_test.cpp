@@ -39,13 +39,6 @@ private Q_SLOTS:
     }
   }
 
-  void textsAppearWithTheNextRefresh() {
-    Bar().SetConnectionInfo(u"Connected @ 4 MHz"_s);
-    Bar().SetActiveWindowStatus(u"Ln 7  Ch 2"_s);
-    QTRY_COMPARE(Text("ConnectionInfo"), u"Connected @ 4 MHz"_s);
-    QCOMPARE(Text("WindowStatus"), u"Ln 7  Ch 2"_s);
-  }
-
   void progressLingers() {
     Bar().OnTempStatusMsgChanged(QString());
     Bar().SetProgressMessage(u"Reading"_s);

@@ -20,7 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* START_VARIABLE = "VEXOR_TEST_START";
 constexpr const char* FILES_VARIABLE = "VEXOR_TEST_FILES";
 constexpr int PROCESS_LIMIT_MS = 30'000;
 constexpr QRgb COLOR = 0xFF123456;
@@ -34,7 +33,7 @@ QString Files() {
 
 }  // namespace
 
-// One start, in the process that was made for it.
+// The starts. Each process runs the one that its command line names.
 class CStart : public QObject {
   Q_OBJECT
 
@@ -51,21 +50,12 @@ private Q_SLOTS:
     QTRY_VERIFY(m_pWindow->IsIdle());
   }
 
-  void start() {
-    const QByteArray Start = qgetenv(START_VARIABLE);
-    if (Start == "first") First();
-    if (Start == "second") Second();
-    if (Start == "third") Third();
-    if (Start == "damaged") AfterDamage();
-  }
-
   void cleanupTestCase() {
     m_pWindow->close();
     QCOMPARE(SaveSettings(), 0);
   }
 
-private:
-  void First() {
+  void first() {
     QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 1U);
     QVERIFY(m_pWindow->Console().IsVisible());
     QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
@@ -83,7 +73,7 @@ private:
     SetFont(FONT_CONSOLE, Font, true, true);
   }
 
-  void Second() {
+  void second() {
     QCOMPARE(m_pWindow->geometry(), GEOMETRY);
     QVERIFY(m_pWindow->FindToolBar(u"File"_s)->isVisible() && GetAction(ACTION_TOOLBAR_SHOW_FILE)->isChecked());
     QVERIFY(!m_pWindow->FindToolBar(u"Debug"_s)->isVisible() && !GetAction(ACTION_TOOLBAR_SHOW_DEBUG)->isChecked());
@@ -99,7 +89,7 @@ private:
     m_pWindow->FindToolBar(u"Debug"_s)->show();
   }
 
-  void Third() {
+  void third() {
     const CDockWindow* const pDock = m_pWindow->Console().GetDock();
     QVERIFY(pDock->isFloating() && pDock->isVisible());
     QCOMPARE(pDock->size(), FLOATING.size());
@@ -109,7 +99,7 @@ private:
   }
 
   // All defaults, and a word about it where the user sees it.
-  void AfterDamage() {
+  void damaged() {
     QVERIFY2(ConsoleText(*m_pWindow).contains(u".damaged"_s), qPrintable(ConsoleText(*m_pWindow)));
     QVERIFY(m_pWindow->Console().IsVisible());
     QVERIFY(!m_pWindow->Console().GetDock()->isFloating());
@@ -117,6 +107,7 @@ private:
     QVERIFY(GetColorRgb(COLOR_PC_ACTIVE) != COLOR);
   }
 
+private:
   CMainWindow* m_pWindow = nullptr;
 };
 
@@ -141,14 +132,12 @@ private Q_SLOTS:
 private:
   void RunStart(const char* sStart) {
     QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
-    Environment.insert(QLatin1String(START_VARIABLE), QLatin1String(sStart));
     Environment.insert(QLatin1String(FILES_VARIABLE), m_Home.path());
-    Environment.insert(u"XDG_CONFIG_HOME"_s, m_Home.path());
-    Environment.insert(u"HOME"_s, m_Home.path());
+    for (const QString& sName : {u"XDG_CONFIG_HOME"_s, u"HOME"_s}) Environment.insert(sName, m_Home.path());
     QProcess Process;
     Process.setProcessEnvironment(Environment);
     Process.setProcessChannelMode(QProcess::MergedChannels);
-    Process.start(QCoreApplication::applicationFilePath(), {u"-maxwarnings"_s, u"0"_s});
+    Process.start(QCoreApplication::applicationFilePath(), {QLatin1String(sStart), u"-maxwarnings"_s, u"0"_s});
     QVERIFY(Process.waitForFinished(PROCESS_LIMIT_MS));
     const QByteArray Output = Process.readAll();
     QVERIFY2(Process.exitStatus() == QProcess::NormalExit && Process.exitCode() == 0, Output.constData());
@@ -163,7 +152,7 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationName(u"Vexor"_s);
   CStart Start;
   CTwoStartsTest Test;
-  QObject* const pTest = qEnvironmentVariableIsSet(START_VARIABLE) ? static_cast<QObject*>(&Start) : &Test;
+  QObject* const pTest = qEnvironmentVariableIsSet(FILES_VARIABLE) ? static_cast<QObject*>(&Start) : &Test;
   return QTest::qExec(pTest, argc, argv);
 }
 #include "two_starts_test.moc"

@@ -42,7 +42,6 @@ private Q_SLOTS:
     const std::tuple<int, QString, QString, U32> Rows[] = {
         {0, u"memory2"_s, u"Memory2"_s, NOT_SENT},
         {0, u"Memory"_s, u"Memory1"_s, NOT_SENT},
-        {1, u"Memory"_s, u"Memory2"_s, NOT_SENT},
         {3, u"\"MEMORY\""_s, u"Memory4"_s, NOT_SENT},
         {4, u"Memory"_s, u"Memory1"_s, NOT_SENT},
         {0, u"Memory@20000000"_s, u"Memory1"_s, 0x20000000},
