@@ -58,7 +58,7 @@ TEST_F(CoreTest, CoreTables) {
 
 TEST_F(CoreTest, ReadRegsSpreadsValuesAndMarksTheMissing) {
   Init(CORE_ID_ARM9);
-  Target.ProbeRegs = {{8, 0x13}, {9, 0x8000}, {26, 0x1234}};
+  Target.ProbeRegs = {{8, 0x60000013}, {9, 0x8000}, {26, 0x1234}};
   U64 aValue[18];
   U8 aStatus[18];
   EXPECT_EQ(VCore::ReadRegs(18, sizeof(aValue), aValue, aStatus), 0);
