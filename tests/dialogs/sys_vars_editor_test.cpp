@@ -54,9 +54,9 @@ void Choose(QTableWidgetItem* pItem, const QString& sEntry) {
   WhenPopup([&](QWidget* pPopup) {
     QPoint Pos(-1, -1);
     for (QAction* const pEntry : pPopup->actions()) {
-      const QString sText = pEntry->text().replace("&&", "&");
-      QCOMPARE(pEntry->isChecked(), sText == pItem->text());
-      if (sText == sEntry) Pos = qobject_cast<QMenu*>(pPopup)->actionGeometry(pEntry).center();
+      QCOMPARE(pEntry->isChecked(), pEntry->text() == pItem->text().replace('&', "&&"));
+      if (pEntry->text() == QString(sEntry).replace('&', "&&"))
+        Pos = qobject_cast<QMenu*>(pPopup)->actionGeometry(pEntry).center();
     }
     QTest::mouseClick(pPopup, Qt::LeftButton, Qt::NoModifier, Pos);
   });

@@ -165,8 +165,11 @@ TEST(WindowLayout, OnlyKnownDocksCount) {
   EXPECT_EQ(Sizes.Extents, (QList<DOCK_EXTENT>{{"B", 100, 0}, {"A", 0, 50}}));
 }
 
-TEST(WindowLayout, AToolBarFarDownGetsNoBreakAheadOfTheFirstRow) {
-  EXPECT_EQ(PlanToolBars({{"A", false, 0, 5000}}, {"A"}), (QList<TOOL_BAR_STEP>{{"A", false, true, false, 0, 0}}));
+TEST(WindowLayout, AToolBarFarDownGetsNoBreakAheadOfTheFirstRowAndTheOthersAreHidden) {
+  EXPECT_EQ(PlanToolBars({{"A", false, 0, 5000}}, {"A", "N"}),
+            (QList<TOOL_BAR_STEP>{{"N", false, false, false, 0, 0}, {"A", false, true, false, 0, 0}}));
+  EXPECT_EQ(PlanToolBars({{"A", false, 0, 0}}, {"A", "N"}),
+            (QList<TOOL_BAR_STEP>{{"A", false, true, false, 0, 0}, {"N", false, false, false, 0, 0}}));
 }
 
 }  // namespace
