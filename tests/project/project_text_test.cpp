@@ -53,7 +53,6 @@ TEST(ProjectText, RemovesCallsAndNothingElse) {
       {"every call", "{\n  P.X(1);\n  b();\n  P.X(2);\n}", "{\n  b();\n}"},
       {"several lines", "{\n  P.X (\n    1,\n    \")\"\n  )\n  ;\n  b();\n}", "{\n  b();\n}"},
       {"beside others", "{\n  a(); P.X(1); b();\n}", "{\n  a();  b();\n}"},
-      {"one-line function", "{ P.X(1); }", "{  }"},
       {"commented out, in a string, part of a name",
        "{\n  // P.X(1);\n  /* P.X(2); */\n  a(\"P.X(3);\");\n  P.XY(4);\n  Q.P.X(5);\n}",
        "{\n  // P.X(1);\n  /* P.X(2); */\n  a(\"P.X(3);\");\n  P.XY(4);\n  Q.P.X(5);\n}"},
