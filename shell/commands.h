@@ -34,5 +34,6 @@ void RegisterTargetCommands(COMMAND_CONTEXT& Context);
 void RegisterProjectCommands(COMMAND_CONTEXT& Context);
 void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);
+void RegisterSettingsCommands(COMMAND_CONTEXT& Context);
 void RegisterViewCommands(COMMAND_CONTEXT& Context);
 void RegisterHelpCommands(COMMAND_CONTEXT& Context);

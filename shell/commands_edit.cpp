@@ -59,4 +59,5 @@ constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {
 
 void RegisterEditCommands(COMMAND_CONTEXT& Context) {
   RegisterCommands(Context, EDIT_HANDLERS);
+  RegisterSettingsCommands(Context);
 }

@@ -14,6 +14,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
+#include "shell/dialogs/device_selection_dialog.h"
 #include "shell/log/log.h"
 #include "shell/main_window.h"
 #include "shell/settings/named_constants.h"
@@ -37,9 +38,23 @@ void Fail(U32 ActionID, const char* sError, const QString& sDetail = QString()) 
   SetActionError(ActionID, QLatin1String(sError), sDetail.isEmpty() ? QString() : QuotedArg(sDetail));
 }
 
-void SetDevice(COMMAND_CONTEXT&) {
+// The choice becomes a command of its own, so that the console shows it.
+void SelectDevice(CMainWindow& Window) {
+  CDeviceSelectionDialog Dialog(&Window, Device().Context().Config.ToXML(), ReadDeviceRecords(Device().Context().Api));
+  if (Dialog.exec() != QDialog::Accepted) return;
+  const CDeviceConfig& Config = Dialog.Config();
+  for (const DEV_CONFIG_PARAMS Param : {DCP_CORE_INDEX, DCP_ENDIAN}) {
+    if (Config.Value(Param) != Device().Context().Config.Value(Param))
+      Device().ScheduleSetConfigParam(Param, Config.Value(Param));
+  }
+  PerformAction(ACTION_SET_DEVICE, QString::fromUtf8(Config.Text(DCP_DEVICE_NAME)));
+}
+
+void SetDevice(COMMAND_CONTEXT& Context) {
   if (!CheckActionArgs(ACTION_SET_DEVICE)) return;
-  Device().ScheduleSetConfigParam(DCP_DEVICE_NAME, Arg(ACTION_SET_DEVICE, 0).toUtf8().constData());
+  const QString sName = Arg(ACTION_SET_DEVICE, 0);
+  if (sName.isEmpty()) return SelectDevice(Context.Window);
+  Device().ScheduleSetConfigParam(DCP_DEVICE_NAME, sName.toUtf8().constData());
 }
 
 void SetVNodeScript(COMMAND_CONTEXT&) {

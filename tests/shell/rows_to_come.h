@@ -13,7 +13,7 @@ inline constexpr ROWS_TO_COME ROWS_TO_COME_TABLE[] = {
     {ACTION_FILE_NEW_PROJECT_WIZARD, ACTION_FILE_NEW_PROJECT_WIZARD, "project wizard"},
     {ACTION_FILE_FIND, ACTION_FILE_FIND, "Find dialog and Find Results window"},
     {ACTION_FILE_SAVE, ACTION_FILE_SAVE, "editing in the source viewer"},
-    {ACTION_EDIT_VNODE_SETTINGS, ACTION_EDIT_DATA_GRAPH_SETTINGS, "settings dialogs"},
+    {ACTION_EDIT_DATA_GRAPH_SETTINGS, ACTION_EDIT_DATA_GRAPH_SETTINGS, "Data Graph window"},
     {ACTION_EDIT_FIND, ACTION_EDIT_FIND, "Find dialog and Find Results window"},
     {ACTION_EDIT_REFRESH_RATE, ACTION_EDIT_DISPLAY_FORMAT, "Watched Data window, symbol engine"},
     {ACTION_DEBUG_STEP_OVER, ACTION_DEBUG_STEP_OUT, "source steps"},
