@@ -1,6 +1,7 @@
 #include "device/device.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
 #include "core/vcore.h"
 #include "device/device_data_provider.h"
@@ -181,6 +182,25 @@ void CDevice::RequestFinishReset(RESET_MODES Mode) {
 void CDevice::RequestInitRegsAfterDownload() {
   pParts->Ctx.State.Requests.bInitRegsPending = true;
   pParts->Rings.Wake();
+}
+
+bool CDevice::IsRequestPending() const {
+  // In this order: a request that was taken is being handled until its event is there.
+  const DEVICE_REQUESTS& Requests = pParts->Ctx.State.Requests;
+  return Requests.PendingConnectMode != NO_REQUEST || Requests.PendingResetMode != NO_REQUEST ||
+         Requests.bInitRegsPending || Requests.bHandling;
+}
+
+bool CDevice::IsHaltUnderWay() const {
+  const DEVICE_EXEC_FLAGS& Exec = pParts->Ctx.State.Exec;
+  return IsConnected() && (Exec.bUserHalt || Exec.bHaltPending);
+}
+
+bool CDevice::WaitUntilHalted(int TimeoutMS) {
+  QElapsedTimer Timer;
+  Timer.start();
+  while (!IsHalted() && Timer.elapsed() < TimeoutMS) QThread::msleep(1);
+  return IsHalted();
 }
 
 bool CDevice::IsConnected() const {

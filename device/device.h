@@ -118,6 +118,12 @@ public:
   void RequestFinishConnect(CONNECT_MODES Mode);
   void RequestFinishReset(RESET_MODES Mode);
   void RequestInitRegsAfterDownload();
+  // Whether one of them is on its way: from the request until its event is among those that HasEvents tells of.
+  bool IsRequestPending() const;
+  // Whether the target has been asked to halt, or has halted, and has not been reported yet.
+  bool IsHaltUnderWay() const;
+  // Waits without the event loop; false after TimeoutMS.
+  bool WaitUntilHalted(int TimeoutMS);
 
   // --- State; any thread.
   bool IsConnected() const override;

@@ -21,6 +21,7 @@ CDeviceOps::CDeviceOps(CDeviceContext& Ctx)
 
 void CDeviceOps::CheckHandleNotifications() {
   DEVICE_REQUESTS& Requests = Ctx.State.Requests;
+  Requests.bHandling = true;
   const U64 ConnectMode = Requests.PendingConnectMode.exchange(NO_REQUEST);
   if (ConnectMode != NO_REQUEST) {
     Connection.FinishConnect(static_cast<CONNECT_MODES>(ConnectMode));
@@ -36,4 +37,5 @@ void CDeviceOps::CheckHandleNotifications() {
     Control.InitRegsAfterDownload();
     Ctx.Sink.PostJobEvent(JT_HALT, JS_DONE, HR_STATE_CHANGED, Ctx.State.Target.PC);
   }
+  Requests.bHandling = false;
 }

@@ -166,6 +166,7 @@ struct DEVICE_REQUESTS {
   std::atomic<U64> PendingConnectMode{NO_REQUEST};
   std::atomic<U64> PendingResetMode{NO_REQUEST};
   std::atomic<bool> bInitRegsPending{false};
+  std::atomic<bool> bHandling{false};  // taken, and not yet reported
 };
 
 // The hidden breakpoint of a run-to or source step. Device thread, or whoever holds bHaltPending.

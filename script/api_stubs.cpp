@@ -32,7 +32,9 @@ PARAM ParamOf(const QString& sCommand, const QString& sParam, bool bString) {
   if (bString) return PARAM::TEXT;
   if (sParam.endsWith(QLatin1String(" AccessType"))) return PARAM::ACCESS_TYPE;
   if (sParam.endsWith(QLatin1String(" AccessSize"))) return PARAM::ACCESS_SIZE;
-  if (sCommand.startsWith(QLatin1String("Break.")) && sParam.endsWith(QLatin1String(" Type"))) return PARAM::BP_TYPE;
+  const bool bBreakpoint =
+      sCommand.startsWith(QLatin1String("Break.")) || sCommand == QLatin1String("Project.SetBPType");
+  if (bBreakpoint && sParam.endsWith(QLatin1String(" Type"))) return PARAM::BP_TYPE;
   return sParam.startsWith(QLatin1String("unsigned")) ? PARAM::UNSIGNED : PARAM::SIGNED;
 }
 
@@ -74,19 +76,13 @@ bool CheckArg(const CTrans& Engine, PARAM Kind, U64 Value) {
   return false;
 }
 
-void WaitForHalted() {
-  QElapsedTimer Timer;
-  Timer.start();
-  while (!CDevice::Get().IsHalted() && Timer.elapsed() < HALT_WAIT_MS) QThread::msleep(1);
-}
-
 // The device work of a command that has just run.
 bool WaitForCommand(U32 ActionID) {
   if (ActionID == ACTION_DEBUG_START) return WaitForControlJobs();
   for (const JOB_WAIT& Wait : AllJobWaits()) {
     if (Wait.ActionID == ActionID) WaitForJobDone(Wait.JobType, Wait.ProcessEvents);
   }
-  if (ActionID == ACTION_DEBUG_HALT || ActionID == ACTION_EXEC_RESET) WaitForHalted();
+  if (ActionID == ACTION_DEBUG_HALT || ActionID == ACTION_EXEC_RESET) CDevice::Get().WaitUntilHalted(HALT_WAIT_MS);
   return true;
 }
 
@@ -182,7 +178,7 @@ bool WaitForControlJobs() {
   QElapsedTimer Timer;
   Timer.start();
   // What a finished job leads to is scheduled when its event is delivered.
-  while (Device.isRunning() && (Device.IsQueueBusy(JQ_CONTROL) || Device.HasEvents())) {
+  while (Device.isRunning() && (Device.IsQueueBusy(JQ_CONTROL) || Device.IsRequestPending() || Device.HasEvents())) {
     if (Timer.elapsed() > CONTROL_JOBS_WAIT_MS) return false;
     ProcessHostEvents();
     QThread::yieldCurrentThread();

@@ -91,7 +91,13 @@ void CBatchSession::Run(CMainWindow& Window) {
   connect(&Window.Console(), &CConsoleWindow::MessageShown, this, [](const QString& sText) { Print(sText); });
   m_Timer.setInterval(POLL_MS);
   connect(&m_Timer, &QTimer::timeout, this, &CBatchSession::Step);
-  connect(&Window, &CMainWindow::Started, this, [this] { m_Timer.start(); });
+  // A project of the command line comes first.
+  connect(&Window, &CMainWindow::Started, this, [this] {
+    m_Wait = WAIT_IDLE;
+    m_WaitLimitMS = DEFAULT_WAIT_MS;
+    m_WaitTime.start();
+    m_Timer.start();
+  });
 }
 
 int CBatchSession::Answer(const QString& sTitle, const QString& sText, int DefaultResult) {
@@ -114,6 +120,8 @@ void CBatchSession::Step() {
   if (m_Wait != WAIT_NONE) {
     if (IsWaitOver()) {
       m_Wait = WAIT_NONE;
+    } else if (m_WaitTime.elapsed() > m_WaitLimitMS && m_Line == 0) {
+      m_Wait = WAIT_NONE;  // nobody asked for it
     } else if (m_WaitTime.elapsed() > m_WaitLimitMS) {
       Fail(QStringLiteral("timeout after %1 ms").arg(m_WaitLimitMS));
     }
@@ -189,7 +197,9 @@ bool CBatchSession::StartWait(const QStringList& Words) {
 
 bool CBatchSession::IsWaitOver() const {
   const CDevice& Device = CDevice::Get();
-  const bool bIdle = m_pWindow->IsIdle() && !Device.HasEvents() && !Device.IsJobPending(JT_ANY);
+  // In the order in which each leads to the next.
+  const bool bIdle = !Device.IsJobPending(JT_ANY) && !Device.IsRequestPending() && !Device.IsHaltUnderWay() &&
+                     !Device.HasEvents() && m_pWindow->IsIdle();
   switch (m_Wait) {
     case WAIT_HALTED:
       return bIdle && Device.IsConnected() && Device.IsAccessible() && Device.IsSessionReady();

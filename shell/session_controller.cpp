@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int MESSAGE_BOX_DELAY_MS = 100;
+constexpr int HALT_WAIT_MS = 100;
 constexpr U32 NO_ADDRESS = 0xFFFFFFFF;
 
 CDevice& Device() {
@@ -134,6 +135,8 @@ void CSessionController::ResetDevice(RESET_MODES Mode) {
   {
     const CSuppressEvents Suppress{JT_RESET, JT_HALT};
     Device().ScheduleHalt();
+    Device().WaitForJob(JT_HALT, false);
+    Device().WaitUntilHalted(HALT_WAIT_MS);
     ExecScriptFunc(HOOK_TARGET_RESET);
   }
   Device().RequestFinishReset(Mode == RM_BEFORE_DOWNLOAD ? Mode

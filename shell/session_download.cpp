@@ -58,8 +58,11 @@ void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind,
   m_DownloadKind = Kind;
   CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Writing Memory..."));
   if (Kind != DOWNLOAD_INTERNAL) ExecScriptFunc(HOOK_BEFORE_TARGET_DOWNLOAD);
+  // The hook may have downloaded something else.
+  m_DownloadKind = Kind;
   if (Kind == DOWNLOAD_PROGRAM) {
     if (VScript::HasFunction(HOOK_TARGET_DOWNLOAD)) {
+      Device().Context().State.LastDownloadResult = 0;
       Device().SetSuppressEvent(JT_END_DOWNLOAD, true);
       ExecScriptFunc(HOOK_TARGET_DOWNLOAD);
       Device().SetSuppressEvent(JT_END_DOWNLOAD, false);

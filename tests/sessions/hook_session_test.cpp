@@ -74,6 +74,43 @@ TEST_F(HookSession, HooksNestUpToTheLimit) {
       << "Debug.Start returned before its hooks had run";
 }
 
+// What a function of a project asks for is done when the next statement comes.
+TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
+  const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.elf");
+  const QString sAgain = u"Debug.Continue\n@wait running\nDebug.Reset\n@wait halted\n"_s;
+  const struct {
+    const char* sLoad;
+    QString sFunctions;
+    QString sCommands;
+    const char* sPrinted;
+    const char* sNotPrinted;
+  } aCases[] = {
+      {"", u"void TargetReset (void) { Target.SetReg (\"SP\", 0x20000100); }"_s,
+       u"Debug.SetResetMode RM_RESET_HALT\nDebug.Start\n@wait halted\n"_s + sAgain.repeated(5),
+       "Target.SetReg (\"SP\", 0x20000100);", "program is running"},
+      {"Debug.Start (); Util.Log (\"behind the start\");",
+       u"void TargetConnect (void) { Exec.Connect (); }"_s,
+       {},
+       "bytes of flash\nbehind the start",
+       ""},
+      {"", u"void AfterTargetReset (void) { Debug.Reset (); }"_s, u"Debug.Start\n@wait idle\n"_s,
+       "\"AfterTargetReset\": maximum call level reached", ""},
+      {"", u"void BeforeTargetDownload (void) { Exec.Download (\"%1\"); }"_s.arg(sElf),
+       u"Debug.Start\n@wait halted\n"_s, "Exec.Download", "timeout"},
+      {"Project.SetBPType (BP_TYPE_HARD);", {}, {}, "Project.SetBPType (BP_TYPE_HARD);", ""},
+  };
+  for (const auto& Case : aCases) {
+    const QString sText =
+        u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
+        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n%3\n"_s.arg(sElf, QLatin1String(Case.sLoad),
+                                                                                 Case.sFunctions);
+    const QString sProject = Write("state.vdebug", sText.toUtf8());
+    const SESSION_RESULT Run = RunSession(u"File.Open (\"%1\");\n@wait idle\n%2"_s.arg(sProject, Case.sCommands));
+    Run.Expect(0, {Case.sPrinted});
+    EXPECT_FALSE(*Case.sNotPrinted && Run.sOutput.contains(QLatin1String(Case.sNotPrinted))) << qPrintable(Run.sOutput);
+  }
+}
+
 TEST_F(HookSession, ALostScriptLeavesTheProgramAlive) {
   const std::pair<const char*, const char*> aCases[] = {
       {"void OnProjectLoad (void) { OnProjectLoad (); }\n", "Out of memory at line 1"},
