@@ -33,8 +33,7 @@ CProject::CProject() {
 }
 
 void CProject::Open(const QString& sPath) {
-  // A project that opens itself from its own OnProjectLoad would be loaded for ever.
-  if (m_bLoading && sPath == m_sPendingPath) return;
+  if (IsLoading(sPath)) return;
   VScript::RequestClose();
   Q_EMIT AboutToOpen(sPath);
   m_sPendingPath = sPath;
@@ -115,7 +114,7 @@ void CProject::SetProgramFile(const QString& sPath) {
 }
 
 void CProject::AddSvdFile(const QString& sPath) {
-  if (sPath.isEmpty()) return;
+  if (sPath.isEmpty() || m_SvdFiles.contains(sPath)) return;
   m_SvdFiles << sPath;
   if (m_Host.AddSvdFile) m_Host.AddSvdFile(sPath);
 }

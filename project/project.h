@@ -44,6 +44,9 @@ public:
   void Open(const QString& sPath);
   // Whether an Open has not been carried out yet.
   bool IsOpening() const { return !m_sPendingPath.isEmpty(); }
+  // Whether the file is being loaded now: opened again from its own OnProjectLoad it would be loaded for ever, so that
+  // Open does nothing then.
+  bool IsLoading(const QString& sPath) const { return m_bLoading && sPath == m_sPendingPath; }
   void Close();
   // A project without file from commands, which are executed.
   void Create(const QStringList& Commands);

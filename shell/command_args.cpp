@@ -11,6 +11,10 @@ QString QuotedArg(const QString& sText) {
   return QLatin1Char('"') + sText + QLatin1Char('"');
 }
 
+void SetPathError(U32 ActionID, const char* sError, const QString& sPath) {
+  SetActionError(ActionID, QStringLiteral("%1: %2").arg(QLatin1String(sError), QuotedArg(sPath)));
+}
+
 bool GetNumberArg(U32 ActionID, int Index, U32* pValue) {
   const QString sText = GetActionArgs(ActionID).value(Index);
   bool bOk = false;

@@ -6,6 +6,9 @@
 #include "base/types.h"
 
 QString QuotedArg(const QString& sText);
+// Reports an error about a file. The path stands in the text itself, for a detail is not shown where it is the only
+// argument.
+void SetPathError(U32 ActionID, const char* sError, const QString& sPath);
 // A number or named constant; false, with the error "invalid parameter", when the argument is neither.
 bool GetNumberArg(U32 ActionID, int Index, U32* pValue);
 // An address as a number, a symbol or "file:line"; false, with the error "invalid parameter".

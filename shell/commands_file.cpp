@@ -47,11 +47,7 @@ void Open(COMMAND_CONTEXT& Context) {
   }
   QString sFound = sPath;
   if (!QFileInfo(sFound).isFile()) sFound = CFileFinder::Get()->ResolvePath(sPath);
-  if (!QFileInfo(sFound).isFile()) {
-    // The only argument of its command: the path has to stand in the text itself.
-    return SetActionError(ID,
-                          QStringLiteral("%1: %2").arg(QLatin1String(ActionError::FILE_NOT_FOUND), QuotedArg(sPath)));
-  }
+  if (!QFileInfo(sFound).isFile()) return SetPathError(ID, ActionError::FILE_NOT_FOUND, sPath);
   Context.Projects.OpenFile(QFileInfo(sFound).absoluteFilePath());
 }
 
@@ -125,13 +121,13 @@ void SaveProjectAs(COMMAND_CONTEXT& Context) {
     if (sPath.isEmpty()) return SuppressEcho(ID);
   }
   if (QFileInfo(sPath).suffix().isEmpty()) sPath += QStringLiteral(".vdebug");
-  bool bUsable = QFileInfo(sPath).suffix() == QLatin1String("vdebug");
+  bool bUsable = IsProjectFile(sPath);
   if (bUsable && !QFileInfo(sPath).isFile()) {
     QFile Probe(sPath);
     bUsable = Probe.open(QIODevice::WriteOnly);
     if (bUsable) Probe.remove();
   }
-  if (!bUsable) return SetActionError(ID, QLatin1String(ActionError::INVALID_PROJECT_FILENAME), QuotedArg(sPath));
+  if (!bUsable) return SetPathError(ID, ActionError::INVALID_PROJECT_FILENAME, sPath);
   Context.Projects.sDefaultDirSave = QFileInfo(sPath).absolutePath();
   SetActionArgs(ID, QStringList{sPath});
   if (Context.Projects.SaveProject(QFileInfo(sPath).absoluteFilePath())) SetActionResult(ID, SAVED);

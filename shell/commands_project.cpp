@@ -3,9 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <array>
+#include <cmath>
 
 #include "device/device.h"
 #include "device/device_context.h"
+#include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 #include "project/file_classes.h"
 #include "project/project.h"
@@ -18,6 +21,7 @@
 #include "shell/log/log.h"
 #include "shell/main_window.h"
 #include "shell/settings/named_constants.h"
+#include "shell/settings/preferences.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "shell/windows/console_window.h"
@@ -27,6 +31,8 @@ namespace {
 
 constexpr U32 HZ_PER_KHZ = 1000;
 constexpr U32 MIN_SPEED_HZ = 1000;
+constexpr int TIMING_STEP_PS = 50;
+constexpr const char* FREQUENCY = "FREQ_";  // what the names of frequencies begin with
 
 CDevice& Device() {
   return CDevice::Get();
@@ -36,6 +42,13 @@ QString Arg(U32 ActionID, int Index) {
 }
 void Fail(U32 ActionID, const char* sError, const QString& sDetail = QString()) {
   SetActionError(ActionID, QLatin1String(sError), sDetail.isEmpty() ? QString() : QuotedArg(sDetail));
+}
+
+// The constant that a text names, if it is one of these.
+const NAMED_CONST* FindOneOf(const QString& sText, std::initializer_list<const char*> Symbols) {
+  const NAMED_CONST* const pConst = FindNamedConst(sText);
+  const auto IsIt = [pConst](const char* sSymbol) { return qstrcmp(pConst->sSymbol, sSymbol) == 0; };
+  return pConst && std::any_of(Symbols.begin(), Symbols.end(), IsIt) ? pConst : nullptr;
 }
 
 // The choice becomes a command of its own, so that the console shows it.
@@ -61,7 +74,7 @@ void SetVNodeScript(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_VNODE_SCRIPT;
   if (!CheckActionArgs(ID)) return;
   const QString sPath = CFileFinder::Get()->ResolvePath(Arg(ID, 0));
-  if (!QFileInfo(sPath).isFile()) return Fail(ID, ActionError::FILE_NOT_FOUND, Arg(ID, 0));
+  if (!QFileInfo(sPath).isFile()) return SetPathError(ID, ActionError::FILE_NOT_FOUND, Arg(ID, 0));
   Device().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sPath.toUtf8().constData());
 }
 
@@ -77,7 +90,7 @@ void SetVNodeLogFile(COMMAND_CONTEXT&) {
   const QString sPath = FromProjectDir(CFileFinder::Get()->ExpandMacros(Arg(ID, 0)));
   if (!QFileInfo(sPath).isFile()) {
     QFile Probe(sPath);
-    if (!Probe.open(QIODevice::WriteOnly)) return Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
+    if (!Probe.open(QIODevice::WriteOnly)) return SetPathError(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
     Probe.remove();
   }
   Device().ScheduleSetConfigParam(DCP_LOG_FILE, sPath.toUtf8().constData());
@@ -89,17 +102,17 @@ void AddSvdFile(COMMAND_CONTEXT&) {
   if (!IsSvdFile(Arg(ID, 0))) return Fail(ID, ActionError::INVALID_PARAMETER);
   const QString sPath = CFileFinder::Get()->ResolvePath(Arg(ID, 0));
   if (!QFileInfo(sPath).isFile()) return Fail(ID, ActionError::INVALID_FILENAME);
-  CProject::Get().AddSvdFile(sPath);
+  CProject::Get().AddSvdFile(Arg(ID, 0));
 }
 
 void SetHostIF(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_HOST_INTERFACE;
   if (!CheckActionArgs(ID, 1)) return;
-  const I64 HostIF = NamedConstValue(Arg(ID, 0));
-  if (HostIF != HOST_IF_USB && HostIF != HOST_IF_IP) return Fail(ID, ActionError::UNKNOWN_HOST_INTERFACE);
-  Device().ScheduleSetConfigParam(DCP_CONNECT_MODE, static_cast<int>(HostIF));
+  const NAMED_CONST* const pHostIF = FindOneOf(Arg(ID, 0), {"USB", "IP"});
+  if (!pHostIF) return Fail(ID, ActionError::UNKNOWN_HOST_INTERFACE);
+  Device().ScheduleSetConfigParam(DCP_CONNECT_MODE, static_cast<int>(pHostIF->Value));
   const QString sIdent = Arg(ID, 1);
-  if (HostIF == HOST_IF_IP) {
+  if (pHostIF->Value == HOST_IF_IP) {
     Device().ScheduleSetConfigParam(DCP_HOST_NAME, sIdent.toUtf8().constData());
     return;
   }
@@ -113,11 +126,9 @@ void SetHostIF(COMMAND_CONTEXT&) {
 void SetTargetIF(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_TARGET_INTERFACE;
   if (!CheckActionArgs(ID)) return;
-  const NAMED_CONST* const pConst = FindNamedConst(Arg(ID, 0));
-  const QString sSymbol = pConst ? QString::fromLatin1(pConst->sSymbol) : QString();
-  if (sSymbol != QLatin1String("JTAG") && sSymbol != QLatin1String("SWD"))
-    return Fail(ID, ActionError::UNKNOWN_TARGET_INTERFACE);
-  Device().ScheduleSetConfigParam(DCP_TARGET_IF, static_cast<int>(pConst->Value));
+  const NAMED_CONST* const pTargetIF = FindOneOf(Arg(ID, 0), {"JTAG", "SWD"});
+  if (!pTargetIF) return Fail(ID, ActionError::UNKNOWN_TARGET_INTERFACE);
+  Device().ScheduleSetConfigParam(DCP_TARGET_IF, static_cast<int>(pTargetIF->Value));
 }
 
 void SetTIFSpeed(COMMAND_CONTEXT&) {
@@ -132,9 +143,10 @@ void SetTIFSpeed(COMMAND_CONTEXT&) {
       Speed = KHz * HZ_PER_KHZ;
     }
   } else {
-    const I64 Const = NamedConstValue(Arg(ID, 0));
-    Speed = Const >= 0 ? static_cast<U32>(Const) : ParseFrequency(Arg(ID, 0), &bOk);
-    if (Const < 0 && !bOk) return Fail(ID, ActionError::INVALID_NUMBER);
+    const NAMED_CONST* const pConst = FindNamedConst(Arg(ID, 0));
+    bOk = pConst && qstrncmp(pConst->sSymbol, FREQUENCY, qstrlen(FREQUENCY)) == 0;
+    Speed = bOk ? static_cast<U32>(pConst->Value) : ParseFrequency(Arg(ID, 0), &bOk);
+    if (!bOk) return Fail(ID, ActionError::INVALID_NUMBER);
   }
   if (Speed != 0 && Speed != VNODE_SPEED_ADAPTIVE) {
     const U32 Rest = Speed % HZ_PER_KHZ;
@@ -149,11 +161,13 @@ void SetTIFSpeed(COMMAND_CONTEXT&) {
 void SetJTAGConfig(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_JTAG_CONFIG;
   if (!CheckActionArgs(ID)) return;
-  constexpr U32 VARS[] = {VAR_TIF_SCAN_CHAIN_POS, VAR_TIF_SCAN_CHAIN_LEN};
+  const SYS_VAR* const VARS[] = {GetVarInfo(VAR_TIF_SCAN_CHAIN_POS), GetVarInfo(VAR_TIF_SCAN_CHAIN_LEN)};
   for (int i = 0; i < 2; ++i) {
-    if (SetVarFromText(GetVarInfo(VARS[i]), Arg(ID, i), 0) < 0)
-      return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, i));
+    bool bOk = false;
+    ParseVarValue(VARS[i], Arg(ID, i), &bOk);
+    if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, i));
   }
+  for (int i = 0; i < 2; ++i) SetVarFromText(VARS[i], Arg(ID, i), 0);
   Device().ScheduleSetConfigParam(DCP_DR_PRE, static_cast<int>(GetVarValue(VAR_TIF_SCAN_CHAIN_POS)));
   Device().ScheduleSetConfigParam(DCP_IR_PRE, static_cast<int>(GetVarValue(VAR_TIF_SCAN_CHAIN_LEN)));
   Device().ScheduleSetConfigParam(DCP_MULTIPLE_TARGETS, GetVarValue(VAR_TIF_SCAN_CHAIN_LEN) != 0);
@@ -181,6 +195,38 @@ void SetBPType(COMMAND_CONTEXT&) {
   SetVarValue(pVar, Value, 0);
 }
 
+template <U32 ID, U32 VAR>
+void SetTraceVar(COMMAND_CONTEXT&) {
+  if (!CheckActionArgs(ID)) return;
+  const VAR_EDIT Edit = EditSysVar(GetVarName(VAR), Arg(ID, 0));
+  if (!Edit.sError.isEmpty()) SetActionError(ID, Edit.sError, Edit.sDetail);
+}
+
+void SetTraceTiming(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_SET_TRACE_TIMING;
+  constexpr U32 VARS[] = {VAR_TRACE_PORT_DELAY_0, VAR_TRACE_PORT_DELAY_1, VAR_TRACE_PORT_DELAY_2,
+                          VAR_TRACE_PORT_DELAY_3};
+  if (!CheckActionArgs(ID)) return;
+  std::array<int, std::size(VARS)> Delays;
+  for (size_t i = 0; i < Delays.size(); ++i) {
+    bool bOk = false;
+    const int Delay = Arg(ID, static_cast<int>(i)).toInt(&bOk);
+    if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER);
+    Delays[i] = static_cast<int>(std::floor(static_cast<double>(Delay) / TIMING_STEP_PS)) * TIMING_STEP_PS;
+  }
+  for (size_t i = 0; i < Delays.size(); ++i) SetVarValue(GetVarInfo(VARS[i]), static_cast<U32>(Delays[i]), 0);
+}
+
+void RelocateSymbols(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_PROJ_RELOCATE_SYMBOLS;
+  if (!CheckActionArgs(ID)) return;
+  bool bOk = false;
+  const qint64 Offset = Arg(ID, 1).toLongLong(&bOk, 0);
+  if (!bOk || Offset < INT32_MIN || Offset > UINT32_MAX) return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 1));
+  if (ELFAPI_AddRelocation(Arg(ID, 0), static_cast<I32>(Offset)) < 0)
+    Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 0));
+}
+
 void SetConsoleLogFile(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_PROJ_SET_CONSOLE_LOG_FILE;
   if (!CheckActionArgs(ID)) return;
@@ -188,7 +234,7 @@ void SetConsoleLogFile(COMMAND_CONTEXT& Context) {
   // What was printed until now belongs to the file of until now.
   Context.Window.Console().DrainAll();
   if (OpenLogFile(LOG_FILE_CONSOLE, sPath.toUtf8().constData()) < 0)
-    Fail(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
+    SetPathError(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
 }
 
 constexpr COMMAND_HANDLER HANDLERS[] = {
@@ -205,6 +251,10 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_PROJ_ADD_FILE_ALIAS, AddFindRule<ACTION_PROJ_ADD_FILE_ALIAS, &CFileFinder::AddFileAlias>},
     {ACTION_PROJ_ADD_PATH_SUBSTITUTE, AddFindRule<ACTION_PROJ_ADD_PATH_SUBSTITUTE, &CFileFinder::AddPathSubstitute>},
     {ACTION_PROJ_SET_BP_TYPE, SetBPType},
+    {ACTION_PROJ_SET_TRACE_SOURCE, SetTraceVar<ACTION_PROJ_SET_TRACE_SOURCE, VAR_TRACE_SOURCE>},
+    {ACTION_PROJ_SET_TRACE_PORT_WIDTH, SetTraceVar<ACTION_PROJ_SET_TRACE_PORT_WIDTH, VAR_TRACE_PORT_WIDTH>},
+    {ACTION_PROJ_SET_TRACE_TIMING, SetTraceTiming},
+    {ACTION_PROJ_RELOCATE_SYMBOLS, RelocateSymbols},
     {ACTION_PROJ_SET_CONSOLE_LOG_FILE, SetConsoleLogFile},
 };
 

@@ -75,7 +75,7 @@ void PlugProject() {
   Host.HasCpuRegisters = [] {
     return CRegisterFiles::Get().HasCpuRegisters() || !CRegisterFiles::DefaultFile().isEmpty();
   };
-  Host.AddSvdFile = [](const QString& sPath) { CRegisterFiles::Get().Add(sPath); };
+  Host.AddSvdFile = [](const QString& sPath) { CRegisterFiles::Get().Add(CFileFinder::Get()->FindFile(sPath)); };
   Host.ClearSvdFiles = [] { CRegisterFiles::Get().Clear(); };
   Host.ResetFileFinder = [](const QString& sProjectPath) {
     CFileFinder::Get()->Clear();

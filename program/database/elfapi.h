@@ -103,6 +103,9 @@ ELF_SYM_HANDLE ELFAPI_FindSymbolAt(U32 Addr);
 // 1 data, 0 first address of a source line, -1 neither.
 int ELFAPI_ClassifyAddr(U32 Addr);
 
+// Moves symbols of the loaded program and of those loaded later, see ELF_AddRelocation: 0, or -1 for a refused text.
+int ELFAPI_AddRelocation(const QString& sText, I32 Delta);
+
 // ---- Symbols by name
 
 // Symbols of that name, case sensitive, from the kinds asked for; "Owner::Name" asks for the class or namespace too.

@@ -26,6 +26,11 @@ FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
 
 }  // namespace
 
+int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
+  const CDatabaseLock Db;
+  return ELF_AddRelocation(sText.toUtf8().constData(), Delta);
+}
+
 U32 ELFAPI_FileId(const QString& sPath) {
   const CDatabaseLock Db;
   const U32 Id = Db->Files.IdOfPath(sPath);

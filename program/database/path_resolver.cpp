@@ -140,15 +140,16 @@ QString CPathResolver::ApplySubstitutes(const QString& sPath) const {
   return bApplied ? sResult : sPath;
 }
 
-QString CPathResolver::TryBase(const QString& sBase, const QString& sPath) const {
+QString CPathResolver::TryBase(const QString& sBase, const QString& sPath, bool bDirectory) const {
   QString sJoined = sBase;
   while (sJoined.endsWith(QLatin1Char('/'))) sJoined.chop(1);
   sJoined += sPath.startsWith(QLatin1Char('/')) ? sPath : QLatin1Char('/') + sPath;
   Log(QStringLiteral("Testing ") + sJoined);
-  return QFileInfo::exists(sJoined) ? NormalisedPath(sJoined) : QString();
+  const bool bFound = bDirectory ? QFileInfo(sJoined).isDir() : IsFile(sJoined);
+  return bFound ? NormalisedPath(sJoined) : QString();
 }
 
-QString CPathResolver::FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const {
+QString CPathResolver::FindInBases(const QString& sPath, bool bDirectory, bool& bInProject) const {
   // A project file without directory would make the current directory a base.
   const bool bHasDir = NormalisedPath(m_sProjectPath).contains(QLatin1Char('/'));
   const QString sProjectDir = bHasDir ? DirOf(m_sProjectPath) : QString();
@@ -157,9 +158,9 @@ QString CPathResolver::FindInBases(const QString& sPath, bool bWithCurrentDir, b
   if (!sProjectDir.isEmpty()) Bases.append(sProjectDir);
   Bases.append(ExecutableDir());
   if (!m_sProgramPath.isEmpty()) Bases.append(DirOf(m_sProgramPath));
-  if (bWithCurrentDir) Bases.append(QDir::currentPath());
+  if (bDirectory) Bases.append(QDir::currentPath());
   for (qsizetype i = 0; i < Bases.size(); ++i) {
-    const QString sFound = TryBase(Bases[i], sPath);
+    const QString sFound = TryBase(Bases[i], sPath, bDirectory);
     if (sFound.isEmpty()) continue;
     bInProject = i == ProjectIndex;
     return sFound;
@@ -244,7 +245,7 @@ bool CPathResolver::AddMovedTree(const MOVED_TREE& Tree, const QString& sWanted,
 QString CPathResolver::FindByKind(const SEARCH& Search, const QString& sPath, bool& bInProject) const {
   if (Search.bLogStart) Log(QStringLiteral("Resolving source file path: ") + sPath);
   const QString sInBase = FindInBases(sPath, false, bInProject);
-  if (IsFile(sInBase)) return sInBase;
+  if (!sInBase.isEmpty()) return sInBase;
   for (const QString& sCandidate : SearchNames(Search, sPath)) {
     const QString sName = sCandidate.mid(sCandidate.lastIndexOf(QLatin1Char('/')) + 1);
     const QString sFound = FindInDirs(sName, Search, bInProject);

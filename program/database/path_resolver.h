@@ -69,8 +69,9 @@ private:
   QString MacroValue(const QString& sMacro) const;
   QString ApplyAliases(const QString& sPath) const;
   QString ApplySubstitutes(const QString& sPath) const;
-  QString FindInBases(const QString& sPath, bool bWithCurrentDir, bool& bInProject) const;
-  QString TryBase(const QString& sBase, const QString& sPath) const;
+  // A directory is looked for in the current one, too.
+  QString FindInBases(const QString& sPath, bool bDirectory, bool& bInProject) const;
+  QString TryBase(const QString& sBase, const QString& sPath, bool bDirectory) const;
   QString SearchDir(const QString& sDir, bool& bInProject) const;
   RESOLVED_PATH FindInEach(const QString& sName, const SEARCH& Search) const;
   const LISTING& ListingOf(const SEARCH& Search) const;

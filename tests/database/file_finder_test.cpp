@@ -40,6 +40,12 @@ TEST_F(FileFinderTest, ExpandsMacros) {
   EXPECT_EQ(m_Finder.ExpandMacros(u"$(ProjectDir)/a.c"_s), u"/a.c");
 }
 
+TEST_F(FileFinderTest, ADirectoryIsNoFile) {
+  Make({"@/root/local.c/inside.c"});
+  m_Finder.AddRootPath(Full("@/root"));
+  ExpectFound({{"local.c", "@/project/local.c"}, {"local.c/inside.c", "@/root/local.c/inside.c"}});
+}
+
 TEST_F(FileFinderTest, LooksForEachKindInItsPlaces) {
   m_Finder.AddSearchPath(u"$(ProjectDir)/../search"_s);
   ExpectFound({

@@ -38,11 +38,24 @@ TEST_F(ProjectSession, TheProbeGetsTheScriptBesideTheProject) {
   QFile::copy(sBase + u"vdebug"_s, Path("t.vdebug"));
   QFile::copy(sBase + u"elf"_s, Path("traffic_light.elf"));
   const QString sScript = Write("t.vnode", {}), sLog = Path("log.txt");
-  RunSession(u"File.Open (\"%1\");\n@wait idle\nDebug.Start ();\n@wait halted\n"_s.arg(Path("t.vdebug")),
-             {u"-logfile"_s, sLog})
-      .Expect(0);
+  // A project without one does not inherit it.
+  QFile::copy(Path("t.vdebug"), Path("u.vdebug"));
+  QString sSession;
+  for (const char* const sProject : {"t.vdebug", "u.vdebug"}) {
+    sSession +=
+        u"File.Open (\"%1\");\n@wait idle\nDebug.Start ();\n@wait halted\nDebug.Stop ();\n@wait disconnected\n"_s.arg(
+            Path(sProject));
+  }
+  RunSession(sSession, {u"-logfile"_s, sLog}).Expect(0);
   const QByteArray Log = ReadBytes(sLog);
-  EXPECT_TRUE(Log.contains("V-Node script \"" + sScript.toUtf8() + "\" failed")) << Log.toStdString();
+  EXPECT_EQ(1, Log.count("V-Node script \"" + sScript.toUtf8() + "\" failed")) << Log.toStdString();
+}
+
+TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComes) {
+  const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
+  const SESSION_RESULT Run =
+      RunSession(u"Project.RelocateSymbols (\"*\", 0x100);\nFile.Open %1\nElf.GetEntryFuncPC\n"_s.arg(sElf));
+  EXPECT_EQ(AddressOf(sElf, u"main"_s) + 0x100, Run.Value(0)) << Run.sOutput.toStdString();
 }
 
 TEST_F(ProjectSession, AProgramWithAnRtosGetsAHint) {

@@ -44,6 +44,14 @@ TEST_F(BadInput, AFailingLineSaysWhyAndEndsTheSession) {
       {"@nonsense", "unknown directive"},
       {"Project.SetTargetIF FOO", "unknown target interface"},
       {"Project.SetTIFSpeed abc", "invalid number"},
+      {"Project.SetTIFSpeed JTAG", "invalid number"},
+      {"Project.SetHostIF (\"SWD\", \"\")", "unknown host interface"},
+      {"Project.SetVNodeScript none.vnode", "file not found: \"none.vnode\""},
+      {"Project.SetVNodeLogFile /none/x.log", "invalid filename: \"/none/x.log\""},
+      {"Project.SetTraceTiming (0, 50, 100, x)", "invalid parameter"},
+      {"Project.SetTraceSource Nowhere", "invalid parameter"},
+      {"Project.RelocateSymbols (\"*\", far)", "invalid parameter: \"far\""},
+      {"File.NewProject\nFile.SaveProjectAs x.txt", "invalid project filename: \"x.txt\""},
       {"Edit.SysVar VAR_NONSENSE 1", "unknown system variable"},
   };
   for (const auto& [sLine, sError] : aCases)
