@@ -208,6 +208,7 @@ void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
     pWindow->SetSrcLanguage(ELFAPI_GetSrcLang());
     pWindow->OnDataFileOpened(sPath);
   }
+  if (!sPath.isEmpty()) FocusSourceWindow();
   if (bSame) {
     m_pSource->ReloadDocuments();
   } else {

@@ -41,6 +41,7 @@ CProgramLoader::CProgramLoader(CSessionController& Session) : m_Session(Session)
 
 void CProgramLoader::OpenDataFile(const QString& sPath) {
   if (!m_Clock.isValid()) m_Clock.start();
+  Q_EMIT Opening(sPath);
   if (IsElfFile(sPath)) {
     CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Opening File..."));
     SetActionEnabled(ACTION_DEBUG_DOWNLOAD_RESET, false);  // until the next update of all actions
@@ -111,6 +112,7 @@ void CProgramLoader::ConfigTargetEndianess() {
 void CProgramLoader::OnDataFileOpened(const QString& sPath) {
   const bool bSame = !sPath.isEmpty() && sPath == m_sProgramPath;
   if (!sPath.isEmpty()) ConfigTargetEndianess();
+  VCore::ResetCache();
   if (sPath != m_sProgramPath) {
     Device().ScheduleClearAllBreakpoints();
     Device().ScheduleClearAllWatchpoints();

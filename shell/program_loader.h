@@ -30,6 +30,8 @@ public:
   void SetAddressQuestion(std::function<bool(const QString& sPath, U32* pAddr)> Ask) { m_AskAddress = std::move(Ask); }
 
 Q_SIGNALS:
+  // A file is about to be opened; empty: the program is about to be unloaded.
+  void Opening(const QString& sPath);
   // The program's views are about to lose their contents.
   void AboutToChange();
   // Everything is read; an empty path: the program was unloaded. bSame: the file was open before.

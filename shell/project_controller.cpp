@@ -59,10 +59,10 @@ CProjectController::CProjectController(IProjectView& View, CSessionController& S
   connect(&Project, &CProject::Opened, this, &CProjectController::OnProjectFileOpened);
   connect(&Project, &CProject::Closed, this, &CProjectController::OnProjectFileClosed);
   connect(&Project, &CProject::ModifiedChanged, this, [this] { m_View.OnProjectStateChanged(); });
-  connect(&m_Loader, &CProgramLoader::DataFileOpened, this, [this](const QString& sPath) {
+  connect(&m_Loader, &CProgramLoader::Opening, this, [this](const QString& sPath) {
     if (!sPath.isEmpty()) m_RecentPrograms.Update(QString(), sPath);
-    m_View.OnProjectStateChanged();
   });
+  connect(&m_Loader, &CProgramLoader::DataFileOpened, this, [this] { m_View.OnProjectStateChanged(); });
 }
 
 void CProjectController::OpenFile(const QString& sPath) {
@@ -91,9 +91,13 @@ bool CProjectController::LeaveProject() {
 }
 
 void CProjectController::OpenProject(const QString& sPath) {
-  if (!QFileInfo(sPath).isFile() || !LeaveProject()) return;
   const QString sProject = QFileInfo(sPath).absoluteFilePath();
+  if (CProject::Get().IsLoading(sProject)) {
+    return PrintConsole(QStringLiteral("\"%1\" was not opened: it is being opened already").arg(sPath));
+  }
+  if (!QFileInfo(sPath).isFile() || !LeaveProject()) return;
   SetCompanionScript(sProject);
+  m_Session.SetLoadAddress(0);
   m_Loader.OpenDataFile(QString());
   CProject::Get().Open(sProject);
 }
@@ -101,7 +105,8 @@ void CProjectController::OpenProject(const QString& sPath) {
 void CProjectController::SetCompanionScript(const QString& sProject) {
   QString sScript = sProject;
   sScript.replace(QLatin1String("vdebug"), QLatin1String("vnode"));
-  if (sScript == sProject || !QFileInfo(sScript).isFile()) return;
+  // Without one the script of the project before must not stay.
+  if (sScript == sProject || !QFileInfo(sScript).isFile()) sScript.clear();
   CDevice::Get().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sScript.toUtf8().constData());
 }
 
@@ -113,6 +118,7 @@ void CProjectController::NewProject() {
   CProject::Get().Close();
   // Without it the first save would write the text of the project that was left.
   VScript::Close();
+  m_Session.SetLoadAddress(0);
   m_Loader.OpenDataFile(QString());
   m_View.OnProjectStateChanged();
 }
@@ -123,6 +129,7 @@ void CProjectController::CreateProject(const QString& sFilePath, const QStringLi
   VScript::SetFilePath(sFilePath);
   CFileFinder::Get()->SetProjectPath(sFilePath);
   ResetSymbolSettings();
+  m_Session.SetLoadAddress(0);
   m_Loader.OpenDataFile(QString());
   m_Session.SetLoadingProject(true);
   CProject::Get().Create(Commands);
