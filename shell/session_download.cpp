@@ -82,7 +82,12 @@ void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind,
 int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
   if (!Device().IsConnected() || sFile.isEmpty()) return -1;
   const QMemBlocks Blocks = DataOf(sFile, Addr, m_LoadAddress);
-  if (Blocks.isEmpty() || ScheduleBlocks(Blocks) < 0) return -1;
+  if (Blocks.isEmpty()) {
+    PrintConsole(QStringLiteral("\"%1\" was not written: it holds no data").arg(sFile));
+    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
+    return -1;
+  }
+  if (ScheduleBlocks(Blocks) < 0) return -1;
   if (Device().ScheduleEndDownload(!Device().Context().State.aCapability[HW_CAP_BMA], sFile.toUtf8().constData()) < 0)
     return -1;
   CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
