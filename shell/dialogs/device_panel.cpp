@@ -167,7 +167,7 @@ bool CDevicePanel::IsInputValid() const {
 
 void CDevicePanel::OnSelected() {
   const QModelIndexList Rows = m_pTable->selectionModel()->selectedRows(DEVICE_COLUMN);
-  if (Rows.isEmpty()) return;
+  if (m_bFiltering || Rows.isEmpty()) return;
   const QString sDevice = Rows.constFirst().data().toString();
   // The library doesn't tell the cases of letters apart: the name stays as a project wrote it.
   if (sDevice.compare(m_sDevice, Qt::CaseInsensitive) == 0) return;
@@ -202,10 +202,10 @@ void CDevicePanel::ShowState() {
 
 void CDevicePanel::OnFilterChanged(int Column, const QString& sText) {
   // While rows go, the table selects others on its own: nobody chose those.
-  const QSignalBlocker Blocker(m_pTable->selectionModel());
+  m_bFiltering = true;
   m_pProxy->SetFilter(Column, sText);
   SelectChosen();
-  m_pTable->viewport()->update();
+  m_bFiltering = false;
   ShowState();
 }
 

@@ -49,4 +49,5 @@ private:
   QComboBox* m_pEndian;
   QString m_sDevice;
   bool m_bDeviceNeeded;
+  bool m_bFiltering = false;
 };
