@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "shell/dialogs/config_panel.h"
+#include "shell/look/look.h"
 
 namespace {
 
@@ -22,7 +23,9 @@ void Load(const QByteArray& sXML, CDeviceConfig* pConfig) {
 }  // namespace
 
 CConfigDialog::CConfigDialog(QWidget* pParent, const QString& sName, const QString& sTitle)
-    : CDialog(pParent, sName, sTitle) {}
+    : CDialog(pParent, sName, sTitle) {
+  setWindowIcon(GetIcon(QStringLiteral("settings-vnode.png")));
+}
 
 void CConfigDialog::SetContents(QLayout* pContents, const QList<CConfigPanel*>& Panels, const QByteArray& sXML) {
   m_Panels = Panels;
@@ -34,6 +37,10 @@ void CConfigDialog::SetContents(QLayout* pContents, const QList<CConfigPanel*>& 
   pLayout->addWidget(m_pButtons);
   connect(m_pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(m_pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  QList<QWidget*> Inputs;
+  for (const CConfigPanel* const pPanel : Panels) Inputs << pPanel->Inputs();
+  Inputs << m_pButtons->button(QDialogButtonBox::Ok) << m_pButtons->button(QDialogButtonBox::Cancel);
+  for (qsizetype i = 1; i < Inputs.size(); ++i) setTabOrder(Inputs[i - 1], Inputs[i]);
   Load(sXML, &m_Config);
   for (CConfigPanel* const pPanel : Panels) {
     pPanel->ShowConfig(m_Config);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
 class CDeviceConfig;
@@ -14,6 +15,8 @@ public:
   // Writes what is shown, and only that part of the configuration; called while the input is valid.
   virtual void StoreConfig(CDeviceConfig* pConfig) const = 0;
   virtual bool IsInputValid() const = 0;
+  // The inputs in the order in which Tab goes through them.
+  virtual QList<QWidget*> Inputs() const = 0;
 
 Q_SIGNALS:
   // The user has changed something.

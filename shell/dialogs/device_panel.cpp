@@ -51,9 +51,6 @@ CDevicePanel::CDevicePanel(const QList<DEVICE_RECORD>& Devices, bool bDeviceNeed
   m_pProxy->setSourceModel(m_pModel);
   InitTable();
   m_pFilters = new CColumnFilterBar(m_pTable, this);
-  // Tab goes through the filters first.
-  m_pTable->raise();
-  setTabOrder(m_pFilters->Filter(CDeviceDataModel::NUM_COLUMNS - 1), m_pTable);
   m_pNothing = new QLabel(m_pTable->viewport());
   m_pChosen = new QLabel(this);
   m_pChosen->setTextFormat(Qt::PlainText);
@@ -77,6 +74,7 @@ CDevicePanel::CDevicePanel(const QList<DEVICE_RECORD>& Devices, bool bDeviceNeed
 }
 
 void CDevicePanel::InitTable() {
+  m_pTable->setObjectName(QStringLiteral("Devices"));
   m_pTable->setModel(m_pProxy);
   m_pTable->setFont(GetFont(FONT_APP));
   m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -214,4 +212,10 @@ void CDevicePanel::OnFilterLeft() {
   if (m_pProxy->rowCount() == 0) return;
   m_pTable->setFocus();
   if (!m_pTable->selectionModel()->hasSelection()) m_pTable->selectRow(0);
+}
+
+QList<QWidget*> CDevicePanel::Inputs() const {
+  QList<QWidget*> Inputs;
+  for (int Column = 0; Column < CDeviceDataModel::NUM_COLUMNS; ++Column) Inputs << m_pFilters->Filter(Column);
+  return Inputs << m_pTable << m_pCoreIndex << m_pEndian;
 }

@@ -22,6 +22,7 @@ public:
   void ShowConfig(const CDeviceConfig& Config) override;
   void StoreConfig(CDeviceConfig* pConfig) const override;
   bool IsInputValid() const override;
+  QList<QWidget*> Inputs() const override;
 
 Q_SIGNALS:
   // A device was double-clicked.

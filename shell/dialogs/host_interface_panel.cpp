@@ -100,3 +100,7 @@ bool CHostInterfacePanel::IsInputValid() const {
   m_pSerialNo->text().trimmed().toUInt(&bNumber, DETECT);
   return bNumber || !m_pUseSerialNo->isChecked();
 }
+
+QList<QWidget*> CHostInterfacePanel::Inputs() const {
+  return {m_pInterface, m_pUseSerialNo, m_pSerialNo, m_pHost};
+}

@@ -16,6 +16,7 @@ public:
   void ShowConfig(const CDeviceConfig& Config) override;
   void StoreConfig(CDeviceConfig* pConfig) const override;
   bool IsInputValid() const override;
+  QList<QWidget*> Inputs() const override;
 
 private:
   bool IsIP() const;

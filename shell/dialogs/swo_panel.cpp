@@ -69,6 +69,7 @@ void CSwoPanel::OnChanged() {
   m_pCPUAuto->setEnabled(m_bCapable);
   m_pSWOAuto->setEnabled(m_bCapable);
   m_pCPUClock->setEnabled(m_bCapable && !m_pCPUAuto->isChecked());
+  m_pCPUClock->setSpecialValueText(m_pCPUAuto->isChecked() ? QStringLiteral("unknown") : QString());
   m_pSWOClock->setEnabled(m_bCapable && !m_pSWOAuto->isChecked());
   Q_EMIT Changed();
 }

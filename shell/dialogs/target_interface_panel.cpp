@@ -133,3 +133,7 @@ bool CTargetInterfacePanel::IsInputValid() const {
   const bool bChain = IsJTAG() && m_pMultipleTargets->isChecked();
   return bOk && !(bChain && (m_pDRPre->value() == 0) != (m_pIRPre->value() == 0));
 }
+
+QList<QWidget*> CTargetInterfacePanel::Inputs() const {
+  return {m_pInterface, m_pSpeed, m_pMultipleTargets, m_pDRPre, m_pIRPre};
+}

@@ -17,6 +17,7 @@ public:
   void ShowConfig(const CDeviceConfig& Config) override;
   void StoreConfig(CDeviceConfig* pConfig) const override;
   bool IsInputValid() const override;
+  QList<QWidget*> Inputs() const override;
 
 private:
   bool IsJTAG() const;

@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QFrame>
+#include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -74,6 +75,18 @@ void CTraceSettingsDialog::LayOut() {
   pLayout->addWidget(pLine);
   pLayout->addWidget(m_pPages, 1);
   pLayout->addWidget(m_pButtons);
+  AlignInputs();
+}
+
+// The inputs of all forms begin below each other.
+void CTraceSettingsDialog::AlignInputs() {
+  int Width = 0;
+  for (const QLabel* const pLabel : findChildren<QLabel*>()) {
+    if (pLabel->buddy()) Width = std::max(Width, pLabel->sizeHint().width());
+  }
+  for (QLabel* const pLabel : findChildren<QLabel*>()) {
+    if (pLabel->buddy()) pLabel->setMinimumWidth(Width);
+  }
 }
 
 U32 CTraceSettingsDialog::Source() const {

@@ -27,6 +27,7 @@ public:
 
 private:
   void LayOut();
+  void AlignInputs();
   U32 Source() const;
   void OnSourceChanged();
   void OnChanged();

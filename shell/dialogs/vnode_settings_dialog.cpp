@@ -7,7 +7,6 @@
 #include "shell/dialogs/device_panel.h"
 #include "shell/dialogs/host_interface_panel.h"
 #include "shell/dialogs/target_interface_panel.h"
-#include "shell/look/look.h"
 
 namespace {
 
@@ -24,7 +23,6 @@ QGroupBox* Framed(const QString& sTitle, QWidget* pPanel) {
 CVNodeSettingsDialog::CVNodeSettingsDialog(QWidget* pParent, const QByteArray& sXML,
                                            const QList<DEVICE_RECORD>& Devices)
     : CConfigDialog(pParent, QStringLiteral("VNodeSettingsDialog"), QStringLiteral("V-Node Settings")) {
-  setWindowIcon(GetIcon(QStringLiteral("settings-vnode.png")));
   auto* const pDevice = new CDevicePanel(Devices, false, this);
   auto* const pHost = new CHostInterfacePanel(this);
   auto* const pTarget = new CTargetInterfacePanel(this);
