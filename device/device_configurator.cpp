@@ -61,9 +61,7 @@ int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, int Value) {
       SetSpeedValue(Param, Value);
       return 0;
     case DCP_DEVICE_INDEX:
-      Store(Param, Value);
-      Info.UpdateDeviceInfo();
-      Info.UpdateVNodeFuncPtrs();
+      StoreDevice(Value);
       return 0;
     case DCP_ENDIAN:
       Store(Param, Value);
@@ -96,7 +94,13 @@ int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, const char* sTe
 void CDeviceConfigurator::ResolveDevice() {
   const QByteArray sName = Ctx.Config.Text(DCP_DEVICE_NAME);
   const int Index = sName.isEmpty() ? -1 : Ctx.Api.VNODEARM_DEVICE_GetIndex(sName.constData());
-  Store(DCP_DEVICE_INDEX, std::max(Index, -1));
+  StoreDevice(std::max(Index, -1));
+}
+
+// Who hears of a device finds what is known of it.
+void CDeviceConfigurator::StoreDevice(int Index) {
+  Ctx.Config.SetValue(DCP_DEVICE_INDEX, Index);
   Info.UpdateDeviceInfo();
   Info.UpdateVNodeFuncPtrs();
+  Ctx.Sink.RaiseConfigParamChanged(DCP_DEVICE_INDEX, Index);
 }

@@ -17,6 +17,7 @@ private:
   void Store(DEV_CONFIG_PARAMS Param, int Value);
   void SetSpeedValue(DEV_CONFIG_PARAMS Param, int Value);
   void ResolveDevice();
+  void StoreDevice(int Index);
   void ApplySpeed();
 
   CDeviceContext& Ctx;

@@ -112,23 +112,27 @@ void CProbeInfo::UpdateVNodeWebserverURL() {
 }
 
 int CProbeInfo::UpdateDeviceInfo() {
-  Ctx.Facts.Change([](PROBE_FACTS& Facts) {
-    Facts.sCoreName.clear();
-    Facts.sCoreVariant.clear();
-    Facts.Core = 0;
-    Facts.CoreFamily = 0;
-    Facts.RAMAddr = INVALID_ADDR;
-    Facts.RAMSize = 0;
-  });
+  // In one change, so that nobody sees a device without core in between.
+  const auto Forget = [this] {
+    Ctx.Facts.Change([](PROBE_FACTS& Facts) {
+      Facts.sCoreName.clear();
+      Facts.sCoreVariant.clear();
+      Facts.Core = 0;
+      Facts.CoreFamily = 0;
+      Facts.RAMAddr = INVALID_ADDR;
+      Facts.RAMSize = 0;
+    });
+    return -1;
+  };
   int Index = Ctx.Config.Value(DCP_DEVICE_INDEX);
   if (Index < 0) {
     const QByteArray sName = Ctx.Config.Text(DCP_DEVICE_NAME);
     Index = sName.isEmpty() ? -1 : Ctx.Api.VNODEARM_DEVICE_GetIndex(sName.constData());
-    if (Index < 1) return -1;
+    if (Index < 1) return Forget();
     Ctx.Config.SetValue(DCP_DEVICE_INDEX, Index);
   }
   VNODEARM_DEVICE_INFO Record = EmptyInfo();
-  if (Ctx.Api.VNODEARM_DEVICE_GetInfo(Index, &Record) < 0) return -1;
+  if (Ctx.Api.VNODEARM_DEVICE_GetInfo(Index, &Record) < 0) return Forget();
   char acCore[CORE_NAME_BUFFER_BYTES] = {};
   Ctx.Api.VNODEARM_Core2CoreName(Record.Core, acCore, sizeof(acCore));
   acCore[sizeof(acCore) - 1] = '\0';

@@ -12,7 +12,6 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
-#include "shell/actions/command_text.h"
 #include "shell/directories.h"
 #include "shell/input_gate.h"
 #include "shell/log/console_print.h"
@@ -28,6 +27,7 @@
 #include "shell/settings/preferences.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "shell/vnode_commands.h"
 #include "ui/status_bar.h"
 
 namespace {
@@ -54,21 +54,6 @@ void PlugMessages() {
   VFile::CFileWorker::Get()->SetProgressSink(Progress);
 }
 
-QStringList DeviceCommands() {
-  const CDeviceConfig& Config = Device().Context().Config;
-  const bool bUSB = Config.Value(DCP_CONNECT_MODE) != HOST_IF_IP;
-  QString sIdent = QString::fromUtf8(Config.Text(DCP_HOST_NAME));
-  if (bUSB) {
-    sIdent = Config.Value(DCP_USE_SERIAL_NO) ? QString::number(static_cast<U32>(Config.Value(DCP_USB_SERIAL_NO)))
-                                             : QString();
-  }
-  const bool bJTAG = Config.Value(DCP_TARGET_IF) == VNODE_TIF_JTAG;
-  return {MakeCommandText(ACTION_SET_DEVICE, {QString::fromUtf8(Config.Text(DCP_DEVICE_NAME))}),
-          MakeCommandText(ACTION_SET_HOST_INTERFACE, {bUSB ? QStringLiteral("USB") : QStringLiteral("IP"), sIdent}),
-          MakeCommandText(ACTION_SET_TARGET_INTERFACE, {bJTAG ? QStringLiteral("JTAG") : QStringLiteral("SWD")}),
-          MakeCommandText(ACTION_SET_TIF_SPEED, {FrequencyText(static_cast<U32>(Config.Value(DCP_SPEED)))})};
-}
-
 void PlugProject() {
   PROJECT_HOST Host;
   Host.ResolvePath = [](const QString& sPath) { return CFileFinder::Get()->FindFile(sPath); };
@@ -82,7 +67,7 @@ void PlugProject() {
     CFileFinder::Get()->SetProjectPath(sProjectPath);
   };
   Host.SetProjectPath = [](const QString& sProjectPath) { CFileFinder::Get()->SetProjectPath(sProjectPath); };
-  Host.DeviceCommands = DeviceCommands;
+  Host.DeviceCommands = [] { return VNodeCommands(Device().Context().Config); };
   CProject::Get().SetHost(Host);
 }
 
