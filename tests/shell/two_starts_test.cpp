@@ -98,6 +98,15 @@ private Q_SLOTS:
     PerformAction(ACTION_WINDOW_CLOSE, u"Console"_s);
   }
 
+  // The project's own layout goes before that of the last session.
+  void arranged() {
+    const CDockWindow* const pDock = m_pWindow->Console().GetDock();
+    QCOMPARE(m_pWindow->dockWidgetArea(m_pWindow->Console().GetDock()), Qt::RightDockWidgetArea);
+    QVERIFY(pDock->isVisible() && !pDock->isFloating());
+    QCOMPARE(pDock->width(), 260);
+    QCOMPARE(GetVarValue(PREF_SHOW_SRC_CODE_PROFILE), 1U);
+  }
+
   // All defaults, and a word about it where the user sees it.
   void damaged() {
     QVERIFY2(ConsoleText(*m_pWindow).contains(u".damaged"_s), qPrintable(ConsoleText(*m_pWindow)));
@@ -119,6 +128,14 @@ private Q_SLOTS:
   void whatIsLeftIsFoundAgain() {
     WriteFile(m_Home.filePath(u"one.vdebug"_s), "void OnProjectLoad (void) {\n}\n");
     for (const char* const sStart : {"first", "second", "third"}) RunStart(sStart);
+    QFile UserFile(m_Home.filePath(u"one.vdebug.user"_s));
+    QVERIFY(UserFile.open(QIODevice::ReadOnly));
+    const QByteArray Closed = UserFile.readAll();
+    QVERIFY2(Closed.contains("OpenToolbar=\"ToolbarFile\"") && !Closed.contains("Console"), Closed.constData());
+    WriteFile(UserFile.fileName(),
+              "OpenWindow=\"Console\", DockArea=RIGHT, x=0, y=0, w=260, h=300\n"
+              "OpenWindow=\"Source\", ExecCountersShown=1\n");
+    RunStart("arranged");
   }
 
   void damagedSettingsArePutAside() {
