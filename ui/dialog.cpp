@@ -1,9 +1,11 @@
 #include "ui/dialog.h"
 
 #include <QDialogButtonBox>
+#include <QHeaderView>
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
+#include <QTableView>
 
 #include "shell/look/look.h"
 #include "shell/settings/fonts.h"
@@ -11,6 +13,10 @@
 namespace {
 
 const QString SIZE_KEY = QStringLiteral("Size");
+
+QString HeaderKey(const QTableView* pTable) {
+  return QStringLiteral("TableHeader") + pTable->objectName();
+}
 
 CDialog::RESPONDER& Responder() {
   static CDialog::RESPONDER Instance;
@@ -65,16 +71,41 @@ void CDialog::StoreSetting(const QString& sKey, const QVariant& Value) const {
   SetSetting(m_Group, sKey, Value);
 }
 
+void CDialog::RestoreHeaders() {
+  for (QTableView* const pTable : findChildren<QTableView*>()) {
+    const QByteArray State = Setting(HeaderKey(pTable), QByteArray()).toByteArray();
+    if (!State.isEmpty()) pTable->horizontalHeader()->restoreState(State);
+  }
+  // Once they have been laid out.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        for (QTableView* const pTable : findChildren<QTableView*>())
+          m_Headers[pTable] = pTable->horizontalHeader()->saveState();
+      },
+      Qt::QueuedConnection);
+}
+
+// What the user left as it was keeps following the contents and their font.
+void CDialog::StoreHeaders() {
+  for (auto It = m_Headers.cbegin(); It != m_Headers.cend(); ++It) {
+    const QByteArray State = It.key()->horizontalHeader()->saveState();
+    if (State != It.value()) StoreSetting(HeaderKey(It.key()), State);
+  }
+}
+
 void CDialog::showEvent(QShowEvent* pEvent) {
   if (!m_bPlaced && !m_bFixed) {
     m_bPlaced = true;
     const QSize Stored = Setting(SIZE_KEY, QSize()).toSize();
     if (Stored.isValid()) resize(Stored.expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize()));
   }
+  if (!pEvent->spontaneous()) RestoreHeaders();
   QDialog::showEvent(pEvent);
 }
 
 void CDialog::hideEvent(QHideEvent* pEvent) {
   if (!m_bFixed && !pEvent->spontaneous()) StoreSetting(SIZE_KEY, size());
+  if (!pEvent->spontaneous()) StoreHeaders();
   QDialog::hideEvent(pEvent);
 }

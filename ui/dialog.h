@@ -3,12 +3,16 @@
 #include <functional>
 
 #include <QDialog>
+#include <QHash>
 #include <QPointer>
 #include <QVariant>
 
 #include "shell/settings/settings_cache.h"
 
-// Base of the dialogs: in the application's font, closed by Escape, and as large as the user left it.
+class QTableView;
+
+// Base of the dialogs: in the application's font, closed by Escape, and as large as the user left it, with the columns
+// of its tables as they were left.
 class CDialog : public QDialog {
   Q_OBJECT
 
@@ -38,7 +42,11 @@ protected:
   void hideEvent(QHideEvent* pEvent) override;
 
 private:
+  void RestoreHeaders();
+  void StoreHeaders();
+
   SETTING_GROUP m_Group;
+  QHash<QTableView*, QByteArray> m_Headers;  // as they were when the dialog was shown
   QPointer<QWidget> m_pParent;
   bool m_bFixed = false;
   bool m_bPlaced = false;

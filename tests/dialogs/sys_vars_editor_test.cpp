@@ -1,5 +1,6 @@
 // The editor of the system variables as a user meets it: opened by its key, driven by clicks and keys.
 
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 
@@ -108,6 +109,18 @@ private Q_SLOTS:
       QCOMPARE(m_Session.LastLine(),
                "Edit.SysVar (VAR_TIF_SCAN_CHAIN_LEN, 1000000001): invalid parameter: \"1000000001\"");
     });
+  }
+
+  void columnsStayAsTheUserLeftThem() {
+    const SETTING_GROUP Group = {u"AppData"_s, u"SysVarsEditor"_s};
+    const auto Header = [](QWidget* pDialog) {
+      QApplication::processEvents();
+      return pDialog->findChild<CTableWidget*>()->horizontalHeader();
+    };
+    InDialog([&](QWidget* pDialog) { Header(pDialog); });
+    QVERIFY2(!HasSetting(Group, u"TableHeader"_s), "nobody changed a column yet");
+    InDialog([&](QWidget* pDialog) { Header(pDialog)->resizeSection(0, 333); });
+    InDialog([&](QWidget* pDialog) { QCOMPARE(Header(pDialog)->sectionSize(0), 333); });
   }
 
   void keysAloneAreEnough() {
