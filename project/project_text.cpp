@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "script/hook_table.h"
+
 namespace {
 
 const QString LOAD_FUNCTION = QStringLiteral("OnProjectLoad");
@@ -161,7 +163,7 @@ TEXT_RANGE LinesOf(const QString& sText, const BODY& Body, const TEXT_RANGE& Cal
 TEXT_EDIT InsertAt(const QString& sText, qsizetype Pos, const QStringList& Commands) {
   QString sLines;
   for (const QString& sCommand : Commands) {
-    if (!sCommand.trimmed().isEmpty()) sLines += QStringLiteral("  ") + sCommand + u'\n';
+    if (!sCommand.trimmed().isEmpty()) sLines += QStringLiteral("  ") + StatementText(sCommand) + u'\n';
   }
   if (!sLines.isEmpty() && Pos > 0 && sText[Pos - 1] != u'\n') sLines.prepend(u'\n');
   return {QString(sText).insert(Pos, sLines), {}};

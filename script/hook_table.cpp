@@ -96,7 +96,7 @@ QString LoadRoutine(const QStringList& Commands) {
   QString sSettings, sUser;
   for (const QString& sCommand : Commands) {
     const bool bOpens = sCommand.contains(QLatin1String("File.Open"));
-    (bOpens ? sUser : sSettings) += QStringLiteral("  ") + sCommand + QLatin1Char('\n');
+    (bOpens ? sUser : sSettings) += QStringLiteral("  ") + StatementText(sCommand) + QLatin1Char('\n');
   }
   return QStringLiteral("void OnProjectLoad (void) {\n  //\n  // Dialog-generated settings\n  //\n") + sSettings +
          QStringLiteral("  //\n  // User settings\n  //\n") + sUser + QStringLiteral("}\n");
@@ -122,6 +122,10 @@ const HOOK_INFO* GetHookInfo(int FuncID) {
 QString GetHookName(int FuncID) {
   const HOOK_INFO* const pHook = GetHookInfo(FuncID);
   return pHook ? QString::fromLatin1(pHook->sPrototype).section(QLatin1Char(' '), 1, 1) : QString();
+}
+
+QString StatementText(const QString& sCommand) {
+  return QString(sCommand).replace(QLatin1Char('\\'), QLatin1String("\\\\"));
 }
 
 QString MakeProjectText(const QStringList& Commands) {

@@ -38,6 +38,9 @@ const HOOK_INFO* GetHookInfo(int FuncID);
 // The name inside the prototype; empty for an unknown identifier.
 QString GetHookName(int FuncID);
 
-// The text of a new project file: every hook with its comment, all but OnProjectLoad commented out. Commands are the
+// A command as a statement of a script: in texts a script takes a backslash for the start of an escape.
+QString StatementText(const QString& sCommand);
+
+// The text of a new project file: every hook with its comment, all but OnProjectLoad commented out. Commands become the
 // statements of OnProjectLoad; the one that opens the program goes last.
 QString MakeProjectText(const QStringList& Commands);

@@ -51,6 +51,15 @@ TEST_F(ProjectSession, TheProbeGetsTheScriptBesideTheProject) {
   EXPECT_EQ(1, Log.count("V-Node script \"" + sScript.toUtf8() + "\" failed")) << Log.toStdString();
 }
 
+TEST_F(ProjectSession, ABackslashInAPathIsNoEscape) {
+  const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
+  QFile::copy(QStringLiteral(VEXOR_SOURCE_DIR "/") + sElf, Path("new\\target.elf"));
+  const SESSION_RESULT Run = RunSession(
+      u"File.NewProject\nFile.Open (\"%1/new\\target.elf\");\nFile.SaveProjectAs (\"%1/saved\");\n"
+      "File.Open (\"%1/saved.vdebug\");\n@wait idle\nElf.GetEntryFuncPC\n"_s.arg(m_Dir.path()));
+  EXPECT_EQ(AddressOf(sElf, u"main"_s), Run.Value(1)) << Run.sOutput.toStdString();
+}
+
 TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComes) {
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
   const SESSION_RESULT Run =
