@@ -3,12 +3,15 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 
 #include "device/device.h"
 #include "device/device_data_provider.h"
 #include "shell/main_window.h"
 #include "shell/settings/settings_cache.h"
 #include "shell/windows/console_window.h"
+#include "ui/message_box.h"
 
 inline constexpr int FRAME_WAIT_MS = 10'000;
 
@@ -35,6 +38,26 @@ bool HaltsWith(const CONDITION& Condition) {
 }
 inline bool Halts() {
   return HaltsWith([] { return true; });
+}
+
+// The titles of the message boxes that come up meanwhile, each answered by a click.
+inline QStringList BoxesOf(const std::function<void()>& Do, QList<QDialogButtonBox::StandardButton> Answers) {
+  QStringList Titles;
+  QTimer Timer;
+  QObject::connect(&Timer, &QTimer::timeout, [&] {
+    auto* const pBox = qobject_cast<CMessageBox*>(QApplication::activeModalWidget());
+    if (!pBox || !pBox->isVisible()) return;
+    Titles << pBox->windowTitle().trimmed();
+    if (Answers.isEmpty()) {
+      pBox->close();
+    } else {
+      QTest::mouseClick(pBox->Button(Answers.takeFirst()), Qt::LeftButton);
+    }
+  });
+  Timer.start(1);
+  Do();
+  QCoreApplication::processEvents();
+  return Titles;
 }
 
 // What the console has shown since it was cleared.

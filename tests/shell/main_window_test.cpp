@@ -156,17 +156,13 @@ private Q_SLOTS:
   }
 
   void shiftF5StopsWithoutTheQuestionThatAnotherProjectAsks() {
-    QStringList Asked;
-    CMessageBox::SetResponder([&Asked](const QString& sTitle, const QString&, int) {
-      Asked << sTitle;
-      return static_cast<int>(CMessageBox::DECLINED);
-    });
-    PerformAction(ACTION_FILE_OPEN, PROJECT);
+    const auto Open = [] { PerformAction(ACTION_FILE_OPEN, PROJECT); };
+    QCOMPARE(BoxesOf(Open, {QDialogButtonBox::No}), QStringList{u"Stop Debugging"_s});
     QVERIFY(CDevice::Get().IsConnected());
-    QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
+    QApplication::setActiveWindow(m_pWindow);
+    const auto Stop = [this] { QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier); };
+    QCOMPARE(BoxesOf(Stop, {}), QStringList());
     QVERIFY(Disconnects());
-    QCOMPARE(Asked, QStringList{u"Stop Debugging"_s});
-    CMessageBox::SetResponder(nullptr);
     QTRY_VERIFY(GetAction(ACTION_DEBUG_START)->isEnabled());
     QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.vdebug"_s));
   }
@@ -182,24 +178,20 @@ private Q_SLOTS:
     QVERIFY(Halts());
     PerformAction(ACTION_DEBUG_CONTINUE);
     QVERIFY(Runs());
-    QStringList Asked;
-    int Answer = CMessageBox::OTHER;
-    CMessageBox::SetResponder([&](const QString& sTitle, const QString&, int) {
-      Asked << sTitle;
-      return Answer;
-    });
-    QVERIFY(!m_pWindow->close());
-    QCOMPARE(Asked, QStringList{u"Save Project Changes?"_s});
+    const auto Close = [this] { QVERIFY(!m_pWindow->close()); };
+    QCOMPARE(BoxesOf(Close, {QDialogButtonBox::Cancel}), QStringList{u"Save Project Changes?"_s});
     QVERIFY(!CMainWindow::IsShuttingDown() && m_pWindow->isVisible() && CDevice::Get().IsConnected());
     QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible());
     PerformAction(ACTION_DEBUG_HALT);
     QVERIFY(Halts());
-    PerformAction(ACTION_DEBUG_STOP);
+    // Another project ends the session and drops this one, if both are wanted.
+    const auto Open = [] { PerformAction(ACTION_FILE_OPEN, PROJECT); };
+    const QStringList Both = {u"Stop Debugging"_s, u"Save Project Changes?"_s};
+    QCOMPARE(BoxesOf(Open, {QDialogButtonBox::Yes, QDialogButtonBox::Cancel}), Both);
     QVERIFY(Disconnects());
-    Answer = CMessageBox::DECLINED;
-    PerformAction(ACTION_FILE_OPEN, PROJECT);
+    QVERIFY(CProject::Get().IsModified());
+    QCOMPARE(BoxesOf(Open, {QDialogButtonBox::No}), Both.last(1));
     QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && !CProject::Get().IsModified(), FRAME_WAIT_MS);
-    CMessageBox::SetResponder(nullptr);
   }
 
   void closingEndsAnEndlessScript() {

@@ -105,17 +105,9 @@ private:
 
   // The title of the box that came up, empty for none.
   QString ComeBack(QDialogButtonBox::StandardButton Answer) {
-    QString sTitle;
-    QTimer::singleShot(0, qApp, [&sTitle, Answer] {
-      auto* const pBox = qobject_cast<CMessageBox*>(QApplication::activeModalWidget());
-      if (!pBox) return;
-      sTitle = pBox->windowTitle().trimmed();
-      QTest::mouseClick(pBox->Button(Answer), Qt::LeftButton);
-    });
-    Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
-    QCoreApplication::processEvents();
+    const QStringList Titles = BoxesOf([] { Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive); }, {Answer});
     QApplication::setActiveWindow(m_pWindow);
-    return sTitle;
+    return Titles.join(u',');
   }
 
   QTemporaryDir m_Dir;
