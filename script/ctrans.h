@@ -63,6 +63,8 @@ public:
   int ParseGlobals();
 
   bool HasScriptFunction(std::string_view sName) const;
+  // Of a function of the script; 0 if there is none.
+  U32 GetNumParams(std::string_view sName) const;
   // Runs a function without arguments. CTRANS_RESULTS; the function's own result does not reach the caller.
   int CallFunction(std::string_view sName);
 

@@ -96,6 +96,10 @@ bool CTrans::HasScriptFunction(std::string_view sName) const {
          It->second->pFunction->NativeIndex < 0;
 }
 
+U32 CTrans::GetNumParams(std::string_view sName) const {
+  return HasScriptFunction(sName) ? static_cast<U32>(m_pEngine->Globals.find(sName)->second->pFunction->NumParams) : 0;
+}
+
 int CTrans::CallFunction(std::string_view sName) {
   ENGINE& Engine = *m_pEngine;
   if (Engine.HasError || !Engine.sAbortReason.empty()) return CTRANS_FAILED;

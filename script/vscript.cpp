@@ -178,6 +178,12 @@ int Load(const QString& sPath) {
              QLatin1String(GetHookInfo(HOOK_ON_PROJECT_LOAD)->sPrototype));
     return -1;
   }
+  for (int FuncID = 1; FuncID <= NUM_HOOKS && !S.HasScriptError; ++FuncID) {
+    const QString sName = GetHookName(FuncID);
+    if (S.pCTrans->GetNumParams(sName.toStdString()) == 0) continue;
+    PrintConsoleError(
+        QStringLiteral("The function \"%1\" of the project takes parameters and can't be called").arg(sName));
+  }
   return Result;
 }
 

@@ -116,6 +116,8 @@ TEST_F(HookSession, ALostScriptLeavesTheProgramAlive) {
       {"void OnProjectLoad (void) { OnProjectLoad (); }\n", "Out of memory at line 1"},
       {"void OnProjectLoad (void) { while (1) { Window.Show (\"\"); } }\n", "Out of memory at line 1"},
       {"void OnProjectLoad (void) { Target.ReadU32 (Target.GetReg (\"R99\")); Target.GetReg (5); }\n", ""},
+      {"void TargetReset (int Mode) { }\nvoid OnProjectLoad (void) { }\n",
+       "\"TargetReset\" of the project takes parameters"},
       {"void TargetConnect (void) { }\nvoid OnProjectLoad (void) { Project.SetDevice (\"nRF52840_xxAA\");\n"
        "Project.SetHostIF (\"USB\", \"\"); Project.SetTargetIF (\"SWD\"); Debug.Connect (); }\n",
        "Connection failed"},
