@@ -199,7 +199,8 @@ bool CDevice::IsHaltUnderWay() const {
 bool CDevice::WaitUntilHalted(int TimeoutMS) {
   QElapsedTimer Timer;
   Timer.start();
-  while (!IsHalted() && Timer.elapsed() < TimeoutMS) QThread::msleep(1);
+  // A halt whose sequence goes on is not reported yet.
+  while ((!IsHalted() || IsHaltUnderWay()) && Timer.elapsed() < TimeoutMS) QThread::msleep(1);
   return IsHalted();
 }
 

@@ -21,6 +21,9 @@ CDeviceOps::CDeviceOps(CDeviceContext& Ctx)
 
 void CDeviceOps::CheckHandleNotifications() {
   DEVICE_REQUESTS& Requests = Ctx.State.Requests;
+  if (Requests.PendingConnectMode == NO_REQUEST && Requests.PendingResetMode == NO_REQUEST &&
+      !Requests.bInitRegsPending)
+    return;
   Requests.bHandling = true;
   const U64 ConnectMode = Requests.PendingConnectMode.exchange(NO_REQUEST);
   if (ConnectMode != NO_REQUEST) {

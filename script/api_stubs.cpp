@@ -23,6 +23,7 @@ namespace {
 constexpr U64 FAILED = 0xFFFFFFFF;  // -1 as scripts see it
 constexpr int HALT_WAIT_MS = 100;
 constexpr int CONTROL_JOBS_WAIT_MS = 120'000;
+constexpr int REQUESTS_WAIT_MS = 5000;
 constexpr int EVENTS_AFTER_WAIT = 10;
 
 enum class PARAM { TEXT, SIGNED, UNSIGNED, BP_TYPE, ACCESS_TYPE, ACCESS_SIZE };
@@ -76,12 +77,23 @@ bool CheckArg(const CTrans& Engine, PARAM Kind, U64 Value) {
   return false;
 }
 
+// What the device thread completes after a function of the project stood in for an operation.
+void WaitForRequests() {
+  CDevice& Device = CDevice::Get();
+  if (!Device.IsRequestPending()) return;
+  QElapsedTimer Timer;
+  Timer.start();
+  while (Device.isRunning() && Device.IsRequestPending() && Timer.elapsed() < REQUESTS_WAIT_MS) QThread::msleep(1);
+  Device.ProcessEvents(EVENTS_AFTER_WAIT);
+}
+
 // The device work of a command that has just run.
 bool WaitForCommand(U32 ActionID) {
   if (ActionID == ACTION_DEBUG_START) return WaitForControlJobs();
   for (const JOB_WAIT& Wait : AllJobWaits()) {
     if (Wait.ActionID == ActionID) WaitForJobDone(Wait.JobType, Wait.ProcessEvents);
   }
+  WaitForRequests();
   if (ActionID == ACTION_DEBUG_HALT || ActionID == ACTION_EXEC_RESET) CDevice::Get().WaitUntilHalted(HALT_WAIT_MS);
   return true;
 }

@@ -5,6 +5,7 @@
 #include <QStringDecoder>
 
 #include "base/msg_flags.h"
+#include "base/text.h"
 #include "shell/log/log.h"
 
 QString ReadTextFile(const QString& sPath, bool* pOk) {
@@ -19,9 +20,7 @@ QString ReadTextFile(const QString& sPath, bool* pOk) {
 }
 
 bool WriteTextFile(const QString& sPath, QString sText) {
-  sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-  sText.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  sText.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+  sText = WithUnixLineEnds(sText).replace(QLatin1Char('\n'), QLatin1String("\r\n"));
   const QByteArray Bytes = sText.toUtf8();
   QSaveFile File(sPath);
   // The flush is not superfluous: commit() does not see that its own failed, and puts a cut file in the old one's

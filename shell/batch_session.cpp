@@ -10,6 +10,9 @@
 #include <cstdio>
 
 #include "device/device.h"
+#include "project/file_classes.h"
+#include "project/project.h"
+#include "script/vscript.h"
 #include "shell/actions/command_console.h"
 #include "shell/log/console_print.h"
 #include "shell/main_window.h"
@@ -120,8 +123,8 @@ void CBatchSession::Step() {
   if (m_Wait != WAIT_NONE) {
     if (IsWaitOver()) {
       m_Wait = WAIT_NONE;
-    } else if (m_WaitTime.elapsed() > m_WaitLimitMS && m_Line == 0) {
-      m_Wait = WAIT_NONE;  // nobody asked for it
+      // The console has said why.
+      if (m_Line == 0 && IsProjectMissing()) Finish(1);
     } else if (m_WaitTime.elapsed() > m_WaitLimitMS) {
       Fail(QStringLiteral("timeout after %1 ms").arg(m_WaitLimitMS));
     }
@@ -131,6 +134,12 @@ void CBatchSession::Step() {
     Finish(m_ExitCode);
   }
   m_bInStep = false;
+}
+
+// A project of the command line could not be opened, or its functions not be read.
+bool CBatchSession::IsProjectMissing() const {
+  const bool bWanted = IsProjectFile(WithoutFile(QCoreApplication::arguments()).value(1));
+  return bWanted && (CProject::Get().GetFileName().isEmpty() || VScript::HasError());
 }
 
 void CBatchSession::RunLine(QString sLine) {
@@ -229,7 +238,8 @@ bool CBatchSession::TakeScreenshot(const QStringList& Words) {
 }
 
 void CBatchSession::Fail(const QString& sText) {
-  Print(QStringLiteral("%1: %2").arg(m_Lines.value(m_Line - 1).trimmed(), sText));
+  const QString sWhere = m_Line > 0 ? m_Lines.value(m_Line - 1).trimmed() : QStringLiteral("start");
+  Print(QStringLiteral("%1: %2").arg(sWhere, sText));
   Finish(1);
 }
 

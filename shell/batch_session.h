@@ -36,6 +36,7 @@ private:
   void RunCommand(const QString& sCommand, bool bMayFail);
   bool StartWait(const QStringList& Words);
   bool IsWaitOver() const;
+  bool IsProjectMissing() const;
   bool TakeScreenshot(const QStringList& Words);
   void PrintMessages();
   void Fail(const QString& sText);

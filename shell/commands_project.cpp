@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
@@ -20,6 +21,7 @@
 #include "shell/dialogs/device_selection_dialog.h"
 #include "shell/log/log.h"
 #include "shell/main_window.h"
+#include "shell/session_controller.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/preferences.h"
 #include "shell/settings/sys_vars.h"
@@ -229,14 +231,18 @@ void SetTraceTiming(COMMAND_CONTEXT&) {
   for (size_t i = 0; i < Delays.size(); ++i) SetVarValue(GetVarInfo(VARS[i]), static_cast<U32>(Delays[i]), 0);
 }
 
-void RelocateSymbols(COMMAND_CONTEXT&) {
+void RelocateSymbols(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_PROJ_RELOCATE_SYMBOLS;
   if (!CheckActionArgs(ID)) return;
   bool bOk = false;
   const qint64 Offset = Arg(ID, 1).toLongLong(&bOk, 0);
   if (!bOk || Offset < INT32_MIN || Offset > UINT32_MAX) return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 1));
   if (ELFAPI_AddRelocation(Arg(ID, 0), static_cast<I32>(Offset)) < 0)
-    Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 0));
+    return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 0));
+  // What is known of a loaded program's addresses has changed.
+  VCore::ResetCache();
+  Context.Session.EvalBreakSymbol();
+  Context.Window.RefreshWindows();
 }
 
 void SetConsoleLogFile(COMMAND_CONTEXT& Context) {

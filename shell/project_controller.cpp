@@ -24,29 +24,6 @@
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"
 
-namespace {
-
-struct RTOS_SIGN {
-  const char* sSymbol;
-  const char* sRtos;
-  const char* sPlugin;
-};
-
-constexpr RTOS_SIGN RTOS_SIGNS[] = {{"OS_Global", "lumOS", "lumosPlugin"},
-                                    {"pxCurrentTCB", "FreeRTOS", "FreeRTOSPlugin"}};
-
-void HintAtRtos() {
-  for (const RTOS_SIGN& Sign : RTOS_SIGNS) {
-    if (ELFAPI_FindSymbols(QLatin1String(Sign.sSymbol), true, false, false, true).isEmpty()) continue;
-    PrintConsole(
-        QStringLiteral("The target application seems to be using %1, but %1-awareness is not enabled.\nTo enable "
-                       "%1-awareness in Vexor, add command 'Project.SetOSPlugin(\"%2\")' to the project file.")
-            .arg(QLatin1String(Sign.sRtos), QLatin1String(Sign.sPlugin)));
-  }
-}
-
-}  // namespace
-
 CProjectController::CProjectController(IProjectView& View, CSessionController& Session, CProgramLoader& Loader)
     : sDefaultDirOpen(QDir::homePath()),
       sDefaultDirSave(QDir::homePath()),
@@ -182,7 +159,6 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
   m_Session.ExecScriptFunc(HOOK_ON_PROJECT_LOAD);
   m_Session.SetLoadingProject(false);
   LoadDefaultRegisterFile();
-  HintAtRtos();
   if (!AreSettingsInMemory()) m_View.LoadUserFile(CProject::GetUserFileName(sPath));
   m_View.OnProjectStateChanged();
 }

@@ -83,7 +83,7 @@ int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
   if (!Device().IsConnected() || sFile.isEmpty()) return -1;
   const QMemBlocks Blocks = DataOf(sFile, Addr, m_LoadAddress);
   if (Blocks.isEmpty()) {
-    PrintConsole(QStringLiteral("\"%1\" was not written: it holds no data").arg(sFile));
+    PrintConsole(QStringLiteral("\"%1\" was not written: there is no data to write").arg(sFile));
     CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
     return -1;
   }

@@ -155,6 +155,7 @@ void ArrangeToolBars(const QList<TOOL_BAR_STEP>& Steps, QMainWindow& Main, const
     Main.addToolBar(Qt::TopToolBarArea, pBar);
     if (Step.bFloating) {
       pBar->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+      pBar->setAttribute(Qt::WA_ShowWithoutActivating);
       pBar->adjustSize();
       pBar->move(OnAScreen({Step.x, Step.y}, pBar->size()));
     }
@@ -167,19 +168,17 @@ void ArrangeToolBars(const QList<TOOL_BAR_STEP>& Steps, QMainWindow& Main, const
 USER_FILE MeasureLayout(const QMainWindow& Main, const QList<CWindow*>& Windows, const QList<QToolBar*>& ToolBars) {
   USER_FILE File;
   QList<PLACED_ITEM> Docks, Bars;
+  QHash<QString, bool> FilterBars;
   for (const CWindow* const pWindow : Windows) {
-    if (CDockWindow* const pDock = pWindow->GetDock()) Docks << PlaceOf(Main, *pDock);
+    if (CDockWindow* const pDock = pWindow->GetDock()) {
+      Docks << PlaceOf(Main, *pDock);
+      FilterBars.insert(pDock->objectName(), pWindow->TestFlag(WF_FILTER_BAR));
+    }
     if (const QString sText = pWindow->GetUserConfigStr(); !sText.isEmpty()) File.WindowTexts << sText;
   }
   for (const QToolBar* const pBar : ToolBars) Bars << PlaceOf(*pBar);
   File.Docks = RecordsOfDocks(Docks);
-  for (DOCK_RECORD& Record : File.Docks) {
-    const auto IsItsWindow = [&Record](const CWindow* pWindow) {
-      return pWindow->GetDock() && pWindow->GetDock()->objectName() == Record.sName;
-    };
-    const auto It = std::find_if(Windows.cbegin(), Windows.cend(), IsItsWindow);
-    Record.FilterBarShown = (*It)->TestFlag(WF_FILTER_BAR);
-  }
+  for (DOCK_RECORD& Record : File.Docks) Record.FilterBarShown = FilterBars.value(Record.sName);
   File.ToolBars = RecordsOfToolBars(Bars);
   return File;
 }

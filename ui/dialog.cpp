@@ -80,17 +80,18 @@ void CDialog::RestoreHeaders() {
   QMetaObject::invokeMethod(
       this,
       [this] {
+        m_Headers.clear();
         for (QTableView* const pTable : findChildren<QTableView*>())
-          m_Headers[pTable] = pTable->horizontalHeader()->saveState();
+          m_Headers.append({pTable, pTable->horizontalHeader()->saveState()});
       },
       Qt::QueuedConnection);
 }
 
 // What the user left as it was keeps following the contents and their font.
 void CDialog::StoreHeaders() {
-  for (auto It = m_Headers.cbegin(); It != m_Headers.cend(); ++It) {
-    const QByteArray State = It.key()->horizontalHeader()->saveState();
-    if (State != It.value()) StoreSetting(HeaderKey(It.key()), State);
+  for (const auto& [pTable, Before] : std::as_const(m_Headers)) {
+    const QByteArray State = pTable ? pTable->horizontalHeader()->saveState() : Before;
+    if (State != Before) StoreSetting(HeaderKey(pTable), State);
   }
 }
 

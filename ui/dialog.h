@@ -3,7 +3,8 @@
 #include <functional>
 
 #include <QDialog>
-#include <QHash>
+#include <QList>
+#include <QPair>
 #include <QPointer>
 #include <QVariant>
 
@@ -46,7 +47,7 @@ private:
   void StoreHeaders();
 
   SETTING_GROUP m_Group;
-  QHash<QTableView*, QByteArray> m_Headers;  // as they were when the dialog was shown
+  QList<QPair<QPointer<QTableView>, QByteArray>> m_Headers;  // as they were when the dialog was shown
   QPointer<QWidget> m_pParent;
   bool m_bFixed = false;
   bool m_bPlaced = false;

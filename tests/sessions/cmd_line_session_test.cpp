@@ -56,6 +56,15 @@ TEST_F(CmdLineSession, AProjectMayStandBehindTheBatchFile) {
       .Expect(0, {"traffic_light.vdebug", "traffic_light.elf"});
 }
 
+TEST_F(CmdLineSession, AProjectThatCannotBeOpenedEndsTheSession) {
+  const QString sBatch = Write("batch.txt", "Util.Log never\n");
+  const QString sBad = Write("bad.vdebug", "nonsense;\n");
+  for (const auto& [sProject, sWhy] :
+       {std::pair{Path("none.vdebug"), "file not found"}, {sBad, "Error in project file"}}) {
+    RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"), {u"-batch"_s, sBatch, sProject}).Expect(1, {sWhy}, {"never"});
+  }
+}
+
 TEST_F(CmdLineSession, TooFewOptionsMakeNoProject) {
   RunSession(u"@wait idle\n"_s, TARGET.first(3)).Expect(0, {"the command line lacks -if."}, {"Project."});
 }

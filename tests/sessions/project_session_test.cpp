@@ -67,19 +67,4 @@ TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComes) {
   EXPECT_EQ(AddressOf(sElf, u"main"_s) + 0x100, Run.Value(0)) << Run.sOutput.toStdString();
 }
 
-TEST_F(ProjectSession, AProgramWithAnRtosGetsAHint) {
-  const QString sElf = Path("rtos.elf");
-  const QString sSource = Write("rtos.s",
-                                ".cpu cortex-m4\n.thumb\n.global main\n.thumb_func\nmain: bx lr\n"
-                                ".type pxCurrentTCB, %object\npxCurrentTCB: .word 0\n.size pxCurrentTCB, 4\n");
-  RunProgram(u"arm-none-eabi-as"_s, {u"-o"_s, Path("rtos.o"), sSource}).Expect(0);
-  RunProgram(u"arm-none-eabi-ld"_s, {u"-o"_s, sElf, u"-e"_s, u"main"_s, Path("rtos.o")}).Expect(0);
-  const QByteArray Load = "void OnProjectLoad (void) {\n  File.Open (\"" + sElf.toUtf8() + "\");\n}\n";
-  RunWithFile(Write("rtos.vdebug", Load))
-      .Expect(0,
-              {"The target application seems to be using FreeRTOS, but FreeRTOS-awareness is not enabled.",
-               "To enable FreeRTOS-awareness in Vexor, add command 'Project.SetOSPlugin(\"FreeRTOSPlugin\")' to the"},
-              {"lumOS"});
-}
-
 }  // namespace

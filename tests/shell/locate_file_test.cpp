@@ -50,7 +50,7 @@ private Q_SLOTS:
       auto* const pDialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
       QVERIFY(pDialog);
       QCOMPARE(pDialog->windowTitle(), u"Locate File"_s);
-      QCOMPARE(pDialog->nameFilters(), QStringList{u"Source Files (*.c)"_s});
+      QCOMPARE(pDialog->nameFilters(), (QStringList{u"Source Files (*.c)"_s, u"All Files (*)"_s}));
       pDialog->findChild<QLineEdit*>()->setText(Path("moved/src/main.c"));
       QTest::keyClick(pDialog->findChild<QLineEdit*>(), Qt::Key_Return);
     });

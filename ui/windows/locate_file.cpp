@@ -48,7 +48,9 @@ bool TakeLocatedFile(const QString& sMissing, const QString& sChosen) {
 
 void LocateFile(QWidget* pParent, const QString& sMissing) {
   const QString sDir = QFileInfo(CProject::Get().GetProgramFile()).absolutePath();
-  const QString sFilter = QStringLiteral("Source Files (*.%1)").arg(QFileInfo(NameOf(sMissing)).suffix());
+  const QString sSuffix = QFileInfo(NameOf(sMissing)).suffix();
+  QString sFilter = QStringLiteral("All Files (*)");
+  if (!sSuffix.isEmpty()) sFilter.prepend(QStringLiteral("Source Files (*.%1);;").arg(sSuffix));
   const QString sChosen = QFileDialog::getOpenFileName(pParent, QStringLiteral("Locate File"), sDir, sFilter);
   if (!sChosen.isEmpty()) TakeLocatedFile(sMissing, sChosen);
 }

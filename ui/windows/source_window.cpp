@@ -282,11 +282,14 @@ void CSourceWindow::ReloadDocuments() {
 
 void CSourceWindow::ResolveDocuments() {
   SOURCE_WINDOW_STATE& S = *m_pState;
+  S.SaveView();
   for (qsizetype i = 0; i < S.Documents.size(); ++i) {
     SOURCE_DOCUMENT& Document = S.Documents[i];
     if (FindSourceFile(Document.sFilePath) == Document.sResolvedPath) continue;
-    const SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
+    SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
     if (!Fresh.bExists) continue;
+    Fresh.SliderPos = Document.SliderPos;
+    Fresh.CursorPos = Document.CursorPos;
     Document = Fresh;
     S.pTabs->setTabText(static_cast<int>(i), QFileInfo(Fresh.sResolvedPath).fileName());
     if (i != S.Shown) continue;
