@@ -7,13 +7,13 @@
 #include "project/project.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
+#include "shell/actions/command_console.h"
 #include "shell/commands.h"
 #include "shell/dialogs/device_records.h"
 #include "shell/dialogs/trace_settings_dialog.h"
 #include "shell/dialogs/vnode_settings_dialog.h"
 #include "shell/log/log.h"
 #include "shell/main_window.h"
-#include "shell/settings/sys_vars.h"
 #include "shell/vnode_commands.h"
 #include "ui/message_box.h"
 
@@ -58,8 +58,7 @@ void EditTraceSettings(COMMAND_CONTEXT& Context) {
     LogMsg(QStringLiteral("Could not write trace settings to the project file. See the log file for details."),
            MSG_ERROR | MSG_TO_ALL);
   }
-  for (const TRACE_CHANGE& Change : TraceChanges(Before, After))
-    PerformAction(ACTION_EDIT_SYS_VAR, GetVarName(Change.VarID), Change.sValue);
+  for (const QString& sCommand : TraceChanges(Before, After)) ExecuteCommand(sCommand);
 }
 
 constexpr COMMAND_HANDLER HANDLERS[] = {

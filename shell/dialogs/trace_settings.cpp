@@ -6,6 +6,28 @@
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 
+namespace {
+
+QString SourceCommand(const TRACE_SETTINGS& Settings) {
+  return MakeCommandText(ACTION_PROJ_SET_TRACE_SOURCE, {GetVarText(GetVarInfo(VAR_TRACE_SOURCE), Settings.Source)});
+}
+
+QString PortWidthCommand(const TRACE_SETTINGS& Settings) {
+  return MakeCommandText(ACTION_PROJ_SET_TRACE_PORT_WIDTH, {QString::number(Settings.PortWidth)});
+}
+
+QString TimingCommand(const TRACE_SETTINGS& Settings) {
+  QStringList Delays;
+  for (const I32 Delay : Settings.aDelay) Delays << QString::number(Delay);
+  return MakeCommandText(ACTION_PROJ_SET_TRACE_TIMING, Delays);
+}
+
+QString SwoCommand(const TRACE_SETTINGS& Settings) {
+  return MakeCommandText(ACTION_PROJ_CONFIG_SWO, {FrequencyText(Settings.SWOSpeed), FrequencyText(Settings.CPUSpeed)});
+}
+
+}  // namespace
+
 TRACE_SETTINGS GetTraceSettings(bool bTiming) {
   TRACE_SETTINGS Settings;
   Settings.Source = GetVarValue(VAR_TRACE_SOURCE);
@@ -19,38 +41,23 @@ TRACE_SETTINGS GetTraceSettings(bool bTiming) {
 }
 
 QStringList TraceCommands(const TRACE_SETTINGS& Settings) {
-  const QString sSource = GetVarText(GetVarInfo(VAR_TRACE_SOURCE), Settings.Source);
-  QStringList Commands = {MakeCommandText(ACTION_PROJ_SET_TRACE_SOURCE, {sSource})};
+  QStringList Commands = {SourceCommand(Settings)};
   if (Settings.Source == TRACE_SOURCE_ETM) {
-    Commands << MakeCommandText(ACTION_PROJ_SET_TRACE_PORT_WIDTH, {QString::number(Settings.PortWidth)});
-    QStringList Delays;
-    for (const I32 Delay : Settings.aDelay) Delays << QString::number(Delay);
-    if (Settings.bTiming) Commands << MakeCommandText(ACTION_PROJ_SET_TRACE_TIMING, Delays);
+    Commands << PortWidthCommand(Settings);
+    if (Settings.bTiming) Commands << TimingCommand(Settings);
   }
-  if (Settings.Source == TRACE_SOURCE_SWO) {
-    Commands << MakeCommandText(ACTION_PROJ_CONFIG_SWO,
-                                {FrequencyText(Settings.SWOSpeed), FrequencyText(Settings.CPUSpeed)});
-  }
+  if (Settings.Source == TRACE_SOURCE_SWO) Commands << SwoCommand(Settings);
   return Commands;
 }
 
-QList<TRACE_CHANGE> TraceChanges(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To) {
-  QList<TRACE_CHANGE> Changes;
-  const auto Compare = [&Changes](U32 VarID, auto Old, auto New) {
-    if (Old != New) Changes.append({VarID, GetVarText(GetVarInfo(VarID), static_cast<U32>(New))});
-  };
-  Compare(VAR_TRACE_SOURCE, From.Source, To.Source);
+QStringList TraceChanges(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To) {
+  QStringList Commands;
+  if (From.Source != To.Source) Commands << SourceCommand(To);
   if (To.Source == TRACE_SOURCE_ETM) {
-    Compare(VAR_TRACE_PORT_WIDTH, From.PortWidth, To.PortWidth);
-    for (U32 i = 0; i < NUM_TRACE_DELAYS; ++i) Compare(VAR_TRACE_PORT_DELAY_0 + i, From.aDelay[i], To.aDelay[i]);
+    if (From.PortWidth != To.PortWidth) Commands << PortWidthCommand(To);
+    if (From.aDelay != To.aDelay || From.bTiming != To.bTiming) Commands << TimingCommand(To);
   }
-  if (To.Source == TRACE_SOURCE_SWO) {
-    Compare(VAR_SWO_SPEED, From.SWOSpeed, To.SWOSpeed);
-    Compare(VAR_SWO_CPU_SPEED, From.CPUSpeed, To.CPUSpeed);
-  }
-  return Changes;
-}
-
-bool IsTraceChanged(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To) {
-  return !TraceChanges(From, To).isEmpty() || (To.Source == TRACE_SOURCE_ETM && From.bTiming != To.bTiming);
+  const bool bClocks = From.SWOSpeed != To.SWOSpeed || From.CPUSpeed != To.CPUSpeed;
+  if (To.Source == TRACE_SOURCE_SWO && bClocks) Commands << SwoCommand(To);
+  return Commands;
 }

@@ -27,12 +27,5 @@ TRACE_SETTINGS GetTraceSettings(bool bTiming);
 // Every setting that the source uses, as the commands that a project stores.
 QStringList TraceCommands(const TRACE_SETTINGS& Settings);
 
-// A system variable and its new value.
-struct TRACE_CHANGE {
-  U32 VarID;
-  QString sValue;
-};
-// The variables that the source uses and that differ.
-QList<TRACE_CHANGE> TraceChanges(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To);
-// Whether anything that the source uses differs, be it only what the project stores.
-bool IsTraceChanged(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To);
+// Those of them that say something new, for the running session: empty if nothing differs.
+QStringList TraceChanges(const TRACE_SETTINGS& From, const TRACE_SETTINGS& To);

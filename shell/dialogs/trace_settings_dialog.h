@@ -20,7 +20,7 @@ public:
 
   // What is shown, in all that the chosen source uses.
   TRACE_SETTINGS Settings() const;
-  bool IsModified() const { return IsTraceChanged(m_Before, Settings()); }
+  bool IsModified() const { return !TraceChanges(m_Before, Settings()).isEmpty(); }
 
   void OnDeviceGetSWOSpeedsDone(U32 CPUSpeedHz, U32 NumItems, U32* paSpeedsHz) override;
   void OnDeviceMeasureCoreSpeedDone(U32 SpeedHz) override;

@@ -45,27 +45,25 @@ private Q_SLOTS:
     const std::tuple<QList<INPUT>, QStringList, QStringList> aCases[] = {
         {{{"TraceSource", u"Trace Pins"_s}, {"TracePortWidth", u"2 Bit"_s}},
          {u"Project.SetTraceSource (\"Trace Pins\");"_s, u"Project.SetTracePortWidth (2);"_s},
-         {u"Edit.SysVar (VAR_TRACE_SOURCE, \"Trace Pins\");"_s, u"Edit.SysVar (VAR_TRACE_PORT_WIDTH, \"2 bit\");"_s}},
+         {u"Project.SetTraceSource (\"Trace Pins\");"_s, u"Project.SetTracePortWidth (2);"_s}},
         {{{"OverrideTimings", u"on"_s}, {"Delay0", u"-0.05 ns"_s}},
          {u"Project.SetTraceSource (\"Trace Pins\");"_s, u"Project.SetTracePortWidth (2);"_s,
           u"Project.SetTraceTiming (-50, -50, -50, -50);"_s},
-         {u"Edit.SysVar (VAR_TRACE_PORT_DELAY_0, -50);"_s, u"Edit.SysVar (VAR_TRACE_PORT_DELAY_1, -50);"_s,
-          u"Edit.SysVar (VAR_TRACE_PORT_DELAY_2, -50);"_s, u"Edit.SysVar (VAR_TRACE_PORT_DELAY_3, -50);"_s}},
+         {u"Project.SetTraceTiming (-50, -50, -50, -50);"_s}},
         {{{"IdenticalDelays", u"off"_s}, {"Delay1", u"+2.00 ns"_s}},
          {u"Project.SetTraceSource (\"Trace Pins\");"_s, u"Project.SetTracePortWidth (2);"_s,
           u"Project.SetTraceTiming (-50, 2000, -50, -50);"_s},
-         {u"Edit.SysVar (VAR_TRACE_PORT_DELAY_1, 2000);"_s}},
+         {u"Project.SetTraceTiming (-50, 2000, -50, -50);"_s}},
         {{{"TraceSource", u"SWO"_s},
           {"CPUClockAuto", u"off"_s},
           {"CPUClock", u"64000000"_s},
           {"SWOClockAuto", u"off"_s},
           {"SWOClock", u"2000000"_s}},
          {u"Project.SetTraceSource (\"SWO\");"_s, u"Project.ConfigSWO (\"2 MHz\", \"64000000 Hz\");"_s},
-         {u"Edit.SysVar (VAR_TRACE_SOURCE, \"SWO\");"_s, u"Edit.SysVar (VAR_SWO_SPEED, FREQ_2_MHZ);"_s,
-          u"Edit.SysVar (VAR_SWO_CPU_SPEED, 64000000);"_s}},
+         {u"Project.SetTraceSource (\"SWO\");"_s, u"Project.ConfigSWO (\"2 MHz\", \"64000000 Hz\");"_s}},
         {{{"TraceSource", u"None"_s}},
          {u"Project.SetTraceSource (\"None\");"_s},
-         {u"Edit.SysVar (VAR_TRACE_SOURCE, \"None\");"_s}},
+         {u"Project.SetTraceSource (\"None\");"_s}},
     };
     for (const auto& [Inputs, Stored, Shown] : aCases) {
       m_Session.ClearConsole();
@@ -75,7 +73,7 @@ private Q_SLOTS:
       QCOMPARE(m_Project.Commands(), PROJECT + Stored);
       QStringList Lines;
       for (const QString& sLine : ConsoleText(*m_Session.Window()).split(u'\n')) {
-        if (sLine.contains("Edit.SysVar")) Lines << sLine.mid(sLine.indexOf("Edit."));
+        if (sLine.contains("Project.")) Lines << sLine.mid(sLine.indexOf("Project."));
       }
       QCOMPARE(Lines, Shown);
     }
@@ -176,7 +174,7 @@ private Q_SLOTS:
     Run({});
     Run({{"TraceSource", u"SWO"_s}, {"TraceSource", u"None"_s}});
     QCOMPARE(Question.Asked(), QStringList());
-    QVERIFY(!ConsoleText(*m_Session.Window()).contains("Edit.SysVar"));
+    QVERIFY(!ConsoleText(*m_Session.Window()).contains("Project."));
   }
 
 private:
