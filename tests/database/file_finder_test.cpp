@@ -8,8 +8,8 @@ namespace {
 class FileFinderTest : public FinderTest {
 protected:
   FileFinderTest() {
-    Make({"@/project/demo.vdebug", "@/project/src/main.c", "@/project/local.c", "@/root/src/main.c",
-          "@/root/only_root.c", "@/search/lost.c", "@/search/sub/deep.c", "@/app/Config/Peripherals/chip.xml",
+    Make({"@/project/demo.vdebug", "@/project/src/main.c", "@/project/local.c", "@/base/src/main.c",
+          "@/base/only_root.c", "@/search/lost.c", "@/search/sub/deep.c", "@/app/Config/Peripherals/chip.xml",
           "@/app/Config/CPU/core.svd", "@/app/Plugins/OS/kernel.so", "@/app/Doc/manual.pdf", "@/program/beside.c",
           "@/search/image.elf", "@/project/own.svd", "@/project/own.xml", "@/project/lib/image.hex"});
     m_Finder.SetMessageSink([this](const QString& sText, U32 Flags) {
@@ -41,9 +41,9 @@ TEST_F(FileFinderTest, ExpandsMacros) {
 }
 
 TEST_F(FileFinderTest, ADirectoryIsNoFile) {
-  Make({"@/root/local.c/inside.c"});
-  m_Finder.AddRootPath(Full("@/root"));
-  ExpectFound({{"local.c", "@/project/local.c"}, {"local.c/inside.c", "@/root/local.c/inside.c"}});
+  Make({"@/base/local.c/inside.c"});
+  m_Finder.AddRootPath(Full("@/base"));
+  ExpectFound({{"local.c", "@/project/local.c"}, {"local.c/inside.c", "@/base/local.c/inside.c"}});
 }
 
 TEST_F(FileFinderTest, LooksForEachKindInItsPlaces) {
@@ -68,10 +68,10 @@ TEST_F(FileFinderTest, LooksForEachKindInItsPlaces) {
 TEST_F(FileFinderTest, RootPathsComeFirstInTheirOrder) {
   m_Finder.AddRootPath(u"../root"_s);  // relative to the project
   ExpectFound(
-      {{"src/main.c", "@/root/src/main.c"}, {"only_root.c", "@/root/only_root.c"}, {"local.c", "@/project/local.c"}});
+      {{"src/main.c", "@/base/src/main.c"}, {"only_root.c", "@/base/only_root.c"}, {"local.c", "@/project/local.c"}});
   m_Finder.Clear();
   m_Finder.AddRootPath(Full("@/project"));
-  m_Finder.AddRootPath(Full("@/root"));
+  m_Finder.AddRootPath(Full("@/base"));
   ExpectFound({{"src/main.c", "@/project/src/main.c"}});
 }
 
