@@ -9,7 +9,7 @@ class FileFinderTest : public FinderTest {
 protected:
   FileFinderTest() {
     Make({"@/project/demo.vdebug", "@/project/src/main.c", "@/project/local.c", "@/base/src/main.c",
-          "@/base/only_root.c", "@/search/lost.c", "@/search/sub/deep.c", "@/app/Config/Peripherals/chip.xml",
+          "@/base/only_base.c", "@/search/lost.c", "@/search/sub/deep.c", "@/app/Config/Peripherals/chip.xml",
           "@/app/Config/CPU/core.svd", "@/app/Plugins/OS/kernel.so", "@/app/Doc/manual.pdf", "@/program/beside.c",
           "@/search/image.elf", "@/project/own.svd", "@/project/own.xml", "@/project/lib/image.hex"});
     m_Finder.SetMessageSink([this](const QString& sText, U32 Flags) {
@@ -66,9 +66,9 @@ TEST_F(FileFinderTest, LooksForEachKindInItsPlaces) {
 }
 
 TEST_F(FileFinderTest, RootPathsComeFirstInTheirOrder) {
-  m_Finder.AddRootPath(u"../root"_s);  // relative to the project
+  m_Finder.AddRootPath(u"../base"_s);  // relative to the project
   ExpectFound(
-      {{"src/main.c", "@/base/src/main.c"}, {"only_root.c", "@/base/only_root.c"}, {"local.c", "@/project/local.c"}});
+      {{"src/main.c", "@/base/src/main.c"}, {"only_base.c", "@/base/only_base.c"}, {"local.c", "@/project/local.c"}});
   m_Finder.Clear();
   m_Finder.AddRootPath(Full("@/project"));
   m_Finder.AddRootPath(Full("@/base"));
