@@ -19,7 +19,8 @@ struct DEVICE_PARTS;
 
 // The debug target. A process-wide object that owns the device thread, the job rings and the event ring; created on
 // first use, alive until exit. Callers on the main thread schedule jobs and hear the outcome as CDeviceEventListener;
-// nothing here waits for the probe except WaitForJob and WaitUntilHalted. The work itself is done by the classes that JobDispatch calls.
+// nothing here waits for the probe except WaitForJob and WaitUntilHalted. The work itself is done by the classes that
+// JobDispatch calls.
 //
 // Every Schedule operation copies its arguments, returns at once and gives 0, or -1 when the job did not go in (ring
 // full or bad arguments, logged).

@@ -29,13 +29,11 @@ constexpr int EVENTS_AFTER_WAIT = 10;
 enum class PARAM { TEXT, SIGNED, UNSIGNED, BP_TYPE, ACCESS_TYPE, ACCESS_SIZE };
 
 // Parameters whose numbers stand for named constants, by the last word of their declaration.
-PARAM ParamOf(const QString& sCommand, const QString& sParam, bool bString) {
+PARAM ParamOf(const QString& sParam, bool bString) {
   if (bString) return PARAM::TEXT;
   if (sParam.endsWith(QLatin1String(" AccessType"))) return PARAM::ACCESS_TYPE;
   if (sParam.endsWith(QLatin1String(" AccessSize"))) return PARAM::ACCESS_SIZE;
-  const bool bBreakpoint =
-      sCommand.startsWith(QLatin1String("Break.")) || sCommand == QLatin1String("Project.SetBPType");
-  if (bBreakpoint && sParam.endsWith(QLatin1String(" Type"))) return PARAM::BP_TYPE;
+  if (sParam.endsWith(QLatin1String(" Type"))) return PARAM::BP_TYPE;
   return sParam.startsWith(QLatin1String("unsigned")) ? PARAM::UNSIGNED : PARAM::SIGNED;
 }
 
@@ -141,9 +139,8 @@ bool IsVarText(const CTrans& Engine, U32 ActionID, const U64* paArgs, U32 Index)
 
 CTRANS_API_FUNC MakeStub(CTrans& Engine, U32 ActionID) {
   std::vector<PARAM> Params;
-  const QString sName = GetCommandName(ActionID);
   for (int i = 0; i < GetParamCount(ActionID); ++i) {
-    Params.push_back(ParamOf(sName, GetParamText(ActionID, i), IsStringParam(ActionID, i)));
+    Params.push_back(ParamOf(GetParamText(ActionID, i), IsStringParam(ActionID, i)));
   }
   return [&Engine, ActionID, Params = std::move(Params)](const U64* paArgs, U32 NumArgs) -> U64 {
     QStringList Args;

@@ -315,7 +315,8 @@ void CPathResolver::AddRootPath(const QString& sPath) {
   QString sRoot = NormalisedPath(ExpandMacros(sPath));
   bool bInProject = false;
   const QString sFound = IsRelativePath(sRoot) ? FindInBases(sRoot, true, bInProject) : QString();
-  m_RootPaths.append(sFound.isEmpty() ? sRoot : sFound);
+  if (!sFound.isEmpty()) sRoot = sFound;
+  if (!m_RootPaths.contains(sRoot)) m_RootPaths.append(sRoot);
   ++m_Generation;
 }
 
