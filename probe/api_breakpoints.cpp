@@ -22,11 +22,9 @@ void CopyRecord(const RECORD& Record, RECORD* pOut) {
 
 int VNODEARM_SetBPEx(U32 Addr, U32 TypeFlags) {
   CTargetCall Call(FAULT_POINT::SetBPEx);
-  DEVICE_ROW Device;
-  if (!Call || !Call->GetDevice(&Device)) return 0;
+  if (!Call) return 0;
   std::string sError;
-  const int Handle = Call->Breakpoints.Set(Call.Board(), Device.pCore->bCodeRegionOnly, Addr, TypeFlags,
-                                           Call->bSoftBPsEnabled, &sError);
+  const int Handle = Call->Breakpoints.Set(Call.Target(), Addr, TypeFlags, Call->bSoftBPsEnabled, &sError);
   if (!Handle) Call.Error(sError);
   return Handle;
 }
@@ -35,10 +33,10 @@ int VNODEARM_ClrBPEx(int Handle) {
   CTargetCall Call(FAULT_POINT::ClrBPEx);
   if (!Call) return -1;
   if (Handle == ALL_BREAKPOINTS) {
-    Call->Breakpoints.ClearAll(Call.Board());
+    Call->Breakpoints.ClearAll(Call.Target());
     return 0;
   }
-  return Call->Breakpoints.Clear(Call.Board(), Handle) ? 0 : -1;
+  return Call->Breakpoints.Clear(Call.Target(), Handle) ? 0 : -1;
 }
 
 int VNODEARM_GetBPInfoEx(int Index, VNODEARM_BP_INFO* pInfo) {
@@ -56,17 +54,17 @@ int VNODEARM_SetDataEvent(const VNODEARM_DATA_EVENT* pEvent, U32* pHandle) {
   CTargetCall Call(FAULT_POINT::SetDataEvent);
   if (!Call) return Call.FailureCode();
   if (!pEvent || !pHandle || pEvent->SizeOfStruct < sizeof(*pEvent)) return VNODE_DATA_EVENT_INVALID;
-  return Call->DataEvents.Set(Call.Board(), *pEvent, pHandle);
+  return Call->DataEvents.Set(Call.Target(), *pEvent, pHandle);
 }
 
 int VNODEARM_ClrDataEvent(U32 Handle) {
   CTargetCall Call(FAULT_POINT::ClrDataEvent);
   if (!Call) return Call.FailureCode();
   if (Handle == ALL_DATA_EVENTS) {
-    Call->DataEvents.ClearAll(Call.Board());
+    Call->DataEvents.ClearAll(Call.Target());
     return 0;
   }
-  return Call->DataEvents.Clear(Call.Board(), Handle) ? 0 : -1;
+  return Call->DataEvents.Clear(Call.Target(), Handle) ? 0 : -1;
 }
 
 int VNODEARM_GetWPInfoEx(int Index, VNODEARM_WP_INFO* pInfo) {

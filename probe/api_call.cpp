@@ -12,7 +12,7 @@ bool CTargetCall::Begin() {
   CSession& Session = CSession::Get();
   if (!Session.IsConnected()) return false;
   if (const U32 SlowMs = Session.Faults.SlowMs()) std::this_thread::sleep_for(std::chrono::milliseconds(SlowMs));
-  if (Session.Faults.TakeConnectionLoss()) Session.LoseConnection();
+  if (Session.Faults.TakeConnectionLoss() || !Session.Target().IsAlive()) Session.LoseConnection();
   return Session.IsConnected();
 }
 

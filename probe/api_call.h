@@ -33,7 +33,7 @@ public:
 
   // False: the function has to give its failure value.
   explicit operator bool() const { return m_bReady; }
-  CBoard& Board() { return (*this)->Board(); }
+  CTarget& Target() { return (*this)->Target(); }
   // The failure value of an injected fault, or Default.
   int FailureCode(int Default = -1) const { return m_Code ? m_Code : Default; }
   // Adds an error message.

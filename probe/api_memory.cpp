@@ -4,8 +4,6 @@
 #include <cstring>
 
 #include "probe/api_call.h"
-#include "probe/memory_access.h"
-#include "probe/text.h"
 
 namespace {
 
@@ -18,18 +16,13 @@ constexpr U32 ItemWidth(size_t Size) {
 int Read(U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth) {
   CTargetCall Call(FAULT_POINT::ReadMem);
   if (!Call) return Call.FailureCode();
-  CBoard::CAccess Machine(Call.Board());
-  return static_cast<int>(ReadMachine(*Machine, Addr, NumBytes, pData, AccessWidth));
+  return Call.Target().ReadMem(Addr, NumBytes, pData, AccessWidth);
 }
 
 int Write(U32 Addr, U32 NumBytes, const void* pData, U32 AccessWidth) {
   CTargetCall Call(FAULT_POINT::WriteMem);
   if (!Call) return Call.FailureCode();
-  CBoard::CAccess Machine(Call.Board());
-  if (Call->Download.IsOpen()) {
-    return static_cast<int>(Call->Download.Write(*Machine, Addr, NumBytes, pData, AccessWidth));
-  }
-  return static_cast<int>(WriteMachine(*Machine, Addr, NumBytes, pData, AccessWidth));
+  return Call.Target().WriteMem(Addr, NumBytes, pData, AccessWidth);
 }
 
 // Items behind one that does not answer are read too.
@@ -38,15 +31,15 @@ int ReadItems(U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
   if (paStatus) std::memset(paStatus, 1, NumItems);
   CTargetCall Call(FAULT_POINT::ReadMem);
   if (!Call) return Call.FailureCode();
-  CBoard::CAccess Machine(Call.Board());
   int NumRead = 0;
   U32 Item = 0;
   while (Item < NumItems) {
     const U64 Offset = static_cast<U64>(Item) * sizeof(T);
     if (Addr + Offset > 0xFFFFFFFFull) break;
     const U32 Rest = static_cast<U32>(std::min<U64>((NumItems - Item) * sizeof(T), 0x80000000ull));
-    const U32 Moved = ReadMachine(*Machine, Addr + static_cast<U32>(Offset), Rest, paData + Item, ItemWidth(sizeof(T)));
-    const U32 NumWhole = Moved / sizeof(T);
+    const int Moved = Call.Target().ReadMem(Addr + static_cast<U32>(Offset), Rest, paData + Item, ItemWidth(sizeof(T)));
+    if (Moved < 0) return NumRead ? NumRead : -1;
+    const U32 NumWhole = static_cast<U32>(Moved) / sizeof(T);
     if (paStatus) std::memset(paStatus + Item, 0, NumWhole);
     NumRead += static_cast<int>(NumWhole);
     Item += NumWhole;
@@ -116,21 +109,12 @@ int VNODEARM_WriteU64(U32 Addr, U64 Value) {
 
 void VNODEARM_BeginDownload(U32) {
   CTargetCall Call;
-  if (Call) Call->Download.Begin();
+  if (Call) Call.Target().BeginDownload();
 }
 
 int VNODEARM_EndDownload() {
   CTargetCall Call(FAULT_POINT::EndDownload);
-  if (!Call) {
-    Call->Download.Abandon(Call.FailureCode());
-    return Call.FailureCode();
-  }
-  // A caller who closes once more still hears of the failure.
-  if (!Call->Download.IsOpen()) return Call->Download.LastResult();
-  CBoard::CAccess Machine(Call.Board());
-  const int Result = Call->Download.End(*Machine);
-  if (const U32 NumBytes = Call->Download.NumProgrammed()) {
-    Call->Messages.Add(MSG_KIND::LOG, FormatText("Programmed %u bytes of flash", NumBytes));
-  }
-  return Result;
+  if (Call) return Call.Target().EndDownload();
+  Call->AbandonDownload(Call.FailureCode());
+  return Call.FailureCode();
 }

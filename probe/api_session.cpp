@@ -14,15 +14,15 @@ void SetCallback(MSG_KIND Kind, VNODE_TEXT_CALLBACK pfCallback) {
   CSession::Get().Messages.SetCallback(Kind, pfCallback);
 }
 
-// Memory is read between two slices of the running firmware.
 int HasBackgroundAccess() {
-  return 1;
+  CApiCall Call;
+  return Call->IsConnected() ? Call->Target().Caps().bBackgroundAccess : 1;
 }
 
-// Little endian both; negative without a target.
+// Negative without a target.
 int GetEndianness() {
   CApiCall Call;
-  return Call->IsConnected() ? 0 : -1;
+  return Call->IsConnected() ? Call->Target().Endianness() : -1;
 }
 
 int GetWebPort(VNODE_WEB_INFO* pInfo) {

@@ -3,18 +3,17 @@
 #include <string>
 #include <vector>
 
-#include "device/probe_api/records.h"
-#include "probe/board.h"
+#include "probe/target.h"
 
 // The breakpoints of a connection and how each is implemented: by a comparator of the core, in RAM or in flash.
 class CBreakpointList {
 public:
   // Handle, or 0 with the reason in *psError. An address that has a breakpoint already gets the same handle and one
   // more use, if its implementation is permitted. Software breakpoints are allowed by bSoftEnabled on top of TypeFlags.
-  int Set(CBoard& Board, bool bCodeRegionOnly, U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError);
+  int Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError);
   // Gives one use back; false when there is no such handle.
-  bool Clear(CBoard& Board, int Handle);
-  void ClearAll(CBoard& Board);
+  bool Clear(CTarget& Target, int Handle);
+  void ClearAll(CTarget& Target);
 
   int Size() const { return static_cast<int>(m_Items.size()); }
   // Null when out of range.

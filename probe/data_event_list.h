@@ -2,16 +2,15 @@
 
 #include <vector>
 
-#include "device/probe_api/records.h"
-#include "probe/board.h"
+#include "probe/target.h"
 
 // The data events of a connection: each holds one comparator of the core's data watchpoint unit.
 class CDataEventList {
 public:
   // 0 and the handle, or one of VNODE_DATA_EVENT_ERRORS.
-  int Set(CBoard& Board, const VNODEARM_DATA_EVENT& Event, U32* pHandle);
-  bool Clear(CBoard& Board, U32 Handle);
-  void ClearAll(CBoard& Board);
+  int Set(CTarget& Target, const VNODEARM_DATA_EVENT& Event, U32* pHandle);
+  bool Clear(CTarget& Target, U32 Handle);
+  void ClearAll(CTarget& Target);
 
   int Size() const { return static_cast<int>(m_Items.size()); }
   // False when out of range.
@@ -26,6 +25,3 @@ private:
   std::vector<ITEM> m_Items;
   U32 m_LastHandle = 0;
 };
-
-// What the access fields of a data event ask for.
-sim::DATA_WATCH WatchOf(const VNODEARM_DATA_EVENT& Event);

@@ -1,23 +1,7 @@
 #include "probe/session.h"
 
+#include "probe/sim_target.h"
 #include "probe/text.h"
-
-namespace {
-
-sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
-  sim::BOARD_SPEC Spec;
-  Spec.Arch = *Device.pCore->SimArch;
-  Spec.Flash = Device.Flash;
-  Spec.RAM[0] = Device.RAM[0];
-  Spec.RAM[1] = Device.RAM[1];
-  Spec.NumCodeBreakpoints = Device.pCore->NumCodeBreakpoints;
-  Spec.NumDataWatches = Device.pCore->NumDataWatches;
-  Spec.NumIRQs = Device.NumIRQs;
-  Spec.ClockHz = Device.ClockHz;
-  return Spec;
-}
-
-}  // namespace
 
 CSession& CSession::Get() {
   static CSession Session;
@@ -34,10 +18,11 @@ const char* CSession::Open() {
 }
 
 void CSession::ReleaseTarget() {
-  if (!m_pBoard) return;
-  Breakpoints.ClearAll(*m_pBoard);
-  DataEvents.ClearAll(*m_pBoard);
-  Download.Abandon(VNODE_DOWNLOAD_OK);
+  if (!m_pTarget) return;
+  Breakpoints.ClearAll(*m_pTarget);
+  DataEvents.ClearAll(*m_pTarget);
+  m_pTarget->AbandonDownload(VNODE_DOWNLOAD_OK);
+  m_pTarget->Release();
 }
 
 void CSession::Close() {
@@ -52,14 +37,20 @@ bool CSession::GetDevice(DEVICE_ROW* pRow) const {
   return Config.DeviceIndex > 0 && Devices.Get(Config.DeviceIndex, pRow);
 }
 
-std::string CSession::CheckDevice(DEVICE_ROW* pRow) const {
-  if (!GetDevice(pRow)) return "No device is selected";
-  if (!pRow->pCore->SimArch) {
-    return FormatText("%s cannot be simulated: the simulator does not have the core %s", pRow->sName,
-                      pRow->pCore->sName);
+int CSession::ConnectSimulator(const DEVICE_ROW& Device) {
+  const std::string sError = CSimTarget::WhyNot(Device, Config);
+  if (!sError.empty()) {
+    Messages.Add(MSG_KIND::ERROR, sError);
+    return -1;
   }
-  if (Config.CoreIndex != 0) return FormatText("%s has no core with index %u", pRow->sName, Config.CoreIndex);
-  return {};
+  ReleaseTarget();
+  const std::string sKey = FormatText("%u %s", Config.SerialNo, Device.sName);
+  if (!m_pTarget || m_sTargetKey != sKey) {
+    m_pTarget = std::make_unique<CSimTarget>(Device, Messages);
+    m_sTargetKey = sKey;
+  }
+  Messages.Add(MSG_KIND::LOG, FormatText("Found simulated %s with core %s", Device.sName, Device.pCore->sName));
+  return 0;
 }
 
 int CSession::Connect() {
@@ -73,20 +64,13 @@ int CSession::Connect() {
     return -1;
   }
   DEVICE_ROW Device;
-  const std::string sError = CheckDevice(&Device);
-  if (!sError.empty()) {
-    Messages.Add(MSG_KIND::ERROR, sError);
+  if (!GetDevice(&Device)) {
+    Messages.Add(MSG_KIND::ERROR, "No device is selected");
     return -1;
   }
-  ReleaseTarget();
-  if (!m_pBoard || m_BoardSerialNo != Config.SerialNo || m_sBoardDevice != Device.sName) {
-    m_pBoard = std::make_unique<CBoard>(BoardSpecOf(Device), Messages);
-    m_BoardSerialNo = Config.SerialNo;
-    m_sBoardDevice = Device.sName;
-  }
+  if (ConnectSimulator(Device) < 0) return -1;
   m_bConnected = true;
   m_bLost = false;
-  Messages.Add(MSG_KIND::LOG, FormatText("Found simulated %s with core %s", Device.sName, Device.pCore->sName));
   return 0;
 }
 
@@ -96,10 +80,13 @@ void CSession::LoseConnection() {
   Messages.Add(MSG_KIND::ERROR, "The connection to the target was lost");
 }
 
+void CSession::AbandonDownload(int Result) {
+  if (m_pTarget) m_pTarget->AbandonDownload(Result);
+}
+
 void CSession::DropBoard() {
   LoseConnection();
   Breakpoints = {};
   DataEvents = {};
-  Download.Abandon(VNODE_DOWNLOAD_UNSPECIFIED);
-  m_pBoard.reset();
+  m_pTarget.reset();
 }

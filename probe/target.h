@@ -6,6 +6,9 @@
 
 struct PROBE_CONFIG;
 
+// Values of CTarget::GetDebugInfo.
+enum VNODE_DEBUG_INFOS : U32 { VNODE_DEBUG_INFO_HAS_SECURITY_EXT = 271 };
+
 // What a connected target can do beyond run control. A missing capability is reported to the caller of the library,
 // never faked.
 struct TARGET_CAPS {
