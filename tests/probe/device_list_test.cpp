@@ -2,7 +2,9 @@
 
 #include <cstring>
 #include <fstream>
+#include <set>
 
+#include "core/core_table.h"
 #include "probe_fixture.h"
 
 class DeviceListTest : public CProbeTest {
@@ -22,7 +24,7 @@ protected:
 
 TEST_F(DeviceListTest, EveryDeviceIsCompleteAndFoundByItsName) {
   const int NumDevices = API.VNODEARM_DEVICE_GetInfo(-1, nullptr);
-  ASSERT_GT(NumDevices, 40);
+  ASSERT_GT(NumDevices, 150);
   EXPECT_STREQ(Info(0).sName, "Unspecified");
   for (int i = 1; i < NumDevices; ++i) {
     const VNODEARM_DEVICE_INFO Device = Info(i);
@@ -37,6 +39,38 @@ TEST_F(DeviceListTest, EveryDeviceIsCompleteAndFoundByItsName) {
   EXPECT_EQ(API.VNODEARM_DEVICE_GetIndex("nrf52840_XXAA"), API.VNODEARM_DEVICE_GetIndex("nRF52840_xxAA"));
   EXPECT_LT(API.VNODEARM_DEVICE_GetIndex("NoSuchPart"), 0);
   EXPECT_LT(API.VNODEARM_DEVICE_GetIndex(""), 0);
+}
+
+TEST_F(DeviceListTest, EveryLineOfTheListIsGoodAndHasANameOfItsOwn) {
+  const std::string sPath = VEXOR_SOURCE_DIR "/probe/devices.txt";
+  EXPECT_EQ(Exec("DeviceListFile=" + sPath), "");
+  std::ifstream File(sPath);
+  int NumLines = 0;
+  for (std::string sLine; std::getline(File, sLine);) {
+    if (!sLine.empty() && sLine[0] != '#') ++NumLines;
+  }
+  EXPECT_EQ(API.VNODEARM_DEVICE_GetInfo(-1, nullptr) - 1, NumLines) << "a name twice, or a line left out";
+}
+
+TEST_F(DeviceListTest, EveryCoreOfTheCoreModelHasAGenericDevice) {
+  std::set<std::string> Names;
+  for (U32 Family = 1; Family <= 15; ++Family) {
+    for (U32 SubFamily = 0; SubFamily <= 15; ++SubFamily) {
+      bool bUnknown = false;
+      QString sCore;
+      VCore::GetCoreName(Family, SubFamily, sCore, &bUnknown);
+      const std::string sName = sCore.toStdString();
+      if (bUnknown || sName.empty() || !Names.insert(sName).second) continue;
+      const int Index = API.VNODEARM_DEVICE_GetIndex(sName.c_str());
+      ASSERT_GT(Index, 0) << sName;
+      const VNODEARM_DEVICE_INFO Device = Info(Index);
+      VCore::GetCoreName(VCore::GetFamily(Device.Core), VCore::GetSubFamily(Device.Core), sCore);
+      EXPECT_EQ(sCore.toStdString(), sName);
+      EXPECT_STREQ(Device.sManufacturer, "Generic");
+      EXPECT_EQ(CoreName(Device.Core), sName);
+    }
+  }
+  EXPECT_GE(Names.size(), 21u);
 }
 
 TEST_F(DeviceListTest, WritesNoMoreThanTheCallerHasRoomFor) {
