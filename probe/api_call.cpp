@@ -4,7 +4,8 @@
 #include <thread>
 
 CTargetCall::CTargetCall(FAULT_POINT Point) {
-  CSession::Get().Messages.Trace(FaultPointName(Point));
+  // The halt state is asked all the time.
+  if (Point != FAULT_POINT::IsHalted) CSession::Get().Messages.Trace(FaultPointName(Point));
   m_bReady = Begin() && !IsInjected(Point);
 }
 

@@ -12,17 +12,23 @@ constexpr U32 ItemWidth(size_t Size) {
   return Size < sizeof(U32) ? static_cast<U32>(Size) : sizeof(U32);
 }
 
+int ReadTarget(CTargetCall& Call, U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth) {
+  const U32 NumAnswering = Call->Faults.NumAnswering(Addr, NumBytes);
+  return NumAnswering ? Call.Target().ReadMem(Addr, NumAnswering, pData, AccessWidth) : 0;
+}
+
 // Number of bytes read, negative when the target cannot be reached.
 int Read(U32 Addr, U32 NumBytes, void* pData, U32 AccessWidth) {
   CTargetCall Call(FAULT_POINT::ReadMem);
   if (!Call) return Call.FailureCode();
-  return Call.Target().ReadMem(Addr, NumBytes, pData, AccessWidth);
+  return ReadTarget(Call, Addr, NumBytes, pData, AccessWidth);
 }
 
 int Write(U32 Addr, U32 NumBytes, const void* pData, U32 AccessWidth) {
   CTargetCall Call(FAULT_POINT::WriteMem);
   if (!Call) return Call.FailureCode();
-  return Call.Target().WriteMem(Addr, NumBytes, pData, AccessWidth);
+  const U32 NumAnswering = Call->Faults.NumAnswering(Addr, NumBytes);
+  return NumAnswering ? Call.Target().WriteMem(Addr, NumAnswering, pData, AccessWidth) : 0;
 }
 
 // Items behind one that does not answer are read too.
@@ -37,7 +43,7 @@ int ReadItems(U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
     const U64 Offset = static_cast<U64>(Item) * sizeof(T);
     if (Addr + Offset > 0xFFFFFFFFull) break;
     const U32 Rest = static_cast<U32>(std::min<U64>((NumItems - Item) * sizeof(T), 0x80000000ull));
-    const int Moved = Call.Target().ReadMem(Addr + static_cast<U32>(Offset), Rest, paData + Item, ItemWidth(sizeof(T)));
+    const int Moved = ReadTarget(Call, Addr + static_cast<U32>(Offset), Rest, paData + Item, ItemWidth(sizeof(T)));
     if (Moved < 0) return NumRead ? NumRead : -1;
     const U32 NumWhole = static_cast<U32>(Moved) / sizeof(T);
     if (paStatus) std::memset(paStatus + Item, 0, NumWhole);

@@ -20,21 +20,25 @@ bool IsHaltedFor(CTargetCall& Call, const char* sWhat) {
 int VNODEARM_Halt() {
   CTargetCall Call(FAULT_POINT::Halt);
   if (!Call) return -1;
-  if (Call->Faults.IsHaltIgnored()) {
-    Call.Error("Halt: the core does not halt");
-    return -1;
+  switch (Call->Faults.HaltFault()) {
+    case HALT_FAULT::Refused:
+      Call.Error("Halt: the core does not halt");
+      return -1;
+    case HALT_FAULT::Silent:
+      return 0;
+    case HALT_FAULT::None:
+      break;
   }
   return Call.Target().Halt();
 }
 
 int VNODEARM_IsHalted() {
-  CTargetCall Call;
-  return Call ? Call.Target().IsHalted() : -1;
+  CTargetCall Call(FAULT_POINT::IsHalted);
+  return Call ? Call.Target().IsHalted() : Call.FailureCode();
 }
 
 void VNODEARM_GoEx(int, int Flags) {
-  CTargetCall Call;
-  Call->Messages.Trace("GoEx");
+  CTargetCall Call(FAULT_POINT::GoEx);
   if (Call) Call.Target().Go(Flags & 1);
 }
 
@@ -47,7 +51,7 @@ int VNODEARM_Step() {
 int VNODEARM_Reset() {
   CTargetCall Call(FAULT_POINT::Reset);
   if (!Call) return -1;
-  if (Call.Target().Reset(!Call->Faults.IsHaltIgnored(), Call->Config) < 0) return -1;
+  if (Call.Target().Reset(Call->Faults.HaltFault() == HALT_FAULT::None, Call->Config) < 0) return -1;
   std::this_thread::sleep_for(std::chrono::milliseconds(Call->Config.ResetDelayMs));
   return 0;
 }
@@ -72,13 +76,13 @@ int VNODEARM_WriteReg(U32 Index, U32 Value) {
 }
 
 int VNODEARM_CP15_ReadEx(U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32* pValue) {
-  CTargetCall Call;
+  CTargetCall Call(FAULT_POINT::CP15_ReadEx);
   if (!Call || !IsHaltedFor(Call, "CP15_ReadEx")) return -1;
   return Call.Target().ReadCP15(CRn, CRm, Op1, Op2, pValue);
 }
 
 int VNODEARM_CP15_WriteEx(U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32 Value) {
-  CTargetCall Call;
+  CTargetCall Call(FAULT_POINT::CP15_WriteEx);
   if (!Call || !IsHaltedFor(Call, "CP15_WriteEx")) return -1;
   return Call.Target().WriteCP15(CRn, CRm, Op1, Op2, Value);
 }

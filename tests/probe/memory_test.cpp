@@ -103,26 +103,3 @@ TEST_F(MemoryTest, DownloadTakesPiecesInAnyOrder) {
   ASSERT_EQ(API.VNODEARM_ReadMem(Base, static_cast<U32>(Read.size()), Read.data()), 0);
   EXPECT_EQ(Read, Image);
 }
-
-TEST_F(MemoryTest, FailedDownloadSaysWhichPhase) {
-  for (int Code : {-1, -2, -3, -4}) {
-    EXPECT_EQ(Exec("sim.fail EndDownload 1 " + std::to_string(Code)), "");
-    API.VNODEARM_BeginDownload(0);
-    ASSERT_EQ(API.VNODEARM_WriteU32(0x3000, 1), 0);
-    EXPECT_EQ(API.VNODEARM_EndDownload(), Code);
-    EXPECT_EQ(API.VNODEARM_EndDownload(), Code) << "closed once more";
-    EXPECT_EQ(ReadWord(0x3000), 0xFFFFFFFFu);
-  }
-}
-
-TEST_F(MemoryTest, InjectedFaultsHitTheGivenNumberOfCalls) {
-  U8 aData[4];
-  EXPECT_EQ(Exec("sim.fail ReadMem 2"), "");
-  EXPECT_LT(API.VNODEARM_ReadMemU8(RAM_START, 4, aData, nullptr), 0);
-  EXPECT_NE(API.VNODEARM_ReadMem(RAM_START, 4, aData), 0);
-  EXPECT_EQ(API.VNODEARM_ReadMem(RAM_START, 4, aData), 0);
-  EXPECT_EQ(Exec("sim.fail WriteMem -1"), "");
-  for (int i = 0; i < 5; ++i) EXPECT_NE(API.VNODEARM_WriteU32(RAM_START, 0), 0);
-  EXPECT_EQ(Exec("sim.fail WriteMem 0"), "");
-  EXPECT_EQ(API.VNODEARM_WriteU32(RAM_START, 0), 0);
-}

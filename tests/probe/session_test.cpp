@@ -120,9 +120,6 @@ TEST_F(SessionTest, AnswersCommands) {
       {"SetRTTSearchRanges 0x20000000", "expected"},
       {"ReadIntoTraceCache 0x0 0x1000", ""},
       {"DeviceListFile=no/such/file", "cannot open"},
-      {"sim.fail Halt", "invalid arguments"},
-      {"sim.fail NoSuchFunction 1", "invalid arguments"},
-      {"sim.slow -1", "invalid arguments"},
       {"sim.nonsense", "Unknown command \"sim.nonsense\""},
       {"", "Unknown command"},
   };

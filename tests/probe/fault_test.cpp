@@ -1,0 +1,146 @@
+#include <functional>
+
+#include "probe_fixture.h"
+
+using testing::Contains;
+using testing::HasSubstr;
+
+class FaultTest : public CProbeTest {
+protected:
+  static constexpr U32 RAM_START = 0x20000000;
+
+  void SetUp() override {
+    CProbeTest::SetUp();
+    Connect("Cortex-M4");
+    Load(CFirmware::Counter(0));
+    Messages.Errors.clear();
+  }
+};
+
+TEST_F(FaultTest, EveryFunctionFailsOnceAndWorksAgain) {
+  U32 Value = 0;
+  U8 Status = 0;
+  U32 Index = VNODE_REG_PC;
+  U32 Handle = 0;
+  VNODEARM_DATA_EVENT Event = {sizeof(Event), 1, RAM_START, 0, 0, 0xFFFFFFFF, 0, 0};
+  const int Breakpoint = API.VNODEARM_SetBPEx(0x104, VNODE_BP_IMP_ANY | VNODE_BP_THUMB);
+  ASSERT_NE(Breakpoint, 0);
+  // name, and whether the call has succeeded
+  const std::pair<const char*, std::function<bool()>> CASES[] = {
+      {"Halt", [&] { return API.VNODEARM_Halt() == 0; }},
+      {"IsHalted", [&] { return API.VNODEARM_IsHalted() == 1; }},
+      {"Step", [&] { return API.VNODEARM_Step() == 0; }},
+      {"Reset", [&] { return API.VNODEARM_Reset() == 0; }},
+      {"ReadReg", [&] { return API.VNODEARM_ReadReg(VNODE_REG_PC) != 0; }},
+      {"ReadRegs", [&] { return API.VNODEARM_ReadRegs(&Index, &Value, &Status, 1) == 0; }},
+      {"WriteReg", [&] { return API.VNODEARM_WriteReg(0, 1) == 0; }},
+      {"ReadMem", [&] { return API.VNODEARM_ReadMem(RAM_START, 4, &Value) == 0; }},
+      {"ReadMem", [&] { return API.VNODEARM_ReadMemU32(RAM_START, 1, &Value, &Status) == 1 && Status == 0; }},
+      {"WriteMem", [&] { return API.VNODEARM_WriteU32(RAM_START, 0) == 0; }},
+      {"MeasureCPUSpeedEx", [&] { return API.VNODEARM_MeasureCPUSpeedEx(RAM_START, 1, 1) > 0; }},
+      {"SetBPEx", [&] { return API.VNODEARM_SetBPEx(0x106, VNODE_BP_IMP_ANY | VNODE_BP_THUMB) != 0; }},
+      {"ClrBPEx", [&] { return API.VNODEARM_ClrBPEx(Breakpoint) == 0; }},
+      {"SetDataEvent", [&] { return API.VNODEARM_SetDataEvent(&Event, &Handle) == 0; }},
+      {"ClrDataEvent", [&] { return API.VNODEARM_ClrDataEvent(Handle) == 0; }},
+      {"EndDownload", [&] { return API.VNODEARM_BeginDownload(0), API.VNODEARM_EndDownload() == 0; }},
+  };
+  for (const auto& [sName, Succeeds] : CASES) {
+    Messages.Errors.clear();
+    ASSERT_EQ(Exec(std::string("sim.fail ") + sName + " 1"), "");
+    EXPECT_FALSE(Succeeds()) << sName;
+    EXPECT_THAT(Messages.Errors, Contains(HasSubstr("injected"))) << sName;
+    EXPECT_TRUE(Succeeds()) << sName;
+  }
+}
+
+TEST_F(FaultTest, HitsTheCallsThatItWasGivenFor) {
+  // command, then what the calls do: g good, f fails
+  const std::pair<const char*, const char*> CASES[] = {
+      {"sim.fail WriteMem 2", "ffgg"},         {"sim.fail WriteMem -1", "ffff"},
+      {"sim.fail WriteMem 0", "gggg"},         {"sim.fail WriteMem 1 -7 AFTER 2", "ggfg"},
+      {"sim.fail writemem 2 after 1", "gffg"},
+  };
+  for (const auto& [sCommand, sExpected] : CASES) {
+    ASSERT_EQ(Exec(sCommand), "");
+    std::string sCalls;
+    for (size_t i = 0; i < 4; ++i) sCalls += API.VNODEARM_WriteU32(RAM_START, 0) == 0 ? 'g' : 'f';
+    EXPECT_EQ(sCalls, sExpected) << sCommand;
+  }
+  const U32 Value = 0;
+  ASSERT_EQ(Exec("sim.fail WriteMem 1 -7"), "");
+  EXPECT_EQ(API.VNODEARM_WriteMemEx(RAM_START, 4, &Value, 4), -7);
+}
+
+TEST_F(FaultTest, FailedDownloadSaysWhichPhase) {
+  const std::pair<const char*, int> CASES[] = {{"sim.fail EndDownload 1 -3", -3},
+                                               {"sim.fail-download compare", -2},
+                                               {"sim.fail-download program", -3},
+                                               {"sim.fail-download verify", -4},
+                                               {"sim.fail-download other 1", -1}};
+  for (const auto& [sCommand, Code] : CASES) {
+    EXPECT_EQ(Exec(sCommand), "");
+    API.VNODEARM_BeginDownload(0);
+    ASSERT_EQ(API.VNODEARM_WriteU32(0x3000, 1), 0);
+    EXPECT_EQ(API.VNODEARM_EndDownload(), Code);
+    EXPECT_EQ(API.VNODEARM_EndDownload(), Code) << "closed once more";
+    EXPECT_EQ(ReadWord(0x3000), 0xFFFFFFFFu);
+  }
+}
+
+TEST_F(FaultTest, TargetThatDoesNotHalt) {
+  for (const auto& [sHow, HaltResult] : {std::pair("1", -1), std::pair("silent", 0)}) {
+    API.VNODEARM_GoEx(0, 0);
+    ASSERT_EQ(Exec(std::string("sim.no-halt ") + sHow), "");
+    EXPECT_EQ(API.VNODEARM_Halt(), HaltResult);
+    EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
+    EXPECT_EQ(API.VNODEARM_Reset(), 0);
+    EXPECT_EQ(API.VNODEARM_IsHalted(), 0) << "after a reset";
+    ASSERT_EQ(Exec("sim.no-halt 0"), "");
+    EXPECT_EQ(API.VNODEARM_Halt(), 0);
+    EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
+  }
+}
+
+TEST_F(FaultTest, BadMemoryGivesNoAnswer) {
+  ASSERT_EQ(Exec("sim.bad-memory 0x20000104 8"), "");
+  ASSERT_EQ(Exec("sim.bad-memory 0x20000200 4"), "");
+  U8 aData[0x200] = {};
+  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000100, 16, aData, 1), 4);
+  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000108, 4, aData, 4), 0);
+  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x2000010C, sizeof(aData), aData, 4), 0xF4);
+  EXPECT_EQ(API.VNODEARM_WriteMemEx(0x20000100, 16, aData, 4), 4);
+  U32 aWord[4];
+  U8 aStatus[4];
+  EXPECT_EQ(API.VNODEARM_ReadMemU32(0x20000100, 4, aWord, aStatus), 2);
+  EXPECT_THAT(aStatus, testing::ElementsAre(0, 1, 1, 0));
+  API.VNODEARM_GoEx(0, 0);
+  EXPECT_EQ(API.VNODEARM_IsHalted(), 0) << "the firmware has its memory";
+  ASSERT_EQ(Exec("sim.clear-faults"), "");
+  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000100, 16, aData, 1), 16);
+}
+
+TEST_F(FaultTest, RefusesWrongArguments) {
+  for (const char* sCommand : {"sim.fail",
+                               "sim.fail Halt",
+                               "sim.fail NoSuchFunction 1",
+                               "sim.fail Halt one",
+                               "sim.fail Halt 1 2 3",
+                               "sim.fail Halt 1 AFTER",
+                               "sim.fail Halt 1 AFTER -1",
+                               "sim.fail Halt AFTER 1",
+                               "sim.fail-download",
+                               "sim.fail-download never",
+                               "sim.fail-download verify x",
+                               "sim.refuse-connect",
+                               "sim.lose-connection -1",
+                               "sim.slow -1",
+                               "sim.slow 10001",
+                               "sim.no-halt 2",
+                               "sim.no-halt 1 1",
+                               "sim.bad-memory 0x1000",
+                               "sim.bad-memory 0x1000 0",
+                               "sim.clear-faults 1"}) {
+    EXPECT_EQ(Exec(sCommand), "invalid arguments") << sCommand;
+  }
+  EXPECT_EQ(API.VNODEARM_Halt(), 0) << "nothing was injected";
+}
