@@ -1,12 +1,16 @@
 #include "probe/sim/breakpoints.h"
 
+#include <algorithm>
+
 namespace sim {
 
 bool CBreakpoints::AddUnit(U32 Addr, U32 NumComparators) {
-  const auto It = m_Items.find(Addr);
-  const bool bHasOne = It != m_Items.end() && It->second.NumUnit;
-  if (!bHasOne && m_NumUnitsUsed >= NumComparators) return false;
-  m_NumUnitsUsed += !bHasOne;
+  m_UnitAddr.resize(NumComparators, INVALID_ADDR);
+  if (std::find(m_UnitAddr.begin(), m_UnitAddr.end(), Addr) == m_UnitAddr.end()) {
+    const auto Free = std::find(m_UnitAddr.begin(), m_UnitAddr.end(), INVALID_ADDR);
+    if (Free == m_UnitAddr.end()) return false;
+    *Free = Addr;
+  }
   m_Items[Addr].NumUnit++;
   return true;
 }
@@ -14,7 +18,7 @@ bool CBreakpoints::AddUnit(U32 Addr, U32 NumComparators) {
 void CBreakpoints::RemoveUnit(U32 Addr) {
   const auto It = m_Items.find(Addr);
   if (It == m_Items.end() || !It->second.NumUnit) return;
-  if (--It->second.NumUnit == 0) m_NumUnitsUsed--;
+  if (--It->second.NumUnit == 0) std::replace(m_UnitAddr.begin(), m_UnitAddr.end(), Addr, INVALID_ADDR);
   DropIfUnused(Addr);
 }
 

@@ -3,6 +3,7 @@
 // nothing for breakpoints.
 
 #include <map>
+#include <vector>
 
 #include "base/types.h"
 
@@ -17,6 +18,8 @@ public:
   void RemoveSoft(U32 Addr);
 
   bool StopsAt(U32 Addr) const { return !m_Items.empty() && Addr != m_Hidden && m_Items.count(Addr); }
+  // Address of a comparator, INVALID_ADDR while it is free.
+  U32 UnitAddr(U32 Index) const { return Index < m_UnitAddr.size() ? m_UnitAddr[Index] : INVALID_ADDR; }
   // The breakpoint at this address is as if not there, until it is INVALID_ADDR.
   void Hide(U32 Addr) { m_Hidden = Addr; }
 
@@ -28,7 +31,7 @@ private:
   void DropIfUnused(U32 Addr);
 
   std::map<U32, ITEM> m_Items;
-  U32 m_NumUnitsUsed = 0;
+  std::vector<U32> m_UnitAddr;
   U32 m_Hidden = INVALID_ADDR;
 };
 

@@ -39,6 +39,7 @@ void MakeSpecial(INST* pI, HANDLER pfRun, U32 Addr) {
   pI->pfRun = pI->pfRunIT = pfRun;
   pI->Addr = Addr;
   pI->Halfwords = 1;
+  if (pfRun != RunEndOfMemory) pI->Flags = INST_NO_CODE;
 }
 
 const INST* Special(STATE& S, HANDLER pfRun, U32 Addr) {

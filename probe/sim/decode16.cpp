@@ -224,12 +224,13 @@ ALU_FORM SetShift(INST* pI, U32 Type, U32 Num) {
 
 void SetBranch(STATE& S, INST* pI, U32 Cond, U32 Target) {
   const REGION* pRegion = FindRegion(S, pI->Addr);
+  pI->Rd = static_cast<U8>(Cond);
+  if (Cond != COND_AL) pI->Flags |= INST_CONDITIONAL;
   if (pRegion && pRegion->Contains(Target)) {
     pI->Imm = static_cast<U32>(static_cast<I32>(Target - pI->Addr) / 2);
     return SetHandler(pI, Cond == COND_AL ? RunBranchNear : BranchIfHandler(Cond));
   }
   pI->Imm = Target;
-  pI->Rd = static_cast<U8>(Cond);
   SetHandler(pI, RunBranchFar);
 }
 

@@ -63,7 +63,7 @@ bool WriteItem(STATE& S, U32 Addr, U32 Width, U32 Value) {
     return true;
   }
   if (!IsScs(Addr)) return false;
-  WriteScs(S, Addr, Width, Value);
+  WriteScs(S, Addr, Width, Value, true);
   return true;
 }
 
@@ -294,17 +294,6 @@ void CMachine::SetSoftBreakpoint(U32 Addr) {
 void CMachine::ClearSoftBreakpoint(U32 Addr) {
   m_pState->Breakpoints.RemoveSoft(Addr & ~1u);
   InvalidateAt(*m_pState, Addr & ~1u);
-}
-
-int CMachine::SetDataWatch(const DATA_WATCH& Watch) {
-  const int Index = m_pState->Watches.Add(Watch);
-  UpdateAccessPaths(*m_pState);
-  return Index;
-}
-
-void CMachine::ClearDataWatch(int Index) {
-  m_pState->Watches.Remove(Index);
-  UpdateAccessPaths(*m_pState);
 }
 
 void CMachine::AddPeripheral(PERIPHERAL Peripheral) {

@@ -25,6 +25,7 @@ struct BOARD_SPEC {
   MEM_RANGE RAM[2];
   U32 NumCodeBreakpoints = 6;  // comparators of the core's breakpoint unit
   U32 NumDataWatches = 4;
+  bool bCodeBreakpointsAnywhere = false;  // comparators of the second kind, which compare whole addresses
   U32 NumIRQs = 64;
   U32 ClockHz = 64'000'000;
   U32 NumPriorityBits = 0;  // of the interrupt controller; 0: 2 for ARMv6-M, 4 for ARMv7-M
@@ -40,7 +41,7 @@ enum class STOP {
   LOCKUP,
 };
 
-// One comparator of the data watchpoint unit.
+// What a comparator of the data watchpoint unit compares.
 struct DATA_WATCH {
   U32 Addr = 0;
   U32 AddrMask = 0;  // address bits that are not compared
@@ -49,6 +50,15 @@ struct DATA_WATCH {
   U32 NumBytes = 0;           // width of the access, 0 for any
   bool bOnRead = true;
   bool bOnWrite = true;
+};
+
+// Results of SetDataWatch below 0.
+enum WATCH_ERRORS : int { WATCH_NO_FREE_UNIT = -1, WATCH_NO_VALUES = -2 };
+
+// What the trace has seen.
+struct TRACE_TOTALS {
+  U64 NumFetched = 0;  // instructions, the skipped ones among them
+  U64 NumSkipped = 0;  // instructions whose condition failed
 };
 
 // A range of registers outside flash and RAM. Called on the thread that runs the machine; Offset is relative to the
@@ -103,9 +113,28 @@ public:
   void SetSoftBreakpoint(U32 Addr);
   void ClearSoftBreakpoint(U32 Addr);
 
-  // Comparators of the data watchpoint unit. -1 when none is free, otherwise what ClearDataWatch takes.
+  // Takes comparators of the data watchpoint unit, and switches it on: one for an address, on ARMv7-M comparator 1 for
+  // a value and another one for its address. WATCH_ERRORS, otherwise what ClearDataWatch takes.
   int SetDataWatch(const DATA_WATCH& Watch);
   void ClearDataWatch(int Index);
+
+  // Called on the thread that runs the machine with everything that firmware writes into its enabled stimulus ports, 1,
+  // 2 or 4 bytes at a time; null for nobody. False when the core has no such ports.
+  bool SetStimulusSink(std::function<void(U32 Port, U32 Value, U32 NumBytes)> Sink);
+
+  // Trace memory: a ring of the addresses of executed instructions, and counters for each. Start empties both.
+  // NumEntries: a power of two, or rounded up to one; 0 for the default. Running code pays for it only while it is on.
+  void StartTrace(U32 NumEntries = 0);
+  void StopTrace();
+  // Newest first; goes on where the last call ended, unless an instruction has run since. The number of addresses.
+  U32 ReadTrace(U32* paAddr, U32 NumItems);
+  // Counters of the instructions at NumHalfwords addresses from Addr on, and of everything since the start.
+  TRACE_TOTALS ReadTraceCounters(U32 Addr, U32 NumHalfwords, U64* paFetched, U64* paSkipped) const;
+
+  // Has Function called every PeriodCycles of target time while the core runs or sleeps, on the thread that runs the
+  // machine, between two instructions and for the first time at once; the machine's memory may be read then. A period
+  // of 0 ends it.
+  void SetSampler(U64 PeriodCycles, std::function<void(U64 Cycle)> Function);
 
   void AddPeripheral(PERIPHERAL Peripheral);
   // Makes an external interrupt pending, as its line would. Numbers that the part does not have are ignored.

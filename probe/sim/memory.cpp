@@ -1,5 +1,6 @@
 #include "probe/sim/memory.h"
 
+#include "probe/sim/debug_registers.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
@@ -28,7 +29,7 @@ const PERIPHERAL* FindPeripheral(const STATE& S, U32 Addr) {
 }
 
 void CheckWatches(STATE& S, U32 Addr, U32 NumBytes, U32 Value, bool bWrite) {
-  if (S.Watches.IsAnySet() && S.Watches.Match(Addr, NumBytes, Value, bWrite) >= 0) S.StopWith(STOP::DATA_WATCH);
+  if (S.Dwt.IsAnySet() && S.Dwt.Match(Addr, NumBytes, Value, bWrite)) S.StopWith(STOP::DATA_WATCH);
 }
 
 bool LoadDevice(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
@@ -36,7 +37,7 @@ bool LoadDevice(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
     *pValue = p->Read ? p->Read(Addr - p->Range.Start, NumBytes) : 0;
     return true;
   }
-  if (IsScs(Addr) && S.IsPrivileged()) {
+  if (IsScs(Addr) && (S.IsPrivileged() || IsStimulusPort(Addr))) {
     *pValue = ReadScs(S, Addr, NumBytes, false);
     return true;
   }
@@ -49,8 +50,8 @@ bool StoreDevice(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
     if (p->Write) p->Write(Addr - p->Range.Start, Value, NumBytes);
     return true;
   }
-  if (IsScs(Addr) && (S.IsPrivileged() || (IsStir(Addr) && (S.Scb.CCR & CCR_USERSETMPEND)))) {
-    WriteScs(S, Addr, NumBytes, Value);
+  if (IsScs(Addr) && (S.IsPrivileged() || IsStimulusPort(Addr) || (IsStir(Addr) && (S.Scb.CCR & CCR_USERSETMPEND)))) {
+    WriteScs(S, Addr, NumBytes, Value, false);
     return true;
   }
   return FailBus(S, Addr);
@@ -124,7 +125,7 @@ bool StoreSlow(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
 
 void UpdateAccessPaths(STATE& S) {
   const REGION& RAM = S.aRAM[0];
-  const bool bFast = RAM.Size >= WORD && !S.Watches.IsAnySet();
+  const bool bFast = RAM.Size >= WORD && !S.Dwt.IsAnySet();
   S.Fast = {RAM.Start, bFast ? RAM.Size - (WORD - 1) : 0, RAM.pData, RAM.paHasCode};
   S.AlignMask = !S.bV7 || (S.Scb.CCR & CCR_UNALIGN_TRP) ? WORD - 1 : 0;
 }

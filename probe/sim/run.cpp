@@ -26,8 +26,32 @@ const INST* RunInBlock(STATE& S, const INST* pI) {
   return pNext;
 }
 
+// The condition of the instruction that comes next does not hold.
+bool IsSkipped(const STATE& S, const INST* pI) {
+  if (pI->Flags & INST_CONDITIONAL) return !IsTrue(S, pI->Rd);
+  return S.IT && !(pI->Flags & INST_IGNORES_IT) && !IsTrue(S, S.IT >> 4);
+}
+
+const INST* RunChunkTraced(STATE& S, const INST* pI) {
+  while (S.Left > 0) {
+    const U64 Before = S.Now();
+    S.Left--;
+    if (!pI->pfRun) [[unlikely]]
+      Decode(S, pI);
+    const U32 Addr = pI->Addr;
+    const bool bNoCode = pI->Flags & INST_NO_CODE;
+    const bool bSkipped = IsSkipped(S, pI);
+    pI = S.IT ? RunInBlock(S, pI) : pI->pfRun(S, pI);
+    // Time stands where a breakpoint has stopped the instruction.
+    if (S.Now() != Before && !bNoCode) [[likely]]
+      S.Trace.Record(Addr, bSkipped);
+  }
+  return pI;
+}
+
 // Runs to the end of the chunk.
 const INST* RunChunk(STATE& S, const INST* pI) {
+  if (S.Trace.IsOn()) return RunChunkTraced(S, pI);
   while (S.Left > 0) {
     S.Left--;
     if (!pI->pfRun) [[unlikely]]
@@ -95,6 +119,7 @@ STOP RunCore(STATE& S, U64 NumCycles, const std::atomic<bool>* pStop, bool bSkip
   const U64 EndTime = S.Now() + std::min<U64>(NumCycles, 1ull << 62);
   if (bSkipFirst && NumCycles && !S.bSleeping) pI = RunPastBreakpoint(S, pI);
   for (;;) {
+    if (S.Now() >= S.Sampler.Deadline()) S.Sampler.Fire(S.Now());
     if (S.Stop) return End(S, pI, *S.Stop);
     if (S.Now() >= EndTime) return End(S, pI, STOP::SLICE_END);
     if (pStop && pStop->load(std::memory_order_relaxed)) {
@@ -103,7 +128,7 @@ STOP RunCore(STATE& S, U64 NumCycles, const std::atomic<bool>* pStop, bool bSkip
     }
     pI = Between(S, pI);
     if (S.Stop) continue;
-    const U64 Limit = std::min(EndTime, S.SysTick.Deadline());
+    const U64 Limit = std::min({EndTime, S.SysTick.Deadline(), S.Sampler.Deadline()});
     const U64 Now = S.Now();
     const U64 NumLeft = Limit > Now ? Limit - Now : 1;
     if (S.bSleeping) {

@@ -43,6 +43,7 @@ inline constexpr U32 DEMCR_VC_CHKERR = 1u << 6;
 inline constexpr U32 DEMCR_VC_STATERR = 1u << 7;
 inline constexpr U32 DEMCR_VC_BUSERR = 1u << 8;
 inline constexpr U32 DEMCR_VC_HARDERR = 1u << 10;
+inline constexpr U32 DEMCR_TRCENA = 1u << 24;  // trace and data watchpoints are on
 
 struct SCB_REGS {
   U32 VTOR = 0;
@@ -56,9 +57,6 @@ struct SCB_REGS {
   U32 BFAR = 0;
   U32 CPACR = 0;
   U32 DEMCR = 0;
-  U32 DwtCtrl = 0;
-  U64 DwtStart = 0;  // cycle at which CYCCNT was 0, while it counts
-  U32 DwtHeld = 0;   // CYCCNT while it does not
 };
 
 }  // namespace sim

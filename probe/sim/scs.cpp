@@ -1,5 +1,6 @@
 #include "probe/sim/scs.h"
 
+#include "probe/sim/debug_registers.h"
 #include "probe/sim/memory.h"
 
 namespace sim {
@@ -7,9 +8,6 @@ namespace sim {
 namespace {
 
 enum SCS_REG : U32 {
-  DWT_CTRL = 0xE0001000,
-  DWT_CYCCNT = 0xE0001004,
-  FP_CTRL = 0xE0002000,
   ICTR = 0xE000E004,
   SYST_CSR = 0xE000E010,
   SYST_RVR = 0xE000E014,
@@ -74,10 +72,6 @@ inline constexpr U32 DHCSR_DEBUGEN = 1u << 0;  // there is always a debugger
 inline constexpr U32 DHCSR_HALTED = 3u << 16;  // halted, and registers can be read
 inline constexpr U32 DHCSR_SLEEP = 1u << 18;
 inline constexpr U32 DHCSR_LOCKUP = 1u << 19;
-
-inline constexpr U32 DWT_NUMCOMP_SHIFT = 28;
-inline constexpr U32 DWT_CYCCNTENA = 1;
-inline constexpr U32 FP_NUM_CODE_SHIFT = 4;
 
 // Which bit of SHCSR shows what of which exception.
 struct SHCSR_BIT {
@@ -151,15 +145,6 @@ void WriteAircr(STATE& S, U32 Value) {
   if (Value & AIRCR_VECTCLRACTIVE) {
     for (U32 Exc = 0; Exc < MAX_EXCEPTIONS; Exc++) S.Nvic.SetActive(Exc, false);
   }
-}
-
-U32 ReadCycleCounter(const STATE& S) {
-  return S.Scb.DwtCtrl & DWT_CYCCNTENA ? static_cast<U32>(S.Now() - S.Scb.DwtStart) : S.Scb.DwtHeld;
-}
-
-void WriteCycleCounter(STATE& S, U32 Value) {
-  S.Scb.DwtHeld = Value;
-  S.Scb.DwtStart = S.Now() - Value;
 }
 
 // Priorities of four exceptions, the lowest number in the low byte.
@@ -267,12 +252,6 @@ U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
   switch (Addr) {
     case DHCSR:
       return ReadDhcsr(S, bDebugger);
-    case DWT_CTRL:
-      return S.Scb.DwtCtrl | S.Spec.NumDataWatches << DWT_NUMCOMP_SHIFT;
-    case DWT_CYCCNT:
-      return ReadCycleCounter(S);
-    case FP_CTRL:
-      return (S.Spec.NumCodeBreakpoints & 0xF) << FP_NUM_CODE_SHIFT | 1;
     case SYST_CSR:
       return S.SysTick.ReadControl(S.Now(), bDebugger);
     case SYST_RVR:
@@ -312,14 +291,6 @@ U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
 
 void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
   switch (Addr) {
-    case DWT_CTRL:
-      S.Scb.DwtHeld = ReadCycleCounter(S);
-      S.Scb.DwtCtrl = Value & DWT_CYCCNTENA;
-      S.Scb.DwtStart = S.Now() - S.Scb.DwtHeld;
-      break;
-    case DWT_CYCCNT:
-      WriteCycleCounter(S, Value);
-      break;
     case SYST_CSR:
       S.SysTick.WriteControl(S.Now(), Value);
       break;
@@ -359,6 +330,7 @@ void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
       break;
     case DEMCR:
       S.Scb.DEMCR = Value & DEMCR_MASK;
+      UpdateDebugUnits(S);
       break;
     default:
       WriteNvic(S, Addr, Value, Lanes);
@@ -375,11 +347,13 @@ bool IsStir(U32 Addr) {
 
 U32 ReadScs(STATE& S, U32 Addr, U32 NumBytes, bool bDebugger) {
   const U32 Shift = 8 * (Addr & 3);
-  const U32 Value = ReadWord(S, Addr & ~3u, bDebugger) >> Shift;
+  const U32 Word = Addr & ~3u;
+  const U32 Value = (IsDebugUnit(Word) ? ReadDebugUnit(S, Word, bDebugger) : ReadWord(S, Word, bDebugger)) >> Shift;
   return NumBytes == 4 ? Value : Value & ((1u << (8 * NumBytes)) - 1);
 }
 
-void WriteScs(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
+void WriteScs(STATE& S, U32 Addr, U32 NumBytes, U32 Value, bool bDebugger) {
+  if (IsDebugUnit(Addr)) return WriteDebugUnit(S, Addr, NumBytes, Value, bDebugger);
   const U32 Shift = 8 * (Addr & 3);
   const U32 Lanes = (NumBytes == 4 ? 0xFFFFFFFF : (1u << (8 * NumBytes)) - 1) << Shift;
   WriteWord(S, Addr & ~3u, Value << Shift & Lanes, Lanes);

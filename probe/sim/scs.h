@@ -1,5 +1,5 @@
 #pragma once
-// The private peripheral bus as the core and a debugger see it: system control space, data watchpoint and trace unit.
+// The private peripheral bus as the core and a debugger see it: system control space, and the debug units behind it.
 
 #include "probe/sim/state.h"
 
@@ -16,7 +16,7 @@ bool IsStir(U32 Addr);  // the software trigger register, which unprivileged cod
 // Register access; Addr is aligned to NumBytes. Registers that do not exist read as zero and ignore writes. A
 // debugger's reads leave flags alone that reading clears.
 U32 ReadScs(STATE& S, U32 Addr, U32 NumBytes, bool bDebugger);
-void WriteScs(STATE& S, U32 Addr, U32 NumBytes, U32 Value);
+void WriteScs(STATE& S, U32 Addr, U32 NumBytes, U32 Value, bool bDebugger);
 
 void ResetScs(STATE& S);
 

@@ -22,7 +22,7 @@ STATE::STATE(const BOARD_SPEC& BoardSpec)
     : Spec(BoardSpec), bV7(BoardSpec.Arch != ARCH::ARMV6M), bDSP(BoardSpec.Arch == ARCH::ARMV7EM) {
   Flash.Create(Spec.Flash, 0xFF);
   for (U32 i = 0; i < std::size(aRAM); i++) aRAM[i].Create(Spec.RAM[i], 0);
-  Watches.SetNumComparators(Spec.NumDataWatches);
+  Dwt.Create(Spec.NumDataWatches, bV7);
   UpdateAccessPaths(*this);
 }
 

@@ -7,13 +7,17 @@
 #include <vector>
 
 #include "probe/sim/breakpoints.h"
+#include "probe/sim/dwt.h"
 #include "probe/sim/inst.h"
+#include "probe/sim/itm.h"
 #include "probe/sim/machine.h"
 #include "probe/sim/nvic.h"
 #include "probe/sim/region.h"
+#include "probe/sim/sampler.h"
 #include "probe/sim/scb.h"
 #include "probe/sim/systick.h"
-#include "probe/sim/watches.h"
+#include "probe/sim/tpiu.h"
+#include "probe/sim/trace_memory.h"
 
 namespace sim {
 
@@ -78,7 +82,11 @@ struct STATE {
   CSysTick SysTick;
   SCB_REGS Scb;
   CBreakpoints Breakpoints;
-  CWatches Watches;
+  CDwt Dwt;
+  CItm Itm;
+  TPIU_REGS Tpiu;
+  CTraceMemory Trace;
+  CSampler Sampler;
 
   // Run control.
   std::optional<STOP> Stop;  // asked for by an instruction
