@@ -1,13 +1,13 @@
 #include "device/data_files/record_file_reader.h"
 
 #include "base/msg_flags.h"
-#include "device/data_files/mem_block_merge.h"
 
 namespace VFile {
 
 namespace {
 
 constexpr qsizetype PIECE_BYTES = 1000000;
+constexpr I64 MAX_WARNINGS = 100;  // for a file that is none of records at all
 
 bool IsBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
@@ -19,9 +19,11 @@ void CRecordFileReader::ParseLine(std::string_view sLine) {
   const DATA_RECORD Record = m_Parser.Parse(sLine);
   if (!Record.bValid) {
     if (m_FirstInvalid < 0) m_FirstInvalid = m_NumLines;
-    if (m_Sink) m_Sink(QStringLiteral("Discarded invalid record in s-record file"), MSG_WARNING | MSG_TO_ALL);
-  } else if (Record.bIsData && !Record.Data.isEmpty()) {
-    m_Blocks.append({Record.Addr, static_cast<U32>(Record.Data.size()), Record.Addr, Record.Data, {}});
+    if (m_Sink && m_NumInvalid++ < MAX_WARNINGS)
+      m_Sink(QStringLiteral("Discarded invalid record in s-record file"), MSG_WARNING | MSG_TO_ALL);
+  } else if (Record.bIsData && !Record.Data.isEmpty() && m_FirstInvalid < 0) {
+    m_Pieces.push_back({Record.Addr, static_cast<U32>(Record.Data.size()), m_Bytes.size()});
+    m_Bytes += Record.Data;
   }
   ++m_NumLines;
 }
@@ -49,7 +51,7 @@ void CRecordFileReader::WarnOfLostLine(std::string_view sLine) {
          MSG_WARNING | MSG_TO_ALL);
 }
 
-QMemBlocks CRecordFileReader::Read(QFile& File) {
+void CRecordFileReader::ReadLines(QFile& File) {
   QByteArray Piece;
   qint64 Offset = 0;
   while (File.seek(Offset) && !(Piece = File.read(PIECE_BYTES)).isEmpty()) {
@@ -62,12 +64,25 @@ QMemBlocks CRecordFileReader::Read(QFile& File) {
       break;
     }
   }
-  if (m_FirstInvalid >= 0) {
-    const QString sText = QStringLiteral("could not open file \"%1\": file contains corrupt data record at line %2.");
-    if (m_Sink) m_Sink(sText.arg(File.fileName()).arg(m_FirstInvalid), MSG_ERROR | MSG_TO_ALL);
-    return {};
+}
+
+QMemBlocks CRecordFileReader::Refuse(const QFile& File, const QString& sReason) const {
+  if (m_Sink) {
+    m_Sink(QStringLiteral("could not open file \"%1\": %2").arg(File.fileName(), sReason), MSG_ERROR | MSG_TO_ALL);
   }
-  return m_Blocks.size() > 1 ? MergeMemBlocks(m_Blocks) : m_Blocks;
+  return {};
+}
+
+QMemBlocks CRecordFileReader::Read(QFile& File) {
+  ReadLines(File);
+  if (m_FirstInvalid >= 0) {
+    return Refuse(File, QStringLiteral("file contains corrupt data record at line %1.").arg(m_FirstInvalid));
+  }
+  const QMemBlocks Blocks = MergePieces(std::move(m_Pieces), m_Bytes);
+  if (Blocks.isEmpty() && !m_Bytes.isEmpty()) {
+    return Refuse(File, QStringLiteral("its data lies in more than %1 places.").arg(MAX_MERGED_BLOCKS));
+  }
+  return Blocks;
 }
 
 }  // namespace VFile

@@ -12,8 +12,10 @@ namespace VFile {
 namespace {
 
 constexpr qint64 PIECE_BYTES = 1000000;
-// A block's size is 32 bits wide.
+// A progress value is 32 bits wide.
 constexpr qint64 MAX_FILE_BYTES = 0x7FFFFFFF;
+// Each record takes several bytes of memory beside its data.
+constexpr qint64 MAX_RECORD_FILE_BYTES = 1'000'000'000;
 
 // Drives the progress bar for the time of one file operation.
 class CFileProgress {
@@ -43,16 +45,19 @@ bool HasElfIdentification(const QString& sPath) {
   return File.open(QIODevice::ReadOnly) && File.read(Identification.size()) == Identification;
 }
 
-CMemBlock ReadBinary(QFile& File, const CFileProgress& Progress) {
-  CMemBlock Block;
+QByteArray ReadAll(QFile& File, const CFileProgress& Progress) {
+  QByteArray Data;
   QByteArray Piece;
   do {
     Piece = File.read(PIECE_BYTES);
-    Block.Data += Piece;
+    Data += Piece;
     Progress.SetValue(File.pos());
   } while (Piece.size() == PIECE_BYTES);
-  Block.NumBytes = static_cast<U32>(Block.Data.size());
-  return Block;
+  return Data;
+}
+
+CMemBlock BlockOf(const QByteArray& Data) {
+  return {0, static_cast<U32>(Data.size()), 0, Data, {}};
 }
 
 }  // namespace
@@ -87,20 +92,31 @@ CFileWorker* CFileWorker::Get() {
   return &Worker;
 }
 
+bool CFileWorker::Open(QFile& File, qint64 MaxBytes) const {
+  if (File.size() <= MaxBytes && File.open(QIODevice::ReadOnly)) return true;
+  if (m_Sink) m_Sink(QStringLiteral("could not open file \"%1\".").arg(File.fileName()), MSG_ERROR | MSG_TO_ALL);
+  return false;
+}
+
+QByteArray CFileWorker::ReadBinaryFile(const QString& sPath) {
+  QFile File(sPath);
+  if (!Open(File, MAX_FILE_BYTES)) return {};
+  return ReadAll(File, CFileProgress(m_Progress, QStringLiteral("Reading File..."), File.size()));
+}
+
 QMemBlocks CFileWorker::ReadDataFile(const QString& sPath, I64 DefaultAddr) {
   const FILE_CLASS Class = GetFileClass(sPath);
   if (Class == FILE_CLASS_NONE) return {};
   if (Class == FILE_CLASS_ELF) return ReadProgramSegments();
+  const bool bBinary = Class == FILE_CLASS_BINARY;
   QFile File(sPath);
-  if (File.size() > MAX_FILE_BYTES || !File.open(QIODevice::ReadOnly)) {
-    if (m_Sink) m_Sink(QStringLiteral("could not open file \"%1\".").arg(sPath), MSG_ERROR | MSG_TO_ALL);
-    return {};
-  }
+  if (!Open(File, bBinary ? MAX_FILE_BYTES : MAX_RECORD_FILE_BYTES)) return {};
   const CFileProgress Progress(m_Progress, QStringLiteral("Reading File..."), File.size());
-  if (Class != FILE_CLASS_BINARY) return CRecordFileReader(Class, m_Progress, m_Sink).Read(File);
-  CMemBlock Block = ReadBinary(File, Progress);
-  if (DefaultAddr >= 0 && DefaultAddr <= 0xFFFFFFFFll) Block.Addr = Block.VirtAddr = static_cast<U32>(DefaultAddr);
-  return {Block};
+  QMemBlocks Blocks =
+      bBinary ? QMemBlocks{BlockOf(ReadAll(File, Progress))} : CRecordFileReader(Class, m_Progress, m_Sink).Read(File);
+  const bool bPlaceable = Blocks.size() == 1 && (bBinary || Blocks[0].Addr == INVALID_ADDR) && DefaultAddr >= 0;
+  if (bPlaceable && DefaultAddr <= UINT32_MAX) Blocks[0].Addr = Blocks[0].VirtAddr = static_cast<U32>(DefaultAddr);
+  return Blocks;
 }
 
 int CFileWorker::SaveFile(const QString& sPath, const void* pData, U32 NumBytes) {

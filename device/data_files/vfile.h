@@ -1,6 +1,7 @@
 #pragma once
 // Readers that turn a data file into blocks of target memory, and the writer of binary files.
 
+#include <QFile>
 #include <QObject>
 #include <QString>
 #include <mutex>
@@ -38,10 +39,13 @@ public:
   // The only instance, made on first use.
   static CFileWorker* Get();
 
-  // Blocks of the file, sorted, without overlaps and adjacent pairs. DefaultAddr places a binary file; -1 leaves it
-  // at 0. Empty when the path is no regular file, its class is unknown, or a record is corrupt (one error line then).
-  // An ELF class path answers with the segments of the program that is open, whatever the path names.
+  // Blocks of the file, sorted, without overlaps and adjacent pairs. DefaultAddr places a binary file, which lies at 0
+  // without it (-1), and a lone record at 0xFFFFFFFF. Empty when the path is no regular file, its class is unknown, or
+  // the file cannot be read or a record is corrupt (one error line then). An ELF class path answers with the segments
+  // of the program that is open, whatever the path names.
   QMemBlocks ReadDataFile(const QString& sPath, I64 DefaultAddr = -1);
+  // The bytes of a file of any name; empty, with an error line, when it cannot be read.
+  QByteArray ReadBinaryFile(const QString& sPath);
   // Writes NumBytes bytes; returns 0 and emits FileSaved, or removes the file and returns -1.
   int SaveFile(const QString& sPath, const void* pData, U32 NumBytes);
 
@@ -58,6 +62,7 @@ Q_SIGNALS:
 
 private:
   CFileWorker() = default;
+  bool Open(QFile& File, qint64 MaxBytes) const;
 
   std::mutex m_ProgramMutex;  // the program may be closed on another thread
   const ELF_FILE* m_pProgram = nullptr;
