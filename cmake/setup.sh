@@ -4,7 +4,7 @@ VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-de
   libdwarf-dev libelf-dev librapidxml-dev libgtest-dev libgmock-dev breeze-icon-theme fonts-dejavu-core)
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
-  qemu-system-arm gdb-multiarch python3)
+  qemu-system-arm gdb-multiarch python3 srecord)
 VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool highlight source-highlight)
 
 say() { printf '%s\n' "$*" >&2; }
