@@ -27,7 +27,8 @@ int GetEndianness() {
 
 int GetWebPort(VNODE_WEB_INFO* pInfo) {
   if (!pInfo) return -1;
-  pInfo->Port = 0;  // the simulator has no web control
+  CApiCall Call;
+  pInfo->Port = Call->WebPort();
   return 0;
 }
 

@@ -14,6 +14,7 @@ const char* CSession::Open() {
     return m_sOpenError.c_str();
   }
   m_bOpen = true;
+  if (!m_pWeb) m_pWeb = std::make_unique<CWebControl>(*this);
   return nullptr;
 }
 
@@ -26,6 +27,7 @@ void CSession::ReleaseTarget() {
 }
 
 void CSession::Close() {
+  m_pWeb.reset();
   ReleaseTarget();
   m_bOpen = false;
   m_bConnected = false;

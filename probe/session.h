@@ -11,6 +11,7 @@
 #include "probe/messages.h"
 #include "probe/probe_config.h"
 #include "probe/target.h"
+#include "probe/web_control.h"
 
 // One use of the library: the probe that is open, the target behind it and what was set on it. Everything but Messages
 // and Devices is guarded by the lock that the classes of api_call.h take.
@@ -28,6 +29,9 @@ public:
 
   bool IsOpen() const { return m_bOpen; }
   bool IsConnected() const { return m_bConnected && !m_bLost; }
+  bool IsLost() const { return m_bLost; }
+  // Where the control page can be read on this machine; 0 while there is none.
+  U16 WebPort() const { return m_pWeb ? m_pWeb->Port() : 0; }
   // The present device; false when none is selected.
   bool GetDevice(DEVICE_ROW* pRow) const;
   // Only while connected.
@@ -58,4 +62,5 @@ private:
   // A simulated board stays powered between two connections to the same device and serial number.
   std::unique_ptr<CTarget> m_pTarget;
   std::string m_sTargetKey;
+  std::unique_ptr<CWebControl> m_pWeb;  // the last member: it reads the others
 };

@@ -18,6 +18,7 @@ public:
   TARGET_CAPS Caps() const override;
   bool IsAlive() override { return true; }
   int Endianness() override { return 0; }
+  TARGET_STATUS Status() override;
   void Release() override {}
 
   int Halt() override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "device/probe_api/records.h"
 
@@ -15,6 +16,22 @@ struct TARGET_CAPS {
   bool bBackgroundAccess = false;  // memory can be read and written while the core runs, without stopping it
   bool bSwo = false;               // CTarget::Swo is there
   bool bInstTrace = false;         // CTarget::InstTrace is there
+};
+
+// What a target tells of itself beyond run control, for the control page.
+struct TARGET_STATUS {
+  struct COUNTER {
+    std::string sName;
+    U64 Value = 0;
+  };
+  struct REGISTER {
+    std::string sName;
+    U32 Value = 0;
+  };
+  std::string sKind;      // "Simulated board"
+  std::string sRunState;  // where the target knows more than halted and running: "asleep", "lockup"
+  std::vector<COUNTER> Counters;
+  std::vector<REGISTER> Registers;  // of a halted core
 };
 
 // Stimulus ports as an SWO probe receives them. All operations: negative on failure.
@@ -53,6 +70,7 @@ public:
   virtual bool IsAlive() = 0;
   // Bit 1 instructions, bit 0 data big endian; negative when unknown.
   virtual int Endianness() = 0;
+  virtual TARGET_STATUS Status() { return {}; }
   // The session is closed: the target is left in the state that it is in.
   virtual void Release() = 0;
 

@@ -1,0 +1,210 @@
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <fstream>
+#include <thread>
+
+#include "probe_fixture.h"
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::Not;
+
+class WebTest : public CProbeTest {
+protected:
+  U32 Port() {
+    VNODE_WEB_INFO Info = {};
+    reinterpret_cast<VNODE_WEB_INFO_FUNC>(API.VNODE_GetpFunc(VNODE_FUNC_WEB_PORT))(&Info);
+    return Info.Port;
+  }
+
+  // The whole answer, empty when nobody answers.
+  static std::string Send(U32 Port, const std::string& sRequest) {
+    const int Socket = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in Address = {};
+    Address.sin_family = AF_INET;
+    Address.sin_port = htons(static_cast<uint16_t>(Port));
+    Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    std::string sAnswer;
+    if (connect(Socket, reinterpret_cast<sockaddr*>(&Address), sizeof(Address)) == 0 &&
+        send(Socket, sRequest.data(), sRequest.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(sRequest.size())) {
+      char acPart[4096];
+      for (ssize_t Num; (Num = recv(Socket, acPart, sizeof(acPart), 0)) > 0;) sAnswer.append(acPart, acPart + Num);
+    }
+    close(Socket);
+    return sAnswer;
+  }
+  std::string Request(const std::string& sLine, const std::string& sHost) {
+    return Send(Port(), sLine + " HTTP/1.1\r\n" + (sHost.empty() ? "" : "Host: " + sHost + "\r\n") +
+                            "Connection: close\r\n\r\n");
+  }
+  std::string OwnHost() { return "127.0.0.1:" + std::to_string(Port()); }
+
+  QJsonObject State() {
+    const std::string sAnswer = Request("GET /state.json", OwnHost());
+    const size_t Body = sAnswer.find("\r\n\r\n");
+    QJsonParseError Error = {};
+    const std::string sBody = Body == std::string::npos ? "" : sAnswer.substr(Body + 4);
+    const QJsonDocument Document = QJsonDocument::fromJson(QByteArray::fromStdString(sBody), &Error);
+    EXPECT_EQ(Error.error, QJsonParseError::NoError) << Error.errorString().toStdString() << ": " << sAnswer;
+    return Document.object();
+  }
+  std::string RunState() { return State()[u"target"]["state"_L1].toString().toStdString(); }
+};
+
+TEST_F(WebTest, PortIsThereWhileTheProbeIsOpen) {
+  EXPECT_EQ(Port(), 0u);
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  const U32 FirstPort = Port();
+  ASSERT_NE(FirstPort, 0u);
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr) << "opened once more";
+  EXPECT_EQ(Port(), FirstPort);
+  EXPECT_EQ(RunState(), "not connected");
+  API.VNODEARM_Close();
+  EXPECT_EQ(Port(), 0u);
+  EXPECT_EQ(Send(FirstPort, "GET / HTTP/1.0\r\n\r\n"), "");
+}
+
+TEST_F(WebTest, ServesItsOwnPagesToThisMachineOnly) {
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  const std::string sOwn = OwnHost();
+  const std::string sLocal = "LocalHost:" + std::to_string(Port());
+  const std::tuple<const char*, std::string, int> CASES[] = {
+      {"GET /", sOwn, 200},
+      {"GET /", sLocal, 200},
+      {"GET /state.json?x=1", sOwn, 200},
+      {"GET /page.css", sOwn, 200},
+      {"GET /refresh.js", sOwn, 200},
+      {"GET /nothing", sOwn, 404},
+      {"GET /../../etc/passwd", sOwn, 404},
+      {"GET //", sOwn, 404},
+      {"HEAD /", sOwn, 405},
+      {"POST /", sOwn, 405},
+      {"DELETE /state.json", sOwn, 405},
+      {"GET /", "rebound.example:" + std::to_string(Port()), 403},
+      {"GET /", "127.0.0.1", 403},
+      {"GET /", "127.0.0.1:1", 403},
+      {"GET /state.json", "", 403},
+  };
+  for (const auto& [sLine, sHost, Code] : CASES) {
+    const std::string sAnswer = Request(sLine, sHost);
+    const std::string sStart = "HTTP/1.1 " + std::to_string(Code);
+    // A request without its host is no HTTP/1.1; the library may refuse it by itself.
+    if (sHost.empty()) {
+      EXPECT_THAT(sAnswer, testing::StartsWith("HTTP/1.1 40")) << sLine;
+    } else {
+      EXPECT_THAT(sAnswer, testing::StartsWith(sStart)) << sLine << " at " << sHost;
+    }
+    EXPECT_THAT(sAnswer, Not(HasSubstr("Access-Control"))) << sLine;
+  }
+  // The kernel's list of sockets: address and port in hexadecimal, 0A for one that listens.
+  char acLine[32];
+  std::snprintf(acLine, sizeof(acLine), ":%04X 00000000:0000 0A", Port());
+  std::ifstream File("/proc/net/tcp");
+  const std::string sSockets{std::istreambuf_iterator<char>(File), {}};
+  EXPECT_THAT(sSockets, HasSubstr(std::string("0100007F") + acLine));
+}
+
+TEST_F(WebTest, ShowsTheStateOfTheBoard) {
+  Connect("STM32F407IE");
+  Load(CFirmware::Counter(0x08000000));
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(API.VNODEARM_Step(), 0);
+  ASSERT_NE(API.VNODEARM_SetBPEx(0x08000180, VNODE_BP_IMP_HW | VNODE_BP_THUMB), 0);
+  VNODEARM_DATA_EVENT Event = {sizeof(Event), 1, 0x20000100, 3, 7, 0, 1, 0};
+  U32 Handle = 0;
+  ASSERT_GE(API.VNODEARM_SetDataEvent(&Event, &Handle), 0);
+  ASSERT_EQ(Exec("sim.fail SetBPEx 2 -1 AFTER 1"), "");
+
+  QJsonObject Halted = State();
+  const auto Target = Halted[u"target"].toObject();
+  EXPECT_EQ(Target[u"state"], u"halted"_s);
+  EXPECT_EQ(Target[u"registers"]["PC"_L1].toInteger(), PC());
+  EXPECT_EQ(Target[u"registers"]["R1"_L1], 1);
+  EXPECT_GE(Target[u"counters"]["instructions"_L1].toInteger(), 3);
+  EXPECT_EQ(Halted[u"device"]["name"_L1], u"STM32F407IE"_s);
+  EXPECT_EQ(Halted[u"device"]["memories"_L1].toArray().size(), 3);
+  const QJsonValue Breakpoint = Halted[u"breakpoints"].toArray().at(0);
+  EXPECT_EQ(Breakpoint["address"_L1], 0x08000180);
+  EXPECT_EQ(Breakpoint["implementation"_L1], u"breakpoint unit"_s);
+  const QJsonValue DataEvent = Halted[u"dataEvents"].toArray().at(0);
+  EXPECT_EQ(DataEvent["address"_L1], 0x20000100);
+  EXPECT_EQ(DataEvent["access"_L1], u"write"_s);
+  EXPECT_EQ(Halted[u"faults"].toArray().at(0), u"sim.fail SetBPEx 2 -1 AFTER 1"_s);
+  EXPECT_THAT(Request("GET /", OwnHost()), testing::AllOf(HasSubstr("0x08000180"), HasSubstr("0x20000100"),
+                                                          HasSubstr("sim.fail SetBPEx"), HasSubstr("STM32F407IE")));
+
+  API.VNODEARM_GoEx(0, 0);
+  const QJsonValue Running = State()[u"target"];
+  EXPECT_EQ(Running["state"_L1], u"running"_s);
+  EXPECT_TRUE(Running["registers"_L1].toObject().isEmpty());
+  Exec("sim.lose-connection 0");
+  API.VNODEARM_IsHalted();
+  EXPECT_EQ(RunState(), "connection lost");
+}
+
+TEST_F(WebTest, TellsSleepAndLockup) {
+  Connect("Cortex-M3");
+  Load(CFirmware::Ticker(0, 1'000'000));
+  API.VNODEARM_GoEx(0, 0);
+  const auto Reaches = [this](const std::string& sState) {
+    for (int i = 0; i < 200 && RunState() != sState; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return RunState();
+  };
+  EXPECT_EQ(Reaches("asleep"), "asleep");
+  API.VNODEARM_Halt();
+  Load(CFirmware(0).Code(CFirmware::ENTRY, {0xDE00}));
+  API.VNODEARM_GoEx(0, 0);
+  EXPECT_EQ(Reaches("lockup"), "lockup");
+}
+
+TEST_F(WebTest, AnswersWhileTheLibraryIsBusy) {
+  Connect("Cortex-M3");
+  EXPECT_EQ(RunState(), "halted");
+  ASSERT_EQ(Exec("sim.slow 1500"), "");
+  const auto Start = std::chrono::steady_clock::now();
+  std::thread Slow([] { API.VNODEARM_IsHalted(); });
+  QJsonObject Busy;
+  do {
+    Busy = State();
+  } while (!Busy[u"probe"]["busy"_L1].toBool() && std::chrono::steady_clock::now() - Start < std::chrono::seconds(1));
+  EXPECT_TRUE(Busy[u"probe"]["busy"_L1].toBool());
+  EXPECT_EQ(Busy[u"target"]["state"_L1], u"halted"_s) << "the last known state";
+  EXPECT_LT(std::chrono::steady_clock::now() - Start, std::chrono::milliseconds(1400));
+  Slow.join();
+  EXPECT_FALSE(State()[u"probe"]["busy"_L1].toBool());
+}
+
+TEST_F(WebTest, ClosesWhileRequestsArrive) {
+  Connect("Cortex-M3");
+  for (int i = 0; i < 20; ++i) {
+    const U32 OpenPort = Port();
+    std::thread Reader([OpenPort] {
+      while (!Send(OpenPort,
+                   "GET / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(OpenPort) + "\r\nConnection: close\r\n\r\n")
+                  .empty()) {
+      }
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(i));
+    API.VNODEARM_Close();
+    Reader.join();
+    ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  }
+}
+
+TEST_F(WebTest, TextsOfUsersAreEscaped) {
+  const std::string sPath = testing::TempDir() + "vnode_web_" + std::to_string(getpid()) + ".txt";
+  std::ofstream(sPath) << R"(a"<b>&\, Me <i>, Cortex-M3, 10, 20, -, 0x20000000+2K)" << '\n';
+  ASSERT_EQ(Exec("DeviceListFile=" + sPath), "");
+  std::remove(sPath.c_str());
+  ASSERT_EQ(API.VNODEARM_Open(), nullptr);
+  ASSERT_EQ(Exec(R"(device=a"<b>&\)"), "");
+  EXPECT_EQ(State()[u"device"]["name"_L1], uR"(a"<b>&\)"_s);
+  const std::string sPage = Request("GET /", OwnHost());
+  EXPECT_THAT(sPage, testing::AllOf(HasSubstr(R"(a&quot;&lt;b&gt;&amp;\)"), HasSubstr("Me &lt;i&gt;")));
+  EXPECT_THAT(sPage, Not(HasSubstr("<b>")));
+}
