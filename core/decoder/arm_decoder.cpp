@@ -1,16 +1,34 @@
-#include "core/decoder/disasm.h"
+#include "base/endian.h"
+#include "core/decoder/decode_word.h"
 
-// ARM mode has no decode tables yet: every word is refused, with its length.
-int DISASM_DecodeARM(DISASM_CONTEXT& Context, U32, const U8*, U32 NumBytes, char* sText, U32 TextSize,
+namespace {
+
+constexpr U32 ARM_LENGTH = 4;     // bytes
+constexpr U32 ARM_PC_OFFSET = 8;  // bytes by which the PC is ahead
+constexpr U32 ALWAYS_KEY = COND_ALWAYS << 28;
+constexpr U32 BITS_BELOW_COND = (1u << 28) - 1;
+
+}  // namespace
+
+int DISASM_DecodeARM(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 NumBytes, char* sText, U32 TextSize,
                      DISASM_INFO* pInfo) {
   if (sText != nullptr && TextSize > 0) sText[0] = 0;
   if (pInfo != nullptr) *pInfo = {};
-  if (NumBytes < 4) {
-    if (Context.pAPI != nullptr && Context.pAPI->pfLogErrorText) {
-      Context.pAPI->pfLogErrorText("Data buffer too small (< 4 Bytes).");
-    }
+  if (NumBytes < ARM_LENGTH) {
+    LogError(Context, "Data buffer too small (< 4 Bytes).");
     return -1;
   }
-  if (pInfo != nullptr) pInfo->Length = 4;
-  return -1;
+  INST Inst;
+  Inst.bArm = true;
+  Inst.Addr = Addr;
+  Inst.PC = Addr + ARM_PC_OFFSET;
+  Inst.pContext = &Context;
+  Inst.Word = LoadInt<U32>(pBytes, Context.BigEndian != 0);
+  Inst.Cond = Inst.Word >> 28;
+  const U32 Key = Inst.Cond == COND_NONE ? Inst.Word : (Inst.Word & BITS_BELOW_COND) | ALWAYS_KEY;
+  const int Kind = DecodeWord(Inst, ArmTable(), Key, sText, TextSize);
+  if (Kind < 0) Inst.Info = {};
+  Inst.Info.Length = ARM_LENGTH;
+  if (pInfo != nullptr) *pInfo = Inst.Info;
+  return Kind < 0 ? -1 : static_cast<int>(ARM_LENGTH);
 }

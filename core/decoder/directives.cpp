@@ -1,7 +1,4 @@
-// The operand directives of text templates, by name.
-
-#include <cmath>
-#include <string_view>
+// Operand directives of both instruction sets and of Thumb alone.
 
 #include "core/decoder/names.h"
 #include "core/decoder/operand_text.h"
@@ -18,40 +15,45 @@ U32 Field(const INST& Inst, ARGS Args) {
 U32 WideAmount(const INST& Inst) {
   return Inst.Bits(12, 3) << 2 | Inst.Bits(6, 2);
 }
-U32 Imm16Split(const INST& Inst) {
-  return Inst.Bits(16, 4) << 12 | Inst.Bits(0, 12);
-}
 
 // Suffixes
 void Cond(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", CondName(Inst.Cond));
+  Out.Add(CondName(Inst.Cond));
 }
 void CondAt(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%s", CondName(Inst.Bits(Args.Low, 4)));
+  Out.Add(CondName(Inst.Bits(Args.Low, 4)));
 }
 void SetFlags(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", Inst.Bit(20) ? "S" : "");
+  if (Inst.Bit(20)) Out.Add('S');
 }
 void SetFlags16(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", Inst.InITBlock() ? "" : "S");
+  if (!Inst.InITBlock()) Out.Add('S');
 }
 
 void ITMask(OUT& Out, const INST& Inst, ARGS) {
   const bool bFirst = Inst.Bit(4);
   for (U32 Bit = 3; Bit > 0; --Bit) {
-    if (Inst.Bits(0, Bit) != 0) Out.Add("%s", Inst.Bit(Bit) == bFirst ? "T" : "E");
+    if (Inst.Bits(0, Bit) != 0) Out.Add(Inst.Bit(Bit) == bFirst ? 'T' : 'E');
   }
 }
 
 // Registers
 void LowReg(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%s", RegName(Inst.Bits(Args.Low, 3)));
+  Out.Add(RegName(Inst.Bits(Args.Low, 3)));
 }
 void Reg(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%s", RegName(Inst.Bits(Args.Low, 4)));
+  Out.Add(RegName(Inst.Bits(Args.Low, 4)));
+}
+void NextReg(OUT& Out, const INST& Inst, ARGS Args) {
+  Out.Add(RegName(Inst.Bits(Args.Low, 4) + 1));
+}
+// The destination of a move from a coprocessor: in the place of the PC it is the flags.
+void RegOrFlags(OUT& Out, const INST& Inst, ARGS Args) {
+  const U32 Index = Inst.Bits(Args.Low, 4);
+  Out.Add(Index == REG_PC ? "APSR_nzcv" : RegName(Index));
 }
 void HighDest(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", RegName(Inst.Bits(7, 1) << 3 | Inst.Bits(0, 3)));
+  Out.Add(RegName(Inst.Bits(7, 1) << 3 | Inst.Bits(0, 3)));
 }
 void RegList(OUT& Out, const INST& Inst, ARGS Args) {
   WriteRegList(Out, Inst.Bits(Args.Low, Args.Width));
@@ -63,58 +65,64 @@ void PopList(OUT& Out, const INST& Inst, ARGS) {
   WriteRegList(Out, Inst.Bits(0, 8) | Inst.Bits(8, 1) << REG_PC);
 }
 void NotInList(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", Inst.Bit(Inst.Bits(8, 3)) ? "" : "!");
+  if (!Inst.Bit(Inst.Bits(8, 3))) Out.Add('!');
 }
 void WriteBack(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%s", Inst.Bit(Args.Low) ? "!" : "");
+  if (Inst.Bit(Args.Low)) Out.Add('!');
 }
 
 // Numbers
 void Hex(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("#0x%.02X", Field(Inst, Args));
+  WriteHex(Out, Field(Inst, Args));
 }
 void Bare(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("#%.2X", Field(Inst, Args));
+  Out.Add('#');
+  Out.AddHex(Field(Inst, Args), 2);
 }
 void Dec(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("#%u", Field(Inst, Args));
+  WriteDec(Out, Field(Inst, Args));
 }
 void Count(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("#%u", Field(Inst, Args) + 1);
+  WriteDec(Out, Field(Inst, Args) + 1);
 }
-void BitDigit(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%u", Inst.Bits(Args.Low, 1));
+void Digits(OUT& Out, const INST& Inst, ARGS Args) {
+  Out.AddDec(Field(Inst, Args));
 }
 void Offset(OUT& Out, const INST& Inst, ARGS Args) {
-  if (Field(Inst, Args) != 0) Out.Add(", #0x%.2X", Field(Inst, Args));
+  if (Field(Inst, Args) == 0) return;
+  Out.Add(", ");
+  WriteHex(Out, Field(Inst, Args));
 }
-void Amount(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#0x%.02X", Inst.Bits(6, 5) == 0 ? 32 : Inst.Bits(6, 5));
+void Amount(OUT& Out, const INST& Inst, ARGS Args) {
+  const U32 Value = Inst.Bits(Args.Low, Args.Width);
+  WriteHex(Out, Value == 0 ? 32 : Value);
 }
 void WideAmountText(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#0x%.02X", WideAmount(Inst) == 0 ? 32 : WideAmount(Inst));
+  WriteHex(Out, WideAmount(Inst) == 0 ? 32 : WideAmount(Inst));
 }
 void ModifiedImmediate(OUT& Out, const INST& Inst, ARGS) {
   const U32 Imm12 = Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8);
-  Out.Add("#0x%.2X", ExpandModifiedImmediate(Imm12));
+  WriteHex(Out, ExpandModifiedImmediate(Imm12));
 }
 void WideImmediate(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#0x%.2X", Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8));
+  WriteHex(Out, Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8));
 }
 void Imm16(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#0x%.2X", Inst.Bits(16, 4) << 12 | Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8));
+  WriteHex(Out, Inst.Bits(16, 4) << 12 | Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8));
 }
-void HexImm16Split(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#0x%.4X", Imm16Split(Inst));
+// 16 bits at 19:16 and 11:0, with the number of digits as argument.
+void HexImm16Split(OUT& Out, const INST& Inst, ARGS Args) {
+  WriteHex(Out, Inst.Bits(16, 4) << 12 | Inst.Bits(0, 12), Args.Low);
 }
 void BareImm16Split(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#%.2X", Imm16Split(Inst));
+  Out.Add('#');
+  Out.AddHex(Inst.Bits(16, 4) << 12 | Inst.Bits(0, 12), 2);
 }
 void LowBit(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#%u", WideAmount(Inst));
+  WriteDec(Out, WideAmount(Inst));
 }
 void FieldWidth(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("#%d", static_cast<int>(Inst.Bits(0, 5)) - static_cast<int>(WideAmount(Inst)) + 1);
+  WriteDec(Out, Inst.Bits(0, 5) - WideAmount(Inst) + 1);
 }
 
 // Shifts
@@ -124,8 +132,9 @@ void Shift(OUT& Out, const INST& Inst, ARGS) {
 void SaturationShift(OUT& Out, const INST& Inst, ARGS) {
   WriteShift(Out, Inst.Bit(21) ? 2 : 0, WideAmount(Inst));
 }
-void Rotation(OUT& Out, const INST& Inst, ARGS) {
-  if (Inst.Bits(4, 2) != 0) Out.Add(", ROR #%u", Inst.Bits(4, 2) * 8);
+void Rotation(OUT& Out, const INST& Inst, ARGS Args) {
+  constexpr U32 ROR = 3;
+  if (Inst.Bits(Args.Low, 2) != 0) WriteShift(Out, ROR, Inst.Bits(Args.Low, 2) * 8);
 }
 
 // Addresses
@@ -133,7 +142,11 @@ void Target(OUT& Out, const INST& Inst, ARGS) {
   WriteTarget(Out, Inst);
 }
 void Literal(OUT& Out, const INST& Inst, ARGS) {
-  WriteLiteral(Out, Inst);
+  if (Inst.bArm) {
+    WriteArmLiteral(Out, Inst);
+  } else {
+    WriteLiteral(Out, Inst);
+  }
 }
 void Index(OUT& Out, const INST& Inst, ARGS) {
   WriteShift(Out, 0, Inst.Bits(4, 2));
@@ -147,30 +160,45 @@ void IndexedByte(OUT& Out, const INST& Inst, ARGS) {
 
 // System
 void InterruptFlags(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("%s", InterruptFlagsName(Inst.Bits(Args.Low, 3)));
+  Out.Add(InterruptFlagsName(Inst.Bits(Args.Low, 3)));
 }
 void Barrier(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", BarrierName(Inst.Bits(0, 4)));
+  Out.Add(BarrierName(Inst.Bits(0, 4)));
 }
 void Coprocessor(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("p%u", Inst.Bits(8, 4));
+  Out.Add('p');
+  Out.AddDec(Inst.Bits(8, 4));
 }
 void CoprocessorReg(OUT& Out, const INST& Inst, ARGS Args) {
-  Out.Add("c%u", Inst.Bits(Args.Low, 4));
+  Out.Add('c');
+  Out.AddDec(Inst.Bits(Args.Low, 4));
+}
+
+// Without index and write-back the byte is an option for the coprocessor.
+void CoprocessorIndexed(OUT& Out, const INST& Inst, ARGS) {
+  if (!Inst.Bit(24) && !Inst.Bit(21)) {
+    Out.Add('[');
+    Out.Add(RegName(Inst.Bits(16, 4)));
+    Out.Add("], {");
+    Out.AddDec(Inst.Bits(0, 8));
+    Out.Add('}');
+    return;
+  }
+  WriteIndexed(Out, Inst.Bits(16, 4), Inst.Bits(0, 8) << 2, Inst.Bit(24), Inst.Bit(23), Inst.Bit(21));
 }
 
 void SysReg(OUT& Out, const INST& Inst) {
   const char* sName = SysRegName(Inst.Bits(0, 8), Inst.pContext->ArchVersion);
   if (sName != nullptr) {
-    Out.Add("%s", sName);
+    Out.Add(sName);
   } else {
-    Out.Add("#%u", Inst.Bits(0, 8));
+    WriteDec(Out, Inst.Bits(0, 8));
   }
 }
 
 void SysRegRead(OUT& Out, const INST& Inst, ARGS) {
   if (Inst.Bit(20)) {
-    Out.Add("%s", StatusRegName(true, 0));
+    Out.Add(StatusRegName(true, 0));
   } else {
     SysReg(Out, Inst);
   }
@@ -181,81 +209,11 @@ void SysRegWrite(OUT& Out, const INST& Inst, ARGS) {
   constexpr const char* aAPSRFields[] = {"", "_g", "_nzcvq", "_nzcvqg"};
   const U32 Mask = Inst.Bits(8, 4);
   if (Inst.Bit(20) || (Mask & 3) != 0) {
-    Out.Add("%s", StatusRegName(Inst.Bit(20), Mask));
+    Out.Add(StatusRegName(Inst.Bit(20), Mask));
     return;
   }
   SysReg(Out, Inst);
-  if (Inst.Bits(0, 8) < 4) Out.Add("%s", aAPSRFields[Mask >> 2]);
-}
-
-// Floating point: bit 8 tells double from single
-U32 SingleReg(U32 High, U32 Low) {
-  return High << 1 | Low;
-}
-U32 DoubleReg(U32 Low, U32 High) {
-  return High << 4 | Low;
-}
-void FloatSuffix(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%s", Inst.Bit(8) ? ".F64" : ".F32");
-}
-void SingleD(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("S%u", SingleReg(Inst.Bits(12, 4), Inst.Bits(22, 1)));
-}
-void SingleN(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("S%u", SingleReg(Inst.Bits(16, 4), Inst.Bits(7, 1)));
-}
-void SingleM(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("S%u", SingleReg(Inst.Bits(0, 4), Inst.Bits(5, 1)));
-}
-void SingleNext(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("S%u", SingleReg(Inst.Bits(0, 4), Inst.Bits(5, 1)) + 1);
-}
-void DoubleD(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("D%u", DoubleReg(Inst.Bits(12, 4), Inst.Bits(22, 1)));
-}
-void DoubleN(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("D%u", DoubleReg(Inst.Bits(16, 4), Inst.Bits(7, 1)));
-}
-void DoubleM(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("D%u", DoubleReg(Inst.Bits(0, 4), Inst.Bits(5, 1)));
-}
-void FloatD(OUT& Out, const INST& Inst, ARGS Args) {
-  (Inst.Bit(8) ? DoubleD : SingleD)(Out, Inst, Args);
-}
-void FloatN(OUT& Out, const INST& Inst, ARGS Args) {
-  (Inst.Bit(8) ? DoubleN : SingleN)(Out, Inst, Args);
-}
-void FloatM(OUT& Out, const INST& Inst, ARGS Args) {
-  (Inst.Bit(8) ? DoubleM : SingleM)(Out, Inst, Args);
-}
-
-void FloatList(OUT& Out, const INST& Inst, ARGS) {
-  const bool bDouble = Inst.Bit(8);
-  const U32 First =
-      bDouble ? DoubleReg(Inst.Bits(12, 4), Inst.Bits(22, 1)) : SingleReg(Inst.Bits(12, 4), Inst.Bits(22, 1));
-  const U32 Count = bDouble ? Inst.Bits(1, 7) : Inst.Bits(0, 8);
-  const char Letter = bDouble ? 'D' : 'S';
-  if (Count > 0) Out.Add("%c%u", Letter, First);
-  if (Count > 1) Out.Add("-%c%u", Letter, First + Count - 1);
-}
-
-void FloatImmediate(OUT& Out, const INST& Inst, ARGS) {
-  const U32 Imm8 = Inst.Bits(16, 4) << 4 | Inst.Bits(0, 4);
-  const int Exponent = static_cast<int>((Imm8 >> 4 & 7) ^ 4) - 3;
-  const double Value = std::ldexp((16.0 + (Imm8 & 15)) / 16.0, Exponent);
-  Out.Add("#%g", (Imm8 & 0x80) != 0 ? -Value : Value);
-}
-
-void FixedSize(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%u", Inst.Bit(7) ? 32u : 16u);
-}
-void FixedBits(OUT& Out, const INST& Inst, ARGS) {
-  const int Size = Inst.Bit(7) ? 32 : 16;
-  const int Bits = Size - static_cast<int>(Inst.Bits(0, 4) << 1 | Inst.Bits(5, 1));
-  Out.Add("#0x%.02X", static_cast<U32>(Bits > 0 ? Bits : 0));
-}
-void Rounding(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add("%c", "ANPM"[Inst.Bits(16, 2)]);
+  if (Inst.Bits(0, 8) < 4) Out.Add(aAPSRFields[Mask >> 2]);
 }
 
 constexpr DIRECTIVE aDirective[] = {
@@ -266,6 +224,8 @@ constexpr DIRECTIVE aDirective[] = {
     {"itmask", ITMask},
     {"r", LowReg},
     {"R", Reg},
+    {"Rnext", NextReg},
+    {"Rflags", RegOrFlags},
     {"hd", HighDest},
     {"list", RegList},
     {"pushlist", PushList},
@@ -276,7 +236,7 @@ constexpr DIRECTIVE aDirective[] = {
     {"bare", Bare},
     {"dec", Dec},
     {"count", Count},
-    {"bit", BitDigit},
+    {"digits", Digits},
     {"offset", Offset},
     {"amount", Amount},
     {"wideamount", WideAmountText},
@@ -299,31 +259,13 @@ constexpr DIRECTIVE aDirective[] = {
     {"barrier", Barrier},
     {"cp", Coprocessor},
     {"cr", CoprocessorReg},
+    {"cpindexed", CoprocessorIndexed},
     {"sysregread", SysRegRead},
     {"sysregwrite", SysRegWrite},
-    {"f", FloatSuffix},
-    {"sd", SingleD},
-    {"sn", SingleN},
-    {"sm", SingleM},
-    {"snext", SingleNext},
-    {"dd", DoubleD},
-    {"dn", DoubleN},
-    {"dm", DoubleM},
-    {"vd", FloatD},
-    {"vn", FloatN},
-    {"vm", FloatM},
-    {"vlist", FloatList},
-    {"vimm", FloatImmediate},
-    {"fixsize", FixedSize},
-    {"fixbits", FixedBits},
-    {"rounding", Rounding},
 };
 
 }  // namespace
 
-DIRECTIVE_FUNC FindDirective(std::string_view sName) {
-  for (const DIRECTIVE& Directive : aDirective) {
-    if (sName == Directive.sName) return Directive.pfWrite;
-  }
-  return nullptr;
+std::span<const DIRECTIVE> GeneralDirectives() {
+  return aDirective;
 }

@@ -1,8 +1,13 @@
 #include "core/decoder/inst_kind.h"
 
+#include <bit>
+
+#include "core/decoder/names.h"
+
 namespace {
 
 constexpr U32 SEMIHOST_NUMBER = 0xAB;  // of BKPT and of SVC in Thumb
+constexpr U32 SEMIHOST_NUMBER_ARM = 0x123456;
 // Up to this version SVC 0xAB is the way to request semihosting.
 constexpr U32 LAST_ARCH_WITH_SVC_SEMIHOSTING = 5;
 
@@ -12,19 +17,19 @@ U32 SignExtended(U32 Value, U32 Width) {
 }
 
 U32 TargetB8(const INST& Inst) {
-  return Inst.Addr + 4 + SignExtended(Inst.Bits(0, 8) << 1, 9);
+  return Inst.PC + SignExtended(Inst.Bits(0, 8) << 1, 9);
 }
 U32 TargetB11(const INST& Inst) {
-  return Inst.Addr + 4 + SignExtended(Inst.Bits(0, 11) << 1, 12);
+  return Inst.PC + SignExtended(Inst.Bits(0, 11) << 1, 12);
 }
 U32 TargetCBZ(const INST& Inst) {
-  return Inst.Addr + 4 + (Inst.Bits(9, 1) << 6 | Inst.Bits(3, 5) << 1);
+  return Inst.PC + (Inst.Bits(9, 1) << 6 | Inst.Bits(3, 5) << 1);
 }
 
 U32 TargetB20(const INST& Inst) {
   const U32 Offset = Inst.Bits(26, 1) << 20 | Inst.Bits(11, 1) << 19 | Inst.Bits(13, 1) << 18 | Inst.Bits(16, 6) << 12 |
                      Inst.Bits(0, 11) << 1;
-  return Inst.Addr + 4 + SignExtended(Offset, 21);
+  return Inst.PC + SignExtended(Offset, 21);
 }
 
 U32 TargetB24(const INST& Inst) {
@@ -32,7 +37,7 @@ U32 TargetB24(const INST& Inst) {
   const U32 I1 = (Inst.Bits(13, 1) ^ S ^ 1u);
   const U32 I2 = (Inst.Bits(11, 1) ^ S ^ 1u);
   const U32 Offset = S << 24 | I1 << 23 | I2 << 22 | Inst.Bits(16, 10) << 12 | Inst.Bits(0, 11) << 1;
-  return Inst.Addr + 4 + SignExtended(Offset, 25);
+  return Inst.PC + SignExtended(Offset, 25);
 }
 
 U32 TargetBLX(const INST& Inst) {
@@ -40,7 +45,7 @@ U32 TargetBLX(const INST& Inst) {
 }
 
 U32 LiteralBase(const INST& Inst) {
-  return (Inst.Addr + 4) & ~3u;
+  return Inst.PC & ~3u;
 }
 U32 TargetLiteral16(const INST& Inst) {
   return LiteralBase(Inst) + (Inst.Bits(0, 8) << 2);
@@ -64,6 +69,26 @@ U32 TargetAdrAdd(const INST& Inst) {
 }
 U32 TargetAdrSub(const INST& Inst) {
   return LiteralBase(Inst) - WideImmediate(Inst);
+}
+
+U32 TargetArmB(const INST& Inst) {
+  return Inst.PC + SignExtended(Inst.Bits(0, 24) << 2, 26);
+}
+U32 TargetArmBLX(const INST& Inst) {
+  return TargetArmB(Inst) + (Inst.Bits(24, 1) << 1);
+}
+U32 RotatedImmediate(const INST& Inst) {
+  return std::rotr(Inst.Bits(0, 8), static_cast<int>(2 * Inst.Bits(8, 4)));
+}
+U32 TargetArmAdrAdd(const INST& Inst) {
+  return LiteralBase(Inst) + RotatedImmediate(Inst);
+}
+U32 TargetArmAdrSub(const INST& Inst) {
+  return LiteralBase(Inst) - RotatedImmediate(Inst);
+}
+U32 TargetLiteralSplit(const INST& Inst) {
+  const U32 Offset = Inst.Bits(8, 4) << 4 | Inst.Bits(0, 4);
+  return Inst.Bit(23) ? LiteralBase(Inst) + Offset : LiteralBase(Inst) - Offset;
 }
 
 U32 FlagsBX(const INST& Inst) {
@@ -98,8 +123,41 @@ U32 FlagsSVC(const INST& Inst) {
   return bOld && Inst.Bits(0, 8) == SEMIHOST_NUMBER ? IF_SEMIHOST : 0u;
 }
 
+U32 FlagsArmBX(const INST& Inst) {
+  return Inst.Bits(0, 4) == REG_LR ? IF_RETURN : IF_CALL;
+}
+U32 FlagsALU(const INST& Inst) {
+  return Inst.Bits(12, 4) == REG_PC ? U32(IF_BRANCH) : 0u;
+}
+U32 FlagsArmMov(const INST& Inst) {
+  return Inst.Bits(12, 4) == REG_PC ? IF_BRANCH | IF_DIRECT_BRANCH : 0u;
+}
+U32 FlagsArmSVC(const INST& Inst) {
+  return Inst.Bits(0, 24) == SEMIHOST_NUMBER_ARM ? U32(IF_SEMIHOST) : 0u;
+}
+
 bool IsBitFieldValid(const INST& Inst) {
   return Inst.Bits(0, 5) >= (Inst.Bits(12, 3) << 2 | Inst.Bits(6, 2));
+}
+
+bool IsArmBitFieldValid(const INST& Inst) {
+  return Inst.Bits(16, 5) >= Inst.Bits(7, 5);
+}
+bool IsAlways(const INST& Inst) {
+  return Inst.Cond == COND_ALWAYS;
+}
+bool IsDualValid(const INST& Inst) {
+  return Inst.Bits(12, 4) != REG_PC;
+}
+bool IsDualStoreValid(const INST& Inst) {
+  return Inst.Bits(0, 4) != REG_PC;
+}
+bool IsFixedValid(const INST& Inst) {
+  return (Inst.Bits(0, 4) << 1 | Inst.Bits(5, 1)) <= (Inst.Bit(7) ? 32u : 16u);
+}
+bool IsBankedValid(const INST& Inst) {
+  const U32 High = Inst.Bits(Inst.bArm ? 8 : 4, 1);
+  return BankedRegName(Inst.Bit(Inst.bArm ? 22 : 20), High << 4 | Inst.Bits(Inst.bArm ? 16 : 8, 4)) != nullptr;
 }
 
 bool IsFloatListValid(const INST& Inst) {
@@ -115,12 +173,12 @@ bool IsFloatListValid(const INST& Inst) {
   return Count > 0 && Count <= MAX_DOUBLES_IN_LIST && First + Count <= NUM_DOUBLES;
 }
 
-// Where the condition stands: in the IT block, nowhere, or in four bits of the word.
-enum COND_SOURCE : U8 { COND_FROM_IT, COND_FROM_NOWHERE, COND_FROM_BITS_8, COND_FROM_BITS_22 };
+// Where the condition stands: in the IT block or the top of an ARM word, nowhere, or in four bits of a Thumb word.
+enum COND_SOURCE : U8 { COND_FROM_INST, COND_FROM_NOWHERE, COND_FROM_BITS_8, COND_FROM_BITS_22 };
 
 struct KIND_INFO {
   U32 Flags = 0;
-  COND_SOURCE Cond = COND_FROM_IT;
+  COND_SOURCE Cond = COND_FROM_INST;
   U32 (*pfTarget)(const INST&) = nullptr;
   U32 (*pfFlags)(const INST&) = nullptr;  // flags that depend on operands
   bool (*pfIsValid)(const INST&) = nullptr;
@@ -137,42 +195,63 @@ constexpr KIND_INFO aKind[] = {
     /* MEM_NOCOND */ {IF_MEM, COND_FROM_NOWHERE},
     /* IT */ {IF_MEM, COND_FROM_NOWHERE},
     /* B8 */ {JUMP_TO, COND_FROM_BITS_8, TargetB8},
-    /* B11 */ {JUMP_TO, COND_FROM_IT, TargetB11},
+    /* B11 */ {JUMP_TO, COND_FROM_INST, TargetB11},
     /* B20 */ {JUMP_TO, COND_FROM_BITS_22, TargetB20},
-    /* B24 */ {JUMP_TO, COND_FROM_IT, TargetB24},
+    /* B24 */ {JUMP_TO, COND_FROM_INST, TargetB24},
     /* CBZ */ {JUMP_TO, COND_FROM_NOWHERE, TargetCBZ},
-    /* BL */ {JUMP_TO | IF_CALL, COND_FROM_IT, TargetB24},
-    /* BLX_IMM */ {JUMP_TO | IF_CALL, COND_FROM_IT, TargetBLX},
-    /* BX */ {JUMP, COND_FROM_IT, nullptr, FlagsBX},
+    /* BL */ {JUMP_TO | IF_CALL, COND_FROM_INST, TargetB24},
+    /* BLX_IMM */ {JUMP_TO | IF_CALL, COND_FROM_INST, TargetBLX},
+    /* BX */ {JUMP, COND_FROM_INST, nullptr, FlagsBX},
     /* BLX */ {JUMP | IF_CALL},
     /* BXJ */ {JUMP | IF_CALL},
     /* TABLE_BRANCH */ {JUMP | IF_MEM},
-    /* POP16 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsPop16},
-    /* POP32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsPop32},
-    /* LDM32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsLDM32},
-    /* LDR32 */ {IF_MEM, COND_FROM_IT, nullptr, FlagsLDR32},
-    /* LITERAL16 */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteral16},
-    /* LITERAL32 */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteral32, FlagsLDR32},
-    /* LITERAL_DUAL */ {IF_MEM | IF_TARGET, COND_FROM_IT, TargetLiteralDual},
-    /* PRELOAD_LITERAL */ {IF_TARGET, COND_FROM_IT, TargetLiteral32},
-    /* ADR16 */ {IF_TARGET, COND_FROM_IT, TargetLiteral16},
-    /* ADR_ADD */ {IF_TARGET, COND_FROM_IT, TargetAdrAdd},
-    /* ADR_SUB */ {IF_TARGET, COND_FROM_IT, TargetAdrSub},
-    /* HIGH_REG */ {0, COND_FROM_IT, nullptr, FlagsHighReg},
+    /* POP16 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsPop16},
+    /* POP32 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsPop32},
+    /* LDM32 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsLDM32},
+    /* LDR32 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsLDR32},
+    /* LITERAL16 */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteral16},
+    /* LITERAL32 */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteral32, FlagsLDR32},
+    /* LITERAL_DUAL */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteralDual},
+    /* PRELOAD_LITERAL */ {IF_TARGET, COND_FROM_INST, TargetLiteral32},
+    /* ADR16 */ {IF_TARGET, COND_FROM_INST, TargetLiteral16},
+    /* ADR_ADD */ {IF_TARGET, COND_FROM_INST, TargetAdrAdd},
+    /* ADR_SUB */ {IF_TARGET, COND_FROM_INST, TargetAdrSub},
+    /* HIGH_REG */ {0, COND_FROM_INST, nullptr, FlagsHighReg},
     /* BKPT */ {IF_BKPT, COND_FROM_NOWHERE, nullptr, FlagsBkpt},
-    /* SVC16 */ {0, COND_FROM_IT, nullptr, FlagsSVC},
+    /* SVC16 */ {0, COND_FROM_INST, nullptr, FlagsSVC},
     /* SMC */ {IF_BRANCH},
     /* RFE */ {IF_BRANCH | IF_MEM},
     /* ERET */ {IF_BRANCH | IF_RETURN},
-    /* BIT_FIELD */ {0, COND_FROM_IT, nullptr, nullptr, IsBitFieldValid},
-    /* FLOAT_LIST */ {IF_MEM, COND_FROM_IT, nullptr, nullptr, IsFloatListValid},
+    /* BIT_FIELD */ {0, COND_FROM_INST, nullptr, nullptr, IsBitFieldValid},
+    /* FLOAT_LIST */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsFloatListValid},
+    /* FLOAT_FIXED */ {0, COND_FROM_INST, nullptr, nullptr, IsFixedValid},
+    /* DUAL */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsDualValid},
+    /* DUAL_STORE */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsDualStoreValid},
+    /* BANKED */ {0, COND_FROM_INST, nullptr, nullptr, IsBankedValid},
+    /* ALU */ {0, COND_FROM_INST, nullptr, FlagsALU},
+    /* ARM_MOV */ {0, COND_FROM_INST, nullptr, FlagsArmMov},
+    /* ARM_ADR_ADD */ {IF_TARGET, COND_FROM_INST, TargetArmAdrAdd, FlagsALU},
+    /* ARM_ADR_SUB */ {IF_TARGET, COND_FROM_INST, TargetArmAdrSub, FlagsALU},
+    /* ARM_LITERAL */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteral32, FlagsLDR32},
+    /* ARM_LITERAL_SPLIT */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteralSplit},
+    /* ARM_LITERAL_DUAL */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteralSplit, nullptr, IsDualValid},
+    /* ARM_PRELOAD_LITERAL */ {IF_TARGET, COND_FROM_NOWHERE, TargetLiteral32},
+    /* ARM_B */ {JUMP_TO, COND_FROM_INST, TargetArmB},
+    /* ARM_BL */ {JUMP_TO | IF_CALL, COND_FROM_INST, TargetArmB},
+    /* ARM_BLX_IMM */ {JUMP_TO | IF_CALL, COND_FROM_NOWHERE, TargetArmBLX},
+    /* ARM_BX */ {JUMP, COND_FROM_INST, nullptr, FlagsArmBX},
+    /* ARM_SVC */ {0, COND_FROM_INST, nullptr, FlagsArmSVC},
+    /* ARM_ALWAYS */ {0, COND_FROM_NOWHERE, nullptr, nullptr, IsAlways},
+    /* ARM_BKPT */ {IF_BKPT, COND_FROM_NOWHERE, nullptr, nullptr, IsAlways},
+    /* ARM_HVC */ {IF_BRANCH, COND_FROM_NOWHERE, nullptr, nullptr, IsAlways},
+    /* ARM_BIT_FIELD */ {0, COND_FROM_INST, nullptr, nullptr, IsArmBitFieldValid},
     /* REFUSED */ {},
 };
 static_assert(std::size(aKind) == KIND_COUNT);
 
 U32 CondOf(const INST& Inst, COND_SOURCE Source) {
   switch (Source) {
-    case COND_FROM_IT:
+    case COND_FROM_INST:
       return Inst.Cond;
     case COND_FROM_BITS_8:
       return Inst.Bits(8, 4);

@@ -41,14 +41,37 @@ enum INST_KIND : U8 {
   KIND_SMC,
   KIND_RFE,
   KIND_ERET,
-  KIND_BIT_FIELD,   // refused when the field ends below its start
-  KIND_FLOAT_LIST,  // refused when the list runs past the last register
-  KIND_REFUSED,     // no valid instruction; the text, if any, is the warning to log
+  KIND_BIT_FIELD,    // refused when the field ends below its start
+  KIND_FLOAT_LIST,   // refused when the list runs past the last register
+  KIND_FLOAT_FIXED,  // refused when the fraction has more bits than the number
+  KIND_DUAL,         // load or store of two registers in a row, refused when the first is the PC
+  KIND_DUAL_STORE,   // the same with the registers in the low bits
+  KIND_BANKED,       // refused when there is no such register
+  KIND_ALU,          // ARM data processing
+  KIND_ARM_MOV,
+  KIND_ARM_ADR_ADD,
+  KIND_ARM_ADR_SUB,
+  KIND_ARM_LITERAL,
+  KIND_ARM_LITERAL_SPLIT,
+  KIND_ARM_LITERAL_DUAL,
+  KIND_ARM_PRELOAD_LITERAL,
+  KIND_ARM_B,
+  KIND_ARM_BL,
+  KIND_ARM_BLX_IMM,
+  KIND_ARM_BX,
+  KIND_ARM_SVC,
+  KIND_ARM_ALWAYS,  // refused under another condition than "always"
+  KIND_ARM_BKPT,
+  KIND_ARM_HVC,
+  KIND_ARM_BIT_FIELD,
+  KIND_REFUSED,  // no valid instruction; the text, if any, is the warning to log
   KIND_COUNT
 };
 
 // A row is written as its bits from the highest down: 0 and 1 must match, any other character is an operand bit, blanks
-// are for the eye. sText is the template of the assembler text, see text_template.h.
+// are for the eye. A row that begins with "cccc" is an ARM encoding for every condition but 15; it holds the condition
+// "always" in that place, and so does the word that is looked up. sText is the template of the assembler text, see
+// text_template.h.
 struct INST_ROW {
   U32 Mask = 0;
   U32 Value = 0;
@@ -59,6 +82,12 @@ struct INST_ROW {
   consteval INST_ROW(const char* sBits, U8 Arch, INST_KIND RowKind, const char* sTemplate)
       : MinArch(Arch), Kind(RowKind), sText(sTemplate) {
     U32 NumBits = 0;
+    if (std::string_view(sBits).starts_with("cccc")) {
+      Mask = 0xF;
+      Value = 0xE;
+      NumBits = 4;
+      sBits += NumBits;
+    }
     for (const char* s = sBits; *s != 0; ++s) {
       if (*s == ' ') continue;
       Mask = Mask << 1 | (*s == '0' || *s == '1' ? 1u : 0u);
@@ -67,8 +96,6 @@ struct INST_ROW {
     }
     if (NumBits != 16 && NumBits != 32) throw "a row has 16 or 32 bits";
   }
-
-  bool Matches(U32 Word, U32 ArchVersion) const { return (Word & Mask) == Value && ArchVersion >= MinArch; }
 };
 
 // The tables, each a data file of its own.
@@ -76,4 +103,10 @@ std::span<const INST_ROW> Thumb16Rows();
 std::span<const INST_ROW> Thumb32Rows();
 std::span<const INST_ROW> Thumb32LoadRows();
 std::span<const INST_ROW> Thumb32DspRows();
-std::span<const INST_ROW> ThumbVfpRows();
+std::span<const INST_ROW> ArmDataRows();
+std::span<const INST_ROW> ArmMultiplyRows();
+std::span<const INST_ROW> ArmLoadRows();
+std::span<const INST_ROW> ArmMediaRows();
+std::span<const INST_ROW> ArmSystemRows();
+std::span<const INST_ROW> ArmUnconditionalRows();
+std::span<const INST_ROW> FloatRows();  // of both instruction sets

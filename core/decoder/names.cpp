@@ -20,6 +20,17 @@ constexpr const char* aSPSR[] = {"SPSR",    "SPSR_c",   "SPSR_x",   "SPSR_xc",  
                                  "SPSR_sx", "SPSR_sxc", "SPSR_f",   "SPSR_fc",  "SPSR_fx", "SPSR_fxc",
                                  "SPSR_fs", "SPSR_fsc", "SPSR_fsx", "SPSR_fsxc"};
 
+constexpr const char* aBanked[] = {"R8_usr", "R9_usr", "R10_usr", "R11_usr", "R12_usr", "SP_usr", "LR_usr",  nullptr,
+                                   "R8_fiq", "R9_fiq", "R10_fiq", "R11_fiq", "R12_fiq", "SP_fiq", "LR_fiq",  nullptr,
+                                   "LR_irq", "SP_irq", "LR_svc",  "SP_svc",  "LR_abt",  "SP_abt", "LR_und",  "SP_und",
+                                   nullptr,  nullptr,  nullptr,   nullptr,   "LR_mon",  "SP_mon", "ELR_hyp", "SP_hyp"};
+constexpr const char* aBankedSPSR[32] = {nullptr,    nullptr,    nullptr,    nullptr, nullptr,    nullptr, nullptr,
+                                         nullptr,    nullptr,    nullptr,    nullptr, nullptr,    nullptr, nullptr,
+                                         "SPSR_fiq", nullptr,    "SPSR_irq", nullptr, "SPSR_svc", nullptr, "SPSR_abt",
+                                         nullptr,    "SPSR_und", nullptr,    nullptr, nullptr,    nullptr, nullptr,
+                                         "SPSR_mon", nullptr,    "SPSR_hyp", nullptr};
+static_assert(std::size(aBanked) == 32);
+
 struct SYS_REG {
   U32 SYSm;
   U32 MinArch;
@@ -55,6 +66,10 @@ const char* ShiftName(U32 Type) {
 }
 const char* StatusRegName(bool bSaved, U32 FieldMask) {
   return (bSaved ? aSPSR : aCPSR)[FieldMask & 15];
+}
+
+const char* BankedRegName(bool bSaved, U32 Index) {
+  return (bSaved ? aBankedSPSR : aBanked)[Index & 31];
 }
 
 const char* SysRegName(U32 SYSm, U32 ArchVersion) {

@@ -18,3 +18,5 @@ const char* ShiftName(U32 Type);
 const char* SysRegName(U32 SYSm, U32 ArchVersion);
 // "CPSR" or "SPSR" with the suffix of a field mask, bits c, x, s, f from the low bit up.
 const char* StatusRegName(bool bSaved, U32 FieldMask);
+// Register of another processor mode by its 5 bits of MRS and MSR; null for a number without a register.
+const char* BankedRegName(bool bSaved, U32 Index);

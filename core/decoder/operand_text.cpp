@@ -8,11 +8,16 @@ namespace {
 constexpr U32 LABEL_SIZE = 128;   // characters
 constexpr U32 NUM_LOW_REGS = 13;  // R0 to R12 take part in runs
 
-bool FindLabel(const INST& Inst, U32 Addr, char (&sLabel)[LABEL_SIZE], U32& Offset) {
+struct LABEL {
+  char sName[LABEL_SIZE];
+  U32 Offset = 0;
+};
+
+bool FindLabel(const INST& Inst, U32 Addr, LABEL& Label) {
   const DISASM_API* pAPI = Inst.pContext->pAPI;
   if (pAPI == nullptr || !pAPI->pfGetLabel) return false;
-  sLabel[0] = 0;
-  return pAPI->pfGetLabel(Addr, sLabel, LABEL_SIZE, Offset) > 0 && sLabel[0] != 0;
+  Label.sName[0] = 0;
+  return pAPI->pfGetLabel(Addr, Label.sName, LABEL_SIZE, Label.Offset) > 0 && Label.sName[0] != 0;
 }
 
 bool ReadWord(const INST& Inst, U32 Addr, U32& Value) {
@@ -29,7 +34,43 @@ void WriteSeparator(CTextWriter& Out, bool& bFirst) {
   bFirst = false;
 }
 
+void WriteAddr(CTextWriter& Out, U32 Addr) {
+  Out.Add("0x");
+  Out.AddHex(Addr, 8);
+}
+
+void WriteSignedHex(CTextWriter& Out, U32 Offset, bool bUp) {
+  Out.Add(bUp ? "#0x" : "#-0x");
+  Out.AddHex(Offset, 2);
+}
+
+// "[PC, #0x..]", the literal's distance from the PC.
+void WritePCRelative(CTextWriter& Out, const INST& Inst) {
+  const U32 Base = Inst.PC & ~3u;
+  const U32 Addr = static_cast<U32>(Inst.Info.Target);
+  const bool bUp = static_cast<I32>(Addr - Base) >= 0;
+  Out.Add("[PC, ");
+  WriteSignedHex(Out, bUp ? Addr - Base : Base - Addr, bUp);
+  Out.Add(']');
+}
+
+void WriteLiteralAddr(CTextWriter& Out, U32 Addr) {
+  Out.Add("\t; [");
+  WriteAddr(Out, Addr);
+  Out.Add(']');
+}
+
 }  // namespace
+
+void WriteHex(CTextWriter& Out, U32 Value, U32 MinDigits) {
+  Out.Add("#0x");
+  Out.AddHex(Value, MinDigits);
+}
+
+void WriteDec(CTextWriter& Out, U32 Value) {
+  Out.Add('#');
+  Out.AddDec(Value);
+}
 
 void WriteShift(CTextWriter& Out, U32 Type, U32 Amount) {
   enum { LSL, LSR, ASR, ROR };
@@ -39,7 +80,10 @@ void WriteShift(CTextWriter& Out, U32 Type, U32 Amount) {
     return;
   }
   if ((Type == LSR || Type == ASR) && Amount == 0) Amount = 32;
-  Out.Add(", %s #%u", ShiftName(Type), Amount);
+  Out.Add(", ");
+  Out.Add(ShiftName(Type));
+  Out.Add(" #");
+  Out.AddDec(Amount);
 }
 
 void WriteRegList(CTextWriter& Out, U32 Mask) {
@@ -53,10 +97,10 @@ void WriteRegList(CTextWriter& Out, U32 Mask) {
     U32 Last = Reg;
     while (Reg < NUM_LOW_REGS && Last + 1 < NUM_LOW_REGS && (Mask >> (Last + 1) & 1) != 0) ++Last;
     WriteSeparator(Out, bFirst);
+    Out.Add(RegName(Reg));
     if (Last > Reg) {
-      Out.Add("%s-%s", RegName(Reg), RegName(Last));
-    } else {
-      Out.Add("%s", RegName(Reg));
+      Out.Add('-');
+      Out.Add(RegName(Last));
     }
     Reg = Last + 1;
   }
@@ -64,44 +108,59 @@ void WriteRegList(CTextWriter& Out, U32 Mask) {
 
 void WriteTarget(CTextWriter& Out, const INST& Inst) {
   const U32 Addr = static_cast<U32>(Inst.Info.Target);
-  char sLabel[LABEL_SIZE];
-  U32 Offset = 0;
-  if (!FindLabel(Inst, Addr, sLabel, Offset)) {
-    Out.Add("0x%.08X", Addr);
-  } else if (Offset != 0) {
-    Out.Add("0x%.08X\t; <%s>+0x%.02X", Addr, sLabel, Offset);
+  LABEL Label;
+  if (!FindLabel(Inst, Addr, Label)) {
+    WriteAddr(Out, Addr);
+  } else if (Label.Offset != 0) {
+    Out.Format("0x%.08X\t; <%s>+0x%.02X", Addr, Label.sName, Label.Offset);
   } else {
-    Out.Add("%s\t; 0x%.08X", sLabel, Addr);
+    Out.Format("%s\t; 0x%.08X", Label.sName, Addr);
   }
 }
 
 void WriteLiteral(CTextWriter& Out, const INST& Inst) {
   const U32 Addr = static_cast<U32>(Inst.Info.Target);
   U32 Value = 0;
+  LABEL Label;
   if (!ReadWord(Inst, Addr, Value)) {
-    const I32 Offset = static_cast<I32>(Addr - ((Inst.Addr + 4) & ~3u));
-    Out.Add("[PC, #%s0x%.02X]\t; [0x%.08X]", Offset < 0 ? "-" : "", static_cast<U32>(Offset < 0 ? -Offset : Offset),
-            Addr);
-    return;
-  }
-  char sLabel[LABEL_SIZE];
-  U32 Offset = 0;
-  if (FindLabel(Inst, Value, sLabel, Offset) && Offset == 0) {
-    Out.Add("=%s\t; [0x%.08X] =0x%.08X", sLabel, Addr, Value);
+    WritePCRelative(Out, Inst);
+    WriteLiteralAddr(Out, Addr);
+  } else if (FindLabel(Inst, Value, Label) && Label.Offset == 0) {
+    Out.Format("=%s\t; [0x%.08X] =0x%.08X", Label.sName, Addr, Value);
   } else {
-    Out.Add("=0x%.08X\t; [0x%.08X]", Value, Addr);
+    Out.Add('=');
+    WriteAddr(Out, Value);
+    WriteLiteralAddr(Out, Addr);
   }
 }
 
+void WriteArmLiteral(CTextWriter& Out, const INST& Inst) {
+  const U32 Addr = static_cast<U32>(Inst.Info.Target);
+  WritePCRelative(Out, Inst);
+  WriteLiteralAddr(Out, Addr);
+  U32 Value = 0;
+  if (!ReadWord(Inst, Addr, Value)) return;
+  Out.Add(" =");
+  WriteAddr(Out, Value);
+  LABEL Label;
+  if (!FindLabel(Inst, Value, Label)) return;
+  Out.Format(" <%s>", Label.sName);
+  if (Label.Offset != 0) Out.Format("+0x%.02X", Label.Offset);
+}
+
 void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, bool bWriteBack) {
-  const char* sSign = bUp ? "" : "-";
+  Out.Add('[');
+  Out.Add(RegName(Rn));
   if (!bPre) {
-    Out.Add("[%s], #%s0x%.2X", RegName(Rn), sSign, Offset);
-  } else if (Offset == 0 && bUp) {
-    Out.Add("[%s]%s", RegName(Rn), bWriteBack ? "!" : "");
-  } else {
-    Out.Add("[%s, #%s0x%.2X]%s", RegName(Rn), sSign, Offset, bWriteBack ? "!" : "");
+    Out.Add("], ");
+    WriteSignedHex(Out, Offset, bUp);
+    return;
   }
+  if (Offset != 0 || !bUp) {
+    Out.Add(", ");
+    WriteSignedHex(Out, Offset, bUp);
+  }
+  Out.Add(bWriteBack ? "]!" : "]");
 }
 
 U32 ExpandModifiedImmediate(U32 Imm12) {

@@ -5,14 +5,20 @@
 
 // Operands that several directives share.
 
+// "#0x.." with at least MinDigits digits.
+void WriteHex(CTextWriter& Out, U32 Value, U32 MinDigits = 2);
+// "#n"
+void WriteDec(CTextWriter& Out, U32 Value);
 // ", LSL #n" and its like, with the readings of amount 0; nothing for LSL #0.
 void WriteShift(CTextWriter& Out, U32 Type, U32 Amount);
 // Registers of a mask in ascending order, runs of R0 to R12 as "R4-R7".
 void WriteRegList(CTextWriter& Out, U32 Mask);
 // A code address with its label.
 void WriteTarget(CTextWriter& Out, const INST& Inst);
-// A literal load's operand: the value with its label, or the address.
+// A literal load's operand in Thumb: the value with its label, or the address.
 void WriteLiteral(CTextWriter& Out, const INST& Inst);
+// A literal load's operand in ARM: the address relative to the PC, then the value with its label as a comment.
+void WriteArmLiteral(CTextWriter& Out, const INST& Inst);
 // "[Rn, #0x..]", with "!" or as post-index.
 void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, bool bWriteBack);
 // The 32-bit value of a Thumb modified immediate constant (12 bits i:imm3:imm8).

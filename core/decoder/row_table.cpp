@@ -2,46 +2,66 @@
 
 namespace {
 
-// 16-bit encodings differ by their top five bits, 32-bit ones by bits 12 to 4 of the first halfword.
-constexpr U32 THUMB16_INDEX_LOW = 11;
-constexpr U32 THUMB16_INDEX_WIDTH = 5;
-constexpr U32 THUMB32_INDEX_LOW = 20;
-constexpr U32 THUMB32_INDEX_WIDTH = 9;
+// The bits that tell most encodings apart.
+constexpr INDEX_FIELD THUMB16_HIGH = {6, 10};
+constexpr INDEX_FIELD THUMB16_LOW = {0, 0};
+constexpr INDEX_FIELD THUMB32_HIGH = {20, 9};
+constexpr INDEX_FIELD THUMB32_LOW = {4, 4};
+constexpr INDEX_FIELD ARM_HIGH = {20, 9};
+constexpr INDEX_FIELD ARM_LOW = {4, 4};
+
+constexpr U8 FIRST_ARCH_WITH_THUMB2 = 7;
 
 }  // namespace
 
-CRowTable::CRowTable(std::initializer_list<std::span<const INST_ROW>> Spans, U32 IndexLow, U32 IndexWidth)
-    : Low(IndexLow), NumBuckets(1u << IndexWidth), aBucket(NumBuckets) {
-  for (const auto& Rows : Spans) {
-    for (const INST_ROW& Row : Rows) {
-      aEntry.push_back(std::make_unique<TABLE_ENTRY>(TABLE_ENTRY{&Row, CTextTemplate(Row.sText)}));
-      Spread(*aEntry.back());
+CRowTable::CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD HighField, INDEX_FIELD LowField)
+    : High(HighField), Low(LowField) {
+  for (const ROW_SET& Set : Sets) {
+    for (const INST_ROW& Row : Set.Rows) {
+      aEntry.push_back({&Row, std::max(Row.MinArch, Set.MinArch), CTextTemplate(Row.sText)});
     }
   }
+  FillBuckets();
 }
 
-void CRowTable::Spread(const TABLE_ENTRY& Entry) {
-  const U32 Mask = Entry.pRow->Mask >> Low & (NumBuckets - 1);
-  const U32 Value = Entry.pRow->Value >> Low & (NumBuckets - 1);
-  for (U32 i = 0; i < NumBuckets; ++i) {
-    if ((i & Mask) == Value) aBucket[i].push_back(&Entry);
+void CRowTable::FillBuckets() {
+  const U32 NumBuckets = 1u << (High.Width + Low.Width);
+  std::vector<std::vector<SLOT>> aBucket(NumBuckets);
+  for (size_t i = 0; i < aEntry.size(); ++i) {
+    const INST_ROW& Row = *aEntry[i].pRow;
+    const U32 Free = ~IndexOf(Row.Mask) & (NumBuckets - 1);
+    for (U32 Part = Free;; Part = (Part - 1) & Free) {  // every combination of the free bits
+      aBucket[IndexOf(Row.Value) | Part].push_back({Row.Mask, Row.Value, static_cast<U16>(i), aEntry[i].MinArch});
+      if (Part == 0) break;
+    }
   }
-}
-
-const TABLE_ENTRY* CRowTable::Find(U32 Word, U32 ArchVersion) const {
-  for (const TABLE_ENTRY* pEntry : aBucket[Word >> Low & (NumBuckets - 1)]) {
-    if (pEntry->pRow->Matches(Word, ArchVersion)) return pEntry;
+  for (const auto& Bucket : aBucket) {
+    aFirstSlot.push_back(static_cast<U32>(aSlot.size()));
+    aSlot.insert(aSlot.end(), Bucket.begin(), Bucket.end());
   }
-  return nullptr;
+  aFirstSlot.push_back(static_cast<U32>(aSlot.size()));
 }
 
 const CRowTable& Thumb16Table() {
-  static const CRowTable Table({Thumb16Rows()}, THUMB16_INDEX_LOW, THUMB16_INDEX_WIDTH);
+  static const CRowTable Table({{Thumb16Rows()}}, THUMB16_HIGH, THUMB16_LOW);
   return Table;
 }
 
 const CRowTable& Thumb32Table() {
-  static const CRowTable Table({ThumbVfpRows(), Thumb32Rows(), Thumb32LoadRows(), Thumb32DspRows()}, THUMB32_INDEX_LOW,
-                               THUMB32_INDEX_WIDTH);
+  static const CRowTable Table(
+      {{FloatRows(), FIRST_ARCH_WITH_THUMB2}, {Thumb32Rows()}, {Thumb32LoadRows()}, {Thumb32DspRows()}}, THUMB32_HIGH,
+      THUMB32_LOW);
+  return Table;
+}
+
+const CRowTable& ArmTable() {
+  static const CRowTable Table({{FloatRows()},
+                                {ArmSystemRows()},
+                                {ArmMultiplyRows()},
+                                {ArmLoadRows()},
+                                {ArmMediaRows()},
+                                {ArmDataRows()},
+                                {ArmUnconditionalRows()}},
+                               ARM_HIGH, ARM_LOW);
   return Table;
 }

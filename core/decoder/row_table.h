@@ -1,7 +1,6 @@
 #pragma once
 
 #include <initializer_list>
-#include <memory>
 #include <vector>
 
 #include "core/decoder/inst_row.h"
@@ -10,27 +9,60 @@
 // One row with its text template taken apart.
 struct TABLE_ENTRY {
   const INST_ROW* pRow;
+  U8 MinArch;
   CTextTemplate Template;
+};
+
+// Rows of one file, and the first architecture version in which this table has any of them.
+struct ROW_SET {
+  std::span<const INST_ROW> Rows;
+  U8 MinArch = 0;
+};
+
+// Bits of the word that take part in the choice of a bucket.
+struct INDEX_FIELD {
+  U32 Low = 0;
+  U32 Width = 0;
 };
 
 // Decode tables made ready for look-up: rows are spread over buckets by some bits of the word, so that a look-up tries
 // a handful of rows. Constant after construction, so any thread may look up.
 class CRowTable {
 public:
-  // IndexLow and IndexWidth say which bits of the word select the bucket. The order of the spans is the order of trial.
-  CRowTable(std::initializer_list<std::span<const INST_ROW>> Spans, U32 IndexLow, U32 IndexWidth);
-  const TABLE_ENTRY* Find(U32 Word, U32 ArchVersion) const;
-  const std::vector<std::unique_ptr<TABLE_ENTRY>>& Entries() const { return aEntry; }
+  // The order of the sets and of the rows in them is the order of trial.
+  CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD High, INDEX_FIELD Low);
+  // Null when no row of this architecture version matches.
+  const TABLE_ENTRY* Find(U32 Word, U32 ArchVersion) const {
+    const U32 Bucket = IndexOf(Word);
+    for (U32 i = aFirstSlot[Bucket]; i < aFirstSlot[Bucket + 1]; ++i) {
+      const SLOT& Slot = aSlot[i];
+      if ((Word & Slot.Mask) == Slot.Value && ArchVersion >= Slot.MinArch) return &aEntry[Slot.Entry];
+    }
+    return nullptr;
+  }
+  const std::vector<TABLE_ENTRY>& Entries() const { return aEntry; }
 
 private:
-  void Spread(const TABLE_ENTRY& Entry);
+  struct SLOT {
+    U32 Mask;
+    U32 Value;
+    U16 Entry;
+    U8 MinArch;
+  };
 
-  U32 Low;
-  U32 NumBuckets;
-  std::vector<std::unique_ptr<TABLE_ENTRY>> aEntry;
-  std::vector<std::vector<const TABLE_ENTRY*>> aBucket;
+  U32 IndexOf(U32 Word) const {
+    return (Word >> High.Low & ((1u << High.Width) - 1)) << Low.Width | (Word >> Low.Low & ((1u << Low.Width) - 1));
+  }
+  void FillBuckets();
+
+  INDEX_FIELD High;
+  INDEX_FIELD Low;
+  std::vector<TABLE_ENTRY> aEntry;
+  std::vector<SLOT> aSlot;      // bucket by bucket
+  std::vector<U32> aFirstSlot;  // of each bucket, and the end
 };
 
-// The tables of the Thumb decoder.
 const CRowTable& Thumb16Table();
 const CRowTable& Thumb32Table();
+// Words whose condition is not 15 are looked up with the condition "always".
+const CRowTable& ArmTable();

@@ -4,7 +4,7 @@ CTextTemplate::CTextTemplate(const char* sTemplate) {
   std::string_view sRest = sTemplate;
   while (!sRest.empty()) {
     const size_t Open = sRest.find('<');
-    aPiece.push_back({std::string(sRest.substr(0, Open)), nullptr, {}});
+    aPiece.push_back({sRest.substr(0, Open), nullptr, {}});
     if (Open == std::string_view::npos) break;
     const size_t Close = sRest.find('>', Open);
     if (Close == std::string_view::npos) {
@@ -33,9 +33,11 @@ void CTextTemplate::AddDirective(std::string_view sText) {
   if (aPiece.back().pfWrite == nullptr || Index >= std::size(aArg)) bValid = false;
 }
 
-void CTextTemplate::Write(CTextWriter& Out, const INST& Inst) const {
-  for (const PIECE& Piece : aPiece) {
-    if (!Piece.sLiteral.empty()) Out.Add("%s", Piece.sLiteral.c_str());
-    if (Piece.pfWrite != nullptr) Piece.pfWrite(Out, Inst, Piece.Args);
+DIRECTIVE_FUNC FindDirective(std::string_view sName) {
+  for (const auto& Directives : {GeneralDirectives(), ArmDirectives(), FloatDirectives()}) {
+    for (const DIRECTIVE& Directive : Directives) {
+      if (sName == Directive.sName) return Directive.pfWrite;
+    }
   }
+  return nullptr;
 }

@@ -1,9 +1,10 @@
 #pragma once
 // Templates of assembler text. Characters stand for themselves; "<name>" is an operand directive, with up to three
-// numbers separated by dots behind the name: bit position, width in bits, left shift. The directives are listed in
-// operand_text.cpp.
+// numbers separated by dots behind the name: bit position, width in bits, left shift. The directives are listed at the
+// end of the directives' files.
 
-#include <string>
+#include <span>
+#include <string_view>
 #include <vector>
 
 #include "core/decoder/inst.h"
@@ -25,17 +26,28 @@ struct DIRECTIVE {
 // Null for an unknown name.
 DIRECTIVE_FUNC FindDirective(std::string_view sName);
 
+// The directives by subject.
+std::span<const DIRECTIVE> GeneralDirectives();
+std::span<const DIRECTIVE> ArmDirectives();
+std::span<const DIRECTIVE> FloatDirectives();
+
 // A template taken apart once, when its table is built.
 class CTextTemplate {
 public:
+  // sTemplate has to stay as long as the template.
   explicit CTextTemplate(const char* sTemplate);
-  void Write(CTextWriter& Out, const INST& Inst) const;
+  void Write(CTextWriter& Out, const INST& Inst) const {
+    for (const PIECE& Piece : aPiece) {
+      if (!Piece.sLiteral.empty()) Out.Add(Piece.sLiteral);
+      if (Piece.pfWrite != nullptr) Piece.pfWrite(Out, Inst, Piece.Args);
+    }
+  }
   // False when the template names a directive that does not exist.
   bool IsValid() const { return bValid; }
 
 private:
   struct PIECE {
-    std::string sLiteral;  // written first
+    std::string_view sLiteral;  // written first
     DIRECTIVE_FUNC pfWrite = nullptr;
     DIRECTIVE_ARGS Args;
   };

@@ -2,6 +2,8 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
+#include <string_view>
 
 #include "base/types.h"
 
@@ -13,7 +15,36 @@ public:
   }
   bool IsOff() const { return Size == 0; }
 
-  __attribute__((format(printf, 2, 3))) void Add(const char* sFormat, ...) {
+  void Add(std::string_view sPart) {
+    if (Used + 1 >= Size) return;
+    const U32 Count =
+        static_cast<U32>(sPart.size()) < Size - 1 - Used ? static_cast<U32>(sPart.size()) : Size - 1 - Used;
+    std::memcpy(sText + Used, sPart.data(), Count);
+    Used += Count;
+    sText[Used] = 0;
+  }
+  void Add(char c) { Add(std::string_view(&c, 1)); }
+  void AddDec(U32 Value) {
+    char aDigit[10];
+    U32 First = sizeof(aDigit);
+    do {
+      aDigit[--First] = static_cast<char>('0' + Value % 10);
+      Value /= 10;
+    } while (Value != 0);
+    Add(std::string_view(aDigit + First, sizeof(aDigit) - First));
+  }
+  // Upper case, at least MinDigits digits.
+  void AddHex(U32 Value, U32 MinDigits) {
+    char aDigit[8];
+    U32 First = sizeof(aDigit);
+    while (First > 0 && (Value != 0 || sizeof(aDigit) - First < MinDigits)) {
+      aDigit[--First] = "0123456789ABCDEF"[Value & 15];
+      Value >>= 4;
+    }
+    Add(std::string_view(aDigit + First, sizeof(aDigit) - First));
+  }
+
+  __attribute__((format(printf, 2, 3))) void Format(const char* sFormat, ...) {
     if (Used + 1 >= Size) return;
     va_list Args;
     va_start(Args, sFormat);

@@ -9,8 +9,8 @@ constexpr INST_ROW aRow[] = {
   // Shift, add, subtract, move and compare
   {"000 00 00000 mmm ddd",  4, KIND_PLAIN, "MOVS\t<r0>, <r3>"},
   {"000 00 iiiii mmm ddd",  4, KIND_PLAIN, "LSL<z><c>\t<r0>, <r3>, <hex6.5>"},
-  {"000 01 iiiii mmm ddd",  4, KIND_PLAIN, "LSR<z><c>\t<r0>, <r3>, <amount>"},
-  {"000 10 iiiii mmm ddd",  4, KIND_PLAIN, "ASR<z><c>\t<r0>, <r3>, <amount>"},
+  {"000 01 iiiii mmm ddd",  4, KIND_PLAIN, "LSR<z><c>\t<r0>, <r3>, <amount6.5>"},
+  {"000 10 iiiii mmm ddd",  4, KIND_PLAIN, "ASR<z><c>\t<r0>, <r3>, <amount6.5>"},
   {"000 11 0 0 mmm nnn ddd", 4, KIND_PLAIN, "ADD<z><c>\t<r0>, <r3>, <r6>"},
   {"000 11 0 1 mmm nnn ddd", 4, KIND_PLAIN, "SUB<z><c>\t<r0>, <r3>, <r6>"},
   {"000 11 1 0 iii nnn ddd", 4, KIND_PLAIN, "ADD<z><c>\t<r0>, <r3>, <hex6.3>"},

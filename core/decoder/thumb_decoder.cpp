@@ -1,18 +1,10 @@
 #include "base/endian.h"
-#include "core/decoder/inst_kind.h"
-#include "core/decoder/row_table.h"
+#include "core/decoder/decode_word.h"
 
 namespace {
 
 constexpr U32 IT_MASK = 0xF;
-
-void LogError(const DISASM_CONTEXT& Context, const char* sText) {
-  if (Context.pAPI != nullptr && Context.pAPI->pfLogErrorText) Context.pAPI->pfLogErrorText(sText);
-}
-
-void LogWarning(const DISASM_CONTEXT& Context, const char* sText) {
-  if (Context.pAPI != nullptr && Context.pAPI->pfLogWarning) Context.pAPI->pfLogWarning(sText);
-}
+constexpr U32 THUMB_PC_OFFSET = 4;  // bytes by which the PC is ahead
 
 bool IsWide(U32 Halfword) {
   return (Halfword & 0xE000) == 0xE000 && (Halfword & 0x1800) != 0;
@@ -21,20 +13,6 @@ bool IsWide(U32 Halfword) {
 void AdvanceIT(DISASM_CONTEXT& Context) {
   const U32 State = Context.ITState;
   Context.ITState = static_cast<U8>((State & 7) == 0 ? 0 : (State & 0xE0) | ((State & IT_MASK) << 1));
-}
-
-// Classification and text by the matching row; -1 when there is none.
-int DecodeWord(INST& Inst, const CRowTable& Table, char* sText, U32 TextSize) {
-  const TABLE_ENTRY* pEntry = Table.Find(Inst.Word, Inst.pContext->ArchVersion);
-  if (pEntry == nullptr) return -1;
-  if (pEntry->pRow->Kind == KIND_REFUSED) {
-    if (pEntry->pRow->sText[0] != 0) LogWarning(*Inst.pContext, pEntry->pRow->sText);
-    return -1;
-  }
-  if (!ClassifyInst(Inst, pEntry->pRow->Kind)) return -1;
-  CTextWriter Out(sText, TextSize);
-  if (!Out.IsOff()) pEntry->Template.Write(Out, Inst);
-  return pEntry->pRow->Kind;
 }
 
 }  // namespace
@@ -55,6 +33,7 @@ int DISASM_DecodeThumb(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 
   }
   INST Inst;
   Inst.Addr = Addr;
+  Inst.PC = Addr + THUMB_PC_OFFSET;
   Inst.pContext = &Context;
   Inst.Word = LoadInt<U16>(pBytes, Context.BigEndian != 0);
   const bool bWide = IsWide(Inst.Word);
@@ -65,7 +44,7 @@ int DISASM_DecodeThumb(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 
   if (bWide) Inst.Word = Inst.Word << 16 | LoadInt<U16>(pBytes + 2, Context.BigEndian != 0);
   if (Inst.InITBlock()) Inst.Cond = Context.ITState >> 4;
 
-  const int Kind = DecodeWord(Inst, bWide ? Thumb32Table() : Thumb16Table(), sText, TextSize);
+  const int Kind = DecodeWord(Inst, bWide ? Thumb32Table() : Thumb16Table(), Inst.Word, sText, TextSize);
   if (Kind == KIND_IT) {
     Context.ITState = static_cast<U8>(Inst.Word);
   } else {

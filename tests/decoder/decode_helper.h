@@ -31,6 +31,18 @@ inline DECODED DecodeWith(DISASM_CONTEXT& Context, U32 Addr, const std::vector<U
   return Result;
 }
 
+inline DECODED DecodeArm(U32 Addr, U32 Word, U32 ArchVersion = 7) {
+  DISASM_CONTEXT Context;
+  Context.ArchVersion = ArchVersion;
+  DISASM_SetMode(Context, DISASM_ARM);
+  const std::vector<U8> aByte = BytesOf({static_cast<U16>(Word), static_cast<U16>(Word >> 16)});
+  DECODED Result;
+  char sText[128];
+  Result.Length = DISASM_DecodeARM(Context, Addr, aByte.data(), 4, sText, sizeof(sText), &Result.Info);
+  Result.sText = sText;
+  return Result;
+}
+
 inline DECODED DecodeOne(U32 Addr, const std::vector<U16>& aHalfword, U32 ArchVersion = 7) {
   DISASM_CONTEXT Context;
   Context.ArchVersion = ArchVersion;

@@ -83,8 +83,8 @@ TEST(OperandText, ITBlock) {
 }
 
 TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
-  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table()})
-    for (const auto& pEntry : pTable->Entries()) EXPECT_TRUE(pEntry->Template.IsValid()) << pEntry->pRow->sText;
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &ArmTable()})
+    for (const auto& Entry : pTable->Entries()) EXPECT_TRUE(Entry.Template.IsValid()) << Entry.pRow->sText;
 }
 
 TEST(DecodeText, NeverRunsOverTheBuffer) {

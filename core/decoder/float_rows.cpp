@@ -1,4 +1,4 @@
-// Floating point encodings in Thumb, single and double precision.
+// Floating point encodings of both instruction sets, single and double precision.
 
 #include "core/decoder/inst_row.h"
 
@@ -52,10 +52,10 @@ constexpr INST_ROW aRow[] = {
   {"1110 1110 1 D 11 1100 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.U32<f>\t<sd>, <vm>"},
   {"1110 1110 1 D 11 1101 dddd 101 z 0 1 M 0 mmmm", 7, KIND_PLAIN, "VCVTR<c>.S32<f>\t<sd>, <vm>"},
   {"1110 1110 1 D 11 1101 dddd 101 z 1 1 M 0 mmmm", 7, KIND_PLAIN, "VCVT<c>.S32<f>\t<sd>, <vm>"},
-  {"1110 1110 1 D 11 1010 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c><f>.S<fixsize>\t<vd>, <vd>, <fixbits>"},
-  {"1110 1110 1 D 11 1011 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c><f>.U<fixsize>\t<vd>, <vd>, <fixbits>"},
-  {"1110 1110 1 D 11 1110 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c>.S<fixsize><f>\t<vd>, <vd>, <fixbits>"},
-  {"1110 1110 1 D 11 1111 dddd 101 z k 1 i 0 iiii", 7, KIND_PLAIN, "VCVT<c>.U<fixsize><f>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1010 dddd 101 z k 1 i 0 iiii", 7, KIND_FLOAT_FIXED, "VCVT<c><f>.S<fixsize>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1011 dddd 101 z k 1 i 0 iiii", 7, KIND_FLOAT_FIXED, "VCVT<c><f>.U<fixsize>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1110 dddd 101 z k 1 i 0 iiii", 7, KIND_FLOAT_FIXED, "VCVT<c>.S<fixsize><f>\t<vd>, <vd>, <fixbits>"},
+  {"1110 1110 1 D 11 1111 dddd 101 z k 1 i 0 iiii", 7, KIND_FLOAT_FIXED, "VCVT<c>.U<fixsize><f>\t<vd>, <vd>, <fixbits>"},
 
   // Unconditional forms
   {"1111 1110 0 D 00 nnnn dddd 101 z N 0 M 0 mmmm", 7, KIND_NOCOND, "VSELEQ<f>\t<vd>, <vn>, <vm>"},
@@ -75,6 +75,10 @@ constexpr INST_ROW aRow[] = {
   {"1110 1101 u D 01 nnnn dddd 101 1 iiii iiii", 7, KIND_MEM, "VLDR<c>.64\t<vd>, <indexed0.8.2>"},
   {"1110 1101 u D 00 nnnn dddd 101 0 iiii iiii", 7, KIND_MEM, "VSTR<c>.32\t<vd>, <indexed0.8.2>"},
   {"1110 1101 u D 00 nnnn dddd 101 1 iiii iiii", 7, KIND_MEM, "VSTR<c>.64\t<vd>, <indexed0.8.2>"},
+  {"1110 1100 1 D w0 nnnn dddd 1011 iiii iii1", 7, KIND_FLOAT_LIST, "FSTMIAX<c>\t<R16><writeback21>, {<vlist>}"},
+  {"1110 1100 1 D w1 nnnn dddd 1011 iiii iii1", 7, KIND_FLOAT_LIST, "FLDMIAX<c>\t<R16><writeback21>, {<vlist>}"},
+  {"1110 1101 0 D 10 nnnn dddd 1011 iiii iii1", 7, KIND_FLOAT_LIST, "FSTMDBX<c>\t<R16>!, {<vlist>}"},
+  {"1110 1101 0 D 11 nnnn dddd 1011 iiii iii1", 7, KIND_FLOAT_LIST, "FLDMDBX<c>\t<R16>!, {<vlist>}"},
   {"1110 1101 0 D 10 1101 dddd 101 z iiii iiii", 7, KIND_FLOAT_LIST, "VPUSH<c>\t{<vlist>}"},
   {"1110 1100 1 D 11 1101 dddd 101 z iiii iiii", 7, KIND_FLOAT_LIST, "VPOP<c>\t{<vlist>}"},
   {"1110 1100 1 D w0 nnnn dddd 101 z iiii iiii", 7, KIND_FLOAT_LIST, "VSTM<c>\t<R16><writeback21>, {<vlist>}"},
@@ -92,8 +96,8 @@ constexpr INST_ROW aRow[] = {
   {"1110 1100 0101 uuuu tttt 1011 00M1 mmmm", 7, KIND_PLAIN, "VMOV<c>\t<R12>, <R16>, <dm>"},
   {"1110 1110 0000 nnnn tttt 1010 N001 0000", 7, KIND_PLAIN, "VMOV<c>\t<sn>, <R12>"},
   {"1110 1110 0001 nnnn tttt 1010 N001 0000", 7, KIND_PLAIN, "VMOV<c>\t<R12>, <sn>"},
-  {"1110 1110 0 0 i 0 nnnn tttt 1011 N001 0000", 7, KIND_PLAIN, "VMOV<c>.32\t<dn>[<bit21>], <R12>"},
-  {"1110 1110 0 0 i 1 nnnn tttt 1011 N001 0000", 7, KIND_PLAIN, "VMOV<c>.32\t<R12>, <dn>[<bit21>]"},
+  {"1110 1110 0 0 i 0 nnnn tttt 1011 N001 0000", 7, KIND_PLAIN, "VMOV<c>.32\t<dn>[<digits21.1>], <R12>"},
+  {"1110 1110 0 0 i 1 nnnn tttt 1011 N001 0000", 7, KIND_PLAIN, "VMOV<c>.32\t<R12>, <dn>[<digits21.1>]"},
   {"1110 1110 1110 0001 tttt 1010 0001 0000", 7, KIND_PLAIN, "VMSR<c>\tFPSCR, <R12>"},
   {"1110 1110 1111 0001 1111 1010 0001 0000", 7, KIND_PLAIN, "VMRS<c>\tAPSR_nzcv, FPSCR"},
   {"1110 1110 1111 0001 tttt 1010 0001 0000", 7, KIND_PLAIN, "VMRS<c>\t<R12>, FPSCR"},
@@ -102,6 +106,6 @@ constexpr INST_ROW aRow[] = {
 }  // namespace
 // clang-format on
 
-std::span<const INST_ROW> ThumbVfpRows() {
+std::span<const INST_ROW> FloatRows() {
   return aRow;
 }

@@ -1,0 +1,122 @@
+// ARM encodings: loads, stores, multiples, exclusives.
+
+#include "core/decoder/inst_row.h"
+
+// clang-format off
+namespace {
+
+constexpr INST_ROW aRow[] = {
+  // Word and byte
+  {"cccc 010 1 0 0 1 0 1101 tttt 000000000100", 4, KIND_MEM, "PUSH<c>\t{<R12>}"},
+  {"cccc 010 0 u 0 1 0 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "STRT<c>\t<R12>, <indexed0.12>"},
+  {"cccc 010 p u 0 w 0 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "STR<c>\t<R12>, <indexed0.12>"},
+  {"cccc 011 0 u 0 1 0 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "STRT<c>\t<R12>, <indexedshifted>"},
+  {"cccc 011 p u 0 w 0 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "STR<c>\t<R12>, <indexedshifted>"},
+  {"cccc 010 1 u 0 0 1 1111 tttt iiiiiiiiiiii", 4, KIND_ARM_LITERAL, "LDR<c>\t<R12>, <literal>"},
+  {"cccc 010 0 1 0 0 1 1101 tttt 000000000100", 4, KIND_LDR32, "POP<c>\t{<R12>}"},
+  {"cccc 010 0 u 0 1 1 nnnn tttt iiiiiiiiiiii", 4, KIND_LDR32, "LDRT<c>\t<R12>, <indexed0.12>"},
+  {"cccc 010 p u 0 w 1 nnnn tttt iiiiiiiiiiii", 4, KIND_LDR32, "LDR<c>\t<R12>, <indexed0.12>"},
+  {"cccc 011 0 u 0 1 1 nnnn tttt iiiii ss 0 mmmm", 4, KIND_LDR32, "LDRT<c>\t<R12>, <indexedshifted>"},
+  {"cccc 011 p u 0 w 1 nnnn tttt iiiii ss 0 mmmm", 4, KIND_LDR32, "LDR<c>\t<R12>, <indexedshifted>"},
+  {"cccc 010 0 u 1 1 0 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "STRBT<c>\t<R12>, <indexed0.12>"},
+  {"cccc 010 p u 1 w 0 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "STRB<c>\t<R12>, <indexed0.12>"},
+  {"cccc 011 0 u 1 1 0 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "STRBT<c>\t<R12>, <indexedshifted>"},
+  {"cccc 011 p u 1 w 0 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "STRB<c>\t<R12>, <indexedshifted>"},
+  {"cccc 010 1 u 1 0 1 1111 tttt iiiiiiiiiiii", 4, KIND_ARM_LITERAL, "LDRB<c>\t<R12>, <literal>"},
+  {"cccc 010 0 u 1 1 1 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "LDRBT<c>\t<R12>, <indexed0.12>"},
+  {"cccc 010 p u 1 w 1 nnnn tttt iiiiiiiiiiii", 4, KIND_MEM, "LDRB<c>\t<R12>, <indexed0.12>"},
+  {"cccc 011 0 u 1 1 1 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "LDRBT<c>\t<R12>, <indexedshifted>"},
+  {"cccc 011 p u 1 w 1 nnnn tttt iiiii ss 0 mmmm", 4, KIND_MEM, "LDRB<c>\t<R12>, <indexedshifted>"},
+
+  // Halfword, signed, dual
+  {"cccc 000 0 u 1 1 0 nnnn tttt iiii 1011 iiii", 7, KIND_MEM, "STRHT<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 1 0 nnnn tttt 0000 1011 mmmm", 7, KIND_MEM, "STRHT<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 0 u 1 0 0 nnnn tttt iiii 1011 iiii", 4, KIND_MEM, "STRH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 0 nnnn tttt iiii 1011 iiii", 4, KIND_MEM, "STRH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 0 nnnn tttt 0000 1011 mmmm", 4, KIND_MEM, "STRH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 0 nnnn tttt 0000 1011 mmmm", 4, KIND_MEM, "STRH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 1 0 1 1111 tttt iiii 1011 iiii", 4, KIND_ARM_LITERAL_SPLIT, "LDRH<c>\t<R12>, <literal>"},
+  {"cccc 000 0 u 1 1 1 nnnn tttt iiii 1011 iiii", 7, KIND_MEM, "LDRHT<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 1 1 nnnn tttt 0000 1011 mmmm", 7, KIND_MEM, "LDRHT<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 0 u 1 0 1 nnnn tttt iiii 1011 iiii", 4, KIND_MEM, "LDRH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 1 nnnn tttt iiii 1011 iiii", 4, KIND_MEM, "LDRH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 1 nnnn tttt 0000 1011 mmmm", 4, KIND_MEM, "LDRH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 1 nnnn tttt 0000 1011 mmmm", 4, KIND_MEM, "LDRH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 1 0 1 1111 tttt iiii 1101 iiii", 4, KIND_ARM_LITERAL_SPLIT, "LDRSB<c>\t<R12>, <literal>"},
+  {"cccc 000 0 u 1 1 1 nnnn tttt iiii 1101 iiii", 7, KIND_MEM, "LDRSBT<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 1 1 nnnn tttt 0000 1101 mmmm", 7, KIND_MEM, "LDRSBT<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 0 u 1 0 1 nnnn tttt iiii 1101 iiii", 4, KIND_MEM, "LDRSB<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 1 nnnn tttt iiii 1101 iiii", 4, KIND_MEM, "LDRSB<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 1 nnnn tttt 0000 1101 mmmm", 4, KIND_MEM, "LDRSB<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 1 nnnn tttt 0000 1101 mmmm", 4, KIND_MEM, "LDRSB<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 1 0 1 1111 tttt iiii 1111 iiii", 4, KIND_ARM_LITERAL_SPLIT, "LDRSH<c>\t<R12>, <literal>"},
+  {"cccc 000 0 u 1 1 1 nnnn tttt iiii 1111 iiii", 7, KIND_MEM, "LDRSHT<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 1 1 nnnn tttt 0000 1111 mmmm", 7, KIND_MEM, "LDRSHT<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 0 u 1 0 1 nnnn tttt iiii 1111 iiii", 4, KIND_MEM, "LDRSH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 1 nnnn tttt iiii 1111 iiii", 4, KIND_MEM, "LDRSH<c>\t<R12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 1 nnnn tttt 0000 1111 mmmm", 4, KIND_MEM, "LDRSH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 1 nnnn tttt 0000 1111 mmmm", 4, KIND_MEM, "LDRSH<c>\t<R12>, <indexedreg>"},
+  {"cccc 000 1 u 1 0 0 1111 tttt iiii 1101 iiii", 5, KIND_ARM_LITERAL_DUAL, "LDRD<c>\t<R12>, <Rnext12>, <literal>"},
+  {"cccc 000 0 u 1 0 0 nnnn tttt iiii 1101 iiii", 5, KIND_DUAL, "LDRD<c>\t<R12>, <Rnext12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 0 nnnn tttt iiii 1101 iiii", 5, KIND_DUAL, "LDRD<c>\t<R12>, <Rnext12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 0 nnnn tttt xxxx 1101 mmmm", 5, KIND_DUAL, "LDRD<c>\t<R12>, <Rnext12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 0 nnnn tttt xxxx 1101 mmmm", 5, KIND_DUAL, "LDRD<c>\t<R12>, <Rnext12>, <indexedreg>"},
+  {"cccc 000 0 u 1 0 0 nnnn tttt iiii 1111 iiii", 5, KIND_DUAL, "STRD<c>\t<R12>, <Rnext12>, <indexedsplit>"},
+  {"cccc 000 1 u 1 w 0 nnnn tttt iiii 1111 iiii", 5, KIND_DUAL, "STRD<c>\t<R12>, <Rnext12>, <indexedsplit>"},
+  {"cccc 000 0 u 0 0 0 nnnn tttt 0000 1111 mmmm", 5, KIND_DUAL, "STRD<c>\t<R12>, <Rnext12>, <indexedreg>"},
+  {"cccc 000 1 u 0 w 0 nnnn tttt 0000 1111 mmmm", 5, KIND_DUAL, "STRD<c>\t<R12>, <Rnext12>, <indexedreg>"},
+
+  // Multiple; a list is never empty
+  {"cccc 100 xx xxx nnnn 0000000000000000", 4, KIND_REFUSED, ""},
+  {"cccc 100 10 010 1101 llllllllllllllll", 4, KIND_MEM, "PUSH<c>\t{<list0.16>}"},
+  {"cccc 100 01 011 1101 llllllllllllllll", 4, KIND_POP32, "POP<c>\t{<list0.16>}"},
+  {"cccc 100 00 0 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMDA<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 00 1 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMDA<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 01 0 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STM<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 01 1 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STM<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 10 0 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMDB<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 10 1 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMDB<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 11 0 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMIB<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 11 1 w 0 nnnn llllllllllllllll", 4, KIND_MEM, "STMIB<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 00 0 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMDA<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 00 1 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMDA<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 01 0 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDM<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 01 1 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDM<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 10 0 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMDB<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 10 1 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMDB<c>\t<R16><writeback21>, {<list0.16>}^"},
+  {"cccc 100 11 0 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMIB<c>\t<R16><writeback21>, {<list0.16>}"},
+  {"cccc 100 11 1 w 1 nnnn llllllllllllllll", 4, KIND_LDM32, "LDMIB<c>\t<R16><writeback21>, {<list0.16>}^"},
+
+  // Swap, exclusives, acquire and release
+  {"cccc 0001 0000 nnnn tttt 0000 1001 mmmm", 4, KIND_MEM, "SWP<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 0100 nnnn tttt 0000 1001 mmmm", 4, KIND_MEM, "SWPB<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1000 nnnn dddd 1111 1001 tttt", 6, KIND_MEM, "STREX<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1001 nnnn tttt 1111 1001 1111", 6, KIND_MEM, "LDREX<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1000 nnnn dddd 1110 1001 tttt", 8, KIND_MEM, "STLEX<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1001 nnnn tttt 1110 1001 1111", 8, KIND_MEM, "LDAEX<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1000 nnnn 1111 1100 1001 tttt", 8, KIND_MEM, "STL<c>\t<R0>, [<R16>]"},
+  {"cccc 0001 1001 nnnn tttt 1100 1001 1111", 8, KIND_MEM, "LDA<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1010 nnnn dddd 1111 1001 tttt", 6, KIND_DUAL_STORE, "STREXD<c>\t<R12>, <R0>, <Rnext0>, [<R16>]"},
+  {"cccc 0001 1011 nnnn tttt 1111 1001 1111", 6, KIND_DUAL, "LDREXD<c>\t<R12>, <Rnext12>, [<R16>]"},
+  {"cccc 0001 1010 nnnn dddd 1110 1001 tttt", 8, KIND_DUAL_STORE, "STLEXD<c>\t<R12>, <R0>, <Rnext0>, [<R16>]"},
+  {"cccc 0001 1011 nnnn tttt 1110 1001 1111", 8, KIND_DUAL, "LDAEXD<c>\t<R12>, <Rnext12>, [<R16>]"},
+  {"cccc 0001 1100 nnnn dddd 1111 1001 tttt", 6, KIND_MEM, "STREXB<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1101 nnnn tttt 1111 1001 1111", 6, KIND_MEM, "LDREXB<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1100 nnnn dddd 1110 1001 tttt", 8, KIND_MEM, "STLEXB<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1101 nnnn tttt 1110 1001 1111", 8, KIND_MEM, "LDAEXB<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1100 nnnn 1111 1100 1001 tttt", 8, KIND_MEM, "STLB<c>\t<R0>, [<R16>]"},
+  {"cccc 0001 1101 nnnn tttt 1100 1001 1111", 8, KIND_MEM, "LDAB<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1110 nnnn dddd 1111 1001 tttt", 6, KIND_MEM, "STREXH<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1111 nnnn tttt 1111 1001 1111", 6, KIND_MEM, "LDREXH<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1110 nnnn dddd 1110 1001 tttt", 8, KIND_MEM, "STLEXH<c>\t<R12>, <R0>, [<R16>]"},
+  {"cccc 0001 1111 nnnn tttt 1110 1001 1111", 8, KIND_MEM, "LDAEXH<c>\t<R12>, [<R16>]"},
+  {"cccc 0001 1110 nnnn 1111 1100 1001 tttt", 8, KIND_MEM, "STLH<c>\t<R0>, [<R16>]"},
+  {"cccc 0001 1111 nnnn tttt 1100 1001 1111", 8, KIND_MEM, "LDAH<c>\t<R12>, [<R16>]"},
+};
+
+}  // namespace
+// clang-format on
+
+std::span<const INST_ROW> ArmLoadRows() {
+  return aRow;
+}
