@@ -73,7 +73,7 @@ void StatusRegFields(OUT& Out, const INST& Inst, ARGS) {
   Out.Add(StatusRegName(Inst.Bit(22), Inst.Bits(16, 4)));
 }
 void BankedReg(OUT& Out, const INST& Inst, ARGS) {
-  Out.Add(BankedRegName(Inst.Bit(22), Inst.Bits(8, 1) << 4 | Inst.Bits(16, 4)));
+  Out.Add(BankedRegOf(Inst));
 }
 
 constexpr DIRECTIVE aDirective[] = {

@@ -39,7 +39,8 @@ constexpr INST_ROW aRow[] = {
   {"cccc 0011 0 r 10 mmmm 1111 rrrr iiiiiiii", 4, KIND_PLAIN, "MSR<c>\t<psrfields>, <rotimm>"},
 
   // Coprocessors; 10 and 11 are those of floating point
-  {"cccc 11xx xxxx xxxx xxxx 101x xxxx xxxx", 4, KIND_REFUSED, ""},
+  {"cccc 110x xxxx xxxx xxxx 101x xxxx xxxx", 4, KIND_REFUSED, ""},
+  {"cccc 1110 xxxx xxxx xxxx 101x xxxx xxxx", 4, KIND_REFUSED, ""},
   {"cccc 1100 0100 uuuu tttt pppp oooo mmmm", 5, KIND_PLAIN, "MCRR<c>\t<cp>, <hex4.4>, <R12>, <R16>, <cr0>"},
   {"cccc 1100 0101 uuuu tttt pppp oooo mmmm", 5, KIND_PLAIN, "MRRC<c>\t<cp>, <hex4.4>, <R12>, <R16>, <cr0>"},
   {"cccc 1100 0x0x xxxx xxxx xxxx xxxx xxxx", 4, KIND_REFUSED, ""},

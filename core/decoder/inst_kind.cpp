@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "core/decoder/names.h"
+#include "core/decoder/operand_text.h"
 
 namespace {
 
@@ -156,8 +156,7 @@ bool IsFixedValid(const INST& Inst) {
   return (Inst.Bits(0, 4) << 1 | Inst.Bits(5, 1)) <= (Inst.Bit(7) ? 32u : 16u);
 }
 bool IsBankedValid(const INST& Inst) {
-  const U32 High = Inst.Bits(Inst.bArm ? 8 : 4, 1);
-  return BankedRegName(Inst.Bit(Inst.bArm ? 22 : 20), High << 4 | Inst.Bits(Inst.bArm ? 16 : 8, 4)) != nullptr;
+  return BankedRegOf(Inst) != nullptr;
 }
 
 bool IsFloatListValid(const INST& Inst) {

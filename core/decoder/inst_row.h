@@ -68,6 +68,12 @@ enum INST_KIND : U8 {
   KIND_COUNT
 };
 
+// How a row stands to the rows behind it in its table that some words match as well.
+enum ROW_ORDER : U8 {
+  ROW_SPECIAL_CASE,  // its words all match the later row too, or none do
+  ROW_FIRST,         // it takes the words that both match
+};
+
 // A row is written as its bits from the highest down: 0 and 1 must match, any other character is an operand bit, blanks
 // are for the eye. A row that begins with "cccc" is an ARM encoding for every condition but 15; it holds the condition
 // "always" in that place, and so does the word that is looked up. sText is the template of the assembler text, see
@@ -77,10 +83,12 @@ struct INST_ROW {
   U32 Value = 0;
   U8 MinArch = 0;  // first architecture version that has the encoding
   INST_KIND Kind = KIND_PLAIN;
+  ROW_ORDER Order = ROW_SPECIAL_CASE;
   const char* sText = nullptr;
 
-  consteval INST_ROW(const char* sBits, U8 Arch, INST_KIND RowKind, const char* sTemplate)
-      : MinArch(Arch), Kind(RowKind), sText(sTemplate) {
+  consteval INST_ROW(const char* sBits, U8 Arch, INST_KIND RowKind, const char* sTemplate,
+                     ROW_ORDER RowOrder = ROW_SPECIAL_CASE)
+      : MinArch(Arch), Kind(RowKind), Order(RowKind == KIND_REFUSED ? ROW_FIRST : RowOrder), sText(sTemplate) {
     U32 NumBits = 0;
     if (std::string_view(sBits).starts_with("cccc")) {
       Mask = 0xF;

@@ -156,7 +156,7 @@ void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, boo
     WriteSignedHex(Out, Offset, bUp);
     return;
   }
-  if (Offset != 0 || !bUp) {
+  if (Offset != 0 || !bUp || bWriteBack) {
     Out.Add(", ");
     WriteSignedHex(Out, Offset, bUp);
   }
@@ -180,4 +180,10 @@ U32 ExpandModifiedImmediate(U32 Imm12) {
   const U32 Rotation = Imm12 >> 7;
   const U32 Value = 0x80 | (Imm12 & 0x7F);
   return Value >> Rotation | Value << (32 - Rotation);
+}
+
+const char* BankedRegOf(const INST& Inst) {
+  if (Inst.bArm) return BankedRegName(Inst.Bit(22), Inst.Bits(8, 1) << 4 | Inst.Bits(16, 4));
+  const bool bRead = Inst.Bit(21);
+  return BankedRegName(Inst.Bit(20), Inst.Bits(4, 1) << 4 | Inst.Bits(bRead ? 16 : 8, 4));
 }

@@ -23,3 +23,5 @@ void WriteArmLiteral(CTextWriter& Out, const INST& Inst);
 void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, bool bWriteBack);
 // The 32-bit value of a Thumb modified immediate constant (12 bits i:imm3:imm8).
 U32 ExpandModifiedImmediate(U32 Imm12);
+// The register of another processor mode that MRS or MSR names; null when there is none.
+const char* BankedRegOf(const INST& Inst);

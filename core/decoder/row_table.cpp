@@ -18,7 +18,8 @@ CRowTable::CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD HighField,
     : High(HighField), Low(LowField) {
   for (const ROW_SET& Set : Sets) {
     for (const INST_ROW& Row : Set.Rows) {
-      aEntry.push_back({&Row, std::max(Row.MinArch, Set.MinArch), CTextTemplate(Row.sText)});
+      aEntry.push_back(
+          {&Row, std::max(Row.MinArch, Set.MinArch), std::max(Row.Order, Set.Order), CTextTemplate(Row.sText)});
     }
   }
   FillBuckets();
@@ -49,13 +50,13 @@ const CRowTable& Thumb16Table() {
 
 const CRowTable& Thumb32Table() {
   static const CRowTable Table(
-      {{FloatRows(), FIRST_ARCH_WITH_THUMB2}, {Thumb32Rows()}, {Thumb32LoadRows()}, {Thumb32DspRows()}}, THUMB32_HIGH,
-      THUMB32_LOW);
+      {{FloatRows(), FIRST_ARCH_WITH_THUMB2, ROW_FIRST}, {Thumb32Rows()}, {Thumb32LoadRows()}, {Thumb32DspRows()}},
+      THUMB32_HIGH, THUMB32_LOW);
   return Table;
 }
 
 const CRowTable& ArmTable() {
-  static const CRowTable Table({{FloatRows()},
+  static const CRowTable Table({{FloatRows(), 0, ROW_FIRST},
                                 {ArmSystemRows()},
                                 {ArmMultiplyRows()},
                                 {ArmLoadRows()},

@@ -10,13 +10,15 @@
 struct TABLE_ENTRY {
   const INST_ROW* pRow;
   U8 MinArch;
+  ROW_ORDER Order;
   CTextTemplate Template;
 };
 
-// Rows of one file, and the first architecture version in which this table has any of them.
+// Rows of one file.
 struct ROW_SET {
   std::span<const INST_ROW> Rows;
-  U8 MinArch = 0;
+  U8 MinArch = 0;                      // first architecture version in which this table has any of them
+  ROW_ORDER Order = ROW_SPECIAL_CASE;  // how all of them stand to the rows of later sets
 };
 
 // Bits of the word that take part in the choice of a bucket.

@@ -93,7 +93,7 @@ constexpr INST_ROW aRow[] = {
   {"1011 1111 0010 0000",   6, KIND_PLAIN, "WFE<c>"},
   {"1011 1111 0011 0000",   6, KIND_PLAIN, "WFI<c>"},
   {"1011 1111 0100 0000",   6, KIND_PLAIN, "SEV<c>"},
-  {"1011 1111 xxxx 0000",   6, KIND_PLAIN, "NOP<c>"},
+  {"1011 1111 xxxx 0000",   6, KIND_PLAIN, "NOP<c>", ROW_FIRST},
   {"1011 1111 1111 mmmm",   7, KIND_REFUSED, ""},
   {"1011 1111 cccc mmmm",   7, KIND_IT, "IT<itmask>\t<cond4>"},
 

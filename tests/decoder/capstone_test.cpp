@@ -40,6 +40,8 @@ const DIFFERENCE aDifference32[] = {
     {0xFF70F0C0, 0xF3200000, ONLY_WE, "saturation with ASR #32"},
     {0xFE400F00, 0xEC400B00, ONLY_WE, "registers above D15, which M profile cores lack"},
     {0xFFBA0ED0, 0xEEBA0A40, ONLY_PEER, "fixed point numbers of 16 bits with a fraction of more"},
+    {0xFE008000, 0xEA008000, ONLY_PEER, "data processing with a bit set that should be zero"},
+    {0xFF80F0C0, 0xFA00F0C0, ONLY_PEER, "extension with a bit set that should be zero"},
     {0xFBF08000, 0xF3600000, ONLY_PEER, "bit field that ends below its start"},
     {0xFE000E00, 0xEC000A00, ONLY_PEER, "floating point list past the last register or in the obsolete X form"},
     {0xFE000E00, 0xFC000A00, ONLY_PEER, "LDC2, STC2 on the floating point coprocessor are undefined"},

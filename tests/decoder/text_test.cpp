@@ -87,6 +87,23 @@ TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
     for (const auto& Entry : pTable->Entries()) EXPECT_TRUE(Entry.Template.IsValid()) << Entry.pRow->sText;
 }
 
+// Where two rows match the same word, the one that is tried first is a special case of the other or says that it goes
+// first. Anything else is a slip in one of the two patterns.
+TEST(DecodeTables, RowsOverlapInAStatedOrder) {
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &ArmTable()}) {
+    const auto& aEntry = pTable->Entries();
+    for (size_t i = 0; i < aEntry.size(); ++i) {
+      const INST_ROW& First = *aEntry[i].pRow;
+      for (size_t j = i + 1; j < aEntry.size(); ++j) {
+        const INST_ROW& Later = *aEntry[j].pRow;
+        if (((First.Value ^ Later.Value) & First.Mask & Later.Mask) != 0) continue;
+        const bool bSpecialCase = (First.Mask & Later.Mask) == Later.Mask && First.Mask != Later.Mask;
+        EXPECT_TRUE(bSpecialCase || aEntry[i].Order == ROW_FIRST) << First.sText << " before " << Later.sText;
+      }
+    }
+  }
+}
+
 TEST(DecodeText, NeverRunsOverTheBuffer) {
   for (U32 Size = 1; Size < 24; ++Size) {
     std::vector<char> sText(32, '#');
