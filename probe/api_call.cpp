@@ -3,9 +3,26 @@
 #include <chrono>
 #include <thread>
 
+namespace {
+
+// Called all the time while the target runs.
+bool IsPolled(FAULT_POINT Point) {
+  switch (Point) {
+    case FAULT_POINT::IsHalted:
+    case FAULT_POINT::SWO_Control:
+    case FAULT_POINT::SWO_ReadStimulus:
+    case FAULT_POINT::RTTERMINAL_Read:
+    case FAULT_POINT::HSS_Read:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
 CTargetCall::CTargetCall(FAULT_POINT Point) {
-  // The halt state is asked all the time.
-  if (Point != FAULT_POINT::IsHalted) CSession::Get().Messages.Trace(FaultPointName(Point));
+  if (!IsPolled(Point)) CSession::Get().Messages.Trace(FaultPointName(Point));
   m_bReady = Begin() && !IsInjected(Point);
 }
 

@@ -86,8 +86,9 @@ int VNODEARM_EMU_SelectByUSBSN(U32 SerialNo) {
   return 0;
 }
 
-int VNODEARM_EMU_HasCapEx(U32) {
-  return 0;
+int VNODEARM_EMU_HasCapEx(U32 Capability) {
+  CApiCall Call;
+  return Capability == VNODE_CAP_SWO && Call->IsConnected() && Call->Target().Swo();
 }
 
 U32 VNODEARM_GetSN() {

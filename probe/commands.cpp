@@ -1,10 +1,14 @@
 #include "probe/commands.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include "probe/text.h"
 
 namespace {
+
+constexpr U32 TRACE_CACHE_PIECE = 0x10000;  // bytes
+constexpr U32 MAX_TRACE_SOURCE = 3;
 
 std::string SelectDevice(CSession& Session, std::string_view sArg) {
   if (sArg.size() >= 2 && sArg.front() == '"' && sArg.back() == '"') sArg = Trimmed(sArg.substr(1, sArg.size() - 2));
@@ -31,26 +35,57 @@ std::string SetRTTAddr(CSession& Session, std::string_view sArg) {
 }
 
 // Pairs of an address and a size, separated by commas.
-bool AreRanges(std::string_view sArg) {
+bool ParseRanges(std::string_view sArg, std::vector<RTT_SEARCH_RANGE>* pRanges) {
   for (std::string_view sRange : SplitTrimmed(sArg, ',')) {
     const size_t Blank = sRange.find(' ');
     U32 Addr = 0;
     U32 Size = 0;
     if (Blank == std::string_view::npos || !ParseU32(sRange.substr(0, Blank), &Addr)) return false;
     if (!ParseU32(Trimmed(sRange.substr(Blank)), &Size)) return false;
+    pRanges->push_back({Addr, Size});
   }
   return true;
 }
 
 std::string SetRTTSearchRanges(CSession& Session, std::string_view sArg) {
-  if (!AreRanges(sArg)) return "Pairs of address and size expected";
-  Session.Config.sRTTSearchRanges = sArg;
+  std::vector<RTT_SEARCH_RANGE> Ranges;
+  if (!ParseRanges(sArg, &Ranges)) return "Pairs of address and size expected";
+  Session.Config.RTTSearchRanges = std::move(Ranges);
   return {};
 }
 
-std::string ReadIntoTraceCache(CSession&, std::string_view sArg) {
-  // The simulator traces addresses, which need no program memory for their decoding.
-  return AreRanges(sArg) ? "" : "Address and size expected";
+// Traces hold whole addresses here, which need no program memory for their decoding; the range has to be there all the
+// same.
+std::string ReadIntoTraceCache(CSession& Session, std::string_view sArg) {
+  std::vector<RTT_SEARCH_RANGE> Ranges;
+  if (!ParseRanges(sArg, &Ranges) || Ranges.size() != 1) return "Address and size expected";
+  if (!Session.IsConnected()) return {};
+  std::vector<U8> Piece(TRACE_CACHE_PIECE);
+  const auto [Addr, Size] = Ranges[0];
+  for (U64 Done = 0; Done < Size; Done += Piece.size()) {
+    const U32 Num = static_cast<U32>(std::min<U64>(Piece.size(), Size - Done));
+    const U64 From = Addr + Done;
+    if (From > 0xFFFFFFFF ||
+        Session.Target().ReadMem(static_cast<U32>(From), Num, Piece.data(), 0) != static_cast<int>(Num))
+      return FormatText("Cannot read the memory @ 0x%08X", static_cast<U32>(From));
+  }
+  return {};
+}
+
+std::string SelectTraceSource(CSession& Session, std::string_view sArg) {
+  U32 Source = 0;
+  if (!ParseU32(sArg, &Source) || Source > MAX_TRACE_SOURCE) return "Trace source from 0 to 3 expected";
+  Session.Config.TraceSource = static_cast<int>(Source);
+  return {};
+}
+
+std::string PortWidth(CSession&, std::string_view sArg) {
+  return sArg == "1" || sArg == "2" || sArg == "4" ? "" : "1, 2 or 4 expected";
+}
+
+// Times at which the data lines of a trace port are sampled. The simulated lines need none.
+std::string TraceSampleAdjust(CSession&, std::string_view sArg) {
+  return sArg.empty() ? "Adjustment expected" : "";
 }
 
 std::string AddDeviceFile(CSession& Session, std::string_view sArg) {
@@ -72,6 +107,9 @@ constexpr struct {
     {"SetRTTAddr", SetRTTAddr},
     {"SetRTTSearchRanges", SetRTTSearchRanges},
     {"ReadIntoTraceCache", ReadIntoTraceCache},
+    {"SelectTraceSource", SelectTraceSource},
+    {"PortWidth", PortWidth},
+    {"TraceSampleAdjust", TraceSampleAdjust},
     {"DeviceListFile", AddDeviceFile},
     {"sim.power-cycle", PowerCycle},
 };

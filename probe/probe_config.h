@@ -1,8 +1,14 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "device/probe_api/records.h"
+
+struct RTT_SEARCH_RANGE {
+  U32 Addr = 0;
+  U32 Size = 0;  // bytes
+};
 
 // What the caller has configured. Stays over Close.
 struct PROBE_CONFIG {
@@ -18,5 +24,6 @@ struct PROBE_CONFIG {
   bool bInitRegsOnReset = true;
   bool bHideDeviceSelection = false;
   U32 RTTAddr = INVALID_ADDR;
-  std::string sRTTSearchRanges;
+  std::vector<RTT_SEARCH_RANGE> RTTSearchRanges;  // none: the device's RAM
+  int TraceSource = 0;                            // 0 none, 1 trace pins, 2 trace buffer, 3 SWO
 };

@@ -20,6 +20,7 @@ const char* CSession::Open() {
 
 void CSession::ReleaseTarget() {
   if (!m_pTarget) return;
+  Rtt.Stop();
   Breakpoints.ClearAll(*m_pTarget);
   DataEvents.ClearAll(*m_pTarget);
   m_pTarget->AbandonDownload(VNODE_DOWNLOAD_OK);

@@ -10,6 +10,7 @@
 #include "probe/faults.h"
 #include "probe/messages.h"
 #include "probe/probe_config.h"
+#include "probe/rtt.h"
 #include "probe/target.h"
 #include "probe/web_control.h"
 
@@ -49,6 +50,7 @@ public:
   CFaults Faults;
   CBreakpointList Breakpoints;
   CDataEventList DataEvents;
+  CRtt Rtt;
   bool bSoftBPsEnabled = false;
 
 private:

@@ -15,6 +15,7 @@ sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   Spec.RAM[1] = Device.RAM[1];
   Spec.NumCodeBreakpoints = Device.pCore->NumCodeBreakpoints;
   Spec.NumDataWatches = Device.pCore->NumDataWatches;
+  Spec.bCodeBreakpointsAnywhere = !Device.pCore->bCodeRegionOnly;
   Spec.NumIRQs = Device.NumIRQs;
   Spec.ClockHz = Device.ClockHz;
   return Spec;
@@ -30,7 +31,12 @@ void InitRegisters(sim::CMachine& Machine) {
 }  // namespace
 
 CSimTarget::CSimTarget(const DEVICE_ROW& Device, CMessages& Messages)
-    : m_Messages(Messages), m_Core(*Device.pCore), m_Board(BoardSpecOf(Device), Messages) {}
+    : m_Messages(Messages),
+      m_Core(*Device.pCore),
+      m_Board(BoardSpecOf(Device), Messages),
+      m_Swo(m_Board, Messages),
+      m_Trace(m_Board, Messages),
+      m_Hss(m_Board, Messages) {}
 
 std::string CSimTarget::WhyNot(const DEVICE_ROW& Device, const PROBE_CONFIG& Config) {
   if (!Device.pCore->SimArch) {
@@ -44,7 +50,15 @@ std::string CSimTarget::WhyNot(const DEVICE_ROW& Device, const PROBE_CONFIG& Con
 TARGET_CAPS CSimTarget::Caps() const {
   TARGET_CAPS Caps;
   Caps.bBackgroundAccess = true;  // memory is read between two slices of the running firmware
+  Caps.bSwo = CSimSwo::Exists(m_Board);
+  Caps.bInstTrace = true;
   return Caps;
+}
+
+void CSimTarget::Release() {
+  m_Hss.Stop();
+  m_Trace.Stop();
+  m_Swo.Release();
 }
 
 int CSimTarget::Halt() {

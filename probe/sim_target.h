@@ -5,6 +5,9 @@
 #include "probe/board.h"
 #include "probe/device_list.h"
 #include "probe/download.h"
+#include "probe/sim_hss.h"
+#include "probe/sim_swo.h"
+#include "probe/sim_trace.h"
 #include "probe/target.h"
 
 // The simulated board as a target. It stays powered as long as this object lives.
@@ -19,7 +22,7 @@ public:
   bool IsAlive() override { return true; }
   int Endianness() override { return 0; }
   TARGET_STATUS Status() override;
-  void Release() override {}
+  void Release() override;
 
   int Halt() override;
   int IsHalted() override { return m_Board.IsHalted(); }
@@ -45,6 +48,10 @@ public:
   int InstallDataEvent(const VNODEARM_DATA_EVENT& Event) override;
   void RemoveDataEvent(int Unit) override;
 
+  CSwoPort* Swo() override { return CSimSwo::Exists(m_Board) ? &m_Swo : nullptr; }
+  CInstTrace* InstTrace() override { return &m_Trace; }
+  CHssSampler* HssSampler() override { return &m_Hss; }
+
 private:
   int NoCP15();
 
@@ -52,4 +59,7 @@ private:
   const CORE_ROW& m_Core;
   CBoard m_Board;
   CDownload m_Download;
+  CSimSwo m_Swo;
+  CSimTrace m_Trace;
+  CSimHss m_Hss;
 };

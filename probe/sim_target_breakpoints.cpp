@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr U32 NO_VALUE = 0xFFFFFFFF;  // DataMask of an event that compares no value
-
 bool IsIn(const sim::MEM_RANGE& Range, U32 Addr) {
   return Addr >= Range.Start && Addr - Range.Start < Range.Size;
 }
@@ -62,8 +60,8 @@ void CSimTarget::RemoveBreakpoint(U32 Addr, U32, U32 Implementation) {
 }
 
 int CSimTarget::InstallDataEvent(const VNODEARM_DATA_EVENT& Event) {
-  if (m_Board.Spec().Arch == sim::ARCH::ARMV6M && Event.DataMask != NO_VALUE) return VNODE_DATA_EVENT_NO_VALUE_MATCH;
   const int Unit = CBoard::CAccess(m_Board)->SetDataWatch(WatchOf(Event));
+  if (Unit == sim::WATCH_NO_VALUES) return VNODE_DATA_EVENT_NO_VALUE_MATCH;
   return Unit < 0 ? VNODE_DATA_EVENT_NO_FREE_UNIT : Unit;
 }
 

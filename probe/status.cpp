@@ -2,6 +2,7 @@
 
 #include "probe/data_event_access.h"
 #include "probe/session.h"
+#include "probe/text.h"
 
 namespace {
 
@@ -41,7 +42,10 @@ PROBE_STATUS CollectStatus(CSession& Session) {
   Status.sInterface = Session.Config.TargetIF == VNODE_TIF_JTAG ? "JTAG" : "SWD";
   Status.SpeedKHz = Session.Config.SpeedKHz;
   Status.RTTAddr = Session.Config.RTTAddr;
-  Status.sRTTSearchRanges = Session.Config.sRTTSearchRanges;
+  for (const RTT_SEARCH_RANGE& Range : Session.Config.RTTSearchRanges) {
+    if (!Status.sRTTSearchRanges.empty()) Status.sRTTSearchRanges += ", ";
+    Status.sRTTSearchRanges += FormatText("0x%X 0x%X", Range.Addr, Range.Size);
+  }
   Session.GetDevice(&Status.Device);
   Status.Faults = Session.Faults.Describe();
   Status.sRunState = Session.IsLost() ? "connection lost" : "not connected";

@@ -41,6 +41,8 @@ public:
   virtual int Enable(U32 CPUHz, U32 SWOHz, U32 PortMask) = 0;
   virtual int Disable(U32 PortMask) = 0;
   virtual int NumBytesPending() = 0;
+  // Drops what was received and not read.
+  virtual int Discard() = 0;
   // Number of bytes moved into paData.
   virtual int ReadStimulus(int Port, U8* paData, U32 NumBytes) = 0;
 };
@@ -54,8 +56,21 @@ public:
   virtual int Stop() = 0;
   // Addresses of executed instructions, newest first; the number of them.
   virtual int Read(U32* paAddr, U32 NumItems) = 0;
-  // Per halfword from Addr on: NumItems / 2 - 1 fetch counters and their total, then as many skip counters and theirs.
+  // Per halfword from Addr on: NumItems / 2 - 1 fetch counters and the total of the whole trace, then as many skip
+  // counters and their total. The number of items.
   virtual int GetInstStats(U64* paItems, U32 Addr, U32 NumItems) = 0;
+};
+
+// Reads blocks of memory at a fixed period while the core runs.
+class CHssSampler {
+public:
+  virtual ~CHssSampler() = default;
+  // 0 or VNODE_HSS_ERRORS. A period of 0 is as short as possible. Replaces what was started before.
+  virtual int Start(const VNODE_HSS_BLOCK* paBlocks, U32 NumBlocks, U32 PeriodUs) = 0;
+  // Negative when nothing was started.
+  virtual int Stop() = 0;
+  // Whole samples: the time in microseconds since the start as U32, then the blocks' bytes. The number of bytes.
+  virtual int Read(void* pData, U32 NumBytes) = 0;
 };
 
 // A target behind the library's functions: the simulated board, or what a GDB server serves. Used by one thread at a
@@ -110,4 +125,5 @@ public:
   // Null when the target has none; owned by the target.
   virtual CSwoPort* Swo() { return nullptr; }
   virtual CInstTrace* InstTrace() { return nullptr; }
+  virtual CHssSampler* HssSampler() { return nullptr; }
 };

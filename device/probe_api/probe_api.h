@@ -80,7 +80,7 @@
   F(int, VNODEARM_ClrDataEvent, (U32 Handle))                   /* 0xFFFFFFFF for all */                              \
   F(int, VNODEARM_GetWPInfoEx, (int Index, VNODEARM_WP_INFO* pInfo)) /* count */                                      \
   /* Trace and terminal channels */                                                                                   \
-  F(int, VNODEARM_SWO_Control, (U32 Command, void* pData))      /* negative on failure */                             \
+  F(int, VNODEARM_SWO_Control, (U32 Command, void* pData))      /* VNODE_SWO_PENDING; negative on failure */          \
   F(int, VNODEARM_SWO_EnableTarget, (U32 CPUHz, U32 SWOHz, int Mode, U32 PortMask))                                   \
   F(int, VNODEARM_SWO_DisableTarget, (U32 PortMask))                                                                  \
   F(int, VNODEARM_SWO_GetCompatibleSpeeds, (U32 CPUHz, U32 Reserved, U32* paSpeeds, U32 NumItems))                    \
@@ -96,7 +96,7 @@
   F(int, VNODE_STRACE_Start, ())                                                                                      \
   F(int, VNODE_STRACE_Stop, ())                                                                                       \
   F(int, VNODE_STRACE_Read, (U32* paAddr, U32 NumItems))                                                              \
-  F(int, VNODE_STRACE_GetInstStats, (U64* paItems, U32 Addr, U32 NumItems, int FetchType, int SkipType))
+  F(int, VNODE_STRACE_GetInstStats, (U64* paItems, U32 Addr, U32 NumItems, int ItemSize, int Mode))
 // clang-format on
 
 #define VNODE_DECLARE_EXPORT(Ret, Name, Args) Ret Name Args;

@@ -115,6 +115,29 @@ enum VNODE_DATA_EVENT_ERRORS : int {
   VNODE_DATA_EVENT_NO_VALUE_MATCH = -3,  // the core's units do not compare values
 };
 
+// Results of VNODE_HSS_Start.
+enum VNODE_HSS_ERRORS : int {
+  VNODE_HSS_UNSPECIFIED = -1,
+  VNODE_HSS_NO_MEMORY = -2,
+  VNODE_HSS_TOO_MANY_BLOCKS = -3,
+  VNODE_HSS_NOT_SUPPORTED = -4,
+};
+
+inline constexpr U32 VNODE_HSS_MAX_BLOCKS = 511;
+
+// VNODEARM_SWO_Control: with a pointer the number of bytes that wait to be read goes there; without one they are dropped.
+inline constexpr U32 VNODE_SWO_PENDING = 2;
+
+// VNODEARM_RAWTRACE_Control: what the trace hardware can do, as bits.
+inline constexpr U32 VNODE_RAWTRACE_GET_CAPS = 4;
+inline constexpr U32 VNODE_RAWTRACE_CAP_STREAMING = 1u << 5;
+
+enum VNODE_RTT_COMMANDS : U32 { VNODE_RTT_START = 0, VNODE_RTT_STOP = 1 };
+
+// The last two arguments of VNODE_STRACE_GetInstStats.
+inline constexpr int VNODE_INST_STATS_ITEM_SIZE = 8;  // bytes
+inline constexpr int VNODE_INST_STATS_FETCH_AND_SKIP = 9;
+
 inline constexpr U32 VNODE_SPEED_AUTO = 0;
 inline constexpr U32 VNODE_SPEED_ADAPTIVE = 65535;
 

@@ -134,7 +134,7 @@ public:
   // Has Function called every PeriodCycles of target time while the core runs or sleeps, on the thread that runs the
   // machine, between two instructions and for the first time at once; the machine's memory may be read then. A period
   // of 0 ends it.
-  void SetSampler(U64 PeriodCycles, std::function<void(U64 Cycle)> Function);
+  void SetSampler(U64 PeriodCycles, std::function<void(CMachine& Machine, U64 Cycle)> Function);
 
   void AddPeripheral(PERIPHERAL Peripheral);
   // Makes an external interrupt pending, as its line would. Numbers that the part does not have are ignored.

@@ -48,8 +48,9 @@ TRACE_TOTALS CMachine::ReadTraceCounters(U32 Addr, U32 NumHalfwords, U64* paFetc
   return {Trace.Total().NumFetched, Trace.Total().NumSkipped};
 }
 
-void CMachine::SetSampler(U64 PeriodCycles, std::function<void(U64 Cycle)> Function) {
-  m_pState->Sampler.Start(m_pState->Now(), PeriodCycles, std::move(Function));
+void CMachine::SetSampler(U64 PeriodCycles, std::function<void(CMachine& Machine, U64 Cycle)> Function) {
+  m_pState->Sampler.Start(m_pState->Now(), PeriodCycles,
+                          [this, Function = std::move(Function)](U64 Cycle) { Function(*this, Cycle); });
 }
 
 }  // namespace sim

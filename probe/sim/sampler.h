@@ -16,7 +16,7 @@ public:
   void Start(U64 Now, U64 PeriodCycles, std::function<void(U64 Now)> Function) {
     m_Function = std::move(Function);
     m_Period = PeriodCycles;
-    m_Next = PeriodCycles && m_Function ? Now : NEVER;
+    m_Next = PeriodCycles ? Now : NEVER;
   }
   U64 Deadline() const { return m_Next; }
   // To be called when the deadline has come.
