@@ -13,6 +13,7 @@ struct CORE_ROW {
   U32 NumCodeBreakpoints;
   U32 NumDataWatches;
   bool bCodeRegionOnly;  // comparators match below CODE_REGION_END only
+  sim::FPU SimFpu = sim::FPU::NONE;
 };
 
 // End of the address range in which the older breakpoint units compare.

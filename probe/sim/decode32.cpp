@@ -1,4 +1,5 @@
 #include "probe/sim/decode.h"
+#include "probe/sim/decode_fp.h"
 
 namespace sim {
 
@@ -222,7 +223,7 @@ void Decode32(STATE& S, INST* pI, U16 First, U16 Second) {
   pI->Halfwords = 2;
   SetHandler(pI, RunUndefined);
   if (First == UNDEFINED_ON_PURPOSE || (!S.bV7 && !IsKnownToV6(First, Second))) return;
-  if ((First & 0xEC00) == 0xEC00) return SetHandler(pI, RunNoCoprocessor);
+  if ((First & 0xEC00) == 0xEC00) return DecodeCoprocessor(S, pI, First, Second);
   switch (Bits(First, 12, 9)) {
     case 0b0100:
       return Bit(First, 6) ? DecodeDualOrExclusive(pI, First, Second) : DecodeMultiple(pI, First, Second);

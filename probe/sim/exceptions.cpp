@@ -1,18 +1,19 @@
 #include "probe/sim/exceptions.h"
 
+#include "probe/sim/exceptions_fp.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
 
 namespace {
 
-inline constexpr U32 FRAME_SIZE = 32;         // bytes: R0 to R3, R12, LR, return address, xPSR
 inline constexpr U32 XPSR_ALIGNED = 1u << 9;  // in a stacked xPSR: a word was left out below the frame
 inline constexpr U32 XPSR_EXCEPTION = 0x1FF;
 
 inline constexpr U32 EXC_RETURN_HANDLER = 0xFFFFFFF1;
 inline constexpr U32 EXC_RETURN_THREAD_MSP = 0xFFFFFFF9;
 inline constexpr U32 EXC_RETURN_THREAD_PSP = 0xFFFFFFFD;
+inline constexpr U32 EXC_RETURN_BASIC_FRAME = 1u << 4;  // clear: the frame is an extended one
 
 constexpr U32 FRAME_REGS[] = {0, 1, 2, 3, 12, LR};
 
@@ -25,6 +26,7 @@ struct CATCH_ROW {
 constexpr CATCH_ROW CATCH_ROWS[] = {
     {EXC_HARDFAULT, 0, DEMCR_VC_HARDERR},
     {EXC_MEMMANAGE, 0, DEMCR_VC_MMERR},
+    {EXC_BUSFAULT, CFSR_STKERR | CFSR_UNSTKERR, DEMCR_VC_INTERR},
     {EXC_BUSFAULT, 0, DEMCR_VC_BUSERR},
     {EXC_USAGEFAULT, CFSR_NOCP, DEMCR_VC_NOCPERR},
     {EXC_USAGEFAULT, CFSR_UNALIGNED | CFSR_DIVBYZERO, DEMCR_VC_CHKERR},
@@ -33,9 +35,16 @@ constexpr CATCH_ROW CATCH_ROWS[] = {
 
 bool IsCaught(const STATE& S, U32 Exc) {
   for (const CATCH_ROW& Row : CATCH_ROWS) {
-    if (Row.Exc == Exc && (S.Scb.DEMCR & Row.DemcrBit) && (!Row.CfsrBits || (S.Scb.CFSR & Row.CfsrBits))) return true;
+    if (Row.Exc == Exc && (S.Scb.DEMCR & Row.DemcrBit) && (!Row.CfsrBits || (S.FaultCfsr & Row.CfsrBits))) return true;
   }
   return false;
+}
+
+// What has gone wrong, for the status register and for the vector catch.
+void NoteFault(STATE& S, U32 CfsrBits) {
+  if (!S.bV7) return;
+  S.Scb.CFSR |= CfsrBits;
+  S.FaultCfsr = CfsrBits;
 }
 
 const INST* EnterLockup(STATE& S) {
@@ -70,10 +79,12 @@ const INST* EnterHandler(STATE& S, U32 Exc, U32 ExcReturn) {
   U32 Vector = 0;
   if (!ReadVector(S, Exc, &Vector)) {
     S.Scb.HFSR |= HFSR_VECTTBL;
+    S.FaultCfsr = 0;
+    if (S.Scb.DEMCR & DEMCR_VC_INTERR) S.StopWith(STOP::VECTOR_CATCH);
     if (Exc == EXC_HARDFAULT || Exc == EXC_NMI || !ReadVector(S, EXC_HARDFAULT, &Vector)) return EnterLockup(S);
     Exc = EXC_HARDFAULT;
   }
-  S.SetMode(Exc, S.Control & ~CONTROL_SPSEL);
+  S.SetMode(Exc, S.Control & ~(CONTROL_SPSEL | CONTROL_FPCA));
   S.R[LR] = ExcReturn;
   S.IT = 0;
   S.bExclusive = false;
@@ -88,9 +99,10 @@ const INST* EnterHandler(STATE& S, U32 Exc, U32 ExcReturn) {
   return At(S, Vector & ~1u);
 }
 
-bool PushFrame(STATE& S, U32 ReturnAddr, U8 ITState) {
-  const bool bAlign = (S.Scb.CCR & CCR_STKALIGN) && (S.R[SP] & 4);
-  const U32 Frame = (S.R[SP] - FRAME_SIZE) & ~(bAlign ? 4u : 0u);
+DERIVED_FAULT PushFrame(STATE& S, U32 ReturnAddr, U8 ITState) {
+  const bool bFp = S.Control & CONTROL_FPCA;
+  const bool bAlign = (bFp || (S.Scb.CCR & CCR_STKALIGN)) && (S.R[SP] & 4);
+  const U32 Frame = (S.R[SP] - (bFp ? EXTENDED_FRAME_SIZE : BASIC_FRAME_SIZE)) & ~(bAlign ? 4u : 0u);
   S.R[SP] = Frame;
   U32 Addr = Frame;
   bool bOk = true;
@@ -98,17 +110,21 @@ bool PushFrame(STATE& S, U32 ReturnAddr, U8 ITState) {
     bOk = bOk && StoreSlow(S, Addr, 4, S.R[Reg]);
     Addr += 4;
   }
-  return bOk && StoreSlow(S, Addr, 4, ReturnAddr) &&
-         StoreSlow(S, Addr + 4, 4, S.XPSR(ITState) | (bAlign ? XPSR_ALIGNED : 0));
+  bOk = bOk && StoreSlow(S, Addr, 4, ReturnAddr) &&
+        StoreSlow(S, Addr + 4, 4, S.XPSR(ITState) | (bAlign ? XPSR_ALIGNED : 0));
+  if (!bOk) return {EXC_BUSFAULT, CFSR_STKERR};
+  return bFp ? PushFpContext(S, Frame) : DERIVED_FAULT();
 }
 
 const INST* Enter(STATE& S, U32 Exc, U32 ReturnAddr, U8 ITState) {
-  const U32 ExcReturn = S.IsHandlerMode()             ? EXC_RETURN_HANDLER
-                        : (S.Control & CONTROL_SPSEL) ? EXC_RETURN_THREAD_PSP
-                                                      : EXC_RETURN_THREAD_MSP;
-  if (!PushFrame(S, ReturnAddr, ITState) && S.bV7) {
-    S.Scb.CFSR |= CFSR_STKERR;
-    const U32 Derived = Escalate(S, EXC_BUSFAULT);
+  const U32 Target = S.IsHandlerMode()             ? EXC_RETURN_HANDLER
+                     : (S.Control & CONTROL_SPSEL) ? EXC_RETURN_THREAD_PSP
+                                                   : EXC_RETURN_THREAD_MSP;
+  const U32 ExcReturn = S.Control & CONTROL_FPCA ? Target & ~EXC_RETURN_BASIC_FRAME : Target;
+  const DERIVED_FAULT Fault = PushFrame(S, ReturnAddr, ITState);
+  if (Fault.Exc != EXC_NONE) {
+    NoteFault(S, Fault.CfsrBit);
+    const U32 Derived = Escalate(S, S.bV7 ? Fault.Exc : static_cast<U32>(EXC_HARDFAULT));
     if (Derived != EXC_NONE && GroupPriority(S, Derived) < GroupPriority(S, Exc)) {
       S.Nvic.SetPending(Exc, true);
       Exc = Derived;
@@ -127,7 +143,7 @@ const INST* RaiseSynchronous(STATE& S, U32 Exc, U32 ReturnAddr, U8 ITState) {
 
 // A fault that is found while returning: entered without stacking, as if tail-chained.
 const INST* RaiseOnReturn(STATE& S, U32 Exc, U32 CfsrBit, U32 ExcReturn) {
-  if (S.bV7) S.Scb.CFSR |= CfsrBit;
+  NoteFault(S, CfsrBit);
   Exc = Escalate(S, S.bV7 ? Exc : static_cast<U32>(EXC_HARDFAULT));
   if (Exc == EXC_NONE) return EnterLockup(S);
   return EnterHandler(S, Exc, ExcReturn);
@@ -135,6 +151,7 @@ const INST* RaiseOnReturn(STATE& S, U32 Exc, U32 CfsrBit, U32 ExcReturn) {
 
 bool IsReturnLegal(const STATE& S, U32 ExcReturn) {
   const bool bNested = S.Nvic.IsAnotherActive(S.IPSR);
+  if (S.HasFpu()) ExcReturn |= EXC_RETURN_BASIC_FRAME;
   switch (ExcReturn) {
     case EXC_RETURN_HANDLER:
       return bNested;
@@ -153,22 +170,28 @@ void Deactivate(STATE& S) {
 
 // Takes the frame off the stack that ExcReturn names and goes on where it says.
 const INST* PopFrame(STATE& S, U32 ExcReturn) {
-  const bool bToHandler = ExcReturn == EXC_RETURN_HANDLER;
-  const bool bPsp = ExcReturn == EXC_RETURN_THREAD_PSP;
+  const bool bFp = !(ExcReturn & EXC_RETURN_BASIC_FRAME);
+  const U32 Target = ExcReturn | EXC_RETURN_BASIC_FRAME;
+  const bool bToHandler = Target == EXC_RETURN_HANDLER;
+  const bool bPsp = Target == EXC_RETURN_THREAD_PSP;
   const U32 Frame = bPsp ? S.PSP() : S.MSP();
-  U32 aWords[FRAME_SIZE / 4];
-  for (U32 i = 0; i < FRAME_SIZE / 4; i++) {
+  U32 aWords[BASIC_FRAME_SIZE / 4];
+  for (U32 i = 0; i < std::size(aWords); i++) {
     if (!LoadSlow(S, Frame + 4 * i, 4, &aWords[i])) return RaiseOnReturn(S, EXC_BUSFAULT, CFSR_UNSTKERR, ExcReturn);
   }
   const U32 Address = aWords[6];
   const U32 XPSR = aWords[7];
   const U32 NewIPSR = XPSR & XPSR_EXCEPTION;
   if (bToHandler != (NewIPSR != 0)) return RaiseOnReturn(S, EXC_USAGEFAULT, CFSR_INVPC, ExcReturn);
-  S.SetMode(NewIPSR,
-            bToHandler ? S.Control & ~CONTROL_SPSEL : (S.Control & ~CONTROL_SPSEL) | (bPsp ? CONTROL_SPSEL : 0));
+  if (bFp) {
+    const DERIVED_FAULT Fault = PopFpContext(S, Frame);
+    if (Fault.Exc != EXC_NONE) return RaiseOnReturn(S, Fault.Exc, Fault.CfsrBit, ExcReturn);
+  }
+  const U32 OtherBits = S.Control & ~(CONTROL_SPSEL | CONTROL_FPCA);
+  S.SetMode(NewIPSR, OtherBits | (bPsp ? CONTROL_SPSEL : 0) | (bFp ? CONTROL_FPCA : 0));
   for (U32 i = 0; i < std::size(FRAME_REGS); i++) S.R[FRAME_REGS[i]] = aWords[i];
-  const bool bAligned = (XPSR & XPSR_ALIGNED) && (S.Scb.CCR & CCR_STKALIGN);
-  S.R[SP] = (Frame + FRAME_SIZE) | (bAligned ? 4u : 0u);
+  const bool bAligned = (XPSR & XPSR_ALIGNED) && (bFp || (S.Scb.CCR & CCR_STKALIGN));
+  S.R[SP] = (Frame + (bFp ? EXTENDED_FRAME_SIZE : BASIC_FRAME_SIZE)) | (bAligned ? 4u : 0u);
   S.SetXPSR(XPSR);
   S.bExclusive = false;
   S.bEvent = true;
@@ -203,22 +226,48 @@ bool IsExecuteNever(U32 Addr) {
 }  // namespace
 
 const INST* RaiseUsageFault(STATE& S, const INST* pI, U32 CfsrBit) {
-  if (S.bV7) S.Scb.CFSR |= CfsrBit;
+  NoteFault(S, CfsrBit);
   return RaiseSynchronous(S, EXC_USAGEFAULT, pI->Addr, S.ITOfCurrent);
 }
 
 const INST* RaiseAccessFault(STATE& S, const INST* pI) {
   if (S.FaultCause == FAULT_CAUSE::UNALIGNED) return RaiseUsageFault(S, pI, CFSR_UNALIGNED);
-  if (S.bV7) {
-    S.Scb.CFSR |= CFSR_PRECISERR | CFSR_BFARVALID;
-    S.Scb.BFAR = S.FaultAddr;
-  }
+  NoteFault(S, CFSR_PRECISERR | CFSR_BFARVALID);
+  if (S.bV7) S.Scb.BFAR = S.FaultAddr;
   return RaiseSynchronous(S, EXC_BUSFAULT, pI->Addr, S.ITOfCurrent);
+}
+
+const INST* RaiseUnaligned(STATE& S, const INST* pI, U32 Addr) {
+  S.FaultCause = FAULT_CAUSE::UNALIGNED;
+  S.FaultAddr = Addr;
+  return RaiseAccessFault(S, pI);
+}
+
+const INST* RaiseStoreFault(STATE& S, const INST* pI) {
+  const bool bBuffered =
+      S.bV7 && S.FaultCause == FAULT_CAUSE::BUS && !IsScs(S.FaultAddr) && !(S.Scb.ACTLR & ACTLR_DISDEFWBUF);
+  if (!bBuffered) return RaiseAccessFault(S, pI);
+  NoteFault(S, CFSR_IMPRECISERR);
+  if (S.Nvic.IsEnabled(EXC_BUSFAULT)) {
+    S.Nvic.SetPending(EXC_BUSFAULT, true);
+  } else {
+    S.Scb.HFSR |= HFSR_FORCED;
+    S.Nvic.SetPending(EXC_HARDFAULT, true);
+  }
+  S.Attention();
+  return nullptr;
+}
+
+const INST* RaiseLazySaveFault(STATE& S, const INST* pI) {
+  NoteFault(S, CFSR_LSPERR);
+  if (S.Fp.FPCCR & FPCCR_BFRDY) return RaiseSynchronous(S, EXC_BUSFAULT, pI->Addr, S.ITOfCurrent);
+  S.Scb.HFSR |= HFSR_FORCED;
+  return RaiseSynchronous(S, EXC_HARDFAULT, pI->Addr, S.ITOfCurrent);
 }
 
 const INST* RaiseFetchFault(STATE& S, U32 Addr) {
   const bool bExecuteNever = IsExecuteNever(Addr);
-  if (S.bV7) S.Scb.CFSR |= bExecuteNever ? CFSR_IACCVIOL : CFSR_IBUSERR;
+  NoteFault(S, bExecuteNever ? CFSR_IACCVIOL : CFSR_IBUSERR);
   return RaiseSynchronous(S, bExecuteNever ? EXC_MEMMANAGE : EXC_BUSFAULT, Addr, S.ITOfCurrent);
 }
 
@@ -253,6 +302,7 @@ const INST* ResetCore(STATE& S) {
   for (U32 Reg = 0; Reg < PC; Reg++) S.R[Reg] = 0;
   S.R[LR] = 0xFFFFFFFF;
   S.IPSR = S.Control = S.OtherSP = 0;
+  UpdateFpAccess(S);
   S.Primask = S.Faultmask = S.Basepri = 0;
   S.SetXPSR(0);
   S.bExclusive = S.bSleeping = S.bEvent = S.bLockup = S.bResetRequested = false;

@@ -79,8 +79,9 @@ const INST* RunMem(STATE& S, const INST* pI) {
     WriteBack<MODE>(S, pI, Base);
     S.R[pI->Rd] = Value;
   } else {
-    if (!Store<TYPE>(S, Addr, S.R[pI->Rd])) [[unlikely]]
-      return RaiseAccessFault(S, pI);
+    if (!Store<TYPE>(S, Addr, S.R[pI->Rd])) [[unlikely]] {
+      if (const INST* pFault = RaiseStoreFault(S, pI)) return pFault;
+    }
     WriteBack<MODE>(S, pI, Base);
   }
   return Next(pI);
@@ -108,17 +109,11 @@ const INST* RunLoadPC(STATE& S, const INST* pI) {
 inline constexpr U8 DUAL_PRE = 1;
 inline constexpr U8 DUAL_WRITE_BACK = 2;
 
-const INST* FailUnaligned(STATE& S, const INST* pI, U32 Addr) {
-  S.FaultCause = FAULT_CAUSE::UNALIGNED;
-  S.FaultAddr = Addr;
-  return RaiseAccessFault(S, pI);
-}
-
 template <bool LOAD>
 const INST* RunDual(STATE& S, const INST* pI) {
   const U32 Base = pI->Rn == PC ? (pI->Addr + 4) & ~3u : S.R[pI->Rn];
   const U32 Addr = pI->ShiftN & DUAL_PRE ? Base + pI->Imm : Base;
-  if (Addr & 3) return FailUnaligned(S, pI, Addr);
+  if (Addr & 3) return RaiseUnaligned(S, pI, Addr);
   if constexpr (LOAD) {
     U32 First;
     U32 Second;
@@ -127,7 +122,9 @@ const INST* RunDual(STATE& S, const INST* pI) {
     S.R[pI->Rd] = First;
     S.R[pI->Ra] = Second;
   } else {
-    if (!Store<U32>(S, Addr, S.R[pI->Rd]) || !Store<U32>(S, Addr + 4, S.R[pI->Ra])) return RaiseAccessFault(S, pI);
+    if (!Store<U32>(S, Addr, S.R[pI->Rd]) || !Store<U32>(S, Addr + 4, S.R[pI->Ra])) {
+      if (const INST* pFault = RaiseStoreFault(S, pI)) return pFault;
+    }
     if (pI->ShiftN & DUAL_WRITE_BACK) S.R[pI->Rn] = Base + pI->Imm;
   }
   return Next(pI);
@@ -136,7 +133,7 @@ const INST* RunDual(STATE& S, const INST* pI) {
 template <class T>
 const INST* LoadExclusiveAs(STATE& S, const INST* pI) {
   const U32 Addr = S.R[pI->Rn] + pI->Imm;
-  if (Addr & (sizeof(T) - 1)) return FailUnaligned(S, pI, Addr);
+  if (Addr & (sizeof(T) - 1)) return RaiseUnaligned(S, pI, Addr);
   U32 Value;
   if (!Load<T>(S, Addr, &Value)) return RaiseAccessFault(S, pI);
   S.R[pI->Rd] = Value;
@@ -149,7 +146,7 @@ const INST* LoadExclusiveAs(STATE& S, const INST* pI) {
 template <class T>
 const INST* StoreExclusiveAs(STATE& S, const INST* pI) {
   const U32 Addr = S.R[pI->Rn] + pI->Imm;
-  if (Addr & (sizeof(T) - 1)) return FailUnaligned(S, pI, Addr);
+  if (Addr & (sizeof(T) - 1)) return RaiseUnaligned(S, pI, Addr);
   const bool bMine = S.bExclusive && S.ExclusiveAddr == Addr;
   if (bMine && !Store<T>(S, Addr, S.R[pI->Rd])) return RaiseAccessFault(S, pI);
   S.bExclusive = false;

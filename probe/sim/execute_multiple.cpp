@@ -17,16 +17,10 @@ void WriteBack(STATE& S, const INST* pI, U32 First) {
   if (pI->Ra) S.R[pI->Rn] = DECREMENT ? First : First + 4 * static_cast<U32>(std::popcount(pI->Imm));
 }
 
-const INST* FailUnaligned(STATE& S, const INST* pI, U32 Addr) {
-  S.FaultCause = FAULT_CAUSE::UNALIGNED;
-  S.FaultAddr = Addr;
-  return RaiseAccessFault(S, pI);
-}
-
 template <bool DECREMENT>
 const INST* RunLoadMultiple(STATE& S, const INST* pI) {
   const U32 First = FirstAddr<DECREMENT>(S, pI);
-  if (First & 3) return FailUnaligned(S, pI, First);
+  if (First & 3) return RaiseUnaligned(S, pI, First);
   U32 aValues[16];
   U32 Num = 0;
   for (U32 List = pI->Imm; List; List &= List - 1, Num++) {
@@ -41,10 +35,11 @@ const INST* RunLoadMultiple(STATE& S, const INST* pI) {
 template <bool DECREMENT>
 const INST* RunStoreMultiple(STATE& S, const INST* pI) {
   const U32 First = FirstAddr<DECREMENT>(S, pI);
-  if (First & 3) return FailUnaligned(S, pI, First);
+  if (First & 3) return RaiseUnaligned(S, pI, First);
   U32 Addr = First;
   for (U32 List = pI->Imm; List; List &= List - 1, Addr += 4) {
-    if (!Store<U32>(S, Addr, S.R[std::countr_zero(List)])) return RaiseAccessFault(S, pI);
+    if (Store<U32>(S, Addr, S.R[std::countr_zero(List)])) continue;
+    if (const INST* pFault = RaiseStoreFault(S, pI)) return pFault;
   }
   WriteBack<DECREMENT>(S, pI, First);
   return Next(pI);

@@ -56,7 +56,7 @@ void WriteBasepri(STATE& S, U32 Value, bool bOnlyRaise) {
 void WriteControl(STATE& S, U32 Value) {
   // The stack selection cannot be changed in handler mode.
   const U32 Selection = S.IsHandlerMode() ? S.Control & CONTROL_SPSEL : Value & CONTROL_SPSEL;
-  S.SetMode(S.IPSR, (Value & CONTROL_NPRIV) | Selection);
+  S.SetMode(S.IPSR, (Value & S.ControlMask() & ~CONTROL_SPSEL) | Selection);
 }
 
 void WritePrivileged(STATE& S, U32 Reg, U32 Value) {

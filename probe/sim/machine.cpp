@@ -4,12 +4,15 @@
 
 #include "device/probe_api/register_index.h"
 #include "probe/sim/exceptions.h"
+#include "probe/sim/fp.h"
 #include "probe/sim/run.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
 
 namespace {
+
+inline constexpr U32 VNODE_REG_S31 = VNODE_REG_S0 + NUM_FP_REGS - 1;
 
 inline constexpr U32 APSR_MASK = 0xF80F0000;
 inline constexpr U32 EPSR_MASK = 0x0700FC00;
@@ -26,7 +29,7 @@ void WriteCfbp(STATE& S, U32 Value) {
     S.Basepri = Value >> 8 & S.Nvic.PriorityMask();
     S.Faultmask = Value >> 16 & 1;
   }
-  const U32 NewControl = Value >> 24 & (CONTROL_NPRIV | CONTROL_SPSEL);
+  const U32 NewControl = Value >> 24 & S.ControlMask();
   S.SetMode(S.IPSR, NewControl);
 }
 
@@ -153,6 +156,12 @@ bool CMachine::ReadReg(U32 Index, U32* pValue) const {
     case VNODE_REG_CONTROL:
       *pValue = S.Control;
       return true;
+    case VNODE_REG_FPSCR:
+      *pValue = S.Fp.FPSCR;
+      return S.HasFpu();
+    case VNODE_REG_S0 ... VNODE_REG_S31:
+      *pValue = S.Fp.S[Index - VNODE_REG_S0];
+      return S.HasFpu();
     default:
       return false;
   }
@@ -203,8 +212,14 @@ bool CMachine::WriteReg(U32 Index, U32 Value) {
       S.Faultmask = Value & 1;
       return true;
     case VNODE_REG_CONTROL:
-      S.SetMode(S.IPSR, Value & (CONTROL_NPRIV | CONTROL_SPSEL));
+      S.SetMode(S.IPSR, Value & S.ControlMask());
       return true;
+    case VNODE_REG_FPSCR:
+      S.Fp.FPSCR = Value & FPSCR_MASK;
+      return S.HasFpu();
+    case VNODE_REG_S0 ... VNODE_REG_S31:
+      S.Fp.S[Index - VNODE_REG_S0] = Value;
+      return S.HasFpu();
     default:
       if (Index > LR) return false;
       S.R[Index] = Value;

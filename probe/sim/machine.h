@@ -12,6 +12,9 @@ namespace sim {
 
 enum class ARCH { ARMV6M, ARMV7M, ARMV7EM };
 
+// The floating point unit: version 4 in single precision, version 5 in single or in both precisions.
+enum class FPU { NONE, V4_SINGLE, V5_SINGLE, V5_DOUBLE };
+
 struct MEM_RANGE {
   U32 Start = 0;
   U32 Size = 0;  // bytes
@@ -21,6 +24,7 @@ struct MEM_RANGE {
 // there). The vector table of a reset is at the start of flash, wherever that is.
 struct BOARD_SPEC {
   ARCH Arch = ARCH::ARMV7EM;
+  FPU Fpu = FPU::NONE;
   MEM_RANGE Flash;
   MEM_RANGE RAM[2];
   U32 NumCodeBreakpoints = 6;  // comparators of the core's breakpoint unit

@@ -18,8 +18,8 @@ void CNvic::Reset(U32 NumIRQs, U32 NumPriorityBits) {
   *this = CNvic();
   m_NumExceptions = std::min(16 + NumIRQs, MAX_EXCEPTIONS);
   m_PriorityMask = static_cast<U8>(0xFF00 >> NumPriorityBits);
-  m_aEnabled[0] = (1u << EXC_NMI) | (1u << EXC_HARDFAULT) | (1u << EXC_SVCALL) | (1u << EXC_DEBUGMON) |
-                  (1u << EXC_PENDSV) | (1u << EXC_SYSTICK);
+  m_aEnabled[0] =
+      (1u << EXC_NMI) | (1u << EXC_HARDFAULT) | (1u << EXC_SVCALL) | (1u << EXC_PENDSV) | (1u << EXC_SYSTICK);
 }
 
 int CNvic::ApplyGroup(U32 Priority, U32 PriGroup) const {

@@ -77,7 +77,24 @@ void SetChunk(STATE& S, U64 NumCycles) {
   S.Left = static_cast<I64>(NumCycles);
 }
 
+U32 DfsrBit(STOP Reason) {
+  switch (Reason) {
+    case STOP::BREAKPOINT:
+    case STOP::BKPT:
+      return DFSR_BKPT;
+    case STOP::DATA_WATCH:
+      return DFSR_DWTTRAP;
+    case STOP::VECTOR_CATCH:
+      return DFSR_VCATCH;
+    case STOP::REQUESTED:
+      return DFSR_HALTED;
+    default:
+      return 0;
+  }
+}
+
 STOP End(STATE& S, const INST* pI, STOP Reason) {
+  S.Scb.DFSR |= DfsrBit(Reason);
   S.R[PC] = AddrOf(S, pI);
   SetChunk(S, 0);
   S.Stop.reset();
@@ -151,6 +168,7 @@ STOP StepCore(STATE& S) {
     pI = pEntered;
   }
   S.bSleeping = false;
+  if (!S.Stop) S.Scb.DFSR |= DFSR_HALTED;
   return End(S, pI, S.Stop.value_or(STOP::SLICE_END));
 }
 

@@ -9,6 +9,7 @@ namespace {
 
 enum SCS_REG : U32 {
   ICTR = 0xE000E004,
+  ACTLR = 0xE000E008,
   SYST_CSR = 0xE000E010,
   SYST_RVR = 0xE000E014,
   SYST_CVR = 0xE000E018,
@@ -66,7 +67,8 @@ inline constexpr U32 CCR_MASK = 0x31B;
 inline constexpr U32 CCR_RESET_V6M = CCR_STKALIGN | CCR_UNALIGN_TRP;
 inline constexpr U32 CCR_RESET = CCR_STKALIGN;
 inline constexpr U32 CPACR_MASK = 0x00F00000;
-inline constexpr U32 DEMCR_MASK = 0x010007F1;
+inline constexpr U32 DEMCR_MASK = 0x010507F1;
+inline constexpr U32 ACTLR_MASK = 0x307;
 
 inline constexpr U32 DHCSR_DEBUGEN = 1u << 0;  // there is always a debugger
 inline constexpr U32 DHCSR_HALTED = 3u << 16;  // halted, and registers can be read
@@ -203,11 +205,16 @@ U32 ReadV7(STATE& S, U32 Addr) {
       return S.Scb.MMFAR;
     case BFAR:
       return S.Scb.BFAR;
+    case ACTLR:
+      return S.Scb.ACTLR;
     case CPACR:
       return S.Scb.CPACR;
     default:
-      return 0;
+      break;
   }
+  U32 Value = 0;
+  ReadFpSystemReg(S, Addr, &Value);
+  return Value;
 }
 
 void WriteV7(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
@@ -227,13 +234,18 @@ void WriteV7(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
     case BFAR:
       S.Scb.BFAR = Value;
       break;
+    case ACTLR:
+      S.Scb.ACTLR = Value & ACTLR_MASK;
+      break;
     case CPACR:
-      S.Scb.CPACR = Value & CPACR_MASK;
+      S.Scb.CPACR = S.HasFpu() ? Value & CPACR_MASK : 0;
+      UpdateFpAccess(S);
       break;
     case STIR:
       S.Nvic.ChangeIrqWord(CNvic::SET::PENDING, (Value & 0x1FF) / 32, 1u << (Value & 31), true);
       break;
     default:
+      WriteFpSystemReg(S, Addr, Value);
       break;
   }
 }
@@ -281,7 +293,7 @@ U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
     case DFSR:
       return S.Scb.DFSR;
     case DEMCR:
-      return S.Scb.DEMCR;
+      return S.Scb.DEMCR | (S.Nvic.IsPending(EXC_DEBUGMON) ? DEMCR_MON_PEND : 0);
     default:
       break;
   }
@@ -330,6 +342,8 @@ void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
       break;
     case DEMCR:
       S.Scb.DEMCR = Value & DEMCR_MASK;
+      S.Nvic.SetEnabled(EXC_DEBUGMON, S.bV7 && (Value & DEMCR_MON_EN));
+      S.Nvic.SetPending(EXC_DEBUGMON, S.bV7 && (Value & DEMCR_MON_PEND));
       UpdateDebugUnits(S);
       break;
     default:
@@ -366,6 +380,7 @@ void ResetScs(STATE& S) {
   S.Scb.VTOR = S.Flash.Start;
   S.Scb.CCR = S.bV7 ? CCR_RESET : CCR_RESET_V6M;
   S.Scb.DEMCR = Old.DEMCR;  // a debugger's settings survive
+  ResetFp(S);
   S.SysTick.Reset();
   S.Nvic.Reset(S.Spec.NumIRQs, S.Spec.NumPriorityBits ? S.Spec.NumPriorityBits : S.bV7 ? 4 : 2);
   UpdateAccessPaths(S);

@@ -8,6 +8,7 @@
 
 #include "probe/sim/breakpoints.h"
 #include "probe/sim/dwt.h"
+#include "probe/sim/fp_regs.h"
 #include "probe/sim/inst.h"
 #include "probe/sim/itm.h"
 #include "probe/sim/machine.h"
@@ -27,6 +28,7 @@ inline constexpr U32 PC = 15;
 
 inline constexpr U32 CONTROL_NPRIV = 1;
 inline constexpr U32 CONTROL_SPSEL = 2;
+inline constexpr U32 CONTROL_FPCA = 4;  // there is floating point context to save
 
 // What a memory access that failed has to raise.
 enum class FAULT_CAUSE : U8 { NONE, BUS, UNALIGNED };
@@ -58,6 +60,7 @@ struct STATE {
   U32 Primask = 0;
   U32 Faultmask = 0;
   U32 Basepri = 0;
+  FP_REGS Fp;
 
   // Time in cycles. Left is what the present chunk may still run.
   I64 Left = 0;
@@ -71,6 +74,7 @@ struct STATE {
   std::vector<PERIPHERAL> Peripherals;
   FAULT_CAUSE FaultCause = FAULT_CAUSE::NONE;
   U32 FaultAddr = 0;
+  U32 FaultCfsr = 0;        // bits of CFSR that the latest fault has set
   bool bExclusive = false;  // local exclusive monitor
   U32 ExclusiveAddr = 0;
 
@@ -98,6 +102,9 @@ struct STATE {
   bool bMaskInterrupts = false;
   INST Special = {};  // stands for an address or a state in which no instruction can be fetched
 
+  bool HasFpu() const { return Spec.Fpu != FPU::NONE; }
+  // The bits of CONTROL that the core has.
+  U32 ControlMask() const { return CONTROL_NPRIV | CONTROL_SPSEL | (HasFpu() ? CONTROL_FPCA : 0); }
   bool IsHandlerMode() const { return IPSR != 0; }
   bool IsPrivileged() const { return IPSR != 0 || !(Control & CONTROL_NPRIV); }
   U64 Now() const { return ChunkEnd - static_cast<U64>(Left); }
@@ -127,6 +134,7 @@ struct STATE {
     Control = NewControl;
     R[SP] = IsPspInUse() ? Process : Main;
     OtherSP = IsPspInUse() ? Main : Process;
+    UpdateFpAccess(*this);
   }
 
   U32 APSR() const;

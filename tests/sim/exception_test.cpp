@@ -48,6 +48,8 @@ const ROW ROWS[] = {
     {"SvcMasked", L_svc_masked, "+3 -3", {0xFFFFFFF9}, 0, FORCED},
     {"BusRead", L_bus_read, "+5 -5", {}, 0x00008200},
     {"BusWriteFlash", L_bus_write_flash, "+5 -5", {}, 0x00008200},
+    {"BusWriteBuffered", L_bus_write_buffered, "+5 -5", {0x42}, 0x00000400},
+    {"BusWriteDisabled", L_bus_write_disabled, "+3 -3", {}, 0x00000400, FORCED},
     {"BusWriteBack", L_bus_write_back, "+5 -5", {0x60000000}, 0x00008200},
     {"ExecuteNever", L_execute_never, "+4 -4", {}, 0x00000001},
     {"FetchNowhere", L_fetch_nowhere, "+5 -5", {}, 0x00000100},

@@ -1,29 +1,11 @@
 #pragma once
-// Encodings to draw random instructions from. 0 and 1 are fixed; '.' is any bit; letters are register fields of three
-// or four bits: d and e are written (and differ), n, m and a are read, s and t are stored, b is a base, x an index, h a
-// written high register; l are bits of a register list. Blanks do not count.
+// Encodings to draw random instructions from.
 
-#include "probe/sim/machine.h"
+#include "tests/sim/pattern.h"
 
 namespace sim_test {
 
 inline constexpr sim::ARCH V6 = sim::ARCH::ARMV6M, V7 = sim::ARCH::ARMV7M, DSP = sim::ARCH::ARMV7EM;
-
-enum RULE {
-  ANY,
-  FIELD_FITS,   // extraction: position plus width within a word
-  FIELD_ORDER,  // insertion: highest bit not below the lowest
-  LIST_OF_TWO,  // at least two registers in the list
-  EXPANDABLE,   // the constant is not one of the unpredictable ones
-  SHIFT_NOT_0,
-};
-
-struct PATTERN {
-  const char* sName;
-  const char* sBits;
-  sim::ARCH Needs;  // at least
-  RULE Rule = ANY;
-};
 
 // clang-format off
 inline constexpr PATTERN PATTERNS[] = {
@@ -61,7 +43,7 @@ inline constexpr PATTERN PATTERNS[] = {
     {"REVSH",     "10111010 11mmmddd", V6},
     {"STMIA",     "11000bbb00llllll", V6, LIST_OF_TWO},
     {"LDMIA",     "11001bbb00llllll", V6, LIST_OF_TWO},
-    {"MRS APSR",  "1111001111101111 1000dddd00000000", V6},
+    {"MRS APSR",  "1111001111101111 1000dddd00000000", V6, ANY, sim::FPU::NONE, ANYWHERE, PEER_RULE::PROFILE},
     {"MSR APSR",  "111100111000nnnn 1000100000000000", V7},
     {"MSR GE",    "111100111000nnnn 1000.10000000000", DSP},
     {"DMB",       "1111001110111111 1000111101011111", V6},

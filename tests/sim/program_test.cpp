@@ -56,7 +56,7 @@ TEST_P(CProgram, EndsAsOnThePeer) {
   EXPECT_EQ(Board.Pc(), End);
   EXPECT_GT(Board.InstructionCount(), 20'000u);
 
-  CPeer Peer(Row.Arch, FLASH_SIZE, RAM_SIZE);
+  CPeer Peer({Row.sName, Row.Arch, sim::FPU::NONE}, FLASH_SIZE, RAM_SIZE);
   Peer.Write(0, aImage.data(), aImage.size());
   REGS Regs = {};
   Regs.R[VNODE_REG_SP] = VectorOf(aImage, 0);

@@ -14,6 +14,7 @@
   .equ ISER, 0xE000E100
   .equ ISPR, 0xE000E200
   .equ IPR, 0xE000E400
+  .equ ACTLR, 0xE000E008
   .equ ICSR, 0xE000ED04
   .equ AIRCR, 0xE000ED0C
   .equ CCR, 0xE000ED14
@@ -258,10 +259,24 @@ bus_read:
   ldr r1, [r0]
   bx lr
 
-bus_write_flash:
+bus_write_flash:                @ the store waits for the bus
   HOOK 5, skip2
+  PUT ACTLR, 2
   movs r0, #0x40
   str r0, [r0]
+  bx lr
+
+bus_write_buffered:             @ the core has gone on, the base has moved
+  movs r0, #0x40
+  strb r1, [r0, #2]!
+  ldr r1, =RESULT
+  str r0, [r1]
+  bx lr
+
+bus_write_disabled:
+  PUT SHCSR, 0
+  movs r0, #0x40
+  stm r0!, {r1, r2}
   bx lr
 
 bus_write_back:                 @ the base keeps its value
@@ -366,6 +381,7 @@ exclusive_lost:
 
 stack_lost:
   HOOK 3, 1f
+  PUT ACTLR, 2
   ldr r0, =0x30000000
   msr msp, r0
   udf 0
@@ -450,6 +466,8 @@ cases:
   ENTRY svc_masked
   ENTRY bus_read
   ENTRY bus_write_flash
+  ENTRY bus_write_buffered
+  ENTRY bus_write_disabled
   ENTRY bus_write_back
   ENTRY execute_never
   ENTRY fetch_nowhere
