@@ -48,7 +48,7 @@ public:
   int RequestRegs(CDeviceEventListener* pListener, U32 Cnt);
   std::vector<U32>& RegIndexArray() { return aRegIndex; }
   int RequestCPReg(CDeviceEventListener* pListener, const char* sReg);
-  // NumBytes: at most MAX_LOC_BYTES.
+  // NumBytes: at most MAX_LOC_BYTES. Nobody is called for a register of a target that is not accessible.
   int RequestLoc(CDeviceEventListener* pListener, const ELF_SYM_LOC& Loc, U32 NumBytes);
 
   int GetMem(CDeviceEventListener* pListener, U32 Addr, U32 NumBytes, U8 AW, U8* paData);
@@ -62,6 +62,7 @@ public:
   void CancelMemRequests();
   // The range is fetched anew when it is asked for next; after a change that did not come through a job.
   void MarkMemStale(U32 Addr, U32 NumBytes);
+  void MarkRegStale(U32 Index) { Regs.SetStatus(Index, MEM_STALE); }
   // Drops all cached data; bDropRequests: and all requests. Called besides events when a program is opened, for a
   // manual refresh, and when the core model is reset.
   void ClearCaches(bool bDropRequests);

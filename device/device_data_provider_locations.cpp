@@ -10,8 +10,12 @@ namespace {
 // A register is fetched whole, whatever part of it the variable occupies.
 constexpr U32 REG_BYTES = 4;
 
+bool IsOfRegister(const ELF_SYM_LOC& Loc) {
+  return Loc.Type == ELF_LOC_REG || Loc.Type == ELF_LOC_REG_OFFSET;
+}
+
 QString LocText(const ELF_SYM_LOC& Loc) {
-  if (Loc.Type == ELF_LOC_REG || Loc.Type == ELF_LOC_REG_OFFSET) return QStringLiteral("R%1").arg(Loc.Reg);
+  if (IsOfRegister(Loc)) return QStringLiteral("R%1").arg(Loc.Reg);
   return QStringLiteral("%1").arg(Loc.Addr, 8, 16, QLatin1Char('0')).toUpper();
 }
 
@@ -77,7 +81,7 @@ int CDeviceDataProvider::RequestLoc(CDeviceEventListener* pListener, const ELF_S
   SyncRegSize();
   const DATA_REQUEST Request = DATA_REQUEST::Loc(pListener, Loc, NumBytes);
   const LOC_PLACE Place = PlaceOf(Loc);
-  if (!Access.IsAccessible() && Place.Kind == LOC_REG) return DATA_DELIVERED;
+  if (!Access.IsAccessible() && IsOfRegister(Loc)) return DATA_DELIVERED;
   if (!Access.IsAccessible() && Place.Kind == LOC_MEM) MarkMemStale(Place.Addr, NumBytes);
   const U8 Status = DeliverLoc(Request);
   if (IsFinal(Status)) return DATA_DELIVERED;

@@ -68,7 +68,8 @@ U32 CMemoryAccess::WriteMem(U32 Addr, U32 nBytes, U32 ChunkSize, I8 AW, U32 Flag
   if (Count < nBytes && ChunkSize != 0) {
     Count += WriteMemChunkWise(Addr + Count, nBytes - Count, ChunkSize, AW, Flags, paData + Count);
   }
-  if (bDownload) Download.EndDownload(false);
+  // Nobody else asks how this download has ended.
+  if (bDownload && Download.EndDownload(false) < 0) return 0;
   return Count;
 }
 

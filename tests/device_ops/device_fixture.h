@@ -65,7 +65,10 @@ public:
   }
   U32 InstSetAt(U32) override { return bArm ? VNODE_BP_ARM : VNODE_BP_THUMB; }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg < 17 ? LogicReg : 0xFFFFFFFFu; }
-  bool ParseCPReg(const char*, CP15_REG&) override { return false; }
+  bool ParseCPReg(const char* sReg, CP15_REG& Reg) override {
+    Reg = {1, 2, 3, 4};
+    return std::string(sReg) == "15,1,3,2,4";
+  }
   int SetResetState() override {
     pProbe->Regs[15] = 0x8000400;
     return 0;

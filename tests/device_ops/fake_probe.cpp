@@ -143,6 +143,19 @@ void AddRunControl(VNODE_API& Api) {
   };
 }
 
+void AddCoprocessor(VNODE_API& Api) {
+  Api.VNODEARM_CP15_ReadEx = [](U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32* pValue) {
+    *pValue = 0x41;
+    return Call("CP15_ReadEx %x %x %x %x", CRn, CRm, Op1, Op2) ? 0 : -1;
+  };
+  Api.VNODEARM_CP15_WriteEx = [](U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32 Value) {
+    return Call("CP15_WriteEx %x %x %x %x %x", CRn, CRm, Op1, Op2, Value) ? 0 : -1;
+  };
+  Api.VNODEARM_MeasureCPUSpeedEx = [](U32 RAMAddr, int PreserveMem, int AllowFail) {
+    return Call("MeasureCPUSpeedEx %x %d %d", RAMAddr, PreserveMem, AllowFail) ? 64'000'000 : 0;
+  };
+}
+
 void AddMemory(VNODE_API& Api) {
   Api.VNODEARM_ReadMemEx = [](U32 A, U32 N, void* p, U32) { return ReadBlock("ReadMemEx", A, N, p); };
   Api.VNODEARM_ReadMemHW = [](U32 A, U32 N, void* p) {
@@ -219,6 +232,7 @@ VNODE_API CFakeProbe::Api() {
   AddSession(Api);
   AddDevicesAndConfig(Api);
   AddRunControl(Api);
+  AddCoprocessor(Api);
   AddMemory(Api);
   AddBreakpoints(Api);
   return Api;

@@ -84,6 +84,36 @@ TEST_F(CMemoryTest, ShortReads) {
   }
 }
 
+// Every width, alignment, length, chunk size and place of the first bad byte: what counts as read or written is, and
+// byte by byte all is that can be.
+TEST_F(CMemoryTest, EveryWidthAlignmentAndChunkSize) {
+  Connect();
+  Probe.MaxBytesPerCall = 5;
+  const std::vector<U8> Before = Probe.Mem;
+  const std::vector<U8> Image(16, 0xA5);
+  for (U32 i = 0; i < 4 * 8 * 13 * 7 * 3; ++i) {
+    const I8 AW = std::array<I8, 4>{0, 1, 2, 4}[i % 4];
+    const U32 Offset = i / 4 % 8;
+    const U32 NumBytes = 1 + i / 32 % 13;
+    const U32 ChunkSize = i / 416 % 7;
+    const U32 NumGood = std::array<U32, 3>{64, Offset + 1, Offset + NumBytes / 2}[i / 2912];
+    Probe.BadAddr = MEM + NumGood;
+    const U32 Wanted = std::min(NumBytes, NumGood - Offset);
+    SCOPED_TRACE(QString::asprintf("%u: %u+%u aw%d c%u good %u", i, Offset, NumBytes, AW, ChunkSize, NumGood).data());
+    Probe.Mem = Before;
+    const U32 NumRead = Read(MEM + Offset, NumBytes, ChunkSize, AW, MEM_FLAG_ITEM_WISE);
+    const U32 NumWritten = Ops.Memory.WriteMem(MEM + Offset, NumBytes, ChunkSize, AW, MEM_FLAG_ITEM_WISE, Image.data());
+    const U32 NumChanged =
+        static_cast<U32>(std::count(Probe.Mem.begin() + Offset, Probe.Mem.begin() + Offset + NumBytes, 0xA5));
+    ASSERT_EQ(NumWritten, NumChanged);
+    ASSERT_TRUE(std::equal(Before.begin() + Offset + NumBytes, Before.end(), Probe.Mem.begin() + Offset + NumBytes));
+    ASSERT_TRUE(std::equal(Before.begin(), Before.begin() + Offset, Probe.Mem.begin()));
+    if (ChunkSize == 0 || AW > 1) continue;
+    ASSERT_EQ(NumRead, Wanted);
+    ASSERT_EQ(NumWritten, Wanted);
+  }
+}
+
 TEST_F(CMemoryTest, TransfersSurviveALongRangeWithHoles) {
   Connect();
   Probe.MaxBytesPerCall = 100;
@@ -138,6 +168,63 @@ TEST_F(CMemoryTest, InvalidAccessesNeverReachTheProbe) {
   EXPECT_EQ(Probe.CallText(), "");
 }
 
+TEST_F(CMemoryTest, SingleItemsAndTheirFailures) {
+  // Value of ReadInt with every bit that was not read set as the operation leaves it.
+  const auto Item = [&](U32 Addr, U8 Size) {
+    U32 Value = 0;
+    const int Result = Ops.Memory.ReadInt(Addr, Size, &Value);
+    return QString::asprintf("%d %x ", Result, Value).toStdString() + Sink.TakeLogs();
+  };
+  for (U8 Size : {1, 2, 4}) {
+    EXPECT_EQ(Item(MEM, Size), Size == 4   ? "-1 eeeeeeee ReadWord: Not connected"
+                               : Size == 2 ? "-1 eeee ReadHalfWord: not connected"
+                                           : "-1 ee ReadHalfWord: not connected");
+  }
+  Connect();
+  Probe.BadAddr = MEM + 0x100;
+  const std::tuple<U32, U8, const char*> aCase[] = {
+      {MEM + 4, 4, "0 312a231c "},
+      {MEM + 6, 2, "0 312a "},
+      {MEM + 5, 1, "0 23 "},
+      {MEM + 2, 4, "-1 eeeeeeee Attempting to read word unaligned at 20000002"},
+      {MEM + 1, 2, "-1 eeee Attempting to read half word unaligned at 20000001"},
+      {0xFFFFFFFC, 4, "-1 eeeeeeee ReadWord: Outside address range"},
+      {0xFFFFFFFE, 2, "-1 eeee ReadHalfWord: Outside address range"},
+      {0xFFFFFFFF, 1, "-1 ee Attempting to read byte at invalid address ffffffff"},
+      {MEM + 0x100, 4, "-1 eeeeeeee ReadWord: V-Node API call failed"},
+      {MEM + 0x100, 2, "-1 eeee ReadHalfWord: V-Node API call failed"},
+      {MEM + 0x100, 1, "-1 ee ReadByte: V-Node API call failed"},
+      {MEM, 3, "-1 0 "},
+  };
+  for (U32 i = 0; i < 16; ++i) Probe.Mem[i] = static_cast<U8>(i * 7);
+  for (const auto& [Addr, Size, sResult] : aCase) {
+    Probe.Calls.clear();
+    EXPECT_EQ(Item(Addr, Size), sResult);
+    const bool bOfTarget = std::string(sResult).find("API call") != std::string::npos || sResult[0] == '0';
+    EXPECT_EQ(Probe.Calls.size(), bOfTarget ? 1u : 0u) << "nothing else reaches the probe";
+  }
+}
+
+TEST_F(CMemoryTest, SpeedOfTheCore) {
+  const auto Measure = [&] {
+    Forget();
+    const int Hz = Ops.Memory.MeasureCoreSpeed();
+    return std::to_string(Hz) + ' ' + Sink.TakeLogs();
+  };
+  Ctx.Facts.Change([](PROBE_FACTS& Facts) { Facts.RAMAddr = INVALID_ADDR; });
+  EXPECT_EQ(Measure(), "-1 MeasureCoreSpeed: invalid RAM address");
+  Ctx.Facts.Change([](PROBE_FACTS& Facts) { Facts.RAMAddr = MEM; });
+  EXPECT_EQ(Measure(), "-1 MeasureCoreSpeed: not connected");
+  Connect();
+  EXPECT_EQ(Measure(), "-1 MeasureCoreSpeed: not halted");
+  HaltAt(0x8000100);
+  Ctx.Facts.Change([](PROBE_FACTS& Facts) { Facts.RAMAddr = MEM; });
+  EXPECT_EQ(Measure(), "64000000 Core speed measured at 64000000 Hz");
+  EXPECT_EQ(Probe.CallText(), "MeasureCPUSpeedEx 20000000 1 1");
+  Probe.Failing["MeasureCPUSpeedEx"] = 0;
+  EXPECT_EQ(Measure(), "-1 could not determine core frequency");
+}
+
 TEST_F(CMemoryTest, HaltsAroundAnAccess) {
   const std::tuple<int, U32, const char*> aCase[] = {
       {0, MEM_FLAG_HALT, "IsHalted, Halt, ReadMemU32 20000000, GoEx 0 1"},
@@ -163,6 +250,8 @@ TEST_F(CMemoryTest, DownloadIsOneTransaction) {
             "EndDownload, IsHalted, GoEx 0 1");
   Forget();
   EXPECT_EQ(Ops.Memory.WriteMemMultiple(3, aRange, 20, Image.data(), 0, 0, 0), 14u) << "the last range has no bytes";
+  Probe.EndDownloadResult = -3;
+  EXPECT_EQ(Ops.Memory.WriteMem(MEM, 4, 0, 0, MEM_FLAG_DOWNLOAD, Image.data()), 0u) << "nothing has been programmed";
   const U32 aBad[] = {MEM + 8, MEM};
   EXPECT_EQ(Ops.Memory.WriteMemMultiple(1, aBad, 20, Image.data(), 0, 0, 0), 0u);
 }

@@ -58,6 +58,27 @@ TEST_F(CRegistersTest, FailuresOfManyRegisters) {
   EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
+TEST_F(CRegistersTest, CoprocessorRegisters) {
+  U64 Value = 0;
+  const auto Access = [&](const char* sReg) {
+    Forget();
+    const int Read = Ops.Registers.ReadCPReg(sReg, &Value);
+    EXPECT_EQ(Ops.Registers.WriteCPReg(sReg, 0x55), Read);
+    return Sink.TakeLogs();
+  };
+  constexpr const char* GOOD = "15,1,3,2,4";
+  EXPECT_EQ(Access("14,1,3,2,4"), "ReadCPReg: invalid register identifier; WriteCPReg: invalid register identifier");
+  EXPECT_EQ(Access(GOOD), "ReadCPReg: not connected; WriteCPReg: not connected");
+  Connect();
+  EXPECT_EQ(Access(GOOD), "ReadCPReg: not halted; WriteCPReg: not halted");
+  HaltAt(0x8000100);
+  EXPECT_EQ(Access(GOOD), "");
+  EXPECT_EQ(Probe.CallText(), "CP15_ReadEx 1 2 3 4, CP15_WriteEx 1 2 3 4 55");
+  EXPECT_EQ(Value, 0x41u);
+  Probe.Failing = {{"CP15_ReadEx", 0}, {"CP15_WriteEx", 0}};
+  EXPECT_EQ(Access(GOOD), "ReadCPReg: VNODE API call failed; WriteCPReg: VNODE API call failed");
+}
+
 ELF_SYM_LOC Loc(U32 Type, U32 Addr, U32 Reg = 0, U64 Value = 0) {
   ELF_SYM_LOC Result;
   Result.Type = Type;

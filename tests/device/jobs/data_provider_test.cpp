@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QStringList>
 #include <functional>
+#include <random>
 #include <utility>
 
 #include "device/device_data_provider.h"
@@ -43,7 +44,9 @@ struct FAKE_ACCESS : CDeviceAccess {
       pProvider->OnDeviceReadMemDone(Addr, NumBytes, aData.data(), aStatus.data());
     });
   }
-  int ScheduleReadReg(U32) override { return -1; }
+  int ScheduleReadReg(U32 Index) override {
+    return File(Text("reg %u", Index), [=, this] { pProvider->OnDeviceReadRegDone(Index, Index + 1000ull); });
+  }
   int ScheduleReadRegs(U32 Cnt, const U32* paIndex) override {
     std::vector<U32> aIndex(paIndex, paIndex + Cnt);
     QString sJob = "regs";
@@ -58,7 +61,10 @@ struct FAKE_ACCESS : CDeviceAccess {
       pProvider->OnDeviceReadRegsDone(Cnt, aIndex.data(), aValue.data(), aStatus.data());
     });
   }
-  int ScheduleReadCPReg(const char*) override { return -1; }
+  int ScheduleReadCPReg(const char* sReg) override {
+    const QByteArray sName = sReg;
+    return File(Text("cp %s", sReg), [=, this] { pProvider->OnDeviceReadCPRegDone(sName, sName.size()); });
+  }
   int ScheduleReadLoc(const ELF_SYM_LOC& Loc, U32 NumBytes) override {
     return File(Text("loc %x+%u", Loc.Type == ELF_LOC_REG ? Loc.Reg : Loc.Addr, NumBytes), [=, this] {
       U8 aData[8] = {0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88};
@@ -70,7 +76,11 @@ struct FAKE_ACCESS : CDeviceAccess {
     aAnswer.clear();
   }
   int ProcessEvents(int) override { return 0; }
-  int ReadLocNow(const ELF_SYM_LOC&, U32, U8*) override { return -1; }
+  int ReadLocNow(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData) override {
+    sJobs << Text("now %x+%u", Loc.Addr, NumBytes);
+    std::fill_n(paData, NumBytes, 0x5A);
+    return bRefuse ? -1 : 0;
+  }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg; }
   U32 NumRegs() override { return VNODE_NUM_REGS; }
   void LogText(const QString& sText, U32) override { sLog << sText; }
@@ -83,8 +93,10 @@ struct FAKE_ACCESS : CDeviceAccess {
 struct CAsker : CDeviceEventListener {
   QStringList sHeard;
   std::function<void()> OnMem;
+  std::function<void(U32 Addr, const U8* paData, const U8* paStatus)> Check;
   void OnDeviceReadMemDone(U32 Addr, U32 NumBytes, U8* paData, U8* paStatus) override {
     QString sStatus;
+    if (Check) Check(Addr, paData, paStatus);
     for (U32 i = 0; i < std::min(NumBytes, 16u); ++i) sStatus += QString::number(paStatus[i]);
     sHeard << Text("%x+%u %u ", Addr, NumBytes, paData[0]) + sStatus;
     if (OnMem) std::exchange(OnMem, {})();
@@ -94,6 +106,8 @@ struct CAsker : CDeviceEventListener {
   void OnDeviceReadRegsDone(U32 Cnt, U32* paIndex, U64* paValue, U8* paStatus) override {
     for (U32 i = 0; i < Cnt; ++i) sHeard << Text("r%u=%llu/%u", paIndex[i], paValue[i], paStatus[i]);
   }
+  void OnDeviceReadCPRegDone(const char* sReg, U64 Value) override { sHeard << Text("cp %s=%llu", sReg, Value); }
+  void OnDeviceReadCPRegFailed(const char* sReg) override { sHeard << Text("cp %s failed", sReg); }
   void OnDeviceReadLocDone(const ELF_SYM_LOC&, U32 NumBytes, U8* paData) override {
     sHeard << Text("loc %u %x", NumBytes, paData[0]);
   }
@@ -111,6 +125,7 @@ struct DataProvider : testing::Test {
   }
   void MakeValid(U32 Addr, U32 NumBytes) {
     std::vector<U8> aData(NumBytes), aStatus(NumBytes);
+    for (U32 i = 0; i < NumBytes; ++i) aData[i] = static_cast<U8>((Addr + i) * 7);
     Provider.OnDeviceReadMemDone(Addr, NumBytes, aData.data(), aStatus.data());
   }
   std::string Jobs() { return std::exchange(Access.sJobs, {}).join("; ").toStdString(); }
@@ -186,6 +201,45 @@ TEST_F(DataProvider, FetchesOnlyWhatIsMissing) {
     Access.Answer();
     EXPECT_EQ(std::exchange(A.sHeard, {}).size(), 1) << Case.sJobs;
   }
+}
+
+// A window that asks for 64 KiB at random places, between what is known, being read, and not readable.
+TEST_F(DataProvider, AnyRangeCostsAtMostSixJobs) {
+  constexpr U32 SIZE = 0x10000;
+  std::mt19937 Random(64);
+  const auto Below = [&](U32 Limit) { return static_cast<U32>(Random() % Limit); };
+  Access.IsReadable = [](U32 Addr) { return Addr % 977 > 5; };
+  int MostJobs = 0;
+  for (int Round = 0; Round < 150; ++Round) {
+    Provider.ClearCaches(true);
+    Access.aAnswer.clear();
+    const U32 Start = 0x20000000 + Below(4 * SIZE);
+    for (U32 i = Below(12); i > 0; --i) MakeValid(Start - 8 + Below(SIZE), 1 + Below(300));
+    for (U32 i = Below(3); i > 0; --i) Request(B, Start + Below(SIZE), 1 + Below(2000));
+    Jobs();
+    ASSERT_EQ(Request(A, Start, SIZE), DATA_PENDING);
+    MostJobs = std::max(MostJobs, static_cast<int>(Access.sJobs.size()));
+    ASSERT_LE(Access.sJobs.size(), 6) << Jobs();
+    Jobs();
+    Request(A, Start, SIZE);
+    ASSERT_EQ(Jobs(), "") << "the same once more";
+    int NumAnswers = 0;
+    A.Check = [&](U32 Addr, const U8* paData, const U8* paStatus) {
+      ++NumAnswers;
+      for (U32 i = 0; i < SIZE; ++i) {
+        if (paStatus[i] == MEM_VALID) {
+          ASSERT_EQ(paData[i], static_cast<U8>((Addr + i) * 7)) << i;
+        }
+        ASSERT_TRUE(paStatus[i] == MEM_VALID || !Access.IsReadable(Addr + i)) << i;
+      }
+    };
+    Access.Answer();
+    ASSERT_EQ(NumAnswers, 1);
+    A.Check = {};
+    ASSERT_EQ(Request(A, Start + Below(SIZE / 2), SIZE / 2), DATA_DELIVERED);
+    ASSERT_EQ(Jobs(), "") << "all of it is known now";
+  }
+  EXPECT_EQ(MostJobs, 6);
 }
 
 TEST_F(DataProvider, FailedBytesReachTheListener) {
@@ -326,4 +380,70 @@ TEST_F(DataProvider, SynchronousReadGivesUpAndLateDataIsKept) {
   EXPECT_EQ(Access.sLog, QStringList{"Timeout while waiting for memory data arrival of 4 bytes @ 00001000"});
   Access.Answer();
   EXPECT_EQ(Provider.GetMem(&Provider, 0x1000, 4, 0, aData), 0);
+}
+
+TEST_F(DataProvider, TheOldestOfManyCoprocessorRegistersIsForgotten) {
+  const auto Ask = [&](int Number) {
+    return Provider.RequestCPReg(&A, ("15,0,0,0," + std::to_string(Number)).c_str());
+  };
+  for (int i = 0; i < 101; ++i) {
+    EXPECT_EQ(Ask(i), DATA_PENDING);
+    Access.Answer();
+  }
+  EXPECT_EQ(Ask(1), DATA_DELIVERED);
+  EXPECT_EQ(Ask(100), DATA_DELIVERED);
+  EXPECT_EQ(Ask(0), DATA_PENDING);
+  U64 Value = 0;
+  EXPECT_EQ(Provider.GetCPReg("15,0,0,0,100", &Value), 0);
+  EXPECT_EQ(Value, 12u);
+  Provider.OnDeviceReadCPRegFailed("15,0,0,0,0");
+  EXPECT_TRUE(A.sHeard.endsWith("cp 15,0,0,0,0 failed"));
+  EXPECT_EQ(Provider.GetCPReg("15,0,0,0,0", &Value), 1);
+  EXPECT_EQ(Provider.GetCPReg("", &Value), 1);
+  Access.bAccessible = false;
+  EXPECT_EQ(Ask(100), DATA_UNAVAILABLE);
+}
+
+TEST_F(DataProvider, SynchronousReadOfALocation) {
+  U8 aData[9] = {};
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x3000), 9, aData), -1);
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_CONST, 0x42), 4, aData), 0);
+  EXPECT_EQ(aData[0], 0x42);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x3000), 4, aData), 0);
+    EXPECT_EQ(aData[3], 0x5A);
+  }
+  EXPECT_EQ(Jobs(), "now 3000+4") << "once, then from the cache";
+  EXPECT_EQ(Request(A, 0x3000, 4), DATA_DELIVERED);
+  Access.bAccessible = false;
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x3000), 4, aData), 0);
+  EXPECT_EQ(Jobs(), "now 3000+4") << "a running target is asked each time";
+  Heard(A);
+  EXPECT_EQ(Provider.RequestLoc(&A, Loc(ELF_LOC_REG, 3), 4), DATA_DELIVERED);
+  EXPECT_EQ(Provider.RequestLoc(&A, Loc(ELF_LOC_REG, ELF_REG_UNSPECIFIED), 4), DATA_DELIVERED);
+  EXPECT_EQ(Heard(A), "") << "registers of a running target are nowhere";
+}
+
+TEST_F(DataProvider, FailuresAreLogged) {
+  Request(A, 0x1000, 16);
+  Provider.OnDeviceReadMemFailed(0x1000, 16);
+  EXPECT_EQ(Heard(A), "1000+16 0 1111111111111111");
+  Provider.RequestLoc(&A, Loc(ELF_LOC_MEM, 0x3000), 4);
+  Provider.OnDeviceReadLocFailed(Loc(ELF_LOC_MEM, 0x3000), 4);
+  EXPECT_EQ(Heard(A), "loc failed");
+  U8 aData[4];
+  EXPECT_EQ(Provider.GetMem(&A, 0x1000, 4, 0, aData), 1);
+  Access.bRefuse = true;
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x4000), 4, aData), 1);
+  Access.bRefuse = false;
+  U64 Value = 0;
+  EXPECT_EQ(Provider.GetReg(&A, 4, &Value), 1);
+  EXPECT_EQ(Provider.GetCPReg("15,1,2,3,4", &Value), 1);
+  EXPECT_EQ(Access.sLog.join("\n").toStdString(),
+            "Target memory readout of 16 bytes @ 00001000 failed.\n"
+            "Target data readout of 4 bytes @ from location 00003000 failed.\n"
+            "Memory @ 00001000 returned from cache\n"
+            "Target data readout of 4 bytes @ from location 00004000 failed.\n"
+            "Timeout while waiting for register data arrival. VNodeRegIdx = 4\n"
+            "Timeout while waiting for coprocessor register data arrival 15,1,2,3,4");
 }
