@@ -1,0 +1,191 @@
+// The trace memory and the counters, held against single steps whose conditions are worked out here.
+
+#include <fstream>
+#include <map>
+
+#include "tests/sim/board.h"
+
+namespace sim_test {
+
+namespace {
+
+using sim::ARCH;
+using sim::STOP;
+
+constexpr U32 SYST_CSR = 0xE000E010;
+
+struct COUNTS {
+  U64 Fetched = 0;
+  U64 Skipped = 0;
+  bool operator==(const COUNTS&) const = default;
+};
+
+struct REFERENCE {
+  std::vector<U32> aPc;  // oldest first
+  std::map<U32, COUNTS> Counts;
+  COUNTS Total;
+};
+
+bool Holds(U32 Cond, U32 APSR) {
+  const bool N = APSR >> 31 & 1, Z = APSR >> 30 & 1, C = APSR >> 29 & 1, V = APSR >> 28 & 1;
+  const bool abTrue[] = {Z, C, N, V, C && !Z, N == V, !Z && N == V, true};
+  return abTrue[Cond >> 1] != ((Cond & 1) && Cond != 15);
+}
+
+// Whether the instruction at the PC is one whose condition fails, by its encoding and the flags.
+bool IsSkipped(CBoard& Board) {
+  const U32 XPSR = Board.Reg(VNODE_REG_XPSR);
+  const U32 ITState = (XPSR >> 8 & 0xFC) | (XPSR >> 25 & 3);
+  if (ITState) return !Holds(ITState >> 4, XPSR);
+  U16 aOp[2] = {};
+  Board.ReadMem(Board.Pc(), sizeof(aOp), aOp);
+  if (aOp[0] >> 12 == 0xD && (aOp[0] >> 8 & 0xF) < 14) return !Holds(aOp[0] >> 8 & 0xF, XPSR);
+  const bool bWideBranch = aOp[0] >> 11 == 0x1E && (aOp[1] & 0xD000) == 0x8000;
+  if (bWideBranch && (aOp[0] >> 6 & 0xF) < 14) return !Holds(aOp[0] >> 6 & 0xF, XPSR);
+  return false;
+}
+
+// Steps until a stop or for so many instructions.
+REFERENCE StepThrough(CBoard& Board, U64 NumInsts) {
+  REFERENCE Reference;
+  const U64 End = Board.InstructionCount() + NumInsts;
+  STOP Stop = STOP::SLICE_END;
+  while (Stop == STOP::SLICE_END && Board.InstructionCount() < End) {
+    const U32 Pc = Board.Pc();
+    const bool bSkipped = IsSkipped(Board);
+    const U64 Before = Board.InstructionCount();
+    Stop = Board.Step();
+    if (Board.InstructionCount() == Before) continue;  // an exception was entered, or a stop
+    Reference.aPc.push_back(Pc);
+    for (COUNTS* p : {&Reference.Counts[Pc], &Reference.Total}) {
+      p->Fetched++;
+      p->Skipped += bSkipped;
+    }
+  }
+  return Reference;
+}
+
+std::vector<U32> ReadAll(CBoard& Board, U32 PieceSize) {
+  std::vector<U32> aPc;
+  std::vector<U32> aPiece(PieceSize);
+  while (const U32 Num = Board.ReadTrace(aPiece.data(), PieceSize)) aPc.insert(aPc.end(), &aPiece[0], &aPiece[Num]);
+  return aPc;
+}
+
+void ExpectSame(CBoard& Board, const REFERENCE& Reference, U32 NumEntries) {
+  std::vector<U32> aExpected(Reference.aPc.rbegin(), Reference.aPc.rend());
+  if (aExpected.size() > NumEntries) aExpected.resize(NumEntries);
+  EXPECT_TRUE(ReadAll(Board, 1000) == aExpected);
+  EXPECT_EQ(Board.ReadTrace(aExpected.data(), 1), 0u) << "all is read";
+  std::vector<U64> aFetched(FLASH_SIZE / 2), aSkipped(FLASH_SIZE / 2);
+  const sim::TRACE_TOTALS Total = Board.ReadTraceCounters(0, FLASH_SIZE / 2, aFetched.data(), aSkipped.data());
+  EXPECT_EQ((COUNTS{Total.NumFetched, Total.NumSkipped}), Reference.Total);
+  for (U32 Addr = 0; Addr < FLASH_SIZE; Addr += 2) {
+    const auto It = Reference.Counts.find(Addr);
+    ASSERT_EQ((COUNTS{aFetched[Addr / 2], aSkipped[Addr / 2]}), It == Reference.Counts.end() ? COUNTS() : It->second)
+        << Addr;
+  }
+}
+
+std::vector<U8> ReadImage(const std::string& sName) {
+  std::vector<U8> aImage(FLASH_SIZE, 0xFF);
+  std::ifstream File(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_" + sName + ".bin", std::ios::binary);
+  EXPECT_GT(File.read(reinterpret_cast<char*>(aImage.data()), FLASH_SIZE).gcount(), 0) << sName;
+  return aImage;
+}
+
+TEST(CTrace, CompiledProgramIsTracedAsItIsStepped) {
+  const std::tuple<const char*, ARCH, U64> ROWS[] = {{"v6m", ARCH::ARMV6M, 997}, {"v7em", ARCH::ARMV7EM, 100'000}};
+  for (const auto& [sName, Arch, SliceSize] : ROWS) {
+    SCOPED_TRACE(sName);
+    const std::vector<U8> aImage = ReadImage(sName);
+    CBoard Traced(Arch), Stepped(Arch);
+    for (CBoard* p : {&Traced, &Stepped}) {
+      p->Program(0, FLASH_SIZE, aImage.data());
+      p->Reset();
+    }
+    constexpr U32 NUM_ENTRIES = 4096;
+    Traced.StartTrace(NUM_ENTRIES);
+    STOP Stop = STOP::SLICE_END;
+    while (Stop == STOP::SLICE_END) Stop = Traced.Run(SliceSize, nullptr, false);
+    EXPECT_EQ(Stop, STOP::BKPT);
+    const REFERENCE Reference = StepThrough(Stepped, ~0ull >> 1);
+    EXPECT_GT(Reference.Total.Fetched, 10 * NUM_ENTRIES);
+    EXPECT_GT(Reference.Total.Skipped, 100u);
+    ExpectSame(Traced, Reference, NUM_ENTRIES);
+  }
+}
+
+// cmp r0, #3; ite eq; moveq r1, #1; movne r1, #2; beq +0 (to the next one whether taken or not); adds r0, #1; cmp r0,
+// #7; bne -> loop; movs r0, #0; cbz r1, +2 (never); ldr r7, [r6] (a fault); b -> loop
+const std::vector<U16> LOOP = {0x2803, 0xBF0C, 0x2101, 0x2102, 0xD0FF, 0x3001,
+                               0x2807, 0xD1F7, 0x2000, 0xB101, 0x6837, 0xE7F3};
+constexpr U32 BRANCH_TO_NEXT = CODE_START + 8;
+
+void LoadLoop(CBoard* pBoard) {
+  pBoard->Load(LOOP);
+  // The hard fault handler goes on behind the instruction: ldr r0, [sp, #24]; adds r0, #2; str r0, [sp, #24]; bx lr
+  const U16 aHandler[] = {0x9806, 0x3002, 0x9006, 0x4770};
+  const U32 Vector = (HANDLER + 0x40) | 1;
+  pBoard->Program(HANDLER + 0x40, sizeof(aHandler), aHandler);
+  pBoard->Program(3 * 4, 4, &Vector);
+  pBoard->WriteReg(6, 0x60000000);
+  pBoard->SetWord(SYST_CSR + 4, 36);
+  pBoard->SetWord(SYST_CSR + 8, 0);
+  pBoard->SetWord(SYST_CSR, 7);
+}
+
+TEST(CTrace, GoesThroughInterruptsFaultsBreakpointsAndSteps) {
+  CBoard Traced, Stepped;
+  LoadLoop(&Traced);
+  LoadLoop(&Stepped);
+  Traced.StartTrace(1 << 14);
+  EXPECT_TRUE(Traced.SetCodeBreakpoint(BRANCH_TO_NEXT));
+  Traced.SetSoftBreakpoint(CODE_START + 6);  // inside the block
+  U32 NumStops = 0;
+  while (Traced.InstructionCount() < 3'000) {
+    NumStops += Traced.Run(50, nullptr, true) == STOP::BREAKPOINT;
+    Traced.Step();
+  }
+  EXPECT_GT(NumStops, 100u);
+  const REFERENCE Reference = StepThrough(Stepped, Traced.InstructionCount());
+  EXPECT_GT(Reference.Counts.at(HANDLER).Fetched, 30u) << "interrupts";
+  EXPECT_GT(Reference.Counts.at(HANDLER + 0x40).Fetched, 10u) << "faults";
+  const COUNTS Branch = Reference.Counts.at(BRANCH_TO_NEXT);
+  EXPECT_GT(Branch.Skipped, 0u);
+  EXPECT_LT(Branch.Skipped, Branch.Fetched);
+  ExpectSame(Traced, Reference, 1 << 14);
+}
+
+TEST(CTrace, StartsStopsAndGoesOnReading) {
+  CBoard Board;
+  Board.Load({0xBF00, 0xBF00, 0xBF00, 0xE7FB});  // three nops and back
+  U32 aPc[8] = {};
+  EXPECT_EQ(Board.ReadTrace(aPc, 8), 0u) << "never started";
+  Board.Run(2, nullptr, false);
+  Board.StartTrace();
+  Board.Run(3, nullptr, false);  // the third nop, the branch, the first nop
+  EXPECT_EQ(Board.ReadTrace(aPc, 1), 1u);
+  EXPECT_EQ(aPc[0], CODE_START);
+  EXPECT_EQ(Board.ReadTrace(aPc, 8), 2u) << "goes on where it ended";
+  EXPECT_EQ(aPc[0], CODE_START + 6);
+  EXPECT_EQ(aPc[1], CODE_START + 4);
+  Board.Step();
+  EXPECT_EQ(Board.ReadTrace(aPc, 2), 2u) << "begins anew after a step";
+  EXPECT_EQ(aPc[0], CODE_START + 2);
+  EXPECT_EQ(aPc[1], CODE_START);
+  Board.StopTrace();
+  Board.Run(100, nullptr, false);
+  EXPECT_EQ(Board.ReadTrace(aPc, 8), 2u) << "what was recorded stays";
+  U64 Fetched, Skipped;
+  EXPECT_EQ(Board.ReadTraceCounters(CODE_START, 1, &Fetched, &Skipped).NumFetched, 4u);
+  EXPECT_EQ(Fetched, 1u);
+  Board.StartTrace();
+  EXPECT_EQ(Board.ReadTrace(aPc, 8), 0u);
+  EXPECT_EQ(Board.ReadTraceCounters(CODE_START, 1, &Fetched, &Skipped).NumFetched, 0u);
+  EXPECT_EQ(Fetched, 0u);
+}
+
+}  // namespace
+
+}  // namespace sim_test
