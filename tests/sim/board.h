@@ -16,9 +16,10 @@ inline constexpr U32 RAM_SIZE = 0x4000;
 inline constexpr U32 CODE_START = 0x100;
 inline constexpr U32 HANDLER = 0x200;
 
-inline sim::BOARD_SPEC MakeSpec(sim::ARCH Arch = sim::ARCH::ARMV7EM) {
+inline sim::BOARD_SPEC MakeSpec(sim::ARCH Arch = sim::ARCH::ARMV7EM, sim::FPU Fpu = sim::FPU::NONE) {
   sim::BOARD_SPEC Spec;
   Spec.Arch = Arch;
+  Spec.Fpu = Fpu;
   Spec.Flash = {0, FLASH_SIZE};
   Spec.RAM[0] = {RAM_START, RAM_SIZE};
   return Spec;
@@ -26,7 +27,7 @@ inline sim::BOARD_SPEC MakeSpec(sim::ARCH Arch = sim::ARCH::ARMV7EM) {
 
 class CBoard : public sim::CMachine {
 public:
-  explicit CBoard(sim::ARCH Arch = sim::ARCH::ARMV7EM) : CMachine(MakeSpec(Arch)) {}
+  explicit CBoard(sim::ARCH Arch = sim::ARCH::ARMV7EM, sim::FPU Fpu = sim::FPU::NONE) : CMachine(MakeSpec(Arch, Fpu)) {}
 
   // Vectors that all lead to a return at HANDLER, code at CODE_START; reset.
   void Load(const std::vector<U16>& aCode) {

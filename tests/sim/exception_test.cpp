@@ -1,8 +1,6 @@
 // Exceptions as firmware meets them: order of handlers, what is stacked, fault status registers.
 
-#include <string>
-
-#include "tests/sim/board.h"
+#include "tests/sim/exception_board.h"
 
 namespace sim_test {
 
@@ -12,26 +10,9 @@ namespace {
 
 using sim::STOP;
 
-constexpr U32 CASE_ADDR = RAM_START + 4;
-constexpr U32 RESULT_ADDR = RAM_START + 8;
-constexpr U32 LOG_ADDR = RAM_START + 0x200;
-constexpr U32 CFSR = 0xE000ED28;
-constexpr U32 HFSR = 0xE000ED2C;
-constexpr U32 BFAR = 0xE000ED38;
-constexpr U32 FORCED = 0x40000000;
-constexpr U64 MANY = 100'000;
+constexpr IMAGE_LABELS CORE_IMAGE = {IMAGE, sizeof(IMAGE), L_cases, L_done};
 
-struct ROW {
-  const char* sName;
-  U32 Label;
-  const char* sLog;  // +N entered, -N left
-  std::vector<U32> aResult = {};
-  U32 CFSR = 0;
-  U32 HFSR = 0;
-  STOP Stop = STOP::BKPT;
-};
-
-const ROW ROWS[] = {
+const EXCEPTION_CASE ROWS[] = {
     {"SvcOnPsp", L_svc_on_psp, "+11 -11", {42, 0x60000000, 0x20000F04, 0x61000200}},
     {"TailChain", L_tail_chain, "+16 -16 +17 -17"},
     {"Preempt", L_preempt, "+16 +17 -17 -16"},
@@ -61,63 +42,28 @@ const ROW ROWS[] = {
     {"Unprivileged", L_unprivileged, "+5 -5 +11 -11", {0}, 0x00008200},
     {"ExclusiveLost", L_exclusive_lost, "+11 -11", {0, 1}},
     {"StackLost", L_stack_lost, "", {}, 0x00019200, FORCED, STOP::LOCKUP},
+    {"UnstackLost", L_unstack_lost, "+11 -11 +5 -5", {}, 0x00000800},
+    {"StackLostDerived", L_stack_lost_derived, "+5 -5 +11 -11", {}, 0x00001000},
+    {"VectorLost", L_vector_lost, "+3 -3", {0xFFFFFFF9}, 0, 2},
+    {"MonitorPended", L_monitor_pended, "+12 -12"},
+    {"LateAndLessUrgent", L_late_and_less_urgent, "+18 -18 +17 -17 +15 -15 +16 -16 +14 -14"},
+    {"PriorityGroupOfTwo", L_priority_group_of_two, "+16 -16 +17 +18 -18 -17"},
+    {"PendByShcsr", L_pend_by_shcsr, "+11 -11 +6 -6", {0x00070080, 0x00071080}},
     {"WfiMasked", L_wfi_masked, ""},
     {"WfeEvents", L_wfe_events, "+11 -11"},
     {"ResetRequest", L_reset_request, "", {3}},
     {"Vtor", L_vtor, "", {77}},
 };
 
-class CExceptionBoard : public CBoard {
-public:
-  CExceptionBoard() {
-    Program(0, sizeof(IMAGE), IMAGE);
-    Reset();
-  }
-  void Select(U32 Label) {
-    U32 Index = 0;
-    while (Word(L_cases + 4 * Index) != (Label | 1)) Index++;
-    SetWord(CASE_ADDR, Index);
-  }
-  std::string Log() {
-    std::string s;
-    const U32 End = Word(RAM_START);
-    for (U32 Addr = LOG_ADDR; Addr < End && Addr < LOG_ADDR + 100; Addr++) {
-      U8 Byte = 0;
-      ReadMem(Addr, 1, &Byte);
-      s += (s.empty() ? "" : " ") + std::string(Byte & 0x80 ? "-" : "+") + std::to_string(Byte & 0x7F);
-    }
-    return s;
-  }
-};
-
-class CException : public testing::TestWithParam<ROW> {};
+class CException : public testing::TestWithParam<EXCEPTION_CASE> {};
 
 TEST_P(CException, RunAndStepped) {
-  const ROW& Row = GetParam();
+  const EXCEPTION_CASE& Case = GetParam();
   for (const bool bStepped : {false, true}) {
     SCOPED_TRACE(bStepped ? "stepped" : "run");
-    CExceptionBoard Board;
-    Board.Select(Row.Label);
-    STOP Stop = STOP::SLICE_END;
-    if (bStepped) {
-      for (U64 i = 0; i < MANY && Stop == STOP::SLICE_END; i++) Stop = Board.Step();
-    } else {
-      Stop = Board.Run(MANY, nullptr, false);
-    }
-    EXPECT_EQ(Stop, Row.Stop);
-    if (Row.Stop == STOP::BKPT) {
-      EXPECT_EQ(Board.Pc(), L_done);
-      EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 0u);
-      EXPECT_EQ(Board.Reg(VNODE_REG_SP), 0x20001000u);
-    } else {
-      EXPECT_TRUE(Board.IsInLockup());
-    }
-    EXPECT_EQ(Board.Log(), Row.sLog);
-    for (size_t i = 0; i < Row.aResult.size(); i++)
-      EXPECT_EQ(Board.Word(RESULT_ADDR + 4 * static_cast<U32>(i)), Row.aResult[i]) << i;
-    EXPECT_EQ(Board.Word(CFSR), Row.CFSR);
-    EXPECT_EQ(Board.Word(HFSR), Row.HFSR);
-    EXPECT_TRUE(Row.Label != L_bus_read || Board.Word(BFAR) == 0x60000004);
+    CExceptionBoard Board(CORE_IMAGE, sim::FPU::NONE);
+    Board.Expect(Case, bStepped);
+    EXPECT_TRUE(Case.Label != L_bus_read || Board.Word(BFAR) == 0x60000004);
   }
 }
 
@@ -126,18 +72,17 @@ INSTANTIATE_TEST_SUITE_P(Cases, CException, testing::ValuesIn(ROWS),
 
 TEST(CExceptionDetails, VectorCatchStopsAtTheHandler) {
   // case, bit of DEMCR, exception; 0: another cause than the one to catch
-  const std::tuple<U32, U32, U32> aCatch[] = {{L_undefined_disabled, 10, 3},
-                                              {L_bus_read, 8, 5},
-                                              {L_no_coprocessor, 5, 6},
-                                              {L_divide_by_zero, 6, 6},
-                                              {L_undefined, 5, 0}};
+  const std::tuple<U32, U32, U32> aCatch[] = {{L_undefined_disabled, 10, 3}, {L_bus_read, 8, 5},
+                                              {L_no_coprocessor, 5, 6},      {L_divide_by_zero, 6, 6},
+                                              {L_stack_lost_derived, 9, 5},  {L_undefined, 5, 0}};
   for (const auto& [Label, DemcrBit, Exc] : aCatch) {
-    CExceptionBoard Board;
+    CExceptionBoard Board(CORE_IMAGE, sim::FPU::NONE);
     Board.SetWord(0xE000EDFC, 1u << DemcrBit);
     Board.Select(Label);
     EXPECT_EQ(Board.Run(MANY, nullptr, false), Exc ? STOP::VECTOR_CATCH : STOP::BKPT);
     EXPECT_EQ(Board.Pc(), Exc ? L_handler : L_done);
     EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Exc);
+    EXPECT_EQ(Board.Word(DFSR), Exc ? 8u : 2u) << "vector catch or BKPT";
   }
 }
 

@@ -1,104 +1,9 @@
-@ One image of exception cases. The test puts the number of the case at CASE and runs to the BKPT at done. Every handler logs
-@ its number when it is entered and its number + 0x80 when it is left; between the two it calls the hook of its number, if the
-@ case has set one. Cases run in thread mode on MSP with all configurable faults enabled unless they say otherwise.
+@ Exception cases. The test puts the number of the case at CASE and runs to the BKPT at done. Cases run in thread mode on MSP
+@ with all configurable faults enabled unless they say otherwise.
   .syntax unified
   .cpu cortex-m4
   .thumb
-
-  .equ LOG_NEXT, 0x20000000     @ where the next log byte goes
-  .equ CASE, 0x20000004
-  .equ RESULT, 0x20000008       @ four words that cases leave for the test
-  .equ HOOKS, 0x20000100
-  .equ LOG, 0x20000200
-  .equ SCS, 0xE000E000
-  .equ ISER, 0xE000E100
-  .equ ISPR, 0xE000E200
-  .equ IPR, 0xE000E400
-  .equ ACTLR, 0xE000E008
-  .equ ICSR, 0xE000ED04
-  .equ AIRCR, 0xE000ED0C
-  .equ CCR, 0xE000ED14
-  .equ SHPR3, 0xE000ED20
-  .equ SHCSR, 0xE000ED24
-
-  .macro HOOK number, function
-  ldr r0, =HOOKS + 4 * \number
-  ldr r1, =\function + 1
-  str r1, [r0]
-  .endm
-
-  .macro PUT address, value
-  ldr r0, =\address
-  ldr r1, =\value
-  str r1, [r0]
-  .endm
-
-  .macro PUTB address, value
-  ldr r0, =\address
-  movs r1, #\value
-  strb r1, [r0]
-  .endm
-
-  .word 0x20001000
-  .word start + 1
-  .rept 46
-  .word handler + 1
-  .endr
-
-handler:
-  push {r4, lr}
-  mrs r4, ipsr
-  ldr r0, =LOG_NEXT
-  ldr r1, [r0]
-  strb r4, [r1]
-  adds r1, #1
-  str r1, [r0]
-  ldr r0, =HOOKS
-  lsls r1, r4, #2
-  ldr r0, [r0, r1]
-  cmp r0, #0
-  beq 1f
-  blx r0
-1: ldr r0, =LOG_NEXT
-  ldr r1, [r0]
-  adds r4, #0x80
-  strb r4, [r1]
-  adds r1, #1
-  str r1, [r0]
-  pop {r4, pc}
-
-start:
-  PUT LOG_NEXT, LOG
-  PUT SHCSR, 0x00070000
-  PUT ISER, 0xFFFFFFFF
-  ldr r0, =CASE
-  ldr r0, [r0]
-  ldr r1, =cases
-  ldr r0, [r1, r0, lsl #2]
-  blx r0
-done:
-  bkpt 0
-
-@ Steps the return address of the frame on MSP over an instruction of two or four bytes. The handler has pushed two words.
-skip4:
-  ldr r0, [sp, #8 + 24]
-  adds r0, #4
-  str r0, [sp, #8 + 24]
-  bx lr
-skip2:
-  ldr r0, [sp, #8 + 24]
-  adds r0, #2
-  str r0, [sp, #8 + 24]
-  bx lr
-finish:                         @ goes to done and not back to the case
-  ldr r0, =done
-  str r0, [sp, #8 + 24]
-  bx lr
-save_lr:                        @ EXC_RETURN
-  ldr r0, [sp, #4]
-  ldr r1, =RESULT
-  str r0, [r1]
-  bx lr
+  .include "harness.macros"
 
 svc_on_psp:
   HOOK 11, 1f
@@ -403,6 +308,112 @@ wfe_events:
   wfe                           @ the exception was one
   bx lr
 
+unstack_lost:                   @ the frame is gone when the handler returns
+  HOOK 11, 1f
+  HOOK 5, 2f
+  ldr r0, =0x20000F00
+  msr psp, r0
+  movs r0, #2
+  msr control, r0
+  isb
+  svc 0
+1: ldr r0, =0x30000000
+  msr psp, r0
+  bx lr
+2: ldr r0, =0x20000EE0          @ where it was
+  msr psp, r0
+  ldr r1, =3f + 1
+  str r1, [r0, #24]
+  bx lr
+  .thumb_func
+3: movs r0, #0
+  msr control, r0
+  isb
+  b done
+
+stack_lost_derived:             @ the fault of the stacking comes before the less urgent exception
+  HOOK 5, 1f
+  PUT SHPR2, 0x80000000
+  ldr r0, =0x30000020
+  msr psp, r0
+  movs r0, #2
+  msr control, r0
+  isb
+  svc 0
+1: ldr r0, =0x20000EE0
+  msr psp, r0
+  ldr r1, =3b + 1
+  str r1, [r0, #24]
+  ldr r1, =0x01000000
+  str r1, [r0, #28]
+  bx lr
+
+vector_lost:                    @ the table's end lies behind the memory
+  HOOK 3, 2f
+  ldr r0, =0x20003F80
+  movs r1, #0
+1: ldr r2, [r1]
+  str r2, [r0, r1]
+  adds r1, #4
+  cmp r1, #0x80
+  bne 1b
+  PUT VTOR, 0x20003F80
+  PUT ISPR, 0x00010000
+  isb
+  bx lr
+2: PUT ICPR, 0x00010000
+  b save_lr
+
+monitor_pended:
+  PUT DEMCR, 0x00020000         @ not enabled yet
+  isb
+  PUT DEMCR, 0x00030000
+  isb
+  bx lr
+
+late_and_less_urgent:           @ all at once: by priority, then by number
+  cpsid i
+  PUTB IPR, 0x80
+  PUTB IPR + 1, 0x40
+  PUT SHPR3, 0x80C00000         @ SysTick, PendSV
+  PUT ISPR, 7
+  PUT ICSR, 0x14000000
+  cpsie i
+  isb
+  bx lr
+
+priority_group_of_two:          @ 0x60 and 0x40 are one group: no preemption; 0x20 is another
+  HOOK 16, 1f
+  HOOK 17, 2f
+  PUT AIRCR, 0x05FA0500
+  PUTB IPR, 0x60
+  PUTB IPR + 1, 0x40
+  PUTB IPR + 2, 0x20
+  PUT ISPR, 1
+  isb
+  bx lr
+1: PUT ISPR, 2
+  isb
+  bx lr
+2: PUT ISPR, 4
+  isb
+  bx lr
+
+pend_by_shcsr:                  @ a handler makes a fault pending that is less urgent than itself
+  HOOK 11, 1f
+  PUT SHPR1, 0x00800000
+  svc 0
+  bx lr
+1: ldr r0, =SHCSR
+  ldr r1, [r0]
+  ldr r2, =RESULT
+  str r1, [r2]                  @ SVCall is active, the three are enabled
+  orr r1, r1, #0x1000
+  str r1, [r0]
+  ldr r1, [r0]
+  str r1, [r2, #4]
+  bx lr
+
 reset_request:
   ldr r0, =RESULT
   ldr r1, [r0]
@@ -481,6 +492,13 @@ cases:
   ENTRY stack_lost
   ENTRY wfi_masked
   ENTRY wfe_events
+  ENTRY unstack_lost
+  ENTRY stack_lost_derived
+  ENTRY vector_lost
+  ENTRY monitor_pended
+  ENTRY late_and_less_urgent
+  ENTRY priority_group_of_two
+  ENTRY pend_by_shcsr
   ENTRY reset_request
   ENTRY vtor
   ENTRY systick
