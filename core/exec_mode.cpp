@@ -9,7 +9,8 @@ namespace {
 constexpr U32 CPSR_T = 1u << 5;
 constexpr U32 DEFAULT_ARCH = 7;  // of an identifier that is not in the core table
 constexpr U32 THUMB2_ARCH = 7;   // first version with all of Thumb-2
-constexpr U32 THUMB_ONLY_ARCH = 6;
+constexpr int THUMB_ONLY_ARCH = 6;
+constexpr int FIRST_THUMB_ARCH = 4;
 
 // Cores that never leave Thumb, whatever their status register says.
 bool IsThumbOnly(U32 CoreId) {
@@ -40,12 +41,16 @@ bool IsInRunningCode(const SNAPSHOT& Core, U32 Addr) {
          Addr < Regs.FuncEnd;
 }
 
-// The decoder gates by version number; a Thumb-2 core before version 7 that is not Thumb-only has all of Thumb-2.
+// The decoder gates by version number alone. Version 4 with Thumb has BX, which the number gives to version 5; a
+// Thumb-2 core of version 6 that is not Thumb-only has all of Thumb-2; and what a core of version 3 has is part of
+// version 4.
 U32 DecoderArch(U32 CoreId) {
   const int Version = GetArchVersion(CoreId);
+  const int ThumbLevel = GetThumbLevel(CoreId);
   if (Version < 0) return DEFAULT_ARCH;
-  const bool bEarlyThumb2 = Version == THUMB_ONLY_ARCH && GetThumbLevel(CoreId) == 2 && !IsThumbOnly(CoreId);
-  return bEarlyThumb2 ? THUMB2_ARCH : static_cast<U32>(Version);
+  if (Version == FIRST_THUMB_ARCH && ThumbLevel > 0) return FIRST_THUMB_ARCH + 1;
+  if (Version == THUMB_ONLY_ARCH && ThumbLevel == 2 && !IsThumbOnly(CoreId)) return THUMB2_ARCH;
+  return static_cast<U32>(std::max(Version, FIRST_THUMB_ARCH));
 }
 
 struct THREAD_DECODER {
@@ -73,6 +78,8 @@ DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, U32 Addr, U32 Mode) {
     Context.pAPI = Core.pAPI.get();
     Context.ArchVersion = DecoderArch(Core.Cpu.CoreId);
     Context.BigEndian = Core.Info.InstEndianness;
+    Context.BigEndianData = Core.Info.DataEndianness;
+    Context.bMProfile = IsThumbOnly(Core.Cpu.CoreId);
     DISASM_SetMode(Context, DecoderMode);
   }
   if (Addr != Decoder.NextAddr) Context.ITState = 0;

@@ -13,6 +13,9 @@ struct INSPECT_OPTIONS {
   U32 From = 0;          // lowest address of interest
   U32 To = 0xFFFFFFFFu;  // first address that is not
   QString sCore;         // name of the core, empty for the one that fits the file
+  bool bRaw = false;     // the file is the bytes of memory from Base on
+  U32 Base = 0;
+  bool bArm = false;  // code of unknown state is ARM, not Thumb
 
   bool Covers(U32 Addr) const { return Addr >= From && Addr < To; }
 };

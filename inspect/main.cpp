@@ -17,7 +17,7 @@ constexpr INSPECT_COMMAND aCommands[] = {
 
 int Usage(const QString& sProblem) {
   if (!sProblem.isEmpty()) std::fprintf(stderr, "vexor-inspect: %s\n", qPrintable(sProblem));
-  std::fputs("usage: vexor-inspect WHAT FILE [--from ADDR] [--to ADDR] [--core NAME]\n", stderr);
+  std::fputs("usage: vexor-inspect WHAT FILE [--from ADDR] [--to ADDR] [--core NAME] [--base ADDR] [--arm]\n", stderr);
   std::fputs("WHAT is one of these, and prints rows of tab-separated text:\n", stderr);
   for (const INSPECT_COMMAND& Command : aCommands) std::fprintf(stderr, "  %-10s %s\n", Command.sName, Command.sRow);
   return 1;
@@ -31,12 +31,21 @@ bool TakeAddress(QStringList& aArguments, U32& Addr) {
   return bOk;
 }
 
+// The option's value; null for an option that is no address.
+U32* AddressOption(const QString& sName, INSPECT_OPTIONS& Options) {
+  if (sName == QLatin1String("--from")) return &Options.From;
+  if (sName == QLatin1String("--to")) return &Options.To;
+  return sName == QLatin1String("--base") ? &Options.Base : nullptr;
+}
+
 QString ParseOptions(QStringList aArguments, INSPECT_OPTIONS& Options) {
   while (!aArguments.isEmpty()) {
     const QString sArgument = aArguments.takeFirst();
-    if (sArgument == QLatin1String("--from") || sArgument == QLatin1String("--to")) {
-      U32& Addr = sArgument == QLatin1String("--from") ? Options.From : Options.To;
-      if (!TakeAddress(aArguments, Addr)) return sArgument + QStringLiteral(" wants an address");
+    if (U32* pAddr = AddressOption(sArgument, Options)) {
+      if (!TakeAddress(aArguments, *pAddr)) return sArgument + QStringLiteral(" wants an address");
+      if (pAddr == &Options.Base) Options.bRaw = true;
+    } else if (sArgument == QLatin1String("--arm")) {
+      Options.bArm = true;
     } else if (sArgument == QLatin1String("--core")) {
       if (aArguments.isEmpty()) return QStringLiteral("--core wants a name");
       Options.sCore = aArguments.takeFirst();
@@ -61,6 +70,7 @@ int main(int NumArguments, char** ppArguments) {
   INSPECT_OPTIONS Options;
   const QString sProblem = ParseOptions(aArguments, Options);
   if (!sProblem.isEmpty()) return Usage(sProblem);
+  if (Options.bRaw && sWhat != QLatin1String("disasm")) return Usage(QStringLiteral("--base is for disasm alone"));
   for (const INSPECT_COMMAND& Command : aCommands) {
     if (sWhat != QLatin1String(Command.sName)) continue;
     const char* sError = Command.pfRun(Options);

@@ -38,8 +38,10 @@ struct DISASM_CONTEXT {
   const DISASM_API* pAPI = nullptr;  // not owned; may be null
   U32 ArchVersion = 7;               // ARM architecture version of the core
   U32 Mode = DISASM_THUMB;
-  U32 BigEndian = 0;  // byte order of instructions
-  U8 ITState = 0;     // Thumb: first condition in bits 7:4, mask in bits 3:0; 0 outside an IT block
+  U32 BigEndian = 0;       // byte order of instructions
+  U32 BigEndianData = 0;   // of literals; they are big-endian where instructions are, whatever stands here
+  bool bMProfile = false;  // the core has neither Advanced SIMD nor the ARM instruction set
+  U8 ITState = 0;          // Thumb: first condition in bits 7:4, mask in bits 3:0; 0 outside an IT block
 };
 
 // Sets the mode, the entry point that goes with it, and leaves the IT block.

@@ -25,7 +25,7 @@ bool ReadWord(const INST& Inst, U32 Addr, U32& Value) {
   if (pAPI == nullptr || !pAPI->pfReadData) return false;
   U8 aByte[4];
   if (pAPI->pfReadData(Addr, sizeof(aByte), aByte) != static_cast<int>(sizeof(aByte))) return false;
-  Value = LoadInt<U32>(aByte, Inst.pContext->BigEndian != 0);
+  Value = LoadInt<U32>(aByte, (Inst.pContext->BigEndian | Inst.pContext->BigEndianData) != 0);
   return true;
 }
 

@@ -59,6 +59,8 @@ void ELF_SetInstAlignment(U32 NumBytes);
 
 // Byte order of the file, an ELF_ENCODING.
 U32 ELF_GetEncoding(const ELF_FILE* pFile);
+// Byte order of its instructions, which are little-endian in a big-endian file that says so in its header (BE8).
+U32 ELF_GetCodeEncoding(const ELF_FILE* pFile);
 // True after a big-endian file was opened, until another one is.
 bool ELF_IsTargetBigEndian();
 // The EI_CLASS byte; ELF_CLASS_NO_FILE without a file.

@@ -25,6 +25,13 @@ U32 ELF_GetEncoding(const ELF_FILE* pFile) {
   return pLoaded ? pLoaded->Image.Encoding() : static_cast<U32>(ELF_ENCODING_INVALID);
 }
 
+U32 ELF_GetCodeEncoding(const ELF_FILE* pFile) {
+  constexpr U32 FLAG_BE8 = 0x00800000;
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  if (!pLoaded || (pLoaded->Image.Header().Flags & FLAG_BE8) == 0) return ELF_GetEncoding(pFile);
+  return ELF_ENCODING_LITTLE;
+}
+
 U32 ELF_GetFileClass(const ELF_FILE* pFile) {
   const ELF_FILE* pLoaded = LoadedFile(pFile);
   return pLoaded ? pLoaded->Image.Header().Ident[EI_CLASS] : ELF_CLASS_NO_FILE;
