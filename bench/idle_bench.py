@@ -18,6 +18,14 @@ IDLE_S = 5
 SETTLE_S = 2
 PROJECT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "examples", "traffic_light",
                        "traffic_light.vdebug")
+TRAFFIC_LIGHT = os.path.join(os.path.dirname(PROJECT), "traffic_light.elf")
+# A session that comes up by itself, and ends halted in main.
+SESSION = f"""void OnProjectLoad (void) {{
+  Project.SetDevice ("nRF52840_xxAA"); Project.SetHostIF ("USB", ""); Project.SetTargetIF ("SWD");
+  File.Open ("{os.path.abspath(TRAFFIC_LIGHT)}");
+  Debug.Start ();
+}}
+"""
 TICKS = os.sysconf("SC_CLK_TCK")
 
 
@@ -54,6 +62,10 @@ def main():
     commands = {"empty window": [os.path.join(BIN, "empty_window"), str(NUM_DOCKS)],
                 "vexor": [os.path.join(BIN, "vexor"), "-debug"],
                 "vexor, project loaded": [os.path.join(BIN, "vexor"), PROJECT, "-debug"]}
+    session = tempfile.NamedTemporaryFile("w", suffix=".vdebug")
+    session.write(SESSION)
+    session.flush()
+    commands["vexor, connected session"] = [os.path.join(BIN, "vexor"), session.name, "-debug"]
     rows = {name: [] for name in commands}
     with tempfile.TemporaryDirectory() as home, \
             subprocess.Popen(["Xvfb", ":95", "-screen", "0", "1280x800x24"], stderr=subprocess.DEVNULL) as server:

@@ -135,6 +135,11 @@ bool CDevice::IsQueueBusy(U32 Queue) const {
   return pParts->Rings.FindPending(JT_ANY, Queue).pJob != nullptr;
 }
 
+JOB_COUNTS CDevice::JobCounts() const {
+  const CJobRings::COUNTERS& Counters = pParts->Rings.Counters;
+  return {Counters.NumScheduled, Counters.NumExecuted, Counters.NumCancelled, Counters.NumPosted, Counters.NumReleased};
+}
+
 int CDevice::WaitForJob(U32 Type, bool bProcessEvents, int TimeoutMS) {
   JOB_WAIT_HOOKS Hooks;
   Hooks.IsThreadAlive = [this] { return isRunning() && !IsTerminating(); };

@@ -100,6 +100,8 @@ public:
   bool IsJobPending(U32 Type) const;
   // Whether any job of a ring (JOB_QUEUES, JQ_ALL) waits or is being executed.
   bool IsQueueBusy(U32 Queue) const;
+  // For tests and tools: whether jobs get lost.
+  JOB_COUNTS JobCounts() const;
   // Waits for the first job of the type. 0 when it is finished (a step job also when the device has stopped stepping),
   // 1 when there was none, -1 after TimeoutMS (-1: the type's own) or when the device thread ends. With bProcessEvents
   // the Qt event loop runs meanwhile. Main thread.

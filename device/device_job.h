@@ -116,6 +116,16 @@ struct DEVICE_JOB {
   const char* DynText(U32 Index) const { return static_cast<const char*>(pDyn[Index]); }
 };
 
+// How many jobs have gone in, and what became of them. With nothing on its way Executed + Cancelled is Scheduled, and
+// Released is Scheduled + Posted.
+struct JOB_COUNTS {
+  U64 Scheduled = 0;
+  U64 Executed = 0;
+  U64 Cancelled = 0;  // before they began
+  U64 Posted = 0;     // notifications
+  U64 Released = 0;
+};
+
 // What a job type is: its name, the ring it goes to, how long a synchronous wait for it lasts by default, and whether
 // it can exist without its first dynamic parameter.
 struct JOB_TYPE_INFO {

@@ -65,6 +65,7 @@ CJobRings::SCHEDULE_RESULT CJobRings::Schedule(DEVICE_JOB& Job) {
       return QUEUE_FULL;
     }
     Publish(Slot, Job, NextJobID++, Queue, Job.Flags | JF_PENDING);
+    ++Counters.NumScheduled;
     Ring.WritePos.store(Pos + 1);
   }
   Wake();

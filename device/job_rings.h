@@ -67,9 +67,9 @@ public:
   // Wakes those in WaitForFinish; called when a job's pending bit was cleared.
   void WakeWaiters();
 
-  // How many jobs were executed, cancelled before they began, released, and posted as notifications.
+  // See JOB_COUNTS.
   struct COUNTERS {
-    std::atomic<U64> NumExecuted{0}, NumCancelled{0}, NumReleased{0}, NumPosted{0};
+    std::atomic<U64> NumScheduled{0}, NumExecuted{0}, NumCancelled{0}, NumReleased{0}, NumPosted{0};
   };
   COUNTERS Counters;
 
