@@ -10,9 +10,9 @@
 
 QString ReadTextFile(const QString& sPath, bool* pOk) {
   QFile File(sPath);
-  *pOk = File.open(QIODevice::ReadOnly);
+  const QByteArray Bytes = File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray();
+  *pOk = File.isOpen() && File.error() == QFileDevice::NoError;
   if (!*pOk) return {};
-  const QByteArray Bytes = File.readAll();
   const std::optional<QStringConverter::Encoding> Marked = QStringConverter::encodingForData(Bytes);
   if (Marked) return QStringDecoder(*Marked)(Bytes);
   // Characters that were not understood would be lost with the next save.

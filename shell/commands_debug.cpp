@@ -98,14 +98,16 @@ void RunTo(COMMAND_CONTEXT&) {
   if (GetAddressArg(ACTION_DEBUG_RUN_TO, 0, &Addr)) Device().ScheduleRunTo(Addr);
 }
 
-// A mode variable by name or number; the canonical name becomes the argument, for the echo.
+// A mode variable by the name of one of its modes or by number; the canonical name becomes the argument, for the echo.
 void SetMode(COMMAND_CONTEXT& Context, U32 ActionID, U32 VarID, const char* sPrefix) {
   if (!CheckActionArgs(ActionID)) return;
+  const QString sMode = GetActionArgs(ActionID).value(0);
   bool bOk = false;
-  const U32 Value = static_cast<U32>(ParseConstOrNumber(GetActionArgs(ActionID).value(0), &bOk));
-  const NAMED_CONST* const pConst = bOk ? FindNamedConstByValue(QLatin1String(sPrefix), Value) : nullptr;
+  const U32 Value = sMode.toUInt(&bOk, 0);
+  const NAMED_CONST* pConst = bOk ? FindNamedConstByValue(QLatin1String(sPrefix), Value) : FindNamedConst(sMode);
+  if (pConst && !QLatin1String(pConst->sSymbol).startsWith(QLatin1String(sPrefix))) pConst = nullptr;
   if (pConst == nullptr) return SetActionError(ActionID, QLatin1String(ActionError::INVALID_PARAMETER));
-  SetVarValue(GetVarInfo(VarID), Value, 0);
+  SetVarValue(GetVarInfo(VarID), static_cast<U32>(pConst->Value), 0);
   SetActionArgs(ActionID, QStringList{QLatin1String(pConst->sSymbol)});
   Context.Window.UpdateModeButtons();
 }

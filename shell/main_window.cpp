@@ -80,7 +80,7 @@ CMainWindow::CMainWindow() : CWindow(nullptr, QStringLiteral("MainWindow")) {
   m_WindowShownTimer.setInterval(WINDOW_SHOWN_DELAY_MS);
   connect(&m_WindowShownTimer, &QTimer::timeout, this, &CMainWindow::OnWindowShown);
   m_ToolbarUpdateTimer.setInterval(TOOLBAR_INTERVAL_MS);
-  connect(&m_ToolbarUpdateTimer, &QTimer::timeout, this, &CMainWindow::OnToolbarUpdateTimerTimeout);
+  connect(&m_ToolbarUpdateTimer, &QTimer::timeout, this, &CMainWindow::UpdateHaltResumeButtons);
   qApp->installEventFilter(this);
   connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState State) {
     if (State == Qt::ApplicationActive) OnApplicationActivated();
@@ -230,7 +230,7 @@ void CMainWindow::OnWindowShown() {
 }
 
 bool CMainWindow::IsIdle() const {
-  return !CProject::Get().IsOpening() && VScript::CallLevel() == 0 && !m_pSession->IsHaltHookPending();
+  return !CProject::Get().IsOpening() && VScript::CallLevel() == 0 && !m_pSession->IsBusy();
 }
 
 void CMainWindow::UpdateActions() {
@@ -248,14 +248,21 @@ void CMainWindow::UpdateActions() {
   State.PCHasSource = State.Connected && ELFAPI_HasSrcLoc(static_cast<U32>(Device.GetPC()));
   ::UpdateActions(State);
   SetWindowTitle(m_pProjects->MakeTitle());
-  if (State.Connected && !m_ToolbarUpdateTimer.isActive()) m_ToolbarUpdateTimer.start();
 }
 
-void CMainWindow::OnToolbarUpdateTimerTimeout() {
-  if (!CDevice::Get().IsConnected()) m_ToolbarUpdateTimer.stop();
-  const bool bHalted = CDevice::Get().IsHalted();
-  QAction* const pHalt = GetAction(ACTION_DEBUG_HALT);
-  if (pHalt && pHalt->isVisible() == bHalted) UpdateActions();
+void CMainWindow::WatchTarget(bool bOn) {
+  if (bOn) {
+    m_ToolbarUpdateTimer.start();
+  } else {
+    m_ToolbarUpdateTimer.stop();
+  }
+}
+
+void CMainWindow::UpdateHaltResumeButtons() {
+  const CDevice& Device = CDevice::Get();
+  const QAction* const pHalt = GetAction(ACTION_DEBUG_HALT);
+  if (pHalt && pHalt->isVisible() == Device.IsHalted()) UpdateActions();
+  if (Device.isRunning() && !Device.IsHalted()) SetActionAccepted(ACTION_DEBUG_CONTINUE, false);
 }
 
 void CMainWindow::UpdateModeButtons() {

@@ -55,6 +55,7 @@ public:
 
   // --- ISessionView
   void OnSessionStateChanged() override { UpdateActions(); }
+  void WatchTarget(bool bOn) override;
   void ShowPC(U32 PC) override;
   void RefreshWindows() override;
   void FocusSourceWindow() override;
@@ -110,7 +111,8 @@ private:
   void ShowColors();
   void ShowStatusOf(const CWindow& Window);
   void OnWindowShown();
-  void OnToolbarUpdateTimerTimeout();
+  // A target that runs can't be resumed, and its halt may not have been reported yet.
+  void UpdateHaltResumeButtons();
   void OnApplicationActivated();
   void OnDataFileOpened(const QString& sPath, bool bSame);
   bool OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent);
@@ -131,6 +133,7 @@ private:
   QList<QAction*> m_WindowEntries;
   QTimer m_WindowShownTimer;
   QTimer m_ToolbarUpdateTimer;
+  QString m_sUnreadUserFile;  // a layout that must not be written over
   bool m_bClosing = false;
   bool m_bPainted = false;
 };

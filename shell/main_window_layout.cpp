@@ -5,6 +5,7 @@
 
 #include "script/text_file.h"
 #include "shell/directories.h"
+#include "shell/log/log.h"
 #include "shell/main_window.h"
 #include "shell/menu_table.h"
 #include "shell/settings/settings_cache.h"
@@ -75,10 +76,18 @@ void CMainWindow::SavePerspective() {
 }
 
 void CMainWindow::LoadUserFile(const QString& sPath) {
+  m_sUnreadUserFile.clear();
   if (!QFileInfo(sPath).isFile()) return;
   bool bOk = false;
   const QString sText = ReadTextFile(sPath, &bOk);
-  if (!bOk) return;
+  if (!bOk) {
+    m_sUnreadUserFile = sPath;
+    LogMsg(
+        QStringLiteral("The layout in \"%1\" can't be read. It stays as it is, and that of this session won't be kept.")
+            .arg(sPath),
+        MSG_WARNING | MSG_TO_ALL);
+    return;
+  }
   for (CWindow* const pWindow : GetWindowList()) pWindow->ClearStateBackup();
   ApplyLayout(ParseUserFile(sText), *this, GetWindowList(), m_ToolBars);
   UpdateToolBarChecks();
@@ -86,6 +95,6 @@ void CMainWindow::LoadUserFile(const QString& sPath) {
 }
 
 void CMainWindow::SaveUserFile(const QString& sPath) {
-  if (sPath.isEmpty()) return;
+  if (sPath.isEmpty() || sPath == m_sUnreadUserFile) return;
   WriteTextFile(sPath, MakeUserFileText(MeasureLayout(*this, GetWindowList(), m_ToolBars)));
 }

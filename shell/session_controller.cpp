@@ -58,28 +58,23 @@ CSessionController::CSessionController(ISessionView& View) : m_View(View) {
 }
 
 void CSessionController::Start() {
+  const auto Mode = static_cast<CONNECT_MODES>(GetVarValue(VAR_CONNECT_MODE));
   if (!m_View.ConfirmModifiedSources()) {
-    OnConnectCanceled();
+    OnDeviceConnectCanceled(Mode);
     SetVarValue(GetVarInfo(VAR_ALLOW_DEBUG_MODIFIED_SRC), 0, 0);
     return;
   }
   SetVarValue(GetVarInfo(VAR_ALLOW_DEBUG_MODIFIED_SRC), 1, 0);
   const QStringList Errors = VScript::HasError() ? QStringList() : CProject::Get().GetProjectErrors();
   if (!Errors.isEmpty() && !m_View.ConfirmProjectErrors(Errors)) {
-    OnConnectCanceled();
+    OnDeviceConnectCanceled(Mode);
     return;
   }
   if (VScript::HasFunction(HOOK_DEBUG_START)) {
     ExecScriptFunc(HOOK_DEBUG_START);
   } else {
-    ConnectDevice(static_cast<CONNECT_MODES>(GetVarValue(VAR_CONNECT_MODE)));
+    ConnectDevice(Mode);
   }
-}
-
-void CSessionController::OnConnectCanceled() {
-  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
-  PrintConsole(QStringLiteral("Connection aborted"));
-  m_View.OnSessionStateChanged();
 }
 
 int CSessionController::ExecScriptFunc(int FuncID) {

@@ -12,6 +12,8 @@ public:
   virtual ~ISessionView() = default;
   // The state has changed: enable rules, halt and continue buttons, title.
   virtual void OnSessionStateChanged() = 0;
+  // While it is on, the halt and continue buttons follow the target by themselves.
+  virtual void WatchTarget(bool bOn) = 0;
   // Brings the code at the PC into view.
   virtual void ShowPC(U32 PC) = 0;
   // The contents of memory may have changed altogether.
@@ -58,8 +60,8 @@ public:
   // write.
   int WriteFileToTarget(const QString& sFile, I64 Addr);
   void SetDownloadKind(DOWNLOAD_KINDS Kind) { m_DownloadKind = Kind; }
-  // A halt whose hook has yet to run.
-  bool IsHaltHookPending() const;
+  // A halt whose hook has yet to run, or a box that has yet to come up.
+  bool IsBusy() const;
   // Runs a hook of the project, if it has it; shows the console when that fails. See VScript::ExecFunction.
   int ExecScriptFunc(int FuncID);
   // Finds the address of VAR_BREAK_AT_THIS_SYMBOL in the present program and tells the device. False: no such symbol.
@@ -72,14 +74,18 @@ public:
   // --- Device events
   void OnDeviceConnectDone(CONNECT_MODES Mode) override;
   void OnDeviceConnectFailed(CONNECT_MODES Mode) override;
+  // The user went back from the start of a session.
+  void OnDeviceConnectCanceled(CONNECT_MODES Mode);
   void OnDeviceDisconnectDone() override;
   void OnDeviceAboutToDisconnect() override;
   void OnDeviceConnectionLost() override;
   void OnDeviceResumeDone(RESUME_MODES Mode) override;
   void OnDeviceResetDone(U32 PC, RESET_MODES Mode) override;
+  void OnDeviceResetFailed(U32 PC, RESET_MODES Mode) override;
   void OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) override;
   void OnDeviceStepped(U32 PC) override;
   void OnDeviceRunToSymbolDone(U32 Addr) override;
+  void OnDeviceRunToSymbolFailed(U32 Addr) override;
   void OnDeviceEndDownloadDone(const char* sFileName) override;
   void OnDeviceEndDownloadFailed(const char* sFileName, int Error) override;
   void OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS Flags) override;
@@ -99,7 +105,7 @@ private Q_SLOTS:
   void OnMessageBoxTimerTimeout();
 
 private:
-  void OnConnectCanceled();
+  void ShowTargetState();
   void OnDownloadFailed(int Error);
   void ShowDownloadError(int Error);
   void ContinueAfterDownload();

@@ -22,7 +22,6 @@
 namespace {
 
 constexpr int INIT_REGS_WAIT_MS = 25;
-constexpr U8 WIDTH_FROM_SETTING = 255;
 
 CDevice& Device() {
   return CDevice::Get();
@@ -41,14 +40,14 @@ int ScheduleBlocks(const QMemBlocks& Blocks) {
   const U32 Flags = MEM_FLAG_DOWNLOAD | (State.aCapability[HW_CAP_BMA] ? 0u : static_cast<U32>(MEM_FLAG_HALT));
   return Device().ScheduleWriteMemMultiple(static_cast<U32>(Blocks.size()), Ranges.data(),
                                            static_cast<U32>(Data.size()), reinterpret_cast<const U8*>(Data.constData()),
-                                           DownloadChunkSize(State.TIFSpeed), WIDTH_FROM_SETTING, Flags);
+                                           DownloadChunkSize(State.TIFSpeed), AW_AUTO, Flags);
 }
 
-QMemBlocks DataOf(const QString& sFile, I64 Addr, U32 LoadAddress) {
-  const bool bProgram = sFile == CProject::Get().GetProgramFile();
-  if (bProgram) return VCore::GetImage();
-  return VFile::CFileWorker::Get()->ReadDataFile(sFile,
-                                                 IsBinFile(sFile) && Addr < 0 ? static_cast<I64>(LoadAddress) : Addr);
+// The program has its place already; another binary file needs one.
+QMemBlocks DataOf(const QString& sFile, I64 Addr) {
+  if (sFile == CProject::Get().GetProgramFile()) return VCore::GetImage();
+  if (IsBinFile(sFile) && Addr < 0) return {};
+  return VFile::CFileWorker::Get()->ReadDataFile(sFile, Addr);
 }
 
 }  // namespace
@@ -81,17 +80,17 @@ void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind,
 
 int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
   if (!Device().IsConnected() || sFile.isEmpty()) return -1;
-  const QMemBlocks Blocks = DataOf(sFile, Addr, m_LoadAddress);
+  const QMemBlocks Blocks = DataOf(sFile, Addr);
   if (Blocks.isEmpty()) {
     PrintConsole(QStringLiteral("\"%1\" was not written: there is no data to write").arg(sFile));
     CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
     return -1;
   }
   if (ScheduleBlocks(Blocks) < 0) return -1;
-  if (Device().ScheduleEndDownload(!Device().Context().State.aCapability[HW_CAP_BMA], sFile.toUtf8().constData()) < 0)
-    return -1;
+  if (Device().ScheduleEndDownload(false, sFile.toUtf8().constData()) < 0) return -1;
   CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
-  for (const CMemBlock& Block : Blocks) Provider.RequestMem(this, Block.Addr, Block.NumBytes, 0, WIDTH_FROM_SETTING, 0);
+  const U32 ChunkSize = DownloadChunkSize(Device().Context().State.TIFSpeed);
+  for (const CMemBlock& Block : Blocks) Provider.RequestMem(this, Block.Addr, Block.NumBytes, ChunkSize, AW_AUTO, 0);
   return 0;
 }
 

@@ -57,6 +57,7 @@ void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
     default:
       break;
   }
+  m_View.WatchTarget(true);
 }
 
 void CSessionController::OnDeviceConnectFailed(CONNECT_MODES) {
@@ -65,7 +66,14 @@ void CSessionController::OnDeviceConnectFailed(CONNECT_MODES) {
   m_View.OnSessionStateChanged();
 }
 
+void CSessionController::OnDeviceConnectCanceled(CONNECT_MODES) {
+  Status().SetStatusMessage(QStringLiteral("Ready"));
+  PrintConsole(QStringLiteral("Connection aborted"));
+  m_View.OnSessionStateChanged();
+}
+
 void CSessionController::OnDeviceAboutToDisconnect() {
+  m_View.WatchTarget(false);
   m_HaltedTimer.stop();
 }
 
@@ -124,6 +132,24 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
   }
 }
 
+// What was under way is said to be so no longer: the target stands or runs as before.
+void CSessionController::ShowTargetState() {
+  const bool bHalted = Device().IsHalted();
+  Status().SetStatusMessage(bHalted ? QStringLiteral("CPU halted") : QStringLiteral("CPU running..."));
+  if (bHalted) m_View.ShowPC(static_cast<U32>(Device().GetPC()));
+  m_View.RefreshWindows();
+  m_View.OnSessionStateChanged();
+}
+
+void CSessionController::OnDeviceResetFailed(U32, RESET_MODES) {
+  if (Device().IsConnected()) ShowTargetState();
+}
+
+// The reset ahead of it was not shown, for the target was to leave it at once.
+void CSessionController::OnDeviceRunToSymbolFailed(U32) {
+  if (Device().IsConnected()) ShowTargetState();
+}
+
 void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
   // The target may run on: the next halt is on its way.
   if (!IsStandingStill()) return;
@@ -144,8 +170,8 @@ void CSessionController::OnDeviceStepped(U32 PC) {
   m_View.OnSessionStateChanged();
 }
 
-bool CSessionController::IsHaltHookPending() const {
-  return m_HaltedTimer.isActive() && VScript::HasFunction(HOOK_AFTER_TARGET_HALT);
+bool CSessionController::IsBusy() const {
+  return m_MessageBoxTimer.isActive() || (m_HaltedTimer.isActive() && VScript::HasFunction(HOOK_AFTER_TARGET_HALT));
 }
 
 void CSessionController::OnTargetHaltedAndTOElapsed() {

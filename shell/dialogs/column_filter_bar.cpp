@@ -14,7 +14,7 @@ CColumnFilterBar::CColumnFilterBar(QTableView* pTable, QWidget* pParent) : QWidg
     pFilter->setPlaceholderText(QStringLiteral("Filter"));
     pFilter->setAccessibleName(QStringLiteral("Filter of ") + sTitle);
     pFilter->setToolTip(
-        QStringLiteral("Shows the devices with this text in \"%1\"; * and ? stand for other characters").arg(sTitle));
+        QStringLiteral("Shows the rows with this text in \"%1\"; * and ? stand for other characters").arg(sTitle));
     pFilter->setClearButtonEnabled(true);
     pFilter->installEventFilter(this);
     connect(pFilter, &QLineEdit::textChanged, this,

@@ -45,8 +45,9 @@ CHostInterfacePanel::CHostInterfacePanel(QWidget* pParent)
   m_pSerialNo->setObjectName(QStringLiteral("SerialNo"));
   m_pHost->setObjectName(QStringLiteral("HostName"));
   m_pHost->setMaxLength(MAX_HOST_CHARACTERS);
-  m_pHost->setPlaceholderText(QStringLiteral("name or address, :port"));
-  m_pHost->setToolTip(QStringLiteral("Name or address of the probe, if need be with a port: 192.168.0.1:2331"));
+  m_pHost->setPlaceholderText(QStringLiteral("host or host:port"));
+  m_pHost->setToolTip(QStringLiteral(
+      "Name or address of the computer on which a GDB server runs, if need be with the port: localhost:3333"));
   m_pHost->setMinimumWidth(GetTextWidth(FONT_APP, QString(INPUT_CHARACTERS, QLatin1Char('n'))));
   m_pForm->addRow(QStringLiteral("&Host Interface:"), m_pInterface);
   m_pForm->addRow(m_pUseSerialNo);

@@ -21,19 +21,52 @@ std::string Order(const SESSION_RESULT& Run) {
   return Words.join(u' ').toStdString();
 }
 
-TEST_F(HookSession, EveryEventHookRunsAtItsMoment) {
-  const SESSION_RESULT Run = RunFile("events");
+// Every way to start with every way to reset, one after the other: a session finds the target as the one before left
+// it.
+TEST_F(HookSession, EveryModeRunsTheHooksAtTheirMoments) {
+  constexpr const char* CONNECTED = " BeforeTargetConnect AfterTargetConnect";
+  constexpr const char* RESET = " BeforeTargetReset AfterTargetReset";
+  constexpr const char* DOWNLOADED = " BeforeTargetDownload AfterTargetDownload";
+  constexpr const char* HALTED = " AfterTargetHalt";
+  constexpr const char* RESUMED = " BeforeTargetResume";
+  const struct {
+    const char* sConnectMode;
+    const char* sResetMode;
+    bool bHaltsAtStart;
+    QByteArrayList StartHooks;
+    const char* sEndOfReset;
+  } aCases[] = {
+      {"CM_DOWNLOAD_RESET", "RM_RESET_AND_RUN", false, {CONNECTED, RESET, DOWNLOADED, RESUMED}, RESUMED},
+      {"CM_DOWNLOAD_RESET", "RM_RESET_HALT", true, {CONNECTED, RESET, DOWNLOADED, HALTED}, HALTED},
+      {"CM_DOWNLOAD_RESET", "RM_BREAK_AT_SYMBOL", true, {CONNECTED, RESET, DOWNLOADED, HALTED}, HALTED},
+      {"CM_ATTACH", "RM_RESET_AND_RUN", true, {CONNECTED, HALTED}, RESUMED},
+      {"CM_ATTACH", "RM_RESET_HALT", false, {CONNECTED}, HALTED},
+      {"CM_ATTACH", "RM_BREAK_AT_SYMBOL", true, {CONNECTED, HALTED}, HALTED},
+      {"CM_ATTACH_HALT", "RM_RESET_AND_RUN", true, {CONNECTED, HALTED}, RESUMED},
+      {"CM_ATTACH_HALT", "RM_RESET_HALT", true, {CONNECTED, HALTED}, HALTED},
+      {"CM_ATTACH_HALT", "RM_BREAK_AT_SYMBOL", true, {CONNECTED, HALTED}, HALTED},
+  };
+  QString sSession = u"File.Open (\"tests/sessions/hooks/events.vdebug\");\n@wait idle\n"_s;
+  QByteArray Expected = "OnProjectLoad";
+  QList<quint32> Places;
+  for (const auto& Case : aCases) {
+    const bool bRuns = Case.sEndOfReset == RESUMED;
+    sSession +=
+        u"Debug.SetConnectMode %1\nDebug.SetResetMode %2\nUtil.Log (\"-- %1, %2\");\nDebug.Start\n@wait %3\n"
+        "Util.Log (\"-- reset\");\nDebug.Reset\n@wait %4\n"_s.arg(
+            QLatin1String(Case.sConnectMode), QLatin1String(Case.sResetMode),
+            Case.bHaltsAtStart ? u"halted"_s : u"running"_s, bRuns ? u"running"_s : u"halted"_s);
+    if (!bRuns) sSession += u"Target.GetReg PC\n"_s;
+    sSession += u"Util.Log (\"-- stop\");\nDebug.Stop\n@wait disconnected\n"_s;
+    Expected += QByteArray(" /") + Case.sConnectMode + ", " + Case.sResetMode + Case.StartHooks.join() + " /reset" +
+                RESET + Case.sEndOfReset + " /stop BeforeTargetDisconnect AfterTargetDisconnect";
+    const QString sFunction = Case.sResetMode == "RM_RESET_HALT"_L1 ? u"Reset_Handler"_s : u"main"_s;
+    if (!bRuns) Places << AddressOf(u"examples/traffic_light/traffic_light.elf"_s, sFunction);
+  }
+  const SESSION_RESULT Run = RunSession(sSession);
   Run.Expect(0);
-  EXPECT_EQ(
-      "OnProjectLoad"
-      " /start BeforeTargetConnect AfterTargetConnect BeforeTargetReset AfterTargetReset"
-      " BeforeTargetDownload AfterTargetDownload AfterTargetHalt"
-      " /continue BeforeTargetResume AfterTargetHalt"
-      " /reset BeforeTargetReset AfterTargetReset AfterTargetHalt"
-      " /stop BeforeTargetDisconnect AfterTargetDisconnect"
-      " /attach BeforeTargetConnect AfterTargetConnect AfterTargetHalt"
-      " BeforeTargetDisconnect AfterTargetDisconnect",
-      Order(Run));
+  EXPECT_EQ(Expected.toStdString(), Order(Run));
+  for (qsizetype i = 0; i < Places.size(); ++i) EXPECT_EQ(Places[i], Run.Value(static_cast<int>(i))) << i;
 }
 
 TEST_F(HookSession, AProjectReplacesConnectResetDownloadAndStart) {

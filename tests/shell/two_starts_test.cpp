@@ -3,6 +3,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <unistd.h>
+
 #include "frame.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -107,6 +109,11 @@ private Q_SLOTS:
     QCOMPARE(GetVarValue(PREF_SHOW_SRC_CODE_PROFILE), 1U);
   }
 
+  void sealed() {
+    QVERIFY2(ConsoleText(*m_pWindow).contains(u"one.vdebug.user\" can't be read"_s),
+             qPrintable(ConsoleText(*m_pWindow)));
+  }
+
   // All defaults, and a word about it where the user sees it.
   void damaged() {
     QVERIFY2(ConsoleText(*m_pWindow).contains(u".damaged"_s), qPrintable(ConsoleText(*m_pWindow)));
@@ -138,6 +145,17 @@ private Q_SLOTS:
     RunStart("arranged");
   }
 
+  void aLayoutThatCannotBeReadIsLeftAsItIs() {
+    const QString sLayout = m_Home.filePath(u"one.vdebug.user"_s);
+    WriteFile(sLayout, "kept");
+    QVERIFY(QFile::setPermissions(sLayout, QFile::WriteOwner));
+    RunStart("sealed");
+    QVERIFY(QFile::setPermissions(sLayout, QFile::ReadOwner));
+    QFile File(sLayout);
+    QVERIFY(File.open(QIODevice::ReadOnly));
+    QCOMPARE(File.readAll(), QByteArray("kept"));
+  }
+
   void damagedSettingsArePutAside() {
     const QString sFile = m_Home.filePath(u"Morvek/Vexor.conf"_s);
     QVERIFY(QFile::exists(sFile));
@@ -154,7 +172,11 @@ private:
     QProcess Process;
     Process.setProcessEnvironment(Environment);
     Process.setProcessChannelMode(QProcess::MergedChannels);
-    Process.start(QCoreApplication::applicationFilePath(), {QLatin1String(sStart), u"-maxwarnings"_s, u"0"_s});
+    // The super-user may read everything, unless that is taken from him.
+    QStringList Command = {u"setpriv"_s, u"--bounding-set=-dac_override,-dac_read_search"_s};
+    if (geteuid() != 0) Command.clear();
+    Command << QCoreApplication::applicationFilePath() << QLatin1String(sStart) << u"-maxwarnings"_s << u"0"_s;
+    Process.start(Command.takeFirst(), Command);
     QVERIFY(Process.waitForFinished(PROCESS_LIMIT_MS));
     const QByteArray Output = Process.readAll();
     QVERIFY2(Process.exitStatus() == QProcess::NormalExit && Process.exitCode() == 0, Output.constData());
