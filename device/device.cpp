@@ -14,6 +14,7 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds READ_LOC_LIMIT(150);
 constexpr int END_WAIT_MS = 10;
 constexpr int END_EVENTS_PER_WAIT = 100;
 
@@ -248,7 +249,7 @@ CDeviceOps& CDevice::Ops() {
 CJobDispatch& CDevice::Dispatch() {
   return pParts->Dispatch;
 }
-std::recursive_mutex& CDevice::Mutex() {
+CDeviceMutex& CDevice::Mutex() {
   return pParts->Loop.DeviceMutex();
 }
 
@@ -265,7 +266,8 @@ void CDevice::SetDataProvider(CDeviceDataProvider* pProvider) {
 }
 
 int CDevice::ReadLocNow(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData) {
-  std::lock_guard Lock(Mutex());
+  std::unique_lock Lock(Mutex(), READ_LOC_LIMIT);
+  if (!Lock) return BUSY;
   return pParts->Ops.Locations.ReadLoc(Loc, NumBytes, paData);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 
 #include <QThread>
 
@@ -9,6 +8,7 @@
 #include "base/msg_flags.h"
 #include "device/device_access.h"
 #include "device/device_job.h"
+#include "device/device_mutex.h"
 #include "device/device_types.h"
 
 class CDeviceContext;
@@ -146,8 +146,9 @@ public:
   CDeviceOps& Ops();
   // To add handlers of job types; see CJobDispatch::SetHandler.
   CJobDispatch& Dispatch();
-  // Held by the device thread while it works on jobs: lock it to swap what jobs use. Recursive.
-  std::recursive_mutex& Mutex();
+  // Held by the device thread while it works on jobs: lock it to swap what jobs use. A job may take minutes; whoever
+  // must not wait that long sets a limit, see CDeviceMutex.
+  CDeviceMutex& Mutex();
 
   // Called by the session controller when a session start has finished: halts are reported from now on, and the
   // present one is when the target is accessible.

@@ -18,7 +18,9 @@ public:
   virtual void CancelJobs(U32 Type, U32 Queue) = 0;
   // Delivers at most MaxEvents events; returns the number.
   virtual int ProcessEvents(int MaxEvents) = 0;
-  // Reads a location on the calling thread, waiting for the job that runs. 0 or -1.
+  // Reads a location on the calling thread. The job that runs is waited for, but no longer than 150 ms, so that a long
+  // transfer does not freeze a window. 0, -1 when the access failed, or BUSY when the device was busy all that time.
+  static constexpr int BUSY = -2;
   virtual int ReadLocNow(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData) = 0;
   // Register in DWARF numbering to the probe's; INVALID_REG_INDEX if there is none.
   virtual U32 MapRegIndex(U32 LogicReg) = 0;

@@ -51,6 +51,24 @@ bool CDeviceCapabilities::ReadSWOTraceCapability() {
   return sError == nullptr;
 }
 
+int CDeviceCapabilities::ReadSWOSpeeds(U32 CPUSpeedHz, U32 NumItems, U32* paSpeedsHz) {
+  std::fill_n(paSpeedsHz, NumItems, 0);
+  if (!Ctx.IsConnected()) {
+    Ctx.LogDebugMsg(QStringLiteral("GetSWOSpeeds: not connected"));
+    return -1;
+  }
+  const int Count = Ctx.Api.VNODEARM_SWO_GetCompatibleSpeeds(CPUSpeedHz, 0, paSpeedsHz, NumItems);
+  if (Count < 0) {
+    Ctx.LogWarnMsg(QStringLiteral("GetSWOSpeeds: VNODE API call failed"));
+    Ctx.TestConnectionLost();
+    return -1;
+  }
+  // The library may know of more than it was asked for.
+  const U32 NumSpeeds = std::min(static_cast<U32>(Count), NumItems);
+  std::fill(paSpeedsHz + NumSpeeds, paSpeedsHz + NumItems, 0);
+  return static_cast<int>(NumSpeeds);
+}
+
 bool CDeviceCapabilities::ReadStreamingTraceCapability() {
   if (Ctx.Facts.Get().LibraryVersion < RAW_TRACE_VERSION) return false;
   U32 Value = 0;

@@ -15,6 +15,9 @@ public:
   // False with the reason in the SWO error text.
   bool ReadSWOTraceCapability();
   bool ReadStreamingTraceCapability();
+  // Speeds in Hz that the probe can receive at a core clock of CPUSpeedHz: fills at most NumItems and zeroes the rest.
+  // Their number, or -1. JT_SWO_GET_COMPAT_SPEEDS.
+  int ReadSWOSpeeds(U32 CPUSpeedHz, U32 NumItems, U32* paSpeedsHz);
   // Byte orders of the connected target, or the configured one; a change is reported with the former values.
   void UpdateEndianess();
   // Tells the probe the byte order when connected, and refreshes what is known.

@@ -66,12 +66,18 @@ public:
   virtual int CompleteSrcStepOnHiddenBP(U32 PC) = 0;
 };
 
-// Trace, terminal and sampling channels and data breakpoints, as far as a connection drives them; device thread.
+// Trace, terminal and sampling channels and data breakpoints, as far as a connection drives them; device thread. Each
+// can be told to stop whether it was started or not.
 class IDeviceChannels {
 public:
   virtual ~IDeviceChannels() = default;
-  virtual void ReapplyWatchpoints() = 0;  // after a connect
-  virtual void StopAll() = 0;             // before a disconnect
+  // After a connect: sets every entry of the list of data breakpoints again.
+  virtual void ReapplyWatchpoints() {}
+  // Before a disconnect, in this order.
+  virtual void StopRTT() {}
+  virtual void StopHSS() {}
+  virtual void StopSWOTrace(U32 /*PortMask*/) {}
+  virtual void StopSimpleInstTrace() {}
 };
 
 // Process clock in ms and sleeping; replaced in tests.

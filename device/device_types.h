@@ -185,7 +185,8 @@ struct DEVICE_STATE {
   std::atomic<I32> LastDownloadResult{0};     // of the last VNODEARM_EndDownload
   std::atomic<U64> LastHaltPoll{0};           // ms, time of the last halt query
   std::atomic<bool> aCapability[NUM_HW_CAPS] = {true, true, true, true, true, true};
-  std::atomic<U32> TIFSpeed{0};  // in Hz; 0 automatic, 65535 adaptive
+  std::atomic<U32> TIFSpeed{0};   // in Hz; 0 automatic, 65535 adaptive
+  std::atomic<U32> CoreSpeed{0};  // in Hz, as last measured on this connection; 0 not yet
   std::atomic<U32> InstEndian{ENDIAN_LITTLE};
   std::atomic<U32> DataEndian{ENDIAN_LITTLE};
   std::atomic<bool> bTerminate{false};  // the device thread is to end: long operations give up

@@ -67,9 +67,14 @@ void CJobDispatch::AddProbeHandlers() {
     Job.Result2 = Core;
     return Result;
   });
+  SetHandler(JT_SWO_GET_COMPAT_SPEEDS, [this](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], sizeof(U32))) return -1;
+    return Ops.Capabilities.ReadSWOSpeeds(P(Job, 0), P(Job, 1), Job.Dyn<U32>(0));
+  });
   SetHandler(JT_MEASURE_CORE_SPEED, [this](DEVICE_JOB& Job) {
     const int Speed = Ops.Memory.MeasureCoreSpeed();
     Job.Result = Speed > 0 ? static_cast<U64>(Speed) : 0;
+    if (Speed > 0) Ops.Ctx.State.CoreSpeed = static_cast<U32>(Speed);
     return Speed > 0 ? 0 : -1;
   });
 }

@@ -18,6 +18,9 @@ U32 CJobLoop::ProcessJobs() {
     if (pJob == nullptr) return i;
     Execute(*pJob);
     Rings.Finished();
+    if (!Mutex.IsWanted()) continue;
+    Rings.Wake();  // the rest goes on as soon as the lock is free again
+    return i + 1;
   }
   return JOBS_PER_BATCH;
 }

@@ -3,8 +3,8 @@
 
 #include <array>
 #include <atomic>
-#include <mutex>
 
+#include "device/device_mutex.h"
 #include "device/event_ring.h"
 #include "device/job_rings.h"
 
@@ -35,13 +35,14 @@ public:
 
   // Works until RequestEnd. Device thread.
   void Run();
-  // At most one batch; returns the number of jobs handled. Device thread.
+  // At most one batch, less when somebody waits for the device mutex; returns the number of jobs handled. Device
+  // thread.
   U32 ProcessJobs();
   void RequestEnd();
   bool IsEnding() const { return bTerminate; }
 
   // Held by the device thread around each batch, and by others around what no job may see half done.
-  std::recursive_mutex& DeviceMutex() { return Mutex; }
+  CDeviceMutex& DeviceMutex() { return Mutex; }
   // Drops the events of finished jobs of a type; any thread.
   void SetSuppressed(U32 Type, bool bSuppress);
   bool IsSuppressed(U32 Type) const { return Type < JT_LAST && aSuppressEvent[Type] != 0; }
@@ -55,7 +56,7 @@ private:
 
   CJobRings& Rings;
   CJobRunner& Runner;
-  std::recursive_mutex Mutex;
+  CDeviceMutex Mutex;
   std::array<std::atomic<U8>, JT_LAST> aSuppressEvent{};
   std::atomic<bool> bTerminate{false};
 };

@@ -8,6 +8,7 @@ constexpr U32 LOG_PROBE_ERROR = MSG_SRC_PROBE | MSG_TO_ALL | MSG_ERROR;
 constexpr int SELECT_IP_FAILED = 1;
 constexpr int ALL_BREAKPOINTS = -1;
 constexpr U32 ALL_DATA_EVENTS = 0xFFFFFFFFu;
+constexpr U32 ALL_PORTS = 0xFFFFFFFFu;  // port mask of the stimulus channels
 
 // The library's callbacks carry no context: the one connection's sink, null when there is none. They may come on any
 // of the library's threads.
@@ -131,9 +132,17 @@ int CProbeConnection::Connect(CONNECT_MODES Mode) {
   return Ctx.IsConnected() ? 0 : -1;
 }
 
+void CProbeConnection::StopChannels() {
+  if (Ctx.pChannels == nullptr) return;
+  Ctx.pChannels->StopRTT();
+  Ctx.pChannels->StopHSS();
+  Ctx.pChannels->StopSWOTrace(ALL_PORTS);
+  Ctx.pChannels->StopSimpleInstTrace();
+}
+
 int CProbeConnection::Disconnect() {
   if (!Ctx.IsConnected()) return 0;
-  if (Ctx.pChannels != nullptr) Ctx.pChannels->StopAll();
+  StopChannels();
   if (!Ctx.IsConnectionLost()) {
     Ctx.Api.VNODEARM_ClrBPEx(ALL_BREAKPOINTS);
     Ctx.Api.VNODEARM_ClrDataEvent(ALL_DATA_EVENTS);

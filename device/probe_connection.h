@@ -31,6 +31,7 @@ private:
   int Fail(const QString& sText, bool bClose);
   int ConfigureHardware();
   bool ConnectTarget();
+  void StopChannels();
   void InstallTextCallbacks();
 
   CDeviceContext& Ctx;

@@ -36,6 +36,13 @@ QString LibraryVersionText(U32 Version) {
   return sText;
 }
 
+QString CoreNameText(const VNODE_API& Api, U32 Core) {
+  char acName[CORE_NAME_BUFFER_BYTES] = {};
+  Api.VNODEARM_Core2CoreName(Core, acName, sizeof(acName));
+  acName[sizeof(acName) - 1] = '\0';
+  return QString::fromUtf8(acName);
+}
+
 void CProbeInfo::UpdateAll() {
   UpdateVNodeLibVersion();
   UpdateVNodeLibPath();
@@ -133,9 +140,7 @@ int CProbeInfo::UpdateDeviceInfo() {
   }
   VNODEARM_DEVICE_INFO Record = EmptyInfo();
   if (Ctx.Api.VNODEARM_DEVICE_GetInfo(Index, &Record) < 0) return Forget();
-  char acCore[CORE_NAME_BUFFER_BYTES] = {};
-  Ctx.Api.VNODEARM_Core2CoreName(Record.Core, acCore, sizeof(acCore));
-  acCore[sizeof(acCore) - 1] = '\0';
+  const QString sCore = CoreNameText(Ctx.Api, Record.Core);
   const QString sVariant = Ctx.Program.CoreVariant(Record.Core);
   Ctx.Facts.Change([&](PROBE_FACTS& Facts) {
     Facts.sDeviceName = Record.sName != nullptr ? QString::fromUtf8(Record.sName) : QStringLiteral("Unspecified");
@@ -143,7 +148,7 @@ int CProbeInfo::UpdateDeviceInfo() {
     Facts.CoreFamily = Record.Core >> 24;
     Facts.RAMAddr = Record.RAMSize != 0 ? Record.RAMAddr : INVALID_ADDR;
     Facts.RAMSize = Record.RAMSize;
-    Facts.sCoreName = QString::fromUtf8(acCore);
+    Facts.sCoreName = sCore;
     Facts.sCoreVariant = sVariant;
   });
   Ctx.Program.SetCpuInfo(Record.Core, Ctx.State.DataEndian, Ctx.State.InstEndian);

@@ -2,6 +2,9 @@
 
 #include "device/device_context.h"
 
+// The library's name of a core identifier. Any thread.
+QString CoreNameText(const VNODE_API& Api, U32 Core);
+
 // Reads what the probe library knows into the facts: its version, path, devices, and the selected device. Works without
 // a connection unless said otherwise; device thread.
 class CProbeInfo {

@@ -59,6 +59,7 @@ void CTargetState::ResetState() {
     *pFlag = false;
   }
   Exec.bRunning = true;
+  Ctx.State.CoreSpeed = 0;
   Ctx.State.Requests.bInitRegsPending = false;
   Ctx.State.HiddenBP.PendingJob = 0;
 }

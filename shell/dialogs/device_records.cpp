@@ -1,18 +1,11 @@
 #include "shell/dialogs/device_records.h"
 
 #include "device/probe_api/probe_api.h"
+#include "device/probe_info.h"
 
 namespace {
 
 constexpr int FIRST_DEVICE = 1;
-constexpr U16 CORE_NAME_BUFFER_BYTES = 33;
-
-QString CoreName(const VNODE_API& Api, U32 Core) {
-  char acName[CORE_NAME_BUFFER_BYTES] = {};
-  Api.VNODEARM_Core2CoreName(Core, acName, sizeof(acName));
-  acName[sizeof(acName) - 1] = '\0';
-  return QString::fromUtf8(acName);
-}
 
 }  // namespace
 
@@ -23,7 +16,7 @@ QList<DEVICE_RECORD> ReadDeviceRecords(const VNODE_API& Api) {
     VNODEARM_DEVICE_INFO Info = {};
     Info.SizeOfStruct = sizeof(Info);
     if (Api.VNODEARM_DEVICE_GetInfo(Index, &Info) < 0 || Info.sName == nullptr) continue;
-    Devices.append({QString::fromUtf8(Info.sManufacturer), QString::fromUtf8(Info.sName), CoreName(Api, Info.Core),
+    Devices.append({QString::fromUtf8(Info.sManufacturer), QString::fromUtf8(Info.sName), CoreNameText(Api, Info.Core),
                     Info.NumCores, Info.FlashSize, Info.RAMSize});
   }
   return Devices;

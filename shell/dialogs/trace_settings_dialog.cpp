@@ -23,8 +23,6 @@ namespace {
 constexpr int SPACING = 10;  // pixels
 constexpr U32 NUM_SWO_SPEEDS = 10;
 
-U32 LastCoreSpeedHz = 0;  // as it was last measured while a dialog was open
-
 bool HasSWO() {
   return CDevice::Get().Context().State.aCapability[HW_CAP_SWO];
 }
@@ -47,7 +45,8 @@ CTraceSettingsDialog::CTraceSettingsDialog(QWidget* pParent, const TRACE_SETTING
   m_pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
   LayOut();
   m_pPins->ShowSettings(Settings);
-  m_pSwo->ShowSettings(Settings, LastCoreSpeedHz);
+  const U32 CoreSpeedHz = CDevice::Get().Context().State.CoreSpeed;
+  m_pSwo->ShowSettings(Settings, CoreSpeedHz);
   m_pSource->setCurrentIndex(m_pSource->findData(Settings.Source));
   connect(m_pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(m_pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -57,7 +56,7 @@ CTraceSettingsDialog::CTraceSettingsDialog(QWidget* pParent, const TRACE_SETTING
   connect(m_pSwo, &CSwoPanel::CPUClockChanged, this, &CTraceSettingsDialog::RequestSpeeds);
   connect(m_pSwo, &CSwoPanel::CoreSpeedWanted, this, &CTraceSettingsDialog::RequestCoreSpeed);
   OnSourceChanged();
-  RequestSpeeds(Settings.CPUSpeed != 0 ? Settings.CPUSpeed : LastCoreSpeedHz);
+  RequestSpeeds(Settings.CPUSpeed != 0 ? Settings.CPUSpeed : CoreSpeedHz);
   SetFixedToContents();
 }
 
@@ -132,7 +131,6 @@ void CTraceSettingsDialog::OnDeviceGetSWOSpeedsDone(U32, U32 NumItems, U32* paSp
 }
 
 void CTraceSettingsDialog::OnDeviceMeasureCoreSpeedDone(U32 SpeedHz) {
-  LastCoreSpeedHz = SpeedHz;
   m_pSwo->SetCoreSpeed(SpeedHz);
   RequestSpeeds(SpeedHz);
 }

@@ -99,6 +99,25 @@ TEST_F(JobLoop, BatchIsLimitedAndPollsBeforeEveryJob) {
   EXPECT_EQ(Loop.ProcessJobs(), 50u);
 }
 
+TEST_F(JobLoop, WhoWaitsForTheDeviceGetsItBetweenTwoJobs) {
+  std::atomic<bool> bServed{false};
+  std::thread Reader;
+  Runner.Handler = [&](DEVICE_JOB&) {
+    if (Runner.aExecuted.size() != 2) return 0;
+    Reader = std::thread([&] { bServed = std::unique_lock(Loop.DeviceMutex(), std::chrono::seconds(10)).owns_lock(); });
+    while (!Loop.DeviceMutex().IsWanted()) std::this_thread::yield();
+    return 0;
+  };
+  for (int i = 0; i < 5; ++i) Schedule(JT_READ_REG);
+  {
+    std::lock_guard Lock(Loop.DeviceMutex());
+    EXPECT_EQ(Loop.ProcessJobs(), 2u);
+  }
+  Reader.join();
+  EXPECT_TRUE(bServed);
+  EXPECT_EQ(Loop.ProcessJobs(), 3u);
+}
+
 TEST_F(JobLoop, FullEventRingDropsTheJob) {
   while (Runner.Events.Put({DE_PROGRESS_VALUE, 0, 0})) {
   }
