@@ -6,6 +6,7 @@
 #include <QSpinBox>
 
 #include "device/device_config.h"
+#include "device/interface_speed.h"
 #include "device/probe_api/records.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
@@ -14,7 +15,6 @@
 namespace {
 
 constexpr U32 HZ_PER_KHZ = 1000;
-constexpr U32 MAX_SPEED_HZ = 0x7FFFFFFF;
 constexpr int MAX_CHAIN_BITS = 0xFFFF;
 
 QString SpeedText(U32 SpeedHz) {
@@ -23,7 +23,7 @@ QString SpeedText(U32 SpeedHz) {
   return QStringLiteral("%1 kHz").arg(SpeedHz / HZ_PER_KHZ);
 }
 
-// An entry's name or its first word, a frequency with its unit, or a number of kHz; rounded down to whole kHz.
+// What Project.SetTIFSpeed takes, or an entry's name.
 U32 ParseSpeed(const QString& sText, bool* pOk) {
   *pOk = true;
   const SYS_VAR* const pVar = GetVarInfo(VAR_TIF_SPEED);
@@ -31,13 +31,7 @@ U32 ParseSpeed(const QString& sText, bool* pOk) {
   for (qsizetype i = 0; i < Names.size(); ++i) {
     if (Names[i].compare(sText, Qt::CaseInsensitive) == 0) return static_cast<U32>(GetVarValues(pVar)[i]);
   }
-  if (sText.compare(u"auto", Qt::CaseInsensitive) == 0) return VNODE_SPEED_AUTO;
-  if (sText.compare(u"adaptive", Qt::CaseInsensitive) == 0) return VNODE_SPEED_ADAPTIVE;
-  bool bPlain = false;
-  const U64 KHz = sText.toUInt(&bPlain);
-  const U64 SpeedHz = bPlain ? KHz * HZ_PER_KHZ : ParseFrequency(sText, pOk);
-  *pOk = *pOk && SpeedHz >= HZ_PER_KHZ && SpeedHz <= MAX_SPEED_HZ;
-  return static_cast<U32>(SpeedHz - SpeedHz % HZ_PER_KHZ);
+  return ParseInterfaceSpeed(sText, pOk);
 }
 
 QSpinBox* MakeBits(const QString& sName, const QString& sToolTip, QWidget* pParent) {
