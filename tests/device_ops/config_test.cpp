@@ -1,3 +1,4 @@
+#include "device/interface_speed.h"
 #include "device_fixture.h"
 
 namespace {
@@ -59,6 +60,50 @@ TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
     EXPECT_EQ(Ctx.Config.Value(DCP_USE_ADAPTIVE), Case.UseAdaptive);
     EXPECT_EQ(Probe.CallText(), QString::asprintf("SetSpeed %x", Case.ForProbe).toStdString()) << "at once";
     EXPECT_EQ(Sink.TakeEvents(), QString::asprintf("config %d %d", Case.Param, Case.Value).toStdString());
+  }
+}
+
+TEST_F(CConfigTest, WrongParametersAreRefused) {
+  const auto Set = [this](int Param, auto Value) {
+    EXPECT_EQ(Ops.Configurator.SetConfigParam(static_cast<DEV_CONFIG_PARAMS>(Param), Value), -1);
+    EXPECT_EQ(Sink.TakeEvents(), "");
+    return Sink.TakeLogs();
+  };
+  EXPECT_EQ(Set(-1, 1), "Unknown configuration parameter with ID -1");
+  EXPECT_EQ(Set(16, 1), "Unknown configuration parameter with ID 16");
+  EXPECT_EQ(Set(21, "x"), "Unknown configuration parameter with ID 21");
+  EXPECT_EQ(Set(DCP_HOST_NAME, static_cast<const char*>(nullptr)), "Invalid configuration parameter string value");
+  EXPECT_EQ(Set(DCP_SPEED, "x"), "Invalid configuration parameter");
+}
+
+TEST(InterfaceSpeed, TextsOfASpeed) {
+  const std::pair<const char*, I64> aCase[] = {
+      // text, Hz, -1 for none
+      {"4000", 4000000},
+      {"0x10", 16000},
+      {"0", 0},
+      {"65535", 65535},
+      {"auto", 0},
+      {"Adaptive", 65535},
+      {"\"4 MHz\"", 4000000},
+      {"FREQ_2_MHZ", 2000000},
+      {"1499 Hz", 1000},
+      {"1500 Hz", 1000},
+      {"1501 Hz", 2000},
+      {"1 Hz", 1000},
+      {"2.5MHz", 2500000},
+      {"2147483", 2147483000},
+      {"2147484", -1},
+      {"2147483647 Hz", 2147483000},
+      {"4 GHz", -1},
+      {"", -1},
+      {"-1", -1},
+      {"JTAG", -1},
+  };
+  for (const auto& [sText, Hz] : aCase) {
+    bool bOk = false;
+    const U32 Speed = ParseInterfaceSpeed(QLatin1String(sText), &bOk);
+    EXPECT_EQ(bOk ? I64{Speed} : -1, Hz) << sText;
   }
 }
 

@@ -4,6 +4,17 @@ namespace {
 
 using CConnectionTest = CDeviceOpsTest;
 
+// Channels that note down in the probe's log when they are told to stop.
+struct CFakeChannels : IDeviceChannels {
+  CFakeProbe& Probe;
+  explicit CFakeChannels(CFakeProbe& Probe) : Probe(Probe) {}
+  void ReapplyWatchpoints() override { Probe.Note("data breakpoints"); }
+  void StopRTT() override { Probe.Note("stop RTT"); }
+  void StopHSS() override { Probe.Note("stop HSS"); }
+  void StopSWOTrace(U32 PortMask) override { Probe.Note(QString::asprintf("stop SWO %x", PortMask).toStdString()); }
+  void StopSimpleInstTrace() override { Probe.Note("stop trace"); }
+};
+
 TEST_F(CConnectionTest, ConfiguresBeforeItConnectsAndBreaksAfterwards) {
   Ops.Breakpoints.SetBreakpoint(0x8000200, BP_STATE_ENABLED, BP_TYPE_HARD);
   Ops.Breakpoints.SetBreakpoint(0x8000300, BP_STATE_DISABLED, BP_TYPE_ANY);
@@ -22,6 +33,46 @@ TEST_F(CConnectionTest, ConfiguresBeforeItConnectsAndBreaksAfterwards) {
   EXPECT_EQ(Ctx.State.TIFSpeed, 4000000u);
   EXPECT_EQ(Ctx.Facts.Get().SerialNo, 1234u);
   EXPECT_EQ(Ctx.Facts.Get().sFirmware, "V-Node rev 3");
+}
+
+TEST_F(CConnectionTest, ModesDecideWhatIsCompleted) {
+  const char sOpen[] =
+      "SelectUSB, EnableLog, Open, ExecCommand device=Test MCU, SetEndian 0, SetCoreIndex 0, TIF_Select 1, SetSpeed 0, "
+      "Connect";
+  const char sFinish[] = ", EnableSoftBPs 1, SetBPEx 8000200 fffffff2, data breakpoints";
+  const char sLeave[] =
+      "stop RTT, stop HSS, stop SWO ffffffff, stop trace, ClrBPEx ffffffff, ClrDataEvent ffffffff, Close, ";
+  const struct {
+    CONNECT_MODES Mode;
+    std::string sCalls;
+    bool bReady;
+  } aCase[] = {
+      {CM_DOWNLOAD_RESET, sOpen + std::string(sFinish), false},
+      {CM_ATTACH, sLeave + std::string(sOpen) + sFinish, true},  // leaves the former connection
+      {CM_ATTACH_HALT, sLeave + std::string(sOpen) + sFinish, true},
+      {CM_BARE, sOpen, false},
+  };
+  CFakeChannels Channels(Probe);
+  Ctx.pChannels = &Channels;
+  Ops.Breakpoints.SetBreakpoint(0x8000200, BP_STATE_ENABLED, BP_TYPE_ANY);
+  for (const auto& Case : aCase) {
+    if (Case.Mode == CM_BARE) Ops.Connection.Disconnect();
+    Forget();
+    EXPECT_EQ(Ops.Connection.Connect(Case.Mode), 0);
+    EXPECT_EQ(Probe.CallText(), Case.sCalls) << Case.Mode;
+    EXPECT_EQ(Ctx.State.Exec.bSessionReady, Case.bReady) << Case.Mode;
+    EXPECT_TRUE(Ctx.IsConnected() && Ctx.State.Exec.bRunning);
+  }
+  // What completes a bare connection, between two jobs.
+  for (const bool bOpen : {true, false}) {
+    Probe.bOpen = bOpen;
+    Ctx.State.Requests.PendingConnectMode = CM_ATTACH;
+    Forget();
+    Ops.CheckHandleNotifications();
+    EXPECT_EQ(Probe.CallText(), bOpen ? sFinish + 2 : "");
+    EXPECT_EQ(Sink.TakeEvents(), bOpen ? "JT_CONNECT 0 1 0" : "JT_CONNECT 1 1 0");
+  }
+  Ctx.pChannels = nullptr;
 }
 
 TEST_F(CConnectionTest, EachFailureHasItsText) {
@@ -49,6 +100,43 @@ TEST_F(CConnectionTest, EachFailureHasItsText) {
     EXPECT_EQ(Probe.Count("Close") > 0, Case.bClosed) << Case.sText;
     EXPECT_FALSE(Ctx.IsConnected());
   }
+  Probe.Failing.clear();
+  Probe.ErrorReply = {{"device=Test MCU", "no such part"}, {"ScriptFile=x", "no such file"}};
+  Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, HOST_IF_USB);
+  Ops.Configurator.SetConfigParam(DCP_SCRIPT_FILE, "x");
+  Forget();
+  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
+  EXPECT_EQ(Sink.TakeLogs(),
+            "Opening connection to V-Node...; Executing V-Node Script; V-Node script \"x\" failed: no such file; "
+            "Configuring hardware...; no such part; Connect: could not configure V-Node");
+  EXPECT_EQ(Probe.Count("Close"), 1);
+}
+
+TEST_F(CConnectionTest, StateAfterADisconnect) {
+  ConnectHalted();
+  Ops.Control.RunTo(0x8000120);
+  Ctx.State.CoreSpeed = 1000000;
+  DEVICE_EXEC_FLAGS& Exec = Ctx.State.Exec;
+  const std::initializer_list<std::atomic<bool>*> Cleared = {&Ctx.State.Connection.bConnectionLost,
+                                                             &Exec.bHalted,
+                                                             &Exec.bAccessible,
+                                                             &Exec.bHaltPending,
+                                                             &Exec.bVerdictPending,
+                                                             &Exec.bUserHalt,
+                                                             &Exec.bSessionReady,
+                                                             &Exec.bStartupDone,
+                                                             &Exec.bStepping,
+                                                             &Exec.bTargetRan};
+  for (auto* pFlag : Cleared) *pFlag = true;
+  Exec.bTraceEnabled = true;
+  Exec.bRunning = false;
+  Ops.Connection.Disconnect();
+  int Index = 0;
+  for (auto* pFlag : Cleared) EXPECT_FALSE(*pFlag) << Index++;
+  EXPECT_TRUE(Exec.bTraceEnabled) << "instruction trace stays enabled";
+  EXPECT_TRUE(Exec.bRunning) << "a device that is connected next is watched";
+  EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
+  EXPECT_EQ(Ctx.State.CoreSpeed, 0u) << "the next target has a clock of its own";
 }
 
 TEST_F(CConnectionTest, SecondTryDecides) {
@@ -127,6 +215,47 @@ TEST_F(CConnectionTest, OptionalFunctionsDecide) {
   EXPECT_EQ(Ctx.State.DataEndian, 0u) << "as configured";
 }
 
+TEST_F(CConnectionTest, SWOCapabilityAndItsReasons) {
+  const struct {
+    U32 Core;
+    int TargetIF;
+    bool bProbe;
+    const char* sText;
+  } aCase[] = {
+      {VNODE_CORE_CORTEX_M3, VNODE_TIF_SWD, true, ""},
+      {0x0C0000FF, VNODE_TIF_SWD, true, "SWO trace: not a Cortex-M target device"},
+      {VNODE_CORE_CORTEX_M4, VNODE_TIF_JTAG, true, "SWO trace: target interface not set to SWD"},
+      {VNODE_CORE_CORTEX_M0, VNODE_TIF_SWD, false, "V-Node emulator does not support SWO."},
+  };
+  for (const auto& Case : aCase) {
+    Probe.Devices[1].Core = Case.Core;
+    Probe.Capabilities = {Case.bProbe ? VNODE_CAP_SWO : 0u};
+    Ops.Configurator.SetConfigParam(DCP_DEVICE_NAME, "Test MCU");
+    Ops.Configurator.SetConfigParam(DCP_TARGET_IF, Case.TargetIF);
+    Ctx.SetErrorMsg(ERR_MSG_SWO, QString());
+    Connect();
+    EXPECT_EQ(Ctx.State.aCapability[HW_CAP_SWO], Case.sText[0] == 0);
+    EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_SWO).toStdString(), Case.sText);
+  }
+  EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_TRACE), QString()) << "each domain keeps its own";
+}
+
+TEST_F(CConnectionTest, SpeedsOfTheSWOPin) {
+  std::array<U32, 3> aSpeed = {7, 7, 7};
+  const auto Read = [&] { return Ops.Capabilities.ReadSWOSpeeds(48000000, aSpeed.size(), aSpeed.data()); };
+  EXPECT_EQ(Read(), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "GetSWOSpeeds: not connected");
+  Connect();
+  Probe.SWOSpeeds = {4000, 2000};
+  EXPECT_EQ(Read(), 2);
+  EXPECT_EQ(aSpeed, (std::array<U32, 3>{4000, 2000, 0})) << "the unused end is zero";
+  Probe.SWOSpeeds = {5000, 4000, 3000, 2000, 1000};
+  EXPECT_EQ(Read(), 3);
+  Probe.Failing["SWO_GetCompatibleSpeeds"] = 0;
+  EXPECT_EQ(Read(), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "GetSWOSpeeds: VNODE API call failed");
+}
+
 TEST_F(CConnectionTest, FactsOfTheDeviceAndTheLibrary) {
   Probe.Devices.resize(5, Probe.Devices[1]);
   Probe.Devices[2].Core = 0x020000FF;  // no family that is supported
@@ -136,6 +265,11 @@ TEST_F(CConnectionTest, FactsOfTheDeviceAndTheLibrary) {
   EXPECT_EQ(Facts.SupportedCores, QList<U32>({VNODE_CORE_CORTEX_M4, VNODE_CORE_CORTEX_M0}));
   EXPECT_EQ(Facts.CoreFamily, 14u);
   EXPECT_EQ(Facts.RAMAddr, CFakeProbe::MEM_START);
+  Probe.Devices.resize(1030, Probe.Devices[1]);
+  for (U32 i = 0; i < 1030; ++i) Probe.Devices[i].Core = VNODE_CORE_CORTEX_M4 + (i << 8);
+  Ops.Info.UpdateAll();
+  EXPECT_EQ(Ctx.Facts.Get().SupportedCores.size(), 1024);
+  EXPECT_EQ(Sink.TakeLogs(), "Internal error. supported cores list has insufficent size.");
   EXPECT_EQ(LibraryVersionText(61002), "6.10b");
   EXPECT_EQ(LibraryVersionText(70401), "7.04a");
 }

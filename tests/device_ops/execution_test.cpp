@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "device_fixture.h"
 
 namespace {
@@ -116,6 +118,120 @@ TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
   EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), 0);
   EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
   EXPECT_TRUE(Probe.BPs.empty()) << "a reset removes the hidden breakpoint";
+}
+
+TEST_F(CExecutionTest, ResetModes) {
+  const std::string sHardware =
+      "SetResetType 0, SetResetDelay 0, SetInitRegsOnReset 1, Halt, SetEndian 0, Reset, Halt, "
+      "SetEndian 0";
+  const std::string sWhole = sHardware + ", ClrBPEx 8000120, IsHalted";
+  const struct {
+    RESET_MODES Mode;
+    std::string sCalls;
+    bool bDone, bDoneOnResume;  // the start-up
+  } aCase[] = {
+      {RM_RESET_HALT, sWhole, true, true},
+      {RM_BREAK_AT_SYMBOL, sWhole, false, false},
+      {RM_RESET_AND_RUN, sWhole, false, true},
+      {RM_BEFORE_DOWNLOAD, sWhole, false, false},
+  };
+  for (const auto& Case : aCase) {
+    SCOPED_TRACE(Case.Mode);
+    ConnectHalted();
+    Ops.Control.RunTo(NEXT);
+    Forget();
+    EXPECT_EQ(Ops.Control.Reset(Case.Mode), 0);
+    EXPECT_EQ(Probe.CallText({"SetResetType", "SetResetDelay", "SetInitRegsOnReset", "Halt", "SetEndian", "Reset",
+                              "ClrBPEx", "IsHalted"}),
+              Case.sCalls);
+    EXPECT_EQ(Sink.TakeLogs(), "Resetting target...");
+    EXPECT_EQ(Ctx.State.Exec.bStartupDone, Case.bDone);
+    EXPECT_EQ(Ctx.State.ResetMode, Case.Mode);
+    Ops.Control.Continue();
+    EXPECT_EQ(Ctx.State.Exec.bStartupDone, Case.bDoneOnResume);
+  }
+  ConnectHalted();
+  Ops.Control.RunTo(NEXT);
+  Ctx.State.Exec.bStartupDone = true;
+  Forget();
+  EXPECT_EQ(Ops.Control.Reset(RM_HARDWARE_ONLY), 0);
+  EXPECT_EQ(Probe.CallText(), sHardware) << "nothing else";
+  EXPECT_TRUE(Ctx.State.Exec.bStartupDone && Ctx.State.HiddenBP.Addr == NEXT);
+  EXPECT_EQ(Ctx.State.ResetMode, RM_BEFORE_DOWNLOAD);
+}
+
+TEST_F(CExecutionTest, WhatAnUnconnectedTargetAnswers) {
+  const std::tuple<const char*, std::function<int()>, int> aCase[] = {
+      {"Halt: not connected", [this] { return Ops.Control.Halt(); }, -1},
+      {"Continue: not connected", [this] { return Ops.Control.Continue(); }, -1},
+      {"Reset: not connected", [this] { return Ops.Control.Reset(RM_RESET_HALT); }, -1},
+      {"Reset: not connected", [this] { return Ops.Control.Reset(RM_HARDWARE_ONLY); }, -1},
+      {"SetTargetExecState: not connected", [this] { return Ops.Target.SetTargetExecState(1, 2); }, -1},
+      {"cannot step. target not connected", [this] { return Ops.Stepper.StepInst(); }, -1},
+      {"cannot step. target not connected; run to: target not ready", [this] { return Ops.Control.RunTo(NEXT); }, -1},
+      {"", [this] { return Ops.Control.WaitForHaltedOrTimeout(1000); }, 0},
+      {"", [this] { return Ops.Control.PollTargetHaltStatus(0); }, 0},
+      {"", [this] { return Ops.Control.IsTargetHalted(); }, 0},
+  };
+  for (const auto& [sLog, Call, Result] : aCase) {
+    EXPECT_EQ(Call(), Result) << sLog;
+    EXPECT_EQ(Sink.TakeLogs(), sLog);
+  }
+  EXPECT_EQ(Probe.CallText(), "");
+  Connect();
+  EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "cannot step. target not halted; run to: target not ready");
+}
+
+TEST_F(CExecutionTest, AskingWhetherItIsHaltedIsCheap) {
+  Connect();
+  Probe.Halted = 2;
+  EXPECT_TRUE(Ops.Control.IsTargetHalted()) << "anything above 0 is halted";
+  Probe.Halted = 0;
+  EXPECT_FALSE(Ops.Control.IsTargetHalted()) << "asked a moment ago";
+  Probe.Halted = 1;
+  EXPECT_FALSE(Ops.Control.IsTargetHalted());
+  Now += 51;
+  EXPECT_TRUE(Ops.Control.IsTargetHalted());
+  EXPECT_EQ(Probe.Count("IsHalted"), 2);
+  Ctx.State.Exec.bHalted = true;
+  Now += 1000;
+  EXPECT_TRUE(Ops.Control.IsTargetHalted());
+  EXPECT_EQ(Probe.Count("IsHalted"), 2) << "known already";
+}
+
+TEST_F(CExecutionTest, ARunToTheStartSymbolMakesTheSessionReady) {
+  for (const U32 Symbol : {NEXT, MAIN}) {
+    Connect(CM_DOWNLOAD_RESET);
+    Ops.Configurator.SetConfigParam(DCP_BREAK_SYMBOL_ADDR, static_cast<int>(Symbol));
+    ASSERT_EQ(Ops.Control.Reset(RM_BREAK_AT_SYMBOL), 0);
+    ASSERT_EQ(Ops.Control.RunTo(NEXT), 1);
+    Ops.Control.Continue();
+    Forget();
+    HaltAt(NEXT);
+    const bool bAtSymbol = Symbol == NEXT;
+    EXPECT_EQ(Sink.TakeEvents(),
+              bAtSymbol ? "JT_RUN_TO 0 8000120 8000120; JT_HALT 0 3 8000120" : "JT_HALT 0 3 8000120");
+    EXPECT_EQ(Ctx.State.Exec.bSessionReady, bAtSymbol);
+    EXPECT_EQ(Ctx.State.Exec.bStartupDone, bAtSymbol);
+  }
+}
+
+TEST_F(CExecutionTest, RequestsAreCompletedBetweenJobs) {
+  ConnectHalted();
+  Ctx.State.Requests.PendingResetMode = RM_RESET_HALT;
+  Ctx.State.Requests.bInitRegsPending = true;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 0 0 8000100; JT_HALT 0 1 8000400") << "the registers as after a reset";
+  EXPECT_EQ(Probe.CallText(), "") << "neither resets the target again";
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "") << "once";
+  Ctx.State.Exec.bHalted = false;
+  Probe.Halted = 0;
+  Ctx.State.Requests.PendingResetMode = RM_RESET_HALT;
+  Ops.CheckHandleNotifications();
+  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 1 0 8000400");
+  EXPECT_TRUE(HasLog("Target did not halt following reset"));
 }
 
 TEST_F(CExecutionTest, ResetFailures) {

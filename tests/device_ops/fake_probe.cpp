@@ -108,6 +108,13 @@ void AddDevicesAndConfig(VNODE_API& Api) {
   Api.VNODEARM_SetResetDelay = [](int Ms) { Call("SetResetDelay %x", Ms); };
   Api.VNODEARM_SetInitRegsOnReset = [](int On) { Call("SetInitRegsOnReset %x", On); };
   Api.VNODEARM_EnableSoftBPs = [](int On) { Call("EnableSoftBPs %x", On); };
+  Api.VNODEARM_EMU_HasCapEx = [](U32 Capability) { return static_cast<int>(g_pFake->Capabilities.count(Capability)); };
+  Api.VNODEARM_SWO_GetCompatibleSpeeds = [](U32 CPUHz, U32, U32* paSpeed, U32 NumItems) {
+    if (!Call("SWO_GetCompatibleSpeeds %x", CPUHz)) return -1;
+    const size_t Count = std::min<size_t>(NumItems, g_pFake->SWOSpeeds.size());
+    std::copy_n(g_pFake->SWOSpeeds.begin(), Count, paSpeed);
+    return static_cast<int>(g_pFake->SWOSpeeds.size());
+  };
   Api.VNODEARM_RAWTRACE_Control = [](U32, void* pData) {
     *static_cast<U32*>(pData) = g_pFake->RawTraceCaps;
     return 0;

@@ -38,7 +38,9 @@ public:
   U32 SpeedKHz = 4000;
   U32 Version = 61002;
   U32 RawTraceCaps = 0x20;
-  int HasBMA = 1;  // answer of the optional function
+  std::set<U32> Capabilities = {VNODE_CAP_SWO};
+  std::vector<U32> SWOSpeeds;  // in Hz
+  int HasBMA = 1;              // answer of the optional function
   int Endianness = 0;
   std::set<int> OptionalFuncs = {VNODE_FUNC_HAS_BMA, VNODE_FUNC_GET_ENDIANNESS};
   std::vector<VNODEARM_DEVICE_INFO> Devices;
