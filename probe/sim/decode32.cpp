@@ -5,8 +5,6 @@ namespace sim {
 
 namespace {
 
-inline constexpr U16 UNDEFINED_ON_PURPOSE = 0xF7F0;
-
 // AND to RSB in the order of the instruction's field; NUM where there is none.
 constexpr ALU_OP ALU_FIELD[16] = {ALU_OP::AND, ALU_OP::BIC, ALU_OP::ORR, ALU_OP::ORN, ALU_OP::EOR, ALU_OP::NUM,
                                   ALU_OP::NUM, ALU_OP::NUM, ALU_OP::ADD, ALU_OP::NUM, ALU_OP::ADC, ALU_OP::SBC,
@@ -222,7 +220,7 @@ bool IsKnownToV6(U16 First, U16 Second) {
 void Decode32(STATE& S, INST* pI, U16 First, U16 Second) {
   pI->Halfwords = 2;
   SetHandler(pI, RunUndefined);
-  if (First == UNDEFINED_ON_PURPOSE || (!S.bV7 && !IsKnownToV6(First, Second))) return;
+  if (!S.bV7 && !IsKnownToV6(First, Second)) return;
   if ((First & 0xEC00) == 0xEC00) return DecodeCoprocessor(S, pI, First, Second);
   switch (Bits(First, 12, 9)) {
     case 0b0100:

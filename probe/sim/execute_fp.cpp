@@ -184,16 +184,14 @@ void RoundToIntegral(STATE& S, const INST* pI) {
   SetD(S, pI, FpRoundInt(M<T>(S, pI), Rounding(S, pI), pI->Ra, S.Fp.FPSCR));
 }
 
-inline constexpr U32 WORD_BITS = 32;
-
 template <class T>
 void ToInteger(STATE& S, const INST* pI) {
-  SetD(S, pI, FpToFixed(M<T>(S, pI), {WORD_BITS, 0, !pI->Ra}, Rounding(S, pI), S.Fp.FPSCR));
+  SetD(S, pI, FastToInteger(M<T>(S, pI), pI->Ra, Rounding(S, pI), S.Fp.FPSCR));
 }
 
 template <class T>
 void FromInteger(STATE& S, const INST* pI) {
-  SetD(S, pI, FpFromFixed<T>(M<U32>(S, pI), {WORD_BITS, 0, !pI->Ra}, RoundingOf(S.Fp.FPSCR), S.Fp.FPSCR));
+  SetD(S, pI, FastFromInteger<T>(M<U32>(S, pI), pI->Ra, S.Fp.FPSCR));
 }
 
 template <class T>

@@ -105,4 +105,28 @@ inline U32 FastCompare(T BitsA, T BitsB, bool bQuietToo, U32& Fpscr) {
   return (A < B ? 8u : A > B ? 2u : 6u) << 28;
 }
 
+// To a 32-bit integer, towards zero.
+template <class T>
+inline U32 FastToInteger(T BitsA, bool bSigned, FP_ROUND Rounding, U32& Fpscr) {
+  using F = HOST_FP<T>;
+  constexpr F LIMIT = 2147483648.0;
+  const F A = ToHost(BitsA);
+  const bool bFits = bSigned ? A > -LIMIT && A < LIMIT : A >= 0 && A < 2 * LIMIT;
+  if (Rounding != FP_ROUND::ZERO || !IsMiddling(BitsA) || !bFits) [[unlikely]]
+    return FpToFixed(BitsA, {32, 0, !bSigned}, Rounding, Fpscr);
+  const I64 Integer = static_cast<I64>(A);
+  if (static_cast<F>(Integer) != A) Fpscr |= FPSCR_IXC;
+  return static_cast<U32>(Integer);
+}
+
+template <class T>
+inline T FastFromInteger(U32 Value, bool bSigned, U32& Fpscr) {
+  const double Exact = bSigned ? static_cast<double>(static_cast<I32>(Value)) : static_cast<double>(Value);
+  if (Fpscr & FPSCR_RMODE) [[unlikely]]
+    return FpFromFixed<T>(Value, {32, 0, !bSigned}, RoundingOf(Fpscr), Fpscr);
+  const HOST_FP<T> Rounded = static_cast<HOST_FP<T>>(Exact);
+  if (static_cast<double>(Rounded) != Exact) Fpscr |= FPSCR_IXC;
+  return FromHost<T>(Rounded);
+}
+
 }  // namespace sim

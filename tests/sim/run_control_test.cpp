@@ -128,6 +128,24 @@ TEST(CCode, StoresToCodeTakeEffect) {
   EXPECT_EQ(Board.Reg(1), 8u);
 }
 
+// The first halfword 0xF7F0 belongs to branches far back as well as to the instruction that is undefined on purpose.
+TEST(CCode, LongBranchesBack) {
+  constexpr U32 FROM = 0xFF00;
+  const std::tuple<const char*, U16, U32, U32> ROWS[] = {
+      {"bl", 0xF8FE, CODE_START, 0}, {"b.w", 0xB8FE, CODE_START, 0}, {"udf.w", 0xA000, HANDLER, 3}};
+  for (const auto& [sName, Second, Target, Exc] : ROWS) {
+    SCOPED_TRACE(sName);
+    CBoard Board;
+    Board.Load({BKPT});
+    const U16 aCode[] = {0xF7F0, Second};
+    Board.Program(FROM, sizeof(aCode), aCode);
+    Board.WriteReg(VNODE_REG_PC, FROM);
+    Board.Step();
+    EXPECT_EQ(Board.Pc(), Target);
+    EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Exc);
+  }
+}
+
 TEST(CCode, SecondHalfwordIsWatchedToo) {
   CBoard Board;
   Board.Load({NOP});
