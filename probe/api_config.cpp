@@ -67,7 +67,10 @@ U32 VNODEARM_GetSpeed() {
 
 int VNODEARM_SetEndian(int Endian) {
   CApiCall Call;
-  if (Endian == 0) return 0;
+  if (Endian == 0 || Call->Config.Server) {
+    Call->Config.bBigEndian = Endian != 0;
+    return 0;
+  }
   Call->Messages.Add(MSG_KIND::ERROR, "The simulated core is little endian");
   return -1;
 }

@@ -8,7 +8,9 @@ namespace {
 
 constexpr U32 LIBRARY_VERSION = 62010;  // 6.20j
 constexpr U32 DEFAULT_SERIAL_NO = 600000001;
+constexpr int SELECT_IP_FAILED = 1;
 constexpr const char* FIRMWARE_TEXT = "V-Node simulator V1";
+constexpr const char* SERVER_TEXT = "V-Node client of GDB servers V1";
 
 void SetCallback(MSG_KIND Kind, VNODE_TEXT_CALLBACK pfCallback) {
   CSession::Get().Messages.SetCallback(Kind, pfCallback);
@@ -66,15 +68,24 @@ U8 VNODEARM_IsConnected() {
   return Call->IsConnected();
 }
 
-int VNODEARM_SelectIP(const char*, int) {
+int VNODEARM_SelectIP(const char* sHost, int Port) {
   CApiCall Call;
-  Call->Messages.Add(MSG_KIND::ERROR, "Probes on the network are not supported");
-  return 1;
+  GDB_SERVER_ADDRESS Address;
+  if (Call->Faults.Take(FAULT_POINT::SelectIP)) return SELECT_IP_FAILED;
+  if (!Address.Parse(sHost ? sHost : "", Port)) {
+    Call->Messages.Add(MSG_KIND::ERROR,
+                       FormatText("\"%s\" is no host, host:port or host:port,qmp=port", sHost ? sHost : ""));
+    return SELECT_IP_FAILED;
+  }
+  Call->Config.Server = Address;
+  Call->Config.SerialNo = 0;
+  return 0;
 }
 
 int VNODEARM_SelectUSB(int) {
   CApiCall Call;
   if (Call->Faults.Take(FAULT_POINT::SelectUSB)) return -1;
+  Call->Config.Server.reset();
   Call->Config.SerialNo = DEFAULT_SERIAL_NO;
   return 0;
 }
@@ -82,6 +93,7 @@ int VNODEARM_SelectUSB(int) {
 int VNODEARM_EMU_SelectByUSBSN(U32 SerialNo) {
   CApiCall Call;
   if (Call->Faults.Take(FAULT_POINT::EMU_SelectByUSBSN)) return -1;
+  Call->Config.Server.reset();
   Call->Config.SerialNo = SerialNo;
   return 0;
 }
@@ -97,7 +109,8 @@ U32 VNODEARM_GetSN() {
 }
 
 void VNODEARM_GetFirmwareString(char* acBuffer, int Size) {
-  CopyText(FIRMWARE_TEXT, acBuffer, Size > 0 ? static_cast<size_t>(Size) : 0);
+  CApiCall Call;
+  CopyText(Call->Config.Server ? SERVER_TEXT : FIRMWARE_TEXT, acBuffer, Size > 0 ? static_cast<size_t>(Size) : 0);
 }
 
 void VNODEARM_EnableLog(VNODE_TEXT_CALLBACK pfLog) {

@@ -43,7 +43,9 @@ void CMessages::WriteToFile(const char* sKind, const char* sText) {
 void CMessages::Add(MSG_KIND Kind, std::string sText) {
   std::lock_guard Lock(m_Mutex);
   WriteToFile(KIND_TEXTS[static_cast<int>(Kind)], sText.c_str());
-  if (m_Queue.size() < MAX_QUEUED_MESSAGES) m_Queue.push_back({Kind, std::move(sText)});
+  // What a target prints does not keep its errors from being heard.
+  const size_t Limit = Kind == MSG_KIND::LOG ? MAX_QUEUED_MESSAGES : 2 * MAX_QUEUED_MESSAGES;
+  if (m_Queue.size() < Limit) m_Queue.push_back({Kind, std::move(sText)});
 }
 
 void CMessages::Trace(const char* sText) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "device/probe_api/records.h"
+#include "probe/gdb/server_address.h"
 
 struct RTT_SEARCH_RANGE {
   U32 Addr = 0;
@@ -13,11 +15,13 @@ struct RTT_SEARCH_RANGE {
 // What the caller has configured. Stays over Close.
 struct PROBE_CONFIG {
   U32 SerialNo = 0;
+  std::optional<GDB_SERVER_ADDRESS> Server;  // where the target is served; none: it is simulated
   int DeviceIndex = -1;
   int TargetIF = VNODE_TIF_SWD;
   int IRPre = 0;
   int DRPre = 0;
   U32 SpeedKHz = 4000;
+  bool bBigEndian = false;
   U32 CoreIndex = 0;
   int ResetType = 0;
   int ResetDelayMs = 0;

@@ -1,5 +1,6 @@
 #include "probe/session.h"
 
+#include "probe/gdb/gdb_target.h"
 #include "probe/sim_target.h"
 #include "probe/text.h"
 
@@ -25,6 +26,7 @@ void CSession::ReleaseTarget() {
   DataEvents.ClearAll(*m_pTarget);
   m_pTarget->AbandonDownload(VNODE_DOWNLOAD_OK);
   m_pTarget->Release();
+  if (m_sTargetKey.empty()) m_pTarget.reset();
 }
 
 void CSession::Close() {
@@ -56,6 +58,21 @@ int CSession::ConnectSimulator(const DEVICE_ROW& Device) {
   return 0;
 }
 
+int CSession::ConnectServer(const DEVICE_ROW& Device) {
+  ReleaseTarget();
+  m_sTargetKey.clear();
+  std::string sError;
+  m_pTarget = CGdbTarget::Connect(Device, Config, Messages, &sError);
+  if (!m_pTarget) {
+    Messages.Add(MSG_KIND::ERROR, sError);
+    return -1;
+  }
+  const std::string sServer = Config.Server->Text();
+  Messages.Add(MSG_KIND::LOG, FormatText("Connected to the GDB server %s as %s with core %s", sServer.c_str(),
+                                         Device.sName, Device.pCore->sName));
+  return 0;
+}
+
 int CSession::Connect() {
   if (!m_bOpen) {
     Messages.Add(MSG_KIND::ERROR, "Connect: the probe is not open");
@@ -71,7 +88,7 @@ int CSession::Connect() {
     Messages.Add(MSG_KIND::ERROR, "No device is selected");
     return -1;
   }
-  if (ConnectSimulator(Device) < 0) return -1;
+  if ((Config.Server ? ConnectServer(Device) : ConnectSimulator(Device)) < 0) return -1;
   m_bConnected = true;
   m_bLost = false;
   return 0;

@@ -55,13 +55,15 @@ public:
 
 private:
   int ConnectSimulator(const DEVICE_ROW& Device);
+  int ConnectServer(const DEVICE_ROW& Device);
   void ReleaseTarget();
 
   bool m_bOpen = false;
   bool m_bConnected = false;
   bool m_bLost = false;
   std::string m_sOpenError;
-  // A simulated board stays powered between two connections to the same device and serial number.
+  // A simulated board stays powered between two connections to the same device and serial number. Its key is empty for
+  // any other target, which ends with its connection.
   std::unique_ptr<CTarget> m_pTarget;
   std::string m_sTargetKey;
   std::unique_ptr<CWebControl> m_pWeb;  // the last member: it reads the others

@@ -10,6 +10,7 @@ namespace {
 sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   sim::BOARD_SPEC Spec;
   Spec.Arch = *Device.pCore->SimArch;
+  Spec.Fpu = Device.pCore->SimFpu;
   Spec.Flash = Device.Flash;
   Spec.RAM[0] = Device.RAM[0];
   Spec.RAM[1] = Device.RAM[1];
@@ -49,7 +50,8 @@ std::string CSimTarget::WhyNot(const DEVICE_ROW& Device, const PROBE_CONFIG& Con
 
 TARGET_CAPS CSimTarget::Caps() const {
   TARGET_CAPS Caps;
-  Caps.bBackgroundAccess = true;  // memory is read between two slices of the running firmware
+  Caps.bBackgroundAccess = true;  // memory is accessed between two slices of the running firmware
+  Caps.bBackgroundRead = true;
   Caps.bSwo = CSimSwo::Exists(m_Board);
   Caps.bInstTrace = true;
   return Caps;

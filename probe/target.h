@@ -14,6 +14,7 @@ enum VNODE_DEBUG_INFOS : U32 { VNODE_DEBUG_INFO_HAS_SECURITY_EXT = 271 };
 // never faked.
 struct TARGET_CAPS {
   bool bBackgroundAccess = false;  // memory can be read and written while the core runs, without stopping it
+  bool bBackgroundRead = false;    // it can be read so; written only while the core is halted
   bool bSwo = false;               // CTarget::Swo is there
   bool bInstTrace = false;         // CTarget::InstTrace is there
 };
