@@ -199,7 +199,7 @@ bool CDevice::IsRequestPending() const {
 
 bool CDevice::IsHaltUnderWay() const {
   const DEVICE_EXEC_FLAGS& Exec = pParts->Ctx.State.Exec;
-  return IsConnected() && (Exec.bUserHalt || Exec.bHaltPending);
+  return IsConnected() && !IsConnectionLost() && (Exec.bUserHalt || Exec.bHaltPending);
 }
 
 bool CDevice::WaitUntilHalted(int TimeoutMS) {

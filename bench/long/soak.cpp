@@ -44,9 +44,7 @@ void BeforeTargetReset (void) { Target.WriteU32 (0x20009000, 1); Break.Set (0x33
 void AfterTargetReset (void) { Target.GetReg ("PC"); Util.Sleep (5); Break.Clear (0x330); }
 void BeforeTargetResume (void) { Target.WriteU32 (0x20009004, Target.ReadU32 (0x20009000) + 1); }
 void AfterTargetHalt (void) { Target.SetReg ("R5", 7); Target.ReadU8 (0x20009003); Util.Sleep (3); }
-void AfterTargetDownload (void) {
-  Target.SetReg ("SP", Target.ReadU32 (0)); Target.SetReg ("PC", Target.ReadU32 (4));
-}
+void BeforeTargetDownload (void) { Target.WriteU8 (0x20009008, 3); Util.Sleep (2); }
 void BeforeTargetDisconnect (void) { Target.ReadU16 (0x20009002); }
 )"_s;
 
@@ -138,6 +136,8 @@ private:
   void Check() {
     m_Watchdog.Begin(u"check: sim.clear-faults"_s);
     CDevice::Get().ScheduleExecVNodeCmd("sim.clear-faults");
+    // One that was asked for while the target did not halt is still awaited.
+    CDevice::Get().ScheduleHalt();
     m_Checks.Settle();
     m_Watchdog.Begin(u"check: jobs"_s);
     m_Checks.CheckJobs();

@@ -37,10 +37,13 @@ CSoakChecks::CSoakChecks(CMainWindow& Window, CSoakWatchdog& Watchdog) : m_Windo
   if (!m_pfGetBPInfo) m_Watchdog.Fail(QStringLiteral("the probe library is not loaded"));
 }
 
-bool CSoakChecks::IsIdle() const {
+QString CSoakChecks::Busy() const {
   const CDevice& Device = CDevice::Get();
-  return !Device.IsJobPending(JT_ANY) && !Device.IsRequestPending() && !Device.IsHaltUnderWay() &&
-         !Device.HasEvents() && m_Window.IsIdle();
+  if (Device.IsJobPending(JT_ANY)) return QStringLiteral("a job");
+  if (Device.IsRequestPending()) return QStringLiteral("a request");
+  if (Device.IsHaltUnderWay()) return QStringLiteral("a halt");
+  if (Device.HasEvents()) return QStringLiteral("an event");
+  return m_Window.IsIdle() ? QString() : QStringLiteral("the window");
 }
 
 void CSoakChecks::Settle() {
@@ -51,8 +54,9 @@ void CSoakChecks::Settle() {
   while (Quiet.elapsed() < QUIET_MS) {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     QThread::msleep(1);
-    if (!IsIdle()) Quiet.restart();
-    if (Total.elapsed() > SETTLE_LIMIT_MS) m_Watchdog.Fail(QStringLiteral("something never ends"));
+    const QString sBusy = Busy();
+    if (!sBusy.isEmpty()) Quiet.restart();
+    if (Total.elapsed() > SETTLE_LIMIT_MS) m_Watchdog.Fail(QStringLiteral("%1 never ends").arg(sBusy));
   }
 }
 

@@ -24,7 +24,8 @@ public:
   long CheckMemory();
 
 private:
-  bool IsIdle() const;
+  // What is on its way; empty when nothing is.
+  QString Busy() const;
 
   CMainWindow& m_Window;
   CSoakWatchdog& m_Watchdog;
