@@ -1,4 +1,3 @@
-#include "base/endian.h"
 #include "core/decoder/decode_word.h"
 
 namespace {
@@ -23,7 +22,7 @@ int DISASM_DecodeARM(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 Nu
   Inst.Addr = Addr;
   Inst.PC = Addr + ARM_PC_OFFSET;
   Inst.pContext = &Context;
-  Inst.Word = LoadInt<U32>(pBytes, Context.BigEndian != 0);
+  Inst.Word = LoadCode<U32>(pBytes, Context.BigEndian != 0);
   Inst.Cond = Inst.Word >> 28;
   const U32 Key = Inst.Cond == COND_NONE ? Inst.Word : (Inst.Word & BITS_BELOW_COND) | ALWAYS_KEY;
   const int Kind = DecodeWord(Inst, ArmTable(), Key, sText, TextSize);

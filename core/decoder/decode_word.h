@@ -1,6 +1,10 @@
 #pragma once
 // What the two entry points share.
 
+#include <bit>
+#include <cstring>
+
+#include "base/endian.h"
 #include "core/decoder/inst_kind.h"
 #include "core/decoder/row_table.h"
 
@@ -10,6 +14,15 @@ inline void LogError(const DISASM_CONTEXT& Context, const char* sText) {
 
 inline void LogWarning(const DISASM_CONTEXT& Context, const char* sText) {
   if (Context.pAPI != nullptr && Context.pAPI->pfLogWarning) Context.pAPI->pfLogWarning(sText);
+}
+
+// A halfword or word of code.
+template <typename T>
+T LoadCode(const U8* pBytes, bool bBigEndian) {
+  T Value;
+  std::memcpy(&Value, pBytes, sizeof(T));
+  if (bBigEndian != (std::endian::native == std::endian::big)) return LoadInt<T>(pBytes, bBigEndian);
+  return Value;
 }
 
 // Classification and text of Inst by the row that the table has for Key; the row's kind, or -1 when there is none.

@@ -50,7 +50,7 @@ void NextReg(OUT& Out, const INST& Inst, ARGS Args) {
 // The destination of a move from a coprocessor: in the place of the PC it is the flags.
 void RegOrFlags(OUT& Out, const INST& Inst, ARGS Args) {
   const U32 Index = Inst.Bits(Args.Low, 4);
-  Out.Add(Index == REG_PC ? "APSR_nzcv" : RegName(Index));
+  Out.Add(Index == REG_PC ? std::string_view("APSR_nzcv") : RegName(Index));
 }
 void HighDest(OUT& Out, const INST& Inst, ARGS) {
   Out.Add(RegName(Inst.Bits(7, 1) << 3 | Inst.Bits(0, 3)));

@@ -4,21 +4,21 @@
 
 namespace {
 
-constexpr const char* aReg[] = {"R0", "R1", "R2",  "R3",  "R4",  "R5", "R6", "R7",
-                                "R8", "R9", "R10", "R11", "R12", "SP", "LR", "PC"};
-constexpr const char* aCond[] = {"EQ", "NE", "CS", "CC", "MI", "PL", "VS", "VC",
-                                 "HI", "LS", "GE", "LT", "GT", "LE", "",   ""};
-constexpr const char* aBarrier[] = {"0", "1", "OSHST", "OSH", "4",  "5",  "NSHST", "NSH",
-                                    "8", "9", "ISHST", "ISH", "12", "13", "ST",    ""};
-constexpr const char* aInterruptFlags[] = {"", "f", "i", "if", "a", "af", "ai", "aif"};
-constexpr const char* aShift[] = {"LSL", "LSR", "ASR", "ROR"};
+constexpr std::string_view aReg[] = {"R0", "R1", "R2",  "R3",  "R4",  "R5", "R6", "R7",
+                                     "R8", "R9", "R10", "R11", "R12", "SP", "LR", "PC"};
+constexpr std::string_view aCond[] = {"EQ", "NE", "CS", "CC", "MI", "PL", "VS", "VC",
+                                      "HI", "LS", "GE", "LT", "GT", "LE", "",   ""};
+constexpr std::string_view aBarrier[] = {"0", "1", "OSHST", "OSH", "4",  "5",  "NSHST", "NSH",
+                                         "8", "9", "ISHST", "ISH", "12", "13", "ST",    ""};
+constexpr std::string_view aInterruptFlags[] = {"", "f", "i", "if", "a", "af", "ai", "aif"};
+constexpr std::string_view aShift[] = {"LSL", "LSR", "ASR", "ROR"};
 
-constexpr const char* aCPSR[] = {"CPSR",    "CPSR_c",   "CPSR_x",   "CPSR_xc",  "CPSR_s",  "CPSR_sc",
-                                 "CPSR_sx", "CPSR_sxc", "CPSR_f",   "CPSR_fc",  "CPSR_fx", "CPSR_fxc",
-                                 "CPSR_fs", "CPSR_fsc", "CPSR_fsx", "CPSR_fsxc"};
-constexpr const char* aSPSR[] = {"SPSR",    "SPSR_c",   "SPSR_x",   "SPSR_xc",  "SPSR_s",  "SPSR_sc",
-                                 "SPSR_sx", "SPSR_sxc", "SPSR_f",   "SPSR_fc",  "SPSR_fx", "SPSR_fxc",
-                                 "SPSR_fs", "SPSR_fsc", "SPSR_fsx", "SPSR_fsxc"};
+constexpr std::string_view aCPSR[] = {"CPSR",    "CPSR_c",   "CPSR_x",   "CPSR_xc",  "CPSR_s",  "CPSR_sc",
+                                      "CPSR_sx", "CPSR_sxc", "CPSR_f",   "CPSR_fc",  "CPSR_fx", "CPSR_fxc",
+                                      "CPSR_fs", "CPSR_fsc", "CPSR_fsx", "CPSR_fsxc"};
+constexpr std::string_view aSPSR[] = {"SPSR",    "SPSR_c",   "SPSR_x",   "SPSR_xc",  "SPSR_s",  "SPSR_sc",
+                                      "SPSR_sx", "SPSR_sxc", "SPSR_f",   "SPSR_fc",  "SPSR_fx", "SPSR_fxc",
+                                      "SPSR_fs", "SPSR_fsc", "SPSR_fsx", "SPSR_fsxc"};
 
 constexpr const char* aBanked[] = {"R8_usr", "R9_usr", "R10_usr", "R11_usr", "R12_usr", "SP_usr", "LR_usr",  nullptr,
                                    "R8_fiq", "R9_fiq", "R10_fiq", "R11_fiq", "R12_fiq", "SP_fiq", "LR_fiq",  nullptr,
@@ -49,22 +49,22 @@ constexpr SYS_REG aSysReg[] = {
 
 }  // namespace
 
-const char* RegName(U32 Reg) {
+std::string_view RegName(U32 Reg) {
   return aReg[Reg & 15];
 }
-const char* CondName(U32 Cond) {
+std::string_view CondName(U32 Cond) {
   return aCond[Cond & 15];
 }
-const char* BarrierName(U32 Option) {
+std::string_view BarrierName(U32 Option) {
   return aBarrier[Option & 15];
 }
-const char* InterruptFlagsName(U32 Flags) {
+std::string_view InterruptFlagsName(U32 Flags) {
   return aInterruptFlags[Flags & 7];
 }
-const char* ShiftName(U32 Type) {
+std::string_view ShiftName(U32 Type) {
   return Type < std::size(aShift) ? aShift[Type] : "??";
 }
-const char* StatusRegName(bool bSaved, U32 FieldMask) {
+std::string_view StatusRegName(bool bSaved, U32 FieldMask) {
   return (bSaved ? aSPSR : aCPSR)[FieldMask & 15];
 }
 

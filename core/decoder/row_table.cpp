@@ -1,5 +1,7 @@
 #include "core/decoder/row_table.h"
 
+#include <map>
+
 namespace {
 
 // The bits that tell most encodings apart.
@@ -27,20 +29,23 @@ CRowTable::CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD HighField,
 
 void CRowTable::FillBuckets() {
   const U32 NumBuckets = 1u << (High.Width + Low.Width);
-  std::vector<std::vector<SLOT>> aBucket(NumBuckets);
+  std::vector<std::vector<U16>> aBucket(NumBuckets);
   for (size_t i = 0; i < aEntry.size(); ++i) {
     const INST_ROW& Row = *aEntry[i].pRow;
     const U32 Free = ~IndexOf(Row.Mask) & (NumBuckets - 1);
     for (U32 Part = Free;; Part = (Part - 1) & Free) {  // every combination of the free bits
-      aBucket[IndexOf(Row.Value) | Part].push_back({Row.Mask, Row.Value, static_cast<U16>(i), aEntry[i].MinArch});
+      aBucket[IndexOf(Row.Value) | Part].push_back(static_cast<U16>(i));
       if (Part == 0) break;
     }
   }
+  std::map<std::vector<U16>, U16> FirstSlots;
   for (const auto& Bucket : aBucket) {
-    aFirstSlot.push_back(static_cast<U32>(aSlot.size()));
-    aSlot.insert(aSlot.end(), Bucket.begin(), Bucket.end());
+    const auto [Found, bNew] = FirstSlots.try_emplace(Bucket, static_cast<U16>(aSlot.size()));
+    aFirstSlot.push_back(Found->second);
+    if (!bNew) continue;
+    for (const U16 i : Bucket) aSlot.push_back({aEntry[i].pRow->Mask, aEntry[i].pRow->Value, i, aEntry[i].MinArch});
+    aSlot.push_back({0, 0, NO_ENTRY, 0});
   }
-  aFirstSlot.push_back(static_cast<U32>(aSlot.size()));
 }
 
 const CRowTable& Thumb16Table() {

@@ -35,16 +35,15 @@ public:
   CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD High, INDEX_FIELD Low);
   // Null when no row of this architecture version matches.
   const TABLE_ENTRY* Find(U32 Word, U32 ArchVersion) const {
-    const U32 Bucket = IndexOf(Word);
-    for (U32 i = aFirstSlot[Bucket]; i < aFirstSlot[Bucket + 1]; ++i) {
-      const SLOT& Slot = aSlot[i];
-      if ((Word & Slot.Mask) == Slot.Value && ArchVersion >= Slot.MinArch) return &aEntry[Slot.Entry];
-    }
-    return nullptr;
+    const SLOT* pSlot = &aSlot[aFirstSlot[IndexOf(Word)]];
+    while ((Word & pSlot->Mask) != pSlot->Value || ArchVersion < pSlot->MinArch) ++pSlot;
+    return pSlot->Entry != NO_ENTRY ? &aEntry[pSlot->Entry] : nullptr;
   }
   const std::vector<TABLE_ENTRY>& Entries() const { return aEntry; }
 
 private:
+  static constexpr U16 NO_ENTRY = 0xFFFF;
+
   struct SLOT {
     U32 Mask;
     U32 Value;
@@ -60,8 +59,8 @@ private:
   INDEX_FIELD High;
   INDEX_FIELD Low;
   std::vector<TABLE_ENTRY> aEntry;
-  std::vector<SLOT> aSlot;      // bucket by bucket
-  std::vector<U32> aFirstSlot;  // of each bucket, and the end
+  std::vector<SLOT> aSlot;      // the rows of each bucket, then one that matches everything and has no entry
+  std::vector<U16> aFirstSlot;  // of each bucket; buckets with the same rows share them
 };
 
 const CRowTable& Thumb16Table();

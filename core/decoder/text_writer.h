@@ -23,7 +23,11 @@ public:
     Used += Count;
     sText[Used] = 0;
   }
-  void Add(char c) { Add(std::string_view(&c, 1)); }
+  void Add(char c) {
+    if (Used + 1 >= Size) return;
+    sText[Used++] = c;
+    sText[Used] = 0;
+  }
   void AddDec(U32 Value) {
     char aDigit[10];
     U32 First = sizeof(aDigit);

@@ -1,4 +1,3 @@
-#include "base/endian.h"
 #include "core/decoder/decode_word.h"
 
 namespace {
@@ -35,13 +34,13 @@ int DISASM_DecodeThumb(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 
   Inst.Addr = Addr;
   Inst.PC = Addr + THUMB_PC_OFFSET;
   Inst.pContext = &Context;
-  Inst.Word = LoadInt<U16>(pBytes, Context.BigEndian != 0);
+  Inst.Word = LoadCode<U16>(pBytes, Context.BigEndian != 0);
   const bool bWide = IsWide(Inst.Word);
   if (bWide && NumBytes < 4) {
     LogError(Context, "Data buffer too small (< 4 Bytes).");
     return -1;
   }
-  if (bWide) Inst.Word = Inst.Word << 16 | LoadInt<U16>(pBytes + 2, Context.BigEndian != 0);
+  if (bWide) Inst.Word = Inst.Word << 16 | LoadCode<U16>(pBytes + 2, Context.BigEndian != 0);
   if (Inst.InITBlock()) Inst.Cond = Context.ITState >> 4;
 
   const int Kind = DecodeWord(Inst, bWide ? Thumb32Table() : Thumb16Table(), Inst.Word, sText, TextSize);
