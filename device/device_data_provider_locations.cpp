@@ -129,7 +129,12 @@ int CDeviceDataProvider::GetLoc(CDeviceEventListener* pListener, const ELF_SYM_L
   }
   U8 aData[MAX_LOC_BYTES] = {};
   const U32 NumFetched = Place.Kind == LOC_REG ? std::max(NumBytes, REG_BYTES) : NumBytes;
-  if (Access.ReadLocNow(Loc, NumFetched, aData) != 0) {
+  const int Result = Access.ReadLocNow(Loc, NumFetched, aData);
+  if (Result == CDeviceAccess::BUSY) {
+    Log(QStringLiteral("Timeout while waiting for data of location %1").arg(LocText(Loc)), DEVICE_LOG_WARN);
+    return 1;
+  }
+  if (Result != 0) {
     OnDeviceReadLocFailed(Loc, NumFetched);
     return 1;
   }

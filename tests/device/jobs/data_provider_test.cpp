@@ -19,7 +19,7 @@ struct FAKE_ACCESS : CDeviceAccess {
   std::vector<std::function<void()>> aAnswer;
   std::function<bool(U32 Addr)> IsReadable = [](U32) { return true; };
   CDeviceDataProvider* pProvider = nullptr;
-  bool bAccessible = true, bRefuse = false;
+  bool bAccessible = true, bRefuse = false, bBusy = false;
 
   bool IsConnected() const override { return true; }
   bool IsAccessible() const override { return bAccessible; }
@@ -79,7 +79,7 @@ struct FAKE_ACCESS : CDeviceAccess {
   int ReadLocNow(const ELF_SYM_LOC& Loc, U32 NumBytes, U8* paData) override {
     sJobs << Text("now %x+%u", Loc.Addr, NumBytes);
     std::fill_n(paData, NumBytes, 0x5A);
-    return bRefuse ? -1 : 0;
+    return bBusy ? BUSY : bRefuse ? -1 : 0;
   }
   U32 MapRegIndex(U32 LogicReg) override { return LogicReg; }
   U32 NumRegs() override { return VNODE_NUM_REGS; }
@@ -433,6 +433,10 @@ TEST_F(DataProvider, FailuresAreLogged) {
   EXPECT_EQ(Heard(A), "loc failed");
   U8 aData[4];
   EXPECT_EQ(Provider.GetMem(&A, 0x1000, 4, 0, aData), 1);
+  Access.bBusy = true;
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x5000), 4, aData), 1);
+  Access.bBusy = false;
+  EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x5000), 4, aData), 0) << "the next one may have better luck";
   Access.bRefuse = true;
   EXPECT_EQ(Provider.GetLoc(&A, Loc(ELF_LOC_MEM, 0x4000), 4, aData), 1);
   Access.bRefuse = false;
@@ -443,6 +447,7 @@ TEST_F(DataProvider, FailuresAreLogged) {
             "Target memory readout of 16 bytes @ 00001000 failed.\n"
             "Target data readout of 4 bytes @ from location 00003000 failed.\n"
             "Memory @ 00001000 returned from cache\n"
+            "Timeout while waiting for data of location 00005000\n"
             "Target data readout of 4 bytes @ from location 00004000 failed.\n"
             "Timeout while waiting for register data arrival. VNodeRegIdx = 4\n"
             "Timeout while waiting for coprocessor register data arrival 15,1,2,3,4");

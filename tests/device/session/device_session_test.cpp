@@ -46,6 +46,14 @@ struct CWitness : CDeviceEventListener {
   void OnDeviceReadRegsDone(U32 Cnt, U32* paIndex, U64* paValue, U8*) override {
     for (U32 i = 0; i < Cnt; ++i) sHeard << QString("reg %1=%2").arg(paIndex[i]).arg(paValue[i], 0, 16);
   }
+  void OnDeviceReadLocsDone(U32 Cnt, ELF_SYM_LOC*, U64* paValue, U8* paStatus, U32 Tag) override {
+    sHeard << QString("locations %1").arg(Tag);
+    for (U32 i = 0; i < Cnt; ++i) sHeard.last() += QString(" %1/%2").arg(paValue[i], 0, 16).arg(paStatus[i]);
+  }
+  void OnDeviceWriteMemMultipleDone(U32 NumRanges, U32*, U8*) override {
+    sHeard << QString("%1 ranges").arg(NumRanges);
+  }
+  void OnDeviceMeasureCoreSpeedDone(U32 Hz) override { sHeard << QString("%1 Hz").arg(Hz); }
   void OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS) override { sLog << sText; }
 };
 
@@ -119,6 +127,40 @@ TEST_F(DeviceSession, ReadsMemoryAndRegistersThroughTheCache) {
   EXPECT_EQ(Provider.GetMem(&Provider, CODE + 2, 4, 0, aData), 0);
   EXPECT_EQ(aData[0], 0x02);
   EXPECT_EQ(Provider.GetMem(&Provider, 0x60000000, 4, 0, aData), 1) << "nothing there";
+}
+
+TEST_F(DeviceSession, RangesLocationsAndCoprocessor) {
+  const auto Loc = [](U32 Type, U32 Place) {
+    ELF_SYM_LOC Result;
+    Result.Type = Type;
+    Result.Addr = Result.Reg = Place;
+    return Result;
+  };
+  const U8 aBytes[] = {1, 2, 3, 4, 5, 6};
+  const U32 aRange[] = {CODE + 0x100, CODE + 0x104, CODE + 0x200, CODE + 0x202};
+  EXPECT_EQ(Device.ScheduleWriteMemMultiple(2, aRange, sizeof(aBytes), aBytes, 0, 255, MEM_FLAG_DOWNLOAD), 0);
+  EXPECT_EQ(Device.ScheduleWriteLoc(Loc(ELF_LOC_MEM, CODE + 0x202), 2, aBytes), 0);
+  EXPECT_EQ(Device.ScheduleWriteLoc(Loc(ELF_LOC_REG, VNODE_REG_R0 + 2), 4, aBytes + 2), 0);
+  const ELF_SYM_LOC aLoc[] = {Loc(ELF_LOC_MEM, CODE + 0x100), Loc(ELF_LOC_REG, VNODE_REG_R0 + 2),
+                              Loc(ELF_LOC_MEM, 0x60000000), Loc(ELF_LOC_MEM, CODE + 0x200)};
+  EXPECT_EQ(Device.ScheduleReadLocs(4, aLoc, 77), 0);
+  ASSERT_TRUE(Hears("locations 77 4030201/0 6050403/0 ffffffffffffffff/1 2010605/0"))
+      << Witness.sHeard.join('\n').toStdString();
+  EXPECT_TRUE(Witness.sHeard.contains("2 ranges"));
+  EXPECT_EQ(Device.ScheduleMeasureCoreSpeed(), 0);
+  EXPECT_TRUE(Hears("168000000 Hz"));
+  U8 aData[4] = {};
+  EXPECT_EQ(Provider.GetLoc(&Witness, aLoc[1], 2, aData), 0);
+  EXPECT_EQ(aData[1], 4);
+  EXPECT_EQ(Device.ScheduleReadLoc(aLoc[0], 9), -1);
+  U64 Value = 0;
+  EXPECT_EQ(Provider.GetCPReg("15,0,0,0,0", &Value), 1) << "this core has no such registers";
+  EXPECT_EQ(Provider.GetCPReg("14,0,0,0,0", &Value), 1);
+  Idle();
+  for (const char* sText : {"ReadLoc: cannot read data locations of size > 8 bytes", "ReadCPReg: VNODE API call failed",
+                            "ReadCPReg: invalid register identifier", "Core speed measured at 168000000 Hz"}) {
+    EXPECT_TRUE(Witness.sLog.contains(sText)) << sText;
+  }
 }
 
 TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
