@@ -29,9 +29,8 @@ const INST* RunUnitBreakpoint(STATE& S, const INST* pI) {
 
 // Behind the last halfword of a memory: another one may follow.
 const INST* RunEndOfMemory(STATE& S, const INST* pI) {
-  const INST* pNext = At(S, pI->Addr);
-  if (!pNext->pfRun) Decode(S, pNext);
-  return pNext->pfRun(S, pNext);
+  S.Left++;  // has not run
+  return At(S, pI->Addr);
 }
 
 void MakeSpecial(INST* pI, HANDLER pfRun, U32 Addr) {
@@ -39,7 +38,7 @@ void MakeSpecial(INST* pI, HANDLER pfRun, U32 Addr) {
   pI->pfRun = pI->pfRunIT = pfRun;
   pI->Addr = Addr;
   pI->Halfwords = 1;
-  if (pfRun != RunEndOfMemory) pI->Flags = INST_NO_CODE;
+  pI->Flags = INST_DOES_NOT_RUN;
 }
 
 const INST* Special(STATE& S, HANDLER pfRun, U32 Addr) {
@@ -50,7 +49,11 @@ const INST* Special(STATE& S, HANDLER pfRun, U32 Addr) {
 void DecodeIn(STATE& S, REGION& Region, INST* pI) {
   const U32 Addr = Region.AddrOf(pI);
   const U32 Offset = Addr - Region.Start;
-  if (Offset >= Region.Size) return MakeSpecial(pI, RunEndOfMemory, Addr);
+  if (Offset >= Region.Size) {
+    MakeSpecial(pI, RunEndOfMemory, Addr);
+    pI->Flags |= INST_IGNORES_IT;
+    return;
+  }
   U16 First;
   std::memcpy(&First, Region.pData + Offset, sizeof(First));
   *pI = {};
@@ -67,7 +70,7 @@ void DecodeIn(STATE& S, REGION& Region, INST* pI) {
   Region.MarkCode(Offset, pI->Halfwords * sizeof(U16));
   if (S.Breakpoints.StopsAt(Addr)) {
     pI->pfRun = pI->pfRunIT = RunUnitBreakpoint;
-    pI->Flags |= INST_IGNORES_IT;
+    pI->Flags |= INST_IGNORES_IT | INST_DOES_NOT_RUN;
   }
 }
 

@@ -184,7 +184,7 @@ void DecodeMisc(const STATE& S, INST* pI, U16 Op) {
       pI->Imm = S.bV7 ? Op & 0x13 : Op & 0x12;
       return SetHandler(pI, (Op & 0xFFEC) == 0xB660 ? RunChangeState : RunUndefined);
     case 0b1110:
-      pI->Flags = INST_IGNORES_IT;
+      pI->Flags = INST_IGNORES_IT | INST_DOES_NOT_RUN;
       return SetHandler(pI, RunBreakpoint);
     case 0b1111:
       return DecodeHintOrIT(S, pI, Op);

@@ -13,9 +13,9 @@ struct INST;
 using HANDLER = const INST* (*)(STATE& S, const INST* pI);
 
 enum INST_FLAGS : U8 {
-  INST_IGNORES_IT = 1,      // runs inside an IT block whatever the condition, and does not advance the block
-  INST_CONDITIONAL = 0x40,  // a branch whose condition is in Rd
-  INST_NO_CODE = 0x80,      // stands for an address or a state in which no instruction can be fetched
+  INST_IGNORES_IT = 1,       // runs inside an IT block whatever the condition, and does not advance the block
+  INST_CONDITIONAL = 0x40,   // a branch whose condition is in Rd
+  INST_DOES_NOT_RUN = 0x80,  // stops the core at it, or stands for an address where no instruction can be fetched
 };
 
 enum SHIFT_TYPE : U8 { SHIFT_LSL, SHIFT_LSR, SHIFT_ASR, SHIFT_ROR, SHIFT_RRX };

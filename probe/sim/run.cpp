@@ -32,19 +32,24 @@ bool IsSkipped(const STATE& S, const INST* pI) {
   return S.IT && !(pI->Flags & INST_IGNORES_IT) && !IsTrue(S, S.IT >> 4);
 }
 
+// RunChunk with a record of each instruction.
 const INST* RunChunkTraced(STATE& S, const INST* pI) {
+  CTraceWriter Writer(S.Trace);
   while (S.Left > 0) {
-    const U64 Before = S.Now();
     S.Left--;
     if (!pI->pfRun) [[unlikely]]
       Decode(S, pI);
-    const U32 Addr = pI->Addr;
-    const bool bNoCode = pI->Flags & INST_NO_CODE;
-    const bool bSkipped = IsSkipped(S, pI);
-    pI = S.IT ? RunInBlock(S, pI) : pI->pfRun(S, pI);
-    // Time stands where a breakpoint has stopped the instruction.
-    if (S.Now() != Before && !bNoCode) [[likely]]
-      S.Trace.Record(Addr, bSkipped);
+    if (S.IT) [[unlikely]] {
+      if (!(pI->Flags & INST_DOES_NOT_RUN)) Writer.Record(pI->Addr, IsSkipped(S, pI));
+      pI = RunInBlock(S, pI);
+      continue;
+    }
+    if (!(pI->Flags & (INST_CONDITIONAL | INST_DOES_NOT_RUN))) [[likely]] {
+      Writer.Record(pI->Addr, false);
+    } else if (pI->Flags & INST_CONDITIONAL && !(pI->Flags & INST_DOES_NOT_RUN)) {
+      Writer.Record(pI->Addr, IsSkipped(S, pI));
+    }
+    pI = pI->pfRun(S, pI);
   }
   return pI;
 }
