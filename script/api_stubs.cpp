@@ -92,7 +92,14 @@ bool WaitForCommand(U32 ActionID) {
     if (Wait.ActionID == ActionID) WaitForJobDone(Wait.JobType, Wait.ProcessEvents);
   }
   WaitForRequests();
-  if (ActionID == ACTION_DEBUG_HALT || ActionID == ACTION_EXEC_RESET) CDevice::Get().WaitUntilHalted(HALT_WAIT_MS);
+  // The file is written when the last event has come.
+  while (ActionID == ACTION_TARGET_SAVE_MEMORY && CDevice::Get().HasEvents()) {
+    CDevice::Get().ProcessEvents(EVENTS_AFTER_WAIT);
+  }
+  if (ActionID == ACTION_DEBUG_HALT || ActionID == ACTION_EXEC_RESET) {
+    CDevice::Get().WaitUntilHalted(HALT_WAIT_MS);
+    CDevice::Get().ProcessEvents(EVENTS_AFTER_WAIT);
+  }
   return true;
 }
 

@@ -1,8 +1,14 @@
 #include "shell/command_args.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
 #include "base/text.h"
 #include "device/device.h"
 #include "program/database/elfapi.h"
+#include "program/database/file_finder.h"
+#include "project/project.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/settings/named_constants.h"
@@ -47,4 +53,19 @@ bool CheckHalted(U32 ActionID) {
   if (CDevice::Get().IsHalted()) return true;
   SetActionError(ActionID, QLatin1String(ActionError::PROGRAM_IS_RUNNING));
   return false;
+}
+
+QString OutputPath(const QString& sPath) {
+  const QString sExpanded = CFileFinder::Get()->ExpandMacros(sPath);
+  const QString sProject = CProject::Get().GetFileName();
+  if (sExpanded.isEmpty() || sProject.isEmpty()) return sExpanded;
+  return QFileInfo(sProject).absoluteDir().filePath(sExpanded);
+}
+
+bool CanWriteFile(const QString& sPath) {
+  const bool bExists = QFileInfo::exists(sPath);
+  QFile File(sPath);
+  const bool bOpen = File.open(QIODevice::WriteOnly | QIODevice::Append);
+  if (bOpen && !bExists) File.remove();
+  return bOpen;
 }

@@ -17,3 +17,7 @@ bool GetAddressArg(U32 ActionID, int Index, U32* pAddr);
 bool CheckConnected(U32 ActionID);
 // The same, and "program is running" while it does.
 bool CheckHalted(U32 ActionID);
+// The path of a file that need not exist yet, macros replaced: a relative one starts where the project lies.
+QString OutputPath(const QString& sPath);
+// Whether a file can be written there; leaves nothing behind.
+bool CanWriteFile(const QString& sPath);

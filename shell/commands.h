@@ -31,6 +31,7 @@ void RegisterFileCommands(COMMAND_CONTEXT& Context);
 void RegisterDebugCommands(COMMAND_CONTEXT& Context);
 void RegisterBreakCommands(COMMAND_CONTEXT& Context);
 void RegisterTargetCommands(COMMAND_CONTEXT& Context);
+void RegisterMemoryCommands(COMMAND_CONTEXT& Context);
 void RegisterProjectCommands(COMMAND_CONTEXT& Context);
 void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);

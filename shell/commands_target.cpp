@@ -1,25 +1,20 @@
-// Target.*, Break.* and Elf.*
+// Break.*, Elf.*, and the settings of Target.*
 
 #include "device/breakpoint_ops.h"
 #include "device/device.h"
 #include "device/device_context.h"
-#include "device/device_data_provider.h"
 #include "program/database/elfapi.h"
-#include "script/api_stubs.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
 #include "shell/log/console_print.h"
-#include "shell/register_files.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 
 namespace {
-
-constexpr U8 WIDTH_FROM_SETTING = 255;
 
 CDevice& Device() {
   return CDevice::Get();
@@ -83,62 +78,16 @@ void BreakClearAll(COMMAND_CONTEXT&) {
   if (CheckActionArgs(ACTION_BREAK_CLEAR_ALL)) Device().ScheduleClearAllBreakpoints();
 }
 
-// ---- Registers and memory
-
-void GetReg(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_TARGET_GET_REG;
-  if (!CheckActionArgs(ID) || !CheckConnected(ID)) return;
-  const QString sName = GetActionArgs(ID).value(0);
-  if (CRegisterFiles::Get().FindRegister(sName) < 0) {
-    return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sName));
-  }
-  const U64 Value = ReadTargetReg(sName);
-  if (Value == ~U64{0}) return SetActionError(ID, QLatin1String(ActionError::PROGRAM_IS_RUNNING));
-  SetActionResult(ID, Value);
-}
-
-void SetReg(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_TARGET_SET_REG;
-  U32 Value = 0;
-  if (!CheckActionArgs(ID) || !CheckHalted(ID) || !GetNumberArg(ID, 1, &Value)) return;
-  const QString sName = GetActionArgs(ID).value(0);
-  const int Index = CRegisterFiles::Get().FindRegister(sName);
-  if (Index < 0) return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sName));
-  Device().ScheduleWriteReg(static_cast<U32>(Index), Value);
-}
-
-template <U32 ID, U32 NumBytes>
-void ReadInt(COMMAND_CONTEXT&) {
-  U32 Addr = 0;
-  if (!CheckActionArgs(ID) || !CheckConnected(ID) || !GetAddressArg(ID, 0, &Addr)) return;
-  bool bOk = false;
-  const U32 Value = ReadTargetInt(Addr, NumBytes, &bOk);
-  if (!bOk) return SetActionError(ID, QLatin1String(ActionError::COULD_NOT_READ_MEMORY));
-  SetActionResult(ID, Value);
-}
-
-template <U32 ID, U32 NumBytes>
-void WriteInt(COMMAND_CONTEXT&) {
-  U32 Addr = 0;
-  if (!CheckActionArgs(ID) || !CheckConnected(ID) || !GetAddressArg(ID, 0, &Addr)) return;
-  bool bOk = false;
-  const QString sValue = GetActionArgs(ID).value(1);
-  const U64 Value = static_cast<U64>(ParseConstOrNumber(sValue, &bOk));
-  if (!bOk) return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sValue));
-  U8 aData[8] = {};
-  const bool bBigEndian = Device().Context().State.DataEndian == ENDIAN_BIG;
-  for (U32 i = 0; i < NumBytes; ++i) aData[bBigEndian ? NumBytes - 1 - i : i] = static_cast<U8>(Value >> (8 * i));
-  Device().ScheduleWriteMem(Addr, NumBytes, 0, NumBytes > 4 ? 0 : NumBytes, 0, aData);
-}
+// ---- The access itself
 
 void SetAccessWidth(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_TARGET_SET_ACCESS_WIDTH;
-  if (!CheckActionArgs(ID)) return;
-  const SYS_VAR* const pVar = GetVarInfo(VAR_ACCESS_WIDTH);
-  bool bOk = false;
-  const U32 Value = ParseVarValue(pVar, GetActionArgs(ID).value(0), &bOk);
-  if (!bOk) return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER));
-  SetVarValue(pVar, Value, 0);
+  U32 Width = 0;
+  if (!CheckActionArgs(ID) || !GetNumberArg(ID, 0, &Width)) return;
+  if (FindNamedConstByValue(QStringLiteral("AW_"), Width) == nullptr) {
+    return SetActionError(ID, QLatin1String(ActionError::INVALID_PARAMETER));
+  }
+  SetVarValue(GetVarInfo(VAR_ACCESS_WIDTH), Width, 0);
 }
 
 void SetEndianess(COMMAND_CONTEXT&) {
@@ -177,21 +126,9 @@ constexpr COMMAND_HANDLER BREAK_HANDLERS[] = {
 };
 
 constexpr COMMAND_HANDLER TARGET_HANDLERS[] = {
-    {ACTION_TARGET_GET_REG, GetReg},
-    {ACTION_TARGET_SET_REG, SetReg},
-    {ACTION_TARGET_READ_U32, ReadInt<ACTION_TARGET_READ_U32, 4>},
-    {ACTION_TARGET_READ_U16, ReadInt<ACTION_TARGET_READ_U16, 2>},
-    {ACTION_TARGET_READ_U8, ReadInt<ACTION_TARGET_READ_U8, 1>},
-    {ACTION_TARGET_WRITE_U64, WriteInt<ACTION_TARGET_WRITE_U64, 8>},
-    {ACTION_TARGET_WRITE_U32, WriteInt<ACTION_TARGET_WRITE_U32, 4>},
-    {ACTION_TARGET_WRITE_U16, WriteInt<ACTION_TARGET_WRITE_U16, 2>},
-    {ACTION_TARGET_WRITE_U8, WriteInt<ACTION_TARGET_WRITE_U8, 1>},
-    {ACTION_TARGET_SET_ACCESS_WIDTH, SetAccessWidth},
-    {ACTION_TARGET_SET_ENDIANESS, SetEndianess},
-    {ACTION_ELF_GET_BASE_ADDR, GetBaseAddr},
-    {ACTION_ELF_GET_ENTRY_POINT_PC, GetEntryPointPC},
-    {ACTION_ELF_GET_ENTRY_FUNC_PC, GetEntryFuncPC},
-    {ACTION_ELF_GET_ENDIANESS, GetEndianess},
+    {ACTION_TARGET_SET_ACCESS_WIDTH, SetAccessWidth}, {ACTION_TARGET_SET_ENDIANESS, SetEndianess},
+    {ACTION_ELF_GET_BASE_ADDR, GetBaseAddr},          {ACTION_ELF_GET_ENTRY_POINT_PC, GetEntryPointPC},
+    {ACTION_ELF_GET_ENTRY_FUNC_PC, GetEntryFuncPC},   {ACTION_ELF_GET_ENDIANESS, GetEndianess},
 };
 
 }  // namespace

@@ -32,6 +32,7 @@ void CMainWindow::CreateMenus() {
   RegisterDebugCommands(*m_pCommands);
   RegisterBreakCommands(*m_pCommands);
   RegisterTargetCommands(*m_pCommands);
+  RegisterMemoryCommands(*m_pCommands);
   RegisterProjectCommands(*m_pCommands);
   RegisterWindowCommands(*m_pCommands);
   RegisterEditCommands(*m_pCommands);

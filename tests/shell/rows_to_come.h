@@ -28,8 +28,6 @@ inline constexpr ROWS_TO_COME ROWS_TO_COME_TABLE[] = {
     {ACTION_WATCH, ACTION_TRACE_ADD, "Watched Data and Data Graph windows"},
     {ACTION_BREAK_SET_ON_SRC, ACTION_BREAK_DISABLE_ON_SYMBOL, "windows of breakpoints and data breakpoints"},
     {ACTION_BREAK_CLEAR_ALL_ON_DATA, ACTION_BREAK_SET_TYPE, "windows of breakpoints and data breakpoints"},
-    {ACTION_TARGET_FILL_MEMORY, ACTION_TARGET_LOAD_MEMORY, "memory dialogs"},
-    {ACTION_TARGET_LOAD_MEMORY_MAP, ACTION_TARGET_ADD_MEMORY_SEGMENT, "Memory Usage window"},
     {ACTION_TERMINAL_ENABLE_SEMI, ACTION_TERMINAL_ECHO_INPUT, "Terminal window"},
     {ACTION_ELF_GET_EXPR_VALUE, ACTION_ELF_GET_EXPR_VALUE, "expression engine"},
     {ACTION_EXPAND_ALL, ACTION_TOGGLE_FILTER_BAR, "table windows"},
