@@ -1,5 +1,6 @@
 #include "probe/gdb/gdb_target.h"
 
+#include "device/probe_api/register_index.h"
 #include "probe/gdb/cp15.h"
 #include "probe/gdb/gdb_target_pause.h"
 #include "probe/gdb/reset.h"
@@ -127,7 +128,11 @@ int CGdbTarget::ReadRegs(const U32* paIndex, U32* paValue, U8* paStatus, U32 Cou
 
 int CGdbTarget::WriteReg(U32 Index, U32 Value) {
   if (IsHalted() <= 0) return FailRunning("Writing a register");
-  if (m_Registers.Write(Index, Value)) return 0;
+  if (m_Registers.Write(Index, Value)) {
+    // Where a core was reset without a program it is in a state in which it executes nothing, not even from there.
+    if (IsCortexM() && Index == VNODE_REG_PC) m_Registers.EnterThumbState();
+    return 0;
+  }
   return Fail(FormatText("The GDB server does not write register %u", Index));
 }
 

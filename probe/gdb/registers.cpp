@@ -199,3 +199,8 @@ bool CGdbRegisters::ReadStatus(U32* pValue) {
 bool CGdbRegisters::ReadCore(U32 Reg, U32* pValue) {
   return ReadPlace(FindCoreRegister(m_Server.Description(), Reg), pValue);
 }
+
+void CGdbRegisters::EnterThumbState() {
+  U32 Status = 0;
+  if (ReadStatus(&Status) && !(Status & XPSR_THUMB)) Write(VNODE_REG_XPSR, Status | XPSR_THUMB);
+}

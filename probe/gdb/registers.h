@@ -26,6 +26,8 @@ public:
   // R0 to R15 of the present mode, and the program status register.
   bool ReadCore(U32 Reg, U32* pValue);
   bool ReadStatus(U32* pValue);
+  // Of a core of the Cortex-M group.
+  void EnterThumbState();
   bool ReadPC(U32* pValue) { return ReadCore(15, pValue); }
 
 private:

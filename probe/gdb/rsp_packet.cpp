@@ -1,5 +1,7 @@
 #include "probe/gdb/rsp_packet.h"
 
+#include <algorithm>
+
 #include "probe/gdb/hex.h"
 
 namespace {
@@ -65,6 +67,7 @@ void AppendEscaped(std::string* psBody, const void* pData, size_t NumBytes) {
 
 void CRspReader::Feed(std::string_view sInput) {
   m_sInput.erase(0, m_Pos);
+  m_Searched -= std::min(m_Searched, m_Pos);
   m_Pos = 0;
   m_sInput += sInput;
 }
@@ -72,12 +75,14 @@ void CRspReader::Feed(std::string_view sInput) {
 void CRspReader::Clear() {
   m_sInput.clear();
   m_Pos = 0;
+  m_Searched = 0;
 }
 
 RSP_ITEM CRspReader::TakeBody(std::string* psBody) {
   const size_t Begin = m_Pos + 1;
   // A start inside a packet: the rest of the first one was lost on the way.
-  const size_t End = m_sInput.find_first_of("#$", Begin);
+  const size_t End = m_sInput.find_first_of("#$", std::max(Begin, m_Searched));
+  m_Searched = std::min(End, m_sInput.size());
   if (End == std::string::npos) return m_sInput.size() - Begin > MAX_BODY_SIZE ? RSP_ITEM::TOO_LONG : RSP_ITEM::NONE;
   if (m_sInput[End] == '$') {
     m_Pos = End;

@@ -37,4 +37,5 @@ private:
 
   std::string m_sInput;
   size_t m_Pos = 0;
+  size_t m_Searched = 0;  // up to here the packet at m_Pos has no end
 };
