@@ -45,11 +45,10 @@ public:
   virtual void EndProgress() = 0;
 };
 
-// Serves semihosting requests of the halted target; device thread.
+// Serves semihosting requests of the halted target while DEVICE_SETTINGS::bSemihosting is set; device thread.
 class ISemihostHandler {
 public:
   virtual ~ISemihostHandler() = default;
-  virtual bool IsEnabled() const = 0;
   // Whether the target is to run on once the request is served.
   virtual void SetAutoResume(bool bResume) = 0;
   virtual bool IsAutoResuming() const = 0;
@@ -102,7 +101,7 @@ public:
   DEVICE_CLOCK Clock;
   DEVICE_EVENT_SINK& Sink;
   IProgramAccess& Program;
-  ISemihostHandler* pSemihost = nullptr;     // null: a request is left as the halt that it is
+  ISemihostHandler* pSemihost = nullptr;     // null: a request to be served is left as the halt that it is
   ISourceStepper* pSourceStepper = nullptr;  // null: a step ends at its hidden breakpoint
   IDeviceChannels* pChannels = nullptr;
 

@@ -72,13 +72,17 @@ bool CHaltSequence::IsAtBreakpoint(U32 PC) const {
 }
 
 bool CHaltSequence::ResumeWhenSHIRQIsDiscarded(U32 PC) {
-  if (Ctx.pSemihost == nullptr || Ctx.pSemihost->IsEnabled()) return false;
-  if (!IsSemihostingRequest(PC) || IsAtBreakpoint(PC)) return false;
+  if (Ctx.Settings.bSemihosting || !IsSemihostingRequest(PC) || IsAtBreakpoint(PC)) return false;
   return Control.Continue() == 0;
 }
 
+// Whether a request waits at the PC and somebody is there to serve it.
+bool CHaltSequence::CanServe(U32 PC) {
+  return Ctx.Settings.bSemihosting && Ctx.pSemihost != nullptr && IsSemihostingRequest(PC);
+}
+
 bool CHaltSequence::CheckHandleSemihostingIRQ(U32 PC) {
-  if (Ctx.pSemihost == nullptr || !Ctx.pSemihost->IsEnabled() || !IsSemihostingRequest(PC)) return false;
+  if (!CanServe(PC)) return false;
   Ctx.pSemihost->SetAutoResume(!IsAtBreakpoint(PC));
   return HandleSemihostingIRQ(PC);
 }
@@ -178,7 +182,7 @@ void CHaltSequence::ReportHalt(U32 PC, BP_STATES State, bool bAtHidden) {
 void CHaltSequence::OnStepped() {
   Target.UpdateTargetExecState();
   const U32 PC = static_cast<U32>(Ctx.State.Target.PC);
-  if (Ctx.pSemihost == nullptr || !Ctx.pSemihost->IsEnabled() || !IsSemihostingRequest(PC)) return;
+  if (!CanServe(PC)) return;
   Ctx.pSemihost->SetAutoResume(false);
   HandleSemihostingIRQ(PC);
 }

@@ -37,6 +37,7 @@ private:
   void CompleteSrcStepAndContHaltSeq(U32 PC);
   int CompleteStepOnHiddenBP(U32 PC);
   bool IsSemihostingRequest(U32 PC);
+  bool CanServe(U32 PC);
   bool IsAtBreakpoint(U32 PC) const;
   void ReportHalt(U32 PC, BP_STATES State, bool bAtHidden);
 

@@ -112,11 +112,12 @@ int CProbeConnection::ConnectSimple() {
 }
 
 void CProbeConnection::FinishConnect(CONNECT_MODES Mode) {
-  Ctx.State.Connection.bConnected = false;
+  const bool bOpen = Ctx.Api.VNODEARM_IsOpen() != 0;
+  // In one step, so that nobody sees a working connection break off.
+  Ctx.State.Connection.bConnected = bOpen && Ctx.Api.VNODEARM_IsConnected() != 0;
   Ctx.State.Connection.bConnectionLost = false;
   Ctx.State.Exec.bStepping = false;
-  if (Ctx.Api.VNODEARM_IsOpen() == 0) return;
-  Ctx.State.Connection.bConnected = Ctx.Api.VNODEARM_IsConnected() != 0;
+  if (!bOpen) return;
   if (Mode == CM_ATTACH || Mode == CM_ATTACH_HALT) Ctx.State.Exec.bSessionReady = true;
   if (Mode == CM_DOWNLOAD_RESET) Ctx.State.Exec.bSessionReady = false;
   Ctx.Api.VNODEARM_EnableSoftBPs(1);

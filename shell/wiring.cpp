@@ -86,6 +86,8 @@ void PlugDeviceSettings() {
                                             [](U32 Value) { Settings.BreakpointType = Value; }});
   RegisterVarAccessor(VAR_ACCESS_WIDTH,
                       {[] { return Settings.AccessWidth.load(); }, [](U32 Value) { Settings.AccessWidth = Value; }});
+  RegisterVarAccessor(VAR_SEMIHOSTING_ENABLED, {[] { return static_cast<U32>(Settings.bSemihosting.load()); },
+                                                [](U32 Value) { Settings.bSemihosting = Value != 0; }});
   static CDeviceConfig& Config = Device().Context().Config;
   const auto Register = [](U32 ID, DEV_CONFIG_PARAMS Param) {
     RegisterVarAccessor(ID, {[Param] { return static_cast<U32>(Config.Value(Param)); },

@@ -30,10 +30,9 @@ protected:
 };
 
 struct CFakeSemihost : ISemihostHandler {
-  bool bEnabled = true, bAutoResume = false;
+  bool bAutoResume = false;
   U8 Result = 0;
   int NumRequests = 0;
-  bool IsEnabled() const override { return bEnabled; }
   void SetAutoResume(bool bResume) override { bAutoResume = bResume; }
   bool IsAutoResuming() const override { return bAutoResume; }
   U8 HandleInterrupt(U32) override {
@@ -376,12 +375,13 @@ TEST_F(CExecutionTest, SemihostingRequests) {
       {true, true, 0, true, "JT_HALT 0 2 8000120", "", 1},             // the user wants to stop there
       {true, false, 0, false, "", "WriteReg f 8000122, GoEx 0 1", 0},  // discarded
       {true, false, 0, true, "JT_HALT 0 2 8000120", "", 0},
-      {false, false, 0, false, "JT_HALT 0 0 8000120", "", 0},  // nobody there to serve it
+      {false, false, 0, false, "", "WriteReg f 8000122, GoEx 0 1", 0},
+      {false, true, 0, false, "JT_HALT 0 0 8000120", "", 0},  // nobody there to serve it
   };
   Program.Insts[NEXT] = {2, true, true};
   CFakeSemihost Semihost;
   for (const auto& Case : aCase) {
-    Semihost.bEnabled = Case.bEnabled;
+    Ctx.Settings.bSemihosting = Case.bEnabled;
     Semihost.Result = Case.Result;
     Semihost.NumRequests = 0;
     Ctx.pSemihost = Case.bHandler ? &Semihost : nullptr;
