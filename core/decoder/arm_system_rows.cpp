@@ -35,7 +35,7 @@ constexpr INST_ROW aRow[] = {
   {"cccc 0011 0010 0000 1111 0000 0000 0101", 8, KIND_PLAIN, "SEVL<c>"},
   {"cccc 0011 0010 0000 1111 0000 1111 oooo", 7, KIND_PLAIN, "DBG<c>\t<hex0.4>"},
   {"cccc 0011 0010 0000 1111 0000 xxxx xxxx", 6, KIND_PLAIN, "NOP<c>"},
-  {"cccc 0011 0 x 10 0000 xxxx xxxx xxxx xxxx", 4, KIND_REFUSED, ""},
+  {"cccc 0011 0 0 10 0000 xxxx xxxx xxxx xxxx", 4, KIND_REFUSED, ""},
   {"cccc 0011 0 r 10 mmmm 1111 rrrr iiiiiiii", 4, KIND_PLAIN, "MSR<c>\t<psrfields>, <rotimm>"},
 
   // Coprocessors; 10 and 11 are those of floating point

@@ -45,6 +45,15 @@ void DoubleN(OUT& Out, const INST& Inst, ARGS) {
 void DoubleM(OUT& Out, const INST& Inst, ARGS) {
   WriteReg(Out, 'D', DoubleReg(Inst.Bits(0, 4), Inst.Bits(5, 1)));
 }
+void QuadN(OUT& Out, const INST& Inst, ARGS) {
+  WriteReg(Out, 'Q', DoubleReg(Inst.Bits(16, 4), Inst.Bits(7, 1)) / 2);
+}
+void ByteLane(OUT& Out, const INST& Inst, ARGS) {
+  Out.AddDec(Inst.Bits(21, 1) << 2 | Inst.Bits(5, 2));
+}
+void HalfwordLane(OUT& Out, const INST& Inst, ARGS) {
+  Out.AddDec(Inst.Bits(21, 1) << 1 | Inst.Bits(6, 1));
+}
 void FloatD(OUT& Out, const INST& Inst, ARGS Args) {
   (Inst.Bit(8) ? DoubleD : SingleD)(Out, Inst, Args);
 }
@@ -87,10 +96,13 @@ void Rounding(OUT& Out, const INST& Inst, ARGS) {
 }
 
 constexpr DIRECTIVE aDirective[] = {
-    {"f", Suffix},         {"sd", SingleD},        {"sn", SingleN},        {"sm", SingleM},
-    {"snext", SingleNext}, {"dd", DoubleD},        {"dn", DoubleN},        {"dm", DoubleM},
-    {"vd", FloatD},        {"vn", FloatN},         {"vm", FloatM},         {"vlist", List},
-    {"vimm", Immediate},   {"fixsize", FixedSize}, {"fixbits", FixedBits}, {"rounding", Rounding},
+    {"qn", QuadN},          {"bytelane", ByteLane}, {"halflane", HalfwordLane},
+    {"f", Suffix},          {"sd", SingleD},        {"sn", SingleN},
+    {"sm", SingleM},        {"snext", SingleNext},  {"dd", DoubleD},
+    {"dn", DoubleN},        {"dm", DoubleM},        {"vd", FloatD},
+    {"vn", FloatN},         {"vm", FloatM},         {"vlist", List},
+    {"vimm", Immediate},    {"fixsize", FixedSize}, {"fixbits", FixedBits},
+    {"rounding", Rounding},
 };
 
 }  // namespace

@@ -40,6 +40,16 @@ U32 TargetB24(const INST& Inst) {
   return Inst.PC + SignExtended(Offset, 25);
 }
 
+U32 LoopOffset(const INST& Inst) {
+  return Inst.Bits(1, 10) << 2 | Inst.Bits(11, 1) << 1;
+}
+U32 TargetLoopStart(const INST& Inst) {
+  return Inst.PC + LoopOffset(Inst);
+}
+U32 TargetLoopEnd(const INST& Inst) {
+  return Inst.PC - LoopOffset(Inst);
+}
+
 U32 TargetBLX(const INST& Inst) {
   return TargetB24(Inst) & ~3u;
 }
@@ -198,6 +208,8 @@ constexpr KIND_INFO aKind[] = {
     /* B20 */ {JUMP_TO, COND_FROM_BITS_22, TargetB20},
     /* B24 */ {JUMP_TO, COND_FROM_INST, TargetB24},
     /* CBZ */ {JUMP_TO, COND_FROM_NOWHERE, TargetCBZ},
+    /* LOOP_START */ {JUMP_TO, COND_FROM_NOWHERE, TargetLoopStart},
+    /* LOOP_END */ {JUMP_TO, COND_FROM_NOWHERE, TargetLoopEnd},
     /* BL */ {JUMP_TO | IF_CALL, COND_FROM_INST, TargetB24},
     /* BLX_IMM */ {JUMP_TO | IF_CALL, COND_FROM_INST, TargetBLX},
     /* BX */ {JUMP, COND_FROM_INST, nullptr, FlagsBX},

@@ -22,10 +22,10 @@ constexpr INST_ROW aRow[] = {
 
   // Security gateway and test target
   {"1110 1001 0111 1111 1110 1001 0111 1111", 8, KIND_NOCOND, "SG"},
-  {"11101000 0100 nnnn 1111 dddd 00 xxxxxx",  8, KIND_PLAIN, "TT<c>\t<R8>, <R16>"},
-  {"11101000 0100 nnnn 1111 dddd 01 xxxxxx",  8, KIND_PLAIN, "TTT<c>\t<R8>, <R16>"},
-  {"11101000 0100 nnnn 1111 dddd 10 xxxxxx",  8, KIND_PLAIN, "TTA<c>\t<R8>, <R16>"},
-  {"11101000 0100 nnnn 1111 dddd 11 xxxxxx",  8, KIND_PLAIN, "TTAT<c>\t<R8>, <R16>"},
+  {"11101000 0100 nnnn 1111 dddd 00 000000",  8, KIND_PLAIN, "TT<c>\t<R8>, <R16>"},
+  {"11101000 0100 nnnn 1111 dddd 01 000000",  8, KIND_PLAIN, "TTT<c>\t<R8>, <R16>"},
+  {"11101000 0100 nnnn 1111 dddd 10 000000",  8, KIND_PLAIN, "TTA<c>\t<R8>, <R16>"},
+  {"11101000 0100 nnnn 1111 dddd 11 000000",  8, KIND_PLAIN, "TTAT<c>\t<R8>, <R16>"},
 
   // Exclusives, table branches, dual
   {"11101000 0100 nnnn tttt dddd iiii iiii",  7, KIND_MEM, "STREX<c>\t<R8>, <R12>, [<R16><offset0.8.2>]"},
@@ -123,6 +123,12 @@ constexpr INST_ROW aRow[] = {
   {"11110 s iiiiiiiiii 11 i 1 i iiiiiiiiiii", 4, KIND_BL, "BL<c>\t<target>"},
   {"11110 s iiiiiiiiii 11 i 0 i iiiiiiiiii 0", 5, KIND_BLX_IMM, "BLX<c>\t<target>"},
   {"11110 s iiiiiiiiii 10 i 1 i iiiiiiiiiii", 7, KIND_B24, "B<c>.W\t<target>"},
+
+  // Loops
+  {"11110 0 000 100 nnnn 110 0 i iiiiiiiiii 1", 8, KIND_LOOP_START, "WLS\tLR, <R16>, <target>"},
+  {"11110 0 000 100 nnnn 111 0 0 0000000000 1", 8, KIND_NOCOND, "DLS\tLR, <R16>"},
+  {"11110 0 000 000 1111 110 0 i iiiiiiiiii 1", 8, KIND_LOOP_END, "LE\tLR, <target>"},
+  {"11110 0 000 010 1111 110 0 i iiiiiiiiii 1", 8, KIND_LOOP_END, "LE\t<target>"},
 
   // Control
   {"11110 0 1110 0 r nnnn 1000 mmmm 001m 0000", 7, KIND_BANKED, "MSR<c>\t<bankedreg>, <R16>", ROW_FIRST},

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Holds the rows of vexor-inspect disasm against objdump: where each instruction starts, its length and its bits."""
+"""Holds the rows of vexor-inspect disasm against objdump: where each instruction starts, its length and its bits; and
+by decoder_compare what it says of them."""
 
 import glob
 import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 SKIPPED = 77
 OBJDUMP = "arm-none-eabi-objdump"
@@ -39,8 +41,22 @@ def own_instructions(inspect, path):
     return found
 
 
+def texts_agree(inspect, compare, path):
+    with tempfile.NamedTemporaryFile("w") as rows:
+        rows.write("\n".join(run(inspect, "disasm", path)) + "\n")
+        rows.flush()
+        agree = True
+        for mode in ([], ["arm"]):
+            result = subprocess.run([compare, "light", "arch=8", f"rows={rows.name}", *mode],
+                                    capture_output=True, text=True, timeout=60)
+            if result.returncode != 0:
+                print(result.stdout)
+                agree = False
+        return agree
+
+
 def main():
-    inspect, root = sys.argv[1:3]
+    inspect, compare, root = sys.argv[1:4]
     if not shutil.which(OBJDUMP):
         print(f"skipped: {OBJDUMP} is not installed")
         return SKIPPED
@@ -52,7 +68,7 @@ def main():
         print(f"{path}: {len(peer)} instructions, {len(wrong)} differ")
         for address in wrong[:MAX_SHOWN]:
             print(f"  {address:#010x}: {own.get(address)}, objdump has {peer.get(address)}")
-        failed = failed or bool(wrong) or not peer
+        failed = failed or bool(wrong) or not peer or not texts_agree(inspect, compare, path)
     return 1 if failed or not paths else 0
 
 
