@@ -20,8 +20,9 @@ enum RULE {
 
 enum IT_RULE { ANYWHERE, NOT_IN_BLOCK };
 // What the emulation library does otherwise. OLD_ROUNDING: it rounds as FPSCR says, where the architecture always
-// rounds to nearest. PROFILE: in double precision it stands for another family of cores, which shows its mode there.
-enum class PEER_RULE { SAME, OLD_ROUNDING, PROFILE };
+// rounds to nearest. EARLY_OVERFLOW: it sets Q when a sum overflows on the way to a result that does not. PROFILE: in
+// double precision it stands for another family of cores, which shows its mode there.
+enum class PEER_RULE { SAME, OLD_ROUNDING, EARLY_OVERFLOW, PROFILE };
 
 // Encodings: 0 and 1 are fixed; '.' is any bit; letters are register fields of three or four bits: d and e are written
 // (and differ), n, m and a are read, s and t are stored, b is a base, x an index, h a written high register; l are bits
