@@ -1,0 +1,87 @@
+// A session with a core behind a GDB server.
+
+#include "session_runner.h"
+#include "tests/common/free_port.h"
+
+#include <QProcess>
+
+namespace {
+
+class GdbServerSession : public SessionTest {
+protected:
+  // Its memory is empty: the session loads the program.
+  void StartEmulator(const QStringList& Machine) {
+    m_Emulator.setStandardOutputFile(QProcess::nullDevice());
+    m_Emulator.setStandardErrorFile(Path("emulator.log"));
+    m_Emulator.start(u"qemu-system-arm"_s,
+                     Machine + QStringList{u"-S"_s, u"-display"_s, u"none"_s, u"-monitor"_s, u"none"_s, u"-serial"_s,
+                                           u"none"_s, u"-gdb"_s, u"tcp:"_s + m_sServer});
+    if (!m_Emulator.waitForStarted()) GTEST_SKIP() << "qemu-system-arm is not installed";
+  }
+  void TearDown() override {
+    m_Emulator.kill();
+    m_Emulator.waitForFinished();
+  }
+  // A project for a program on that core.
+  QString Project(const QString& sDevice, const QString& sElf) const {
+    return Write("server.vdebug",
+                 u"void OnProjectLoad (void) {\n  Project.SetDevice (\"%1\");\n  Project.SetHostIF (\"IP\", \"%2\");\n"
+                 "  Project.SetTargetIF (\"JTAG\");\n  File.Open (\"%3/%4\");\n}\n"_s
+                     .arg(sDevice, m_sServer, QStringLiteral(VEXOR_SOURCE_DIR), sElf)
+                     .toUtf8());
+  }
+
+  const QString m_sServer = u"127.0.0.1:%1"_s.arg(FreePort());
+  QProcess m_Emulator;
+};
+
+TEST_F(GdbServerSession, LoadsGoesToMainBreaksStepsAndResets) {
+  StartEmulator({u"-M"_s, u"mps2-an386"_s});
+  const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
+  const quint32 Main = AddressOf(sElf, u"main"_s);
+  const quint32 Function = AddressOf(sElf, u"traffic_init"_s);
+  ASSERT_TRUE(Main && Function);
+  const SESSION_RESULT Run = RunSession(
+      u"File.Open (\"%1\");\n@wait idle\nDebug.Start();\n@wait halted\nTarget.GetReg PC\n"
+      "Break.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\n"
+      "Debug.StepInto\n@wait halted\nTarget.GetReg (\"PC\")\nTarget.ReadU32 0\n"
+      "Break.Clear 0x%2\nDebug.Reset\n@wait halted\nTarget.GetReg PC\nDebug.Stop();\n@wait disconnected\n"_s
+          .arg(Project(u"CMSDK_CM4"_s, sElf))
+          .arg(Function, 0, 16));
+  Run.Expect(0, {"Connected to the GDB server 127.0.0.1:"});
+  EXPECT_EQ(Main, Run.Value(0));
+  EXPECT_EQ(Function, Run.Value(1));
+  EXPECT_TRUE(Run.Value(2) == Function + 2 || Run.Value(2) == Function + 4) << Run.Value(2);
+  EXPECT_EQ(0, Run.Value(3) % 8) << "the program was loaded: its first word is the initial stack pointer";
+  EXPECT_NE(0, Run.Value(3));
+  EXPECT_EQ(Main, Run.Value(4)) << "a reset runs to main again";
+}
+
+TEST_F(GdbServerSession, DebugsACoreThatTheSimulatorDoesNotHave) {
+  StartEmulator({u"-M"_s, u"none"_s, u"-cpu"_s, u"cortex-r5"_s, u"-m"_s, u"16M"_s});
+  const QString sElf = u"tests/probe_gdb/firmware/cortex-r5.elf"_s;
+  const quint32 Function = AddressOf(sElf, u"NextValue"_s);
+  const quint32 Counter = AddressOf(sElf, u"g_Counter"_s);
+  ASSERT_TRUE(Function && Counter);
+  const SESSION_RESULT Run = RunSession(
+      u"File.Open (\"%1\");\n@wait idle\nDebug.SetResetMode RM_RESET_HALT\nDebug.Start();\n@wait halted\n"
+      "Target.GetReg PC\nBreak.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\nTarget.ReadU32 0x%3\n"
+      "Debug.Continue\n@wait halted\nTarget.ReadU32 0x%3\nDebug.StepInto\n@wait halted\nTarget.GetReg PC\n"
+      "Debug.Stop();\n@wait disconnected\n"_s.arg(Project(u"Cortex-R5"_s, sElf))
+          .arg(Function, 0, 16)
+          .arg(Counter, 0, 16));
+  Run.Expect(0, {"with core Cortex-R5"});
+  EXPECT_EQ(0, Run.Value(0));
+  EXPECT_EQ(Function, Run.Value(1));
+  EXPECT_EQ(0, Run.Value(2));
+  EXPECT_EQ(1, Run.Value(3)) << "one call further";
+  EXPECT_EQ(Function + 4, Run.Value(4));
+}
+
+TEST_F(GdbServerSession, WithoutAServerTheConnectionFailsAndTheProgramGoesOn) {
+  RunSession(u"File.Open (\"%1\");\n@wait idle\nDebug.Connect\n@wait idle\nUtil.Log (\"still here\");\n"_s.arg(
+                 Project(u"Cortex-M4"_s, u"examples/traffic_light/traffic_light.elf"_s)))
+      .Expect(0, {"Cannot connect to 127.0.0.1:", "Connection failed", "still here"});
+}
+
+}  // namespace
