@@ -50,6 +50,116 @@ TEST(Flags, FlagsAndTarget) {
   }
 }
 
+struct ARM_FLAG_CASE {
+  const char* sName;
+  U32 Word;  // with the condition "always"; 0xF at the top has no condition
+  U32 Flags;
+  U32 Target = 0;
+};
+
+// Every kind of instruction that may write the PC, beside the same kind that doesn't.
+const ARM_FLAG_CASE aArmCase[] = {
+    {"ADD", 0xe0810002, 0},
+    {"ADDToPC", 0xe081f002, IF_BRANCH},
+    {"SUBSToPC", 0xe25ef004, IF_BRANCH},
+    {"MVNToPC", 0xe1e0f002, IF_BRANCH},
+    {"LSLToPC", 0xe1a0f102, IF_BRANCH},
+    {"ANDShiftedByRegisterToPC", 0xe001f312, IF_BRANCH},
+    {"MOVToPC", 0xe1a0f00e, JUMP},
+    {"MOV", 0xe1a0000e, 0},
+    {"CMP", 0xe150000f, 0},
+    {"ADR", 0xe28f0004, IF_TARGET, 0x0800100c},
+    {"ADRToPC", 0xe28ff004, IF_TARGET | IF_BRANCH, 0x0800100c},
+    {"ADRDown", 0xe24f0004, IF_TARGET, 0x08001004},
+    {"MUL", 0xe0000291, 0},
+    {"B", 0xea000002, JUMP_TO, 0x08001010},
+    {"BBack", 0xeafffffe, JUMP_TO, 0x08001000},
+    {"BL", 0xeb000002, JUMP_TO | IF_CALL, 0x08001010},
+    {"BLXImmediate", 0xfb000002, JUMP_TO | IF_CALL, 0x08001012},
+    {"BLXRegister", 0xe12fff33, JUMP | IF_CALL},
+    {"BXLR", 0xe12fff1e, JUMP | IF_RETURN},
+    {"BXR3", 0xe12fff13, JUMP | IF_CALL},
+    {"BXJ", 0xe12fff23, JUMP | IF_CALL},
+    {"POPWithPC", 0xe8bd8010, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"POPWithoutPC", 0xe8bd4010, IF_MEM},
+    {"POPOfPCAlone", 0xe49df004, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"LDMWithPC", 0xe8918002, IF_MEM | IF_BRANCH},
+    {"LDMDBWithPC", 0xe9318002, IF_MEM | IF_BRANCH},
+    {"STMWithPC", 0xe8818002, IF_MEM},
+    {"PUSH", 0xe92d4010, IF_MEM},
+    {"LDRToPC", 0xe591f000, IF_MEM | IF_BRANCH},
+    {"LDRToPCByRegister", 0xe791f102, IF_MEM | IF_BRANCH},
+    {"LDRToPCFromSP", 0xe59df004, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"LDRLiteralToPC", 0xe51ff004, IF_MEM | IF_TARGET | IF_BRANCH, 0x08001004},
+    {"LDRLiteral", 0xe59f0004, IF_MEM | IF_TARGET, 0x0800100c},
+    {"LDRHLiteral", 0xe1df01b4, IF_MEM | IF_TARGET, 0x0800101c},
+    {"LDRDLiteral", 0xe14f00d4, IF_MEM | IF_TARGET, 0x08001004},
+    {"VLDRLiteral", 0xed9f0a01, IF_MEM | IF_TARGET, 0x0800100c},
+    {"STRB", 0xe5c10000, IF_MEM},
+    {"STREX", 0xe1810f92, IF_MEM},
+    {"SWP", 0xe1010092, IF_MEM},
+    {"LDC", 0xed911f00, IF_MEM},
+    {"MRC", 0xee11ff10, 0},
+    {"PLD", 0xf5d1f000, 0},
+    {"PLDLiteral", 0xf5dff004, IF_TARGET, 0x0800100c},
+    {"RFE", 0xf8910a00, IF_BRANCH | IF_MEM},
+    {"SRS", 0xf94d0513, IF_MEM},
+    {"SMC", 0xe1600070, IF_BRANCH},
+    {"ERET", 0xe160006e, IF_BRANCH | IF_RETURN},
+    {"SVC", 0xef000001, 0},
+    {"SVCSemihosting", 0xef123456, IF_SEMIHOST},
+    {"DMB", 0xf57ff05f, 0},
+    {"CPS", 0xf1020013, 0},
+};
+
+TEST(Flags, ArmInEveryCondition) {
+  for (const ARM_FLAG_CASE& Case : aArmCase) {
+    SCOPED_TRACE(Case.sName);
+    const bool bConditional = Case.Word >> 28 != 15;
+    for (U32 Cond = bConditional ? 0 : 15; Cond <= (bConditional ? 14 : 15); ++Cond) {
+      const DECODED Decoded = DecodeArm(0x08001000, (Case.Word & 0x0FFFFFFF) | Cond << 28);
+      ASSERT_EQ(Decoded.Length, 4);
+      EXPECT_EQ(Decoded.Info.Flags, Case.Flags | Cond << IF_COND_SHIFT | (Cond < 15 ? IF_CONDITIONAL : 0u));
+      if ((Case.Flags & IF_TARGET) != 0) {
+        EXPECT_EQ(Decoded.Info.Target, Case.Target);
+      }
+    }
+  }
+}
+
+// A breakpoint and a call of the hypervisor have no condition, whatever stands in its place.
+TEST(Flags, ArmWithoutCondition) {
+  EXPECT_EQ(DecodeArm(0, 0xe1200a7b).Info.Flags, IF_BKPT | IF_UNCONDITIONAL);
+  EXPECT_EQ(DecodeArm(0, 0xe1400070).Info.Flags, IF_BRANCH | IF_UNCONDITIONAL);
+}
+
+// In a block every instruction has the block's condition, but for those that have none or one of their own.
+TEST(Flags, ThumbInEveryBlock) {
+  for (const FLAG_CASE& Case : aCase) {
+    const bool bHasOwn = Case.Cond != 15;
+    const bool bHasNone = Case.aHalfword[0] >> 8 == 0xbe || Case.aHalfword[0] == 0xbf08 || Case.aHalfword[0] == 0xf3bf;
+    for (U32 Cond = 0; Cond < 15; ++Cond) {
+      DISASM_CONTEXT Context;
+      DISASM_SetMode(Context, DISASM_THUMB);
+      Context.ITState = static_cast<U8>(Cond << 4 | 8);
+      const U32 Expected = bHasNone ? 15 : bHasOwn ? Case.Cond : Cond;
+      const U32 Flags = DecodeWith(Context, 0x08001002, Case.aHalfword).Info.Flags;
+      EXPECT_EQ(Flags, Case.Flags | Expected << IF_COND_SHIFT | (Expected < 15 ? IF_CONDITIONAL : 0u)) << Case.sName;
+    }
+  }
+}
+
+// Targets keep all their bits, above 256 MB and round the end of the address space.
+TEST(Flags, TargetsOfHighAddresses) {
+  const std::pair<std::vector<U16>, U32> aBranch[] = {
+      {{0xd0fe}, 0}, {{0xe7fe}, 0}, {{0xb100}, 4}, {{0xf000, 0xb800}, 4}, {{0xf000, 0x8000}, 4}, {{0xf7ff, 0xfffe}, 0}};
+  for (const U32 Addr : {0x10000000u, 0xE0100000u, 0xFFFFFFF8u}) {
+    for (const auto& [aHalfword, Distance] : aBranch) {
+      EXPECT_EQ(DecodeOne(Addr, aHalfword).Info.Target, static_cast<U32>(Addr + Distance)) << std::hex << aHalfword[0];
+    }
+  }
+}
+
 // What a core does not have is no instruction there.
 TEST(Flags, ArchitectureGates) {
   const std::pair<std::vector<U16>, U32> aGate[] = {

@@ -239,6 +239,7 @@ std::string CommonSpelling(const std::string& sText, const ENCODING& Encoding, b
   UnifyCondition(sMnemonic);
   if (IsOneOf(sMnemonic, {"vldr", "vstr"})) sMnemonic = sMnemonic.substr(0, sMnemonic.find('.'));
   std::string sOperands = End == std::string::npos ? "" : Operands(sRest.substr(End), Encoding);
+  Replace(sOperands, "#--", "#-");
   if (IsOneOf(sMnemonic, {"and", "eor", "sub", "rsb", "add", "adc", "sbc", "rsc", "tst", "teq", "cmp", "cmn", "orr",
                           "mov", "bic", "mvn", "msr"})) {
     UnifyRotation(sOperands);
@@ -255,7 +256,6 @@ std::string CommonSpelling(const std::string& sText, const ENCODING& Encoding, b
   if (sMnemonic.starts_with("adrw")) sMnemonic.erase(3, 1);
   if (Encoding.bArm && IsOneOf(sMnemonic, {"ldrd", "strd"})) UnifyPair(sOperands);
   Replace(sOperands, "rrx#1", "rrx");
-  Replace(sOperands, "#--", "#-");
   if (IsOneOf(sMnemonic, {"vlldm", "vlstm"})) sOperands.resize(std::min(sOperands.find(','), sOperands.size()));
   Replace(sOperands, ",#0]!", "]!");
   if (IsOneOf(sMnemonic, {"vldmia", "vstmia"})) sMnemonic = sMnemonic.substr(0, 4) + sMnemonic.substr(6);
