@@ -124,6 +124,11 @@ TEST_F(CMemoryTest, TransfersSurviveALongRangeWithHoles) {
   Forget();
   EXPECT_EQ(Read(MEM, 4000, 100), 4000u);
   EXPECT_TRUE(Sink.Progress.isEmpty());
+  Probe.BadAddr = MEM;
+  EXPECT_EQ(Read(MEM, 0x8000, 1), 0u);
+  EXPECT_LE(Sink.Progress.size(), 210) << "not an event for each of many chunks";
+  EXPECT_GE(Sink.Progress.size(), 100);
+  Probe.BadAddr = MEM + Probe.MEM_SIZE;
   Forget();
   const std::vector<U8> Image(5000, 0x5A);
   EXPECT_EQ(Ops.Memory.WriteMem(MEM, 5000, 90, 0, 0, Image.data()), 5000u);
