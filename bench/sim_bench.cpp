@@ -33,7 +33,7 @@ constexpr U16 INTEGER_LOOP[] = {
     0x6084,          // str   r4, [r0, #8]
     0x0862,          // lsrs  r2, r4, #1
     0x3F01,          // subs  r7, #1
-    0xD1F3,          // bne   loop
+    0xD1F2,          // bne   loop
     0xBE00,          // bkpt
 };
 
