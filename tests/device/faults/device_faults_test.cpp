@@ -1,0 +1,267 @@
+// What goes wrong with a target: the device thread and the probe library with faults injected into its simulated board.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QRegularExpression>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "core/vcore.h"
+#include "device/device.h"
+#include "device/device_context.h"
+#include "device/device_event_listener.h"
+#include "device/device_event_worker.h"
+#include "device/device_log.h"
+#include "device/probe_api/records.h"
+#include "device/probe_api/register_index.h"
+
+namespace {
+
+constexpr U32 CODE = 0x20000000;
+constexpr int LIMIT_MS = 20000;
+// adds r0, #1 / adds r1, #2 / b CODE
+constexpr U8 LOOP_CODE[] = {0x01, 0x30, 0x02, 0x31, 0xFC, 0xE7};
+
+struct CWitness : CDeviceEventListener {
+  QStringList sHeard, sLog;
+  template <typename... ARGS>
+  void Note(const char* sFormat, ARGS... Args) {
+    sHeard << QString::asprintf(sFormat, Args...);
+  }
+
+  void OnDeviceConnectDone(CONNECT_MODES Mode) override { Note("connected %u", Mode); }
+  void OnDeviceConnectFailed(CONNECT_MODES Mode) override { Note("not connected %u", Mode); }
+  void OnDeviceConnectionLost() override { Note("lost"); }
+  void OnDeviceResumeFailed(RESUME_MODES) override { Note("not resumed"); }
+  void OnDeviceHaltDone(U32, HALT_REASONS Reason) override { Note("halt %u", Reason); }
+  void OnDeviceResetDone(U32, RESET_MODES Mode) override { Note("reset %u", Mode); }
+  void OnDeviceResetFailed(U32, RESET_MODES Mode) override { Note("not reset %u", Mode); }
+  void OnDeviceSetBPDone(U32) override { Note("bp"); }
+  void OnDeviceSetBPFailed(U32) override { Note("no bp"); }
+  void OnDeviceWriteMemDone(U32, U32, U8*) override { Note("written"); }
+  void OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS) override { sLog << sText; }
+};
+
+class DeviceFaults : public testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    static int Argc = 1;
+    static char acName[] = "device_faults_test";
+    static char* pArg = acName;
+    new QCoreApplication(Argc, &pArg);
+    CDevice::SetLibraryFolder(VEXOR_BIN_DIR);
+    new CDeviceEventWorker(CDevice::Get(), qApp);
+    VCore::Init({VNODE_CORE_CORTEX_M4, 0, 0}, VCORE_API{});
+  }
+  static void TearDownTestSuite() { CDevice::Get().Shutdown(); }
+
+  void TearDown() override {
+    Do("sim.clear-faults");
+    Device.ScheduleClearAllBreakpoints();
+    Device.ScheduleDisconnect();
+    Settle();
+  }
+
+  void Configure() {
+    Device.ScheduleSetConfigParam(DCP_DEVICE_NAME, "STM32F407IE");
+    Device.ScheduleSetConfigParam(DCP_CONNECT_MODE, HOST_IF_USB);
+    Device.ScheduleSetConfigParam(DCP_TARGET_IF, VNODE_TIF_SWD);
+    Settle();
+  }
+  // Connected and halted at CODE, all that was heard forgotten.
+  void ConnectHalted() {
+    Do("sim.clear-faults");
+    Configure();
+    Device.ScheduleConnect(CM_ATTACH);
+    Device.ScheduleHalt();
+    Settle();
+    ASSERT_TRUE(Device.IsAccessible()) << Witness.sLog.join('\n').toStdString();
+    Device.ScheduleWriteMem(CODE, sizeof(LOOP_CODE), 0, 0, 0, LOOP_CODE);
+    Device.ScheduleWriteReg(VNODE_REG_PC, CODE);
+    Settle();
+    Witness.sHeard.clear();
+    Witness.sLog.clear();
+  }
+  void Do(const char* sCommand) {
+    Device.ScheduleExecVNodeCmd(sCommand);
+    Settle();
+  }
+  // Until nothing is on its way any more.
+  void Settle() {
+    QElapsedTimer Clock;
+    Clock.start();
+    while (Device.IsQueueBusy(JQ_ALL) || Device.IsHaltUnderWay() || Device.HasEvents()) {
+      ASSERT_LT(Clock.elapsed(), LIMIT_MS);
+      if (Device.ProcessEvents(1000) == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+  }
+  std::string TakeHeard() { return std::exchange(Witness.sHeard, {}).join("; ").toStdString(); }
+
+  CDevice& Device = CDevice::Get();
+  CWitness Witness;
+};
+
+}  // namespace
+
+TEST_F(DeviceFaults, EachFaultHasItsTextAndItsEvent) {
+  const auto Connect = [this] { Device.ScheduleConnect(CM_ATTACH); };
+  const auto ConnectBy = [this](int HostIF, const char* sDevice) {
+    Device.ScheduleSetConfigParam(DCP_CONNECT_MODE, HostIF);
+    Device.ScheduleSetConfigParam(DCP_DEVICE_NAME, sDevice);
+    Device.ScheduleConnect(CM_ATTACH);
+  };
+  const auto Run = [this] {
+    Device.ScheduleContinue();
+    Settle();
+  };
+  const auto Leave = [this] {
+    Device.ScheduleDisconnect();
+    Settle();
+  };
+  const struct {
+    const char* sFault;  // probe command
+    std::function<void()> Act;
+    const char *sLog, *sHeard;
+  } aCase[] = {
+      {"sim.fail SelectUSB 1", Connect, "Connect: serial number not found on usb", "not connected 1"},
+      {"sim.fail SelectIP 1", [&] { ConnectBy(HOST_IF_IP, ""); }, "Connect: error during configuration of IP interface",
+       "not connected 1"},
+      {"", [&] { ConnectBy(7, ""); }, "Connect: unknown host interface", "not connected 1"},
+      {"sim.fail Open 1", Connect, "Open: VNODE API call failed with error message: *", "not connected 1"},
+      {"", [&] { ConnectBy(HOST_IF_USB, "NoSuchPart"); }, "Connect: could not configure V-Node", "not connected 1"},
+      {"sim.refuse-connect 2", Connect, "Connect: VNODE API call failed", "not connected 1"},
+      {"sim.refuse-connect 1", [&] { Connect(), Device.ScheduleHalt(); }, "Connecting to target...",
+       "connected 1; halt 0"},
+      {"sim.fail Halt 1", [&] { Run(), Device.ScheduleHalt(); }, "Halt: VNODE API call failed", ""},
+      {"sim.fail Reset 1", [&] { Device.ScheduleReset(RM_RESET_HALT); }, "Reset: VNODE API call failed", "not reset 0"},
+      {"sim.no-halt silent", [&] { Run(), Device.ScheduleReset(RM_BREAK_AT_SYMBOL); },
+       "Target did not halt following reset", "not reset 1"},
+      {"sim.fail SetBPEx 1", [&] { Device.ScheduleSetBreakpoint(CODE, BP_STATE_ENABLED, BP_TYPE_ANY); },
+       "SetBreakpoint: VNODE API call failed", "no bp"},
+      {"sim.fail SetBPEx 1", [&] { Device.ScheduleRunTo(CODE + 2); },
+       "RunTo: could not set breakpoint on address 20000002", ""},
+      {"", [&] { Run(), Device.ScheduleRunTo(CODE + 2); }, "run to: target not ready", ""},
+      {"", [&] { Run(), Device.ScheduleStepInst(); }, "cannot step. target not halted", ""},
+      {"sim.lose-connection 0", [&] { Device.ScheduleStepInst(); }, "Invalid connection status received", "lost"},
+      {"sim.lose-connection 0", [&] { Device.ScheduleStepInst(), Settle(), Device.ScheduleContinue(); },
+       "Continue: connection lost", "lost; not resumed"},
+      {"", [&] { Leave(), Device.ScheduleHalt(); }, "Halt: not connected", ""},
+      {"", [&] { Leave(), Device.ScheduleContinue(); }, "Continue: not connected", "not resumed"},
+      {"", [&] { Leave(), Device.ScheduleReset(RM_RESET_HALT); }, "Reset: not connected", "not reset 0"},
+      {"", [&] { Leave(), Device.ScheduleStepInst(); }, "cannot step. target not connected", ""},
+      {"sim.nonsense", [] {}, "Error executing V-Node command \"sim.nonsense\": *", ""},
+  };
+  for (const auto& Case : aCase) {
+    SCOPED_TRACE(testing::Message() << Case.sFault << " " << Case.sLog);
+    ConnectHalted();
+    if (*Case.sFault) Do(Case.sFault);
+    Case.Act();
+    Settle();
+    const QRegularExpression Text(QRegularExpression::wildcardToRegularExpression(
+        QString(Case.sLog).replace("[", "[[]"), QRegularExpression::UnanchoredWildcardConversion));
+    EXPECT_FALSE(Witness.sLog.filter(Text).isEmpty()) << Witness.sLog.join('\n').toStdString();
+    EXPECT_EQ(TakeHeard(), Case.sHeard);
+  }
+}
+
+TEST_F(DeviceFaults, EventsOfConnectingAndResetting) {
+  Configure();
+  for (const CONNECT_MODES Connect : {CM_DOWNLOAD_RESET, CM_ATTACH, CM_ATTACH_HALT, CM_BARE}) {
+    for (const RESET_MODES Reset :
+         {RM_RESET_HALT, RM_BREAK_AT_SYMBOL, RM_RESET_AND_RUN, RM_BEFORE_DOWNLOAD, RM_HARDWARE_ONLY}) {
+      SCOPED_TRACE(testing::Message() << Connect << " " << Reset);
+      Device.ScheduleDisconnect();
+      Settle();
+      Witness.sHeard.clear();
+      Device.ScheduleConnect(Connect);
+      Device.ScheduleHalt();
+      Settle();
+      // The connection of a session that is not ready yet hides its halts; a bare one is the business of who made it.
+      const bool bReady = Connect == CM_ATTACH || Connect == CM_ATTACH_HALT;
+      const std::string sConnected = Connect == CM_BARE ? "" : "connected " + std::to_string(Connect);
+      EXPECT_EQ(TakeHeard(), sConnected + (bReady ? "; halt 0" : ""));
+      EXPECT_TRUE(Device.IsAccessible());
+      Device.ScheduleReset(Reset);
+      Settle();
+      const std::string sReset = "reset " + std::to_string(Reset) + "; halt 0";
+      EXPECT_EQ(TakeHeard(), Reset == RM_HARDWARE_ONLY ? "" : sReset);
+      EXPECT_TRUE(Device.IsConnected() && Device.IsHalted());
+    }
+  }
+}
+
+TEST_F(DeviceFaults, AFullQueueRefusesAndAWaitEnds) {
+  ConnectHalted();
+  {
+    std::lock_guard Lock(Device.Mutex());
+    for (int i = 0; i < 10000; ++i) ASSERT_EQ(Device.ScheduleReadReg(0), 0);
+    EXPECT_EQ(Device.ScheduleReadReg(0), -1);
+    EXPECT_EQ(Device.WaitForJob(JT_READ_REG, false, 20), -1);
+    EXPECT_TRUE(Device.IsJobPending(JT_READ_REG)) << "a wait that ends takes nothing back";
+    DEVICE_JOB Job;
+    Job.Type = JT_CONFIGURE;
+    EXPECT_EQ(Device.RequestDynParam(Job, 0, 1000000001), -1);
+    EXPECT_EQ(Device.RequestDynParam(Job, 0, 4), 0);
+    EXPECT_EQ(Device.RequestDynParam(Job, 0, 4), -1);
+    FreeDynParams(Job);
+  }
+  Settle();
+  EXPECT_EQ(Witness.sLog,
+            (QStringList{"Job JT_READ_REG not scheduled. Queue is full.", "Timeout while waiting for Job JT_READ_REG",
+                         "Size limit exceeded for dynamic parameter of job JT_CONFIGURE.",
+                         "Job JT_CONFIGURE has unallocated parameter."}));
+  EXPECT_EQ(Device.ScheduleReadReg(0), 0);
+}
+
+TEST_F(DeviceFaults, AFullEventRingDropsWhatCannotBeTold) {
+  static int s_NumWarnings;
+  s_NumWarnings = 0;
+  ConnectHalted();
+  qInstallMessageHandler([](QtMsgType Type, const QMessageLogContext&, const QString& sText) {
+    s_NumWarnings += Type == QtWarningMsg && sText == "Target event queue full. job not inserted";
+  });
+  for (int i = 0; i < 10001; ++i) Device.LogText("x", DEVICE_LOG_DEBUG);
+  EXPECT_EQ(s_NumWarnings, 1);
+  Device.ScheduleSetBreakpoint(CODE, BP_STATE_ENABLED, BP_TYPE_ANY);
+  EXPECT_NE(Device.WaitForJob(JT_SET_BP, false), -1) << "the device thread is not held up";
+  while (Device.IsJobPending(JT_SET_BP)) QThread::msleep(1);
+  Settle();
+  qInstallMessageHandler(nullptr);
+  EXPECT_GT(s_NumWarnings, 1);
+  EXPECT_EQ(Witness.sLog.size(), 10000);
+  EXPECT_EQ(TakeHeard(), "") << "the job's end was not told";
+  EXPECT_EQ(Device.Context().Breakpoints.Count(), 1) << "but it was done";
+}
+
+TEST_F(DeviceFaults, ABusyDeviceDoesNotHoldUpABlockingRead) {
+  ConnectHalted();
+  ELF_SYM_LOC Loc;
+  Loc.Type = ELF_LOC_MEM;
+  Loc.Addr = CODE;
+  U8 aData[4] = {};
+  const auto Read = [&] { return Device.ReadLocNow(Loc, sizeof(aData), aData); };
+  std::atomic<bool> bHeld{false}, bEnd{false};
+  std::thread LongJob([&] {
+    std::lock_guard Lock(Device.Mutex());
+    bHeld = true;
+    while (!bEnd) std::this_thread::yield();
+  });
+  while (!bHeld) std::this_thread::yield();
+  QElapsedTimer Clock;
+  Clock.start();
+  EXPECT_EQ(Read(), CDeviceAccess::BUSY);
+  EXPECT_GE(Clock.elapsed(), 150);
+  EXPECT_LT(Clock.elapsed(), 5000) << "a busy machine may take its time";
+  bEnd = true;
+  LongJob.join();
+  Do("sim.slow 1");
+  for (int i = 0; i < 1000; ++i) Device.ScheduleReadReg(0);
+  EXPECT_EQ(Read(), 0) << "between two of many jobs";
+  EXPECT_TRUE(Device.IsJobPending(JT_READ_REG));
+  EXPECT_EQ(0, std::memcmp(aData, LOOP_CODE, sizeof(aData)));
+}
