@@ -9,6 +9,7 @@
 #include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
+#include "device/interface_speed.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 #include "project/file_classes.h"
@@ -31,10 +32,7 @@
 
 namespace {
 
-constexpr U32 HZ_PER_KHZ = 1000;
-constexpr U32 MIN_SPEED_HZ = 1000;
 constexpr int TIMING_STEP_PS = 50;
-constexpr const char* FREQUENCY = "FREQ_";  // what the names of frequencies begin with
 
 CDevice& Device() {
   return CDevice::Get();
@@ -80,20 +78,12 @@ void SetVNodeScript(COMMAND_CONTEXT&) {
   Device().ScheduleSetConfigParam(DCP_SCRIPT_FILE, sPath.toUtf8().constData());
 }
 
-// A file that need not exist yet: a relative path starts where the project lies.
-QString FromProjectDir(const QString& sPath) {
-  const QString sProject = CProject::Get().GetFileName();
-  return sPath.isEmpty() || sProject.isEmpty() ? sPath : QFileInfo(sProject).absoluteDir().filePath(sPath);
-}
-
 void SetVNodeLogFile(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_VNODE_LOG_FILE;
   if (!CheckActionArgs(ID)) return;
-  const QString sPath = FromProjectDir(CFileFinder::Get()->ExpandMacros(Arg(ID, 0)));
-  if (!QFileInfo(sPath).isFile()) {
-    QFile Probe(sPath);
-    if (!Probe.open(QIODevice::WriteOnly)) return SetPathError(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
-    Probe.remove();
+  const QString sPath = OutputPath(Arg(ID, 0));
+  if (!QFileInfo(sPath).isFile() && !CanWriteFile(sPath)) {
+    return SetPathError(ID, ActionError::INVALID_FILENAME, Arg(ID, 0));
   }
   Device().ScheduleSetConfigParam(DCP_LOG_FILE, sPath.toUtf8().constData());
 }
@@ -137,25 +127,8 @@ void SetTIFSpeed(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_SET_TIF_SPEED;
   if (!CheckActionArgs(ID)) return;
   bool bOk = false;
-  const U32 KHz = Arg(ID, 0).toUInt(&bOk, 0);
-  U32 Speed = KHz;
-  if (bOk) {
-    if (KHz != 0 && KHz != VNODE_SPEED_ADAPTIVE) {
-      if (KHz > 0xFFFFFFFFu / HZ_PER_KHZ) return Fail(ID, ActionError::INVALID_NUMBER);
-      Speed = KHz * HZ_PER_KHZ;
-    }
-  } else {
-    const NAMED_CONST* const pConst = FindNamedConst(Arg(ID, 0));
-    bOk = pConst && qstrncmp(pConst->sSymbol, FREQUENCY, qstrlen(FREQUENCY)) == 0;
-    Speed = bOk ? static_cast<U32>(pConst->Value) : ParseFrequency(Arg(ID, 0), &bOk);
-    if (!bOk) return Fail(ID, ActionError::INVALID_NUMBER);
-  }
-  if (Speed != 0 && Speed != VNODE_SPEED_ADAPTIVE) {
-    const U32 Rest = Speed % HZ_PER_KHZ;
-    Speed -= Rest;
-    if (Rest > HZ_PER_KHZ / 2 && Speed <= 0xFFFFFFFFu - HZ_PER_KHZ) Speed += HZ_PER_KHZ;
-    Speed = std::max(Speed, MIN_SPEED_HZ);
-  }
+  const U32 Speed = ParseInterfaceSpeed(Arg(ID, 0), &bOk);
+  if (!bOk) return Fail(ID, ActionError::INVALID_NUMBER);
   SetVarValue(GetVarInfo(VAR_TIF_SPEED), Speed, 0);
   Device().ScheduleSetConfigParam(DCP_SPEED, static_cast<int>(Speed));
 }
@@ -248,7 +221,7 @@ void RelocateSymbols(COMMAND_CONTEXT& Context) {
 void SetConsoleLogFile(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_PROJ_SET_CONSOLE_LOG_FILE;
   if (!CheckActionArgs(ID)) return;
-  const QString sPath = FromProjectDir(CFileFinder::Get()->ExpandMacros(Arg(ID, 0)));
+  const QString sPath = OutputPath(Arg(ID, 0));
   // What was printed until now belongs to the file of until now.
   Context.Window.Console().DrainAll();
   if (OpenLogFile(LOG_FILE_CONSOLE, sPath.toUtf8().constData()) < 0)
