@@ -1,11 +1,15 @@
 // Target memory, while the target is halted and while it runs.
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 
 #include "probe/api_call.h"
 
 namespace {
+
+// So long items are asked for one by one where they do not answer; each may be a request to a server.
+constexpr std::chrono::seconds MISSING_ITEMS_LIMIT{3};
 
 // Width of the accesses to items of a size.
 constexpr U32 ItemWidth(size_t Size) {
@@ -37,6 +41,7 @@ int ReadItems(U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
   if (paStatus) std::memset(paStatus, 1, NumItems);
   CTargetCall Call(FAULT_POINT::ReadMem);
   if (!Call) return Call.FailureCode();
+  const auto GiveUp = std::chrono::steady_clock::now() + MISSING_ITEMS_LIMIT;
   int NumRead = 0;
   U32 Item = 0;
   while (Item < NumItems) {
@@ -49,7 +54,11 @@ int ReadItems(U32 Addr, U32 NumItems, T* paData, U8* paStatus) {
     if (paStatus) std::memset(paStatus + Item, 0, NumWhole);
     NumRead += static_cast<int>(NumWhole);
     Item += NumWhole;
-    if (Item < NumItems) std::memset(&paData[Item++], 0, sizeof(T));
+    if (Item == NumItems) break;
+    const bool bGiveUp = std::chrono::steady_clock::now() > GiveUp;
+    const U32 NumMissing = bGiveUp ? NumItems - Item : 1;
+    std::memset(&paData[Item], 0, NumMissing * sizeof(T));
+    Item += NumMissing;
   }
   return NumRead;
 }

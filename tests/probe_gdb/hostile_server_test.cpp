@@ -178,6 +178,15 @@ TEST_F(HostileServerTest, WrongAnswersAreFailuresOfTheirCallAlone) {
   EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), 0) << "more than was asked for";
   Break({"", "m", CFakeServer::Packet("11223344"), ""});
   EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), 64) << "a part at a time";
+  m_Server.Fault = [](const std::string& sRequest, std::string* psRaw) {
+    usleep(1000);
+    *psRaw = CFakeServer::Packet("E01");
+    return sRequest.starts_with("m");
+  };
+  std::vector<U8> Items(50'000, 1), Statuses(50'000);
+  ExpectInTime([&] { EXPECT_EQ(API.VNODEARM_ReadMemU8(0, 50'000, Items.data(), Statuses.data()), 0); });
+  EXPECT_EQ(Statuses, std::vector<U8>(50'000, 1));
+  EXPECT_EQ(Items, std::vector<U8>(50'000));
   m_Server.Fault = nullptr;
   EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
   EXPECT_TRUE(HasReg(VNODE_REG_PC));
