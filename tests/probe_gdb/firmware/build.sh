@@ -7,7 +7,8 @@ cd "$(dirname "$0")"
 build() {  # cpu, start file, instruction set, addresses of code and data
   local cpu=$1 start=$2 isa=$3 code=$4 data=$5
   arm-none-eabi-gcc -mcpu="$cpu" "$isa" -mfloat-abi=soft -ffreestanding -Og -g3 -gdwarf-5 -Wall -Wextra \
-    -ffile-prefix-map="$PWD=." -nostdlib -Wl,--build-id=none -Wl,--no-warn-rwx-segments \
+    -ffile-prefix-map="$PWD=." -Wa,--debug-prefix-map="$PWD=." -nostdlib -Wl,--build-id=none \
+    -Wl,--no-warn-rwx-segments \
     -Wl,--defsym=CODE_BASE="$code" -Wl,--defsym=DATA_BASE="$data" -T counter.ld "$start" counter.c -o "$cpu.elf"
 }
 
