@@ -118,6 +118,7 @@ private:
   DOWNLOAD_KINDS m_DownloadKind = DOWNLOAD_PROGRAM;
   U32 m_LoadAddress = 0;
   bool m_bLoadingProject = false;
+  bool m_bBeforeDownload = false;  // the next halt is that of a reset ahead of a download, which is not shown
   U32 m_CoreId = 0;
   QTimer m_HaltedTimer;
   QTimer m_MessageBoxTimer;

@@ -110,6 +110,7 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
     if (GetVarValue(VAR_CONNECT_MODE) != CM_DOWNLOAD_RESET) return;
     ExecScriptFunc(HOOK_AFTER_TARGET_RESET);
     DownloadFile(CProject::Get().GetProgramFile(), DOWNLOAD_PROGRAM, -1);
+    m_bBeforeDownload = true;
     return;
   }
   m_View.RefreshWindows();
@@ -152,7 +153,7 @@ void CSessionController::OnDeviceRunToSymbolFailed(U32) {
 
 void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
   // The target may run on: the next halt is on its way.
-  if (!IsStandingStill()) return;
+  if (std::exchange(m_bBeforeDownload, false) || !IsStandingStill()) return;
   m_View.ShowPC(PC);
   Status().SetStatusMessage(QStringLiteral("CPU halted"));
   Status().EndProgress();

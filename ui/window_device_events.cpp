@@ -6,6 +6,13 @@
 #include "shell/log/log.h"
 #include "ui/window.h"
 
+namespace {
+
+// The window that has heard of the reset ahead of a download. What stands there is about to be written over.
+const CWindow* pBeforeDownload = nullptr;
+
+}  // namespace
+
 DEBUG_STATES GetDebugState() {
   if (!CDevice::Exists() || !CDevice::Get().IsConnected()) return DEBUG_STATE_NO_CONNECTION;
   return CDevice::Get().IsHalted() ? DEBUG_STATE_HALTED : DEBUG_STATE_RUNNING;
@@ -13,7 +20,11 @@ DEBUG_STATES GetDebugState() {
 
 bool IsStandingStill() {
   const CDevice& Device = CDevice::Get();
-  return Device.IsHalted() && !Device.IsJobPending(JT_RUN_TO) && !Device.IsJobPending(JT_CONTINUE);
+  // In the order in which each leads to the next: the device thread goes on meanwhile.
+  for (const U32 Type : {JT_RUN_TO, JT_CONTINUE}) {
+    if (Device.IsJobPending(Type)) return false;
+  }
+  return Device.IsHalted();
 }
 
 bool IsCurrentPC(U32 PC) {
@@ -39,11 +50,13 @@ void CWindow::OnDeviceResumeDone(RESUME_MODES) {
   UpdateActions();
 }
 
+// The halt of a reset is told right behind it, to one window after the other.
 void CWindow::OnDeviceHaltDone(U32 PC, HALT_REASONS) {
-  HaltUpdate(PC);
+  if (std::exchange(pBeforeDownload, nullptr) != this) HaltUpdate(PC);
 }
-void CWindow::OnDeviceResetDone(U32 PC, RESET_MODES) {
-  HaltUpdate(PC);
+void CWindow::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
+  pBeforeDownload = Mode == RM_BEFORE_DOWNLOAD ? this : nullptr;
+  if (pBeforeDownload == nullptr) HaltUpdate(PC);
 }
 
 void CWindow::HaltUpdate(U32 PC) {

@@ -130,6 +130,11 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
        "\"AfterTargetReset\": maximum call level reached", ""},
       {"", u"void BeforeTargetDownload (void) { Exec.Download (\"%1\"); }"_s.arg(sElf),
        u"Debug.Start\n@wait halted\n"_s, "Exec.Download", "timeout"},
+      {"Debug.SetResetMode (RM_RESET_AND_RUN); Debug.Start (); Util.Sleep (500); Debug.Halt (); Debug.Continue ();",
+       {},
+       {},
+       "Debug.Continue();",
+       "Debug.Continue():"},
       {"Project.SetBPType (BP_TYPE_HARD);", {}, {}, "Project.SetBPType (BP_TYPE_HARD);", ""},
   };
   for (const auto& Case : aCases) {
