@@ -7,6 +7,11 @@ constexpr U32 ARM_PC_OFFSET = 8;  // bytes by which the PC is ahead
 constexpr U32 ALWAYS_KEY = COND_ALWAYS << 28;
 constexpr U32 BITS_BELOW_COND = (1u << 28) - 1;
 
+// The two spaces of Advanced SIMD: data processing, and loads and stores of elements.
+bool IsSimd(U32 Word) {
+  return (Word & 0xFE000000) == 0xF2000000 || (Word & 0xFF100000) == 0xF4000000;
+}
+
 }  // namespace
 
 int DISASM_DecodeARM(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 NumBytes, char* sText, U32 TextSize,
@@ -25,7 +30,7 @@ int DISASM_DecodeARM(DISASM_CONTEXT& Context, U32 Addr, const U8* pBytes, U32 Nu
   Inst.Word = LoadCode<U32>(pBytes, Context.BigEndian != 0);
   Inst.Cond = Inst.Word >> 28;
   const U32 Key = Inst.Cond == COND_NONE ? Inst.Word : (Inst.Word & BITS_BELOW_COND) | ALWAYS_KEY;
-  const int Kind = DecodeWord(Inst, ArmTable(), Key, sText, TextSize);
+  const int Kind = DecodeWord(Inst, IsSimd(Inst.Word) ? SimdTable() : ArmTable(), Key, sText, TextSize);
   if (Kind < 0) Inst.Info = {};
   Inst.Info.Length = ARM_LENGTH;
   if (pInfo != nullptr) *pInfo = Inst.Info;

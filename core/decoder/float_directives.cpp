@@ -1,7 +1,5 @@
 // Operand directives of floating point. Bit 8 of the word tells double from single precision.
 
-#include <cmath>
-
 #include "core/decoder/operand_text.h"
 #include "core/decoder/text_template.h"
 
@@ -78,10 +76,7 @@ void List(OUT& Out, const INST& Inst, ARGS) {
 }
 
 void Immediate(OUT& Out, const INST& Inst, ARGS) {
-  const U32 Imm8 = Inst.Bits(16, 4) << 4 | Inst.Bits(0, 4);
-  const int Exponent = static_cast<int>((Imm8 >> 4 & 7) ^ 4) - 3;
-  const double Value = std::ldexp((16.0 + (Imm8 & 15)) / 16.0, Exponent);
-  Out.Format("#%g", (Imm8 & 0x80) != 0 ? -Value : Value);
+  WriteFloat8(Out, Inst.Bits(16, 4) << 4 | Inst.Bits(0, 4));
 }
 
 void FixedSize(OUT& Out, const INST& Inst, ARGS) {

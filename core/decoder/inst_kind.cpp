@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "core/decoder/operand_text.h"
+#include "core/decoder/simd_list.h"
 
 namespace {
 
@@ -169,6 +170,42 @@ bool IsBankedValid(const INST& Inst) {
   return BankedRegOf(Inst) != nullptr;
 }
 
+constexpr U32 ODD_D = 1u << 12;
+constexpr U32 ODD_N = 1u << 16;
+constexpr U32 ODD_M = 1u << 0;
+
+bool AreQuadsValid(const INST& Inst, U32 QuadBit, U32 OddBits) {
+  return !Inst.Bit(QuadBit) || (Inst.Word & OddBits) == 0;
+}
+bool IsSimdDNMValid(const INST& Inst) {
+  return AreQuadsValid(Inst, 6, ODD_D | ODD_N | ODD_M);
+}
+bool IsSimdDNMSmallValid(const INST& Inst) {
+  return Inst.Bits(20, 2) != 3 && IsSimdDNMValid(Inst);
+}
+bool IsSimdDMValid(const INST& Inst) {
+  return AreQuadsValid(Inst, 6, ODD_D | ODD_M);
+}
+bool IsSimdDValid(const INST& Inst) {
+  return AreQuadsValid(Inst, 6, ODD_D);
+}
+bool IsSimdDN24Valid(const INST& Inst) {
+  return AreQuadsValid(Inst, 24, ODD_D | ODD_N);
+}
+bool IsSimdTableValid(const INST& Inst) {
+  constexpr U32 LAST_DOUBLE = 31;
+  return (Inst.Bits(7, 1) << 4 | Inst.Bits(16, 4)) + Inst.Bits(8, 2) <= LAST_DOUBLE;
+}
+bool IsSimdWholeValid(const INST& Inst) {
+  return SimdWholeList(Inst).bValid;
+}
+bool IsSimdLaneValid(const INST& Inst) {
+  return SimdLaneList(Inst).bValid;
+}
+bool IsSimdAllLanesValid(const INST& Inst) {
+  return SimdAllLanesList(Inst).bValid;
+}
+
 bool IsFloatListValid(const INST& Inst) {
   constexpr U32 NUM_SINGLES = 32;
   constexpr U32 NUM_DOUBLES = 32;
@@ -256,6 +293,15 @@ constexpr KIND_INFO aKind[] = {
     /* ARM_BKPT */ {IF_BKPT, COND_FROM_NOWHERE, nullptr, nullptr, IsAlways},
     /* ARM_HVC */ {IF_BRANCH, COND_FROM_NOWHERE, nullptr, nullptr, IsAlways},
     /* ARM_BIT_FIELD */ {0, COND_FROM_INST, nullptr, nullptr, IsArmBitFieldValid},
+    /* SIMD_DNM */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdDNMValid},
+    /* SIMD_DNM_SMALL */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdDNMSmallValid},
+    /* SIMD_DM */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdDMValid},
+    /* SIMD_D */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdDValid},
+    /* SIMD_DN24 */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdDN24Valid},
+    /* SIMD_TABLE */ {0, COND_FROM_INST, nullptr, nullptr, IsSimdTableValid},
+    /* SIMD_MULTIPLE */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsSimdWholeValid},
+    /* SIMD_LANE */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsSimdLaneValid},
+    /* SIMD_ALL */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsSimdAllLanesValid},
     /* REFUSED */ {},
 };
 static_assert(std::size(aKind) == KIND_COUNT);

@@ -66,6 +66,15 @@ enum INST_KIND : U8 {
   KIND_ARM_BKPT,
   KIND_ARM_HVC,
   KIND_ARM_BIT_FIELD,
+  KIND_SIMD_DNM,        // Advanced SIMD; quad registers have even numbers
+  KIND_SIMD_DNM_SMALL,  // the same, refused for elements of 64 bits
+  KIND_SIMD_DM,
+  KIND_SIMD_D,
+  KIND_SIMD_DN24,
+  KIND_SIMD_TABLE,  // refused when the list runs past the last register, as are those below
+  KIND_SIMD_MULTIPLE,
+  KIND_SIMD_LANE,
+  KIND_SIMD_ALL,
   KIND_REFUSED,  // no valid instruction; the text, if any, is the warning to log
   KIND_COUNT
 };
@@ -120,3 +129,4 @@ std::span<const INST_ROW> ArmMediaRows();
 std::span<const INST_ROW> ArmSystemRows();
 std::span<const INST_ROW> ArmUnconditionalRows();
 std::span<const INST_ROW> FloatRows();  // of both instruction sets
+std::span<const INST_ROW> SimdRows();   // of both, as ARM words

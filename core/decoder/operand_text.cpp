@@ -1,5 +1,7 @@
 #include "core/decoder/operand_text.h"
 
+#include <cmath>
+
 #include "base/endian.h"
 #include "core/decoder/names.h"
 
@@ -186,4 +188,10 @@ const char* BankedRegOf(const INST& Inst) {
   if (Inst.bArm) return BankedRegName(Inst.Bit(22), Inst.Bits(8, 1) << 4 | Inst.Bits(16, 4));
   const bool bRead = Inst.Bit(21);
   return BankedRegName(Inst.Bit(20), Inst.Bits(4, 1) << 4 | Inst.Bits(bRead ? 16 : 8, 4));
+}
+
+void WriteFloat8(CTextWriter& Out, U32 Imm8) {
+  const int Exponent = static_cast<int>((Imm8 >> 4 & 7) ^ 4) - 3;
+  const double Value = std::ldexp((16.0 + (Imm8 & 15)) / 16.0, Exponent);
+  Out.Format("#%g", (Imm8 & 0x80) != 0 ? -Value : Value);
 }

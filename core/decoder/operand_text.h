@@ -25,3 +25,5 @@ void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, boo
 U32 ExpandModifiedImmediate(U32 Imm12);
 // The register of another processor mode that MRS or MSR names; null when there is none.
 const char* BankedRegOf(const INST& Inst);
+// "#1.5", the number that 8 bits stand for: sign, three bits of the exponent, four of the fraction.
+void WriteFloat8(CTextWriter& Out, U32 Imm8);

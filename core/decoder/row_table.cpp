@@ -12,6 +12,9 @@ constexpr INDEX_FIELD THUMB32_LOW = {4, 4};
 constexpr INDEX_FIELD ARM_HIGH = {20, 9};
 constexpr INDEX_FIELD ARM_LOW = {4, 4};
 
+constexpr INDEX_FIELD SIMD_HIGH = {20, 6};
+constexpr INDEX_FIELD SIMD_LOW = {6, 6};
+
 constexpr U8 FIRST_ARCH_WITH_THUMB2 = 7;
 
 }  // namespace
@@ -57,6 +60,11 @@ const CRowTable& Thumb32Table() {
   static const CRowTable Table(
       {{FloatRows(), FIRST_ARCH_WITH_THUMB2, ROW_FIRST}, {Thumb32Rows()}, {Thumb32LoadRows()}, {Thumb32DspRows()}},
       THUMB32_HIGH, THUMB32_LOW);
+  return Table;
+}
+
+const CRowTable& SimdTable() {
+  static const CRowTable Table({{SimdRows()}}, SIMD_HIGH, SIMD_LOW);
   return Table;
 }
 

@@ -65,5 +65,6 @@ private:
 
 const CRowTable& Thumb16Table();
 const CRowTable& Thumb32Table();
+const CRowTable& SimdTable();
 // Words whose condition is not 15 are looked up with the condition "always".
 const CRowTable& ArmTable();

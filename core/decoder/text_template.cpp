@@ -34,7 +34,7 @@ void CTextTemplate::AddDirective(std::string_view sText) {
 }
 
 DIRECTIVE_FUNC FindDirective(std::string_view sName) {
-  for (const auto& Directives : {GeneralDirectives(), ArmDirectives(), FloatDirectives()}) {
+  for (const auto& Directives : {GeneralDirectives(), ArmDirectives(), FloatDirectives(), SimdDirectives()}) {
     for (const DIRECTIVE& Directive : Directives) {
       if (sName == Directive.sName) return Directive.pfWrite;
     }

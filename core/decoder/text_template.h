@@ -30,6 +30,7 @@ DIRECTIVE_FUNC FindDirective(std::string_view sName);
 std::span<const DIRECTIVE> GeneralDirectives();
 std::span<const DIRECTIVE> ArmDirectives();
 std::span<const DIRECTIVE> FloatDirectives();
+std::span<const DIRECTIVE> SimdDirectives();
 
 // A template taken apart once, when its table is built.
 class CTextTemplate {

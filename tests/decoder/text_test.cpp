@@ -83,14 +83,14 @@ TEST(OperandText, ITBlock) {
 }
 
 TEST(DecodeTables, EveryTemplateNamesKnownDirectives) {
-  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &ArmTable()})
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &SimdTable(), &ArmTable()})
     for (const auto& Entry : pTable->Entries()) EXPECT_TRUE(Entry.Template.IsValid()) << Entry.pRow->sText;
 }
 
 // Where two rows match the same word, the one that is tried first is a special case of the other or says that it goes
 // first. Anything else is a slip in one of the two patterns.
 TEST(DecodeTables, RowsOverlapInAStatedOrder) {
-  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &ArmTable()}) {
+  for (const CRowTable* pTable : {&Thumb16Table(), &Thumb32Table(), &SimdTable(), &ArmTable()}) {
     const auto& aEntry = pTable->Entries();
     for (size_t i = 0; i < aEntry.size(); ++i) {
       const INST_ROW& First = *aEntry[i].pRow;
