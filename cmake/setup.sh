@@ -6,7 +6,8 @@ VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-de
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
   qemu-system-arm gdb-multiarch python3 srecord)
-VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool highlight source-highlight)
+VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool highlight source-highlight
+  llvm-14-dev gcc-arm-none-eabi libnewlib-arm-none-eabi)
 
 say() { printf '%s\n' "$*" >&2; }
 
