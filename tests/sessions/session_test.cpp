@@ -32,6 +32,14 @@ TEST_F(ExampleSession, GoesToMainBreaksStepsResetsAndStops) {
   }
 }
 
+// The reset ahead of a download halts the target in the startup code of the program that it has already.
+TEST_F(ExampleSession, ASecondStartShowsNothingButMain) {
+  const QString sStart = u"Debug.Start\n@wait halted\n"_s;
+  RunSession(u"File.Open (\"examples/traffic_light/traffic_light.vdebug\");\n@wait idle\n"_s + sStart +
+             u"Debug.Stop\n@wait disconnected\n"_s + sStart + u"Util.Sleep 1000\n"_s)
+      .Expect(0, {"\n1 source file paths resolved\n"}, {"\n2 source file paths resolved\n"});
+}
+
 TEST_F(BadInput, AFailingLineSaysWhyAndEndsTheSession) {
   const std::pair<const char*, const char*> aCases[] = {
       {"Debug.Strat();", "Debug.Strat(): unknown command. Type ? or help for a list of available commands."},
