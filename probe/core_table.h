@@ -13,6 +13,7 @@ struct CORE_ROW {
   U32 NumCodeBreakpoints;
   U32 NumDataWatches;
   bool bCodeRegionOnly;  // comparators match below CODE_REGION_END only
+  U32 SimCpuId = 0;      // value of the register CPUID
   sim::FPU SimFpu = sim::FPU::NONE;
 };
 

@@ -11,6 +11,7 @@ sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   sim::BOARD_SPEC Spec;
   Spec.Arch = *Device.pCore->SimArch;
   Spec.Fpu = Device.pCore->SimFpu;
+  Spec.CpuId = Device.pCore->SimCpuId;
   Spec.Flash = Device.Flash;
   Spec.RAM[0] = Device.RAM[0];
   Spec.RAM[1] = Device.RAM[1];

@@ -25,6 +25,7 @@ struct MEM_RANGE {
 struct BOARD_SPEC {
   ARCH Arch = ARCH::ARMV7EM;
   FPU Fpu = FPU::NONE;
+  U32 CpuId = 0x410FC241;  // what the core says of itself in CPUID
   MEM_RANGE Flash;
   MEM_RANGE RAM[2];
   U32 NumCodeBreakpoints = 6;  // comparators of the core's breakpoint unit

@@ -43,10 +43,6 @@ enum SCS_REG : U32 {
 
 inline constexpr U32 NVIC_BLOCK_SIZE = 0x20;  // bytes of 240 interrupt bits
 
-inline constexpr U32 CPUID_V6M = 0x410CC200;
-inline constexpr U32 CPUID_V7M = 0x412FC231;
-inline constexpr U32 CPUID_V7EM = 0x410FC241;
-
 inline constexpr U32 AIRCR_KEY = 0x05FA;
 inline constexpr U32 AIRCR_KEY_READ = 0xFA05u << 16;
 inline constexpr U32 AIRCR_SYSRESETREQ = 1u << 2;
@@ -250,10 +246,6 @@ void WriteV7(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
   }
 }
 
-U32 ReadCpuId(const STATE& S) {
-  return S.Spec.Arch == ARCH::ARMV6M ? CPUID_V6M : S.Spec.Arch == ARCH::ARMV7M ? CPUID_V7M : CPUID_V7EM;
-}
-
 // The core itself only ever reads it while it runs.
 U32 ReadDhcsr(const STATE& S, bool bDebugger) {
   return DHCSR_DEBUGEN | (bDebugger ? DHCSR_HALTED : 0) | (S.bSleeping ? DHCSR_SLEEP : 0) |
@@ -273,7 +265,7 @@ U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
     case SYST_CALIB:
       return 1u << 31;
     case CPUID:
-      return ReadCpuId(S);
+      return S.Spec.CpuId;
     case ICSR:
       return ReadIcsr(S);
     case VTOR:
