@@ -133,6 +133,43 @@ TEST_F(CoreTest, ModeOfOlderCoresComesFromTheStatusRegister) {
   EXPECT_FALSE(VCore::IsArm(0x100));
 }
 
+// What a core has is more than its version number says.
+TEST_F(CoreTest, InstructionsOfTheCore) {
+  const std::tuple<U32, U32, const char16_t*> aCase[] = {
+      // identifier, word in memory, text
+      {0x0700004F, 0xe12fff1e, u"BX          LR"},                                           // version 4 with Thumb
+      {0x07FFFFFF, 0xe0821003, u"ADD         R1, R2, R3"},                                   // version 3
+      {0x080000FF, 0xf2002844, u"VADD.I8     Q1, Q0, Q2"},  {CORE_ID_M4, 0x2844ef00, u"?"},  // the same in Thumb
+      {0x0B7680FF, 0xe3012234, u"MOVW        R2, #0x1234"},                                  // version 6 with Thumb-2
+  };
+  for (const auto& [CoreId, Word, sText] : aCase) {
+    constexpr U32 PROBE_INDEX_CPSR = 8;
+    Target.ProbeRegs[PROBE_INDEX_CPSR] = 0x10;  // ARM state
+    Target.PutWord(0x1000, Word);
+    Init(CoreId);
+    QString sFound;
+    EXPECT_EQ(VCore::Disassemble(0x1000, sFound), 4);
+    EXPECT_EQ(sFound, sText);
+    VCore::Exit();
+  }
+}
+
+// Big-endian data beside little-endian code: the literal is read in its own order.
+TEST_F(CoreTest, LiteralsOfLittleEndianCodeWithBigEndianData) {
+  constexpr U32 PROBE_INDEX_CPSR = 8;
+  Target.ProbeRegs[PROBE_INDEX_CPSR] = 0x10;
+  Target.PutWord(0x1000, 0xe59f1000);  // LDR R1, [PC, #0]
+  Target.PutWord(0x1008, 0x12345678, true);
+  VCORE_API API = Target.API();
+  API.pfReadData = [this](U32 Addr, U32 NumBytes, void* pData) {
+    return Target.API().pfReadTarget(Addr, NumBytes, pData) == 0 ? static_cast<int>(NumBytes) : -1;
+  };
+  ASSERT_EQ(VCore::Init({CORE_ID_ARM9, 1, 0}, API), 0);
+  QString sText;
+  VCore::Disassemble(0x1000, sText);
+  EXPECT_EQ(sText, u"LDR         R1, [PC, #0x00] ; [0x00001008] =0x12345678"_s);
+}
+
 TEST(CoreTexts, CoprocessorRegisters) {
   VCore::CP_REG Reg;
   EXPECT_EQ(VCore::ParseCPReg(u"15, 1,2, 0x8 ,0"_s, Reg), 0);

@@ -63,6 +63,8 @@ constexpr REASON aReason[] = {
      "distance from the PC of a double word at the edge of the address space"},
     {ARM, "only here", 0x0FF000F0, 0x01600060, 8, 7,
      "return from an exception, which objdump has for version 7 with virtualization alone"},
+    {ARM, "only here: m", 0xFFE00000, 0xFC400000, 8, 6,
+     "unpredictable registers, which LLVM refuses; objdump reads an extension of version 8.2"},
     {ARM, "only there", 0x0FA00000, 0x0C000000, 4, 4,
      "MCRR and MRRC came with version 5; the peers read a load or store"},
     {ARM, "only there", 0xFC000000, 0xFC000000, 4, 4, "coprocessor instructions without condition came with version 5"},
