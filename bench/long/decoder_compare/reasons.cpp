@@ -77,6 +77,7 @@ constexpr REASON aReason[] = {
      "the offset from the PC is 0, which the peers leave out or print as minus 0"},
     {THUMB, "mnemonic: nop", 0xFF30F000, 0xF930F000, 8, 7, "a reserved hint, which runs as NOP"},
     {THUMB, "mnemonic: bx", 0xFFFFFF07, 0x00004704, 7, 4, "BXNS came with version 8; before, the bit should be zero"},
+    {THUMB, "mnemonic: strex", 0xFFF0F03F, 0xE840F000, 7, 7, "TT came with version 8; before, a store from the PC"},
     {THUMB, "operands: msr", 0xFFE0D000, 0xF3808000, 8, 6, "a register number without a name is shown as a number"},
     {THUMB, "operands: mrs", 0xFFE0D000, 0xF3E08000, 8, 6, "a register number without a name is shown as a number"},
     {THUMB, "operands: ldrd", 0xFE5F0000, 0xE85F0000, 8, 7,
