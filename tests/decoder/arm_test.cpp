@@ -146,6 +146,20 @@ TEST(ArmText, RefusesWhatIsNoInstruction) {
   }
 }
 
+// Words that were read wrongly once, as the comparison with other disassemblers showed.
+TEST(ArmText, MissesOfTheComparison) {
+  EXPECT_EQ(DecodeArm(ADDR, 0xe16e11ac).sText, "SMULTB\tLR, R12, R1");  // bits that should be zero, accepted
+  EXPECT_EQ(DecodeArm(ADDR, 0xe18a45d3).sText, "LDRD\tR4, R5, [R10, R3]");
+  EXPECT_EQ(DecodeArm(ADDR, 0xe5b23000).sText, "LDR\tR3, [R2, #0x00]!");
+  EXPECT_EQ(DecodeArm(ADDR, 0xec938b0b).sText, "FLDMIAX\tR3, {D8-D12}");
+  EXPECT_EQ(DecodeArm(ADDR, 0xec4994d5, 4).Length, -1);  // MCRR before it was there
+  EXPECT_EQ(DecodeArm(ADDR, 0xee300a21, 5).sText, "VADD.F32\tS0, S0, S3");
+  EXPECT_EQ(DecodeOne(ADDR, {0xf3a5, 0x071b}).Length, -1);  // neither USAT nor USAT16
+  EXPECT_EQ(DecodeOne(ADDR, {0xea8f, 0xd3ed}).Length, -1);
+  EXPECT_EQ(DecodeOne(ADDR, {0xe841, 0xf503}, 8).sText, "STREX\tR5, PC, [R1, #0x0C]");  // not TT
+  EXPECT_EQ(DecodeOne(ADDR, {0xf3ee, 0x8120}).sText, "MRS\tR1, LR_fiq");
+}
+
 TEST(ArmText, BigEndianCode) {
   DISASM_CONTEXT Context;
   Context.BigEndian = 1;
