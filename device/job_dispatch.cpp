@@ -85,8 +85,13 @@ void CJobDispatch::AddRunHandlers() {
   SetHandler(JT_CONTINUE, [this](DEVICE_JOB&) { return Ops.Control.Continue(); });
   SetHandler(JT_STEP_INST, [this](DEVICE_JOB&) { return Ops.Stepper.StepInst(); });
   SetHandler(JT_RUN_TO, [this](DEVICE_JOB& Job) { return Ops.Control.RunTo(Job.Param[0]); });
-  SetHandler(JT_SET_TARGET_EXEC_STATE,
-             [this](DEVICE_JOB& Job) { return Ops.Target.SetTargetExecState(Job.Param[0], Job.Param[1]); });
+  SetHandler(JT_SET_TARGET_EXEC_STATE, [this](DEVICE_JOB& Job) {
+    const int Result = Ops.Target.SetTargetExecState(Job.Param[0], Job.Param[1]);
+    // Zeroes ask for the target's own, which is what the event then tells.
+    Job.Param[0] = Ops.Ctx.State.Target.PC;
+    Job.Param[1] = Ops.Ctx.State.Target.SP;
+    return Result;
+  });
   SetHandler(JT_RESET_TARGET_EXEC_STATE, [this](DEVICE_JOB&) { return Ops.Target.ResetTargetExecState(); });
   SetHandler(JT_END_DOWNLOAD, [this](DEVICE_JOB& Job) {
     const int Result = Ops.Download.EndDownload(Job.Param[0] != 0);
