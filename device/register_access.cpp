@@ -35,7 +35,6 @@ int CRegisterAccess::WriteReg(U32 VNodeRegIdx, U64 Value) {
 
 int CRegisterAccess::ReadRegs(U32 Cnt, const U32* paVNodeRegIdxs, U64* paOutRegVals, U8* paOutRegStatus) {
   std::fill_n(paOutRegStatus, Cnt, STATUS_NOT_READ);
-  if (!Ctx.IsConnected()) return Fail("ReadRegs: not connected");
   if (std::find(paVNodeRegIdxs, paVNodeRegIdxs + Cnt, INVALID_INDEX) != paVNodeRegIdxs + Cnt) {
     return Fail("ReadRegs: Invalid register index");
   }
