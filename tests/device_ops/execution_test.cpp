@@ -1,5 +1,3 @@
-#include <functional>
-
 #include "device_fixture.h"
 
 namespace {
@@ -56,15 +54,6 @@ TEST_F(CExecutionTest, HaltIsReportedWithReasonAndPlace) {
   EXPECT_EQ(Sink.TakeEvents(), "") << "a halt is reported once";
 }
 
-TEST_F(CExecutionTest, HaltsBeforeTheSessionIsReadyAreSilent) {
-  Connect(CM_DOWNLOAD_RESET);
-  HaltAt(MAIN);
-  EXPECT_EQ(Sink.TakeEvents(), "");
-  EXPECT_TRUE(Ctx.State.Exec.bAccessible);
-  Ops.Halts.SetSessionReady();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000100");
-}
-
 TEST_F(CExecutionTest, PollingKeepsItsIntervals) {
   Connect();
   for (int i = 0; i < 100; ++i, Now += 10) Ops.Halts.CheckHandleHalt();
@@ -85,118 +74,46 @@ TEST_F(CExecutionTest, PollingKeepsItsIntervals) {
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 0 8000120");
 }
 
-TEST_F(CExecutionTest, HaltingAndContinuing) {
-  Program.Insts[NEXT] = {2, true, false};
-  for (const auto& [Addr, sCalls] : {std::pair(MAIN, "GoEx 0 1"), {NEXT, "WriteReg f 8000122, GoEx 0 1"}}) {
-    ConnectHalted(Addr);
-    EXPECT_EQ(Ops.Control.Continue(), 0);
-    EXPECT_EQ(Probe.CallText(), sCalls) << "behind a breakpoint instruction";
-  }
-  Sink.TakeLogs();
-  EXPECT_EQ(Ops.Control.Continue(), 0);
-  Probe.Failing["Halt"] = 0;
-  EXPECT_EQ(Ops.Control.Halt(), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "Continue: not halted; Halt: VNODE API call failed");
-  EXPECT_EQ(Sink.TakeEvents(), "") << "the connection stands";
-}
-
-TEST_F(CExecutionTest, ResetHaltsAndSettlesTheState) {
-  Connect(CM_DOWNLOAD_RESET);
-  Probe.Regs[15] = MAIN;
-  ASSERT_EQ(Ops.Control.Reset(RM_BEFORE_DOWNLOAD), 0);
-  EXPECT_EQ(Probe.CallText(),
-            "SetResetType 0, SetResetDelay 0, SetInitRegsOnReset 1, Halt, SetEndian 0, Reset, Halt, "
-            "SetEndian 0, IsHalted");
-  EXPECT_EQ(Ctx.State.Target.PC, MAIN);
-  EXPECT_FALSE(Ctx.State.Exec.bStartupDone);
-  EXPECT_TRUE(Ctx.State.Exec.bAccessible);
-  // A run-to at once: its hidden breakpoint has to survive the poll before the resume.
-  EXPECT_EQ(Ops.Control.RunTo(NEXT), 1);
-  Poll();
-  ASSERT_EQ(Probe.BPs.size(), 1u);
-  EXPECT_EQ(Ops.Control.Reset(RM_RESET_HALT), 0);
-  EXPECT_TRUE(Ctx.State.Exec.bStartupDone);
-  EXPECT_TRUE(Probe.BPs.empty()) << "a reset removes the hidden breakpoint";
-}
-
 TEST_F(CExecutionTest, ResetModes) {
   const std::string sHardware =
-      "SetResetType 0, SetResetDelay 0, SetInitRegsOnReset 1, Halt, SetEndian 0, Reset, Halt, "
-      "SetEndian 0";
-  const std::string sWhole = sHardware + ", ClrBPEx 8000120, IsHalted";
-  const struct {
-    RESET_MODES Mode;
-    std::string sCalls;
-    bool bDone, bDoneOnResume;  // the start-up
-  } aCase[] = {
-      {RM_RESET_HALT, sWhole, true, true},
-      {RM_BREAK_AT_SYMBOL, sWhole, false, false},
-      {RM_RESET_AND_RUN, sWhole, false, true},
-      {RM_BEFORE_DOWNLOAD, sWhole, false, false},
-  };
-  for (const auto& Case : aCase) {
-    SCOPED_TRACE(Case.Mode);
+      "SetResetType 0, SetResetDelay 0, SetInitRegsOnReset 1, Halt, SetEndian 0, Reset, Halt, SetEndian 0";
+  // mode, whether the start-up is done, also after a resume
+  const std::tuple<RESET_MODES, bool, bool> aCase[] = {{RM_RESET_HALT, true, true},
+                                                       {RM_BREAK_AT_SYMBOL, false, false},
+                                                       {RM_RESET_AND_RUN, false, true},
+                                                       {RM_BEFORE_DOWNLOAD, false, false},
+                                                       {RM_HARDWARE_ONLY, true, true}};
+  for (const auto& [Mode, bDone, bDoneOnResume] : aCase) {
+    SCOPED_TRACE(Mode);
     ConnectHalted();
     Ops.Control.RunTo(NEXT);
+    const bool bWhole = Mode != RM_HARDWARE_ONLY;
+    Ctx.State.Exec.bStartupDone = true;
     Forget();
-    EXPECT_EQ(Ops.Control.Reset(Case.Mode), 0);
+    EXPECT_EQ(Ops.Control.Reset(Mode), 0);
     EXPECT_EQ(Probe.CallText({"SetResetType", "SetResetDelay", "SetInitRegsOnReset", "Halt", "SetEndian", "Reset",
                               "ClrBPEx", "IsHalted"}),
-              Case.sCalls);
-    EXPECT_EQ(Sink.TakeLogs(), "Resetting target...");
-    EXPECT_EQ(Ctx.State.Exec.bStartupDone, Case.bDone);
-    EXPECT_EQ(Ctx.State.ResetMode, Case.Mode);
+              sHardware + (bWhole ? ", ClrBPEx 8000120, IsHalted" : ""));
+    EXPECT_EQ(Sink.TakeLogs(), bWhole ? "Resetting target..." : "");
+    EXPECT_EQ(Ctx.State.Exec.bStartupDone, bDone);
+    EXPECT_EQ(Ctx.State.HiddenBP.Addr, bWhole ? NO_REQUEST : NEXT);
+    EXPECT_EQ(Ctx.State.ResetMode, bWhole ? Mode : RM_BEFORE_DOWNLOAD);
     Ops.Control.Continue();
-    EXPECT_EQ(Ctx.State.Exec.bStartupDone, Case.bDoneOnResume);
+    EXPECT_EQ(Ctx.State.Exec.bStartupDone, bDoneOnResume);
   }
-  ConnectHalted();
-  Ops.Control.RunTo(NEXT);
-  Ctx.State.Exec.bStartupDone = true;
-  Forget();
-  EXPECT_EQ(Ops.Control.Reset(RM_HARDWARE_ONLY), 0);
-  EXPECT_EQ(Probe.CallText(), sHardware) << "nothing else";
-  EXPECT_TRUE(Ctx.State.Exec.bStartupDone && Ctx.State.HiddenBP.Addr == NEXT);
-  EXPECT_EQ(Ctx.State.ResetMode, RM_BEFORE_DOWNLOAD);
 }
 
 TEST_F(CExecutionTest, WhatAnUnconnectedTargetAnswers) {
-  const std::tuple<const char*, std::function<int()>, int> aCase[] = {
-      {"Halt: not connected", [this] { return Ops.Control.Halt(); }, -1},
-      {"Continue: not connected", [this] { return Ops.Control.Continue(); }, -1},
-      {"Reset: not connected", [this] { return Ops.Control.Reset(RM_RESET_HALT); }, -1},
-      {"Reset: not connected", [this] { return Ops.Control.Reset(RM_HARDWARE_ONLY); }, -1},
-      {"SetTargetExecState: not connected", [this] { return Ops.Target.SetTargetExecState(1, 2); }, -1},
-      {"cannot step. target not connected", [this] { return Ops.Stepper.StepInst(); }, -1},
-      {"cannot step. target not connected; run to: target not ready", [this] { return Ops.Control.RunTo(NEXT); }, -1},
-      {"", [this] { return Ops.Control.WaitForHaltedOrTimeout(1000); }, 0},
-      {"", [this] { return Ops.Control.PollTargetHaltStatus(0); }, 0},
-      {"", [this] { return Ops.Control.IsTargetHalted(); }, 0},
-  };
-  for (const auto& [sLog, Call, Result] : aCase) {
-    EXPECT_EQ(Call(), Result) << sLog;
-    EXPECT_EQ(Sink.TakeLogs(), sLog);
-  }
-  EXPECT_EQ(Probe.CallText(), "");
+  EXPECT_EQ(Ops.Control.Halt() + Ops.Control.Continue() + Ops.Control.Reset(RM_HARDWARE_ONLY), -3);
+  EXPECT_EQ(Sink.TakeLogs(), "Halt: not connected; Continue: not connected; Reset: not connected");
+  EXPECT_EQ(Ops.Target.SetTargetExecState(1, 2) + Ops.Control.RunTo(NEXT), -2);
+  EXPECT_EQ(Sink.TakeLogs(),
+            "SetTargetExecState: not connected; cannot step. target not connected; run to: target not ready");
+  EXPECT_EQ(Ops.Control.WaitForHaltedOrTimeout(1000) + Ops.Control.IsTargetHalted(), 0);
+  EXPECT_EQ(Probe.CallText() + Sink.TakeLogs(), "");
   Connect();
   EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
   EXPECT_EQ(Sink.TakeLogs(), "cannot step. target not halted; run to: target not ready");
-}
-
-TEST_F(CExecutionTest, AskingWhetherItIsHaltedIsCheap) {
-  Connect();
-  Probe.Halted = 2;
-  EXPECT_TRUE(Ops.Control.IsTargetHalted()) << "anything above 0 is halted";
-  Probe.Halted = 0;
-  EXPECT_FALSE(Ops.Control.IsTargetHalted()) << "asked a moment ago";
-  Probe.Halted = 1;
-  EXPECT_FALSE(Ops.Control.IsTargetHalted());
-  Now += 51;
-  EXPECT_TRUE(Ops.Control.IsTargetHalted());
-  EXPECT_EQ(Probe.Count("IsHalted"), 2);
-  Ctx.State.Exec.bHalted = true;
-  Now += 1000;
-  EXPECT_TRUE(Ops.Control.IsTargetHalted());
-  EXPECT_EQ(Probe.Count("IsHalted"), 2) << "known already";
 }
 
 TEST_F(CExecutionTest, ARunToTheStartSymbolMakesTheSessionReady) {
@@ -214,23 +131,6 @@ TEST_F(CExecutionTest, ARunToTheStartSymbolMakesTheSessionReady) {
     EXPECT_EQ(Ctx.State.Exec.bSessionReady, bAtSymbol);
     EXPECT_EQ(Ctx.State.Exec.bStartupDone, bAtSymbol);
   }
-}
-
-TEST_F(CExecutionTest, RequestsAreCompletedBetweenJobs) {
-  ConnectHalted();
-  Ctx.State.Requests.PendingResetMode = RM_RESET_HALT;
-  Ctx.State.Requests.bInitRegsPending = true;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 0 0 8000100; JT_HALT 0 1 8000400") << "the registers as after a reset";
-  EXPECT_EQ(Probe.CallText(), "") << "neither resets the target again";
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "") << "once";
-  Ctx.State.Exec.bHalted = false;
-  Probe.Halted = 0;
-  Ctx.State.Requests.PendingResetMode = RM_RESET_HALT;
-  Ops.CheckHandleNotifications();
-  EXPECT_EQ(Sink.TakeEvents(), "JT_RESET 1 0 8000400");
-  EXPECT_TRUE(HasLog("Target did not halt following reset"));
 }
 
 TEST_F(CExecutionTest, ResetFailures) {
@@ -256,6 +156,8 @@ TEST_F(CExecutionTest, RunToArrives) {
   EXPECT_EQ(Probe.CallText({"SetBPEx"}), "SetBPEx 8000120 fffffff2");
   EXPECT_EQ(Ops.Control.RunTo(NEXT), -1);
   EXPECT_EQ(Sink.TakeLogs(), "cannot step. hidden breakpoint is set; run to: target not ready");
+  Poll();
+  EXPECT_EQ(Probe.BPs.size(), 1u) << "it survives the look before the resume";
   Ops.Control.Continue();
   HaltAt(NEXT);
   EXPECT_EQ(Sink.TakeEvents(), "JT_HALT 0 3 8000120");

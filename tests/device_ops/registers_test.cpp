@@ -4,22 +4,29 @@ namespace {
 
 using CRegistersTest = CDeviceOpsTest;
 
-TEST_F(CRegistersTest, FailuresOfSingleRegisters) {
-  U64 Value = 0;
+TEST_F(CRegistersTest, Failures) {
+  U64 aValue[2];
+  U8 aStatus[2];
   const auto Failures = [&](U32 Index) {
     Forget();
-    EXPECT_EQ(Ops.Registers.ReadReg(Index, &Value), -1);
+    const U32 aReg[] = {0, Index};
+    EXPECT_EQ(Ops.Registers.ReadReg(Index, aValue), -1);
     EXPECT_EQ(Ops.Registers.WriteReg(Index, 1), -1);
+    EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
+    EXPECT_EQ(aStatus[0], 0xFF);
     return Sink.TakeLogs();
   };
-  EXPECT_EQ(Failures(0), "ReadReg: not connected; WriteReg: Not connected");
+  EXPECT_EQ(Failures(0), "ReadReg: not connected; WriteReg: Not connected; ReadRegs: invalid halt status");
   Connect();
-  EXPECT_EQ(Failures(0), "ReadReg: not halted; WriteReg: Not halted");
+  EXPECT_EQ(Failures(0), "ReadReg: not halted; WriteReg: Not halted; ReadRegs: not halted");
   HaltAt(0x8000100);
-  EXPECT_EQ(Failures(0xFFFFFFFF), "ReadReg: invalid register index; WriteReg: invalid register index");
-  Probe.Failing["WriteReg"] = 0;
-  EXPECT_EQ(Ops.Registers.WriteReg(0, 1), -1);
-  EXPECT_EQ(Sink.TakeLogs(), "WriteReg: VNODE API call failed");
+  EXPECT_EQ(Failures(0xFFFFFFFF),
+            "ReadReg: invalid register index; WriteReg: invalid register index; ReadRegs: Invalid register index");
+  Probe.Failing["IsHalted"] = 0;
+  const U32 Reg = 0;
+  EXPECT_EQ(Ops.Registers.ReadRegs(1, &Reg, aValue, aStatus), -1);
+  EXPECT_EQ(Sink.TakeLogs(), "Invalid connection status received; ReadRegs: invalid halt status");
+  EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
 TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
@@ -34,28 +41,6 @@ TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
   EXPECT_EQ(Ops.Registers.ReadRegs(3, aReg, aValue.data(), aStatus.data()), 0);
   EXPECT_EQ(aValue, (std::vector<U64>{0x8000101, 0x8000100, ~0ull})) << "register 40 does not exist";
   EXPECT_EQ(aStatus, (std::vector<U8>{0, 0, 1}));
-}
-
-TEST_F(CRegistersTest, FailuresOfManyRegisters) {
-  U64 aValue[2];
-  U8 aStatus[2];
-  const auto Failure = [&](U32 Second) {
-    Forget();
-    const U32 aReg[] = {0, Second};
-    EXPECT_EQ(Ops.Registers.ReadRegs(2, aReg, aValue, aStatus), -1);
-    EXPECT_EQ(aStatus[0], 0xFF);
-    return Sink.TakeLogs();
-  };
-  EXPECT_EQ(Failure(1), "ReadRegs: not connected");
-  ConnectHalted();
-  EXPECT_EQ(Failure(0xFFFFFFFF), "ReadRegs: Invalid register index");
-  Probe.Failing["ReadRegs"] = 0;
-  EXPECT_EQ(Failure(1), "ReadRegs: VNODE API call failed");
-  Probe.Halted = 0;
-  EXPECT_EQ(Failure(1), "ReadRegs: not halted");
-  Probe.Failing["IsHalted"] = 0;
-  EXPECT_EQ(Failure(1), "Invalid connection status received; ReadRegs: invalid halt status");
-  EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
 TEST_F(CRegistersTest, CoprocessorRegisters) {
@@ -75,8 +60,6 @@ TEST_F(CRegistersTest, CoprocessorRegisters) {
   EXPECT_EQ(Access(GOOD), "");
   EXPECT_EQ(Probe.CallText(), "CP15_ReadEx 1 2 3 4, CP15_WriteEx 1 2 3 4 55");
   EXPECT_EQ(Value, 0x41u);
-  Probe.Failing = {{"CP15_ReadEx", 0}, {"CP15_WriteEx", 0}};
-  EXPECT_EQ(Access(GOOD), "ReadCPReg: VNODE API call failed; WriteCPReg: VNODE API call failed");
 }
 
 ELF_SYM_LOC Loc(U32 Type, U32 Addr, U32 Reg = 0, U64 Value = 0) {
