@@ -1,5 +1,13 @@
 #include "device/device_configurator.h"
 
+namespace {
+
+bool IsSpeed(DEV_CONFIG_PARAMS Param) {
+  return Param == DCP_SPEED || Param == DCP_USE_MAX_SPEED || Param == DCP_USE_ADAPTIVE;
+}
+
+}  // namespace
+
 int CDeviceConfigurator::Configure(const char* sXmlConfigStr) {
   QList<CONFIG_ENTRY> Entries;
   QString sError;
@@ -7,7 +15,12 @@ int CDeviceConfigurator::Configure(const char* sXmlConfigStr) {
     Ctx.LogWarnMsg(QStringLiteral("Invalid device configuration: %1").arg(sError));
     return -1;
   }
+  // The speed has three values: all are there before the probe gets it, and before anybody hears of it.
   const U32 OldSpeed = Ctx.Config.SpeedForProbe();
+  for (const CONFIG_ENTRY& Entry : Entries) {
+    if (IsSpeed(Entry.Param)) Ctx.Config.SetValue(Entry.Param, Entry.Value);
+  }
+  if (Ctx.Config.SpeedForProbe() != OldSpeed) ApplySpeed();
   int Result = 0;
   for (const CONFIG_ENTRY& Entry : Entries) {
     if (Entry.Param == DCP_DEVICE_NAME) {
@@ -20,7 +33,6 @@ int CDeviceConfigurator::Configure(const char* sXmlConfigStr) {
       Store(Entry.Param, Entry.Value);
     }
   }
-  if (Ctx.Config.SpeedForProbe() != OldSpeed) ApplySpeed();
   return Result;
 }
 
@@ -45,31 +57,34 @@ void CDeviceConfigurator::SetSpeedValue(DEV_CONFIG_PARAMS Param, int Value) {
     Config.SetValue(DCP_SPEED, bMax ? VNODE_SPEED_AUTO : VNODE_SPEED_ADAPTIVE);
     Config.SetValue(bMax ? DCP_USE_ADAPTIVE : DCP_USE_MAX_SPEED, 0);
   }
-  Store(Param, Value);
+  Config.SetValue(Param, Value);
   ApplySpeed();
+  Ctx.Sink.RaiseConfigParamChanged(Param, Value);
 }
 
 int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, int Value) {
+  if (Param > NUM_CONFIG_VALUES && Param <= DCP_LAST) return SetConfigParam(Param, nullptr);
   if (Param < 0 || Param >= NUM_CONFIG_VALUES) {
     Ctx.LogWarnMsg(QString::asprintf("Unknown configuration parameter with ID %d", static_cast<int>(Param)));
     return -1;
   }
-  switch (Param) {
-    case DCP_SPEED:
-    case DCP_USE_MAX_SPEED:
-    case DCP_USE_ADAPTIVE:
-      SetSpeedValue(Param, Value);
-      return 0;
-    case DCP_DEVICE_INDEX:
-      StoreDevice(Value);
-      return 0;
-    case DCP_ENDIAN:
-      Store(Param, Value);
-      return Capabilities.ApplyDataEndianess(static_cast<ENDIAN>(Value));
-    default:
-      Store(Param, Value);
-      return 0;
+  if (Param == DCP_DEVICE_INDEX) {
+    StoreDevice(Value);
+  } else if (Param == DCP_ENDIAN) {
+    return SetEndian(Value);
+  } else if (IsSpeed(Param)) {
+    SetSpeedValue(Param, Value);
+  } else {
+    Store(Param, Value);
   }
+  return 0;
+}
+
+int CDeviceConfigurator::SetEndian(int Value) {
+  Ctx.Config.SetValue(DCP_ENDIAN, Value);
+  const int Result = Capabilities.ApplyDataEndianess(static_cast<ENDIAN>(Value));
+  Ctx.Sink.RaiseConfigParamChanged(DCP_ENDIAN, Value);
+  return Result;
 }
 
 int CDeviceConfigurator::SetConfigParam(DEV_CONFIG_PARAMS Param, const char* sText) {

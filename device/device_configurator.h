@@ -2,7 +2,8 @@
 
 #include "device/device_capabilities.h"
 
-// Changes the configuration and does what follows from a change; device thread. 0, or -1 with a warning.
+// Changes the configuration and does what follows from a change; device thread. 0, or -1 with a warning. Who hears of a
+// change finds what followed from it.
 class CDeviceConfigurator {
 public:
   CDeviceConfigurator(CDeviceContext& Ctx, CProbeInfo& Info, CDeviceCapabilities& Capabilities)
@@ -15,6 +16,7 @@ public:
 
 private:
   void Store(DEV_CONFIG_PARAMS Param, int Value);
+  int SetEndian(int Value);
   void SetSpeedValue(DEV_CONFIG_PARAMS Param, int Value);
   void ResolveDevice();
   void StoreDevice(int Index);

@@ -41,26 +41,27 @@ TEST_F(CConfigTest, BadXMLChangesNothing) {
 }
 
 TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
-  const struct {
-    DEV_CONFIG_PARAMS Param;
-    int Value, Speed, UseMax, UseAdaptive;
-    U32 ForProbe;  // kHz
-  } aCase[] = {{DCP_SPEED, 2000000, 2000000, 0, 0, 2000},
-               {DCP_USE_ADAPTIVE, 1, 65535, 0, 1, 65535},
-               {DCP_USE_MAX_SPEED, 1, 0, 1, 0, 0},
-               {DCP_SPEED, 65535, 65535, 0, 1, 65535},
-               {DCP_SPEED, 0, 0, 1, 0, 0},
-               {DCP_SPEED, 100000, 100000, 0, 0, 100}};
+  // parameter and value; speed, maximum, adaptive; kHz for the probe
+  const std::tuple<DEV_CONFIG_PARAMS, int, int, int, int, U32> aCase[] = {{DCP_SPEED, 2000000, 2000000, 0, 0, 2000},
+                                                                          {DCP_USE_ADAPTIVE, 1, 65535, 0, 1, 65535},
+                                                                          {DCP_USE_MAX_SPEED, 1, 0, 1, 0, 0},
+                                                                          {DCP_SPEED, 65535, 65535, 0, 1, 65535},
+                                                                          {DCP_SPEED, 0, 0, 1, 0, 0},
+                                                                          {DCP_SPEED, 100000, 100000, 0, 0, 100}};
   Connect();
-  for (const auto& Case : aCase) {
+  Sink.OnConfigChanged = [this] { EXPECT_EQ(Probe.Count("SetSpeed"), 1) << "who hears of it finds it done"; };
+  for (const auto& [Param, Value, Speed, UseMax, UseAdaptive, ForProbe] : aCase) {
     Forget();
-    EXPECT_EQ(Ops.Configurator.SetConfigParam(Case.Param, Case.Value), 0);
-    EXPECT_EQ(Ctx.Config.Value(DCP_SPEED), Case.Speed);
-    EXPECT_EQ(Ctx.Config.Value(DCP_USE_MAX_SPEED), Case.UseMax);
-    EXPECT_EQ(Ctx.Config.Value(DCP_USE_ADAPTIVE), Case.UseAdaptive);
-    EXPECT_EQ(Probe.CallText(), QString::asprintf("SetSpeed %x", Case.ForProbe).toStdString()) << "at once";
-    EXPECT_EQ(Sink.TakeEvents(), QString::asprintf("config %d %d", Case.Param, Case.Value).toStdString());
+    EXPECT_EQ(Ops.Configurator.SetConfigParam(Param, Value), 0);
+    EXPECT_EQ(Ctx.Config.Value(DCP_SPEED), Speed);
+    EXPECT_EQ(Ctx.Config.Value(DCP_USE_MAX_SPEED), UseMax);
+    EXPECT_EQ(Ctx.Config.Value(DCP_USE_ADAPTIVE), UseAdaptive);
+    EXPECT_EQ(Probe.CallText(), QString::asprintf("SetSpeed %x", ForProbe).toStdString()) << "at once";
+    EXPECT_EQ(Sink.TakeEvents(), QString::asprintf("config %d %d", Param, Value).toStdString());
   }
+  Forget();
+  EXPECT_EQ(Ops.Configurator.Configure("<x><A Speed='2000' UseMaxSpeed='0'/></x>"), 0);
+  EXPECT_EQ(Probe.CallText({"SetSpeed"}), "SetSpeed 7d0");
 }
 
 TEST_F(CConfigTest, WrongParametersAreRefused) {
@@ -71,6 +72,7 @@ TEST_F(CConfigTest, WrongParametersAreRefused) {
   };
   EXPECT_EQ(Set(-1, 1), "Unknown configuration parameter with ID -1");
   EXPECT_EQ(Set(16, 1), "Unknown configuration parameter with ID 16");
+  EXPECT_EQ(Set(DCP_HOST_NAME, 1), "Invalid configuration parameter string value");
   EXPECT_EQ(Set(21, "x"), "Unknown configuration parameter with ID 21");
   EXPECT_EQ(Set(DCP_HOST_NAME, static_cast<const char*>(nullptr)), "Invalid configuration parameter string value");
   EXPECT_EQ(Set(DCP_SPEED, "x"), "Invalid configuration parameter");

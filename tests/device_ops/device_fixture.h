@@ -17,10 +17,12 @@ public:
   QStringList Logs;    // texts alone
   U32 LastLogFlags = 0;
   QStringList Progress;
+  std::function<void()> OnConfigChanged;  // called at that moment, where a test sets it
 
   void RaiseEvalBPCondition(U32 Addr) override { Events += QString::asprintf("eval %x", Addr); }
   void RaiseConfigParamChanged(int Param, int Value) override {
     Events += QString::asprintf("config %d %d", Param, Value);
+    if (OnConfigChanged) OnConfigChanged();
   }
   void RaiseHWCapabilityChanged(int Capability, int Value) override {
     Events += QString::asprintf("capability %d %d", Capability, Value);
