@@ -30,6 +30,11 @@ void CDeviceOps::CheckHandleNotifications() {
     Connection.FinishConnect(static_cast<CONNECT_MODES>(ConnectMode));
     const U32 Status = Ctx.IsConnected() ? JS_DONE : JS_FAILED;
     Ctx.Sink.PostJobEvent(JT_CONNECT, Status, ConnectMode, Ctx.State.Target.PC);
+    // A target that was found halted before the session was ready has not been reported.
+    const DEVICE_EXEC_FLAGS& Exec = Ctx.State.Exec;
+    if (Status == JS_DONE && Exec.bSessionReady && Exec.bAccessible) {
+      Ctx.Sink.PostJobEvent(JT_HALT, JS_DONE, HR_GENERAL, Ctx.State.Target.PC);
+    }
   }
   const U64 ResetMode = Requests.PendingResetMode.exchange(NO_REQUEST);
   if (ResetMode != NO_REQUEST) {

@@ -42,11 +42,8 @@ TEST_F(CConnectionTest, ModesDecideWhatIsCompleted) {
   const char sFinish[] = ", EnableSoftBPs 1, SetBPEx 8000200 fffffff2, data breakpoints";
   const char sLeave[] =
       "stop RTT, stop HSS, stop SWO ffffffff, stop trace, ClrBPEx ffffffff, ClrDataEvent ffffffff, Close, ";
-  const struct {
-    CONNECT_MODES Mode;
-    std::string sCalls;
-    bool bReady;
-  } aCase[] = {
+  const std::tuple<CONNECT_MODES, std::string, bool> aCase[] = {
+      // and whether the session is ready
       {CM_DOWNLOAD_RESET, sOpen + std::string(sFinish), false},
       {CM_ATTACH, sLeave + std::string(sOpen) + sFinish, true},  // leaves the former connection
       {CM_ATTACH_HALT, sLeave + std::string(sOpen) + sFinish, true},
@@ -55,12 +52,12 @@ TEST_F(CConnectionTest, ModesDecideWhatIsCompleted) {
   CFakeChannels Channels(Probe);
   Ctx.pChannels = &Channels;
   Ops.Breakpoints.SetBreakpoint(0x8000200, BP_STATE_ENABLED, BP_TYPE_ANY);
-  for (const auto& Case : aCase) {
-    if (Case.Mode == CM_BARE) Ops.Connection.Disconnect();
+  for (const auto& [Mode, sCalls, bReady] : aCase) {
+    if (Mode == CM_BARE) Ops.Connection.Disconnect();
     Forget();
-    EXPECT_EQ(Ops.Connection.Connect(Case.Mode), 0);
-    EXPECT_EQ(Probe.CallText(), Case.sCalls) << Case.Mode;
-    EXPECT_EQ(Ctx.State.Exec.bSessionReady, Case.bReady) << Case.Mode;
+    EXPECT_EQ(Ops.Connection.Connect(Mode), 0);
+    EXPECT_EQ(Probe.CallText(), sCalls) << Mode;
+    EXPECT_EQ(Ctx.State.Exec.bSessionReady, bReady) << Mode;
     EXPECT_TRUE(Ctx.IsConnected() && Ctx.State.Exec.bRunning);
   }
   // What completes a bare connection, between two jobs.
@@ -72,35 +69,22 @@ TEST_F(CConnectionTest, ModesDecideWhatIsCompleted) {
     EXPECT_EQ(Probe.CallText(), bOpen ? sFinish + 2 : "");
     EXPECT_EQ(Sink.TakeEvents(), bOpen ? "JT_CONNECT 0 1 0" : "JT_CONNECT 1 1 0");
   }
+  for (const CONNECT_MODES Mode : {CM_DOWNLOAD_RESET, CM_ATTACH}) {
+    ASSERT_EQ(Ops.Connection.Connect(CM_BARE), 0);
+    Forget();
+    HaltAt(0x8000100);
+    EXPECT_EQ(Sink.TakeEvents(), "");
+    Ctx.State.Requests.PendingConnectMode = Mode;
+    Ops.CheckHandleNotifications();
+    EXPECT_EQ(Sink.TakeEvents(),
+              Mode == CM_ATTACH ? "JT_CONNECT 0 1 8000100; JT_HALT 0 0 8000100" : "JT_CONNECT 0 0 8000100");
+  }
   Ctx.pChannels = nullptr;
 }
 
-TEST_F(CConnectionTest, EachFailureHasItsText) {
-  // library function that fails, host interface, use of the serial number, text, whether the probe is closed
-  const std::tuple<const char*, int, int, const char*, bool> aCase[] = {
-      {"SelectUSB", HOST_IF_USB, 0, "Connect: serial number not found on usb", false},
-      {"EMU_SelectByUSBSN", HOST_IF_USB, 1, "Connect: serial number not found on usb", false},
-      {"SelectIP", HOST_IF_IP, 0, "Connect: error during configuration of IP interface", false},
-      {"", 3, 0, "Connect: unknown host interface", false},
-      {"Open", HOST_IF_USB, 0, "Open: VNODE API call failed with error message: cable unplugged", false},
-      {"Connect", HOST_IF_USB, 0, "Connect: VNODE API call failed", true},
-  };
-  Ops.Configurator.SetConfigParam(DCP_USB_SERIAL_NO, 77);
-  for (const auto& [sFailing, ConnectMode, UseSerialNo, sText, bClosed] : aCase) {
-    Forget();
-    Probe.Failing = {{sFailing, 0}};
-    Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, ConnectMode);
-    Ops.Configurator.SetConfigParam(DCP_USE_SERIAL_NO, UseSerialNo);
-    EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1) << sText;
-    EXPECT_EQ(Sink.Logs.value(Sink.Logs.size() - 1), sText);
-    EXPECT_EQ(Probe.Count("Close") > 0, bClosed) << sText;
-    EXPECT_FALSE(Ctx.IsConnected());
-  }
-  Probe.Failing.clear();
+TEST_F(CConnectionTest, ARefusedDeviceEndsItAndARefusedScriptDoesNot) {
   Probe.ErrorReply = {{"device=Test MCU", "no such part"}, {"ScriptFile=x", "no such file"}};
-  Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, HOST_IF_USB);
   Ops.Configurator.SetConfigParam(DCP_SCRIPT_FILE, "x");
-  Forget();
   EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), -1);
   EXPECT_EQ(Sink.TakeLogs(),
             "Opening connection to V-Node...; Executing V-Node Script; V-Node script \"x\" failed: no such file; "
@@ -122,16 +106,6 @@ TEST_F(CConnectionTest, StateAfterADisconnect) {
   EXPECT_TRUE(Exec.bRunning) << "a device that is connected next is watched";
   EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
   EXPECT_EQ(Ctx.State.CoreSpeed, 0u) << "the next target has a clock of its own";
-}
-
-TEST_F(CConnectionTest, SecondTryDecides) {
-  static int s_NumTries;
-  s_NumTries = 0;
-  Ctx.Api.VNODEARM_Connect = [] { return ++s_NumTries == 2 ? 0 : -1; };
-  Ctx.Api.VNODEARM_IsConnected = [] { return U8{1}; };
-  EXPECT_EQ(Ops.Connection.Connect(CM_ATTACH), 0);
-  EXPECT_EQ(s_NumTries, 2);
-  EXPECT_TRUE(HasLog("Connecting to target..."));
 }
 
 TEST_F(CConnectionTest, LossIsReportedOnceAndLeavesBreakpointsAlone) {
@@ -229,16 +203,6 @@ TEST_F(CConnectionTest, FactsOfTheDeviceAndTheLibrary) {
   EXPECT_EQ(Sink.TakeLogs(), "Internal error. supported cores list has insufficent size.");
   EXPECT_EQ(LibraryVersionText(61002), "6.10b");
   EXPECT_EQ(LibraryVersionText(70401), "7.04a");
-}
-
-TEST_F(CConnectionTest, UserCommands) {
-  char acReply[16];
-  Probe.ErrorReply["Nonsense"] = "unknown command, and a long text";
-  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", sizeof(acReply), acReply), 0);
-  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("Nonsense", sizeof(acReply), acReply), -1);
-  EXPECT_TRUE(HasLog("Executed V-Node command \"PowerOn\""));
-  EXPECT_TRUE(HasLog("Error executing V-Node command \"Nonsense\": unknown command"));
-  EXPECT_EQ(Ops.Commands.ExecVNodeCmd("PowerOn", 0, acReply), -1);
 }
 
 }  // namespace
