@@ -38,10 +38,10 @@ enum class HALT_FAULT { None, Refused, Silent };
 //                                     with CODE as result where the function has one
 //   sim.fail-download PHASE [N]       the next N downloads (1) fail in the phase: compare, program, verify, other
 //   sim.refuse-connect N              the next N connects fail
-//   sim.lose-connection N             the connection breaks at the N-th further call that reaches the target, 0: at
-//   once sim.slow MS                       every access to the target takes MS longer sim.no-halt [0|1|silent] the
-//   target runs on when it should halt, also after a reset. With "silent" the
-//                                     halt function reports success all the same
+//   sim.lose-connection N             the connection breaks at the N-th further call to the target; 0: at once
+//   sim.slow MS                       every access to the target takes MS longer
+//   sim.no-halt [0|1|silent]          the target runs on when it should halt, also after a reset; "silent": the halt
+//                                     function reports success all the same
 //   sim.bad-memory ADDR SIZE          the debugger's accesses to the range get no answer; may be given several times
 //   sim.clear-faults
 class CFaults {
