@@ -61,9 +61,7 @@ void AddSession(VNODE_API& Api) {
     return g_pFake->bConnected ? 0 : -1;
   };
   Api.VNODEARM_IsConnected = [] { return static_cast<U8>(g_pFake->bConnected); };
-  Api.VNODEARM_SelectIP = [](const char* sHost, int) { return Call("SelectIP %s", sHost) ? 0 : 1; };
   Api.VNODEARM_SelectUSB = [](int) { return Call("SelectUSB") ? 0 : -1; };
-  Api.VNODEARM_EMU_SelectByUSBSN = [](U32 No) { return Call("EMU_SelectByUSBSN %x", No) ? 0 : -1; };
   Api.VNODEARM_GetSN = [] { return 1234u; };
   Api.VNODEARM_GetFirmwareString = [](char* acText, int Size) {
     std::snprintf(acText, static_cast<size_t>(Size), "V-Node rev 3   compiled Jan 1 2020");
@@ -71,7 +69,6 @@ void AddSession(VNODE_API& Api) {
   Api.VNODEARM_EnableLog = [](VNODE_TEXT_CALLBACK) { Call("EnableLog"); };
   Api.VNODEARM_SetErrorOutHandler = [](VNODE_TEXT_CALLBACK pf) { g_pFake->pfError = pf; };
   Api.VNODEARM_SetWarnOutHandler = [](VNODE_TEXT_CALLBACK) {};
-  Api.VNODEARM_SetLogFile = [](const char* sPath) { Call("SetLogFile %s", sPath); };
   Api.VNODEARM_ExecCommand = [](const char* sCommand, char* acReply, int Size) {
     Call("ExecCommand %s", sCommand);
     const auto It = g_pFake->ErrorReply.find(sCommand);
@@ -157,9 +154,6 @@ void AddCoprocessor(VNODE_API& Api) {
   };
   Api.VNODEARM_CP15_WriteEx = [](U8 CRn, U8 CRm, U8 Op1, U8 Op2, U32 Value) {
     return Call("CP15_WriteEx %x %x %x %x %x", CRn, CRm, Op1, Op2, Value) ? 0 : -1;
-  };
-  Api.VNODEARM_MeasureCPUSpeedEx = [](U32 RAMAddr, int PreserveMem, int AllowFail) {
-    return Call("MeasureCPUSpeedEx %x %d %d", RAMAddr, PreserveMem, AllowFail) ? 64'000'000 : 0;
   };
 }
 

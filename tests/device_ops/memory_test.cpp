@@ -196,25 +196,6 @@ TEST_F(CMemoryTest, SingleItemsAndTheirFailures) {
   }
 }
 
-TEST_F(CMemoryTest, SpeedOfTheCore) {
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  Connect();
-  const auto SetRAM = [this](U32 Addr) { Ctx.Facts.Change([=](PROBE_FACTS& Facts) { Facts.RAMAddr = Addr; }); };
-  SetRAM(MEM);
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  HaltAt(0x8000100);
-  Forget();
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), 64000000);
-  EXPECT_EQ(Probe.CallText(), "MeasureCPUSpeedEx 20000000 1 1");
-  Probe.Failing["MeasureCPUSpeedEx"] = 0;
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  SetRAM(INVALID_ADDR);
-  EXPECT_EQ(Ops.Memory.MeasureCoreSpeed(), -1);
-  EXPECT_EQ(Sink.TakeLogs(),
-            "Core speed measured at 64000000 Hz; could not determine core frequency; "
-            "MeasureCoreSpeed: invalid RAM address");
-}
-
 TEST_F(CMemoryTest, HaltsAroundAnAccess) {
   const std::tuple<int, U32, const char*> aCase[] = {
       {0, MEM_FLAG_HALT, "IsHalted, Halt, ReadMemU32 20000000, GoEx 0 1"},

@@ -110,16 +110,4 @@ TEST_F(CRegistersTest, LocationsOfEveryKind) {
   EXPECT_EQ(aStatus, (std::vector<U8>{0, 1}));
 }
 
-TEST_F(CRegistersTest, WritingLocations) {
-  ConnectHalted();
-  const U8 aData[8] = {0x78, 0x56, 0x34, 0x12};
-  EXPECT_EQ(Ops.Locations.WriteLoc(Loc(ELF_LOC_MEM, CFakeProbe::MEM_START + 4), 4, aData), 0);
-  EXPECT_EQ(Probe.CallText(), "BeginDownload 0, WriteU32 20000004, EndDownload, IsHalted");
-  Forget();
-  EXPECT_EQ(Ops.Locations.WriteLoc(Loc(ELF_LOC_REG, 0, 4), 2, aData), 0);
-  EXPECT_EQ(Probe.CallText(), "WriteReg 4 5678");
-  EXPECT_EQ(Ops.Locations.WriteLoc(Loc(ELF_LOC_CONST, 0), 4, aData), -1);
-  EXPECT_EQ(Ops.Locations.WriteLoc(Loc(ELF_LOC_REG, 0, 4), 9, aData), -1);
-}
-
 }  // namespace
