@@ -1,7 +1,11 @@
-// Random straight-line code on our core and on an emulation library: registers, flags and memory have to agree.
+// Random straight-line code on our core, on an emulation library and on QEMU: registers, flags and memory have to
+// agree. bench/long/sim_random compares at length.
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "tests/sim/batch.h"
 #include "tests/sim/peer_comparison.h"
 
 namespace sim_test {
@@ -20,6 +24,16 @@ TEST_P(CCompare, RandomSequencesAgree) {
     NumFailures += !sDifference.empty();
     EXPECT_EQ(sDifference, "") << "sequence " << i;
   }
+}
+
+TEST_P(CCompare, RandomSequencesAgreeWithQemu) {
+  if (!CBatch::HasQemu(GetParam())) GTEST_SKIP() << "QEMU is not installed, or has no such core";
+  constexpr U32 NUM_SEQUENCES = 400;
+  constexpr U32 SEED = 20260202;
+  const std::string sDir = testing::TempDir() + "sim_qemu_" + GetParam().sName;
+  std::filesystem::create_directories(sDir);
+  const CBatch Batch(GetParam(), SEED, NUM_SEQUENCES);
+  for (const std::string& sText : Batch.Compare(Batch.RunOurs(), Batch.RunQemu(sDir), 5)) ADD_FAILURE() << sText;
 }
 
 INSTANTIATE_TEST_SUITE_P(Cores, CCompare, testing::ValuesIn(CORES),

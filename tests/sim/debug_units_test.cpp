@@ -1,5 +1,8 @@
 // The debug units by their registers, as firmware and debugger use them.
 
+#include <algorithm>
+#include <array>
+
 #include "tests/sim/board.h"
 
 namespace sim_test {
@@ -14,7 +17,6 @@ constexpr U32 ITM = 0xE0000000;
 constexpr U32 ITM_TER = ITM + 0xE00, ITM_TPR = ITM + 0xE40, ITM_TCR = ITM + 0xE80, ITM_LAR = ITM + 0xFB0,
               ITM_LSR = ITM + 0xFB4;
 constexpr U32 DWT_CTRL = 0xE0001000, DWT_CYCCNT = 0xE0001004;
-constexpr U32 FP_CTRL = 0xE0002000, FP_COMP0 = 0xE0002008;
 constexpr U32 DEMCR = 0xE000EDFC, TRCENA = 1u << 24;
 constexpr U32 LAR_KEY = 0xC5ACCE55;
 constexpr U64 MANY = 1000;
@@ -61,49 +63,72 @@ constexpr U32 Linked(U32 First, U32 Second) {
   return First << 12 | Second << 16;
 }
 
-TEST(CDwt, ComparatorsStopAsTheirRegistersSay) {
-  struct ROW {
-    const char* sWhat;
-    struct {
-      U32 Index, Comp, Mask, Function;
-    } aSet[2];
-    U32 StopAfter;  // offset of the instruction behind the access, 0 for none
+void LoadAccesses(CBoard* pBoard) {
+  pBoard->Load(ACCESSES);
+  pBoard->SetWord(DATA, 0x12345678);
+  pBoard->WriteReg(0, DATA);
+  pBoard->WriteReg(2, 0xABCD);
+}
+
+// Stops behind the access at an offset, or not at all for 0.
+void ExpectStop(CBoard& Board, U32 StopAfter) {
+  EXPECT_EQ(Board.Run(MANY, nullptr, false), StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
+  EXPECT_TRUE(!StopAfter || Board.Pc() == CODE_START + StopAfter);
+}
+
+TEST(CDwt, WatchesMatchAddressAccessAndValue) {
+  const std::tuple<const char*, DATA_WATCH, U32> ROWS[] = {
+      {"read", {DATA, 0, 0, 0xFFFFFFFF, 0, true, false}, 2},
+      {"write of a byte in the word", {DATA, 3, 0, 0xFFFFFFFF, 0, false, true}, 4},
+      {"either", {DATA + 4, 0, 0, 0xFFFFFFFF, 0, true, true}, 6},
+      {"upper byte of the halfword", {DATA + 5, 0, 0, 0xFFFFFFFF, 0, false, true}, 6},
+      {"value", {DATA, 7, 0xCD, 0xFFFFFF00, 0, false, true}, 4},
+      {"value in full", {DATA, 7, 0xABCD, 0, 0, false, true}, 6},
+      {"width", {DATA, 7, 0, 0xFFFFFFFF, 2, true, true}, 6},
+      {"wrong value", {DATA + 4, 0, 0xABCE, 0, 0, false, true}, 0},
+      {"beside", {DATA + 6, 0, 0, 0xFFFFFFFF, 0, true, true}, 0},
   };
-  const ROW ROWS[] = {
-      {"read", {{0, DATA, 2, 5}, {}}, 2},
-      {"write", {{2, DATA, 0, 6}, {2, DATA + 1, 0, 6}}, 4},
-      {"either, under a mask", {{3, DATA + 4, 2, 7}, {}}, 6},
-      {"trace only", {{0, DATA, 3, 2}, {}}, 0},
-      {"halfword", {{0, DATA + 4, 1, 0}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(0, 0)}}, 6},
-      {"byte within the halfword", {{0, DATA + 4, 1, 0}, {1, 0xABABABAB, 0, 6 | VALUE | BYTE | Linked(0, 0)}}, 6},
-      {"second link", {{3, DATA + 4, 1, 0}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(0, 3)}}, 6},
-      {"any address", {{}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(1, 1)}}, 6},
-      {"value of a read", {{}, {1, 0x12345678, 0, 5 | VALUE | WORD | Linked(1, 1)}}, 2},
-      {"no word was written", {{}, {1, 0x0000ABCD, 0, 6 | VALUE | WORD | Linked(1, 1)}}, 0},
-      {"wrong value", {{0, DATA + 4, 1, 0}, {1, 0xABCEABCE, 0, 6 | VALUE | HALF | Linked(0, 0)}}, 0},
-      {"other comparators have no values", {{2, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(2, 2)}, {}}, 0},
-  };
-  for (const ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sWhat);
+  for (const auto& [sWhat, Watch, StopAfter] : ROWS) {
+    SCOPED_TRACE(sWhat);
     CBoard Board;
-    Board.Load(ACCESSES);
-    Board.SetWord(DATA, 0x12345678);
-    Board.WriteReg(0, DATA);
-    Board.WriteReg(2, 0xABCD);
+    LoadAccesses(&Board);
+    const int Index = Board.SetDataWatch(Watch);
+    ExpectStop(Board, StopAfter);
+    Board.ClearDataWatch(Index);
+    ExpectStop(Board, 0);
+  }
+}
+
+TEST(CDwt, ComparatorsStopAsTheirRegistersSay) {
+  using COMPARATOR = std::array<U32, 4>;  // index, value, mask, function
+  const std::tuple<const char*, COMPARATOR, COMPARATOR, U32> ROWS[] = {
+      {"read", {0, DATA, 2, 5}, {}, 2},
+      {"write", {2, DATA, 0, 6}, {2, DATA + 1, 0, 6}, 4},
+      {"either, under a mask", {3, DATA + 4, 2, 7}, {}, 6},
+      {"trace only", {0, DATA, 3, 2}, {}, 0},
+      {"halfword", {0, DATA + 4, 1, 0}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(0, 0)}, 6},
+      {"byte within the halfword", {0, DATA + 4, 1, 0}, {1, 0xABABABAB, 0, 6 | VALUE | BYTE | Linked(0, 0)}, 6},
+      {"second link", {3, DATA + 4, 1, 0}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(0, 3)}, 6},
+      {"any address", {}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(1, 1)}, 6},
+      {"value of a read", {}, {1, 0x12345678, 0, 5 | VALUE | WORD | Linked(1, 1)}, 2},
+      {"no word was written", {}, {1, 0x0000ABCD, 0, 6 | VALUE | WORD | Linked(1, 1)}, 0},
+      {"wrong value", {0, DATA + 4, 1, 0}, {1, 0xABCEABCE, 0, 6 | VALUE | HALF | Linked(0, 0)}, 0},
+      {"other comparators have no values", {2, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(2, 2)}, {}, 0},
+  };
+  for (const auto& [sWhat, First, Second, StopAfter] : ROWS) {
+    SCOPED_TRACE(sWhat);
+    CBoard Board;
+    LoadAccesses(&Board);
     Board.SetWord(DEMCR, TRCENA);
-    for (const auto& Set : Row.aSet) {
-      if (!Set.Function && !Set.Comp) continue;
-      Board.SetWord(Comparator(Set.Index), Set.Comp);
-      Board.SetWord(Comparator(Set.Index) + 4, Set.Mask);
-      Board.SetWord(Comparator(Set.Index) + 8, Set.Function);
+    for (const COMPARATOR& a : {First, Second}) {
+      for (U32 i = 1; i < 4 && a != COMPARATOR(); i++) Board.SetWord(Comparator(a[0]) + 4 * (i - 1), a[i]);
     }
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), Row.StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
+    ExpectStop(Board, StopAfter);
     U32 Matched = 0;
     for (U32 i = 0; i < 4; i++) Matched |= Board.Word(Comparator(i) + 8) >> 24 & 1;
-    EXPECT_EQ(Matched, Row.StopAfter != 0);
-    EXPECT_TRUE(!Row.StopAfter || Board.Pc() == CODE_START + Row.StopAfter);
+    EXPECT_EQ(Matched, StopAfter != 0);
     Board.SetWord(DEMCR, 0);
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END) << "trace is off";
+    ExpectStop(Board, 0);
   }
 }
 
@@ -111,12 +136,8 @@ TEST(CDwt, WatchesTakeTheComparatorsThereAre) {
   const DATA_WATCH ADDR = {DATA, 0};
   const DATA_WATCH ADDR_AND_VALUE = {DATA, 0, 5, 0};
   const DATA_WATCH VALUE_ANYWHERE = {0, 0xFFFFFFFF, 5, 0};
-  struct ROW {
-    ARCH Arch;
-    std::vector<DATA_WATCH> Watches;
-    int LastResult;  // of setting the last one: 0 for success
-  };
-  const ROW ROWS[] = {
+  // core, watches, result of setting the last one: 0 for success
+  const std::tuple<ARCH, std::vector<DATA_WATCH>, int> ROWS[] = {
       {ARCH::ARMV7M, {ADDR, ADDR, ADDR, ADDR}, 0},
       {ARCH::ARMV7M, {ADDR, ADDR, ADDR, ADDR, ADDR}, sim::WATCH_NO_FREE_UNIT},
       {ARCH::ARMV7M, {ADDR_AND_VALUE, ADDR, ADDR}, 0},
@@ -126,46 +147,25 @@ TEST(CDwt, WatchesTakeTheComparatorsThereAre) {
       {ARCH::ARMV7M, {ADDR, ADDR, ADDR, VALUE_ANYWHERE}, 0},
       {ARCH::ARMV6M, {ADDR_AND_VALUE}, sim::WATCH_NO_VALUES},
   };
-  for (size_t i = 0; i < std::size(ROWS); i++) {
-    SCOPED_TRACE(i);
-    CBoard Board(ROWS[i].Arch);
+  for (const auto& [Arch, Watches, LastResult] : ROWS) {
+    SCOPED_TRACE(testing::Message() << Watches.size() << " watches, " << LastResult);
+    CBoard Board(Arch);
     Board.Load(ACCESSES);
     std::vector<int> aIndex;
-    for (const DATA_WATCH& Watch : ROWS[i].Watches) aIndex.push_back(Board.SetDataWatch(Watch));
-    EXPECT_EQ(std::min(aIndex.back(), 0), ROWS[i].LastResult);
-    for (size_t k = 0; k + 1 < aIndex.size(); k++) EXPECT_GE(aIndex[k], 0);
+    for (const DATA_WATCH& Watch : Watches) aIndex.push_back(Board.SetDataWatch(Watch));
+    EXPECT_EQ(std::min(aIndex.back(), 0), LastResult);
+    EXPECT_TRUE(std::all_of(aIndex.begin(), aIndex.end() - 1, [](int Index) { return Index >= 0; }));
     for (const int Index : aIndex) Board.ClearDataWatch(Index);
     for (U32 k = 0; k < 4; k++) EXPECT_EQ(Board.Word(Comparator(k) + 8) & 0xF, 0u) << "given back";
-    EXPECT_EQ(std::min(Board.SetDataWatch(ROWS[i].Watches[0]), 0),
-              ROWS[i].Watches.size() == 1 ? ROWS[i].LastResult : 0);
   }
-}
-
-TEST(CFpb, ShowsTheBreakpointsThatAreSet) {
-  CBoard Board;
-  Board.Load(ACCESSES);
-  EXPECT_EQ(Board.Word(FP_CTRL), 6u << 4 | 1);
-  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START));
-  EXPECT_TRUE(Board.SetCodeBreakpoint(CODE_START + 6));
-  EXPECT_EQ(Board.Word(FP_COMP0), 0x40000001u | CODE_START);
-  EXPECT_EQ(Board.Word(FP_COMP0 + 4), 0x80000001u | (CODE_START + 4));
-  Board.ClearCodeBreakpoint(CODE_START);
-  EXPECT_EQ(Board.Word(FP_COMP0), 0u);
-  EXPECT_EQ(Board.Word(FP_COMP0 + 4), 0x80000001u | (CODE_START + 4)) << "stays in its comparator";
 }
 
 // ldr r1, [r0]; strb r2, [r0]; strh r2, [r0]; str r2, [r0]; ldr r3, [r4]; bkpt
 const std::vector<U16> SEND = {0x6801, 0x7002, 0x8002, 0x6002, 0x6823, 0xBE00};
 
 TEST(CItm, SendsWhatThePortsPermit) {
-  struct ROW {
-    const char* sWhat;
-    ARCH Arch;
-    U32 Port, Demcr, Control, Enabled, Privileged;
-    bool bUser;
-    bool bReady, bSent;
-  };
-  const ROW ROWS[] = {
+  // core; port, DEMCR, TCR, TER, TPR; unprivileged code; the port reads as ready, and sends
+  const std::tuple<const char*, ARCH, U32, U32, U32, U32, U32, bool, bool, bool> ROWS[] = {
       {"enabled", ARCH::ARMV7M, 0, TRCENA, 1, 1, 0, false, true, true},
       {"last port", ARCH::ARMV7EM, 31, TRCENA, 1, 1u << 31, 0xF, false, true, true},
       {"other port", ARCH::ARMV7M, 1, TRCENA, 1, 1, 0, false, false, false},
@@ -175,25 +175,23 @@ TEST(CItm, SendsWhatThePortsPermit) {
       {"user at a privileged port", ARCH::ARMV7M, 9, TRCENA, 1, 1u << 9, 2, true, true, false},
       {"core without ports", ARCH::ARMV6M, 0, TRCENA, 1, 1, 0, false, false, false},
   };
-  for (const ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sWhat);
-    CBoard Board(Row.Arch);
-    std::vector<std::tuple<U32, U32, U32>> Sent;
+  for (const auto& [sWhat, Arch, Port, Demcr, Control, Enabled, Privileged, bUser, bReady, bSent] : ROWS) {
+    SCOPED_TRACE(sWhat);
+    CBoard Board(Arch);
+    std::vector<std::tuple<U32, U32, U32>> Sent, Expected;
+    if (bSent) Expected = {{Port, 0x78, 1}, {Port, 0x5678, 2}, {Port, 0x12345678, 4}};
     EXPECT_EQ(Board.SetStimulusSink([&](U32 Port, U32 Value, U32 Size) { Sent.emplace_back(Port, Value, Size); }),
-              Row.Arch != ARCH::ARMV6M);
+              Arch != ARCH::ARMV6M);
     Board.Load(SEND);
-    Board.SetWord(DEMCR, Row.Demcr);
-    Board.SetWord(ITM_TCR, Row.Control);
-    Board.SetWord(ITM_TER, Row.Enabled);
-    Board.SetWord(ITM_TPR, Row.Privileged);
-    if (Row.bUser) Board.WriteReg(VNODE_REG_CONTROL, 1);
-    Board.WriteReg(0, ITM + 4 * Row.Port);
+    const std::pair<U32, U32> aSet[] = {{DEMCR, Demcr}, {ITM_TCR, Control}, {ITM_TER, Enabled}, {ITM_TPR, Privileged}};
+    for (const auto& [Addr, Value] : aSet) Board.SetWord(Addr, Value);
+    if (bUser) Board.WriteReg(VNODE_REG_CONTROL, 1);
+    Board.WriteReg(0, ITM + 4 * Port);
     Board.WriteReg(2, 0x12345678);
     Board.WriteReg(4, RAM_START);
     EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-    EXPECT_EQ(Board.Reg(1), static_cast<U32>(Row.bReady));
-    const U32 P = Row.Port;
-    EXPECT_EQ(Sent, (Row.bSent ? decltype(Sent){{P, 0x78, 1}, {P, 0x5678, 2}, {P, 0x12345678, 4}} : decltype(Sent)()));
+    EXPECT_EQ(Board.Reg(1), static_cast<U32>(bReady));
+    EXPECT_EQ(Sent, Expected);
   }
 }
 
@@ -210,26 +208,6 @@ TEST(CItm, FirmwareHasToUnlockItsRegisters) {
     EXPECT_EQ(Board.Word(ITM_TER), Key == LAR_KEY ? 0x55u : 0u);
     EXPECT_EQ(Board.Reg(4), Key == LAR_KEY ? 1u : 3u);
     EXPECT_EQ(Board.Word(ITM_LSR), 0u) << "a debugger needs no key";
-  }
-}
-
-TEST(CSampler, CallsAtExactTimesWhetherTheCoreRunsOrSleeps) {
-  for (const bool bSleeps : {false, true}) {
-    CBoard Board;
-    Board.Load({static_cast<U16>(bSleeps ? 0xBF30 : 0xBF00), 0xE7FD});  // wfi or nop, and back
-    Board.Run(5, nullptr, false);
-    std::vector<U64> Times;
-    Board.SetSampler(100, [&](sim::CMachine& Machine, U64 Cycle) {
-      U32 Word;
-      EXPECT_EQ(Machine.ReadMem(RAM_START, 4, &Word), 4u);
-      Times.push_back(Cycle);
-    });
-    for (int i = 0; i < 7; i++) Board.Run(50, nullptr, false);
-    const U64 Start = Times.empty() ? 0 : Times[0];
-    EXPECT_EQ(Times, (std::vector<U64>{Start, Start + 100, Start + 200, Start + 300}));
-    Board.SetSampler(0, nullptr);
-    Board.Run(500, nullptr, false);
-    EXPECT_EQ(Times.size(), 4u);
   }
 }
 

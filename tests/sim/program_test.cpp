@@ -2,8 +2,6 @@
 // end.
 
 #include <cstring>
-#include <fstream>
-#include <string>
 
 #include "tests/sim/board.h"
 #include "tests/sim/peer.h"
@@ -26,13 +24,6 @@ constexpr ROW ROWS[] = {{"v6m", ARCH::ARMV6M, 997},
                         {"v7em", ARCH::ARMV7EM, ~0ull},
                         {"v6m", ARCH::ARMV6M, 0},
                         {"v7em", ARCH::ARMV7EM, 0}};
-
-std::vector<U8> ReadImage(const std::string& sName) {
-  std::vector<U8> aImage(FLASH_SIZE, 0xFF);
-  std::ifstream File(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_" + sName + ".bin", std::ios::binary);
-  EXPECT_GT(File.read(reinterpret_cast<char*>(aImage.data()), FLASH_SIZE).gcount(), 0) << sName;
-  return aImage;
-}
 
 U32 VectorOf(const std::vector<U8>& aImage, U32 Index) {
   U32 Value;

@@ -40,6 +40,17 @@ TEST(CStep, EveryInstructionOfABlockIsAStep) {
   EXPECT_EQ(Board.Pc(), CODE_START + 12);
 }
 
+TEST(CBreakpoint, InABlockItStopsWhateverTheCondition) {
+  CBoard Board;
+  Board.Load(BLOCK);
+  Board.SetCodeBreakpoint(CODE_START + 8);  // skipped by the block
+  for (const U32 Offset : {8, 12}) {
+    EXPECT_EQ(Board.Run(MANY, nullptr, Offset == 12), Offset == 12 ? STOP::BKPT : STOP::BREAKPOINT);
+    EXPECT_EQ(Board.Pc(), CODE_START + Offset);
+  }
+  EXPECT_EQ(Board.Reg(3), 0u);
+}
+
 TEST(CStep, InterruptInsideABlockKeepsIt) {
   CBoard Board;
   Board.Load(BLOCK);
@@ -91,17 +102,6 @@ TEST(CBreakpoint, StopsBeforeTheInstructionAndGoesOn) {
     EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
     EXPECT_EQ(Board.InstructionCount(), 10 + MANY);
   }
-}
-
-TEST(CBreakpoint, InABlockItStopsWhateverTheCondition) {
-  CBoard Board;
-  Board.Load(BLOCK);
-  Board.SetCodeBreakpoint(CODE_START + 8);  // skipped by the block
-  EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
-  EXPECT_EQ(Board.Pc(), CODE_START + 8);
-  EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BKPT);
-  EXPECT_EQ(Board.Pc(), CODE_START + 12);
-  EXPECT_EQ(Board.Reg(3), 0u);
 }
 
 // Code in RAM that rewrites the instruction behind itself, and a breakpoint there.
@@ -158,38 +158,6 @@ TEST(CCode, SecondHalfwordIsWatchedToo) {
   Board.WriteMem(RAM_START + 2, 2, &Second);
   Board.Run(4, nullptr, false);
   EXPECT_EQ(Board.Reg(1), 6u);
-}
-
-// ldr r1, [r0]; strb r2, [r0, #1]; strh r2, [r0, #4]; loop
-const std::vector<U16> ACCESSES = {0x6801, 0x7042, 0x8082, 0xE7FB};
-
-TEST(CWatch, MatchesAddressAccessAndValue) {
-  const U32 Base = RAM_START + 0x40;
-  // what, watch, offset of the instruction behind the access, 0 for none
-  const std::tuple<const char*, sim::DATA_WATCH, U32> ROWS[] = {
-      {"read", {Base, 0, 0, 0xFFFFFFFF, 0, true, false}, 2},
-      {"write of a byte in the word", {Base, 3, 0, 0xFFFFFFFF, 0, false, true}, 4},
-      {"either", {Base + 4, 0, 0, 0xFFFFFFFF, 0, true, true}, 6},
-      {"upper byte of the halfword", {Base + 5, 0, 0, 0xFFFFFFFF, 0, false, true}, 6},
-      {"value", {Base, 7, 0xCD, 0xFFFFFF00, 0, false, true}, 4},
-      {"value in full", {Base, 7, 0xABCD, 0, 0, false, true}, 6},
-      {"width", {Base, 7, 0, 0xFFFFFFFF, 2, true, true}, 6},
-      {"wrong value", {Base + 4, 0, 0xABCE, 0, 0, false, true}, 0},
-      {"beside", {Base + 6, 0, 0, 0xFFFFFFFF, 0, true, true}, 0},
-  };
-  for (const auto& [sWhat, Watch, StopAfter] : ROWS) {
-    SCOPED_TRACE(sWhat);
-    CBoard Board;
-    Board.Load(ACCESSES);
-    Board.WriteReg(0, Base);
-    Board.WriteReg(2, 0xABCD);
-    const int Index = Board.SetDataWatch(Watch);
-    ASSERT_GE(Index, 0);
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), StopAfter ? STOP::DATA_WATCH : STOP::SLICE_END);
-    EXPECT_TRUE(!StopAfter || Board.Pc() == CODE_START + StopAfter);
-    Board.ClearDataWatch(Index);
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
-  }
 }
 
 TEST(CSysTick, CountsDownAndReloads) {

@@ -23,26 +23,11 @@ constexpr U32 SINGLES[] = {0,          0x80000000, 0x7F800000, 0xFF800000, 0x7FC
                            0x7F7FFFFF, 0x3F800000, 0x3F000000, 0xBFC00000, 0x4F000000, 0xCF000000,
                            0x4F800000, 0x4EFFFFFF, 0x477FE000, 0x477FF000, 0x33800000, 0x38800000,
                            0x7C017BFF, 0x7E00FC01, 0x03FF8001, 0x3C007C00, 0x1A000000, 0x5A000000};
-constexpr U64 DOUBLES[] = {0,
-                           0x8000000000000000,
-                           0x7FF0000000000000,
-                           0xFFF0000000000000,
-                           0x7FF8123456789ABC,
-                           0x7FF0123456789ABC,
-                           0x0000000000000001,
-                           0x800FFFFFFFFFFFFF,
-                           0x0010000000000000,
-                           0x7FEFFFFFFFFFFFFF,
-                           0x3FE0000000000000,
-                           0xBFF8000000000000,
-                           0x41DFFFFFFFC00000,
-                           0x41EFFFFFFFF00000,
-                           0xC1E0000000200000,
-                           0x47EFFFFFF0000000,
-                           0x3810000000000000,
-                           0x36A0000000000000,
-                           0x40EFFC0000000000,
-                           0x3E70000000000001};
+constexpr U64 DOUBLES[] = {0x0000000000000000, 0x8000000000000000, 0x7FF0000000000000, 0xFFF0000000000000,
+                           0x7FF8123456789ABC, 0x7FF0123456789ABC, 0x0000000000000001, 0x800FFFFFFFFFFFFF,
+                           0x0010000000000000, 0x7FEFFFFFFFFFFFFF, 0x3FE0000000000000, 0xBFF8000000000000,
+                           0x41DFFFFFFFC00000, 0x41EFFFFFFFF00000, 0xC1E0000000200000, 0x47EFFFFFF0000000,
+                           0x3810000000000000, 0x36A0000000000000, 0x40EFFC0000000000, 0x3E70000000000001};
 
 // A number of ordinary size, now and then with few digits.
 template <class T>

@@ -1,6 +1,5 @@
 // The trace memory and the counters, held against single steps whose conditions are worked out here.
 
-#include <fstream>
 #include <map>
 
 #include "tests/sim/board.h"
@@ -87,13 +86,6 @@ void ExpectSame(CBoard& Board, const REFERENCE& Reference, U32 NumEntries) {
   }
 }
 
-std::vector<U8> ReadImage(const std::string& sName) {
-  std::vector<U8> aImage(FLASH_SIZE, 0xFF);
-  std::ifstream File(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_" + sName + ".bin", std::ios::binary);
-  EXPECT_GT(File.read(reinterpret_cast<char*>(aImage.data()), FLASH_SIZE).gcount(), 0) << sName;
-  return aImage;
-}
-
 TEST(CTrace, CompiledProgramIsTracedAsItIsStepped) {
   const std::tuple<const char*, ARCH, U64> ROWS[] = {{"v6m", ARCH::ARMV6M, 997}, {"v7em", ARCH::ARMV7EM, 100'000}};
   for (const auto& [sName, Arch, SliceSize] : ROWS) {
@@ -155,35 +147,6 @@ TEST(CTrace, GoesThroughInterruptsFaultsBreakpointsAndSteps) {
   EXPECT_GT(Branch.Skipped, 0u);
   EXPECT_LT(Branch.Skipped, Branch.Fetched);
   ExpectSame(Traced, Reference, 1 << 14);
-}
-
-TEST(CTrace, StartsStopsAndGoesOnReading) {
-  CBoard Board;
-  Board.Load({0xBF00, 0xBF00, 0xBF00, 0xE7FB});  // three nops and back
-  U32 aPc[8] = {};
-  EXPECT_EQ(Board.ReadTrace(aPc, 8), 0u) << "never started";
-  Board.Run(2, nullptr, false);
-  Board.StartTrace();
-  Board.Run(3, nullptr, false);  // the third nop, the branch, the first nop
-  EXPECT_EQ(Board.ReadTrace(aPc, 1), 1u);
-  EXPECT_EQ(aPc[0], CODE_START);
-  EXPECT_EQ(Board.ReadTrace(aPc, 8), 2u) << "goes on where it ended";
-  EXPECT_EQ(aPc[0], CODE_START + 6);
-  EXPECT_EQ(aPc[1], CODE_START + 4);
-  Board.Step();
-  EXPECT_EQ(Board.ReadTrace(aPc, 2), 2u) << "begins anew after a step";
-  EXPECT_EQ(aPc[0], CODE_START + 2);
-  EXPECT_EQ(aPc[1], CODE_START);
-  Board.StopTrace();
-  Board.Run(100, nullptr, false);
-  EXPECT_EQ(Board.ReadTrace(aPc, 8), 2u) << "what was recorded stays";
-  U64 Fetched, Skipped;
-  EXPECT_EQ(Board.ReadTraceCounters(CODE_START, 1, &Fetched, &Skipped).NumFetched, 4u);
-  EXPECT_EQ(Fetched, 1u);
-  Board.StartTrace();
-  EXPECT_EQ(Board.ReadTrace(aPc, 8), 0u);
-  EXPECT_EQ(Board.ReadTraceCounters(CODE_START, 1, &Fetched, &Skipped).NumFetched, 0u);
-  EXPECT_EQ(Fetched, 0u);
 }
 
 // cmp r0, #0; ite eq; moveq r1, #1; here the second memory begins; movne r2, #2; bkpt
