@@ -1,9 +1,6 @@
 #pragma once
 // Boards with the firmware of firmware/channels.c, and its symbols.
 
-#include <chrono>
-#include <thread>
-
 #include "probe_fixture.h"
 
 namespace v7em {
@@ -16,22 +13,16 @@ namespace v6m {
 class ChannelsTest : public CProbeTest {
 protected:
   // Leave the core halted at its first instruction.
-  void LoadV7() { Load("nRF52840_xxAA", v7em::IMAGE, sizeof(v7em::IMAGE)); }
-  void LoadV6() { Load("nRF51822_xxAA", v6m::IMAGE, sizeof(v6m::IMAGE)); }
+  void LoadV7() { Connect("nRF52840_xxAA"), Load(0, v7em::IMAGE, sizeof(v7em::IMAGE)); }
+  void LoadV6() { Connect("nRF51822_xxAA"), Load(0, v6m::IMAGE, sizeof(v6m::IMAGE)); }
 
   void Run() { API.VNODEARM_GoEx(0, 1); }
   // Until the firmware has counted so many milliseconds of its own.
-  void RunTicks(U32 TicksAddr, U32 NumTicks);
-  void Load(const char* sDevice, const U8* paImage, U32 NumBytes);
+  void RunTicks(U32 TicksAddr, U32 NumTicks) {
+    const U32 From = ReadWord(TicksAddr);
+    Run();
+    EXPECT_TRUE(WaitFor([&] { return ReadWord(TicksAddr) - From >= NumTicks && ReadWord(TicksAddr) < 0x10000000; }));
+    EXPECT_EQ(API.VNODEARM_Halt(), 0);
+  }
   void WriteWord(U32 Addr, U32 Value) { EXPECT_EQ(API.VNODEARM_WriteU32(Addr, Value), 0); }
 };
-
-// Calls Done until it gives true, for a few seconds of a busy host.
-template <class DONE>
-bool WaitFor(DONE Done) {
-  for (int i = 0; i < 5000; i++) {
-    if (Done()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return false;
-}

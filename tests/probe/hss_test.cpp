@@ -52,20 +52,16 @@ TEST_F(HssTest, GivesWholeSamplesWhileTheCoreRuns) {
   LoadV7();
   ASSERT_EQ(API.VNODE_HSS_Start(BLOCKS, 2, 100, 1), 0);
   Run();
-  U8 aBytes[sizeof(SAMPLE) * 3 + 5];
+  SAMPLE aSample[4];
   U32 Next = 0;
   EXPECT_TRUE(WaitFor([&] {
-    const int Num = API.VNODE_HSS_Read(aBytes, sizeof(aBytes));
+    const int Num = API.VNODE_HSS_Read(aSample, sizeof(SAMPLE) * 3 + 5);
     EXPECT_EQ(Num % sizeof(SAMPLE), 0u);
-    for (int i = 0; i < Num; i += sizeof(SAMPLE), Next += 100) {
-      U32 TimeUs;
-      memcpy(&TimeUs, aBytes + i, 4);
-      EXPECT_EQ(TimeUs, Next);
-    }
+    for (size_t i = 0; i < Num / sizeof(SAMPLE); i++, Next += 100) EXPECT_EQ(aSample[i].TimeUs, Next);
     return Next >= 20'000;
   }));
   EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
-  EXPECT_EQ(API.VNODE_HSS_Read(aBytes, sizeof(SAMPLE) - 1), 0);
+  EXPECT_EQ(API.VNODE_HSS_Read(aSample, sizeof(SAMPLE) - 1), 0);
 }
 
 TEST_F(HssTest, DropsWholeSamplesWhenItsBufferIsFull) {
@@ -73,17 +69,14 @@ TEST_F(HssTest, DropsWholeSamplesWhenItsBufferIsFull) {
   const VNODE_HSS_BLOCK Block = {0x20000000, 0x8000, 0, 0};
   ASSERT_EQ(API.VNODE_HSS_Start(&Block, 1, 100, 1), 0);
   RunTicks(A_Ticks, 40);
-  constexpr U32 SAMPLE_SIZE = 0x8004;
-  std::vector<U8> Bytes(400 * SAMPLE_SIZE);
-  const int NumBytes = API.VNODE_HSS_Read(Bytes.data(), static_cast<U32>(Bytes.size()));
+  constexpr U32 SAMPLE_WORDS = 0x2001;
+  std::vector<U32> Words(400 * SAMPLE_WORDS);
+  const int NumBytes = API.VNODE_HSS_Read(Words.data(), static_cast<U32>(4 * Words.size()));
   ASSERT_GT(NumBytes, 0);
-  EXPECT_EQ(NumBytes % SAMPLE_SIZE, 0u);
-  EXPECT_LT(NumBytes, static_cast<int>(Bytes.size()));
-  for (U32 i = 0; i < static_cast<U32>(NumBytes) / SAMPLE_SIZE; i++) {
-    U32 TimeUs;
-    memcpy(&TimeUs, &Bytes[i * SAMPLE_SIZE], 4);
-    ASSERT_EQ(TimeUs, i * 100) << "the oldest are kept";
-  }
+  EXPECT_EQ(NumBytes % (4 * SAMPLE_WORDS), 0u);
+  EXPECT_LT(NumBytes, static_cast<int>(4 * Words.size()));
+  const U32 NumSamples = static_cast<U32>(NumBytes) / (4 * SAMPLE_WORDS);
+  for (U32 i = 0; i < NumSamples; i++) ASSERT_EQ(Words[i * SAMPLE_WORDS], i * 100) << "the oldest are kept";
   std::lock_guard Lock(Messages.Mutex);
   EXPECT_THAT(Messages.Warnings, testing::Contains(testing::HasSubstr("samples are lost")));
 }

@@ -47,14 +47,14 @@ TEST_F(MemoryTest, ItemsHaveTheirOwnStatus) {
   ASSERT_EQ(API.VNODEARM_WriteU16(Last + 2, 0xABCD), 0);
   ASSERT_EQ(API.VNODEARM_WriteU8(Last, 0xEF), 0);
   U64 Value64 = 0;
+  U32 aWords[4] = {1, 1, 1, 1};
+  U16 aHalves[2];
   U8 aStatus[4];
   EXPECT_EQ(API.VNODEARM_ReadMemU64(Last, 1, &Value64, aStatus), 1);
   EXPECT_EQ(Value64, 0x11223344ABCD77EFull);
-  U32 aWords[4] = {1, 1, 1, 1};
   EXPECT_EQ(API.VNODEARM_ReadMemU32(Last, 4, aWords, aStatus), 2);
   EXPECT_THAT(aStatus, testing::ElementsAre(0, 0, 1, 1));
   EXPECT_THAT(aWords, testing::ElementsAre(0xABCD77EF, 0x11223344, 0, 0));
-  U16 aHalves[2];
   EXPECT_EQ(API.VNODEARM_ReadMemU16(Last + 6, 2, aHalves, nullptr), 1);
   EXPECT_EQ(aHalves[0], 0x1122);
   // The items before a hole and behind it: the last word ahead of RAM does not answer.

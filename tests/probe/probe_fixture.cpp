@@ -1,13 +1,6 @@
 #include "probe_fixture.h"
 
-#include <dlfcn.h>
-
-#include <chrono>
 #include <cstring>
-#include <thread>
-
-VNODE_API CProbeTest::API;
-CProbeTest::MESSAGES CProbeTest::Messages;
 
 CFirmware::CFirmware(U32 Base, U32 StackTop) : m_Base(Base) {
   Word(0, StackTop);
@@ -45,22 +38,6 @@ CFirmware CFirmware::Ticker(U32 Base, U32 ReloadCycles) {
   return Firmware.Word(HANDLER + 0x0C, COUNTER);
 }
 
-void CProbeTest::SetUp() {
-  if (!API.VNODEARM_Open) {
-    void* pLibrary = dlopen(VEXOR_BIN_DIR "/libvnode.so", RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(pLibrary, nullptr) << dlerror();
-#define VNODE_LOAD(Ret, Name, Args)                                        \
-  API.Name = reinterpret_cast<decltype(API.Name)>(dlsym(pLibrary, #Name)); \
-  ASSERT_NE(API.Name, nullptr) << #Name;
-    VNODE_API_FUNCS(VNODE_LOAD)
-#undef VNODE_LOAD
-  }
-  Messages.Warnings.clear();
-  Messages.Errors.clear();
-  API.VNODEARM_SetWarnOutHandler(&Receive<&MESSAGES::Warnings>);
-  API.VNODEARM_SetErrorOutHandler(&Receive<&MESSAGES::Errors>);
-}
-
 void CProbeTest::TearDown() {
   if (!API.VNODEARM_Open) return;
   EXPECT_EQ(Exec("sim.clear-faults"), "");
@@ -86,35 +63,13 @@ void CProbeTest::Connect(const char* sDevice) {
 }
 
 void CProbeTest::Load(const CFirmware& Firmware) {
-  API.VNODEARM_BeginDownload(0);
-  const U32 NumBytes = static_cast<U32>(Firmware.Bytes().size());
-  ASSERT_EQ(API.VNODEARM_WriteMem(Firmware.Base(), NumBytes, Firmware.Bytes().data()), 0);
-  ASSERT_EQ(API.VNODEARM_EndDownload(), 0);
-  ASSERT_EQ(API.VNODEARM_Reset(), 0);
+  Load(Firmware.Base(), Firmware.Bytes().data(), Firmware.Bytes().size());
   ASSERT_EQ(PC(), Firmware.Base() + CFirmware::ENTRY);
 }
 
-bool CProbeTest::WaitForHalt(int TimeoutMs) {
-  const auto End = std::chrono::steady_clock::now() + std::chrono::milliseconds(TimeoutMs);
-  while (std::chrono::steady_clock::now() < End) {
-    if (API.VNODEARM_IsHalted() == 1) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return false;
-}
-
-U32 CProbeTest::ReadWord(U32 Addr) {
-  U32 Value = 0;
-  U8 Status = 1;
-  EXPECT_EQ(API.VNODEARM_ReadMemU32(Addr, 1, &Value, &Status), 1);
-  EXPECT_EQ(Status, 0);
-  return Value;
-}
-
-U32 CProbeTest::ImpFlagsOf(int Handle) {
-  VNODEARM_BP_INFO Info = {};
-  Info.SizeOfStruct = sizeof(Info);
-  Info.Handle = static_cast<U32>(Handle);
-  API.VNODEARM_GetBPInfoEx(-1, &Info);
-  return Info.ImpFlags;
+void CProbeTest::Load(U32 Addr, const U8* paImage, size_t NumBytes) {
+  API.VNODEARM_BeginDownload(0);
+  ASSERT_EQ(API.VNODEARM_WriteMem(Addr, static_cast<U32>(NumBytes), paImage), 0);
+  ASSERT_EQ(API.VNODEARM_EndDownload(), 0);
+  ASSERT_EQ(API.VNODEARM_Reset(), 0);
 }

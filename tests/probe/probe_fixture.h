@@ -1,16 +1,9 @@
 #pragma once
 // The loaded probe library, and firmware that is written by hand, for the tests of this folder.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <initializer_list>
-#include <mutex>
-#include <string>
-#include <vector>
 
-#include "device/probe_api/probe_api.h"
-#include "device/probe_api/register_index.h"
+#include "tests/common/probe_library.h"
 
 // Thumb firmware with its vector table, to be placed at the start of flash.
 class CFirmware {
@@ -34,9 +27,8 @@ private:
   std::vector<U8> m_Bytes;
 };
 
-class CProbeTest : public testing::Test {
+class CProbeTest : public CProbeLibraryTest {
 protected:
-  void SetUp() override;
   void TearDown() override;
 
   // Empty, or the error reply.
@@ -45,21 +37,6 @@ protected:
   void Connect(const char* sDevice);
   // Programs flash, resets, and leaves the core halted at the entry.
   void Load(const CFirmware& Firmware);
-  bool WaitForHalt(int TimeoutMs = 2000);
-  U32 ReadWord(U32 Addr);
+  void Load(U32 Addr, const U8* paImage, size_t NumBytes);
   U32 PC() { return API.VNODEARM_ReadReg(VNODE_REG_PC); }
-  U32 ImpFlagsOf(int Handle);
-
-  static VNODE_API API;
-
-  struct MESSAGES {
-    std::mutex Mutex;
-    std::vector<std::string> Warnings, Errors;
-  };
-  static MESSAGES Messages;
-  template <auto List>
-  static void Receive(const char* sText) {
-    std::lock_guard Lock(Messages.Mutex);
-    (Messages.*List).push_back(sText);
-  }
 };

@@ -105,12 +105,8 @@ TEST_F(RttTest, FillsAQueueAndNoMore) {
 TEST_F(RttTest, RefusesBlocksThatMakeNoSense) {
   LoadV7();
   RunTicks(A_Ticks, 1);
-  struct ROW {
-    const char* sWhat;
-    U32 Addr, Value;
-    int Read, Write;  // results
-  };
-  const ROW ROWS[] = {
+  const std::tuple<const char*, U32, U32, int, int> ROWS[] = {
+      // what, address, value, results of read and write
       {"nothing wrong", UP, 0, 3, 4},
       {"write offset at the end", UP + WR_OFF, QUEUE_SIZE, 0, 4},
       {"huge write offset", DOWN + WR_OFF, 0xFFFFFFFF, 3, 0},
@@ -128,20 +124,16 @@ TEST_F(RttTest, RefusesBlocksThatMakeNoSense) {
   };
   std::vector<U8> Saved(72);
   ASSERT_EQ(API.VNODEARM_ReadMem(BLOCK, 72, Saved.data()), 0);
-  for (const ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sWhat);
+  for (const auto& [sWhat, Addr, Value, NumRead, NumWritten] : ROWS) {
+    SCOPED_TRACE(sWhat);
     ASSERT_EQ(API.VNODEARM_WriteMem(BLOCK, 72, Saved.data()), 0);
     WriteWord(UP + WR_OFF, 3);
-    WriteWord(UP + RD_OFF, 0);
-    WriteWord(DOWN + WR_OFF, 0);
-    WriteWord(DOWN + RD_OFF, 0);
+    for (const U32 Offset : {UP + RD_OFF, DOWN + WR_OFF, DOWN + RD_OFF}) WriteWord(Offset, 0);
     ASSERT_EQ(Start(), 0);
-    WriteWord(Row.Addr, Row.Value);
+    WriteWord(Addr, Value);
     std::string sText;
-    EXPECT_EQ(Read(0, &sText), Row.Read);
-    if (Row.Addr != NUM_UP || Row.Write == 0) {
-      EXPECT_EQ(Write("test"), Row.Write);
-    }
+    EXPECT_EQ(Read(0, &sText), NumRead);
+    EXPECT_TRUE((Addr == NUM_UP && NumWritten != 0) || Write("test") == NumWritten);
     EXPECT_LE(Read(1, &sText), 0);
     EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
   }

@@ -7,19 +7,19 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <numeric>
 
 #include "probe/gdb/hex.h"
 #include "probe/text.h"
 
 namespace {
 
-constexpr const char* CORE_REGISTERS =
-    R"(<reg name="r0" bitsize="32" regnum="0"/><reg name="r1" bitsize="32"/><reg name="r2" bitsize="32"/>)"
-    R"(<reg name="r3" bitsize="32"/><reg name="r4" bitsize="32"/><reg name="r5" bitsize="32"/>)"
-    R"(<reg name="r6" bitsize="32"/><reg name="r7" bitsize="32"/><reg name="r8" bitsize="32"/>)"
-    R"(<reg name="r9" bitsize="32"/><reg name="r10" bitsize="32"/><reg name="r11" bitsize="32"/>)"
-    R"(<reg name="r12" bitsize="32"/><reg name="sp" bitsize="32"/><reg name="lr" bitsize="32"/>)"
-    R"(<reg name="pc" bitsize="32"/><reg name="xPSR" bitsize="32"/>)";
+std::string CoreRegisters() {
+  std::string sText;
+  for (int i = 0; i < 13; ++i) sText += FormatText(R"(<reg name="r%d" bitsize="32"/>)", i);
+  for (const char* sName : {"sp", "lr", "pc", "xPSR"}) sText += FormatText(R"(<reg name="%s" bitsize="32"/>)", sName);
+  return sText;
+}
 
 std::string Unescaped(const std::string& sText) {
   std::string sResult;
@@ -60,11 +60,8 @@ CFakeServer::~CFakeServer() {
 }
 
 std::string CFakeServer::Packet(const std::string& sBody) {
-  return FormatText("$%s#%02x", sBody.c_str(), [&] {
-    unsigned Sum = 0;
-    for (unsigned char c : sBody) Sum += c;
-    return Sum & 0xFF;
-  }());
+  const U8 Sum = std::accumulate(sBody.begin(), sBody.end(), U8(0));
+  return '$' + sBody + FormatText("#%02x", Sum);
 }
 
 std::vector<std::string> CFakeServer::Requests() {
@@ -149,7 +146,7 @@ std::string CFakeServer::Document(const std::string& sRequest) const {
   std::string sText;
   if (sRequest.starts_with("qXfer:features:read:target.xml:")) {
     sText = R"(<?xml version="1.0"?><target><feature name="core">)" +
-            (sRegisters.empty() ? std::string(CORE_REGISTERS) : sRegisters) + "</feature></target>";
+            (sRegisters.empty() ? CoreRegisters() : sRegisters) + "</feature></target>";
   } else {
     sText = FormatText(R"(<memory-map><memory type="flash" start="0x%x" length="0x%x"><property name="blocksize">)"
                        R"(0x%x</property></memory><memory type="ram" start="0x%x" length="0x%x"/></memory-map>)",

@@ -22,6 +22,15 @@ struct FAULT {
   const char* sError;    // part of an error message
 };
 
+std::string Packet(const std::string& sBody) {
+  return CFakeServer::Packet(sBody);
+}
+
+// Sent for ever.
+std::string Flood(const std::string& sBegin, char c) {
+  return CFakeServer::FLOOD + sBegin + std::string(1000, c);
+}
+
 std::string Deep(int Levels, const char* sBegin = "<target>") {
   std::string sText = sBegin;
   for (int i = 0; i < Levels; ++i) sText += "<a>";
@@ -31,7 +40,7 @@ std::string Deep(int Levels, const char* sBegin = "<target>") {
 std::string Target(const std::string& sElements) {
   std::string sBody = "l<target>";
   AppendEscaped(&sBody, sElements.data(), sElements.size());
-  return CFakeServer::Packet(sBody + "</target>");
+  return Packet(sBody + "</target>");
 }
 
 class HostileServerTest : public CServerTest {
@@ -74,27 +83,27 @@ TEST_F(HostileServerTest, AConnectionThatCannotBeMadeFails) {
       {"half a packet", "qSupported", "+$PacketSi", "does not answer"},
       {"wrong checksums", "qSupported", "$OK#00$OK#00$OK#00$OK#00$OK#00", "damaged packets"},
       {"refuses for ever", "qSupported", "-----", "refuses what it is sent"},
-      {"acknowledges for ever", "qSupported", std::string(CFakeServer::FLOOD) + std::string(1000, '+'), "not answer"},
-      {"an endless packet", "qSupported", std::string(CFakeServer::FLOOD) + "$" + std::string(1000, 'a'), "damaged"},
+      {"acknowledges for ever", "qSupported", Flood("+", '+'), "not answer"},
+      {"an endless packet", "qSupported", Flood("$", 'a'), "damaged"},
       {"a long packet", "qSupported", "$" + std::string(300'000, 'a'), "too long"},
       {"a packet that expands", "qSupported",
        "$" +
            [] {
              std::string s = "a";
              for (int i = 0; i < 5000; ++i) s += "*~";
-             return CFakeServer::Packet(s).substr(1);
+             return Packet(s).substr(1);
            }(),
        "too long"},
-      {"endless console output", "?", std::string(CFakeServer::FLOOD) + CFakeServer::Packet("O41"), "not answer"},
-      {"no target", "?", CFakeServer::Packet("W00"), "no target"},
-      {"an error for the state", "?", CFakeServer::Packet("E01"), "no target"},
-      {"no document", "qXfer:features", CFakeServer::Packet("E00"), "\"target.xml\" cannot be read"},
-      {"a document without end", "qXfer:features", CFakeServer::Packet("m" + std::string(500, 'x')), "cannot be read"},
-      {"an empty piece", "qXfer:features", CFakeServer::Packet("m"), "cannot be read"},
-      {"no XML", "qXfer:features", CFakeServer::Packet("l<target"), "cannot be used"},
-      {"too deep", "qXfer:features", CFakeServer::Packet("l" + Deep(20'000)), "nested too deeply"},
-      {"deep behind a comment", "qXfer:features",
-       CFakeServer::Packet("l" + Deep(20'000, "<!DOCTYPE t [ <!-- ]> <target>")), "nested too deeply"},
+      {"endless console output", "?", std::string(CFakeServer::FLOOD) + Packet("O41"), "not answer"},
+      {"no target", "?", Packet("W00"), "no target"},
+      {"an error for the state", "?", Packet("E01"), "no target"},
+      {"no document", "qXfer:features", Packet("E00"), "\"target.xml\" cannot be read"},
+      {"a document without end", "qXfer:features", Packet("m" + std::string(500, 'x')), "cannot be read"},
+      {"an empty piece", "qXfer:features", Packet("m"), "cannot be read"},
+      {"no XML", "qXfer:features", Packet("l<target"), "cannot be used"},
+      {"too deep", "qXfer:features", Packet("l" + Deep(20'000)), "nested too deeply"},
+      {"deep behind a comment", "qXfer:features", Packet("l" + Deep(20'000, "<!DOCTYPE t [ <!-- ]> <target>")),
+       "nested too deeply"},
       {"includes itself", "qXfer:features", Target(R"(<xi:include href="target.xml"/>)"), "too many documents"},
       {"a name with a packet in it", "qXfer:features", Target(R"(<xi:include href="a:0,1#00$X"/>)"), "cannot be read"},
       {"a huge register", "qXfer:features", Target(R"(<reg name="r0" bitsize="4294967295"/>)"), "valid number or size"},
@@ -112,53 +121,42 @@ TEST_F(HostileServerTest, AConnectionThatCannotBeMadeFails) {
 }
 
 TEST_F(HostileServerTest, AServerThatDiesDuringACallLosesTheConnection) {
-  const struct {
-    FAULT Fault;
-    std::function<bool()> Fails;
-  } CASES[] = {
+  U8 aData[64];
+  U32 Index = 0, Value = 0;
+  const auto Reset = [] { return API.VNODEARM_Reset() != 0; };
+  const auto GoAndHalt = [] {
+    API.VNODEARM_GoEx(0, 1);
+    return API.VNODEARM_Halt() != 0;
+  };
+  const std::pair<FAULT, std::function<bool()>> CASES[] = {
       {{"reads no memory", "m", "", "does not answer"},
-       [] {
-         U8 aData[64];
-         return API.VNODEARM_ReadMem(CFakeServer::RAM_ADDR, 64, aData) != 0;
-       }},
+       [&] { return API.VNODEARM_ReadMem(CFakeServer::RAM_ADDR, 64, aData) != 0; }},
       {{"closes when memory is written", "X", CFakeServer::CLOSE, "closed the connection"},
        [] { return API.VNODEARM_WriteU32(CFakeServer::RAM_ADDR, 1) != 0; }},
       {{"damaged registers", "g", "$00#00", "damaged packets"},
-       [] {
-         U32 Index = 0, Value = 0;
-         U8 Status = 0;
+       [&] {
          EXPECT_EQ(API.VNODEARM_Step(), 0);  // what was read before counts no more
-         return API.VNODEARM_ReadRegs(&Index, &Value, &Status, 1) != 0;
+         return API.VNODEARM_ReadRegs(&Index, &Value, aData, 1) != 0;
        }},
       {{"answers nothing any more", "", "", "does not step the core"}, [] { return API.VNODEARM_Step() != 0; }},
       {{"closes at a breakpoint", "Z", CFakeServer::CLOSE, "closed the connection"},
        [] { return API.VNODEARM_SetBPEx(CFakeServer::RAM_ADDR, VNODE_BP_IMP_ANY | VNODE_BP_THUMB) == 0; }},
-      {{"closes when resumed", "c", CFakeServer::CLOSE, "closed the connection"},
-       [] {
+      {{"closes when resumed", "c", CFakeServer::CLOSE, "closed the connection"}, GoAndHalt},
+      {{"never stops", "<interrupt>", "", "does not stop the core"}, GoAndHalt},
+      {{"ends its target", "c", Packet("W01"), "target has ended"},
+       [&] {
          API.VNODEARM_GoEx(0, 1);
-         return API.VNODEARM_Halt() != 0;
+         return WaitFor([] { return API.VNODEARM_IsHalted() < 0; });
        }},
-      {{"never stops", "<interrupt>", "", "does not stop the core"},
-       [] {
-         API.VNODEARM_GoEx(0, 1);
-         return API.VNODEARM_Halt() != 0;
-       }},
-      {{"ends its target", "c", CFakeServer::Packet("W01"), "target has ended"},
-       [] {
-         API.VNODEARM_GoEx(0, 1);
-         for (int i = 0; i < 5000 && API.VNODEARM_IsHalted() == 0; ++i) usleep(1000);
-         return API.VNODEARM_IsHalted() < 0;
-       }},
-      {{"no reset", "qRcmd", CFakeServer::Packet(""), "does not execute \"reset halt\""},
-       [] { return API.VNODEARM_Reset() != 0; }},
-      {{"no answer to a reset", "qRcmd", "", "does not answer"}, [] { return API.VNODEARM_Reset() != 0; }},
+      {{"no reset", "qRcmd", Packet(""), "does not execute \"reset halt\""}, Reset},
+      {{"no answer to a reset", "qRcmd", "", "does not answer"}, Reset},
   };
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(Case.Fault.sName);
+  for (const auto& [Fault, Fails] : CASES) {
+    SCOPED_TRACE(Fault.sName);
     ASSERT_EQ(Connect(m_Server.Address(), "Cortex-M3"), 0);
-    Break(Case.Fault);
-    ExpectInTime([&] { EXPECT_TRUE(Case.Fails()); });
-    ExpectError(Case.Fault.sError);
+    Break(Fault);
+    ExpectInTime([&, &Fails = Fails] { EXPECT_TRUE(Fails()); });
+    ExpectError(Fault.sError);
     ExpectInTime([&] { ExpectGoodSession(); });
   }
 }
@@ -169,18 +167,18 @@ TEST_F(HostileServerTest, WrongAnswersAreFailuresOfTheirCallAlone) {
   U8 aData[64] = {};
   for (const char* sReply : {"E01", "", "zz", "123", "OK"}) {
     SCOPED_TRACE(sReply);
-    Break({"", "m", CFakeServer::Packet(sReply), ""});
+    Break({"", "m", Packet(sReply), ""});
     EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), 0);
-    Break({"", "X", CFakeServer::Packet(sReply), ""});
+    Break({"", "X", Packet(sReply), ""});
     EXPECT_EQ(API.VNODEARM_WriteMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), std::string(sReply) == "OK" ? 64 : 0);
   }
-  Break({"", "m", CFakeServer::Packet(std::string(400, 'f')), ""});
+  Break({"", "m", Packet(std::string(400, 'f')), ""});
   EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), 0) << "more than was asked for";
-  Break({"", "m", CFakeServer::Packet("11223344"), ""});
+  Break({"", "m", Packet("11223344"), ""});
   EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 64, aData, 0), 64) << "a part at a time";
   m_Server.Fault = [](const std::string& sRequest, std::string* psRaw) {
     usleep(1000);
-    *psRaw = CFakeServer::Packet("E01");
+    *psRaw = Packet("E01");
     return sRequest.starts_with("m");
   };
   std::vector<U8> Items(50'000, 1), Statuses(50'000);
@@ -193,9 +191,7 @@ TEST_F(HostileServerTest, WrongAnswersAreFailuresOfTheirCallAlone) {
 }
 
 TEST_F(HostileServerTest, NoServerAndBadAddressesFail) {
-  CFakeServer* pGone = new CFakeServer;
-  const std::string sAddress = pGone->Address();
-  delete pGone;
+  const std::string sAddress = CFakeServer().Address();
   ExpectInTime([&] { EXPECT_NE(Connect(sAddress, "Cortex-M3"), 0); });
   ExpectError("Cannot connect to 127.0.0.1");
   ExpectInTime([&] { EXPECT_NE(Connect("no-such-host.invalid:1234", "Cortex-M3"), 0); });

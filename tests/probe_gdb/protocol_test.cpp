@@ -1,6 +1,7 @@
 // What the client says to a server, and what it makes of the answers.
 
 #include "fake_server.h"
+#include "probe/gdb/hex.h"
 #include "probe/gdb/memory_map.h"
 #include "probe/gdb/rsp_packet.h"
 #include "server_fixture.h"
@@ -15,11 +16,7 @@ std::string PacketOf(const std::string& sBody) {
 }
 
 TEST(RspReader, CutsItemsOutOfAnyStream) {
-  struct CASE {
-    std::string sInput;
-    std::vector<std::string> Items;
-  };
-  const CASE CASES[] = {
+  const std::pair<std::string, std::vector<std::string>> CASES[] = {
       {"+$OK#9a", {"+", "OK"}},
       {"$#00", {""}},
       {"noise$OK#9a\r\n$S05#b8", {"OK", "S05"}},
@@ -37,13 +34,13 @@ TEST(RspReader, CutsItemsOutOfAnyStream) {
       {"$OK#9", {}},
       {"$OK", {}},
   };
-  for (const CASE& Case : CASES) {
-    for (const size_t ChunkSize : {Case.sInput.size(), size_t(1)}) {
-      SCOPED_TRACE(Case.sInput + " by " + std::to_string(ChunkSize));
+  for (const auto& [sInput, Expected] : CASES) {
+    for (const size_t ChunkSize : {sInput.size(), size_t(1)}) {
+      SCOPED_TRACE(sInput + " by " + std::to_string(ChunkSize));
       CRspReader Reader;
       std::vector<std::string> Items;
-      for (size_t i = 0; i < Case.sInput.size(); i += ChunkSize) {
-        Reader.Feed(std::string_view(Case.sInput).substr(i, ChunkSize));
+      for (size_t i = 0; i < sInput.size(); i += ChunkSize) {
+        Reader.Feed(std::string_view(sInput).substr(i, ChunkSize));
         std::string sBody;
         for (RSP_ITEM Item; (Item = Reader.Next(&sBody)) != RSP_ITEM::NONE;) {
           Items.push_back(Item == RSP_ITEM::ACK            ? "+"
@@ -53,16 +50,13 @@ TEST(RspReader, CutsItemsOutOfAnyStream) {
                                                            : sBody);
         }
       }
-      EXPECT_EQ(Items, Case.Items);
+      EXPECT_EQ(Items, Expected);
     }
   }
 }
 
 TEST(MemoryMap, RefusesWhatMakesNoSense) {
-  const struct {
-    const char* sRegions;
-    bool bValid;
-  } CASES[] = {
+  const std::pair<const char*, bool> CASES[] = {
       {R"(<memory type="ram" start="0x20000000" length="65536"/>)", true},
       {R"(<memory type="ram" start="0xffff0000" length="0x10000"/><memory type="rom" start="0" length="0x1000"/>)",
        true},
@@ -75,14 +69,13 @@ TEST(MemoryMap, RefusesWhatMakesNoSense) {
       {R"(<memory type="wax" start="0" length="4"/>)", false},
       {R"(<memory type="ram" start="0" length="8"/><memory type="ram" start="4" length="8"/>)", false},
   };
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(Case.sRegions);
+  for (const auto& [sRegions, bValid] : CASES) {
+    SCOPED_TRACE(sRegions);
     GDB_MEMORY_MAP Map;
     std::string sError;
-    EXPECT_EQ(ParseMemoryMap("<memory-map>" + std::string(Case.sRegions) + "</memory-map>", &Map, &sError),
-              Case.bValid);
-    EXPECT_EQ(sError.empty(), Case.bValid);
-    EXPECT_EQ(Map.Regions.empty(), !Case.bValid);
+    EXPECT_EQ(ParseMemoryMap("<memory-map>" + std::string(sRegions) + "</memory-map>", &Map, &sError), bValid);
+    EXPECT_EQ(sError.empty(), bValid);
+    EXPECT_EQ(Map.Regions.empty(), !bValid);
   }
 }
 
@@ -104,11 +97,7 @@ protected:
   }
   static std::string Hex(const std::string& sText) {
     std::string sResult;
-    for (unsigned char c : sText) {
-      char acByte[3];
-      std::snprintf(acByte, sizeof(acByte), "%02x", c);
-      sResult += acByte;
-    }
+    AppendHex(&sResult, sText.data(), sText.size());
     return sResult;
   }
 
@@ -134,10 +123,10 @@ TEST_F(ProtocolTest, TransfersEndAtTheFirstByteThatDoesNotAnswer) {
   ConnectAs("Cortex-M3");
   const U32 End = CFakeServer::RAM_ADDR + CFakeServer::MEMORY_SIZE;
   std::vector<U8> Data(4000);
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(End - 1236, 4000, Data.data(), 0), 1236);
-  EXPECT_EQ(API.VNODEARM_WriteMemEx(End - 1236, 4000, Data.data(), 0), 1236);
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(End, 4000, Data.data(), 0), 0);
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(0xFFFFFFFC, 4000, Data.data(), 0), 0);
+  for (const auto& [Addr, Num] : {std::pair(End - 1236, 1236), {End, 0}, {0xFFFFFFFC, 0}}) {
+    EXPECT_EQ(API.VNODEARM_ReadMemEx(Addr, 4000, Data.data(), 0), Num);
+    EXPECT_EQ(API.VNODEARM_WriteMemEx(Addr, 4000, Data.data(), 0), Num);
+  }
   U32 aItems[4];
   U8 aStatus[4];
   EXPECT_EQ(API.VNODEARM_ReadMemU32(End - 8, 4, aItems, aStatus), 2);
@@ -147,15 +136,11 @@ TEST_F(ProtocolTest, TransfersEndAtTheFirstByteThatDoesNotAnswer) {
 TEST_F(ProtocolTest, AFewItemsAreAccessedInTheirWidth) {
   ConnectAs("Cortex-M3");
   U8 aData[8];
-  const auto RequestsOf = [&](U32 Width) {
+  for (const auto& [Width, NumRequests] : {std::pair(0, 1u), {4, 2u}, {2, 4u}, {1, 8u}}) {
     const size_t Before = m_Server.Requests().size();
     EXPECT_EQ(API.VNODEARM_ReadMemEx(CFakeServer::RAM_ADDR, 8, aData, Width), 8);
-    return m_Server.Requests().size() - Before;
-  };
-  EXPECT_EQ(RequestsOf(0), 1u);
-  EXPECT_EQ(RequestsOf(4), 2u);
-  EXPECT_EQ(RequestsOf(2), 4u);
-  EXPECT_EQ(RequestsOf(1), 8u);
+    EXPECT_EQ(m_Server.Requests().size() - Before, NumRequests);
+  }
 }
 
 TEST_F(ProtocolTest, LostAndLateBytesAreMadeUpFor) {
@@ -176,42 +161,33 @@ TEST_F(ProtocolTest, LostAndLateBytesAreMadeUpFor) {
 }
 
 TEST_F(ProtocolTest, RegistersAreFoundInEveryLayout) {
-  const std::string sFour = "00000000111111112222222233333333";
-  const struct {
-    const char* sName;
-    const char* sSupported;
-    const char* sRegisters;  // elements of the description
-    std::string sAll;        // reply to "g"
-    const char* sDevice;
-    U32 Index;
-    U32 Value;
-  } CASES[] = {
-      {"legacy", "PacketSize=400", "", std::string(16 * 8, '0') + std::string(8 * 24, 'f') + "00000000d3000060", "ARM9",
-       8, 0x600000D3},
-      {"by number", "qXfer:features:read+",
-       R"(<reg name="pc" bitsize="32" regnum="1"/><reg name="r0" bitsize="32" regnum="0"/>)", "0102030405060708",
-       "Cortex-M3", VNODE_REG_PC, 0x08070605},
-      {"narrow ones", "qXfer:features:read+",
-       R"(<reg name="primask" bitsize="1"/><reg name="control" bitsize="3"/><reg name="pc" bitsize="32"/>)",
-       "010205060708", "Cortex-M3", VNODE_REG_PC, 0x08070605},
-      {"half a double", "qXfer:features:read+", R"(<reg name="d0" bitsize="64"/><reg name="d1" bitsize="64"/>)",
-       "0102030405060708090a0b0c0d0e0f10", "Cortex-M4", VNODE_REG_S0 + 3, 0x100F0E0D},
-      {"parts of one", "qXfer:features:read+",
-       R"(<reg name="primask" bitsize="1"/><reg name="basepri" bitsize="8"/><reg name="faultmask" bitsize="1"/>)"
-       R"(<reg name="control" bitsize="2"/>)",
-       "01400102", "Cortex-M3", VNODE_REG_CFBP, 0x02014001},
-      {"another mode's", "qXfer:features:read+",
-       R"(<reg name="sp" bitsize="32"/><reg name="cpsr" bitsize="32"/><reg name="sp_irq" bitsize="32"/>)",
-       "11111111d300000022222222", "Cortex-A9", 32, 0x22222222},
-      {"the present mode's", "qXfer:features:read+",
-       R"(<reg name="sp" bitsize="32"/><reg name="cpsr" bitsize="32"/><reg name="sp_irq" bitsize="32"/>)",
-       "11111111d300000022222222", "Cortex-A9", 26, 0x11111111},
-      {"big endian", "qXfer:features:read+", R"(<reg name="r1" bitsize="32"/><reg name="cpsr" bitsize="32"/>)",
-       "01020304600000d3", "ARM9", 1, 0x01020304},
+  const auto Reg = [](const char* sName, int Bits) {
+    return "<reg name=\"" + std::string(sName) + "\" bitsize=\"" + std::to_string(Bits) + "\"/>";
   };
-  for (const auto& Case : CASES) {
+  const std::string sModes = Reg("sp", 32) + Reg("cpsr", 32) + Reg("sp_irq", 32);
+  struct CASE {
+    const char* sName;
+    std::string sRegisters, sAll;  // the description's elements, none: the old layout; reply to "g"
+    const char* sDevice;
+    U32 Index, Value;
+  };
+  const CASE CASES[] = {
+      {"legacy", "", std::string(16 * 8, '0') + std::string(8 * 24, 'f') + "00000000d3000060", "ARM9", 8, 0x600000D3},
+      {"by number", R"(<reg name="pc" bitsize="32" regnum="1"/><reg name="r0" bitsize="32" regnum="0"/>)",
+       "0102030405060708", "Cortex-M3", VNODE_REG_PC, 0x08070605},
+      {"narrow ones", Reg("primask", 1) + Reg("control", 3) + Reg("pc", 32), "010205060708", "Cortex-M3", VNODE_REG_PC,
+       0x08070605},
+      {"half a double", Reg("d0", 64) + Reg("d1", 64), "0102030405060708090a0b0c0d0e0f10", "Cortex-M4",
+       VNODE_REG_S0 + 3, 0x100F0E0D},
+      {"parts of one", Reg("primask", 1) + Reg("basepri", 8) + Reg("faultmask", 1) + Reg("control", 2), "01400102",
+       "Cortex-M3", VNODE_REG_CFBP, 0x02014001},
+      {"another mode's", sModes, "11111111d300000022222222", "Cortex-A9", 32, 0x22222222},
+      {"the present mode's", sModes, "11111111d300000022222222", "Cortex-A9", 26, 0x11111111},
+      {"big endian", Reg("r1", 32) + Reg("cpsr", 32), "01020304600000d3", "ARM9", 1, 0x01020304},
+  };
+  for (const CASE& Case : CASES) {
     SCOPED_TRACE(Case.sName);
-    m_Server.sSupported = Case.sSupported;
+    m_Server.sSupported = Case.sRegisters.empty() ? "PacketSize=400" : "qXfer:features:read+";
     m_Server.sRegisters = Case.sRegisters;
     m_Server.bSingleRegisters = false;
     Answer({{"g", PacketOf(Case.sAll)}});
@@ -279,24 +255,20 @@ TEST_F(ProtocolTest, FlashIsProgrammedInBlocksAndKeepsWhatIsNotWritten) {
 }
 
 TEST_F(ProtocolTest, ADownloadTellsThePhaseThatFailed) {
-  const struct {
-    const char* sRequest;
-    const char* sReply;
-    int Result;
-  } CASES[] = {
+  const std::tuple<const char*, const char*, int> CASES[] = {
       {"vFlashErase", "E01", VNODE_DOWNLOAD_PROGRAM_FAILED},       {"vFlashErase", "", VNODE_DOWNLOAD_PROGRAM_FAILED},
       {"vFlashWrite", "E.memtype", VNODE_DOWNLOAD_PROGRAM_FAILED}, {"vFlashDone", "E01", VNODE_DOWNLOAD_PROGRAM_FAILED},
       {"vFlashWrite", "OK", VNODE_DOWNLOAD_VERIFY_FAILED},  // says so, and writes nothing
   };
   U32 NumDownloads = 0;
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(std::string(Case.sRequest) + " " + Case.sReply);
+  for (const auto& [sRequest, sReply, Result] : CASES) {
+    SCOPED_TRACE(std::string(sRequest) + " " + sReply);
     ConnectAs("Cortex-M3");
-    Answer({{Case.sRequest, PacketOf(Case.sReply)}});
+    Answer({{sRequest, PacketOf(sReply)}});
     API.VNODEARM_BeginDownload(0);
     EXPECT_EQ(API.VNODEARM_WriteU32(CFakeServer::FLASH_ADDR, 0x12345678 + ++NumDownloads), 0);
-    EXPECT_EQ(API.VNODEARM_EndDownload(), Case.Result);
-    EXPECT_EQ(API.VNODEARM_EndDownload(), Case.Result) << "told once more";
+    EXPECT_EQ(API.VNODEARM_EndDownload(), Result);
+    EXPECT_EQ(API.VNODEARM_EndDownload(), Result) << "told once more";
     API.VNODEARM_Close();
     m_Server.Fault = nullptr;
   }
@@ -306,29 +278,24 @@ TEST_F(ProtocolTest, BreakpointsAreOfTheKindThatTheMemoryTakes) {
   ConnectAs("Cortex-M3");
   m_Server.Ram[0] = 0x00;
   m_Server.Ram[1] = 0xF0;  // the first half of a wide instruction
-  const struct {
-    U32 Addr;
-    U32 Flags;
-    const char* sRequest;
-    U32 Implementation;
-  } CASES[] = {
+  const std::tuple<U32, U32, const char*, U32> CASES[] = {
       {CFakeServer::RAM_ADDR, VNODE_BP_IMP_ANY, "Z0,20000000,3", VNODE_BP_IS_SOFT_RAM},
       {CFakeServer::RAM_ADDR + 4, VNODE_BP_IMP_HW, "Z1,20000004,2", VNODE_BP_IS_HARD},
       {CFakeServer::FLASH_ADDR, VNODE_BP_IMP_ANY, "Z1,8000000,3", VNODE_BP_IS_HARD},  // erased: reads as wide
       {CFakeServer::FLASH_ADDR + 2, VNODE_BP_IMP_SW, "Z0,8000002,3", VNODE_BP_IS_SOFT_FLASH},
   };
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(Case.sRequest);
-    const int Handle = API.VNODEARM_SetBPEx(Case.Addr, Case.Flags | VNODE_BP_THUMB);
+  for (const auto& [Addr, Flags, sRequest, Implementation] : CASES) {
+    SCOPED_TRACE(sRequest);
+    const int Handle = API.VNODEARM_SetBPEx(Addr, Flags | VNODE_BP_THUMB);
     ASSERT_NE(Handle, 0);
-    EXPECT_EQ(InfoOf(Handle).ImpFlags, Case.Implementation);
-    EXPECT_EQ(m_Server.CountOf(Case.sRequest), 1);
+    EXPECT_EQ(ImpFlagsOf(Handle), Implementation);
+    EXPECT_EQ(m_Server.CountOf(sRequest), 1);
     EXPECT_EQ(API.VNODEARM_ClrBPEx(Handle), 0);
-    EXPECT_EQ(m_Server.CountOf("z" + std::string(Case.sRequest + 1)), 1);
+    EXPECT_EQ(m_Server.CountOf("z" + std::string(sRequest + 1)), 1);
   }
   Answer({{"Z1", PacketOf("E28")}});  // all comparators are in use
   const int Handle = API.VNODEARM_SetBPEx(CFakeServer::FLASH_ADDR, VNODE_BP_IMP_ANY | VNODE_BP_THUMB);
-  EXPECT_EQ(InfoOf(Handle).ImpFlags, VNODE_BP_IS_SOFT_FLASH);
+  EXPECT_EQ(ImpFlagsOf(Handle), VNODE_BP_IS_SOFT_FLASH);
   Answer({{"Z", PacketOf("")}});
   EXPECT_EQ(API.VNODEARM_SetBPEx(CFakeServer::FLASH_ADDR + 4, VNODE_BP_IMP_ANY | VNODE_BP_THUMB), 0);
   EXPECT_EQ(API.VNODEARM_SetBPEx(CFakeServer::RAM_ADDR, VNODE_BP_IMP_ANY | VNODE_BP_ARM), 0) << "no ARM code";
@@ -351,30 +318,26 @@ TEST_F(ProtocolTest, GoingOnFromABreakpointStopsAtTheNextInstructionsOwn) {
 
 TEST_F(ProtocolTest, DataEventsBecomeWatchesOfARange) {
   ConnectAs("Cortex-M3");
-  const struct {
-    U32 Addr, AddrMask;
-    U8 Access, AccessMask;
-    const char* sRequest;
-  } CASES[] = {
+  const std::tuple<U32, U32, U8, U8, const char*> CASES[] = {
       {0x20000010, 0, 0x01, 0x16, "Z2,20000010,1"},     // write, any width
       {0x20000010, 0, 0x05, 0x10, "Z2,20000010,4"},     // write of a word
       {0x20000010, 0, 0x02, 0x10, "Z3,20000010,2"},     // read of a halfword
       {0x20000012, 0xF, 0x00, 0x17, "Z4,20000010,10"},  // any access to 16 bytes
   };
-  for (const auto& Case : CASES) {
-    SCOPED_TRACE(Case.sRequest);
-    VNODEARM_DATA_EVENT Event = {sizeof(Event),   1, Case.Addr, Case.AddrMask, 0, 0xFFFFFFFF, Case.Access,
-                                 Case.AccessMask, {}};
-    U32 Handle = 0;
-    ASSERT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), 0);
-    EXPECT_EQ(m_Server.CountOf(Case.sRequest), 1);
-    EXPECT_EQ(API.VNODEARM_ClrDataEvent(Handle), 0);
-    EXPECT_EQ(m_Server.CountOf("z" + std::string(Case.sRequest + 1)), 1);
-  }
-  VNODEARM_DATA_EVENT Event = {sizeof(Event), 1, 0x20000000, 5, 0, 0xFFFFFFFF, 1, 0x16, {}};
+  VNODEARM_DATA_EVENT Event = {sizeof(Event), 1, 0, 0, 0, 0xFFFFFFFF, 0, 0, {}};
   U32 Handle = 0;
+  for (const auto& [Addr, AddrMask, Access, AccessMask, sRequest] : CASES) {
+    SCOPED_TRACE(sRequest);
+    std::tie(Event.Addr, Event.AddrMask) = std::tie(Addr, AddrMask);
+    std::tie(Event.Access, Event.AccessMask) = std::tie(Access, AccessMask);
+    ASSERT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), 0);
+    EXPECT_EQ(m_Server.CountOf(sRequest), 1);
+    EXPECT_EQ(API.VNODEARM_ClrDataEvent(Handle), 0);
+    EXPECT_EQ(m_Server.CountOf("z" + std::string(sRequest + 1)), 1);
+  }
+  Event.AddrMask = 5;
   EXPECT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), VNODE_DATA_EVENT_INVALID) << "a mask with a hole";
-  Event.AddrMask = 0;
+  Event = {sizeof(Event), 1, 0x20000000, 0, 0, 0xFFFFFFFF, 1, 0x16, {}};
   Answer({{"Z2", PacketOf("E28")}});
   EXPECT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), VNODE_DATA_EVENT_NO_FREE_UNIT);
   Answer({{"Z2", PacketOf("")}});
