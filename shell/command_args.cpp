@@ -13,6 +13,18 @@
 #include "shell/actions/action_errors.h"
 #include "shell/settings/named_constants.h"
 
+namespace {
+
+// A number or named constant that 32 bits hold, with or without sign: what is more would end up at another address.
+bool ParseWord(const QString& sText, U32* pValue) {
+  bool bOk = false;
+  const I64 Value = ParseConstOrNumber(sText, &bOk);
+  *pValue = static_cast<U32>(Value);
+  return bOk && Value >= INT32_MIN && Value <= UINT32_MAX;
+}
+
+}  // namespace
+
 QString QuotedArg(const QString& sText) {
   return QLatin1Char('"') + sText + QLatin1Char('"');
 }
@@ -23,8 +35,7 @@ void SetPathError(U32 ActionID, const char* sError, const QString& sPath) {
 
 bool GetNumberArg(U32 ActionID, int Index, U32* pValue) {
   const QString sText = GetActionArgs(ActionID).value(Index);
-  bool bOk = false;
-  *pValue = static_cast<U32>(ParseConstOrNumber(sText, &bOk));
+  const bool bOk = ParseWord(sText, pValue);
   if (!bOk) SetActionError(ActionID, QLatin1String(ActionError::INVALID_PARAMETER), QuotedArg(sText));
   return bOk;
 }
@@ -32,9 +43,7 @@ bool GetNumberArg(U32 ActionID, int Index, U32* pValue) {
 bool GetAddressArg(U32 ActionID, int Index, U32* pAddr) {
   QString sText = GetActionArgs(ActionID).value(Index);
   sText.remove(GROUP_BLANK);
-  bool bOk = false;
-  *pAddr = static_cast<U32>(ParseConstOrNumber(sText, &bOk));
-  if (bOk) return true;
+  if (ParseWord(sText, pAddr)) return true;
   PARSED_LOC_KIND Kind = PARSED_LOC_NONE;
   *pAddr = ELFAPI_ParseLocation(sText, Kind).Start;
   if (Kind != PARSED_LOC_NONE) return true;
