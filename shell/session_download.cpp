@@ -43,6 +43,10 @@ int ScheduleBlocks(const QMemBlocks& Blocks) {
                                            DownloadChunkSize(State.TIFSpeed), AW_AUTO, Flags);
 }
 
+bool HasData(const QMemBlocks& Blocks) {
+  return std::any_of(Blocks.begin(), Blocks.end(), [](const CMemBlock& Block) { return Block.NumBytes != 0; });
+}
+
 // The program has its place already; another binary file needs one.
 QMemBlocks DataOf(const QString& sFile, I64 Addr) {
   if (sFile == CProject::Get().GetProgramFile()) return VCore::GetImage();
@@ -81,7 +85,7 @@ void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind,
 int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
   if (!Device().IsConnected() || sFile.isEmpty()) return -1;
   const QMemBlocks Blocks = DataOf(sFile, Addr);
-  if (Blocks.isEmpty()) {
+  if (!HasData(Blocks)) {
     PrintConsole(QStringLiteral("\"%1\" was not written: there is no data to write").arg(sFile));
     CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Download Failed."));
     return -1;
@@ -90,7 +94,11 @@ int CSessionController::WriteFileToTarget(const QString& sFile, I64 Addr) {
   if (Device().ScheduleEndDownload(false, sFile.toUtf8().constData()) < 0) return -1;
   CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
   const U32 ChunkSize = DownloadChunkSize(Device().Context().State.TIFSpeed);
-  for (const CMemBlock& Block : Blocks) Provider.RequestMem(this, Block.Addr, Block.NumBytes, ChunkSize, AW_AUTO, 0);
+  for (const CMemBlock& Block : Blocks) {
+    // What is known already is what the download replaces.
+    Provider.MarkMemStale(Block.Addr, Block.NumBytes);
+    Provider.RequestMem(this, Block.Addr, Block.NumBytes, ChunkSize, AW_AUTO, 0);
+  }
   return 0;
 }
 
