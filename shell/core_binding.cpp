@@ -61,4 +61,5 @@ void BindCoreModel(U32 CoreId) {
   };
   const DEVICE_STATE& State = CDevice::Get().Context().State;
   VCore::Init({CoreId, State.DataEndian, State.InstEndian}, API);
+  CDeviceDataProvider::Get().ClearCaches(false);  // registers have other numbers now
 }

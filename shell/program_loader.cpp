@@ -58,7 +58,7 @@ void CProgramLoader::OpenElfDataFile(const QString& sPath) {
   const CCursorShape Wait(Qt::WaitCursor);
   CProject::Get().SetProgramFile(sPath);
   CFileFinder::Get()->SetProgramPath(sPath);
-  CDeviceDataProvider::Get().ClearCaches(false);
+  CDeviceDataProvider::Get().ClearCaches(true);
   if (!Device().IsSessionReady()) Device().ScheduleResetTargetExecState();
   ClearProgramViews();
   if (ELFAPI_Load(sPath) < 0) {
@@ -83,6 +83,7 @@ void CProgramLoader::OpenBinDataFile(const QString& sPath) {
 void CProgramLoader::OpenOtherDataFile(const QString& sPath) {
   CProject::Get().SetProgramFile(sPath);
   CFileFinder::Get()->SetProgramPath(sPath);
+  CDeviceDataProvider::Get().ClearCaches(true);
   ClearProgramViews();
   ELFAPI_Unload();
   StoreProgramData(sPath);
