@@ -22,6 +22,8 @@ public:
   void Start(U32 Addr, std::vector<RTT_SEARCH_RANGE> Ranges);
   void Stop() { m_bOn = false; }
   bool IsOn() const { return m_bOn; }
+  // Where the control block was found, INVALID_ADDR before.
+  U32 FoundAddr() const { return m_FoundAddr; }
 
   // Bytes moved; 0 as long as there is no control block or its queue makes no sense; negative when the block has no
   // such queue.

@@ -20,6 +20,8 @@ public:
   int Start(const VNODE_HSS_BLOCK* paBlocks, U32 NumBlocks, U32 PeriodUs) override;
   int Stop() override;
   int Read(void* pData, U32 NumBytes) override;
+  // The caller has the machine.
+  bool IsOn() const { return m_bOn; }
 
 private:
   void TakeSample(sim::CMachine& Machine, U64 Cycle);

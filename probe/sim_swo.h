@@ -25,6 +25,8 @@ public:
 
   // The core has stimulus ports.
   static bool Exists(const CBoard& Board) { return Board.Spec().Arch != sim::ARCH::ARMV6M; }
+  // Ports that the probe listens to. The caller has the machine.
+  U32 PortMask() const { return m_PortMask; }
   // The probe listens no more; the core's settings stay.
   void Release();
 

@@ -2,6 +2,7 @@
 
 #include "device/probe_api/register_index.h"
 #include "probe/sim_target.h"
+#include "probe/text.h"
 
 namespace {
 
@@ -42,6 +43,8 @@ TARGET_STATUS CSimTarget::Status() {
   Status.sKind = "Simulated board";
   CBoard::CAccess Machine(m_Board);
   Status.Counters = {{"instructions", Machine->InstructionCount()}, {"cycles", Machine->CycleCount()}};
+  if (m_Swo.PortMask()) Status.Channels.push_back(FormatText("SWO, ports 0x%08X", m_Swo.PortMask()));
+  if (m_Hss.IsOn()) Status.Channels.push_back("high-speed sampling");
   if (!m_Board.IsHalted()) {
     Status.sRunState = Machine->IsInLockup() ? "lockup" : Machine->IsSleeping() ? "asleep" : "running";
     return Status;

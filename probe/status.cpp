@@ -52,6 +52,11 @@ PROBE_STATUS CollectStatus(CSession& Session) {
   if (!Session.IsConnected()) return Status;
   Status.sRunState = RunState(Session.Target());
   Status.Target = Session.Target().Status();
+  if (Session.Rtt.IsOn()) {
+    const U32 Addr = Session.Rtt.FoundAddr();
+    Status.Target.Channels.push_back(Addr == INVALID_ADDR ? "RTT, no control block found"
+                                                          : FormatText("RTT, control block at 0x%08X", Addr));
+  }
   if (!Status.Target.sRunState.empty()) Status.sRunState = Status.Target.sRunState;
   for (int i = 0; const VNODEARM_BP_INFO* pInfo = Session.Breakpoints.At(i); ++i) {
     Status.Breakpoints.push_back({pInfo->Addr, ImplementationText(pInfo->ImpFlags), pInfo->UseCnt});

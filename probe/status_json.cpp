@@ -95,8 +95,10 @@ std::string StatusJson(const PROBE_STATUS& Status) {
   RTT.Text("searchRanges", Status.sRTTSearchRanges);
   CMembers Faults;
   for (const std::string& sFault : Status.Faults) Faults.Text({}, sFault);
+  CMembers Channels;
+  for (const std::string& sChannel : Status.Target.Channels) Channels.Text({}, sChannel);
   CMembers Root;
   Root.Raw("probe", Probe.Object()).Raw("device", DeviceObject(Status.Device)).Raw("target", TargetObject(Status));
   Root.Raw("breakpoints", BreakpointList(Status)).Raw("dataEvents", DataEventList(Status));
-  return Root.Raw("rtt", RTT.Object()).Raw("faults", Faults.List()).Object() + '\n';
+  return Root.Raw("channels", Channels.List()).Raw("rtt", RTT.Object()).Raw("faults", Faults.List()).Object() + '\n';
 }

@@ -130,6 +130,12 @@ std::string DataEventCard(const PROBE_STATUS& Status) {
   return Card("Data events", Table("Address, Address bits ignored, Access, Width, Value", sRows));
 }
 
+std::string ChannelCard(const PROBE_STATUS& Status) {
+  std::string sRows;
+  for (const std::string& sChannel : Status.Target.Channels) sRows += Row({Escaped(sChannel)});
+  return Card("Open channels", Table("Channel", sRows));
+}
+
 std::string FaultCard(const PROBE_STATUS& Status) {
   std::string sRows;
   for (const std::string& sFault : Status.Faults) sRows += Row({"<code>" + Escaped(sFault) + "</code>"});
@@ -149,6 +155,7 @@ std::string StatusPage(const PROBE_STATUS& Status) {
   sPage += "<header><h1>V-Node</h1><span class=\"state " + Escaped(sClass) + "\">" + Escaped(Status.sRunState);
   sPage += Status.bBusy ? "</span><span class=\"busy\">busy</span></header>\n" : "</span></header>\n";
   sPage += "<div class=\"cards\">\n" + TargetCard(Status) + ProbeCard(Status) + MemoryCard(Status.Device);
-  sPage += RegisterCard(Status) + BreakpointCard(Status) + DataEventCard(Status) + FaultCard(Status);
+  sPage += RegisterCard(Status) + BreakpointCard(Status) + DataEventCard(Status);
+  sPage += ChannelCard(Status) + FaultCard(Status);
   return sPage + "</div>\n<footer><a href=\"/state.json\">state.json</a></footer>\n</main></body></html>\n";
 }

@@ -32,7 +32,8 @@ struct TARGET_STATUS {
   std::string sKind;      // "Simulated board"
   std::string sRunState;  // where the target knows more than halted and running: "asleep", "lockup"
   std::vector<COUNTER> Counters;
-  std::vector<REGISTER> Registers;  // of a halted core
+  std::vector<REGISTER> Registers;    // of a halted core
+  std::vector<std::string> Channels;  // that are open: "SWO, ports 0x00000001"
 };
 
 // Stimulus ports as an SWO probe receives them. All operations: negative on failure.

@@ -129,6 +129,23 @@ TEST_F(WebTest, ShowsTheStateOfTheBoard) {
   EXPECT_EQ(RunState(), "connection lost");
 }
 
+TEST_F(WebTest, ShowsOpenChannels) {
+  Connect("Cortex-M4");
+  Load(CFirmware::Counter(0));
+  const auto Channels = [this] { return State()[u"channels"].toVariant().toStringList().join(u'|').toStdString(); };
+  EXPECT_EQ(Channels(), "");
+  ASSERT_GE(API.VNODEARM_SWO_EnableTarget(64'000'000, 1'000'000, 0, 5), 0);
+  const VNODE_HSS_BLOCK Block = {CFirmware::COUNTER, 4, 0, 0};
+  ASSERT_EQ(API.VNODE_HSS_Start(&Block, 1, 1000, 0), 0);
+  ASSERT_EQ(API.VNODE_RTTERMINAL_Control(0, nullptr), 0);
+  EXPECT_EQ(Channels(), "SWO, ports 0x00000005|high-speed sampling|RTT, no control block found");
+  EXPECT_THAT(Request("GET /", OwnHost()), HasSubstr("SWO, ports 0x00000005"));
+  API.VNODEARM_SWO_DisableTarget(0xFFFFFFFF);
+  API.VNODE_HSS_Stop();
+  API.VNODE_RTTERMINAL_Control(1, nullptr);
+  EXPECT_EQ(Channels(), "");
+}
+
 TEST_F(WebTest, TellsSleepAndLockup) {
   Connect("Cortex-M3");
   Load(CFirmware::Ticker(0, 1'000'000));
