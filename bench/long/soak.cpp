@@ -31,6 +31,7 @@ constexpr int NUM_ACTIONS_PER_ROUND = 60;
 constexpr int MAX_PAUSE_MS = 25;
 constexpr int CALL_PERIOD_MS = 9;
 constexpr int START_LIMIT_MS = 20'000;
+constexpr int NUM_CONSOLE_LINES = 40;
 
 // What the hooks of a project do to the target while everything else goes on.
 const QString HOOKS =
@@ -122,10 +123,25 @@ private:
     Timer.start();
     while (!IsStarted()) {
       Pause(5);
-      if (Timer.elapsed() > START_LIMIT_MS) m_Watchdog.Fail(u"Debug.Start does not bring a session up"_s);
+      if (Timer.elapsed() > START_LIMIT_MS) FailStart();
     }
     m_Checks.Settle();
     m_Checks.CheckBreakpoints();
+  }
+
+  [[noreturn]] void FailStart() {
+    const CDevice& Device = CDevice::Get();
+    m_Window.Console().DrainAll();
+    const QStringList Lines = m_Window.Console().DumpText().split(u'\n');
+    const QString sState =
+        u"connected %1, lost %2, ready %3, halted %4, accessible %5, PC 0x%6"_s.arg(Device.IsConnected())
+            .arg(Device.IsConnectionLost())
+            .arg(Device.IsSessionReady())
+            .arg(Device.IsHalted())
+            .arg(Device.IsAccessible())
+            .arg(Device.GetPC(), 0, 16);
+    const QString sConsole = Lines.mid(std::max<qsizetype>(0, Lines.size() - NUM_CONSOLE_LINES)).join(u'\n');
+    m_Watchdog.Fail(u"Debug.Start does not bring a session up (%1). The console:\n%2\n"_s.arg(sState, sConsole));
   }
 
   bool IsStarted() const {
@@ -135,10 +151,13 @@ private:
 
   void Check() {
     m_Watchdog.Begin(u"check: sim.clear-faults"_s);
-    CDevice::Get().ScheduleExecVNodeCmd("sim.clear-faults");
-    // One that was asked for while the target did not halt is still awaited.
-    CDevice::Get().ScheduleHalt();
-    m_Checks.Settle();
+    // A connection that is lost takes waiting jobs with it: the first one may be among them.
+    for (int i = 0; i < 2; ++i) {
+      CDevice::Get().ScheduleExecVNodeCmd("sim.clear-faults");
+      // A halt that was asked for while the target did not halt is still awaited.
+      CDevice::Get().ScheduleHalt();
+      m_Checks.Settle();
+    }
     m_Watchdog.Begin(u"check: jobs"_s);
     m_Checks.CheckJobs();
     Restart();
