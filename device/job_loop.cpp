@@ -91,8 +91,9 @@ void CJobLoop::SetStatus(DEVICE_JOB& Job, int Result) {
 
 bool CJobLoop::IsReportable(const DEVICE_JOB& Job, int Result) const {
   if (Job.Status == JS_DROPPED || IsSuppressed(Job.Type)) return false;
-  // These are heard of when the target halts.
-  if (Job.Type == JT_HALT || Job.Type == JT_RUN_TO) return false;
-  const bool bSourceStep = Job.Type == JT_STEP_INTO || Job.Type == JT_STEP_OVER || Job.Type == JT_STEP_OUT;
-  return !(bSourceStep && Result == 1);
+  // A halt is heard of when the target has halted, and so is what runs towards a hidden breakpoint.
+  if (Job.Type == JT_HALT) return false;
+  const bool bToHiddenBreakpoint =
+      Job.Type == JT_RUN_TO || Job.Type == JT_STEP_INTO || Job.Type == JT_STEP_OVER || Job.Type == JT_STEP_OUT;
+  return !(bToHiddenBreakpoint && Result == 1);
 }

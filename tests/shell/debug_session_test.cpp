@@ -179,6 +179,12 @@ private Q_SLOTS:
     ClickEntry(ACTION_DEBUG_RESET, ACTION_DEBUG_RESET_HALT);
     QTRY_COMPARE(Status.Texts(), (QStringList{u"CPU halted"_s, u"Resetting Device..."_s, u"CPU halted"_s}));
     QTRY_COMPARE(Buttons(), STANDING);
+    // No breakpoint for the way to the start symbol: the target stays where the reset left it.
+    Probe(u"sim.fail SetBPEx 1"_s);
+    ClickEntry(ACTION_DEBUG_RESET, ACTION_DEBUG_RESET_BREAK_AT_SYMBOL);
+    QTRY_COMPARE(Status.Last(), u"Resetting Device..."_s);
+    QTRY_COMPARE(Status.Last(), u"CPU halted"_s);
+    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), ELFAPI_GetEntryPC() & ~1u);
     Probe(u"sim.no-halt 1"_s);
     ClickEntry(ACTION_DEBUG_RESET, ACTION_DEBUG_RESET_HALT);
     QTRY_COMPARE(Status.Last(), u"CPU running..."_s);

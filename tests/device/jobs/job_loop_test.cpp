@@ -57,7 +57,7 @@ TEST_F(JobLoop, OutcomeByTypeAndResult) {
       {JT_READ_MEM, -2, NOT_REPORTED}, {JT_END_DOWNLOAD, -5, JS_FAILED}, {JT_HALT, 0, NOT_REPORTED},
       {JT_HALT, -1, NOT_REPORTED},     {JT_RUN_TO, 1, NOT_REPORTED},     {JT_STEP_OVER, 1, NOT_REPORTED},
       {JT_STEP_INTO, 1, NOT_REPORTED}, {JT_STEP_OUT, 1, NOT_REPORTED},   {JT_STEP_OUT, 0, JS_DONE},
-      {JT_STEP_INST, 1, JS_DONE},      {JT_STEP_OVER, -1, JS_FAILED},
+      {JT_STEP_INST, 1, JS_DONE},      {JT_STEP_OVER, -1, JS_FAILED},    {JT_RUN_TO, -1, JS_FAILED},
   };
   for (const auto& [Type, Result, Status] : aCase) {
     SCOPED_TRACE(testing::Message() << JobTypeName(Type) << " " << Result);
