@@ -38,8 +38,19 @@ int ReadTarget(U32 Addr, U32 NumBytes, void* pData) {
   return Provider.GetMem(&Provider, Addr, NumBytes, WIDTH_FROM_SETTING, static_cast<U8*>(pData)) == MEM_VALID ? 0 : -1;
 }
 
+int ReadCachedRegs(const U32* paIndex, U32* paValue, U8* paStatus, U32 Count) {
+  CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
+  for (U32 i = 0; i < Count; ++i) {
+    U64 Value = 0;
+    paStatus[i] = Provider.GetReg(&Provider, paIndex[i], &Value) == MEM_VALID ? 0 : 1;
+    paValue[i] = static_cast<U32>(Value);
+  }
+  return 0;
+}
+
 int ReadProbeRegs(const U32* paIndex, U32* paValue, U8* paStatus, U32 Count) {
-  if (!CDevice::Exists() || !CDevice::Get().IsConnected() || !IsOnDeviceThread()) return -1;
+  if (!CDevice::Exists() || !CDevice::Get().IsConnected()) return -1;
+  if (!IsOnDeviceThread()) return ReadCachedRegs(paIndex, paValue, paStatus, Count);
   return CDevice::Get().Context().Api.VNODEARM_ReadRegs(paIndex, paValue, paStatus, Count);
 }
 

@@ -67,7 +67,8 @@ TEST_F(GdbServerSession, DebugsACoreThatTheSimulatorDoesNotHave) {
       u"File.Open (\"%1\");\n@wait idle\nDebug.SetResetMode RM_RESET_HALT\nDebug.Start();\n@wait halted\n"
       "Target.GetReg PC\nBreak.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\nTarget.ReadU32 0x%3\n"
       "Debug.Continue\n@wait halted\nTarget.ReadU32 0x%3\nDebug.StepInto\n@wait halted\nTarget.GetReg PC\n"
-      "Debug.Stop();\n@wait disconnected\n"_s.arg(Project(u"Cortex-R5"_s, sElf))
+      "Target.GetReg SP\nTarget.GetReg R13_svc\nDebug.Stop();\n@wait disconnected\n"_s
+          .arg(Project(u"Cortex-R5"_s, sElf))
           .arg(Function, 0, 16)
           .arg(Counter, 0, 16));
   Run.Expect(0, {"with core Cortex-R5"});
@@ -76,6 +77,8 @@ TEST_F(GdbServerSession, DebugsACoreThatTheSimulatorDoesNotHave) {
   EXPECT_EQ(0, Run.Value(2));
   EXPECT_EQ(1, Run.Value(3)) << "one call further";
   EXPECT_EQ(Function + 4, Run.Value(4));
+  EXPECT_NE(0, Run.Value(5)) << "the stack pointer of the mode that the core is in";
+  EXPECT_EQ(Run.Value(5), Run.Value(6));
 }
 
 TEST_F(GdbServerSession, WithoutAServerTheConnectionFailsAndTheProgramGoesOn) {
