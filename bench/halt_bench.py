@@ -4,6 +4,7 @@
 usage: halt_bench.py PATH_OF_HALT_BENCH"""
 
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -54,7 +55,7 @@ gdb.execute("kill")
 def rows(command, **environment):
     result = subprocess.run(command, capture_output=True, text=True, timeout=LIMIT_S, stdin=subprocess.DEVNULL,
                             env={**os.environ, **environment})
-    found = [line.split("\t") for line in result.stdout.splitlines() if line.count("\t") == 2]
+    found = re.findall(r"^([^\t\n]+)\t([\d.]+)\t([\d.]+)$", result.stdout, re.MULTILINE)
     if result.returncode != 0 or not found:
         sys.exit(f"{' '.join(command)}: exit {result.returncode}: {result.stdout}{result.stderr}")
     return {name: (float(median), float(high)) for name, median, high in found}

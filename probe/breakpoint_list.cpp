@@ -24,7 +24,10 @@ int CBreakpointList::Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEna
     *psError = FormatText("There is a breakpoint of another kind @ 0x%08X", Addr);
     return 0;
   }
-  const U32 Implementation = Target.InstallBreakpoint(Addr, TypeFlags, bSoftEnabled, psError);
+  U32 Implementation = Target.InstallBreakpoint(Addr, TypeFlags, bSoftEnabled, psError);
+  if (!Implementation && bSoftEnabled && FreeComparator(Target)) {
+    Implementation = Target.InstallBreakpoint(Addr, TypeFlags, bSoftEnabled, psError);
+  }
   if (!Implementation) return 0;
   VNODEARM_BP_INFO Item = {};
   Item.SizeOfStruct = sizeof(Item);
@@ -35,6 +38,20 @@ int CBreakpointList::Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEna
   Item.UseCnt = 1;
   m_Items.push_back(Item);
   return static_cast<int>(Item.Handle);
+}
+
+bool CBreakpointList::FreeComparator(CTarget& Target) {
+  for (VNODEARM_BP_INFO& Item : m_Items) {
+    if (Item.ImpFlags != VNODE_BP_IS_HARD || !IsPermitted(Item.Type, VNODE_BP_IS_SOFT_FLASH)) continue;
+    std::string sError;
+    const U32 SoftType = VNODE_BP_IMP_SW | (Item.Type & VNODE_BP_ISA_MASK);
+    const U32 Implementation = Target.InstallBreakpoint(Item.Addr, SoftType, true, &sError);
+    if (!Implementation) continue;
+    Target.RemoveBreakpoint(Item.Addr, Item.Type, VNODE_BP_IS_HARD);
+    Item.ImpFlags = Implementation;
+    return true;
+  }
+  return false;
 }
 
 bool CBreakpointList::Clear(CTarget& Target, int Handle) {

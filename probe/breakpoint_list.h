@@ -9,7 +9,8 @@
 class CBreakpointList {
 public:
   // Handle, or 0 with the reason in *psError. An address that has a breakpoint already gets the same handle and one
-  // more use, if its implementation is permitted. Software breakpoints are allowed by bSoftEnabled on top of TypeFlags.
+  // more use, if its implementation is permitted. Where the comparators are used up, one of another breakpoint is freed
+  // that can do without. Software breakpoints are allowed by bSoftEnabled on top of TypeFlags.
   int Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError);
   // Gives one use back; false when there is no such handle.
   bool Clear(CTarget& Target, int Handle);
@@ -21,6 +22,9 @@ public:
   const VNODEARM_BP_INFO* FindHandle(U32 Handle) const;
 
 private:
+  // Moves a breakpoint that may be either out of a comparator into memory; false when there is none.
+  bool FreeComparator(CTarget& Target);
+
   std::vector<VNODEARM_BP_INFO> m_Items;
   U32 m_LastHandle = 0;
 };

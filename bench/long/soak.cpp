@@ -30,8 +30,8 @@ constexpr int ACTION_LIMIT_S = 120;
 constexpr int NUM_ACTIONS_PER_ROUND = 60;
 constexpr int MAX_PAUSE_MS = 25;
 constexpr int CALL_PERIOD_MS = 9;
-constexpr int START_LIMIT_MS = 20'000;
 constexpr int NUM_CONSOLE_LINES = 40;
+constexpr int START_LIMIT_MS = 20'000;
 
 // What the hooks of a project do to the target while everything else goes on.
 const QString HOOKS =
@@ -48,6 +48,13 @@ void AfterTargetHalt (void) { Target.SetReg ("R5", 7); Target.ReadU8 (0x20009003
 void BeforeTargetDownload (void) { Target.WriteU8 (0x20009008, 3); Util.Sleep (2); }
 void BeforeTargetDisconnect (void) { Target.ReadU16 (0x20009002); }
 )"_s;
+
+// The last lines of the console.
+QString ConsoleEnd(CMainWindow& Window) {
+  Window.Console().DrainAll();
+  const QStringList Lines = Window.Console().DumpText().split(u'\n');
+  return Lines.mid(std::max<qsizetype>(0, Lines.size() - NUM_CONSOLE_LINES)).join(u'\n');
+}
 
 class CSoak {
 public:
@@ -67,6 +74,7 @@ public:
     CMessageBox::SetResponder(Answer);
     CWarningsDialog::SetResponder([](const QString&, const QStringList&) { return true; });
     CDialog::SetResponder([](const QString&) {});
+    m_Watchdog.SetDetails([&Window] { return ConsoleEnd(Window); });
   }
 
   void OpenProject() {
@@ -131,8 +139,6 @@ private:
 
   [[noreturn]] void FailStart() {
     const CDevice& Device = CDevice::Get();
-    m_Window.Console().DrainAll();
-    const QStringList Lines = m_Window.Console().DumpText().split(u'\n');
     const QString sState =
         u"connected %1, lost %2, ready %3, halted %4, accessible %5, PC 0x%6"_s.arg(Device.IsConnected())
             .arg(Device.IsConnectionLost())
@@ -140,8 +146,7 @@ private:
             .arg(Device.IsHalted())
             .arg(Device.IsAccessible())
             .arg(Device.GetPC(), 0, 16);
-    const QString sConsole = Lines.mid(std::max<qsizetype>(0, Lines.size() - NUM_CONSOLE_LINES)).join(u'\n');
-    m_Watchdog.Fail(u"Debug.Start does not bring a session up (%1). The console:\n%2\n"_s.arg(sState, sConsole));
+    m_Watchdog.Fail(u"Debug.Start does not bring a session up (%1)"_s.arg(sState));
   }
 
   bool IsStarted() const {

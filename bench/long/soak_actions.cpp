@@ -1,5 +1,6 @@
 #include "soak_actions.h"
 
+#include <algorithm>
 #include <array>
 
 #include "device/device.h"
@@ -19,6 +20,7 @@ constexpr const char* PROGRAM = VEXOR_SOURCE_DIR "/examples/traffic_light/traffi
 const std::vector<const char*> FUNCTIONS = {"main",          "traffic_tick",    "traffic_init",
                                             "crossing_step", "history_add",     "checksum",
                                             "fibonacci",     "SysTick_Handler", "Reset_Handler"};
+constexpr U32 LAST_HARD = 0x140;
 // Instructions of the example program: starts of functions, and places within.
 const std::vector<U32> CODE = {0x44, 0x84, 0xD0, 0x130, 0x140, 0x144, 0x204, 0x226, 0x280, 0x2AA, 0x2C4, 0x31C, 0x330};
 
@@ -191,15 +193,23 @@ void CSoakActions::AddRunControl() {
 void CSoakActions::AddBreakpoints() {
   CDevice& Device = CDevice::Get();
   const auto State = [this] { return Draw(2) ? BP_STATE_ENABLED : BP_STATE_DISABLED; };
-  const auto Type = [this] { return static_cast<BP_TYPES>(Draw(BP_TYPE_SOFT)); };
+  // Never more that need a comparator than the core has, one left over for runs.
+  const auto Type = [this](U32 Addr) {
+    const BP_TYPES Drawn = static_cast<BP_TYPES>(Draw(BP_TYPE_SOFT));
+    return Drawn == BP_TYPE_HARD && Addr > LAST_HARD ? BP_TYPE_ANY : Drawn;
+  };
   m_Calls.insert(m_Calls.end(), {
                                     {"SetBreakpoint",
-                                     [=, this, &Device] { Device.ScheduleSetBreakpoint(CodeAddr(), State(), Type()); }},
+                                     [=, this, &Device] {
+                                       const U32 Addr = CodeAddr();
+                                       Device.ScheduleSetBreakpoint(Addr, State(), Type(Addr));
+                                     }},
                                     {"ClearBreakpoint", [&, this] { Device.ScheduleClearBreakpoint(CodeAddr()); }},
                                     {"SetBreakpoints",
                                      [=, this, &Device] {
                                        const std::array<U32, 3> aAddr = {CodeAddr(), CodeAddr(), CodeAddr()};
-                                       Device.ScheduleSetBreakpoints(3, aAddr.data(), State(), Type());
+                                       const U32 Last = *std::max_element(aAddr.begin(), aAddr.end());
+                                       Device.ScheduleSetBreakpoints(3, aAddr.data(), State(), Type(Last));
                                      }},
                                     {"ClearBreakpoints",
                                      [&, this] {

@@ -40,8 +40,9 @@ void CSoakWatchdog::Note(const QString& sAction) {
 }
 
 void CSoakWatchdog::Fail(const QString& sWhat) {
+  const QString sDetails = m_Details ? m_Details() : QString();
   std::lock_guard Lock(m_Mutex);
-  Report(sWhat.toStdString());
+  Report((sWhat + QStringLiteral(". The console:\n") + sDetails).toStdString());
 }
 
 void CSoakWatchdog::Watch() {
@@ -54,7 +55,7 @@ void CSoakWatchdog::Watch() {
 }
 
 void CSoakWatchdog::Report(const std::string& sWhat) {
-  std::printf("soak: %s. The latest actions:\n", sWhat.c_str());
+  std::printf("soak: %s\nThe latest actions:\n", sWhat.c_str());
   for (const std::string& sAction : m_Actions) std::printf("  %s\n", sAction.c_str());
   std::fflush(stdout);
   const std::string sCommand = "gdb-multiarch -nx -batch -p " + std::to_string(getpid()) +

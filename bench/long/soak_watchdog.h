@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -18,6 +19,8 @@ public:
   void Begin(const QString& sAction);
   // Something else on the main thread, maybe within that action.
   void Note(const QString& sAction);
+  // What Fail reports in addition; called on the main thread.
+  void SetDetails(std::function<QString()> Details) { m_Details = std::move(Details); }
   // Ends the program with exit code 1: sWhat, the latest actions and the backtraces of all threads.
   [[noreturn]] void Fail(const QString& sWhat);
 
@@ -27,6 +30,7 @@ private:
   [[noreturn]] void Report(const std::string& sWhat);
 
   const int m_LimitS;
+  std::function<QString()> m_Details;
   std::mutex m_Mutex;
   std::condition_variable m_Wake;
   std::deque<std::string> m_Actions;

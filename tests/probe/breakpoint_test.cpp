@@ -50,6 +50,24 @@ TEST_F(BreakpointTest, ChoosesTheImplementation) {
   }
 }
 
+TEST_F(BreakpointTest, UnitsGoToThoseThatCannotDoWithout) {
+  Connect("nRF52840_xxAA");
+  Load(CFirmware::Counter(0));
+  const int First = API.VNODEARM_SetBPEx(LOOP, ANY);
+  for (U32 i = 1; i < 6; ++i) ASSERT_NE(API.VNODEARM_SetBPEx(0x1000 + 4 * i, HARD), 0);
+  ASSERT_EQ(ImpFlagsOf(First), VNODE_BP_IS_HARD);
+  const int Hard = API.VNODEARM_SetBPEx(0x2000, HARD);
+  EXPECT_EQ(ImpFlagsOf(Hard), VNODE_BP_IS_HARD);
+  EXPECT_EQ(ImpFlagsOf(First), VNODE_BP_IS_SOFT_FLASH);
+  EXPECT_EQ(API.VNODEARM_SetBPEx(0x2004, HARD), 0) << "no other can do without";
+  API.VNODEARM_GoEx(0, 0);
+  EXPECT_TRUE(WaitForHalt());
+  EXPECT_EQ(PC(), LOOP);
+  EXPECT_EQ(API.VNODEARM_ClrBPEx(First), 0);
+  API.VNODEARM_GoEx(0, 0);
+  EXPECT_FALSE(WaitForHalt(50)) << "it is gone, in memory and in the unit";
+}
+
 TEST_F(BreakpointTest, UnitsAreLimited) {
   for (const auto& [sDevice, NumUnits] : {std::pair("nRF51822_xxAA", 4u), {"nRF52840_xxAA", 6u}, {"Cortex-M7", 8u}}) {
     SCOPED_TRACE(sDevice);
