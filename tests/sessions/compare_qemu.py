@@ -39,6 +39,14 @@ WAYS = [
         ("to", "room_step", 1), ("step", 15), ("to", "mode_of_hour", 1), ("to", "mode_of_hour", 7),
         ("to", "thermostat_step", 30), ("to", "room_step", 60),
         ("to", "__aeabi_idiv", 1), ("step", 60)]),
+    ("weather_station", "mps2-an385", [
+        ("step", 12),
+        ("to", "main", 1), ("to", "_ZL9trial_dayv", 1), ("to", "_ZN7station7Station4pollEm", 1), ("step", 20),
+        ("to", "_ZN7station6Sensor4readEm", 1), ("to", "_ZN7station11Thermometer3rawEm", 1), ("return",),
+        ("to", "_ZNK7station11Thermometer7convertEt", 1), ("step", 25),
+        ("to", "_ZNK7station7Station5judgeERKNS_7ReadingE", 1), ("step", 30),
+        ("to", "_ZN7station10Hygrometer3rawEm", 2), ("to", "_ZNK7station9Barometer7convertEt", 5), ("step", 20),
+        ("to", "_ZN7station6Sensor4readEm", 30), ("to", "_ZNK7station7Station4meanENS_8QuantityE", 1), ("step", 60)]),
 ]
 
 

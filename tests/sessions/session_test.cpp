@@ -7,8 +7,9 @@ using BadInput = SessionTest;
 
 TEST_F(ExampleSession, GoesToMainBreaksStepsResetsAndStops) {
   // program, and a function that is called from main
-  for (const auto& [sName, sFunction] :
-       {std::pair{u"traffic_light"_s, u"traffic_init"_s}, {u"thermostat"_s, u"thermostat_step"_s}}) {
+  for (const auto& [sName, sFunction] : {std::pair{u"traffic_light"_s, u"traffic_init"_s},
+                                         {u"thermostat"_s, u"thermostat_step"_s},
+                                         {u"weather_station"_s, u"_ZN7station7Station4pollEm"_s}}) {
     SCOPED_TRACE(sName.toStdString());
     const QString sBase = u"examples/%1/%1."_s.arg(sName);
     const quint32 Main = AddressOf(sBase + u"elf"_s, u"main"_s);
