@@ -1,0 +1,130 @@
+"""The programs of the corpus: how each is compiled and linked from the sources beside this file."""
+
+import dataclasses
+import itertools
+import pathlib
+import re
+import subprocess
+import tempfile
+
+SOURCES = pathlib.Path(__file__).resolve().parent
+UNITS = ["start.S", "records.c", "model.cpp"]
+
+MACHINES = {
+    "thumb": ["-mcpu=cortex-m4", "-mthumb"],
+    "thumb1": ["-mcpu=cortex-m0", "-mthumb"],
+    "float": ["-mcpu=cortex-m7", "-mthumb", "-mfloat-abi=hard", "-mfpu=fpv5-d16"],
+    "arm": ["-mcpu=cortex-a8", "-marm"],
+    "be8": ["-mcpu=cortex-r4", "-marm", "-mbig-endian"],
+    "be32": ["-mcpu=arm7tdmi", "-marm", "-mbig-endian"],
+    "bethumb": ["-mcpu=cortex-r4", "-mthumb", "-mbig-endian"],
+}
+LINK_OPTIONS = {"be8": ["-Wl,--be8"], "bethumb": ["-Wl,--be8"]}
+COMMON = ["-ffreestanding", "-fno-exceptions", "-fno-rtti", "-w"]
+LANGUAGE = {".c": [], ".S": [], ".cpp": ["-std=c++17", "-fno-threadsafe-statics"]}
+
+
+@dataclasses.dataclass
+class Program:
+    name: str
+    compiler: str = "gcc"
+    machine: str = "thumb"
+    version: int = 5
+    level: str = "-O2"
+    options: list = dataclasses.field(default_factory=list)
+    link: list = dataclasses.field(default_factory=list)
+    units: dict = dataclasses.field(default_factory=dict)  # source: (compiler, version), where it differs
+    eh_frame: bool = False  # unwind tables in .eh_frame, as compilers for other systems write them
+
+
+STRICT = ["-gstrict-dwarf"]
+COMMITTED = [
+    Program("gcc_v2_O0", version=2, level="-O0", options=STRICT),
+    Program("gcc_v3_O2", version=3, options=STRICT),
+    Program("gcc_v4_Og", version=4, level="-Og"),
+    Program("gcc_v4_O2_types", version=4, options=["-fdebug-types-section"]),
+    Program("gcc_v5_O0", level="-O0"),
+    Program("gcc_v5_O1", level="-O1"),
+    Program("gcc_v5_O2_sections", options=["-ffunction-sections", "-fdata-sections"], link=["-Wl,--gc-sections"]),
+    Program("gcc_v5_O3", level="-O3"),
+    Program("gcc_v5_Os_thumb1", machine="thumb1", level="-Os"),
+    Program("gcc_v5_O2_lto", options=["-flto"]),
+    Program("gcc_v5_O1_types", level="-O1", options=["-fdebug-types-section"]),
+    Program("gcc_v5_O2_float", machine="float"),
+    Program("gcc_v5_O2_arm", machine="arm"),
+    Program("gcc_v4_O1_be8", machine="be8", version=4, level="-O1"),
+    Program("gcc_v5_O2_be32", machine="be32"),
+    Program("gcc_v5_O1_dwarf64", level="-O1", options=["-gdwarf64"]),
+    Program("gcc_v5_Og_macros", level="-Og", options=["-g3"]),
+    Program("gcc_v5_O2_zlib", link=["-Wl,--compress-debug-sections=zlib"]),
+    Program("gcc_v4_O2_zdebug", version=4, link=["-Wl,--compress-debug-sections=zlib-gnu"]),
+    Program("gcc_v5_O1_eh_frame", level="-O1", eh_frame=True),
+    Program("clang_v2_Os", "clang", version=2, level="-Os", options=STRICT),
+    Program("clang_v3_O1", "clang", version=3, level="-O1", options=STRICT),
+    Program("clang_v4_O0", "clang", version=4, level="-O0"),
+    Program("clang_v4_O2_arm", "clang", machine="arm", version=4),
+    Program("clang_v5_O0", "clang", level="-O0"),
+    Program("clang_v5_O2", "clang"),
+    Program("clang_v5_O3_float", "clang", machine="float", level="-O3"),
+    Program("clang_v5_O1_be8", "clang", machine="be8", level="-O1"),
+    Program("clang_v5_O1_types", "clang", level="-O1", options=["-fdebug-types-section"]),
+    Program("mixed", version=5, level="-O1", units={"records.c": ("gcc", 2), "model.cpp": ("clang", 4)}),
+]
+
+
+def all_combinations():
+    """Every compiler, version, level, machine and way of linking that goes together."""
+    extras = {
+        "gcc": [([], []), (["-flto"], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]),
+                (["-fdebug-types-section"], []), (["-gstrict-dwarf"], [])],
+        "clang": [([], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]), (["-fdebug-types-section"], [])],
+    }
+    for compiler, version, level, machine in itertools.product(
+            extras, (2, 3, 4, 5), ("-O0", "-Og", "-O1", "-O2", "-O3", "-Os"), MACHINES):
+        if compiler == "clang" and machine in ("be32", "bethumb"):
+            continue  # the linker wants instructions in the byte order of the data for the one; it relaxes neither
+        for options, link in extras[compiler]:
+            if "-fdebug-types-section" in options and version < 4:
+                continue
+            name = f"{compiler}_v{version}_{level[1:]}_{machine}" + "".join(
+                "_" + option.split("-")[-1] for option in options)
+            yield Program(name, compiler, machine, version, level, options, link)
+
+
+def _compile(program, source, out):
+    compiler, version = program.units.get(source.name, (program.compiler, program.version))
+    machine = MACHINES[program.machine]
+    if source.suffix == ".S":
+        compiler = "gcc"  # one assembler writes the unit of the start-up code everywhere
+    options = [option for option in program.options if compiler == program.compiler and source.suffix != ".S"]
+    driver = {"gcc": ["arm-none-eabi-g++" if source.suffix == ".cpp" else "arm-none-eabi-gcc"],
+              "clang": ["clang++-14" if source.suffix == ".cpp" else "clang-14", "--target=arm-none-eabi"]}[compiler]
+    command = [*driver, *machine, *COMMON, *LANGUAGE[source.suffix], program.level, f"-gdwarf-{version}", *options,
+               f"-ffile-prefix-map={SOURCES}=/corpus"]
+    if program.eh_frame and source.suffix != ".S":
+        # The compiler's own assembler text, with its frames in the other section.
+        text = subprocess.run([*command, "-fasynchronous-unwind-tables", "-S", source, "-o", "-"], check=True,
+                              capture_output=True, text=True).stdout
+        assembler = out.with_suffix(".s")
+        assembler.write_text(re.sub(r"\.cfi_sections\s+\.debug_frame", ".cfi_sections .eh_frame", text))
+        command, source = [*driver, *machine], assembler
+    subprocess.run([*command, "-c", source, "-o", out], check=True, cwd=SOURCES)
+
+
+def build(program, path):
+    """Writes the linked program to the path. Raises CalledProcessError where the tools refuse the combination."""
+    with tempfile.TemporaryDirectory() as temporary:
+        folder = pathlib.Path(temporary)
+        objects = []
+        for unit in UNITS:
+            out = folder / f"{unit}.o"
+            _compile(program, SOURCES / unit, out)
+            objects.append(out)
+        machine = MACHINES[program.machine]
+        library = folder / "library.o"
+        subprocess.run(["arm-none-eabi-gcc", *machine, *COMMON, "-Os", "-fno-tree-loop-distribute-patterns", "-c",
+                        SOURCES / "library.c", "-o", library], check=True)
+        lto = ["-flto", program.level, f"-gdwarf-{program.version}"] if "-flto" in program.options else []
+        subprocess.run(["arm-none-eabi-gcc", *machine, *lto, "-nostdlib", "-T", SOURCES / "corpus.ld",
+                        "-Wl,--build-id=none,--no-enum-size-warning,-z,noexecstack", *LINK_OPTIONS.get(program.machine, []),
+                        *program.link, *objects, library, "-o", path], check=True, cwd=SOURCES)
