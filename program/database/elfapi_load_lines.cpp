@@ -1,5 +1,6 @@
 // The part of a load that builds the tables of source files and lines.
 
+#include <QSet>
 #include <algorithm>
 
 #include "program/database/core_link.h"
@@ -57,11 +58,12 @@ void AddLines(DATABASE& Db, CReaderFiles& ReaderFiles) {
       ++Db.NumDiscardedLines;
       continue;
     }
+    // Line 0 is code of no line: what stands before it goes on.
+    const I32 Line = ELF_GetSrcLineNumber(Db.pElf, i);
     const FILE_INDEX File = ReaderFiles.OfLine(i);
-    if (File < 0) continue;
+    if (File < 0 || Line <= 0) continue;
     const I32 Column = ELF_GetSrcLineColumn(Db.pElf, i);
-    Db.Lines.Add(
-        {Addr, File, static_cast<U32>(ELF_GetSrcLineNumber(Db.pElf, i)), Column > 0 ? static_cast<U32>(Column) : 0});
+    Db.Lines.Add({Addr, File, static_cast<U32>(Line), Column > 0 ? static_cast<U32>(Column) : 0});
   }
 }
 
@@ -76,24 +78,40 @@ void SetFileExtents(DATABASE& Db) {
   Db.HighestAddr = std::max(Db.HighestAddr, Db.Lines.Entries().back().Addr);
 }
 
-// The ranges of each unit, read once for all its files.
-using UNIT_RANGES = QHash<ELF_SYM_HANDLE, QAddrRanges>;
-
-void AddUnitRanges(FILE_ENTRY& File, ELF_SYM_HANDLE Unit, UNIT_RANGES& UnitRanges) {
-  auto it = UnitRanges.find(Unit);
-  if (it == UnitRanges.end()) it = UnitRanges.insert(Unit, MergedRanges(CodeRangesOf(Unit)));
-  for (const CAddrRange& Range : it.value()) {
-    if (Range.Start <= File.HighAddr && Range.End() > File.LowAddr) File.Ranges.append(Range);
+// The ranges of each unit and of its functions, which stand outside the unit's own where an old version of debug
+// information has no words for more than one range of a unit.
+class CUnitRanges {
+public:
+  explicit CUnitRanges(const ELF_FILE* pElf) {
+    for (U32 i = 0; i < ELF_GetNumFunctions(pElf); ++i) {
+      const ELF_SYM_HANDLE Func = ELF_GetFunction(pElf, i);
+      m_Ranges[ELF_GetCompUnit(Func)] += CodeRangesOf(Func);
+    }
   }
-}
+
+  void AddTo(FILE_ENTRY& File, ELF_SYM_HANDLE Unit) {
+    QAddrRanges& Ranges = m_Ranges[Unit];
+    if (!m_Merged.contains(Unit)) {
+      Ranges = MergedRanges(Ranges + CodeRangesOf(Unit));
+      m_Merged.insert(Unit);
+    }
+    for (const CAddrRange& Range : Ranges) {
+      if (Range.Start <= File.HighAddr && Range.End() > File.LowAddr) File.Ranges.append(Range);
+    }
+  }
+
+private:
+  QHash<ELF_SYM_HANDLE, QAddrRanges> m_Ranges;
+  QSet<ELF_SYM_HANDLE> m_Merged;  // those that are complete
+};
 
 void SetFileRanges(DATABASE& Db, CReaderFiles& ReaderFiles) {
-  UNIT_RANGES UnitRanges;
+  CUnitRanges UnitRanges(Db.pElf);
   for (U32 i = 0; i < ELF_GetNumSrcFiles(Db.pElf); ++i) {
     FILE_ENTRY& File = Db.Files.At(ReaderFiles.OfReaderFile(i));
     if (File.HighAddr < File.LowAddr) continue;
     for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(Db.pElf, i); ++Unit) {
-      AddUnitRanges(File, ELF_GetSrcFileUnit(Db.pElf, i, Unit), UnitRanges);
+      UnitRanges.AddTo(File, ELF_GetSrcFileUnit(Db.pElf, i, Unit));
     }
   }
   for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) Db.Files.At(i).Ranges = MergedRanges(Db.Files.At(i).Ranges);

@@ -8,6 +8,7 @@ import subprocess
 import tempfile
 
 SOURCES = pathlib.Path(__file__).resolve().parent
+PREFIX_MAP = f"-ffile-prefix-map={SOURCES}=/corpus"  # no path of this machine in the files
 UNITS = ["start.S", "records.c", "model.cpp"]
 
 MACHINES = {
@@ -100,7 +101,9 @@ def _compile(program, source, out):
     driver = {"gcc": ["arm-none-eabi-g++" if source.suffix == ".cpp" else "arm-none-eabi-gcc"],
               "clang": ["clang++-14" if source.suffix == ".cpp" else "clang-14", "--target=arm-none-eabi"]}[compiler]
     command = [*driver, *machine, *COMMON, *LANGUAGE[source.suffix], program.level, f"-gdwarf-{version}", *options,
-               f"-ffile-prefix-map={SOURCES}=/corpus"]
+               PREFIX_MAP]
+    if source.suffix == ".S":
+        command.append(f"-Wa,--debug-prefix-map={SOURCES}=/corpus")
     if program.eh_frame and source.suffix != ".S":
         # The compiler's own assembler text, with its frames in the other section.
         text = subprocess.run([*command, "-fasynchronous-unwind-tables", "-S", source, "-o", "-"], check=True,
@@ -124,7 +127,7 @@ def build(program, path):
         library = folder / "library.o"
         subprocess.run(["arm-none-eabi-gcc", *machine, *COMMON, "-Os", "-fno-tree-loop-distribute-patterns", "-c",
                         SOURCES / "library.c", "-o", library], check=True)
-        lto = ["-flto", program.level, f"-gdwarf-{program.version}"] if "-flto" in program.options else []
+        lto = ["-flto", program.level, f"-gdwarf-{program.version}", PREFIX_MAP] if "-flto" in program.options else []
         subprocess.run(["arm-none-eabi-gcc", *machine, *lto, "-nostdlib", "-T", SOURCES / "corpus.ld",
                         "-Wl,--build-id=none,--no-enum-size-warning,-z,noexecstack", *LINK_OPTIONS.get(program.machine, []),
                         *program.link, *objects, library, "-o", path], check=True, cwd=SOURCES)

@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""Holds what vexor-inspect and the program database say of program files against readelf, llvm-dwarfdump and gdb.
+
+  compare.py FOLDER FILE...     FOLDER holds vexor-inspect and program_facts
+
+Prints a table: facts that were compared by kind, and differences. A difference that is known, because the tools read
+the same bytes in another way, is counted apart under its reason; every other one is shown and fails. Ends with 77 where
+a tool is missing."""
+
+import collections
+import pathlib
+import shutil
+import sys
+
+import dwarfdump
+import facts
+import gdb_peer
+import reasons
+
+SKIPPED = 77
+MAX_SHOWN = 6  # differences of one kind in one file
+TOOLS = ["readelf", dwarfdump.TOOL, gdb_peer.TOOL]
+
+
+class Table:
+    def __init__(self):
+        self.facts, self.known, self.unknown = (collections.Counter() for _ in range(3))
+
+    def add(self, context, kind, own, peer):
+        self.facts[kind] += len(own | peer)
+        wrong = []
+        for side, rows in (("here", own - peer), ("peer", peer - own)):
+            for row in sorted(rows, key=str):
+                reason = reasons.of(context, kind, side, row, own, peer)
+                if reason:
+                    self.known[kind, reason] += 1
+                else:
+                    wrong.append((side, row))
+        self.unknown[kind] += len(wrong)
+        if wrong:
+            print(f"{context.path.name}: {kind}: {len(wrong)} differences of {len(own | peer)}")
+        for side, row in wrong[:MAX_SHOWN]:
+            print(f"  only {side}: {row}")
+
+    def print(self):
+        print(f"{'kind':28} {'facts':>9} {'known':>7} {'differences':>12}")
+        for kind in self.facts:
+            known = sum(count for (of, _), count in self.known.items() if of == kind)
+            print(f"{kind:28} {self.facts[kind]:9} {known:7} {self.unknown[kind]:12}")
+        for (kind, reason), count in self.known.items():
+            print(f"known: {kind}: {count}: {reason}")
+
+
+def compare(table, folder, path):
+    inspect = folder / "vexor-inspect"
+    info = dwarfdump.DebugInfo(path)
+    context = reasons.Context(inspect, path, info)
+    members, enumerators = facts.own_types(inspect, path)
+    peer_members, peer_enumerators = facts.peer_types(info)
+    for kind, own, peer in [
+            ("functions", facts.own_functions(inspect, path), facts.peer_functions(info)),
+            ("inlined instances", facts.own_inlines(inspect, path), facts.peer_inlines(info)),
+            ("global variables", facts.own_globals(inspect, path), facts.peer_globals(info)),
+            ("members", members, peer_members),
+            ("enumerators", enumerators, peer_enumerators),
+            ("places of locals", facts.own_places(inspect, path), facts.peer_places(info)),
+            ("frame rows", facts.own_frames(inspect, path), facts.readelf_frames(path)),
+            *gdb_peer.pairs(inspect, path, gdb_peer.database_facts(folder / "program_facts", path))]:
+        table.add(context, kind, own, peer)
+
+
+def main():
+    missing = [tool for tool in TOOLS if not shutil.which(tool)]
+    if missing:
+        print("skipped: not installed:", *missing)
+        return SKIPPED
+    table = Table()
+    for path in sys.argv[2:]:
+        compare(table, pathlib.Path(sys.argv[1]), pathlib.Path(path))
+    table.print()
+    return 1 if sum(table.unknown.values()) or not table.facts else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

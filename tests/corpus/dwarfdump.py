@@ -1,0 +1,161 @@
+"""The debug information of a program file as llvm-dwarfdump prints it: a tree of entries."""
+
+import re
+import subprocess
+
+TOOL = "llvm-dwarfdump-14"
+TIME_LIMIT_S = 120
+
+_ENTRY = re.compile(r"^0x([0-9a-f]{8,16}):( +)(DW_TAG_\w+|NULL)")
+_ATTRIBUTE = re.compile(r"^ +(DW_AT_\w+)\t\((.*)$", re.DOTALL)
+_RANGE = re.compile(r"\[0x([0-9a-f]+), 0x([0-9a-f]+)\)")
+_TYPE_UNIT = re.compile(r"^0x([0-9a-f]{8,16}): Type Unit:.* type_signature = 0x([0-9a-f]+), type_offset = 0x([0-9a-f]+)")
+_REFERENCE = re.compile(r"0x([0-9a-f]+)( \"|$)")
+
+
+class Entry:
+    def __init__(self, offset, tag, depth, parent, types):
+        self.offset, self.tag, self.depth, self.parent, self.types = offset, tag, depth, parent, types
+        self.attributes = {}
+        self.children = []
+
+    def text(self, name):
+        value = self.attributes.get(name)
+        return value[1:-1] if value and value.startswith('"') else None
+
+    def number(self, name):
+        """The value of an attribute, None where it is absent or no number."""
+        match = re.match(r"(-?(?:0x[0-9a-f]+|\d+))", self.attributes.get(name, ""))
+        if match:
+            return int(match[1], 0)
+        match = re.match(r"DW_OP_plus_uconst (0x[0-9a-f]+)$", self.attributes.get(name, ""))
+        return int(match[1], 16) if match else None
+
+    def has(self, name):
+        return name in self.attributes
+
+    def is_tag(self, *names):
+        return self.tag in ["DW_TAG_" + name for name in names]
+
+
+class DebugInfo:
+    def __init__(self, path):
+        # Its own text of a location list ends a line with the expression: one entry of the list a line.
+        result = subprocess.run([TOOL, "--debug-info", "--debug-types", path], capture_output=True, text=True,
+                                errors="replace", timeout=TIME_LIMIT_S, check=True)
+        self.roots, self._by_offset, self._signatures = [], {}, {}
+        self._read(result.stdout.splitlines())
+
+    def _read(self, lines):
+        types, way, entry, attribute = False, [], None, None
+        for line in lines:
+            match = _ENTRY.match(line)
+            if match:
+                entry = attribute = None
+                if match[3] != "NULL":
+                    entry = self._enter(int(match[1], 16), match[3], len(match[2]), way, types)
+                continue
+            match = _TYPE_UNIT.match(line)
+            if match:
+                self._signatures[int(match[2], 16)] = types, int(match[1], 16) + int(match[3], 16)
+            match = _ATTRIBUTE.match(line)
+            if match and entry:
+                attribute = match[1]
+                entry.attributes[attribute] = match[2]
+            elif entry and attribute and line.strip():
+                entry.attributes[attribute] += "\n" + line.strip()
+            elif line.startswith(".debug_"):
+                types, entry = line.startswith(".debug_types"), None
+        for known in self._by_offset.values():
+            known.attributes = {name: value[:-1] if value.endswith(")") else value
+                                for name, value in known.attributes.items()}
+
+    def _enter(self, offset, tag, depth, way, types):
+        while way and way[-1].depth >= depth:
+            way.pop()
+        entry = Entry(offset, tag, depth, way[-1] if way else None, types)
+        (way[-1].children if way else self.roots).append(entry)
+        way.append(entry)
+        self._by_offset[types, offset] = entry
+        return entry
+
+    def all(self):
+        return self._by_offset.values()
+
+    def target(self, entry, name):
+        """The entry that an attribute refers to; None where it names none. A type unit is named by its signature."""
+        match = _REFERENCE.match(entry.attributes.get(name, ""))
+        if not match:
+            return None
+        number = int(match[1], 16)
+        key = (entry.types, number)
+        return self._by_offset.get(key) or self._by_offset.get(self._signatures.get(number))
+
+    def origin(self, entry):
+        return self.target(entry, "DW_AT_abstract_origin") or self.target(entry, "DW_AT_specification")
+
+    def holder(self, entry, attribute):
+        """The entry that has the attribute: itself, or what it is an instance or a definition of."""
+        for _ in range(6):
+            if entry is None or entry.has(attribute):
+                return entry
+            entry = self.origin(entry)
+        return None
+
+    def name(self, entry):
+        holder = self.holder(entry, "DW_AT_name")
+        return holder.text("DW_AT_name") if holder else None
+
+    def number(self, entry, attribute):
+        holder = self.holder(entry, attribute)
+        return holder.number(attribute) if holder else None
+
+    def first_form(self, entry):
+        """The declaration or abstract entry behind an instance, which stands in its scope."""
+        for _ in range(6):
+            origin = self.origin(entry)
+            if origin is None:
+                return entry
+            entry = origin
+        return entry
+
+    def qualified(self, entry):
+        """Its name with the classes and namespaces around it."""
+        parts = [self.name(entry) or ""]
+        scope = self.first_form(entry).parent
+        while scope:
+            if scope.is_tag("class_type", "structure_type", "union_type", "namespace", "enumeration_type"):
+                scope = self.first_form(scope)
+                if self.name(scope):
+                    parts.append(self.name(scope))
+            scope = scope.parent
+        return "::".join(reversed(parts))
+
+    def type_of(self, entry):
+        """What DW_AT_type names; the type unit's entry for a declaration that stands for it."""
+        holder = self.holder(entry, "DW_AT_type")
+        named = self.target(holder, "DW_AT_type") if holder else None
+        return self.target(named, "DW_AT_signature") or named if named else None
+
+    def stripped(self, entry):
+        """Behind typedefs and qualifiers."""
+        for _ in range(25):
+            if entry is None or not entry.is_tag("typedef", "const_type", "volatile_type"):
+                return entry
+            entry = self.type_of(entry)
+        return None
+
+    def ranges(self, entry):
+        found = [(int(low, 16), int(high, 16)) for low, high in _RANGE.findall(entry.attributes.get("DW_AT_ranges", ""))]
+        if not found and entry.has("DW_AT_low_pc") and entry.has("DW_AT_high_pc"):
+            found = [(entry.number("DW_AT_low_pc"), entry.number("DW_AT_high_pc"))]
+        return found
+
+    def places(self, entry):
+        """[(low, high, expression)] of a location; low and high are None for one that holds everywhere."""
+        holder = self.holder(entry, "DW_AT_location")
+        text = holder.attributes["DW_AT_location"] if holder else ""
+        if text.startswith("DW_OP") or not text:
+            return [(None, None, text)] if text else []
+        found = re.findall(r"\[0x([0-9a-f]+), 0x([0-9a-f]+)\): ([^\n]*)", text)
+        return [(int(low, 16), int(high, 16), expression) for low, high, expression in found]

@@ -1,0 +1,303 @@
+"""Facts of a program file: sets of tuples, by kind, from vexor-inspect and from llvm-dwarfdump."""
+
+import collections
+import re
+import subprocess
+
+import place_text
+
+TIME_LIMIT_S = 120
+ALL_CODE = ["--from", "0", "--to", "0xfffffffe"]
+STEP = 2  # bytes, the distance at which vexor-inspect looks for another place
+
+
+def rows(inspect, what, path, *options):
+    result = subprocess.run([inspect, what, path, *options], capture_output=True, text=True, errors="replace",
+                            timeout=TIME_LIMIT_S, check=True)
+    return [line.split("\t") for line in result.stdout.splitlines()]
+
+
+def _address(text):
+    return int(text, 16) if text.startswith("0x") else text
+
+
+# ---- Functions: (name, start, end)
+
+def own_functions(inspect, path):
+    return {(name, int(low, 16), int(high, 16)) for low, high, name, file, _ in rows(inspect, "functions", path) if file}
+
+
+def _has_code(info, entry):
+    return not entry.has("DW_AT_declaration") and not info.holder(entry, "DW_AT_artificial")
+
+
+def peer_functions(info):
+    return {(info.name(entry) or "", low & ~1, high & ~1) for entry in info.all()
+            if entry.is_tag("subprogram") and _has_code(info, entry) for low, high in info.ranges(entry)}
+
+
+# ---- Inlined instances: (name, start, end, file and line of the call, around)
+
+def own_inlines(inspect, path):
+    return {(name, int(low, 16), int(high, 16), file, int(line), around)
+            for low, high, name, file, line, around in rows(inspect, "inlines", path)}
+
+
+def _function_around(entry):
+    scope = entry.parent
+    while scope and scope.is_tag("lexical_block"):
+        scope = scope.parent
+    return scope
+
+
+def _unit_name(entry):
+    while entry.parent:
+        entry = entry.parent
+    return entry.text("DW_AT_name")
+
+
+def peer_inlines(info):
+    """The oldest version has no attributes for the call: the unit and line 0 then."""
+    return {(info.qualified(entry), low, high, entry.text("DW_AT_call_file") or _unit_name(entry),
+             entry.number("DW_AT_call_line") or 0, info.qualified(_function_around(entry)))
+            for entry in info.all() if entry.is_tag("inlined_subroutine") and not entry.has("DW_AT_artificial")
+            for low, high in info.ranges(entry)}
+
+
+# ---- Variables outside functions: (name, place, size, line)
+
+def own_globals(inspect, path):
+    return {(name, _address(place), int(size), int(line))
+            for place, size, _, name, _, line in rows(inspect, "variables", path)}
+
+
+def _in_function(entry):
+    while entry:
+        if entry.is_tag("subprogram", "inlined_subroutine"):
+            return True
+        entry = entry.parent
+    return False
+
+
+def _size(info, entry):
+    """Bytes of the type of an entry."""
+    count = 1
+    entry = info.type_of(entry)
+    while entry:
+        if entry.is_tag("array_type"):
+            for subrange in entry.children:
+                upper, number = subrange.number("DW_AT_upper_bound"), subrange.number("DW_AT_count")
+                count *= number if number is not None else upper + 1 if upper is not None else 1
+        elif entry.is_tag("pointer_type", "reference_type", "rvalue_reference_type"):
+            return 4 * count
+        elif entry.number("DW_AT_byte_size"):
+            return entry.number("DW_AT_byte_size") * count
+        entry = info.type_of(entry)
+    return 0
+
+
+def peer_globals(info):
+    found = set()
+    for entry in info.all():
+        if not entry.is_tag("variable") or _in_function(entry) or entry.has("DW_AT_declaration"):
+            continue
+        if info.holder(entry, "DW_AT_artificial"):
+            continue
+        places = info.places(entry)
+        place = place_text.expected(places[0][2]) if places else "-"
+        found.add((info.qualified(entry), _address(place), _size(info, entry), info.number(entry, "DW_AT_decl_line")))
+    return found
+
+
+# ---- Members: (qualified name, offset, size, first bit, bits); enumerators: (qualified name, value)
+
+def own_types(inspect, path):
+    members, enumerators = set(), set()
+    for row in rows(inspect, "types", path):
+        if row[0] == "enumerator":
+            enumerators.add((row[1], int(row[4])))
+        elif row[0] in ("member", "base"):
+            bits = (int(row[5]), int(row[6])) if len(row) > 5 else (0, 0)
+            members.add((row[0], row[1], int(row[4]), int(row[2]), *bits))
+    return members, enumerators
+
+
+def _bits(info, entry, big_endian):
+    """First bit and number of bits. The old attribute counts from the most significant bit of a storage unit; the new
+    one from the beginning of the record."""
+    width = entry.number("DW_AT_bit_size") or 0
+    if entry.has("DW_AT_data_bit_offset"):
+        return entry.number("DW_AT_data_bit_offset"), width
+    if not entry.has("DW_AT_bit_offset"):
+        return 0, width
+    storage = 8 * (entry.number("DW_AT_byte_size") or _size(info, entry))
+    return storage - width - entry.number("DW_AT_bit_offset"), width
+
+
+def _members(info, record, owner, base, found):
+    for entry in record.children:
+        if entry.has("DW_AT_artificial") or not entry.is_tag("member", "inheritance"):
+            continue
+        name = info.name(entry) or ""
+        if entry.is_tag("inheritance"):
+            name = info.name(info.type_of(entry))
+        elif entry.has("DW_AT_external") or entry.has("DW_AT_declaration") or entry.has("DW_AT_const_value"):
+            continue  # belongs to the class, not to the object
+        offset = base + (entry.number("DW_AT_data_member_location") or 0)
+        kind = "base" if entry.is_tag("inheritance") else "member"
+        found.add((kind, owner + name, offset, _size(info, entry), *_bits(info, entry, False)))
+        inner = info.stripped(info.type_of(entry))
+        if inner and kind == "member" and inner.is_tag("structure_type", "union_type", "class_type"):
+            if not info.name(inner):
+                _members(info, inner, owner + name + "." if name else owner, offset, found)
+
+
+def peer_types(info):
+    members, enumerators = set(), set()
+    for entry in info.all():
+        target = info.stripped(entry) if entry.is_tag("typedef") else entry
+        if target is None or entry.has("DW_AT_declaration") or entry.has("DW_AT_artificial"):
+            continue
+        if target is not entry and info.name(target):
+            continue
+        if not info.name(entry) or not target.number("DW_AT_byte_size"):
+            continue
+        owner = info.qualified(entry) + "::"
+        if target.is_tag("structure_type", "class_type", "union_type"):
+            _members(info, target, owner, 0, members)
+        elif target.is_tag("enumeration_type"):
+            enumerators |= {(owner + info.name(child), child.number("DW_AT_const_value")) for child in target.children
+                            if child.is_tag("enumerator")}
+    return members, enumerators
+
+
+# ---- Places of local variables: (function, its start, variable, line, place, start, end)
+
+def own_places(inspect, path):
+    """Merged runs of one place, for each range of a function or instance and each of its variables."""
+    found = set()
+    for place, _, _, name, _, line, function, low, high in rows(inspect, "variables", path, *ALL_CODE):
+        found.add((function, name, int(line), _address(place), int(low, 16), int(high, 16)))
+    return _merged(found)
+
+
+def _merged(places):
+    """Rows that touch and say the same become one."""
+    by_variable = collections.defaultdict(list)
+    for *key, low, high in places:
+        by_variable[tuple(key)].append((low, high))
+    merged = set()
+    for key, ranges in by_variable.items():
+        ranges.sort()
+        low, high = ranges[0]
+        for next_low, next_high in ranges[1:]:
+            if next_low > high:
+                merged.add((*key, low, high))
+                low = next_low
+            high = max(high, next_high)
+        merged.add((*key, low, high))
+    return merged
+
+
+def _locals(entry):
+    for child in entry.children:
+        if child.is_tag("variable", "formal_parameter"):
+            yield child
+        elif child.is_tag("lexical_block"):
+            yield from _locals(child)
+
+
+def _place_at(places, address):
+    for low, high, expression in places:
+        if low is None or low <= address < high:
+            return place_text.expected(expression)
+    return "-"
+
+
+def peer_places(info):
+    found = set()
+    for function in info.all():
+        if not function.is_tag("subprogram", "inlined_subroutine") or not _has_code(info, function):
+            continue
+        for low, high in info.ranges(function):
+            for entry in _locals(function):
+                places = info.places(entry)
+                key = info.qualified(function), info.qualified(entry), info.number(entry, "DW_AT_decl_line") or 0
+                for address in range(low & ~1, high & ~1, STEP):
+                    place = _place_at(places, address)
+                    if place != "-":
+                        found.add((*key, _address(place), address, min(address + STEP, high)))
+    return _merged(found)
+
+
+# ---- Rows of call frame information: (start, end, canonical frame address, rules)
+
+def own_frames(inspect, path):
+    return _merge_rows({(int(low, 16), int(high, 16), cfa, rules)
+                        for low, high, cfa, rules in rows(inspect, "frames", path)})
+
+
+_NAMES = {"ra": 14, "sp": 13, "lr": 14, "pc": 15}
+
+
+def _signed(text):
+    number = int(text)
+    return "" if number == 0 else f" {'+' if number > 0 else '-'} {abs(number)}"
+
+
+def _rule(column, rule):
+    register = _NAMES.get(column) or int(column[1:])
+    name = f"D{register - 256}" if register >= 256 else f"R{register}"
+    if rule.startswith("c"):
+        return register, f"{name}=[CFA{_signed(rule[1:])}]"
+    if rule.startswith("v"):
+        return register, f"{name}=CFA{_signed(rule[1:])}"
+    if rule.startswith("r") and rule != column:
+        return register, f"{name}=R{_NAMES.get(rule) or int(rule[1:])}"
+    return register, None
+
+
+def readelf_frames(path):
+    """Rows of readelf's interpretation, those with the same rules merged."""
+    text = subprocess.run(["readelf", "--debug-dump=frames-interp", path], capture_output=True, text=True,
+                          timeout=TIME_LIMIT_S, check=True).stdout
+    found, entry, columns, lines = set(), None, [], []
+
+    def finish():
+        for i, (low, cfa, rules) in enumerate(lines):
+            high = lines[i + 1][0] if i + 1 < len(lines) else entry[1]
+            if low < high:
+                found.add((low, high, cfa, rules))
+
+    for line in text.splitlines() + ["00000000 end"]:
+        match = re.match(r"[0-9a-f]{8} [0-9a-f]+ [0-9a-f]+ (?:CIE|FDE)(?:.* pc=([0-9a-f]+)\.\.([0-9a-f]+))?", line)
+        if match or line == "00000000 end" or "ZERO terminator" in line:
+            if entry:
+                finish()
+            entry, lines = (int(match[1], 16), int(match[2], 16)) if match and match[1] else None, []
+        elif line.strip().startswith("LOC"):
+            columns = line.split()[2:]
+        elif entry and re.match(r"[0-9a-f]{8} ", line):
+            address, cfa, *rules = line.split()
+            lines.append((int(address, 16), _cfa(cfa), _rules(columns, rules)))
+    return _merge_rows(found)
+
+
+def _cfa(text):
+    match = re.match(r"r(\d+)([+-]\d+)$", text)
+    return ("SP" if match[1] == "13" else f"R{match[1]}") + _signed(match[2]) if match else "?"
+
+
+def _rules(columns, rules):
+    texts = sorted(rule for rule in map(_rule, columns, rules) if rule[1])
+    return " ".join(text for _, text in texts)
+
+
+def _merge_rows(found):
+    merged = []
+    for low, high, *rest in sorted(found):
+        if merged and merged[-1][1] == low and merged[-1][2:] == (*rest,):
+            merged[-1] = (merged[-1][0], high, *rest)
+        else:
+            merged.append((low, high, *rest))
+    return set(merged)

@@ -1,0 +1,95 @@
+"""Runs inside gdb, and prints what it knows of its program: one fact a row, columns separated by tabs.
+
+  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]" -x gdb_facts.py FILE"""
+
+import gdb
+
+STEP = 2  # bytes, the shortest instruction
+
+
+def row(*columns):
+    print("\t".join(str(column) for column in columns))
+
+
+def lines_at_addresses():
+    for low, high in CODE_RANGES:
+        for address in range(low, high, STEP):
+            found = gdb.find_pc_line(address)
+            block = gdb.block_for_pc(address)
+            while block and not block.function:
+                block = block.superblock
+            name = block.function.name if block and block.function else ""
+            row("at", f"{address:#010x}", found.symtab.filename if found.symtab else "", found.line, name)
+
+
+def symtabs():
+    seen = {}
+    for low, high in CODE_RANGES:
+        for address in range(low, high, STEP):
+            symtab = gdb.find_pc_line(address).symtab
+            if symtab:
+                seen[symtab.objfile.filename, symtab.filename] = symtab
+            block = gdb.block_for_pc(address)
+            if block:
+                seen.setdefault(("block", str(block.static_block.start)), None)
+    return [symtab for symtab in seen.values() if symtab]
+
+
+def addresses_of_lines(symtab):
+    for entry in symtab.linetable():
+        row("line", symtab.filename, entry.line, f"{entry.pc:#010x}")
+
+
+def variables(block):
+    for symbol in block:
+        if not symbol.is_variable or not symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
+            continue
+        value = symbol.value()
+        row("variable", symbol.name, f"{int(value.address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof, symbol.line)
+
+
+def record(name, record_type, offset):
+    for field in record_type.fields():
+        if not hasattr(field, "bitpos") or field.artificial:
+            continue
+        start = offset + field.bitpos
+        bits = field.bitsize
+        row("base" if field.is_base_class else "member", name + (field.name or ""), start, bits,
+            field.type.sizeof if field.type else 0)
+        inner = field.type.strip_typedefs()
+        if inner.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION) and not inner.name and not field.is_base_class:
+            record(name + field.name + "." if field.name else name, inner, start)
+
+
+def types(block, seen):
+    for symbol in block:
+        if symbol.addr_class != gdb.SYMBOL_LOC_TYPEDEF or symbol.name in seen:
+            continue
+        seen.add(symbol.name)
+        target = symbol.type.strip_typedefs()
+        if target.name and target.name != symbol.name and symbol.type.code == gdb.TYPE_CODE_TYPEDEF:
+            continue
+        if target.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION):
+            record(symbol.name + "::", target, 0)
+        elif target.code == gdb.TYPE_CODE_ENUM:
+            for field in target.fields():
+                row("enumerator", symbol.name, field.name.split("::")[-1], field.enumval)
+
+
+def main():
+    lines_at_addresses()
+    for symtab in symtabs():
+        addresses_of_lines(symtab)
+    blocks, seen = {}, set()
+    for low, high in CODE_RANGES:
+        for address in range(low, high, STEP):
+            block = gdb.block_for_pc(address)
+            if block:
+                for outer in (block.static_block, block.global_block):
+                    blocks[str(outer.start), str(outer.end), outer.is_global] = outer
+    for block in blocks.values():
+        variables(block)
+        types(block, seen)
+
+
+main()

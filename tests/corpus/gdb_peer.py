@@ -1,0 +1,78 @@
+"""What gdb and the program database say of the code of a program file, in the same words."""
+
+import collections
+import pathlib
+import subprocess
+
+import facts
+
+TOOL = "gdb-multiarch"
+SCRIPT = pathlib.Path(__file__).with_name("gdb_facts.py")
+
+
+def database_facts(program, path):
+    result = subprocess.run([program, path], capture_output=True, text=True, timeout=facts.TIME_LIMIT_S, check=True)
+    return _by_kind(result.stdout)
+
+
+def _by_kind(text):
+    found = collections.defaultdict(list)
+    for line in text.splitlines():
+        kind, *columns = line.split("\t")
+        found[kind].append(columns)
+    return found
+
+
+def _gdb_facts(path, ranges):
+    result = subprocess.run([TOOL, "-nx", "-batch", "-ex", f"python CODE_RANGES = {ranges}", "-x", SCRIPT, path],
+                            capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
+    return _by_kind(result.stdout)
+
+
+def _file(path):
+    return path.rsplit("/", 1)[-1]
+
+
+def _bare(name):
+    """Without scopes, parameters and template arguments, which gdb adds."""
+    depth, kept = 0, ""
+    for character in name.replace("(anonymous namespace)::", "").replace("->", ""):
+        depth -= character in ")>"
+        kept += character if depth == 0 and character not in "()<>" else ""
+        depth += character in "(<"
+    return kept.split(" const")[0].split("::")[-1].strip()
+
+
+def pairs(inspect, path, database):
+    """(kind, own facts, gdb's facts)"""
+    ranges = sorted({(low, high) for _, low, high in facts.own_functions(inspect, path) if low})
+    peer = _gdb_facts(path, ranges)
+    own_at = {int(address, 16): (_file(file), int(line), inner, outer) for address, file, line, inner, outer in database["at"]}
+    peer_at = {int(address, 16): (_file(file), int(line), name) for address, file, line, name in peer["at"]}
+    both = own_at.keys() & peer_at.keys()
+    yield ("line at address", {(address, *own_at[address][:2]) for address in both},
+           {(address, *peer_at[address][:2]) for address in both})
+    yield ("function at address", {(address, _bare(own_at[address][2])) for address in both},
+           {(address, _bare(peer_at[address][2])) for address in both})
+    yield ("addresses of a line",
+           {(_file(file), int(line), int(address, 16)) for file, line, address in database["line"]},
+           {(_file(file), int(line), int(address, 16)) for file, line, address in peer["line"] if int(line)})
+    yield ("global variables (gdb)",
+           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(inspect, path)},
+           {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]})
+    members, enumerators = facts.own_types(inspect, path)
+    yield ("members (gdb)", {_bits_of(member) for member in members},
+           {(kind, _tail(name), int(start), int(bits), int(size))
+            for kind in ("member", "base") for name, start, bits, size in peer[kind]})
+    yield ("enumerators (gdb)", {(_tail(name), value) for name, value in enumerators},
+           {(_tail(f"{owner}::{name}"), int(value)) for owner, name, value in peer["enumerator"]})
+
+
+def _tail(name):
+    """Type and member."""
+    return "::".join(name.split("::")[-2:])
+
+
+def _bits_of(member):
+    kind, name, offset, size, first, bits = member
+    return kind, _tail(name), offset * 8 + first, bits, size

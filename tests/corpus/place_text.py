@@ -1,0 +1,50 @@
+"""What vexor-inspect prints for a location expression that another tool has decoded."""
+
+import re
+
+REGISTERS = {"SP": 13, "LR": 14, "PC": 15}
+
+
+def _register(text):
+    return REGISTERS.get(text, int(text[1:]) if text[1:].isdigit() else None)
+
+
+def _offset(base, number):
+    return base if number == 0 else f"{base} {'+' if number > 0 else '-'} {abs(number)}"
+
+
+def _one(operation):
+    """The place that one operation alone describes, '-' for one that the reader does not follow."""
+    match = re.match(r"DW_OP_addr 0x([0-9a-f]+)$", operation)
+    if match:
+        return f"0x{int(match[1], 16):08x}"
+    match = re.match(r"DW_OP_reg(?:x |)(\d+)", operation)
+    if match:
+        return f"R{match[1]}"
+    match = re.match(r"DW_OP_breg(\d+) \w+([+-]\d+)", operation) or re.match(r"DW_OP_bregx \w+?(\d+) ?([+-]\d+)", operation)
+    if match:
+        return _offset(f"[R{match[1]}", int(match[2])) + "]"
+    match = re.match(r"DW_OP_fbreg ([+-]?\d+)", operation)
+    if match:
+        return _offset("[BP", int(match[1])) + "]"
+    match = re.match(r"DW_OP_const\w+ ([+-]?(?:0x[0-9a-f]+|\d+))", operation)
+    if match:
+        return f"const {int(match[1], 0)}"
+    match = re.match(r"DW_OP_lit(\d+)", operation)
+    if match:
+        return f"const {match[1]}"
+    match = re.match(r"DW_OP_(?:GNU_)?entry_value\((.*)\)$", operation)
+    if match:
+        return "on entry " + _one(match[1])
+    return "-"
+
+
+def expected(expression):
+    operations = [part.strip() for part in re.split(r", (?=DW_OP)", expression)]
+    value = operations[-1] == "DW_OP_stack_value"
+    if value:
+        operations.pop()
+    if len(operations) != 1:
+        return "-"
+    place = _one(operations[0])
+    return "value " + place if value and place != "-" else place

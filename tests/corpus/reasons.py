@@ -1,0 +1,80 @@
+"""Differences between the tools that are known, with the reason for each."""
+
+import bisect
+
+import facts
+
+
+class Context:
+    """What the reasons look at: the rows of the line tables by address, and the peer's entries."""
+
+    def __init__(self, inspect, path, info):
+        self.path, self.info = path, info
+        self._rows = {}
+        for address, file, line, _, flags in facts.rows(inspect, "lines", path):
+            if "E" not in flags and line != "0":
+                self._rows.setdefault(int(address, 16), []).append((file.rsplit("/", 1)[-1], int(line)))
+        self._addresses = sorted(self._rows)
+
+    def rows_near(self, address):
+        """File and line of all rows at the nearest address at or below this one."""
+        position = bisect.bisect_right(self._addresses, address)
+        return self._rows[self._addresses[position - 1]] if position else []
+
+    def rows_at(self, address):
+        return self._rows.get(address, [])
+
+
+def of(context, kind, side, row, own, peer):
+    """The reason for one row that only one side has; None where there is none."""
+    for wanted, test, reason in _KNOWN:
+        if kind == wanted and test(context, side, row, own, peer):
+            return reason
+    return None
+
+
+def _one_of_several_lines(context, side, row, own, peer):
+    address, file, line = row
+    return (file, line) in context.rows_near(address) and len(set(context.rows_near(address))) > 1
+
+
+def _later_row_of_address(context, side, row, own, peer):
+    file, line, address = row
+    return side == "peer" and (file, line) in context.rows_at(address)[1:]
+
+
+def _row_that_goes_on(context, side, row, own, peer):
+    file, line, address = row
+    before = context.rows_near(address - 1)
+    return side == "here" and (file, line) in context.rows_at(address) and (file, line) in before
+
+
+def _before_another_file(context, side, row, own, peer):
+    file, line, address = row
+    return side == "here" and any(other != file for other, _ in context.rows_at(address))
+
+
+def _thumb_bit(context, side, row, own, peer):
+    return any(entry.number("DW_AT_low_pc") == row[0] | 1 for entry in context.info.all()
+               if entry.is_tag("subprogram"))
+
+
+def _inlined_without_call(context, side, row, own, peer):
+    return any(low <= row[0] < high and not entry.has("DW_AT_call_line") for entry in context.info.all()
+               if entry.is_tag("inlined_subroutine") for low, high in context.info.ranges(entry))
+
+
+_KNOWN = [
+    ("line at address", _one_of_several_lines,
+     "several lines begin at one address: the database takes the first row of the table, gdb the last"),
+    ("addresses of a line", _later_row_of_address,
+     "several lines begin at one address: the database gives it to the first row of the table"),
+    ("addresses of a line", _row_that_goes_on,
+     "gdb leaves out a row that goes on with the line of the row before"),
+    ("addresses of a line", _before_another_file,
+     "gdb leaves out a line that ends where it begins when the table goes on in another file"),
+    ("function at address", _thumb_bit,
+     "assemblers write the Thumb bit into the start of a function: gdb begins it one byte later"),
+    ("function at address", _inlined_without_call,
+     "gdb shows an inlined instance only where its call is described, which needs version 3"),
+]
