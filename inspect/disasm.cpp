@@ -2,45 +2,14 @@
 #include <QFile>
 #include <cstdio>
 
-#include "core/core_table.h"
 #include "core/vcore.h"
-#include "inspect/inspect.h"
+#include "inspect/core_setup.h"
 #include "program/elf/elf.h"
 
 namespace {
 
 constexpr U32 SHT_PROGRAM_BITS = 1;
 constexpr U32 SHF_CODE = 2 | 4;  // allocated, executable
-constexpr U32 CPSR_T = 1u << 5;
-// The core for a file that names none. Its instructions include those of all others on the M profile.
-constexpr U32 CORE_ID_CORTEX_M33 = 0x0E0200FF;
-// The same for ARM code.
-constexpr U32 CORE_ID_CORTEX_A8 = 0x080000FF;
-
-constexpr char NO_SUCH_CORE[] = "there is no core of that name";
-
-// 0 for a name that is no core's.
-U32 CoreIdOf(const INSPECT_OPTIONS& Options) {
-  if (Options.sCore.isEmpty()) return Options.bArm ? CORE_ID_CORTEX_A8 : CORE_ID_CORTEX_M33;
-  for (const U32 CoreId : VCore::GetKnownCores()) {
-    QString sName;
-    VCore::GetCoreName(VCore::GetFamily(CoreId), VCore::GetSubFamily(CoreId), sName);
-    if (sName.compare(Options.sCore, Qt::CaseInsensitive) == 0) return CoreId;
-  }
-  return 0;
-}
-
-bool InitCore(const INSPECT_OPTIONS& Options, U32 DataEncoding, U32 CodeEncoding) {
-  VCORE_API API;
-  API.pfReadProbeRegs = [bArm = Options.bArm](const U32*, U32* paValue, U8* paStatus, U32) {
-    paValue[0] = bArm ? 0 : CPSR_T;
-    paStatus[0] = 0;
-    return 0;
-  };
-  const auto Endianness = [](U32 Encoding) { return Encoding == ELF_ENCODING_BIG ? 1u : 0u; };
-  return VCore::Init({CoreIdOf(Options), Endianness(DataEncoding), Endianness(CodeEncoding)}, API) == 0;
-}
-
 void PrintRange(const INSPECT_OPTIONS& Options, U32 Start, U32 End) {
   U32 Addr = std::max(Start, Options.From);
   End = std::min(End, Options.To);
@@ -77,11 +46,9 @@ const char* DisassembleRaw(const INSPECT_OPTIONS& Options) {
 const char* InspectDisasm(const INSPECT_OPTIONS& Options) {
   if (Options.bRaw) return DisassembleRaw(Options);
   const CInspectedFile File(Options);
-  ELF_FILE* pFile = const_cast<ELF_FILE*>(File.Get());
-  if (pFile == nullptr) return FILE_NOT_READ;
-  if (!InitCore(Options, ELF_GetEncoding(pFile), ELF_GetCodeEncoding(pFile))) return NO_SUCH_CORE;
-  VCore::AttachElf(pFile);
-  VCore::BuildMappingSymbols();
+  const ELF_FILE* pFile = File.Get();
+  if (!pFile) return FILE_NOT_READ;
+  if (const char* sError = AttachCore(Options, pFile)) return sError;
   for (U32 i = 0; i < ELF_GetNumSections(pFile); ++i) {
     if (ELF_GetSectionType(pFile, i) != SHT_PROGRAM_BITS) continue;
     if ((ELF_GetSectionFlags(pFile, i) & SHF_CODE) != SHF_CODE) continue;

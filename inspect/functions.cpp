@@ -1,20 +1,13 @@
 // vexor-inspect functions: every range of every function with debug information, and the function symbols without.
+#include "inspect/function_rows.h"
+
 #include <cstdio>
 #include <set>
 
-#include "inspect/inspect.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 
 namespace {
-
-struct FUNCTION_ROW {
-  U32 Low;
-  U32 High;
-  std::string sName;
-  std::string sFile;
-  I64 Line;
-};
 
 void AddDebugFunction(ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
   const U32 NumRanges = ELF_GetNumRanges(hFunc);
@@ -33,20 +26,24 @@ void AddDebugFunction(ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
 
 }  // namespace
 
-const char* InspectFunctions(const INSPECT_OPTIONS& Options) {
-  const CInspectedFile File(Options);
-  if (!File.Get()) return FILE_NOT_READ;
+std::vector<FUNCTION_ROW> FunctionRows(const ELF_FILE* pFile) {
   std::vector<FUNCTION_ROW> aRows;
-  for (U32 i = 0; i < ELF_GetNumFunctions(File.Get()); ++i) AddDebugFunction(ELF_GetFunction(File.Get(), i), aRows);
+  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) AddDebugFunction(ELF_GetFunction(pFile, i), aRows);
   std::set<U32> Starts;
   for (const FUNCTION_ROW& Row : aRows) Starts.insert(Row.Low);
-  for (U32 i = 0; i < ELF_GetNumFuncSymbols(File.Get()); ++i) {
-    const ELF_SYM_HANDLE hSym = ELF_GetFuncSymbol(File.Get(), i);
+  for (U32 i = 0; i < ELF_GetNumFuncSymbols(pFile); ++i) {
+    const ELF_SYM_HANDLE hSym = ELF_GetFuncSymbol(pFile, i);
     const U32 Addr = ELF_GetValue(hSym) & ~1u;
     if (!Starts.count(Addr)) aRows.push_back({Addr, Addr + ELF_GetSize(hSym), ELF_GetName(hSym), "", 0});
   }
   std::stable_sort(aRows.begin(), aRows.end(), [](const auto& A, const auto& B) { return A.Low < B.Low; });
-  for (const FUNCTION_ROW& Row : aRows) {
+  return aRows;
+}
+
+const char* InspectFunctions(const INSPECT_OPTIONS& Options) {
+  const CInspectedFile File(Options);
+  if (!File.Get()) return FILE_NOT_READ;
+  for (const FUNCTION_ROW& Row : FunctionRows(File.Get())) {
     if (!Options.Covers(Row.Low)) continue;
     std::printf("0x%08x\t0x%08x\t%s\t%s\t%lld\n", Row.Low, Row.High, Row.sName.c_str(), Row.sFile.c_str(), Row.Line);
   }

@@ -4,6 +4,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <string>
+
+#include "base/elf_sym.h"
 #include "base/types.h"
 
 struct ELF_FILE;
@@ -18,6 +21,7 @@ struct INSPECT_OPTIONS {
   bool bArm = false;  // code of unknown state is ARM, not Thumb
 
   bool Covers(U32 Addr) const { return Addr >= From && Addr < To; }
+  bool IsPicked() const { return From != 0 || To != 0xFFFFFFFFu; }
 };
 
 // One sub-command: prints to standard output. Null, or what went wrong.
@@ -30,10 +34,22 @@ struct INSPECT_COMMAND {
 };
 
 const char* InspectDisasm(const INSPECT_OPTIONS& Options);
+const char* InspectFrames(const INSPECT_OPTIONS& Options);
 const char* InspectFunctions(const INSPECT_OPTIONS& Options);
+const char* InspectInlines(const INSPECT_OPTIONS& Options);
 const char* InspectLines(const INSPECT_OPTIONS& Options);
 const char* InspectSegments(const INSPECT_OPTIONS& Options);
+const char* InspectStack(const INSPECT_OPTIONS& Options);
 const char* InspectSymbols(const INSPECT_OPTIONS& Options);
+const char* InspectTypes(const INSPECT_OPTIONS& Options);
+const char* InspectVariables(const INSPECT_OPTIONS& Options);
+
+// Name with the classes and namespaces around it, joined by "::"; those without a name are left out.
+std::string QualifiedName(ELF_SYM_HANDLE hSym);
+// Where a value is found, in one column: an address, or ELF_GetLocationText with what that leaves out.
+std::string PlaceText(const ELF_SYM_LOC& Loc);
+// Canonical frame address: "SP + 8", "?" where it is no register and offset.
+std::string CfaText(const ELF_SYM_LOC& Cfa);
 
 // Opens the file for a sub-command, the reader's complaints going to standard error, and closes it in the end.
 class CInspectedFile {

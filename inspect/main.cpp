@@ -9,6 +9,7 @@ namespace {
 constexpr INSPECT_COMMAND aCommands[] = {
     {"disasm", "address, code in hexadecimal digits, instruction or data directive", InspectDisasm},
     {"functions", "start, end, name, declaration file, line", InspectFunctions},
+    {"inlines", "start, end, name, file and line of the call, function or instance around it", InspectInlines},
     {"lines", "address, file, line, column, flags (S statement, E end of a sequence, P end of a prologue)",
      InspectLines},
     {"segments", "load address, run-time address, bytes in the file, bytes in memory, flags", InspectSegments},
