@@ -1,0 +1,98 @@
+// Loads a program file as File.Open does and asks the program database at random. Prints one number a line:
+// name, value, unit.
+//   elf_bench load FILE      time of the load
+//   elf_bench queries FILE   nanoseconds a question, first and second time
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "program/database/elfapi.h"
+
+namespace {
+
+constexpr U32 NUM_QUESTIONS = 100'000;
+constexpr U32 SEED = 6;
+constexpr double NS_PER_MS = 1e6;
+
+using CLOCK = std::chrono::steady_clock;
+
+double NsSince(CLOCK::time_point Start) {
+  return std::chrono::duration<double, std::nano>(CLOCK::now() - Start).count();
+}
+
+// Peak or present memory of this process in KiB, by its line of the system's status file.
+long MemoryOf(const std::string& sLine) {
+  std::ifstream Status("/proc/self/status");
+  std::string sName;
+  while (Status >> sName) {
+    long Value = 0;
+    if (sName == sLine && Status >> Value) return Value;
+  }
+  return 0;
+}
+
+struct QUESTIONS {
+  std::vector<U32> aAddrs;
+  std::vector<CSrcLoc> aLocs;
+  std::vector<QString> aNames;
+};
+
+// Addresses in functions, their lines, and names of functions and variables.
+QUESTIONS MakeQuestions() {
+  std::mt19937 Random(SEED);
+  const ELF_SYM_LIST aFuncs = ELFAPI_GetFunctions();
+  const ELF_SYM_LIST aVars = ELFAPI_GetGlobalVars();
+  QUESTIONS Questions;
+  while (Questions.aAddrs.size() < NUM_QUESTIONS) {
+    const ELF_SYM_HANDLE Func = aFuncs[static_cast<qsizetype>(Random() % static_cast<U32>(aFuncs.size()))];
+    const CAddrRange Range = ELFAPI_GetAddrRange(Func);
+    if (Range.IsNone()) continue;
+    Questions.aAddrs.push_back((Range.Start + Random() % Range.Size) & ~1u);
+    Questions.aLocs.push_back(ELFAPI_GetFirstSrcLoc(Range.Start));
+    const bool bVar = !aVars.isEmpty() && Random() % 2;
+    const ELF_SYM_HANDLE Var = bVar ? aVars[static_cast<qsizetype>(Random() % static_cast<U32>(aVars.size()))] : Func;
+    Questions.aNames.push_back(ELFAPI_GetName(Var));
+  }
+  return Questions;
+}
+
+// Asks everything twice; the sum keeps the compiler from leaving questions out.
+template <typename LIST, typename ASK>
+void Measure(const char* sName, const LIST& aQuestions, ASK Ask) {
+  for (const char* sTime : {"first", "second"}) {
+    U64 Sum = 0;
+    const auto Start = CLOCK::now();
+    for (const auto& Question : aQuestions) Sum += Ask(Question);
+    std::printf("%s, %s time\t%.0f\tns\t(%llu)\n", sName, sTime, NsSince(Start) / NUM_QUESTIONS, Sum % 10);
+  }
+}
+
+void MeasureQueries() {
+  const QUESTIONS Questions = MakeQuestions();
+  Measure("function at address", Questions.aAddrs, [](U32 Addr) { return ELFAPI_GetFuncAt(Addr); });
+  Measure("line at address", Questions.aAddrs, [](U32 Addr) { return ELFAPI_GetFirstSrcLoc(Addr).Line; });
+  Measure("addresses of a line", Questions.aLocs, [](const CSrcLoc& Loc) { return ELFAPI_GetAddrsOfLoc(Loc).size(); });
+  Measure("symbol by name", Questions.aNames,
+          [](const QString& sName) { return ELFAPI_FindSymbol(sName, true, false, false, true); });
+}
+
+}  // namespace
+
+int main(int NumArguments, char** ppArguments) {
+  if (NumArguments != 3) return 2;
+  ELFAPI_SetMessageSink([](const QString& sText, U32) {
+    if (sText.startsWith(QLatin1String("Dwarf Symbol Count"))) std::printf("%s\n", qPrintable(sText));
+  });
+  const long Before = MemoryOf("VmRSS:");
+  const auto Start = CLOCK::now();
+  if (ELFAPI_Load(QString::fromLocal8Bit(ppArguments[2])) != 0) return 1;
+  std::printf("load\t%.1f\tms\n", NsSince(Start) / NS_PER_MS);
+  std::printf("memory of the loaded program\t%.1f\tMB\n", static_cast<double>(MemoryOf("VmRSS:") - Before) / 1024);
+  std::printf("peak memory\t%.1f\tMB\n", static_cast<double>(MemoryOf("VmHWM:")) / 1024);
+  if (std::strcmp(ppArguments[1], "queries") == 0) MeasureQueries();
+  return 0;
+}
