@@ -30,6 +30,7 @@ int CBreakpointList::BpListInsert(U32 Addr, BP_STATES State, BP_TYPES Type) {
   Entry.State = State;
   Entry.Type = Type;
   Entry.bUsed = true;
+  Entry.bConditional = Conditional.count(Addr) > 0;
   return Pos;
 }
 
@@ -100,6 +101,11 @@ void CBreakpointList::ResetHitCounts() {
 
 void CBreakpointList::SetConditional(U32 Addr, bool bConditional) {
   std::lock_guard Lock(Mutex);
+  if (bConditional) {
+    Conditional.insert(Addr);
+  } else {
+    Conditional.erase(Addr);
+  }
   const int Pos = Find(Addr);
   if (Pos >= 0) aSlot[Pos].bConditional = bConditional;
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <mutex>
+#include <set>
 
 #include <QList>
 
@@ -36,7 +37,8 @@ public:
   // Counts a halt at the address; no-op without an entry.
   void CountHit(U32 Addr);
   void ResetHitCounts();
-  // Whether halts at the address go through the main thread's evaluation. Called by the breakpoint window.
+  // Whether halts at the address go through the main thread's evaluation: of its entry, and of any that it gets later.
+  // Called by the breakpoint manager.
   void SetConditional(U32 Addr, bool bConditional);
 
 private:
@@ -46,4 +48,5 @@ private:
   mutable std::mutex Mutex;
   std::array<BP, MAX_BREAKPOINTS> aSlot;
   int NumUsed = 0;
+  std::set<U32> Conditional;
 };

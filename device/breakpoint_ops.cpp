@@ -47,14 +47,37 @@ int CBreakpointOps::ClearInLibrary(U32 Addr) {
 }
 
 bool CBreakpointOps::GetImplementation(U32 Addr, U32& ImpFlags) const {
-  VNODEARM_BP_INFO Info;
-  if (!Ctx.IsConnected() || !FindInLibrary(Addr, Info)) return false;
-  ImpFlags = Info.ImpFlags;
+  if (!Ctx.IsConnected()) return false;
+  std::lock_guard Lock(ImpMutex);
+  const auto It = ImpFlagsAt.find(Addr);
+  if (It == ImpFlagsAt.end()) return false;
+  ImpFlags = It->second;
   return true;
 }
 
+void CBreakpointOps::NoteImplementations() {
+  std::map<U32, U32> Found;
+  VNODEARM_BP_INFO Info = {};
+  Info.SizeOfStruct = sizeof(Info);
+  const int Count = Ctx.IsConnected() ? Ctx.Api.VNODEARM_GetBPInfoEx(-1, &Info) : 0;
+  for (int i = 0; i < Count; ++i) {
+    Info = {};
+    Info.SizeOfStruct = sizeof(Info);
+    Ctx.Api.VNODEARM_GetBPInfoEx(i, &Info);
+    if (Info.Handle != 0) Found[Info.Addr] = Info.ImpFlags;
+  }
+  std::lock_guard Lock(ImpMutex);
+  ImpFlagsAt = std::move(Found);
+}
+
 int CBreakpointOps::SetBreakpoint(U32 Addr, BP_STATES State, BP_TYPES Type) {
-  if (State == BP_STATE_CLEARED) return ClearBreakpoint(Addr);
+  const int Result = SetOne(Addr, State, Type);
+  NoteImplementations();
+  return Result;
+}
+
+int CBreakpointOps::SetOne(U32 Addr, BP_STATES State, BP_TYPES Type) {
+  if (State == BP_STATE_CLEARED) return ClearOne(Addr);
   if (State > BP_STATE_DISABLED) return -1;
   BP Entry;
   const bool bListed = Ctx.Breakpoints.GetAt(Addr, Entry);
@@ -96,11 +119,18 @@ int CBreakpointOps::SyncLibrary(U32 Addr, BP_STATES State, BP_TYPES Type, BP_TYP
 
 int CBreakpointOps::SetBreakpoints(U32 Cnt, const U32* paAddrs, BP_STATES State, BP_TYPES Type) {
   int NumSet = 0;
-  for (U32 i = 0; i < Cnt; ++i) NumSet += SetBreakpoint(paAddrs[i], State, Type) == 0;
+  for (U32 i = 0; i < Cnt; ++i) NumSet += SetOne(paAddrs[i], State, Type) == 0;
+  NoteImplementations();
   return NumSet;
 }
 
 int CBreakpointOps::ClearBreakpoint(U32 Addr) {
+  const int Result = ClearOne(Addr);
+  NoteImplementations();
+  return Result;
+}
+
+int CBreakpointOps::ClearOne(U32 Addr) {
   if (ClearInLibrary(Addr) < 0) {
     Ctx.LogErrorMsg(QStringLiteral("ClearBreakpoint: VNODE API call failed"));
     return -1;
@@ -112,7 +142,8 @@ int CBreakpointOps::ClearBreakpoint(U32 Addr) {
 
 int CBreakpointOps::ClearBreakpoints(U32 Cnt, const U32* paAddrs) {
   int NumCleared = 0;
-  for (U32 i = 0; i < Cnt; ++i) NumCleared += ClearBreakpoint(paAddrs[i]) == 0;
+  for (U32 i = 0; i < Cnt; ++i) NumCleared += ClearOne(paAddrs[i]) == 0;
+  NoteImplementations();
   return NumCleared;
 }
 
@@ -123,6 +154,7 @@ int CBreakpointOps::ClearAllBreakpoints() {
   }
   Ctx.Breakpoints.Clear();
   ForgetHiddenBreakpoint();
+  NoteImplementations();
   return 0;
 }
 
@@ -133,8 +165,9 @@ int CBreakpointOps::ClearAllBreakpoints(BP_STATES State) {
   }
   int NumCleared = 0;
   for (const BP& Entry : Ctx.Breakpoints.GetAll()) {
-    if (Entry.State == State) NumCleared += ClearBreakpoint(Entry.Addr) == 0;
+    if (Entry.State == State) NumCleared += ClearOne(Entry.Addr) == 0;
   }
+  if (NumCleared > 0) NoteImplementations();
   return NumCleared;
 }
 
@@ -145,8 +178,9 @@ int CBreakpointOps::ResetBreakpoints() {
 
 void CBreakpointOps::Reapply() {
   for (const BP& Entry : Ctx.Breakpoints.GetAll()) {
-    SetBreakpoint(Entry.Addr, static_cast<BP_STATES>(Entry.State), static_cast<BP_TYPES>(Entry.Type));
+    SetOne(Entry.Addr, static_cast<BP_STATES>(Entry.State), static_cast<BP_TYPES>(Entry.Type));
   }
+  NoteImplementations();
 }
 
 bool CBreakpointOps::GetBreakpoint(U32 Addr, BP& Entry) const {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <map>
+#include <mutex>
+
 #include "device/device_context.h"
 
 // Type flags of VNODEARM_SetBPEx for a permitted implementation and an instruction set (VNODE_BP_ARM, VNODE_BP_THUMB).
@@ -40,7 +43,8 @@ public:
   // Forgets it without touching the library.
   void ForgetHiddenBreakpoint();
 
-  // Reads what implementation the library chose for an address; false when it has no breakpoint there. Any thread.
+  // What implementation the library had chosen for an address after the last change; false when it has no breakpoint
+  // there. Any thread: the library isn't asked.
   bool GetImplementation(U32 Addr, U32& ImpFlags) const;
 
 private:
@@ -49,6 +53,12 @@ private:
   int ClearInLibrary(U32 Addr);
   int SyncLibrary(U32 Addr, BP_STATES State, BP_TYPES Type, BP_TYPES OldType);
   int FailHidden(U32 Addr);
+  int SetOne(U32 Addr, BP_STATES State, BP_TYPES Type);
+  int ClearOne(U32 Addr);
+  // A breakpoint that is set or cleared may change what others have.
+  void NoteImplementations();
 
   CDeviceContext& Ctx;
+  mutable std::mutex ImpMutex;
+  std::map<U32, U32> ImpFlagsAt;
 };

@@ -67,6 +67,8 @@ public:
   int ScheduleClearBreakpoints(U32 Cnt, const U32* paAddr);
   int ScheduleClearAllBreakpoints();
   int ScheduleResetBreakpoints();
+  // What the main thread keeps of a breakpoint has changed: listeners hear OnDeviceBPStateChanged in its turn.
+  int ScheduleEditBreakpoint();
   int ScheduleSetWatchpoints(U32 Cnt, const WP* paWPs);
   int ScheduleClearWatchpoints(U32 Cnt, const WP* paWPs);
   int ScheduleClearAllWatchpoints();

@@ -21,7 +21,7 @@ constexpr JOB_TYPE_INFO JOB_TYPE_TABLE[] = {
     {"JT_STEP", JQ_READ, 5000, false},                        // selector
     {"JT_RUN_TO", JQ_CONTROL, 5000, false},                   // P0 address
     {"JT_EXEC_VNODE_CMD", JQ_CONTROL, 60000, true},           // D0 command, D1 reply of 512 bytes; R return value
-    {"JT_EDIT_BP", JQ_CONTROL, 5000, false},                  // no handler
+    {"JT_EDIT_BP", JQ_CONTROL, 5000, false},                  // tells the listeners, see ScheduleEditBreakpoint
     {"JT_SET_BP", JQ_CONTROL, 5000, false},                   // P0 address, P1 BP_STATES, P2 BP_TYPES
     {"JT_SET_BPS", JQ_CONTROL, 5000, true},                   // P0 count, P1 state, P2 type, D0 addresses; R number set
     {"JT_CLEAR_BP", JQ_CONTROL, 5000, false},                 // P0 address

@@ -160,6 +160,10 @@ int CDevice::ScheduleClearAllBreakpoints() {
   return ScheduleSimple(JT_CLEAR_ALL_BPS);
 }
 
+int CDevice::ScheduleEditBreakpoint() {
+  return ScheduleSimple(JT_EDIT_BP);
+}
+
 int CDevice::ScheduleResetBreakpoints() {
   return ScheduleSimple(JT_RESET_BPS);
 }

@@ -101,6 +101,7 @@ void CJobDispatch::AddRunHandlers() {
 }
 
 void CJobDispatch::AddBreakpointHandlers() {
+  SetHandler(JT_EDIT_BP, [](DEVICE_JOB&) { return 0; });
   SetHandler(JT_SET_BP, [this](DEVICE_JOB& Job) {
     return Ops.Breakpoints.SetBreakpoint(P(Job, 0), static_cast<BP_STATES>(P(Job, 1)),
                                          static_cast<BP_TYPES>(P(Job, 2)));

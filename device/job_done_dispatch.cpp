@@ -335,7 +335,7 @@ void CallFollowUps(L& Listener, const DEVICE_JOB& Job) {
   const U32 PC = static_cast<U32>(Job.Result);
   if (Job.Type == JT_RESET && bDone) Listener.OnDeviceHaltDone(PC, HR_GENERAL);
   if (IsStepJob(Job.Type)) Listener.OnDeviceStepped(PC);
-  if (Job.Type >= JT_SET_BP && Job.Type <= JT_CLEAR_ALL_BPS) Listener.OnDeviceBPStateChanged();
+  if (Job.Type >= JT_EDIT_BP && Job.Type <= JT_CLEAR_ALL_BPS) Listener.OnDeviceBPStateChanged();
   if (Job.Type >= JT_SET_WPS && Job.Type <= JT_CLEAR_ALL_WPS) Listener.OnDeviceWPStateChanged();
   if (Job.Type == JT_WRITE_REG && bDone && IsPC(P(Job, 0))) {
     Listener.OnDeviceHaltDone(P(Job, 1), HR_STATE_CHANGED);
