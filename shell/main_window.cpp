@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include "core/vcore.h"
+#include "device/breakpoints/breakpoint_manager.h"
 #include "device/device.h"
 #include "device/device_context.h"
 #include "device/device_event_worker.h"
@@ -21,6 +22,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
+#include "shell/breakpoint_binding.h"
 #include "shell/commands.h"
 #include "shell/directories.h"
 #include "shell/log/log.h"
@@ -194,6 +196,7 @@ void CMainWindow::ConnectWindows() {
   connect(m_pSource, &CWindow::ContentChanged, this, &CMainWindow::UpdateActions, Qt::QueuedConnection);
   connect(m_pLoader.get(), &CProgramLoader::AboutToChange, this, [this] { m_pSource->ClearPC(); });
   connect(m_pLoader.get(), &CProgramLoader::DataFileOpened, this, &CMainWindow::OnDataFileOpened);
+  BindBreakpoints(*this, *m_pLoader);
 }
 
 // Of the window with the focus; while none has it, of whichever has something new.
@@ -244,7 +247,7 @@ void CMainWindow::UpdateActions() {
   State.ProjectModified = CProject::Get().IsModified();
   State.DocumentOpen = !m_pSource->IsEmpty();
   State.sActiveDocument = QFileInfo(m_pSource->ActiveFile()).fileName();
-  State.HasBreakpoint = Device.Context().Breakpoints.Count() > 0;
+  State.HasBreakpoint = !CBreakpointManager::Get().IsEmpty();
   State.PCHasSource = State.Connected && ELFAPI_HasSrcLoc(static_cast<U32>(Device.GetPC()));
   ::UpdateActions(State);
   SetWindowTitle(m_pProjects->MakeTitle());

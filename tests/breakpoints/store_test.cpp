@@ -1,0 +1,73 @@
+// Breakpoints in the user file.
+
+#include <gtest/gtest.h>
+
+#include "device/breakpoints/breakpoint_store.h"
+
+namespace {
+
+BP_SETTING Setting(U32 State, U32 Type, const QString& sText = {}, U32 SkipCount = 0) {
+  BP_SETTING Setting{State, Type, {}};
+  Setting.Props = {sText, sText, !sText.isEmpty(), SkipCount, sText, sText, {}};
+  return Setting;
+}
+
+TEST(Store, ComesBackAsItWas) {
+  const QString sHard = QString::fromUtf8("a == \"x,y\" // #% =\t\n[\\] ü€");
+  QList<STORED_BREAKPOINT> Stored = {
+      {QStringLiteral("src/main.c"), 12, QStringLiteral("x = y;"), 0, {Setting(BP_STATE_ENABLED, BP_TYPE_ANY)}},
+      {sHard, 1, sHard, 0, {Setting(BP_STATE_DISABLED, BP_TYPE_SOFT, sHard, 0xFFFFFFFF)}},
+      {{}, 0, {}, 0x2000FFFE, {Setting(BP_STATE_ENABLED, BP_TYPE_HARD, QStringLiteral("n > 3"), 2)}},
+      {QStringLiteral("C:\\a b\\x.cpp"),
+       7,
+       {},
+       0,
+       {Setting(BP_STATE_ENABLED, BP_TYPE_ANY), Setting(BP_STATE_DISABLED, BP_TYPE_ANY, QStringLiteral("i"))}},
+  };
+  const QString sText = MakeBreakpointText(Stored);
+  // among the lines of windows, with the line ends of the file
+  const QString sFile =
+      QStringLiteral("OpenWindow=\"Source\", x=1\n%1TableHeader=\"Breakpoints\"\n").arg(sText).replace('\n', "\r\n");
+  const QList<STORED_BREAKPOINT> Read = ParseBreakpointText(sFile);
+  ASSERT_EQ(Read.size(), Stored.size()) << sText.toStdString();
+  for (qsizetype i = 0; i < Stored.size(); ++i) {
+    EXPECT_EQ(Read[i].sPath, Stored[i].sPath);
+    EXPECT_EQ(Read[i].Line, Stored[i].Line);
+    EXPECT_EQ(Read[i].sLineText, Stored[i].sLineText);
+    EXPECT_EQ(Read[i].Addr, Stored[i].Addr);
+    ASSERT_EQ(Read[i].Settings.size(), Stored[i].Settings.size());
+    for (qsizetype j = 0; j < Stored[i].Settings.size(); ++j)
+      EXPECT_TRUE(Read[i].Settings[j].IsSame(Stored[i].Settings[j])) << sText.toStdString();
+  }
+}
+
+TEST(Store, PassesOverWhatIsNoBreakpoint) {
+  // line, whether it is one, and then its state, type and skip count
+  const std::tuple<const char*, bool, U32, U32, U32> aCases[] = {
+      {"", false, 0, 0, 0},
+      {"Breakpoint", false, 0, 0, 0},
+      {"Breakpoint=\"main.c\"", false, 0, 0, 0},
+      {"Breakpoint=\"\", Line=3", false, 0, 0, 0},
+      {"Breakpoint=\"main.c\", Line=0", false, 0, 0, 0},
+      {"Breakpoint=\"main.c\", Line=-1", false, 0, 0, 0},
+      {"Breakpoint=\"main.c\", Line=99999999999", false, 0, 0, 0},
+      {"Breakpoint=main.c, Line=3", true, BP_STATE_ENABLED, BP_TYPE_ANY, 0},
+      {"Breakpoint=\"main.c\", Line=3, State=3, Type=2, SkipCount=5", true, BP_STATE_DISABLED, BP_TYPE_SOFT, 5},
+      {"Breakpoint=\"main.c\", Line=3, State=2, Type=9, SkipCount=x", true, BP_STATE_ENABLED, BP_TYPE_ANY, 0},
+      {"AddressBreakpoint=0x100, State=3", true, BP_STATE_DISABLED, BP_TYPE_ANY, 0},
+      {"AddressBreakpoint=0x1FFFFFFFF", false, 0, 0, 0},
+      {"DerivedBreakpoint=1, State=3", false, 0, 0, 0},
+  };
+  for (const auto& [sLine, bIsOne, State, Type, SkipCount] : aCases) {
+    const QList<STORED_BREAKPOINT> Read = ParseBreakpointText(QLatin1String(sLine));
+    ASSERT_EQ(Read.size(), bIsOne ? 1 : 0) << sLine;
+    if (!bIsOne) continue;
+    EXPECT_EQ(Read[0].Settings[0].State, State) << sLine;
+    EXPECT_EQ(Read[0].Settings[0].Type, Type) << sLine;
+    EXPECT_EQ(Read[0].Settings[0].Props.SkipCount, SkipCount) << sLine;
+  }
+  const QString sMany = QStringLiteral("Breakpoint=\"m.c\", Line=3\n").repeated(300);
+  EXPECT_LE(ParseBreakpointText(sMany).size(), 256) << "no more than the device's list holds";
+}
+
+}  // namespace
