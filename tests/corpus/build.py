@@ -5,4 +5,4 @@ Needs gcc-arm-none-eabi and clang-14."""
 import programs
 
 for program in programs.COMMITTED:
-    programs.build(program, programs.SOURCES / "data" / f"{program.name}.elf")
+    programs.build(program, programs.FOLDER / "data" / f"{program.name}.elf")

@@ -1,4 +1,4 @@
-"""The programs of the corpus: how each is compiled and linked from the sources beside this file."""
+"""The programs of the corpus: how each is compiled and linked from the sources in src."""
 
 import dataclasses
 import itertools
@@ -7,7 +7,8 @@ import re
 import subprocess
 import tempfile
 
-SOURCES = pathlib.Path(__file__).resolve().parent
+FOLDER = pathlib.Path(__file__).resolve().parent
+SOURCES = FOLDER / "src"
 PREFIX_MAP = f"-ffile-prefix-map={SOURCES}=/corpus"  # no path of this machine in the files
 UNITS = ["start.S", "records.c", "model.cpp"]
 
@@ -108,9 +109,10 @@ def _compile(program, source, out):
         # The compiler's own assembler text, with its frames in the other section.
         text = subprocess.run([*command, "-fasynchronous-unwind-tables", "-S", source, "-o", "-"], check=True,
                               capture_output=True, text=True).stdout
-        assembler = out.with_suffix(".s")
-        assembler.write_text(re.sub(r"\.cfi_sections\s+\.debug_frame", ".cfi_sections .eh_frame", text))
-        command, source = [*driver, *machine], assembler
+        text = re.sub(r"\.cfi_sections\s+\.debug_frame", ".cfi_sections .eh_frame", text)
+        subprocess.run([*driver, *machine, "-x", "assembler", "-c", "-", "-o", out], input=text, check=True, text=True,
+                       cwd=SOURCES)
+        return
     subprocess.run([*command, "-c", source, "-o", out], check=True, cwd=SOURCES)
 
 
