@@ -1,5 +1,6 @@
 // The part of a load that builds the tables of symbols and functions.
 
+#include <QSet>
 #include <algorithm>
 
 #include "base/msg_flags.h"
