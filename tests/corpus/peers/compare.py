@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds what vexor-inspect and the program database say of program files against readelf, llvm-dwarfdump and gdb.
 
-  compare.py FOLDER FILE...     FOLDER holds vexor-inspect and program_facts
+  compare.py FOLDER [--only GROUP,...] FILE...     FOLDER holds vexor-inspect and program_facts
 
 Prints a table: facts that were compared by kind, and differences. A difference that is known, because the tools read
 the same bytes in another way, is counted apart under its reason; every other one is shown and fails. Ends with 77 where
@@ -19,6 +19,7 @@ import reasons
 
 SKIPPED = 77
 MAX_SHOWN = 6  # differences of one kind in one file
+INSPECT = "vexor-inspect"
 TOOLS = ["readelf", dwarfdump.TOOL, gdb_peer.TOOL]
 
 
@@ -51,22 +52,35 @@ class Table:
             print(f"known: {kind}: {count}: {reason}")
 
 
-def compare(table, folder, path):
-    inspect = folder / "vexor-inspect"
-    info = dwarfdump.DebugInfo(path)
-    context = reasons.Context(inspect, path, info)
+def _pairs_of_types(inspect, path, info):
     members, enumerators = facts.own_types(inspect, path)
-    peer_members, peer_enumerators = facts.peer_types(info)
-    for kind, own, peer in [
-            ("functions", facts.own_functions(inspect, path), facts.peer_functions(info)),
-            ("inlined instances", facts.own_inlines(inspect, path), facts.peer_inlines(info)),
-            ("global variables", facts.own_globals(inspect, path), facts.peer_globals(info)),
-            ("members", members, peer_members),
-            ("enumerators", enumerators, peer_enumerators),
-            ("places of locals", facts.own_places(inspect, path), facts.peer_places(info)),
-            ("frame rows", facts.own_frames(inspect, path), facts.readelf_frames(path)),
-            *gdb_peer.pairs(inspect, path, gdb_peer.database_facts(folder / "program_facts", path))]:
-        table.add(context, kind, own, peer)
+    peer_members, peer_enumerators = facts.peer_types(info, facts.is_big_endian(path))
+    return [("members", members, peer_members), ("enumerators", enumerators, peer_enumerators)]
+
+
+# Group: (kind, own facts, the peer's facts) of a file.
+GROUPS = {
+    "functions": lambda folder, path, info: [
+        ("functions", facts.own_functions(folder / INSPECT, path), facts.peer_functions(info)),
+        ("inlined instances", facts.own_inlines(folder / INSPECT, path), facts.peer_inlines(info))],
+    "globals": lambda folder, path, info: [
+        ("global variables", facts.own_globals(folder / INSPECT, path), facts.peer_globals(info))],
+    "types": lambda folder, path, info: _pairs_of_types(folder / INSPECT, path, info),
+    "places": lambda folder, path, info: [
+        ("places of locals", facts.own_places(folder / INSPECT, path), facts.peer_places(info))],
+    "frames": lambda folder, path, info: [
+        ("frame rows", facts.own_frames(folder / INSPECT, path), facts.readelf_frames(path))],
+    "lines": lambda folder, path, info: gdb_peer.pairs_of_lines(folder, path),
+    "data": lambda folder, path, info: gdb_peer.pairs_of_data(folder, path),
+}
+
+
+def compare(table, folder, path, groups=tuple(GROUPS)):
+    info = dwarfdump.DebugInfo(path)
+    context = reasons.Context(folder / INSPECT, path, info)
+    for group in groups:
+        for kind, own, peer in GROUPS[group](folder, path, info):
+            table.add(context, kind, own, peer)
 
 
 def main():
@@ -74,9 +88,13 @@ def main():
     if missing:
         print("skipped: not installed:", *missing)
         return SKIPPED
+    folder, *paths = sys.argv[1:]
+    groups = tuple(GROUPS)
+    if paths[0] == "--only":
+        groups, paths = paths[1].split(","), paths[2:]
     table = Table()
-    for path in sys.argv[2:]:
-        compare(table, pathlib.Path(sys.argv[1]), pathlib.Path(path))
+    for path in paths:
+        compare(table, pathlib.Path(folder), pathlib.Path(path), groups)
     table.print()
     return 1 if sum(table.unknown.values()) or not table.facts else 0
 

@@ -6,6 +6,9 @@ import subprocess
 TOOL = "llvm-dwarfdump-14"
 TIME_LIMIT_S = 120
 
+ADDRESS_HEADER_SIZE = 8  # of a list of addresses in the 32-bit format
+LENGTH_FIELD_SIZE = 4
+
 _ENTRY = re.compile(r"^0x([0-9a-f]{8,16}):( +)(DW_TAG_\w+|NULL)")
 _ATTRIBUTE = re.compile(r"^ +(DW_AT_\w+)\t\((.*)$", re.DOTALL)
 _RANGE = re.compile(r"\[0x([0-9a-f]+), 0x([0-9a-f]+)\)")
@@ -45,6 +48,24 @@ class DebugInfo:
                                 errors="replace", timeout=TIME_LIMIT_S, check=True)
         self.roots, self._by_offset, self._signatures = [], {}, {}
         self._read(result.stdout.splitlines())
+        self._addresses = self._read_addresses(path)
+
+    @staticmethod
+    def _read_addresses(path):
+        """Lists of .debug_addr by the offset of their first address."""
+        text = subprocess.run([TOOL, "--debug-addr", path], capture_output=True, text=True, errors="replace",
+                              timeout=TIME_LIMIT_S, check=True).stdout
+        lists, offset = {}, 0
+        for header, body in re.findall(r"header: length = (0x[0-9a-f]+).*\nAddrs: \[\n([^\]]*)\]", text):
+            lists[offset + ADDRESS_HEADER_SIZE] = [int(line, 16) for line in body.split()]
+            offset += int(header, 16) + LENGTH_FIELD_SIZE
+        return lists
+
+    def _with_addresses(self, entry, expression):
+        """An expression with the addresses that it names by their index."""
+        base = self._root(entry).number("DW_AT_addr_base")
+        return re.sub(r"DW_OP_addrx (0x[0-9a-f]+)", lambda match: f"DW_OP_addr {self._addresses[base][int(match[1], 16)]:#x}",
+                      expression)
 
     def _read(self, lines):
         types, way, entry, attribute = False, [], None, None
@@ -81,6 +102,15 @@ class DebugInfo:
 
     def all(self):
         return self._by_offset.values()
+
+    def in_type_units(self):
+        return [entry for entry in self.all() if self._root(entry).is_tag("type_unit")]
+
+    @staticmethod
+    def _root(entry):
+        while entry.parent:
+            entry = entry.parent
+        return entry
 
     def target(self, entry, name):
         """The entry that an attribute refers to; None where it names none. A type unit is named by its signature."""
@@ -154,7 +184,7 @@ class DebugInfo:
     def places(self, entry):
         """[(low, high, expression)] of a location; low and high are None for one that holds everywhere."""
         holder = self.holder(entry, "DW_AT_location")
-        text = holder.attributes["DW_AT_location"] if holder else ""
+        text = self._with_addresses(entry, holder.attributes["DW_AT_location"]) if holder else ""
         if text.startswith("DW_OP") or not text:
             return [(None, None, text)] if text else []
         found = re.findall(r"\[0x([0-9a-f]+), 0x([0-9a-f]+)\): ([^\n]*)", text)

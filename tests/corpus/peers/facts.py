@@ -17,6 +17,11 @@ def rows(inspect, what, path, *options):
     return [line.split("\t") for line in result.stdout.splitlines()]
 
 
+def is_big_endian(path):
+    with open(path, "rb") as file:
+        return file.read(6)[5] == 2  # EI_DATA
+
+
 def _address(text):
     return int(text, 16) if text.startswith("0x") else text
 
@@ -109,32 +114,36 @@ def peer_globals(info):
     return found
 
 
-# ---- Members: (qualified name, offset, size, first bit, bits); enumerators: (qualified name, value)
+# ---- Members: (kind, qualified name, first bit, bits, size); enumerators: (qualified name, value). Bits count from the
+# beginning of the record, in big endian the most significant bit of a byte first.
 
 def own_types(inspect, path):
+    big_endian = is_big_endian(path)
     members, enumerators = set(), set()
     for row in rows(inspect, "types", path):
         if row[0] == "enumerator":
             enumerators.add((row[1], int(row[4])))
         elif row[0] in ("member", "base"):
-            bits = (int(row[5]), int(row[6])) if len(row) > 5 else (0, 0)
-            members.add((row[0], row[1], int(row[4]), int(row[2]), *bits))
+            size, offset = int(row[2]), int(row[4])
+            first, bits = (int(row[5]), int(row[6])) if len(row) > 5 else (0, 0)
+            if bits and big_endian:
+                first = 8 * size - first - bits  # of its storage unit, from the least significant bit
+            members.add((row[0], row[1], 8 * offset + first, bits, size))
     return members, enumerators
 
 
-def _bits(info, entry, big_endian):
-    """First bit and number of bits. The old attribute counts from the most significant bit of a storage unit; the new
-    one from the beginning of the record."""
-    width = entry.number("DW_AT_bit_size") or 0
+def _first_bit(info, entry, big_endian):
+    """The old attribute counts from the most significant bit of a storage unit, the new one as we do."""
     if entry.has("DW_AT_data_bit_offset"):
-        return entry.number("DW_AT_data_bit_offset"), width
+        return entry.number("DW_AT_data_bit_offset")
     if not entry.has("DW_AT_bit_offset"):
-        return 0, width
+        return 0
     storage = 8 * (entry.number("DW_AT_byte_size") or _size(info, entry))
-    return storage - width - entry.number("DW_AT_bit_offset"), width
+    from_top = entry.number("DW_AT_bit_offset")
+    return from_top if big_endian else storage - from_top - entry.number("DW_AT_bit_size")
 
 
-def _members(info, record, owner, base, found):
+def _members(info, record, owner, base, big_endian, found):
     for entry in record.children:
         if entry.has("DW_AT_artificial") or not entry.is_tag("member", "inheritance"):
             continue
@@ -145,14 +154,15 @@ def _members(info, record, owner, base, found):
             continue  # belongs to the class, not to the object
         offset = base + (entry.number("DW_AT_data_member_location") or 0)
         kind = "base" if entry.is_tag("inheritance") else "member"
-        found.add((kind, owner + name, offset, _size(info, entry), *_bits(info, entry, False)))
+        bits = entry.number("DW_AT_bit_size") or 0
+        found.add((kind, owner + name, 8 * offset + _first_bit(info, entry, big_endian), bits, _size(info, entry)))
         inner = info.stripped(info.type_of(entry))
         if inner and kind == "member" and inner.is_tag("structure_type", "union_type", "class_type"):
             if not info.name(inner):
-                _members(info, inner, owner + name + "." if name else owner, offset, found)
+                _members(info, inner, owner + name + "." if name else owner, offset, big_endian, found)
 
 
-def peer_types(info):
+def peer_types(info, big_endian):
     members, enumerators = set(), set()
     for entry in info.all():
         target = info.stripped(entry) if entry.is_tag("typedef") else entry
@@ -164,7 +174,7 @@ def peer_types(info):
             continue
         owner = info.qualified(entry) + "::"
         if target.is_tag("structure_type", "class_type", "union_type"):
-            _members(info, target, owner, 0, members)
+            _members(info, target, owner, 0, big_endian, members)
         elif target.is_tag("enumeration_type"):
             enumerators |= {(owner + info.name(child), child.number("DW_AT_const_value")) for child in target.children
                             if child.is_tag("enumerator")}

@@ -1,6 +1,6 @@
 """Runs inside gdb, and prints what it knows of its program: one fact a row, columns separated by tabs.
 
-  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]" -x gdb_facts.py FILE"""
+  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; TYPE_NAMES = ['node']" -x gdb_facts.py FILE"""
 
 import gdb
 
@@ -29,10 +29,7 @@ def symtabs():
             symtab = gdb.find_pc_line(address).symtab
             if symtab:
                 seen[symtab.objfile.filename, symtab.filename] = symtab
-            block = gdb.block_for_pc(address)
-            if block:
-                seen.setdefault(("block", str(block.static_block.start)), None)
-    return [symtab for symtab in seen.values() if symtab]
+    return list(seen.values())
 
 
 def addresses_of_lines(symtab):
@@ -41,6 +38,8 @@ def addresses_of_lines(symtab):
 
 
 def variables(block):
+    if not block.is_global and not block.is_static:
+        return
     for symbol in block:
         if not symbol.is_variable or not symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
             continue
@@ -54,26 +53,47 @@ def record(name, record_type, offset):
             continue
         start = offset + field.bitpos
         bits = field.bitsize
-        row("base" if field.is_base_class else "member", name + (field.name or ""), start, bits,
-            field.type.sizeof if field.type else 0)
+        own_name = (field.name or "").split("::")[-1] if field.is_base_class else field.name or ""
+        row("base" if field.is_base_class else "member", name + own_name, start, bits, field.type.sizeof)
         inner = field.type.strip_typedefs()
         if inner.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION) and not inner.name and not field.is_base_class:
             record(name + field.name + "." if field.name else name, inner, start)
 
 
+def print_type(name, named):
+    target = named.strip_typedefs()
+    if target.name and target.name != name and named.code == gdb.TYPE_CODE_TYPEDEF:
+        return
+    if target.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION):
+        record(name + "::", target, 0)
+    elif target.code == gdb.TYPE_CODE_ENUM:
+        for field in target.fields():
+            row("enumerator", name, field.name.split("::")[-1], field.enumval)
+
+
 def types(block, seen):
     for symbol in block:
-        if symbol.addr_class != gdb.SYMBOL_LOC_TYPEDEF or symbol.name in seen:
-            continue
-        seen.add(symbol.name)
-        target = symbol.type.strip_typedefs()
-        if target.name and target.name != symbol.name and symbol.type.code == gdb.TYPE_CODE_TYPEDEF:
-            continue
-        if target.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION):
-            record(symbol.name + "::", target, 0)
-        elif target.code == gdb.TYPE_CODE_ENUM:
-            for field in target.fields():
-                row("enumerator", symbol.name, field.name.split("::")[-1], field.enumval)
+        if symbol.addr_class == gdb.SYMBOL_LOC_TYPEDEF and symbol.name not in seen:
+            seen.add(symbol.name)
+            print_type(symbol.name, symbol.type)
+
+
+def types_by_name(seen):
+    """Types of type units stand in no block of the code."""
+    for name in TYPE_NAMES:
+        found = lookup(name)
+        if found and name not in seen:
+            seen.add(name)
+            print_type(name, found)
+
+
+def lookup(name):
+    for keyword in ("", "struct ", "union ", "enum "):
+        try:
+            return gdb.lookup_type(keyword + name)
+        except gdb.error:
+            pass
+    return None
 
 
 def main():
@@ -84,12 +104,13 @@ def main():
     for low, high in CODE_RANGES:
         for address in range(low, high, STEP):
             block = gdb.block_for_pc(address)
-            if block:
-                for outer in (block.static_block, block.global_block):
-                    blocks[str(outer.start), str(outer.end), outer.is_global] = outer
+            while block:
+                blocks[block.start, block.end, block.is_global, block.is_static, str(block.function)] = block
+                block = block.superblock
     for block in blocks.values():
         variables(block)
         types(block, seen)
+    types_by_name(seen)
 
 
 main()

@@ -10,11 +10,6 @@ TOOL = "gdb-multiarch"
 SCRIPT = pathlib.Path(__file__).with_name("gdb_facts.py")
 
 
-def database_facts(program, path):
-    result = subprocess.run([program, path], capture_output=True, text=True, timeout=facts.TIME_LIMIT_S, check=True)
-    return _by_kind(result.stdout)
-
-
 def _by_kind(text):
     found = collections.defaultdict(list)
     for line in text.splitlines():
@@ -23,9 +18,9 @@ def _by_kind(text):
     return found
 
 
-def _gdb_facts(path, ranges):
-    result = subprocess.run([TOOL, "-nx", "-batch", "-ex", f"python CODE_RANGES = {ranges}", "-x", SCRIPT, path],
-                            capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
+def _gdb_facts(path, ranges, names):
+    setting = f"python CODE_RANGES = {ranges}; TYPE_NAMES = {names}"
+    result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
     return _by_kind(result.stdout)
 
 
@@ -43,11 +38,20 @@ def _bare(name):
     return kept.split(" const")[0].split("::")[-1].strip()
 
 
-def pairs(inspect, path, database):
-    """(kind, own facts, gdb's facts)"""
-    ranges = sorted({(low, high) for _, low, high in facts.own_functions(inspect, path) if low})
-    peer = _gdb_facts(path, ranges)
-    own_at = {int(address, 16): (_file(file), int(line), inner, outer) for address, file, line, inner, outer in database["at"]}
+def _own(folder):
+    return folder / "vexor-inspect"
+
+
+def _code_ranges(folder, path):
+    return sorted({(low, high) for _, low, high in facts.own_functions(_own(folder), path) if low})
+
+
+def pairs_of_lines(folder, path):
+    """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
+    result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
+                            timeout=facts.TIME_LIMIT_S, check=True)
+    own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path), [])
+    own_at = {int(address, 16): (_file(file), int(line), inner) for address, file, line, inner, _ in own["at"]}
     peer_at = {int(address, 16): (_file(file), int(line), name) for address, file, line, name in peer["at"]}
     both = own_at.keys() & peer_at.keys()
     yield ("line at address", {(address, *own_at[address][:2]) for address in both},
@@ -55,13 +59,19 @@ def pairs(inspect, path, database):
     yield ("function at address", {(address, _bare(own_at[address][2])) for address in both},
            {(address, _bare(peer_at[address][2])) for address in both})
     yield ("addresses of a line",
-           {(_file(file), int(line), int(address, 16)) for file, line, address in database["line"]},
+           {(_file(file), int(line), int(address, 16)) for file, line, address in own["line"]},
            {(_file(file), int(line), int(address, 16)) for file, line, address in peer["line"] if int(line)})
+
+
+def pairs_of_data(folder, path):
+    """The same of variables and types."""
+    members, enumerators = facts.own_types(_own(folder), path)
+    names = sorted({name.rsplit("::", 1)[0] for name in [row[1] for row in members] + [row[0] for row in enumerators]})
+    peer = _gdb_facts(path, _code_ranges(folder, path), names)
     yield ("global variables (gdb)",
-           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(inspect, path)},
+           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(_own(folder), path)},
            {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]})
-    members, enumerators = facts.own_types(inspect, path)
-    yield ("members (gdb)", {_bits_of(member) for member in members},
+    yield ("members (gdb)", {(kind, _tail(name), *bits) for kind, name, *bits in members},
            {(kind, _tail(name), int(start), int(bits), int(size))
             for kind in ("member", "base") for name, start, bits, size in peer[kind]})
     yield ("enumerators (gdb)", {(_tail(name), value) for name, value in enumerators},
@@ -69,10 +79,5 @@ def pairs(inspect, path, database):
 
 
 def _tail(name):
-    """Type and member."""
-    return "::".join(name.split("::")[-2:])
-
-
-def _bits_of(member):
-    kind, name, offset, size, first, bits = member
-    return kind, _tail(name), offset * 8 + first, bits, size
+    """Type and member, the arguments of templates as gdb spells them."""
+    return "::".join(name.replace("long int", "long").replace("short int", "short").split("::")[-2:])

@@ -39,12 +39,27 @@ def _one(operation):
     return "-"
 
 
+def _folded(operations):
+    """An offset that is added to a place belongs to it."""
+    while len(operations) > 1:
+        match = re.match(r"DW_OP_plus_uconst 0x([0-9a-f]+)$", operations[1])
+        base = re.match(r"(DW_OP_(?:addr |fbreg |breg\d+ \w+))([+-]?(?:0x[0-9a-f]+|\d+))$", operations[0])
+        if not match or not base:
+            break
+        total = int(base[2], 0) + int(match[1], 16)
+        operations[:2] = [base[1] + (f"{total:#x}" if base[1] == "DW_OP_addr " else f"{total:+d}")]
+    return operations
+
+
 def expected(expression):
+    """A value has no place: it is the text of the place without brackets. What more than one operation computes the
+    reader does not follow."""
     operations = [part.strip() for part in re.split(r", (?=DW_OP)", expression)]
     value = operations[-1] == "DW_OP_stack_value"
-    if value:
-        operations.pop()
+    operations = _folded(operations[:-1] if value else operations)
     if len(operations) != 1:
         return "-"
     place = _one(operations[0])
-    return "value " + place if value and place != "-" else place
+    if not value or place == "-" or place.startswith(("const", "on entry")):
+        return place
+    return "value " + place.strip("[]")

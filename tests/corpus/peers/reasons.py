@@ -64,6 +64,16 @@ def _inlined_without_call(context, side, row, own, peer):
                if entry.is_tag("inlined_subroutine") for low, high in context.info.ranges(entry))
 
 
+def _without_bound(context, side, row, own, peer):
+    return row[1] == "tail::values"
+
+
+def _nested_in_type_unit(context, side, row, own, peer):
+    owner = row[1].split("::")[0]
+    return side == "here" and any(entry.text("DW_AT_name") == owner and entry.parent and entry.parent.parent
+                                  for entry in context.info.in_type_units())
+
+
 _KNOWN = [
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb the last"),
@@ -77,4 +87,6 @@ _KNOWN = [
      "assemblers write the Thumb bit into the start of a function: gdb begins it one byte later"),
     ("function at address", _inlined_without_call,
      "gdb shows an inlined instance only where its call is described, which needs version 3"),
+    ("members (gdb)", _without_bound, "an array without bound counts as one element here, as none in gdb"),
+    ("members (gdb)", _nested_in_type_unit, "gdb finds no type that stands inside another one of a type unit"),
 ]
