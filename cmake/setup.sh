@@ -5,9 +5,9 @@ VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-de
   breeze-icon-theme fonts-dejavu-core)
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
-  qemu-system-arm gdb-multiarch python3 srecord)
+  qemu-system-arm gdb-multiarch python3 srecord llvm-14)
 VEXOR_BENCH_PACKAGES=(libbenchmark-dev xdotool highlight source-highlight
-  llvm-14-dev gcc-arm-none-eabi libnewlib-arm-none-eabi)
+  llvm-14-dev clang-14 gcc-arm-none-eabi libnewlib-arm-none-eabi)
 
 say() { printf '%s\n' "$*" >&2; }
 
