@@ -20,16 +20,20 @@ CBreakpointManager& Breakpoints() {
   return CBreakpointManager::Get();
 }
 
-// How a place is set; a line without code stands for the next one that has.
-bool FindSetting(const BREAKPOINT_LOCATION& Location, BP_SETTING& Setting) {
-  if (Location.IsSource()) {
-    return Breakpoints().GetOnSrc(Location.Loc, Setting) || Breakpoints().GetOnSrc(LineWithCode(Location.Loc), Setting);
+// How a place is set; a line without code becomes the one that stands in for it.
+bool FindSetting(BREAKPOINT_LOCATION* pLocation, BP_SETTING& Setting) {
+  if (pLocation->IsSource()) {
+    if (Breakpoints().GetOnSrc(pLocation->Loc, Setting)) return true;
+    const CSrcLoc Instead = LineWithCode(pLocation->Loc);
+    if (!Breakpoints().GetOnSrc(Instead, Setting)) return false;
+    pLocation->Loc = Instead;
+    return true;
   }
   BP Entry;
-  if (!Breakpoints().GetAt(Location.Addr, Entry)) return false;
+  if (!Breakpoints().GetAt(pLocation->Addr, Entry)) return false;
   Setting.State = Entry.State;
   Setting.Type = Entry.Type;
-  return Breakpoints().GetProps(Location, Setting.Props);
+  return Breakpoints().GetProps(*pLocation, Setting.Props);
 }
 
 void Perform(const BREAKPOINT_LOCATION& Location, U32 OnSrcID, U32 AtAddrID) {
@@ -49,9 +53,9 @@ QString LocationArg(const BREAKPOINT_LOCATION& Location) {
   return UniqueLineText(Location.Loc, sPath.isEmpty() ? ELFAPI_GetFilePathOf(Location.Loc.File) : sPath);
 }
 
-void ToggleBreakpointState(const BREAKPOINT_LOCATION& Location) {
+void ToggleBreakpointState(BREAKPOINT_LOCATION Location) {
   BP_SETTING Setting;
-  if (!FindSetting(Location, Setting)) return;
+  if (!FindSetting(&Location, Setting)) return;
   if (Setting.State == BP_STATE_ENABLED) {
     Perform(Location, ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
   } else {
@@ -59,9 +63,9 @@ void ToggleBreakpointState(const BREAKPOINT_LOCATION& Location) {
   }
 }
 
-void ToggleBreakpoint(const BREAKPOINT_LOCATION& Location) {
+void ToggleBreakpoint(BREAKPOINT_LOCATION Location) {
   BP_SETTING Setting;
-  const bool bSet = FindSetting(Location, Setting);
+  const bool bSet = FindSetting(&Location, Setting);
   if (bSet && !Location.IsSource() && Breakpoints().IsDerived(Location.Addr)) {
     ToggleBreakpointState(Location);
   } else if (bSet) {
@@ -71,9 +75,9 @@ void ToggleBreakpoint(const BREAKPOINT_LOCATION& Location) {
   }
 }
 
-void EditBreakpoint(const BREAKPOINT_LOCATION& Location) {
+void EditBreakpoint(BREAKPOINT_LOCATION Location) {
   BP_SETTING Setting;
-  if (!FindSetting(Location, Setting)) return;
+  if (!FindSetting(&Location, Setting)) return;
   const bool bDerived = !Location.IsSource() && Breakpoints().IsDerived(Location.Addr);
   CBreakpointDialog Dialog(QApplication::activeWindow(), LocationArg(Location), bDerived, Breakpoints().Evaluator());
   Dialog.SetBreakpoint(Setting.Props, Setting.State);

@@ -8,10 +8,10 @@
 QString LocationArg(const BREAKPOINT_LOCATION& Location);
 
 // Sets a breakpoint, or clears the one that is there; a derived one is disabled or enabled instead.
-void ToggleBreakpoint(const BREAKPOINT_LOCATION& Location);
+void ToggleBreakpoint(BREAKPOINT_LOCATION Location);
 // Disables the breakpoint, or enables it.
-void ToggleBreakpointState(const BREAKPOINT_LOCATION& Location);
+void ToggleBreakpointState(BREAKPOINT_LOCATION Location);
 // Runs the dialog for the properties of the breakpoint.
-void EditBreakpoint(const BREAKPOINT_LOCATION& Location);
+void EditBreakpoint(BREAKPOINT_LOCATION Location);
 // Asks for a place and sets or clears the breakpoint there.
 void AskForBreakpoint();

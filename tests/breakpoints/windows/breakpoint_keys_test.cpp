@@ -29,7 +29,7 @@ private Q_SLOTS:
         {LINE_PASS, Qt::ShiftModifier, u"Break.EnableOnSrc (\"lines.cpp:56\");"_s, 4},
         {LINE_PASS, Qt::NoModifier, u"Break.ClearOnSrc (\"lines.cpp:56\");"_s, 3},
         {1, Qt::NoModifier, u"Setting breakpoint on next code line lines.cpp:12 instead"_s, 5},
-        {1, Qt::NoModifier, u"Break.ClearOnSrc (\"lines.cpp:1\");"_s, 3},
+        {1, Qt::NoModifier, u"Break.ClearOnSrc (\"lines.cpp:12\");"_s, 3},
     };
     for (const auto& Step : aSteps) {
       QVERIFY(m_pWindow->Source().ShowLine(static_cast<U32>(Step.Line)));
