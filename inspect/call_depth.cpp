@@ -95,7 +95,7 @@ void TakeCallee(STACK_FUNCTION& Function, U32 Callee, const STACK_FUNCTION& Belo
 void ComputeOne(std::vector<STACK_FUNCTION>& aFunctions, U32 Index) {
   STACK_FUNCTION& Function = aFunctions[Index];
   Function.Depth = Function.Frame;
-  Function.bUnknownBelow = Function.bUnknown || Function.bUnknownCallee;
+  Function.bUnknownBelow = Function.bUnknown || Function.bUnbounded;
   Function.bIndirectBelow = Function.bIndirect;
   for (const U32 Callee : Function.aCalls) TakeCallee(Function, Callee, aFunctions[Callee], Function.Frame);
   for (const U32 Callee : Function.aTailCalls) TakeCallee(Function, Callee, aFunctions[Callee], 0);
@@ -109,7 +109,7 @@ void ComputeRound(std::vector<STACK_FUNCTION>& aFunctions, const std::vector<U32
   Round.Depth = Round.Frame;
   for (const U32 Index : aGroup) {
     const STACK_FUNCTION& Function = aFunctions[Index];
-    Round.bUnknownBelow |= Function.bUnknown || Function.bUnknownCallee;
+    Round.bUnknownBelow |= Function.bUnknown || Function.bUnbounded;
     Round.bIndirectBelow |= Function.bIndirect;
     for (const std::vector<U32>* pCalls : {&Function.aCalls, &Function.aTailCalls}) {
       for (const U32 Callee : *pCalls) {

@@ -8,7 +8,7 @@
 struct STACK_FUNCTION {
   U32 Frame = 0;                // bytes
   bool bUnknown = false;        // its frame is not known and counts as 0
-  bool bUnknownCallee = false;  // calls code of which nothing is known
+  bool bUnbounded = false;  // calls code of which nothing is known, or takes a number of bytes that depends
   bool bIndirect = false;       // calls through a register
   bool bRecursive = false;      // can call itself, out
   std::vector<U32> aCalls;

@@ -2,7 +2,7 @@
 """Builds the corpus of tests/corpus with every combination of compiler, version of debug information, level of
 optimisation, link-time optimisation, byte order and instruction set, and holds the reader against its peers.
 
-usage: bench/long/elf_corpus.py build/release/bin [--part N OF] [--keep FOLDER]
+usage: bench/long/elf_corpus.py build/release/bin [--part N OF] [--keep FOLDER] [--only GROUP,...]
 
 Needs gcc-arm-none-eabi, clang-14, readelf, llvm-dwarfdump-14 and gdb-multiarch."""
 
@@ -37,6 +37,7 @@ def main():
     arguments.add_argument("bin", type=pathlib.Path)
     arguments.add_argument("--part", nargs=2, type=int, default=(0, 1), metavar=("N", "OF"))
     arguments.add_argument("--keep", type=pathlib.Path)
+    arguments.add_argument("--only", default=",".join(compare.GROUPS))
     options = arguments.parse_args()
     combinations = list(programs.all_combinations())[options.part[0]::options.part[1]]
     table = compare.Table()
@@ -45,7 +46,7 @@ def main():
         folder.mkdir(parents=True, exist_ok=True)
         num_programs = 0
         for path in build(combinations, folder):
-            compare.compare(table, options.bin, path)
+            compare.compare(table, options.bin, path, options.only.split(","))
             num_programs += 1
             if not options.keep:
                 path.unlink()

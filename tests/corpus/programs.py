@@ -66,6 +66,8 @@ COMMITTED = [
     Program("clang_v4_O0", "clang", version=4, level="-O0"),
     Program("clang_v4_O2_arm", "clang", machine="arm", version=4),
     Program("clang_v5_O0", "clang", level="-O0"),
+    Program("clang_v5_O0_sections_thumb1", "clang", machine="thumb1", level="-O0", options=["-ffunction-sections"],
+            link=["-Wl,--gc-sections"]),
     Program("clang_v5_O2", "clang"),
     Program("clang_v5_O3_float", "clang", machine="float", level="-O3"),
     Program("clang_v5_O1_be8", "clang", machine="be8", level="-O1"),
@@ -93,31 +95,53 @@ def all_combinations():
             yield Program(name, compiler, machine, version, level, options, link)
 
 
-def _compile(program, source, out):
+def _command(program, source):
+    """The compiler and its options for one source."""
     compiler, version = program.units.get(source.name, (program.compiler, program.version))
-    machine = MACHINES[program.machine]
     if source.suffix == ".S":
         compiler = "gcc"  # one assembler writes the unit of the start-up code everywhere
     options = [option for option in program.options if compiler == program.compiler and source.suffix != ".S"]
     driver = {"gcc": ["arm-none-eabi-g++" if source.suffix == ".cpp" else "arm-none-eabi-gcc"],
               "clang": ["clang++-14" if source.suffix == ".cpp" else "clang-14", "--target=arm-none-eabi"]}[compiler]
-    command = [*driver, *machine, *COMMON, *LANGUAGE[source.suffix], program.level, f"-gdwarf-{version}", *options,
-               PREFIX_MAP]
-    if source.suffix == ".S":
-        command.append(f"-Wa,--debug-prefix-map={SOURCES}=/corpus")
-    if program.eh_frame and source.suffix != ".S":
-        # The compiler's own assembler text, with its frames in the other section.
-        text = subprocess.run([*command, "-fasynchronous-unwind-tables", "-S", source, "-o", "-"], check=True,
-                              capture_output=True, text=True).stdout
-        text = re.sub(r"\.cfi_sections\s+\.debug_frame", ".cfi_sections .eh_frame", text)
-        subprocess.run([*driver, *machine, "-x", "assembler", "-c", "-", "-o", out], input=text, check=True, text=True,
-                       cwd=SOURCES)
+    command = [*driver, *MACHINES[program.machine], *COMMON, *LANGUAGE[source.suffix], program.level,
+               f"-gdwarf-{version}", *options, PREFIX_MAP]
+    return command + [f"-Wa,--debug-prefix-map={SOURCES}=/corpus"] * (source.suffix == ".S")
+
+
+def _compile(program, source, out):
+    command = _command(program, source)
+    if not program.eh_frame or source.suffix == ".S":
+        subprocess.run([*command, "-c", source, "-o", out], check=True, cwd=SOURCES)
         return
-    subprocess.run([*command, "-c", source, "-o", out], check=True, cwd=SOURCES)
+    # The compiler's own assembler text, with its frames in the other section.
+    text = subprocess.run([*command, "-fasynchronous-unwind-tables", "-S", source, "-o", "-"], check=True,
+                          capture_output=True, text=True).stdout
+    text = re.sub(r"\.cfi_sections\s+\.debug_frame", ".cfi_sections .eh_frame", text)
+    subprocess.run([command[0], *command[1:2] * command[1].startswith("--target"), *MACHINES[program.machine], "-x",
+                    "assembler", "-c", "-", "-o", out], input=text, check=True, text=True, cwd=SOURCES)
+
+
+def stack_usage(program):
+    """Rows of file, line and bytes of stack of each function, as the compiler counts them."""
+    found = set()
+    with tempfile.TemporaryDirectory() as temporary:
+        for unit in UNITS[1:]:
+            out = pathlib.Path(temporary) / f"{unit}.o"
+            subprocess.run([*_command(program, SOURCES / unit), "-fstack-usage", "-c", SOURCES / unit, "-o", out],
+                           check=True, cwd=SOURCES)
+            for line in out.with_suffix(".su").read_text().splitlines():
+                place, size, _ = line.rsplit("\t", 2)
+                file, number = place.split(":")[:2]
+                found.add((file.rsplit("/", 1)[-1], int(number), int(size)))
+    return "".join(f"{file}\t{line}\t{size}\n" for file, line, size in sorted(found))
 
 
 def build(program, path):
-    """Writes the linked program to the path. Raises CalledProcessError where the tools refuse the combination."""
+    """Writes the linked program to the path, and beside it what the compiler says of its stack, which is known only
+    when the program is linked where the optimiser runs then. Raises CalledProcessError where the tools refuse the
+    combination."""
+    if "-flto" not in program.options:
+        path.with_suffix(".su").write_text(stack_usage(program))
     with tempfile.TemporaryDirectory() as temporary:
         folder = pathlib.Path(temporary)
         objects = []

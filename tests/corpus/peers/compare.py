@@ -58,6 +58,14 @@ def _pairs_of_types(inspect, path, info):
     return [("members", members, peer_members), ("enumerators", enumerators, peer_enumerators)]
 
 
+def _pairs_of_stack(inspect, path):
+    """Nothing where the compiler did not say: it does not when the optimiser runs at the end."""
+    if not path.with_suffix(".su").exists():
+        return []
+    own = facts.own_stack(inspect, path)
+    return [("stack frames", own, facts.compiler_stack(path, own))]
+
+
 # Group: (kind, own facts, the peer's facts) of a file.
 GROUPS = {
     "functions": lambda folder, path, info: [
@@ -70,6 +78,7 @@ GROUPS = {
         ("places of locals", facts.own_places(folder / INSPECT, path), facts.peer_places(info))],
     "frames": lambda folder, path, info: [
         ("frame rows", facts.own_frames(folder / INSPECT, path), facts.readelf_frames(path))],
+    "stack": lambda folder, path, info: _pairs_of_stack(folder / INSPECT, path),
     "lines": lambda folder, path, info: gdb_peer.pairs_of_lines(folder, path),
     "data": lambda folder, path, info: gdb_peer.pairs_of_data(folder, path),
 }

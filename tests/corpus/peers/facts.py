@@ -33,7 +33,7 @@ def own_functions(inspect, path):
 
 
 def _has_code(info, entry):
-    return not entry.has("DW_AT_declaration") and not info.holder(entry, "DW_AT_artificial")
+    return not entry.has("DW_AT_declaration") and not entry.has("DW_AT_artificial")
 
 
 def peer_functions(info):
@@ -267,29 +267,35 @@ def _rule(column, rule):
     return register, None
 
 
+_FRAME_HEADER = re.compile(r"([0-9a-f]{8}) [0-9a-f]+ [0-9a-f]+ (?:CIE|FDE cie=([0-9a-f]+) pc=([0-9a-f]+)\.\.([0-9a-f]+))")
+
+
 def readelf_frames(path):
-    """Rows of readelf's interpretation, those with the same rules merged."""
+    """Rows of readelf's interpretation, those with the same rules merged. An entry without instructions of its own has
+    no row there: it is its common entry's."""
     text = subprocess.run(["readelf", "--debug-dump=frames-interp", path], capture_output=True, text=True,
                           timeout=TIME_LIMIT_S, check=True).stdout
-    found, entry, columns, lines = set(), None, [], []
-
-    def finish():
-        for i, (low, cfa, rules) in enumerate(lines):
-            high = lines[i + 1][0] if i + 1 < len(lines) else entry[1]
-            if low < high:
-                found.add((low, high, cfa, rules))
-
-    for line in text.splitlines() + ["00000000 end"]:
-        match = re.match(r"[0-9a-f]{8} [0-9a-f]+ [0-9a-f]+ (?:CIE|FDE)(?:.* pc=([0-9a-f]+)\.\.([0-9a-f]+))?", line)
-        if match or line == "00000000 end" or "ZERO terminator" in line:
-            if entry:
-                finish()
-            entry, lines = (int(match[1], 16), int(match[2], 16)) if match and match[1] else None, []
-        elif line.strip().startswith("LOC"):
+    section, entries, columns = "", [], []  # (number of its common entry or None, own number, start, end, rows)
+    for line in text.splitlines():
+        match = _FRAME_HEADER.match(line)
+        if match:
+            number, common, low, high = match.groups()
+            entries.append((common and section + common, section + number, int(low or "0", 16), int(high or "0", 16), []))
+        elif line.startswith("Contents of"):
+            section = line
+        elif "LOC" in line.split()[:1]:
             columns = line.split()[2:]
-        elif entry and re.match(r"[0-9a-f]{8} ", line):
+        elif entries and re.match(r"[0-9a-f]{8} +\S+[+-]", line):
             address, cfa, *rules = line.split()
-            lines.append((int(address, 16), _cfa(cfa), _rules(columns, rules)))
+            entries[-1][4].append((int(address, 16), _cfa(cfa), _rules(columns, rules)))
+    initial = {number: lines[0][1:] for common, number, _, _, lines in entries if common is None and lines}
+    found = set()
+    for common, _, low, high, lines in entries:
+        if common is None:
+            continue
+        lines = lines or [(low, *initial[common])]
+        ends = [line[0] for line in lines[1:]] + [high]
+        found |= {(line[0], end, *line[1:]) for line, end in zip(lines, ends) if line[0] < end}
     return _merge_rows(found)
 
 
@@ -311,3 +317,18 @@ def _merge_rows(found):
         else:
             merged.append((low, high, *rest))
     return set(merged)
+
+
+# ---- Stack: (line of the function, bytes of its frame). The compiler's list has functions that the linker dropped, and
+# one compiler gives its unit's file to functions of headers.
+
+def own_stack(inspect, path):
+    frames = {(low, name): frame for low, frame, _, _, name, _ in rows(inspect, "stack", path)}
+    return {(int(line), int(frames[low, name])) for low, _, name, _, line in rows(inspect, "functions", path)
+            if int(line) and int(low, 16)}
+
+
+def compiler_stack(path, own):
+    kept = {line for line, _ in own}
+    lines = (row.split("\t") for row in path.with_suffix(".su").read_text().splitlines())
+    return {(int(line), int(size)) for _, line, size in lines if int(line) in kept}
