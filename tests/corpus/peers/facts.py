@@ -95,6 +95,8 @@ def _size(info, entry):
                 count *= number if number is not None else upper + 1 if upper is not None else 1
         elif entry.is_tag("pointer_type", "reference_type", "rvalue_reference_type"):
             return 4 * count
+        elif entry.is_tag("ptr_to_member_type"):  # a function's is two words, its address and what is added to "this"
+            return (8 if info.type_of(entry).is_tag("subroutine_type") else 4) * count
         elif entry.number("DW_AT_byte_size"):
             return entry.number("DW_AT_byte_size") * count
         entry = info.type_of(entry)
@@ -232,7 +234,7 @@ def peer_places(info):
         for low, high in info.ranges(function):
             for entry in _locals(function):
                 places = info.places(entry)
-                key = info.qualified(function), info.qualified(entry), info.number(entry, "DW_AT_decl_line") or 0
+                key = info.qualified(function), info.name(entry) or "", info.number(entry, "DW_AT_decl_line") or 0
                 for address in range(low & ~1, high & ~1, STEP):
                     place = _place_at(places, address)
                     if place != "-":

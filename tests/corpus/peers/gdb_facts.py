@@ -37,6 +37,33 @@ def addresses_of_lines(symtab):
         row("line", symtab.filename, entry.line, f"{entry.pc:#010x}")
 
 
+def type_text(of):
+    """The type as vexor-inspect writes it, without qualifiers and the keywords of records: what it is made of stands on
+    the right, a typedef only where what it names has no name. Empty for pointers to members."""
+    text, pending = "", ""
+    while True:
+        if of.code == gdb.TYPE_CODE_TYPEDEF:
+            pending = of.name
+        elif of.code == gdb.TYPE_CODE_PTR:
+            text = "*" + text
+        elif of.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
+            text = "&" + text
+        elif of.code == gdb.TYPE_CODE_ARRAY:
+            counts = ""
+            while of.code == gdb.TYPE_CODE_ARRAY:
+                counts += f"[{of.range()[1] + 1}]"
+                of = of.target()
+            text = counts + text
+            continue
+        elif of.code == gdb.TYPE_CODE_FUNC:
+            text = "(" + ", ".join(type_text(field.type) for field in of.fields()) + ")" + text
+        elif of.code in (gdb.TYPE_CODE_MEMBERPTR, gdb.TYPE_CODE_METHODPTR):
+            return ""
+        else:
+            return (of.name or pending) + text
+        of = of.target()
+
+
 def variables(block):
     if not block.is_global and not block.is_static:
         return
@@ -44,7 +71,8 @@ def variables(block):
         if not symbol.is_variable or not symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
             continue
         value = symbol.value()
-        row("variable", symbol.name, f"{int(value.address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof, symbol.line)
+        row("variable", symbol.name, f"{int(value.address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof,
+            type_text(symbol.type))
 
 
 def record(name, record_type, offset):

@@ -2,6 +2,7 @@
 
 import collections
 import pathlib
+import re
 import subprocess
 
 import facts
@@ -46,6 +47,18 @@ def _code_ranges(folder, path):
     return sorted({(low, high) for _, low, high in facts.own_functions(_own(folder), path) if low})
 
 
+def _bare_type(text):
+    """Without qualifiers, keywords and scopes, the base types under their short names."""
+    text = re.sub(r"\b(const|volatile|static|struct|class|union|enum) ", "", text)
+    text = re.sub(r"\w+::", "", text)
+    for pattern, short in (("long long unsigned int", "long ulong"), ("unsigned long long", "long ulong"),
+                           ("long unsigned int", "ulong"), ("short unsigned int", "ushort"), ("unsigned ", "u"),
+                           ("long long int", "long long"), ("long int", "long"), ("short int", "short"),
+                           ("signed char", "char")):
+        text = text.replace(pattern, short)
+    return text
+
+
 def pairs_of_lines(folder, path):
     """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
     result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
@@ -68,9 +81,17 @@ def pairs_of_data(folder, path):
     members, enumerators = facts.own_types(_own(folder), path)
     names = sorted({name.rsplit("::", 1)[0] for name in [row[1] for row in members] + [row[0] for row in enumerators]})
     peer = _gdb_facts(path, _code_ranges(folder, path), names)
-    yield ("global variables (gdb)",
-           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(_own(folder), path)},
-           {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]})
+    yield ("global variables (gdb)",  # those with an address: gdb's list has no others
+           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(_own(folder), path)
+            if isinstance(place, int) and place},
+           {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]
+            if int(address, 16)})
+    own_types = {(_bare(row[3]), int(row[0], 16), _bare_type(row[2]))
+                 for row in facts.rows(_own(folder), "variables", path) if row[0].startswith("0x")}
+    peer_types = {(_bare(name), int(address, 16), _bare_type(text)) for name, address, _, text in peer["variable"] if text}
+    places = {row[1] for row in peer_types if row[1]}
+    yield ("types of variables (gdb)", {row for row in own_types if row[1] in places},
+           {row for row in peer_types if row[1]})
     yield ("members (gdb)", {(kind, _tail(name), *bits) for kind, name, *bits in members},
            {(kind, _tail(name), int(start), int(bits), int(size))
             for kind in ("member", "base") for name, start, bits, size in peer[kind]})
