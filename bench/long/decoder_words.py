@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Holds the decoder against LLVM and objdump: all halfwords, and random words of each instruction set and version.
+"""Holds the decoder against LLVM and objdump: all halfwords, and random words of each instruction set and version,
+in Thumb as any core and as one of the M profile alone.
 
 usage: bench/long/decoder_words.py build/release/test_bin/decoder_compare [MILLIONS] [SEED]
 
@@ -12,7 +13,9 @@ import sys
 from collections import Counter
 
 PIECE = 1_000_000  # words
-RUNS = [["arm", f"arch={version}"] for version in range(4, 9)] + [[f"arch={version}"] for version in (7, 8)]
+HALFWORDS = [["halfwords", *profile, f"arch={version}"] for profile in ([], ["m"]) for version in (6, 7, 8)]
+RUNS = [["arm", f"arch={version}"] for version in range(4, 9)]
+RUNS += [[*profile, f"arch={version}"] for profile in ([], ["m"]) for version in (7, 8)]
 
 
 def run(compare, arguments):
@@ -30,7 +33,7 @@ def main():
     pieces = int(sys.argv[2]) if len(sys.argv) > 2 else 10
     seed = int(sys.argv[3]) if len(sys.argv) > 3 else 1
     failed = False
-    for arguments in [["halfwords", f"arch={version}"] for version in (6, 7, 8)] + RUNS:
+    for arguments in HALFWORDS + RUNS:
         total, all_reasons = 0, Counter()
         for piece in range(1 if "halfwords" in arguments else pieces):
             same, reasons, unknown, code = run(compare, [*arguments, f"words={PIECE}", f"seed={seed + piece}"])

@@ -33,6 +33,7 @@ constexpr INST_ROW aRow[] = {
   {"cccc 0011 0010 0000 1111 0000 0000 0011", 6, KIND_PLAIN, "WFI<c>"},
   {"cccc 0011 0010 0000 1111 0000 0000 0100", 6, KIND_PLAIN, "SEV<c>"},
   {"cccc 0011 0010 0000 1111 0000 0000 0101", 8, KIND_PLAIN, "SEVL<c>"},
+  {"cccc 0011 0010 0000 1111 0000 0001 0100", 7, KIND_PLAIN, "CSDB<c>"},
   {"cccc 0011 0010 0000 1111 0000 1111 oooo", 7, KIND_PLAIN, "DBG<c>\t<hex0.4>"},
   {"cccc 0011 0010 0000 1111 0000 xxxx xxxx", 6, KIND_PLAIN, "NOP<c>"},
   {"cccc 0011 0 0 10 0000 xxxx xxxx xxxx xxxx", 4, KIND_REFUSED, ""},

@@ -27,7 +27,7 @@ T LoadCode(const U8* pBytes, bool bBigEndian) {
 
 // Classification and text of Inst by the row that the table has for Key; the row's kind, or -1 when there is none.
 inline int DecodeWord(INST& Inst, const CRowTable& Table, U32 Key, char* sText, U32 TextSize) {
-  const TABLE_ENTRY* pEntry = Table.Find(Key, Inst.pContext->ArchVersion);
+  const TABLE_ENTRY* pEntry = Table.Find(Key, Inst.pContext->ArchVersion, Inst.pContext->bMProfile);
   if (pEntry == nullptr) return -1;
   if (pEntry->pRow->Kind == KIND_REFUSED) {
     if (pEntry->pRow->sText[0] != 0) LogWarning(*Inst.pContext, pEntry->pRow->sText);

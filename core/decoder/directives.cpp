@@ -71,6 +71,13 @@ void WriteBack(OUT& Out, const INST& Inst, ARGS Args) {
   if (Inst.Bit(Args.Low)) Out.Add('!');
 }
 
+// The flags stand in the place of the PC.
+void ClearList(OUT& Out, const INST& Inst, ARGS) {
+  const U32 Regs = Inst.Bits(0, REG_PC);
+  WriteRegList(Out, Regs);
+  if (Inst.Bit(REG_PC)) Out.Add(Regs != 0 ? ", APSR" : "APSR");
+}
+
 // Numbers
 void Hex(OUT& Out, const INST& Inst, ARGS Args) {
   WriteHex(Out, Field(Inst, Args));
@@ -158,6 +165,28 @@ void IndexedByte(OUT& Out, const INST& Inst, ARGS) {
   WriteIndexed(Out, Inst.Bits(16, 4), Inst.Bits(0, 8), Inst.Bit(10), Inst.Bit(9), Inst.Bit(8));
 }
 
+// Selection by a condition, with the shorter names for equal operands, whose condition is the opposite one
+void WriteSelectReg(OUT& Out, U32 Reg) {
+  Out.Add(", ");
+  Out.Add(Reg == REG_PC ? std::string_view("ZR") : RegName(Reg));
+}
+void Select(OUT& Out, const INST& Inst, ARGS) {
+  enum { SEL, INC, INV, NEG };
+  static constexpr std::string_view aName[] = {"CSEL", "CSINC", "CSINV", "CSNEG"};
+  static constexpr std::string_view aSameName[] = {"", "CINC", "CINV", "CNEG"};
+  const U32 Operation = Inst.Bits(12, 2);
+  const U32 Rn = Inst.Bits(16, 4), Rm = Inst.Bits(0, 4), Cond = Inst.Bits(4, 4);
+  const bool bSame = Rn == Rm && Operation != SEL && (Rn != REG_PC || Operation != NEG);
+  const bool bNone = bSame && Rn == REG_PC;
+  Out.Add(bNone ? (Operation == INC ? "CSET" : "CSETM") : bSame ? aSameName[Operation] : aName[Operation]);
+  Out.Add('\t');
+  Out.Add(RegName(Inst.Bits(8, 4)));
+  if (!bNone) WriteSelectReg(Out, Rn);
+  if (!bSame) WriteSelectReg(Out, Rm);
+  Out.Add(", ");
+  Out.Add(CondName(bSame ? Cond ^ 1 : Cond));
+}
+
 // System
 void InterruptFlags(OUT& Out, const INST& Inst, ARGS Args) {
   Out.Add(InterruptFlagsName(Inst.Bits(Args.Low, 3)));
@@ -230,6 +259,7 @@ constexpr DIRECTIVE aDirective[] = {
     {"list", RegList},
     {"pushlist", PushList},
     {"poplist", PopList},
+    {"clearlist", ClearList},
     {"notinlist", NotInList},
     {"writeback", WriteBack},
     {"hex", Hex},
@@ -255,6 +285,7 @@ constexpr DIRECTIVE aDirective[] = {
     {"index", Index},
     {"indexed", Indexed},
     {"indexedbyte", IndexedByte},
+    {"select", Select},
     {"aif", InterruptFlags},
     {"barrier", Barrier},
     {"cp", Coprocessor},

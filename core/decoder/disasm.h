@@ -40,7 +40,7 @@ struct DISASM_CONTEXT {
   U32 Mode = DISASM_THUMB;
   U32 BigEndian = 0;       // byte order of instructions
   U32 BigEndianData = 0;   // of literals; they are big-endian where instructions are, whatever stands here
-  bool bMProfile = false;  // the core has neither Advanced SIMD nor the ARM instruction set
+  bool bMProfile = false;  // the core has none of what only the A and R profiles have; false decodes all
   U8 ITState = 0;          // Thumb: first condition in bits 7:4, mask in bits 3:0; 0 outside an IT block
 };
 

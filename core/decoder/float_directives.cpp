@@ -79,6 +79,9 @@ void Immediate(OUT& Out, const INST& Inst, ARGS) {
   WriteFloat8(Out, Inst.Bits(16, 4) << 4 | Inst.Bits(0, 4));
 }
 
+void SystemReg(OUT& Out, const INST& Inst, ARGS) {
+  Out.Add(FloatSystemRegOf(Inst));
+}
 void FixedSize(OUT& Out, const INST& Inst, ARGS) {
   Out.Add(Inst.Bit(7) ? "32" : "16");
 }
@@ -91,13 +94,13 @@ void Rounding(OUT& Out, const INST& Inst, ARGS) {
 }
 
 constexpr DIRECTIVE aDirective[] = {
-    {"qn", QuadN},          {"bytelane", ByteLane}, {"halflane", HalfwordLane},
-    {"f", Suffix},          {"sd", SingleD},        {"sn", SingleN},
-    {"sm", SingleM},        {"snext", SingleNext},  {"dd", DoubleD},
-    {"dn", DoubleN},        {"dm", DoubleM},        {"vd", FloatD},
-    {"vn", FloatN},         {"vm", FloatM},         {"vlist", List},
-    {"vimm", Immediate},    {"fixsize", FixedSize}, {"fixbits", FixedBits},
-    {"rounding", Rounding},
+    {"qn", QuadN},          {"bytelane", ByteLane},  {"halflane", HalfwordLane},
+    {"f", Suffix},          {"sd", SingleD},         {"sn", SingleN},
+    {"sm", SingleM},        {"snext", SingleNext},   {"dd", DoubleD},
+    {"dn", DoubleN},        {"dm", DoubleM},         {"vd", FloatD},
+    {"vn", FloatN},         {"vm", FloatM},          {"vlist", List},
+    {"vimm", Immediate},    {"fixsize", FixedSize},  {"fixbits", FixedBits},
+    {"rounding", Rounding}, {"fpsystem", SystemReg},
 };
 
 }  // namespace

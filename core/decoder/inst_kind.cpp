@@ -72,6 +72,11 @@ U32 TargetLiteralDual(const INST& Inst) {
   return Inst.Bit(23) ? LiteralBase(Inst) + Offset : LiteralBase(Inst) - Offset;
 }
 
+U32 TargetLiteralHalf(const INST& Inst) {
+  const U32 Offset = Inst.Bits(0, 8) << 1;
+  return Inst.Bit(23) ? LiteralBase(Inst) + Offset : LiteralBase(Inst) - Offset;
+}
+
 U32 WideImmediate(const INST& Inst) {
   return Inst.Bits(26, 1) << 11 | Inst.Bits(12, 3) << 8 | Inst.Bits(0, 8);
 }
@@ -104,6 +109,9 @@ U32 TargetLiteralSplit(const INST& Inst) {
 
 U32 FlagsBX(const INST& Inst) {
   return Inst.Bits(3, 4) == REG_LR ? IF_RETURN : IF_CALL;
+}
+U32 FlagsBXAUT(const INST& Inst) {
+  return Inst.Bits(16, 4) == REG_LR ? IF_RETURN : IF_CALL;
 }
 U32 FlagsPop16(const INST& Inst) {
   return Inst.Bit(8) ? IF_BRANCH | IF_RETURN : 0u;
@@ -168,6 +176,12 @@ bool IsFixedValid(const INST& Inst) {
 }
 bool IsBankedValid(const INST& Inst) {
   return BankedRegOf(Inst) != nullptr;
+}
+bool IsSelectValid(const INST& Inst) {
+  return Inst.Bits(4, 4) < COND_ALWAYS;
+}
+bool IsFloatSystemValid(const INST& Inst) {
+  return FloatSystemRegOf(Inst) != nullptr;
 }
 
 constexpr U32 ODD_D = 1u << 12;
@@ -252,6 +266,7 @@ constexpr KIND_INFO aKind[] = {
     /* BX */ {JUMP, COND_FROM_INST, nullptr, FlagsBX},
     /* BLX */ {JUMP | IF_CALL},
     /* BXJ */ {JUMP | IF_CALL},
+    /* BXAUT */ {JUMP, COND_FROM_INST, nullptr, FlagsBXAUT},
     /* TABLE_BRANCH */ {JUMP | IF_MEM},
     /* POP16 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsPop16},
     /* POP32 */ {IF_MEM, COND_FROM_INST, nullptr, FlagsPop32},
@@ -260,6 +275,7 @@ constexpr KIND_INFO aKind[] = {
     /* LITERAL16 */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteral16},
     /* LITERAL32 */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteral32, FlagsLDR32},
     /* LITERAL_DUAL */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteralDual},
+    /* LITERAL_HALF */ {IF_MEM | IF_TARGET, COND_FROM_INST, TargetLiteralHalf},
     /* PRELOAD_LITERAL */ {IF_TARGET, COND_FROM_INST, TargetLiteral32},
     /* ADR16 */ {IF_TARGET, COND_FROM_INST, TargetLiteral16},
     /* ADR_ADD */ {IF_TARGET, COND_FROM_INST, TargetAdrAdd},
@@ -270,8 +286,11 @@ constexpr KIND_INFO aKind[] = {
     /* SMC */ {IF_BRANCH},
     /* RFE */ {IF_BRANCH | IF_MEM},
     /* ERET */ {IF_BRANCH | IF_RETURN},
+    /* SELECT */ {0, COND_FROM_NOWHERE, nullptr, nullptr, IsSelectValid},
     /* BIT_FIELD */ {0, COND_FROM_INST, nullptr, nullptr, IsBitFieldValid},
     /* FLOAT_LIST */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsFloatListValid},
+    /* FLOAT_CLEAR */ {0, COND_FROM_INST, nullptr, nullptr, IsFloatListValid},
+    /* FLOAT_SYSTEM */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsFloatSystemValid},
     /* FLOAT_FIXED */ {0, COND_FROM_INST, nullptr, nullptr, IsFixedValid},
     /* DUAL */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsDualValid},
     /* DUAL_STORE */ {IF_MEM, COND_FROM_INST, nullptr, nullptr, IsDualStoreValid},

@@ -25,6 +25,7 @@ enum INST_KIND : U8 {
   KIND_BX,
   KIND_BLX,
   KIND_BXJ,
+  KIND_BXAUT,
   KIND_TABLE_BRANCH,
   KIND_POP16,
   KIND_POP32,
@@ -33,6 +34,7 @@ enum INST_KIND : U8 {
   KIND_LITERAL16,
   KIND_LITERAL32,
   KIND_LITERAL_DUAL,
+  KIND_LITERAL_HALF,
   KIND_PRELOAD_LITERAL,
   KIND_ADR16,
   KIND_ADR_ADD,
@@ -43,13 +45,16 @@ enum INST_KIND : U8 {
   KIND_SMC,
   KIND_RFE,
   KIND_ERET,
-  KIND_BIT_FIELD,    // refused when the field ends below its start
-  KIND_FLOAT_LIST,   // refused when the list runs past the last register
-  KIND_FLOAT_FIXED,  // refused when the fraction has more bits than the number
-  KIND_DUAL,         // load or store of two registers in a row, refused when the first is the PC
-  KIND_DUAL_STORE,   // the same with the registers in the low bits
-  KIND_BANKED,       // refused when there is no such register
-  KIND_ALU,          // ARM data processing
+  KIND_SELECT,        // refused without a condition of its own
+  KIND_BIT_FIELD,     // refused when the field ends below its start
+  KIND_FLOAT_LIST,    // refused when the list runs past the last register
+  KIND_FLOAT_CLEAR,   // the same, without memory
+  KIND_FLOAT_SYSTEM,  // refused when there is no such register
+  KIND_FLOAT_FIXED,   // refused when the fraction has more bits than the number
+  KIND_DUAL,          // load or store of two registers in a row, refused when the first is the PC
+  KIND_DUAL_STORE,    // the same with the registers in the low bits
+  KIND_BANKED,        // refused when there is no such register
+  KIND_ALU,           // ARM data processing
   KIND_ARM_MOV,
   KIND_ARM_ADR_ADD,
   KIND_ARM_ADR_SUB,
@@ -85,6 +90,19 @@ enum ROW_ORDER : U8 {
   ROW_FIRST,         // it takes the words that both match
 };
 
+// The first architecture version that has an encoding, and whether the M profile has it at all.
+struct ARCH_GATE {
+  U8 Version;
+  bool bOnM;
+
+  constexpr ARCH_GATE(int FirstVersion = 0, bool bIsOnM = true)
+      : Version(static_cast<U8>(FirstVersion)), bOnM(bIsOnM) {}
+};
+
+constexpr ARCH_GATE NotOnM(int FirstVersion) {
+  return {FirstVersion, false};
+}
+
 // A row is written as its bits from the highest down: 0 and 1 must match, any other character is an operand bit, blanks
 // are for the eye. A row that begins with "cccc" is an ARM encoding for every condition but 15; it holds the condition
 // "always" in that place, and so does the word that is looked up. sText is the template of the assembler text, see
@@ -92,14 +110,14 @@ enum ROW_ORDER : U8 {
 struct INST_ROW {
   U32 Mask = 0;
   U32 Value = 0;
-  U8 MinArch = 0;  // first architecture version that has the encoding
+  ARCH_GATE Gate;
   INST_KIND Kind = KIND_PLAIN;
   ROW_ORDER Order = ROW_SPECIAL_CASE;
   const char* sText = nullptr;
 
-  consteval INST_ROW(const char* sBits, U8 Arch, INST_KIND RowKind, const char* sTemplate,
+  consteval INST_ROW(const char* sBits, ARCH_GATE RowGate, INST_KIND RowKind, const char* sTemplate,
                      ROW_ORDER RowOrder = ROW_SPECIAL_CASE)
-      : MinArch(Arch), Kind(RowKind), Order(RowKind == KIND_REFUSED ? ROW_FIRST : RowOrder), sText(sTemplate) {
+      : Gate(RowGate), Kind(RowKind), Order(RowKind == KIND_REFUSED ? ROW_FIRST : RowOrder), sText(sTemplate) {
     U32 NumBits = 0;
     if (std::string_view(sBits).starts_with("cccc")) {
       Mask = 0xF;
@@ -122,6 +140,7 @@ std::span<const INST_ROW> Thumb16Rows();
 std::span<const INST_ROW> Thumb32Rows();
 std::span<const INST_ROW> Thumb32LoadRows();
 std::span<const INST_ROW> Thumb32DspRows();
+std::span<const INST_ROW> Thumb32MProfileRows();
 std::span<const INST_ROW> ArmDataRows();
 std::span<const INST_ROW> ArmMultiplyRows();
 std::span<const INST_ROW> ArmLoadRows();
@@ -129,4 +148,5 @@ std::span<const INST_ROW> ArmMediaRows();
 std::span<const INST_ROW> ArmSystemRows();
 std::span<const INST_ROW> ArmUnconditionalRows();
 std::span<const INST_ROW> FloatRows();  // of both instruction sets
+std::span<const INST_ROW> HalfRows();   // of both
 std::span<const INST_ROW> SimdRows();   // of both, as ARM words

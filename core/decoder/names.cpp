@@ -31,6 +31,10 @@ constexpr const char* aBankedSPSR[32] = {nullptr,    nullptr,    nullptr,    nul
                                          "SPSR_mon", nullptr,    "SPSR_hyp", nullptr};
 static_assert(std::size(aBanked) == 32);
 
+constexpr const char* aFloatSystem[16] = {nullptr, "FPSCR", "FPSCR_nzcvqc", nullptr, nullptr, nullptr,
+                                          nullptr, nullptr, nullptr,        nullptr, nullptr, nullptr,
+                                          "VPR",   "P0",    "FPCXTNS",      "FPCXTS"};
+
 struct SYS_REG {
   U32 SYSm;
   U32 MinArch;
@@ -40,8 +44,8 @@ struct SYS_REG {
 constexpr SYS_REG aSysReg[] = {
     {0, 6, "APSR"},         {1, 6, "IAPSR"},        {2, 6, "EAPSR"},          {3, 6, "XPSR"},
     {5, 6, "IPSR"},         {6, 6, "EPSR"},         {7, 6, "IEPSR"},          {8, 6, "MSP"},
-    {9, 6, "PSP"},          {10, 8, "MSPLIM"},      {11, 8, "PSPLIM"},        {16, 6, "PRIMASK"},
-    {17, 7, "BASEPRI"},     {18, 7, "BASEPRI_MAX"}, {19, 7, "FAULTMASK"},     {20, 6, "CONTROL"},
+    {9, 6, "PSP"},          {10, 6, "MSPLIM"},      {11, 6, "PSPLIM"},        {16, 6, "PRIMASK"},
+    {17, 6, "BASEPRI"},     {18, 6, "BASEPRI_MAX"}, {19, 6, "FAULTMASK"},     {20, 6, "CONTROL"},
     {136, 8, "MSP_NS"},     {137, 8, "PSP_NS"},     {138, 8, "MSPLIM_NS"},    {139, 8, "PSPLIM_NS"},
     {144, 8, "PRIMASK_NS"}, {145, 8, "BASEPRI_NS"}, {147, 8, "FAULTMASK_NS"}, {148, 8, "CONTROL_NS"},
     {152, 8, "SP_NS"},
@@ -77,4 +81,8 @@ const char* SysRegName(U32 SYSm, U32 ArchVersion) {
     if (Reg.SYSm == SYSm) return ArchVersion >= Reg.MinArch ? Reg.sName : nullptr;
   }
   return nullptr;
+}
+
+const char* FloatSystemRegName(U32 Index) {
+  return aFloatSystem[Index & 15];
 }

@@ -22,3 +22,5 @@ const char* SysRegName(U32 SYSm, U32 ArchVersion);
 std::string_view StatusRegName(bool bSaved, U32 FieldMask);
 // Register of another processor mode by its 5 bits of MRS and MSR; null for a number without a register.
 const char* BankedRegName(bool bSaved, U32 Index);
+// Register of the floating point unit that has a load and a store of its own; null for a number without a register.
+const char* FloatSystemRegName(U32 Index);

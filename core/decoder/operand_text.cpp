@@ -190,6 +190,10 @@ const char* BankedRegOf(const INST& Inst) {
   return BankedRegName(Inst.Bit(20), Inst.Bits(4, 1) << 4 | Inst.Bits(bRead ? 16 : 8, 4));
 }
 
+const char* FloatSystemRegOf(const INST& Inst) {
+  return FloatSystemRegName(Inst.Bits(22, 1) << 3 | Inst.Bits(13, 3));
+}
+
 void WriteFloat8(CTextWriter& Out, U32 Imm8) {
   const int Exponent = static_cast<int>((Imm8 >> 4 & 7) ^ 4) - 3;
   const double Value = std::ldexp((16.0 + (Imm8 & 15)) / 16.0, Exponent);

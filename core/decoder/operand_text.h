@@ -25,5 +25,7 @@ void WriteIndexed(CTextWriter& Out, U32 Rn, U32 Offset, bool bPre, bool bUp, boo
 U32 ExpandModifiedImmediate(U32 Imm12);
 // The register of another processor mode that MRS or MSR names; null when there is none.
 const char* BankedRegOf(const INST& Inst);
+// The register of the floating point unit that a load or store names by bit 22 and bits 15:13; null for none.
+const char* FloatSystemRegOf(const INST& Inst);
 // "#1.5", the number that 8 bits stand for: sign, three bits of the exponent, four of the fraction.
 void WriteFloat8(CTextWriter& Out, U32 Imm8);

@@ -16,6 +16,8 @@ constexpr INDEX_FIELD SIMD_HIGH = {20, 6};
 constexpr INDEX_FIELD SIMD_LOW = {6, 6};
 
 constexpr U8 FIRST_ARCH_WITH_THUMB2 = 7;
+constexpr U8 FIRST_ARCH_WITH_HALF = 8;
+constexpr U8 NO_ARCH = 0xFF;
 
 }  // namespace
 
@@ -23,8 +25,11 @@ CRowTable::CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD HighField,
     : High(HighField), Low(LowField) {
   for (const ROW_SET& Set : Sets) {
     for (const INST_ROW& Row : Set.Rows) {
-      aEntry.push_back(
-          {&Row, std::max(Row.MinArch, Set.MinArch), std::max(Row.Order, Set.Order), CTextTemplate(Row.sText)});
+      const U8 MinArch = std::max(Row.Gate.Version, Set.MinArch);
+      aEntry.push_back({&Row,
+                        {MinArch, Row.Gate.bOnM ? MinArch : NO_ARCH},
+                        std::max(Row.Order, Set.Order),
+                        CTextTemplate(Row.sText)});
     }
   }
   FillBuckets();
@@ -46,8 +51,11 @@ void CRowTable::FillBuckets() {
     const auto [Found, bNew] = FirstSlots.try_emplace(Bucket, static_cast<U16>(aSlot.size()));
     aFirstSlot.push_back(Found->second);
     if (!bNew) continue;
-    for (const U16 i : Bucket) aSlot.push_back({aEntry[i].pRow->Mask, aEntry[i].pRow->Value, i, aEntry[i].MinArch});
-    aSlot.push_back({0, 0, NO_ENTRY, 0});
+    for (const U16 i : Bucket) {
+      const TABLE_ENTRY& Entry = aEntry[i];
+      aSlot.push_back({Entry.pRow->Mask, Entry.pRow->Value, i, {Entry.aMinArch[0], Entry.aMinArch[1]}});
+    }
+    aSlot.push_back({0, 0, NO_ENTRY, {0, 0}});
   }
 }
 
@@ -57,9 +65,13 @@ const CRowTable& Thumb16Table() {
 }
 
 const CRowTable& Thumb32Table() {
-  static const CRowTable Table(
-      {{FloatRows(), FIRST_ARCH_WITH_THUMB2, ROW_FIRST}, {Thumb32Rows()}, {Thumb32LoadRows()}, {Thumb32DspRows()}},
-      THUMB32_HIGH, THUMB32_LOW);
+  static const CRowTable Table({{Thumb32MProfileRows(), 0, ROW_FIRST},
+                                {HalfRows(), FIRST_ARCH_WITH_HALF, ROW_FIRST},
+                                {FloatRows(), FIRST_ARCH_WITH_THUMB2, ROW_FIRST},
+                                {Thumb32Rows()},
+                                {Thumb32LoadRows()},
+                                {Thumb32DspRows()}},
+                               THUMB32_HIGH, THUMB32_LOW);
   return Table;
 }
 
@@ -69,7 +81,8 @@ const CRowTable& SimdTable() {
 }
 
 const CRowTable& ArmTable() {
-  static const CRowTable Table({{FloatRows(), 0, ROW_FIRST},
+  static const CRowTable Table({{HalfRows(), FIRST_ARCH_WITH_HALF, ROW_FIRST},
+                                {FloatRows(), 0, ROW_FIRST},
                                 {ArmSystemRows()},
                                 {ArmMultiplyRows()},
                                 {ArmLoadRows()},

@@ -9,7 +9,7 @@
 // One row with its text template taken apart.
 struct TABLE_ENTRY {
   const INST_ROW* pRow;
-  U8 MinArch;
+  U8 aMinArch[2];  // first architecture version, by whether it is the M profile
   ROW_ORDER Order;
   CTextTemplate Template;
 };
@@ -33,10 +33,10 @@ class CRowTable {
 public:
   // The order of the sets and of the rows in them is the order of trial.
   CRowTable(std::initializer_list<ROW_SET> Sets, INDEX_FIELD High, INDEX_FIELD Low);
-  // Null when no row of this architecture version matches.
-  const TABLE_ENTRY* Find(U32 Word, U32 ArchVersion) const {
+  // Null when no row of this architecture version and profile matches.
+  const TABLE_ENTRY* Find(U32 Word, U32 ArchVersion, bool bMProfile) const {
     const SLOT* pSlot = &aSlot[aFirstSlot[IndexOf(Word)]];
-    while ((Word & pSlot->Mask) != pSlot->Value || ArchVersion < pSlot->MinArch) ++pSlot;
+    while ((Word & pSlot->Mask) != pSlot->Value || ArchVersion < pSlot->aMinArch[bMProfile]) ++pSlot;
     return pSlot->Entry != NO_ENTRY ? &aEntry[pSlot->Entry] : nullptr;
   }
   const std::vector<TABLE_ENTRY>& Entries() const { return aEntry; }
@@ -48,7 +48,7 @@ private:
     U32 Mask;
     U32 Value;
     U16 Entry;
-    U8 MinArch;
+    U8 aMinArch[2];
   };
 
   U32 IndexOf(U32 Word) const {

@@ -76,6 +76,14 @@ constexpr INST_ROW aRow[] = {
   {"11111010 1 010 nnnn 1111 dddd 1000 mmmm", 7, KIND_PLAIN, "SEL<c>\t<R8>, <R16>, <R0>"},
   {"11111010 1 011 nnnn 1111 dddd 1000 mmmm", 7, KIND_PLAIN, "CLZ<c>\t<R8>, <R0>"},
 
+  // Cyclic redundancy check
+  {"11111010 1 100 nnnn 1111 dddd 1000 mmmm", NotOnM(8), KIND_PLAIN, "CRC32B<c>\t<R8>, <R16>, <R0>"},
+  {"11111010 1 100 nnnn 1111 dddd 1001 mmmm", NotOnM(8), KIND_PLAIN, "CRC32H<c>\t<R8>, <R16>, <R0>"},
+  {"11111010 1 100 nnnn 1111 dddd 1010 mmmm", NotOnM(8), KIND_PLAIN, "CRC32W<c>\t<R8>, <R16>, <R0>"},
+  {"11111010 1 101 nnnn 1111 dddd 1000 mmmm", NotOnM(8), KIND_PLAIN, "CRC32CB<c>\t<R8>, <R16>, <R0>"},
+  {"11111010 1 101 nnnn 1111 dddd 1001 mmmm", NotOnM(8), KIND_PLAIN, "CRC32CH<c>\t<R8>, <R16>, <R0>"},
+  {"11111010 1 101 nnnn 1111 dddd 1010 mmmm", NotOnM(8), KIND_PLAIN, "CRC32CW<c>\t<R8>, <R16>, <R0>"},
+
   // Multiply
   {"11111011 0 000 nnnn 1111 dddd 0000 mmmm", 7, KIND_PLAIN, "MUL<c>\t<R8>, <R16>, <R0>"},
   {"11111011 0 000 nnnn aaaa dddd 0000 mmmm", 7, KIND_PLAIN, "MLA<c>\t<R8>, <R16>, <R0>, <R12>"},

@@ -16,6 +16,7 @@ namespace {
 struct OPTIONS {
   bool bArm = false;
   bool bHalfwords = false;
+  bool bMProfile = false;
   U32 ArchVersion = 7;
   U32 NumWords = 100'000;
   U32 Seed = 1;
@@ -29,6 +30,7 @@ struct OPTIONS {
 READING ReadOurs(const OPTIONS& Options, const ENCODING& Encoding) {
   DISASM_CONTEXT Context;
   Context.ArchVersion = Options.ArchVersion;
+  Context.bMProfile = Options.bMProfile;
   DISASM_SetMode(Context, Options.bArm ? DISASM_ARM : DISASM_THUMB);
   const std::vector<U8> aByte = BytesOf(Encoding);
   char sText[128];
@@ -140,7 +142,8 @@ public:
 private:
   void Add(const std::string& sName, const ENCODING& Encoding, const std::string& sOurs, const std::string& sTheirs,
            const std::string& sBefore) {
-    const char* sReason = ReasonFor(Encoding, Options.ArchVersion, Options.sPeer == "light", sName);
+    const char* sReason =
+        ReasonFor(Encoding, {Options.ArchVersion, Options.bMProfile, Options.sPeer == "light"}, sName);
     if (sReason != nullptr) {
       ++Explained[sReason];
       return;
@@ -187,6 +190,8 @@ bool ParseOptions(int NumArguments, char** ppArguments, OPTIONS& Options) {
       Options.bArm = true;
     } else if (sName == "halfwords") {
       Options.bHalfwords = true;
+    } else if (sName == "m") {
+      Options.bMProfile = true;
     } else if (sName == "first" || sName == "light") {
       Options.sPeer = sName;
     } else if (sName.starts_with("arch=")) {
@@ -218,7 +223,7 @@ int main(int NumArguments, char** ppArguments) {
   if (!ParseOptions(NumArguments, ppArguments, Options)) return 2;
   std::vector<std::unique_ptr<CPeer>> aPeer;
   for (const bool bMProfile : {false, true}) {
-    if (bMProfile && (Options.bArm || Options.ArchVersion < 6)) continue;
+    if (bMProfile ? Options.bArm || Options.ArchVersion < 6 : Options.bMProfile) continue;
     aPeer.push_back(Options.sPeer == "light" ? MakeCapstonePeer(Options.bArm, Options.ArchVersion, bMProfile)
                                              : MakeLLVMPeer(Options.bArm, Options.ArchVersion, bMProfile));
     aPeer.push_back(MakeObjdumpPeer(Options.bArm, Options.ArchVersion, bMProfile));

@@ -2,7 +2,17 @@
 
 namespace {
 
-enum SET : U8 { ARM = 1, THUMB = 2, BOTH = 3, LIGHT = 4, LIGHT_ARM = 5, LIGHT_THUMB = 6, LIGHT_BOTH = 7 };
+enum SET : U8 {
+  ARM = 1,
+  THUMB = 2,
+  BOTH = 3,
+  LIGHT = 4,
+  LIGHT_ARM = 5,
+  LIGHT_THUMB = 6,
+  LIGHT_BOTH = 7,
+  M = 8,
+  M_THUMB = 10
+};
 
 struct REASON {
   SET Set;
@@ -56,7 +66,7 @@ constexpr REASON aReason[] = {
     {ARM, "operands", 0x0FA00FF0, 0x06A00050, 8, 6, "objdump prints a shift by 32 as one by 0"},
     {ARM, "operands", 0x0E4F0FFF, 0x044F0000, 8, 4, "objdump and LLVM print an offset of minus 0 from the PC"},
     {ARM, "operands", 0x0F5F0FFF, 0x051F0000, 8, 4, "the offset from the PC is 0, which LLVM prints as minus 0"},
-    {ARM, "operands", 0x0F7F0F0F, 0x015F0000, 8, 4, "the offset from the PC is 0, which LLVM prints as minus 0"},
+    {ARM, "operands", 0x0F6F0F0F, 0x014F0000, 8, 4, "the offset from the PC is 0, which LLVM prints as minus 0"},
     {BOTH, "operands", 0x0F1F0EFF, 0x0D1F0A00, 8, 4,
      "the offset from the PC is 0, which LLVM leaves out or prints as minus 0"},
     {BOTH, "operands", 0x0F3F0E00, 0x0D1F0A00, 8, 4,
@@ -91,6 +101,20 @@ constexpr REASON aReason[] = {
     {THUMB, "mnemonic: smm", 0xFFC0F000, 0xFB40F000, 8, 7, "pointer authentication, an extension of version 8.1"},
     {THUMB, "mnemonic: smm", 0xFF8000E0, 0xFB000000, 8, 7, "pointer authentication, an extension of version 8.1"},
     {THUMB, "mnemonic: ldr", 0xFE10F000, 0xF810F000, 8, 7, "a load to the PC in the place of a hint is unpredictable"},
+    {ARM, "operands: msr", 0x0FBFF000, 0x0120F000, 8, 4,
+     "a write to no byte of the register; LLVM prints an empty suffix"},
+    {THUMB, "operands: crc32", 0xFFE0F0C0, 0xFAC0F080, 8, 8, "a register that may not be PC is; LLVM reads another"},
+    {M_THUMB, "only there: vm", 0xFFE00FFF, 0xEEE00A10, 8, 7,
+     "a register of the A profile's floating point; objdump does not gate it"},
+    {THUMB, "mnemonic: nop", 0xFFFFFFCF, 0xF3AF800D, 7, 7, "pointer authentication came with version 8, a NOP before"},
+    {THUMB, "mnemonic: nop", 0xFFFFFFFF, 0xF3AF800F, 7, 7, "pointer authentication came with version 8, a NOP before"},
+    {M_THUMB, "only there: bf", 0xF800D001, 0xF000C001, 8, 8, "branches of the future, which no compiler makes"},
+    {THUMB, "mnemonic: cs", 0xFFF08000, 0xEA508000, 8, 8, "selecting SP is unpredictable; objdump reads a long shift"},
+    {THUMB, "only here: cs", 0xFFF08000, 0xEA508000, 8, 8, "selecting SP is unpredictable"},
+    {THUMB, "operands: c", 0xFFF08000, 0xEA508000, 8, 8,
+     "SP and PC in a selection are unpredictable; LLVM prints nothing"},
+    {THUMB, "mnemonic: ", 0xFFF08000, 0xEA500000, 8, 8,
+     "objdump reads a long shift of the vector extension, where SP and PC are unpredictable"},
     {LIGHT_THUMB, "only there: it", 0xFFF0, 0xBFF0, 8, 7, "there is no condition 15 for a block"},
     {LIGHT_THUMB, "only there: bf", 0xFBF08000, 0xF3600000, 8, 7, "a bit field that ends below its start"},
     {LIGHT_ARM, "only there: bf", 0x0FE00070, 0x07C00010, 8, 7, "a bit field that ends below its start"},
@@ -107,12 +131,12 @@ constexpr REASON aReason[] = {
 
 }  // namespace
 
-const char* ReasonFor(const ENCODING& Encoding, U32 ArchVersion, bool bLight, const std::string& sClass) {
+const char* ReasonFor(const ENCODING& Encoding, const COMPARED_AS& As, const std::string& sClass) {
   const U32 Word = Encoding.Word;
   for (const REASON& Reason : aReason) {
-    if ((Reason.Set & LIGHT) != 0 && !bLight) continue;
+    if (((Reason.Set & LIGHT) != 0 && !As.bLight) || ((Reason.Set & M) != 0 && !As.bMProfile)) continue;
     if ((Reason.Set & (Encoding.bArm ? ARM : THUMB)) == 0 || !sClass.starts_with(Reason.sClass)) continue;
-    if (ArchVersion < Reason.MinArch || ArchVersion > Reason.MaxArch) continue;
+    if (As.ArchVersion < Reason.MinArch || As.ArchVersion > Reason.MaxArch) continue;
     if ((Word & Reason.Mask) == Reason.Value) return Reason.sReason;
   }
   return nullptr;

@@ -211,6 +211,11 @@ void UnifyPreload(std::string& sOperands) {
 void UnifyShift(std::string& sMnemonic, std::string& sOperands) {
   const size_t Comma = sOperands.rfind(',');
   if (!sMnemonic.starts_with("mov") || Comma == std::string::npos) return;
+  if (sOperands.ends_with(",rrx")) {
+    sMnemonic = "rrx" + sMnemonic.substr(3);
+    sOperands.resize(Comma);
+    return;
+  }
   const std::string sShift = sOperands.substr(Comma + 1, 3);
   if (sShift != "lsl" && sShift != "lsr" && sShift != "asr" && sShift != "ror") return;
   sMnemonic = sShift + sMnemonic.substr(3);
@@ -256,6 +261,9 @@ std::string CommonSpelling(const std::string& sText, const ENCODING& Encoding, b
   if (sMnemonic.starts_with("adrw")) sMnemonic.erase(3, 1);
   if (Encoding.bArm && IsOneOf(sMnemonic, {"ldrd", "strd"})) UnifyPair(sOperands);
   Replace(sOperands, "rrx#1", "rrx");
+  if (sMnemonic.starts_with("vmov") && sMnemonic.ends_with(".32") && sMnemonic.find(".f") == std::string::npos)
+    sMnemonic.resize(sMnemonic.size() - 3);
+  Replace(sOperands, "fpcxt_", "fpcxt");
   if (IsOneOf(sMnemonic, {"vlldm", "vlstm"})) sOperands.resize(std::min(sOperands.find(','), sOperands.size()));
   Replace(sOperands, ",#0]!", "]!");
   if (IsOneOf(sMnemonic, {"vldmia", "vstmia"})) sMnemonic = sMnemonic.substr(0, 4) + sMnemonic.substr(6);
