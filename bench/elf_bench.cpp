@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "program/database/elfapi.h"
+#include "program/elf/elf.h"
 
 namespace {
 
@@ -33,6 +34,31 @@ long MemoryOf(const std::string& sLine) {
     if (sName == sLine && Status >> Value) return Value;
   }
   return 0;
+}
+
+// Number of debug information entries that exist: the greatest that makes a handle.
+U32 CountEntries() {
+  U32 Low = 0, High = 1u << 26;
+  while (High - Low > 1) {
+    const U32 Middle = Low + (High - Low) / 2;
+    const U64 Handle = static_cast<U64>(ELF_HANDLE_MAGIC) << 32 | ELF_HANDLE_DWARF << 29 | Middle;
+    (ELF_GetHandleKind(Handle) == ELF_HANDLE_DWARF ? Low : High) = Middle;
+  }
+  return Low;
+}
+
+void PrintMemory(const char* sFile, long Before) {
+  constexpr double KIB = 1024;
+  std::ifstream File(sFile, std::ios::binary | std::ios::ate);
+  const double NumBytes = static_cast<double>(MemoryOf("VmRSS:") - Before) * KIB;
+  const U32 NumEntries = CountEntries();
+  std::printf("memory of the loaded program\t%.1f\tMB\n", NumBytes / KIB / KIB);
+  std::printf("debug information entries\t%u\n", NumEntries);
+  if (NumEntries) {
+    const double Tables = NumBytes - static_cast<double>(File.tellg());
+    std::printf("memory but for the file's bytes\t%.0f\tbytes an entry\n", Tables / NumEntries);
+  }
+  std::printf("peak memory\t%.1f\tMB\n", static_cast<double>(MemoryOf("VmHWM:")) / KIB);
 }
 
 struct QUESTIONS {
@@ -84,15 +110,11 @@ void MeasureQueries() {
 
 int main(int NumArguments, char** ppArguments) {
   if (NumArguments != 3) return 2;
-  ELFAPI_SetMessageSink([](const QString& sText, U32) {
-    if (sText.startsWith(QLatin1String("Dwarf Symbol Count"))) std::printf("%s\n", qPrintable(sText));
-  });
   const long Before = MemoryOf("VmRSS:");
   const auto Start = CLOCK::now();
   if (ELFAPI_Load(QString::fromLocal8Bit(ppArguments[2])) != 0) return 1;
   std::printf("load\t%.1f\tms\n", NsSince(Start) / NS_PER_MS);
-  std::printf("memory of the loaded program\t%.1f\tMB\n", static_cast<double>(MemoryOf("VmRSS:") - Before) / 1024);
-  std::printf("peak memory\t%.1f\tMB\n", static_cast<double>(MemoryOf("VmHWM:")) / 1024);
+  PrintMemory(ppArguments[2], Before);
   if (std::strcmp(ppArguments[1], "queries") == 0) MeasureQueries();
   return 0;
 }
