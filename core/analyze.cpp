@@ -24,15 +24,15 @@ SPAN SpanAt(const SNAPSHOT& Snapshot, U32 Addr) {
 }
 
 bool Decode(const SNAPSHOT& Core, U32 Addr, U32 Mode, const U8* pBytes, U32 NumBytes, VCORE_INST& Inst) {
-  DISASM_CONTEXT& Context = PrepareDecoder(Core, Addr, Mode);
+  DISASM_CONTEXT& Context = PrepareDecoder(Core, DECODER_FLAGS, Addr, Mode);
   DISASM_INFO Info;
   const int Length = Context.pfDecode(Context, Addr, pBytes, NumBytes, nullptr, 0, &Info);
   if (Length <= 0 || Info.Length == 0) {
-    SetNextDecodeAddr(Addr + Core.Info.MinInstLen);
+    SetNextDecodeAddr(DECODER_FLAGS, Addr + Core.Info.MinInstLen);
     return false;
   }
   Inst = {Mode, Info.Length, Info.Target, Info.Flags};
-  SetNextDecodeAddr(Addr + Info.Length);
+  SetNextDecodeAddr(DECODER_FLAGS, Addr + Info.Length);
   return true;
 }
 

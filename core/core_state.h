@@ -44,10 +44,14 @@ struct SNAPSHOT {
 SNAPSHOT TakeSnapshot();
 void LogError(const SNAPSHOT& Core, const QString& sText);
 
+// A thread has a decoder for each, so that a question about an instruction between two rows of a listing does not end
+// the listing's IT block.
+enum DECODER_USE { DECODER_TEXT, DECODER_FLAGS, NUM_DECODER_USES };
+
 // A thread's decoder, brought to an address: the mode set, the IT block left unless the address is the expected next.
-DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, U32 Addr, U32 Mode);
+DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, DECODER_USE Use, U32 Addr, U32 Mode);
 // Tells the thread's decoder where the next instruction is expected.
-void SetNextDecodeAddr(U32 Addr);
+void SetNextDecodeAddr(DECODER_USE Use, U32 Addr);
 
 // Four bytes at the address, or two, from pfGetMemData; the number of bytes read, 0 on failure.
 U32 ReadInstBytes(const SNAPSHOT& Core, U32 Addr, U8 (&aByte)[4]);

@@ -1,6 +1,6 @@
 #include "core/core_table.h"
 
-#include <span>
+#include "core/core_state.h"
 
 namespace {
 
@@ -75,8 +75,7 @@ bool HasBankedRegs(U32 CoreId) {
   return (Family >= CORE_FAMILY_ARM7 && Family <= CORE_FAMILY_R) || Family == CORE_FAMILY_A5;
 }
 
-int GetCoreName(U32 Family, U32 SubFamily, QString& sName, bool* pIsUnknownSubFamily) {
-  if (pIsUnknownSubFamily != nullptr) *pIsUnknownSubFamily = false;
+int GetCoreName(U32 Family, U32 SubFamily, QString& sName) {
   sName.clear();
   if (Family == 0 || Family > MAX_FAMILY) return -1;
   for (const CORE_NAME& Row : aName) {
@@ -87,7 +86,10 @@ int GetCoreName(U32 Family, U32 SubFamily, QString& sName, bool* pIsUnknownSubFa
       return 0;
     }
   }
-  if (pIsUnknownSubFamily != nullptr) *pIsUnknownSubFamily = SubFamily != 0 && HasSubFamilies(Family);
+  if (SubFamily != 0 && HasSubFamilies(Family)) {
+    LogError(TakeSnapshot(), Family == CORE_FAMILY_M4 ? QStringLiteral("Unknown device subfamily.")
+                                                      : QStringLiteral("Unknown device subfamily"));
+  }
   return 0;
 }
 

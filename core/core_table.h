@@ -1,5 +1,5 @@
 #pragma once
-// What a core identifier says of the core. No state; any thread.
+// What a core identifier says of the core. Any thread.
 
 #include <QString>
 
@@ -35,9 +35,9 @@ inline U8 GetSubFamily(U32 CoreId) {
 bool IsCortexM(U32 CoreId);
 // Cores with banked registers and mode bits in CPSR.
 bool HasBankedRegs(U32 CoreId);
-// "Cortex-M4"; 0, or -1 for a family out of 1 to 15. An unknown subfamily sets the flag and gives the family's first
-// name; a family without cores gives an empty name.
-int GetCoreName(U32 Family, U32 SubFamily, QString& sName, bool* pIsUnknownSubFamily = nullptr);
+// "Cortex-M4"; 0, or -1 for a family out of 1 to 15. An unknown subfamily is told to the core model's error sink and
+// gives the family's first name; a family without cores gives an empty name.
+int GetCoreName(U32 Family, U32 SubFamily, QString& sName);
 // "ARMv7M"; empty for an unknown identifier.
 QString GetArchName(U32 CoreId);
 // Architecture version and the profile letter (0 where the version has none); -1 for an unknown identifier.

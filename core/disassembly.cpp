@@ -115,7 +115,7 @@ int InstText(const SNAPSHOT& Core, U32 Addr, QString& sText) {
     sText = QStringLiteral("?");
     return static_cast<int>(Mode == VCORE_MODE_ARM ? ARM_INST_SIZE : Core.Info.MinInstLen);
   }
-  DISASM_CONTEXT& Context = PrepareDecoder(Core, Addr, Mode);
+  DISASM_CONTEXT& Context = PrepareDecoder(Core, DECODER_TEXT, Addr, Mode);
   const CTextCache::KEY Key = {LoadInt<U32>(aByte, false), static_cast<U8>(NumBytes), static_cast<U8>(Mode),
                                Context.ITState};
   CTextCache::ENTRY Entry;
@@ -125,7 +125,7 @@ int InstText(const SNAPSHOT& Core, U32 Addr, QString& sText) {
     Entry = DecodeText(Core, Context, Addr, aByte, Key);
     StoreText(Addr, Entry, Core.Generation);
   }
-  SetNextDecodeAddr(Addr + Entry.Length);
+  SetNextDecodeAddr(DECODER_TEXT, Addr + Entry.Length);
   sText = Entry.sText;
   return static_cast<int>(Entry.Length);
 }
@@ -158,7 +158,9 @@ int GetCodeHex(U32 Addr, QString& sText) {
   if (Core.pAPI == nullptr) return -1;
   U32 Size = GetDataItemSize(Addr);
   const bool bData = Size > 0;
-  if (!bData) Size = InstSizeAt(Core, Addr);
+  // As the text has it: a call is one instruction of two halfwords on Thumb-1 cores, too.
+  VCORE_INST Inst;
+  if (!bData) Size = GetInst(Addr, Inst) ? Inst.Length : InstSizeAt(Core, Addr);
   const U32 Kept = Clipped(Addr, Size);
   if (bData || Kept != Size) {
     Size = DirectiveSize(Kept);

@@ -60,15 +60,16 @@ struct THREAD_DECODER {
   U32 NextAddr = INVALID_ADDR;
 };
 
-thread_local THREAD_DECODER Decoder;
+thread_local THREAD_DECODER aDecoder[NUM_DECODER_USES];
 
 }  // namespace
 
-DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, U32 Addr, U32 Mode) {
+DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, DECODER_USE Use, U32 Addr, U32 Mode) {
   if (Mode != VCORE_MODE_ARM && Mode != VCORE_MODE_THUMB) {
     LogError(Core, QStringLiteral("Execution mode not supported. Reverting to Thumb"));
     Mode = VCORE_MODE_THUMB;
   }
+  THREAD_DECODER& Decoder = aDecoder[Use];
   DISASM_CONTEXT& Context = Decoder.Context;
   const U32 DecoderMode = Mode == VCORE_MODE_ARM ? DISASM_ARM : DISASM_THUMB;
   if (Decoder.Generation != Core.Generation || Decoder.pAPI != Core.pAPI || Context.Mode != DecoderMode ||
@@ -86,8 +87,8 @@ DISASM_CONTEXT& PrepareDecoder(const SNAPSHOT& Core, U32 Addr, U32 Mode) {
   return Context;
 }
 
-void SetNextDecodeAddr(U32 Addr) {
-  Decoder.NextAddr = Addr;
+void SetNextDecodeAddr(DECODER_USE Use, U32 Addr) {
+  aDecoder[Use].NextAddr = Addr;
 }
 
 U32 ExecModeAt(const SNAPSHOT& Core, U32 Addr) {

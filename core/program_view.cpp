@@ -21,6 +21,12 @@ U32 TargetAddr(ELF_SYM_HANDLE hSym, U32 InstAlign) {
   return ELF_GetValue(hSym) & ~(InstAlign - 1);
 }
 
+bool IsInCode(const ELF_FILE* pFile, ELF_SYM_HANDLE hSym) {
+  const I32 Section = ELF_GetSectionIndex(hSym);
+  return Section > 0 && static_cast<U32>(Section) < ELF_GetNumSections(pFile) &&
+         (ELF_GetSectionFlags(pFile, static_cast<U32>(Section)) & SHF_EXECUTABLE) != 0;
+}
+
 bool IsMappingSymbol(const ELF_FILE* pFile, ELF_SYM_HANDLE hSym) {
   if (ELF_GetTag(hSym) != ELF_SYMBOL_NOTYPE || ELF_GetBinding(hSym) != BINDING_LOCAL) return false;
   const I32 Section = ELF_GetSectionIndex(hSym);
@@ -82,8 +88,9 @@ void CProgramView::LoadSymbols(ELF_FILE* pFile, U32 InstAlign) {
         sName[0] == '$') {
       continue;
     }
-    aSymbol.push_back(
-        {TargetAddr(hSym, Type == ELF_SYMBOL_OBJECT ? 1 : 2), Type == ELF_SYMBOL_OBJECT, QString::fromUtf8(sName)});
+    // Only labels of code may have the Thumb bit; a constant of the linker script may be odd.
+    const U32 Align = Type == ELF_SYMBOL_NOTYPE && IsInCode(pFile, hSym) ? 2 : 1;
+    aSymbol.push_back({TargetAddr(hSym, Align), Type == ELF_SYMBOL_OBJECT, QString::fromUtf8(sName)});
   }
   std::stable_sort(aSymbol.begin(), aSymbol.end(), [](const SYMBOL& A, const SYMBOL& B) {
     return A.Addr != B.Addr ? A.Addr < B.Addr : A.bObject && !B.bObject;

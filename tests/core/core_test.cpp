@@ -49,10 +49,12 @@ TEST_F(CoreTest, CoreTables) {
     EXPECT_EQ(sName + u' ' + VCore::GetArchName(CoreId), QLatin1String(sCore) + u' ' + QLatin1String(sArch));
     EXPECT_EQ(VCore::GetThumbLevel(CoreId), ThumbLevel) << sCore;
   }
-  bool bUnknown = false;
-  EXPECT_EQ(VCore::GetCoreName(14, 9, sName, &bUnknown), 0);
+  Init(CORE_ID_M4);
+  EXPECT_EQ(VCore::GetCoreName(14, 9, sName), 0);
   EXPECT_EQ(sName, u"Cortex-M4"_s);
-  EXPECT_TRUE(bUnknown);
+  EXPECT_EQ(VCore::GetCoreName(7, 1, sName), 0);
+  EXPECT_EQ(VCore::GetCoreName(12, 9, sName), 0);
+  EXPECT_EQ(Target.Errors, QStringList({u"Unknown device subfamily."_s, u"Unknown device subfamily"_s}));
   EXPECT_EQ(VCore::GetCoreName(16, 0, sName), -1);
 }
 
@@ -67,6 +69,34 @@ TEST_F(CoreTest, ReadRegsSpreadsValuesAndMarksTheMissing) {
   EXPECT_EQ(VCore::ReadRegs(18, 18, aValue, aStatus), -1);
 }
 
+// The probe's numbers of R7, R8, R12, SP, LR, PC, PSR and SPSR.
+TEST_F(CoreTest, RegistersOfEveryMode) {
+  constexpr U32 NONE = INVALID_REG_INDEX;
+  const std::tuple<U32, U32, std::vector<U32>> aCase[] = {
+      // core, status register
+      {CORE_ID_ARM9, 0x10, {7, 10, 14, 15, 16, 9, 8, NONE}},  // USR
+      {CORE_ID_ARM9, 0x11, {7, 18, 22, 23, 24, 9, 8, 17}},    // FIQ
+      {CORE_ID_ARM9, 0x12, {7, 10, 14, 32, 33, 9, 8, 31}},    // IRQ
+      {CORE_ID_ARM9, 0x13, {7, 10, 14, 26, 27, 9, 8, 25}},    // SVC
+      {CORE_ID_ARM9, 0x17, {7, 10, 14, 29, 30, 9, 8, 28}},    // ABT
+      {CORE_ID_ARM9, 0x1B, {7, 10, 14, 35, 36, 9, 8, 34}},    // UND
+      {CORE_ID_ARM9, 0x1F, {7, 10, 14, 15, 16, 9, 8, NONE}},  // SYS
+      {0x080000FF, 0x00, {7, 10, 14, 35, 36, 9, 8, 34}},      // no mode has this number
+      {0x0C0000FF, 0x12, {7, 10, 14, 32, 33, 9, 8, 31}},      // Cortex-R
+      {CORE_ID_M4, 0x13, {7, 8, 12, 13, 14, 15, 16, 17}},    {CORE_ID_CORTEX_M0, 0x13, {7, 8, 12, 13, 14, 15, 16, 17}},
+  };
+  constexpr U32 aLogic[] = {7, 8, 12, 13, 14, 15, 16, 17};
+  for (const auto& [CoreId, Status, aProbe] : aCase) {
+    Init(CoreId);
+    Target.ProbeRegs[8] = Status;
+    for (size_t i = 0; i < std::size(aLogic); ++i)
+      EXPECT_EQ(VCore::MapRegIndex(aLogic[i]), aProbe[i]) << std::hex << CoreId << " " << Status << " " << aLogic[i];
+  }
+  Init(CORE_ID_ARM9);
+  Target.ProbeRegs.clear();
+  EXPECT_EQ(VCore::MapRegIndex(13), 35u);  // a mode that cannot be read
+}
+
 TEST_F(CoreTest, ResetState) {
   using WRITTEN = std::vector<std::pair<U32, U32>>;
   const std::tuple<const char*, U32, U32, bool, int, WRITTEN> aCase[] = {
@@ -75,7 +105,12 @@ TEST_F(CoreTest, ResetState) {
       {"big endian", CORE_ID_M4, 1, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"Cortex-M0 has no VTOR", CORE_ID_CORTEX_M0, 0, true, 0, {{13, 0x20000800}, {15, 0x100}}},
       {"no vectors", CORE_ID_M4, 0, false, -1, {}},
-      {"banked", CORE_ID_ARM9, 0, false, 0, {{9, 0}}},
+      {"Cortex-M3", 0x030000FF, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
+      {"Cortex-M33", 0x0E0200FF, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
+      {"ARM7", 0x0700004F, 0, false, 0, {{9, 0}}},
+      {"ARM9", CORE_ID_ARM9, 0, true, 0, {{9, 0}}},
+      {"Cortex-A", 0x080000FF, 0, false, 0, {{9, 0}}},
+      {"Cortex-R", 0x0C0000FF, 0, false, 0, {{9, 0}}},
   };
   for (const auto& [sName, CoreId, Endianness, bVectors, Result, aWritten] : aCase) {
     Target = {};
@@ -112,6 +147,12 @@ TEST_F(CoreTest, CodeInRAM) {
   Target.PutHalfword(0x20000000, 0x4770);
   EXPECT_EQ(VCore::Disassemble(0x20000000, sText), 2);
   EXPECT_EQ(sText, u"BX          LR"_s);
+  Target.PutWord(0x20000000, 0x3001bf08);  // IT EQ, ADDEQ R0, #1
+  VCORE_INST Inst;
+  VCore::Disassemble(0x20000000, sText);
+  EXPECT_TRUE(VCore::GetInst(0x20000002, Inst));  // a question in between does not end the listing's block
+  VCore::Disassemble(0x20000002, sText);
+  EXPECT_EQ(sText, u"ADDEQ       R0, #0x01"_s);
 }
 
 TEST_F(CoreTest, AnalyzeAddRefusesBadRanges) {
@@ -129,6 +170,10 @@ TEST_F(CoreTest, ModeOfOlderCoresComesFromTheStatusRegister) {
   EXPECT_EQ(VCore::GetInstSize(0x100), 4u);
   Target.ProbeRegs[8] = 0x33;
   EXPECT_FALSE(VCore::IsArm(0x100));
+  Target.PutWord(0x100, 0xf800f000);
+  QString sCode;
+  EXPECT_EQ(VCore::GetCodeHex(0x100, sCode), 4);  // a call of two halfwords is shown as one
+  EXPECT_EQ(sCode, u"F000 F800"_s);
   Target.ProbeRegs.clear();
   EXPECT_FALSE(VCore::IsArm(0x100));
 }
@@ -137,10 +182,12 @@ TEST_F(CoreTest, ModeOfOlderCoresComesFromTheStatusRegister) {
 TEST_F(CoreTest, InstructionsOfTheCore) {
   const std::tuple<U32, U32, const char16_t*> aCase[] = {
       // identifier, word in memory, text
-      {0x0700004F, 0xe12fff1e, u"BX          LR"},                                           // version 4 with Thumb
-      {0x07FFFFFF, 0xe0821003, u"ADD         R1, R2, R3"},                                   // version 3
-      {0x080000FF, 0xf2002844, u"VADD.I8     Q1, Q0, Q2"},  {CORE_ID_M4, 0x2844ef00, u"?"},  // the same in Thumb
-      {0x0B7680FF, 0xe3012234, u"MOVW        R2, #0x1234"},                                  // version 6 with Thumb-2
+      {0x0700004F, 0xe12fff1e, u"BX          LR"},          // version 4 with Thumb
+      {0x07FFFFFF, 0xe0821003, u"ADD         R1, R2, R3"},  // version 3
+      {0x080000FF, 0xf2002844, u"VADD.I8     Q1, Q0, Q2"},
+      {CORE_ID_M4, 0x2844ef00, u"?"},                        // the same in Thumb
+      {CORE_ID_M4, 0x8fc0f3de, u"?"},                        // a return from an exception of other profiles
+      {0x0B7680FF, 0xe3012234, u"MOVW        R2, #0x1234"},  // version 6 with Thumb-2
   };
   for (const auto& [CoreId, Word, sText] : aCase) {
     constexpr U32 PROBE_INDEX_CPSR = 8;

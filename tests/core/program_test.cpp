@@ -11,10 +11,12 @@ namespace {
 
 class ProgramTest : public testing::Test {
 protected:
-  void SetUp() override {
-    pFile = ELF_Open(VEXOR_SOURCE_DIR "/tests/core/data/firmware.elf");
+  void SetUp() override { Open("firmware", CORE_ID_M4); }
+  void Open(const std::string& sName, U32 CoreId) {
+    if (pFile != nullptr) TearDown();
+    pFile = ELF_Open((VEXOR_SOURCE_DIR "/tests/core/data/" + sName + ".elf").c_str());
     ASSERT_NE(pFile, nullptr);
-    ASSERT_EQ(VCore::Init({CORE_ID_M4, 0, 0}, Target.API()), 0);
+    ASSERT_EQ(VCore::Init({CoreId, 0, 0}, Target.API()), 0);
     VCore::AttachElf(pFile);
     ASSERT_GT(VCore::BuildMappingSymbols(), 0);
     ASSERT_GT(VCore::AnalyzeProgram(), 0u);
@@ -43,27 +45,39 @@ protected:
   ELF_FILE* pFile = nullptr;
 };
 
-TEST_F(ProgramTest, StartsAndSizesAgreeWithTheListing) {
-  std::ifstream Listing(VEXOR_SOURCE_DIR "/tests/core/data/firmware.starts");
-  U32 Addr = 0, Size = 0, NumInstructions = 0;
-  char Kind = 0;
-  std::string sFunction;
-  while (Listing >> std::hex >> Addr >> Size >> Kind >> sFunction) {
-    SCOPED_TRACE(testing::Message() << std::hex << Addr);
-    const bool bInstruction = Kind == 'i';
-    EXPECT_EQ(VCore::IsInstruction(Addr), bInstruction);
-    EXPECT_EQ(VCore::GetDataItemSize(Addr), bInstruction ? 0u : 4u);
-    if (bInstruction) {
-      EXPECT_EQ(VCore::GetInstLength(Addr), Size);
-      EXPECT_EQ(VCore::GetInstSize(Addr), Size);
+// Literal pools, jump tables of bytes and of addresses, and code of both instruction sets in one program.
+TEST_F(ProgramTest, StartsSizesAndModesAgreeWithTheListing) {
+  for (const auto& [sName, CoreId] :
+       {std::pair{"firmware", CORE_ID_M4}, {"tables-m4", CORE_ID_M4}, {"tables-arm9", CORE_ID_ARM9}}) {
+    Open(sName, CoreId);
+    std::ifstream Listing(VEXOR_SOURCE_DIR "/tests/core/data/" + std::string(sName) + ".starts");
+    U32 Addr = 0, Size = 0, NumInstructions = 0;
+    char Kind = 0;
+    std::string sFunction;
+    while (Listing >> std::hex >> Addr >> Size >> Kind >> sFunction) {
+      SCOPED_TRACE(testing::Message() << sName << " " << std::hex << Addr);
+      const bool bInstruction = Kind != 'd';
+      EXPECT_EQ(VCore::IsInstruction(Addr), bInstruction);
+      QString sText;
+      if (bInstruction) {
+        EXPECT_EQ(VCore::GetDataItemSize(Addr), 0u);
+        EXPECT_EQ(VCore::IsArm(Addr), Kind == 'a');
+        EXPECT_EQ(VCore::GetInstLength(Addr), Size);
+        EXPECT_EQ(VCore::Disassemble(Addr, sText), static_cast<int>(Size));
+        EXPECT_EQ(VCore::GetCodeHex(Addr, sText), static_cast<int>(Size));
+        U32 Inner = Addr;
+        EXPECT_TRUE(Size == 2 || (VCore::GetPrevInst(Addr + 2, Inner) == 0 && Inner == Addr));
+      } else {
+        EXPECT_GE(VCore::GetDataItemSize(Addr), Size);
+        VCore::Disassemble(Addr, sText);
+        EXPECT_TRUE(sText.startsWith(QLatin1String("DC")));
+      }
+      for (U32 Inner = Addr + 2; Inner < Addr + Size; Inner += 2) EXPECT_FALSE(VCore::IsInstruction(Inner));
+      NumInstructions += bInstruction ? 1 : 0;
     }
-    QString sText;
-    EXPECT_EQ(VCore::Disassemble(Addr, sText), static_cast<int>(Size));
-    for (U32 Inner = Addr + 2; Inner < Addr + Size; Inner += 2) EXPECT_FALSE(VCore::IsInstruction(Inner));
-    NumInstructions += bInstruction ? 1 : 0;
+    EXPECT_GT(NumInstructions, 30u);
+    EXPECT_EQ(VCore::CountInstructions(0x08000000, 0x08001000), NumInstructions);
   }
-  EXPECT_GT(NumInstructions, 30u);
-  EXPECT_EQ(VCore::CountInstructions(0x08000010, 0x08000074), NumInstructions);
 }
 
 TEST_F(ProgramTest, Texts) {
@@ -119,6 +133,8 @@ TEST_F(ProgramTest, Labels) {
   EXPECT_EQ(Label(0x20000000), "counter+0");
   EXPECT_EQ(Label(0x08000066), "reset+6");
   EXPECT_EQ(Label(0x08000000), "vectors+0");
+  EXPECT_EQ(Label(0x401), "odd_size+0");
+  EXPECT_EQ(Label(0x400), "");
 }
 
 // Memory comes from the file first, so that disassembly shows the program while the target runs.
