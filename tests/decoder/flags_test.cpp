@@ -7,44 +7,105 @@ namespace {
 constexpr U32 JUMP = IF_BRANCH | IF_DIRECT_BRANCH;
 constexpr U32 JUMP_TO = JUMP | IF_TARGET;
 
+enum BLOCK_COND { TAKES_COND, HAS_NONE, HAS_OWN };
+
 struct FLAG_CASE {
   const char* sName;
   std::vector<U16> aHalfword;
   U32 Flags;  // without the condition field
-  U32 Target;
-  U32 Cond = 15;
+  U32 Target = 0;
+  BLOCK_COND Cond = TAKES_COND;
+  U32 OwnCond = 15;
 };
 
+// Every kind of instruction that may write the PC, beside the same kind that doesn't.
 const FLAG_CASE aCase[] = {
-    {"BNE", {0xd1fe}, JUMP_TO, 0x08001002, 1},
-    {"BWConditional", {0xf43f, 0xaffe}, JUMP_TO, 0x08001002, 0},
-    {"BXLR", {0x4770}, JUMP | IF_RETURN, 0},
-    {"BXR3", {0x4718}, JUMP | IF_CALL, 0},
-    {"POPWithPC", {0xbd10}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
-    {"POPWideWithPC", {0xe8bd, 0x8010}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
-    {"LDMWithPC", {0xe890, 0x8006}, IF_MEM | IF_BRANCH, 0},
-    {"LDRToPC", {0xf851, 0xf023}, IF_MEM | IF_BRANCH, 0},
-    {"LDRToPCFromSP", {0xf85d, 0xfb04}, IF_MEM | IF_BRANCH | IF_RETURN, 0},
+    {"BNE", {0xd1fe}, JUMP_TO, 0x08001002, HAS_OWN, 1},
+    {"BWConditional", {0xf43f, 0xaffe}, JUMP_TO, 0x08001002, HAS_OWN, 0},
+    {"B", {0xe7fe}, JUMP_TO, 0x08001002},
+    {"BW", {0xf000, 0xb800}, JUMP_TO, 0x08001006},
+    {"CBZ", {0xb108}, JUMP_TO, 0x08001008, HAS_NONE},
+    {"CBNZ", {0xb908}, JUMP_TO, 0x08001008, HAS_NONE},
+    {"BL", {0xf000, 0xf801}, JUMP_TO | IF_CALL, 0x08001008},
+    {"BLXImmediate", {0xf000, 0xe802}, JUMP_TO | IF_CALL, 0x08001008},
+    {"BLXRegister", {0x4798}, JUMP | IF_CALL},
+    {"BXLR", {0x4770}, JUMP | IF_RETURN},
+    {"BXR3", {0x4718}, JUMP | IF_CALL},
+    {"BXJ", {0xf3c3, 0x8f00}, JUMP | IF_CALL},
+    {"BXAUT", {0xfb5e, 0xcf1d}, JUMP | IF_RETURN},
+    {"WLS", {0xf041, 0xc803}, JUMP_TO, 0x0800100c, HAS_NONE},
+    {"DLS", {0xf041, 0xe001}, 0, 0, HAS_NONE},
+    {"LE", {0xf00f, 0xc003}, JUMP_TO, 0x08001002, HAS_NONE},
+    {"POPWithPC", {0xbd10}, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"POP", {0xbc10}, IF_MEM},
+    {"POPWideWithPC", {0xe8bd, 0x8010}, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"POPWide", {0xe8bd, 0x4010}, IF_MEM},
+    {"POPOfPCAlone", {0xf85d, 0xfb04}, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"PUSH", {0xb510}, IF_MEM},
+    {"LDM", {0xc906}, IF_MEM},
+    {"STM", {0xc106}, IF_MEM},
+    {"LDMWithPC", {0xe890, 0x8006}, IF_MEM | IF_BRANCH},
+    {"LDMDBWithPC", {0xe930, 0x8006}, IF_MEM | IF_BRANCH},
+    {"STMWide", {0xe880, 0x0006}, IF_MEM},
+    {"LDRToPC", {0xf8d1, 0xf004}, IF_MEM | IF_BRANCH},
+    {"LDRToPCByRegister", {0xf851, 0xf023}, IF_MEM | IF_BRANCH},
+    {"LDRToPCWithWriteBack", {0xf851, 0xff04}, IF_MEM | IF_BRANCH},
+    {"LDRToPCFromSP", {0xf8dd, 0xf004}, IF_MEM | IF_BRANCH | IF_RETURN},
+    {"LDRLiteralToPC", {0xf8df, 0xf004}, IF_MEM | IF_TARGET | IF_BRANCH, 0x08001008},
     {"LDRLiteral", {0x4801}, IF_MEM | IF_TARGET, 0x08001008},
     {"LDRLiteralDown", {0xf85f, 0x0008}, IF_MEM | IF_TARGET, 0x08000ffc},
+    {"LDRDLiteral", {0xe9df, 0x0102}, IF_MEM | IF_TARGET, 0x0800100c},
+    {"VLDRLiteral", {0xed9f, 0x0a02}, IF_MEM | IF_TARGET, 0x0800100c},
+    {"HalfVLDRLiteral", {0xed9f, 0x0902}, IF_MEM | IF_TARGET, 0x08001008},
+    {"PLDLiteral", {0xf89f, 0xf004}, IF_TARGET, 0x08001008},
+    {"PLD", {0xf891, 0xf004}, 0},
     {"ADR", {0xa001}, IF_TARGET, 0x08001008},
-    {"MOVToPC", {0x4687}, JUMP, 0},
-    {"MOVToR8", {0x4680}, 0, 0},
-    {"STR", {0x6008}, IF_MEM, 0},
-    {"VLDR", {0xed91, 0x1a02}, IF_MEM, 0},
-    {"TBH", {0xe8df, 0xf011}, JUMP | IF_MEM, 0},
-    {"BKPTSemihosting", {0xbeab}, IF_BKPT | IF_SEMIHOST, 0},
-    {"SVCIsNoSemihosting", {0xdfab}, 0, 0},
-    {"IT", {0xbf08}, IF_MEM, 0},
-    {"DMB", {0xf3bf, 0x8f5f}, 0, 0},
+    {"ADRWideDown", {0xf2af, 0x0004}, IF_TARGET, 0x08001000},
+    {"MOVToPC", {0x4687}, JUMP},
+    {"ADDToPC", {0x4487}, JUMP},
+    {"MOVToR8", {0x4680}, 0},
+    {"CMPWithPC", {0x4587}, 0},
+    {"STR", {0x6008}, IF_MEM},
+    {"LDRD", {0xe9d1, 0x0102}, IF_MEM},
+    {"LDREX", {0xe851, 0x0f01}, IF_MEM},
+    {"STREXB", {0xe8c1, 0x2f40}, IF_MEM},
+    {"LDA", {0xe8d1, 0x0faf}, IF_MEM},
+    {"LDC", {0xed91, 0x1f00}, IF_MEM},
+    {"VLDR", {0xed91, 0x1a02}, IF_MEM},
+    {"VSTM", {0xec81, 0x1a02}, IF_MEM},
+    {"VPUSH", {0xed2d, 0x8b04}, IF_MEM},
+    {"VADD", {0xee30, 0x0a21}, 0},
+    {"MUL", {0x4348}, 0},
+    {"TBB", {0xe8df, 0xf001}, JUMP | IF_MEM},
+    {"TBH", {0xe8df, 0xf011}, JUMP | IF_MEM},
+    {"RFE", {0xe991, 0xc000}, IF_BRANCH | IF_MEM},
+    {"SRS", {0xe98d, 0xc013}, IF_MEM},
+    {"SUBSToPC", {0xf3de, 0x8f04}, IF_BRANCH | IF_RETURN},
+    {"SMC", {0xf7f0, 0x8000}, IF_BRANCH},
+    {"HVC", {0xf7e0, 0x8000}, IF_BRANCH},
+    {"BKPT", {0xbe00}, IF_BKPT, 0, HAS_NONE},
+    {"BKPTSemihosting", {0xbeab}, IF_BKPT | IF_SEMIHOST, 0, HAS_NONE},
+    {"SVCIsNoSemihosting", {0xdfab}, 0},
+    {"IT", {0xbf08}, IF_MEM, 0, HAS_NONE},
+    {"DMB", {0xf3bf, 0x8f5f}, 0, 0, HAS_NONE},
+    {"CPS", {0xb672}, 0, 0, HAS_NONE},
+    {"SETEND", {0xb658}, 0, 0, HAS_NONE},
+    {"CSEL", {0xea51, 0x8002}, 0, 0, HAS_NONE},
+    {"VSEL", {0xfe00, 0x0a81}, 0, 0, HAS_NONE},
 };
 
-TEST(Flags, FlagsAndTarget) {
+// Outside a block and in a block of each condition.
+TEST(Flags, ThumbInEveryCondition) {
   for (const FLAG_CASE& Case : aCase) {
-    SCOPED_TRACE(Case.sName);
-    const DECODED Decoded = DecodeOne(0x08001002, Case.aHalfword);
-    EXPECT_EQ(Decoded.Info.Flags, Case.Flags | Case.Cond << IF_COND_SHIFT | (Case.Cond < 15 ? IF_CONDITIONAL : 0u));
-    if ((Case.Flags & IF_TARGET) != 0) {
+    for (U32 BlockCond = 0; BlockCond <= 15; ++BlockCond) {
+      SCOPED_TRACE(testing::Message() << Case.sName << " in " << BlockCond);
+      DISASM_CONTEXT Context;
+      Context.ArchVersion = 8;
+      DISASM_SetMode(Context, DISASM_THUMB);
+      if (BlockCond < 15) Context.ITState = static_cast<U8>(BlockCond << 4 | 8);
+      const DECODED Decoded = DecodeWith(Context, 0x08001002, Case.aHalfword);
+      const U32 Cond = Case.Cond == TAKES_COND ? BlockCond : Case.OwnCond;
+      EXPECT_EQ(Decoded.Info.Flags, Case.Flags | Cond << IF_COND_SHIFT | (Cond < 15 ? IF_CONDITIONAL : 0u));
       EXPECT_EQ(Decoded.Info.Target, Case.Target);
     }
   }
@@ -120,9 +181,7 @@ TEST(Flags, ArmInEveryCondition) {
       const DECODED Decoded = DecodeArm(0x08001000, (Case.Word & 0x0FFFFFFF) | Cond << 28);
       ASSERT_EQ(Decoded.Length, 4);
       EXPECT_EQ(Decoded.Info.Flags, Case.Flags | Cond << IF_COND_SHIFT | (Cond < 15 ? IF_CONDITIONAL : 0u));
-      if ((Case.Flags & IF_TARGET) != 0) {
-        EXPECT_EQ(Decoded.Info.Target, Case.Target);
-      }
+      EXPECT_EQ(Decoded.Info.Target, Case.Target);
     }
   }
 }
@@ -133,22 +192,6 @@ TEST(Flags, ArmWithoutCondition) {
   EXPECT_EQ(DecodeArm(0, 0xe1400070).Info.Flags, IF_BRANCH | IF_UNCONDITIONAL);
 }
 
-// In a block every instruction has the block's condition, but for those that have none or one of their own.
-TEST(Flags, ThumbInEveryBlock) {
-  for (const FLAG_CASE& Case : aCase) {
-    const bool bHasOwn = Case.Cond != 15;
-    const bool bHasNone = Case.aHalfword[0] >> 8 == 0xbe || Case.aHalfword[0] == 0xbf08 || Case.aHalfword[0] == 0xf3bf;
-    for (U32 Cond = 0; Cond < 15; ++Cond) {
-      DISASM_CONTEXT Context;
-      DISASM_SetMode(Context, DISASM_THUMB);
-      Context.ITState = static_cast<U8>(Cond << 4 | 8);
-      const U32 Expected = bHasNone ? 15 : bHasOwn ? Case.Cond : Cond;
-      const U32 Flags = DecodeWith(Context, 0x08001002, Case.aHalfword).Info.Flags;
-      EXPECT_EQ(Flags, Case.Flags | Expected << IF_COND_SHIFT | (Expected < 15 ? IF_CONDITIONAL : 0u)) << Case.sName;
-    }
-  }
-}
-
 // Targets keep all their bits, above 256 MB and round the end of the address space.
 TEST(Flags, TargetsOfHighAddresses) {
   const std::pair<std::vector<U16>, U32> aBranch[] = {
@@ -157,6 +200,23 @@ TEST(Flags, TargetsOfHighAddresses) {
     for (const auto& [aHalfword, Distance] : aBranch) {
       EXPECT_EQ(DecodeOne(Addr, aHalfword).Info.Target, static_cast<U32>(Addr + Distance)) << std::hex << aHalfword[0];
     }
+  }
+}
+
+// What only other profiles have is no instruction on the M profile.
+TEST(Flags, NotOnTheMProfile) {
+  const std::vector<U16> aaWord[] = {
+      {0xb658},         {0xba80},         {0xf000, 0xe802}, {0xe8d1, 0x017f}, {0xe991, 0xc000}, {0xe98d, 0xc013},
+      {0xf3af, 0x8640}, {0xf3de, 0x8f00}, {0xf3ee, 0x8120}, {0xf3ff, 0x8000}, {0xf7f0, 0x8000}, {0xf3c3, 0x8f00},
+      {0xfac1, 0xf082}, {0xeef8, 0x0a10}, {0xef00, 0x2844}, {0xf921, 0x0a8d},
+  };
+  for (const auto& aHalfword : aaWord) {
+    DISASM_CONTEXT Context;
+    Context.ArchVersion = 8;
+    DISASM_SetMode(Context, DISASM_THUMB);
+    EXPECT_GT(DecodeWith(Context, 0, aHalfword).Length, 0) << std::hex << aHalfword[0];
+    Context.bMProfile = true;
+    EXPECT_EQ(DecodeWith(Context, 0, aHalfword).Length, -1) << std::hex << aHalfword[0];
   }
 }
 

@@ -36,11 +36,8 @@ U32 ThumbWordOf(U32 Word) {
   return (Word & 0x00FFFFFF) | (bData ? 0xEF000000 | (Word >> 24 & 1) << 28 : 0xF9000000);
 }
 
-DECODED DecodeThumbWord(U32 Word, bool bMProfile = false) {
-  DISASM_CONTEXT Context;
-  DISASM_SetMode(Context, DISASM_THUMB);
-  Context.bMProfile = bMProfile;
-  return DecodeWith(Context, 0x1000, {static_cast<U16>(Word >> 16), static_cast<U16>(Word)});
+DECODED DecodeThumbWord(U32 Word) {
+  return DecodeOne(0x1000, {static_cast<U16>(Word >> 16), static_cast<U16>(Word)});
 }
 
 TEST(Simd, SameTextInBothInstructionSets) {
@@ -64,13 +61,6 @@ TEST(Simd, RefusesWhatIsNoInstruction) {
     EXPECT_EQ(DecodeArm(0, Word).Length, -1) << std::hex << Word << " " << DecodeArm(0, Word).sText;
   }
   EXPECT_EQ(DecodeArm(0, 0xf2002844, 6).Length, -1);
-}
-
-// Microcontrollers have no such unit.
-TEST(Simd, NotOnTheMProfile) {
-  EXPECT_EQ(DecodeThumbWord(0xef002844, true).Length, -1);
-  EXPECT_EQ(DecodeThumbWord(0xf9210a8d, true).Length, -1);
-  EXPECT_EQ(DecodeThumbWord(0xee300a21, true).sText, "VADD.F32\tS0, S0, S3");
 }
 
 }  // namespace
