@@ -1,6 +1,6 @@
 """Runs inside gdb, and prints what it knows of its program: one fact a row, columns separated by tabs.
 
-  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; TYPE_NAMES = ['node']" -x gdb_facts.py FILE"""
+  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; TYPE_NAMES, VARIABLE_NAMES = ['node'], ['sink']" -x gdb_facts.py FILE"""
 
 import gdb
 
@@ -64,15 +64,22 @@ def type_text(of):
         of = of.target()
 
 
-def variables(block):
-    if not block.is_global and not block.is_static:
-        return
-    for symbol in block:
-        if not symbol.is_variable or not symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
-            continue
-        value = symbol.value()
-        row("variable", symbol.name, f"{int(value.address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof,
+def variable(symbol):
+    if symbol and symbol.is_variable and symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
+        row("variable", symbol.name, f"{int(symbol.value().address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof,
             type_text(symbol.type))
+
+
+def variables(block):
+    if block.is_global or block.is_static:
+        for symbol in block:
+            variable(symbol)
+
+
+def variables_by_name():
+    """Those of units without code, which stand in no block of it."""
+    for name in VARIABLE_NAMES:
+        variable(gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name))
 
 
 def record(name, record_type, offset):
@@ -139,6 +146,7 @@ def main():
         variables(block)
         types(block, seen)
     types_by_name(seen)
+    variables_by_name()
 
 
 main()

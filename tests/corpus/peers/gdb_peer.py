@@ -19,8 +19,8 @@ def _by_kind(text):
     return found
 
 
-def _gdb_facts(path, ranges, names):
-    setting = f"python CODE_RANGES = {ranges}; TYPE_NAMES = {names}"
+def _gdb_facts(path, ranges, types=(), variables=()):
+    setting = f"python CODE_RANGES = {ranges}; TYPE_NAMES, VARIABLE_NAMES = {list(types)}, {list(variables)}"
     result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
     return _by_kind(result.stdout)
 
@@ -63,7 +63,7 @@ def pairs_of_lines(folder, path):
     """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
     result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
                             timeout=facts.TIME_LIMIT_S, check=True)
-    own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path), [])
+    own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path))
     own_at = {int(address, 16): (_file(file), int(line), inner) for address, file, line, inner, _ in own["at"]}
     peer_at = {int(address, 16): (_file(file), int(line), name) for address, file, line, name in peer["at"]}
     both = own_at.keys() & peer_at.keys()
@@ -80,9 +80,10 @@ def pairs_of_data(folder, path):
     """The same of variables and types."""
     members, enumerators = facts.own_types(_own(folder), path)
     names = sorted({name.rsplit("::", 1)[0] for name in [row[1] for row in members] + [row[0] for row in enumerators]})
-    peer = _gdb_facts(path, _code_ranges(folder, path), names)
+    variables = facts.own_globals(_own(folder), path)
+    peer = _gdb_facts(path, _code_ranges(folder, path), names, sorted({row[0] for row in variables}))
     yield ("global variables (gdb)",  # those with an address: gdb's list has no others
-           {(_bare(name), place, size) for name, place, size, _ in facts.own_globals(_own(folder), path)
+           {(_bare(name), place, size) for name, place, size, _ in variables
             if isinstance(place, int) and place},
            {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]
             if int(address, 16)})
