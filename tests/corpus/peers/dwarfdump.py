@@ -63,7 +63,7 @@ class DebugInfo:
 
     def _with_addresses(self, entry, expression):
         """An expression with the addresses that it names by their index."""
-        base = self._root(entry).number("DW_AT_addr_base")
+        base = self.root(entry).number("DW_AT_addr_base")
         return re.sub(r"DW_OP_addrx (0x[0-9a-f]+)", lambda match: f"DW_OP_addr {self._addresses[base][int(match[1], 16)]:#x}",
                       expression)
 
@@ -104,10 +104,10 @@ class DebugInfo:
         return self._by_offset.values()
 
     def in_type_units(self):
-        return [entry for entry in self.all() if self._root(entry).is_tag("type_unit")]
+        return [entry for entry in self.all() if self.root(entry).is_tag("type_unit")]
 
     @staticmethod
-    def _root(entry):
+    def root(entry):
         while entry.parent:
             entry = entry.parent
         return entry

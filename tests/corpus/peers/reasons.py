@@ -74,6 +74,13 @@ def _nested_in_type_unit(context, side, row, own, peer):
                                   for entry in context.info.in_type_units())
 
 
+def _named_in_another_unit(context, side, row, own, peer):
+    info = context.info
+    return side == "here" and any(
+        entry.is_tag("variable") and info.name(entry) == row[0] and not entry.has("DW_AT_name") and
+        info.root(entry) is not info.root(info.origin(entry)) for entry in info.all() if info.origin(entry))
+
+
 _KNOWN = [
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb the last"),
@@ -89,4 +96,7 @@ _KNOWN = [
      "gdb shows an inlined instance only where its call is described, which needs version 3"),
     ("members (gdb)", _without_bound, "an array without bound counts as one element here, as none in gdb"),
     ("members (gdb)", _nested_in_type_unit, "gdb finds no type that stands inside another one of a type unit"),
+    ("global variables (gdb)", _named_in_another_unit,
+     "gdb finds no constant whose name stands in another unit, as link-time optimisation leaves it"),
+    ("types of variables (gdb)", _named_in_another_unit, "the same"),
 ]
