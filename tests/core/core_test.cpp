@@ -106,7 +106,7 @@ TEST_F(CoreTest, ResetState) {
       {"Cortex-M0 has no VTOR", CORE_ID_CORTEX_M0, 0, true, 0, {{13, 0x20000800}, {15, 0x100}}},
       {"no vectors", CORE_ID_M4, 0, false, -1, {}},
       {"Cortex-M3", 0x030000FF, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
-      {"Cortex-M33", 0x0E0200FF, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
+      {"Cortex-M33", CORE_ID_M33, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"ARM7", 0x0700004F, 0, false, 0, {{9, 0}}},
       {"ARM9", CORE_ID_ARM9, 0, true, 0, {{9, 0}}},
       {"Cortex-A", 0x080000FF, 0, false, 0, {{9, 0}}},

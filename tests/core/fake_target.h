@@ -7,6 +7,7 @@
 
 inline constexpr U32 CORE_ID_M4 = 0x0E0000FF;
 inline constexpr U32 CORE_ID_ARM9 = 0x092601FF;
+inline constexpr U32 CORE_ID_M33 = 0x0E0200FF;
 
 // A target in memory behind the callbacks of the core model.
 struct FAKE_TARGET {

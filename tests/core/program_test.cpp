@@ -45,10 +45,12 @@ protected:
   ELF_FILE* pFile = nullptr;
 };
 
-// Literal pools, jump tables of bytes and of addresses, and code of both instruction sets in one program.
+// Literal pools, jump tables of bytes and of addresses, code of both instruction sets in one program, a secure program.
 TEST_F(ProgramTest, StartsSizesAndModesAgreeWithTheListing) {
-  for (const auto& [sName, CoreId] :
-       {std::pair{"firmware", CORE_ID_M4}, {"tables-m4", CORE_ID_M4}, {"tables-arm9", CORE_ID_ARM9}}) {
+  for (const auto& [sName, CoreId] : {std::pair{"firmware", CORE_ID_M4},
+                                      {"tables-m4", CORE_ID_M4},
+                                      {"tables-arm9", CORE_ID_ARM9},
+                                      {"secure-m55", CORE_ID_M33}}) {
     Open(sName, CoreId);
     std::ifstream Listing(VEXOR_SOURCE_DIR "/tests/core/data/" + std::string(sName) + ".starts");
     U32 Addr = 0, Size = 0, NumInstructions = 0;

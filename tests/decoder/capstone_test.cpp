@@ -1,4 +1,4 @@
-// The decoder held against an independent one: which patterns are instructions, how long, where they branch to.
+// The flags and targets held against an independent decoder. Texts are the subject of decoder_compare.
 #include <capstone/capstone.h>
 #include <gtest/gtest.h>
 
@@ -9,53 +9,6 @@
 namespace {
 
 constexpr U32 ADDR = 0x1000;
-
-enum WHO { ONLY_WE, ONLY_PEER };
-
-// Why one of the two decodes a word that the other refuses.
-struct DIFFERENCE {
-  U32 Mask;
-  U32 Value;
-  WHO Who;
-  const char* sReason;
-};
-
-const DIFFERENCE aDifference16[] = {
-    {0xFFF7, 0xB650, ONLY_WE, "SETEND: the peer is set to the M profile, we decode for all"},
-    {0xFFF0, 0xBFF0, ONLY_PEER, "IT with condition 15 is unpredictable"},
-};
-
-const DIFFERENCE aDifference32[] = {
-    {0xF800D001, 0xF000C000, ONLY_WE, "BLX immediate: not on the M profile"},
-    {0xFFFFF800, 0xF3AF8000, ONLY_WE, "CPS with a mode: not on the M profile"},
-    {0xFFE000F0, 0xE8C00070, ONLY_WE, "LDREXD, STREXD: not on the M profile"},
-    {0xFFFFFF00, 0xF3DE8F00, ONLY_WE, "exception return: not on the M profile"},
-    {0xFFD0FFFF, 0xE990C000, ONLY_WE, "RFE: not on the M profile"},
-    {0xFFD0FFFF, 0xE810C000, ONLY_WE, "RFE: not on the M profile"},
-    {0xFF70F000, 0xF830F000, ONLY_WE, "PLDW: only with the multiprocessing extension"},
-    {0xFFE0F000, 0xF3E08000, ONLY_WE, "MRS: special register numbers without a name are shown as numbers"},
-    {0xFFE0F000, 0xF3808000, ONLY_WE, "MSR: as MRS"},
-    {0xFF30F000, 0xF930F000, ONLY_WE, "reserved hints behave as NOP"},
-    {0xFFD00000, 0xE8900000, ONLY_WE, "LDM with SP, or with LR and PC, runs on hardware"},
-    {0xFF70F0C0, 0xF3200000, ONLY_WE, "saturation with ASR #32"},
-    {0xFE400F00, 0xEC400B00, ONLY_WE, "registers above D15, which M profile cores lack"},
-    {0xFFBA0ED0, 0xEEBA0A40, ONLY_PEER, "fixed point numbers of 16 bits with a fraction of more"},
-    {0xFE008000, 0xEA008000, ONLY_PEER, "data processing with a bit set that should be zero"},
-    {0xFF80F0C0, 0xFA00F0C0, ONLY_PEER, "extension with a bit set that should be zero"},
-    {0xFBF08000, 0xF3600000, ONLY_PEER, "bit field that ends below its start"},
-    {0xFE000E00, 0xEC000A00, ONLY_PEER, "floating point list past the last register or in the obsolete X form"},
-    {0xFE000E00, 0xFC000A00, ONLY_PEER, "LDC2, STC2 on the floating point coprocessor are undefined"},
-    {0xFFE0D000, 0xF3E08000, ONLY_PEER, "MRS with bits set that should be zero"},
-    {0xFFE0D000, 0xF3808000, ONLY_PEER, "MSR with bits set that should be zero"},
-    {0xFF108000, 0xF7000000, ONLY_PEER, "bit field and saturation with bits set that should be zero"},
-    {0xFF108020, 0xF3000020, ONLY_PEER, "bit field and saturation with bits set that should be zero"},
-    {0xFF000F10, 0xEE000B10, ONLY_PEER, "vector element transfers: Advanced SIMD"},
-    {0xFFF00F10, 0xEEE00A10, ONLY_PEER, "VMSR to privileged registers of the A profile"},
-};
-
-bool IsAdvancedSIMD(U32 Word) {
-  return (Word & 0xEF000000) == 0xEF000000 || (Word & 0xFF100000) == 0xF9000000;
-}
 
 class CPeer {
 public:
@@ -123,45 +76,24 @@ void CompareFlow(U32 Word, const DECODED& Ours, const cs_insn& Theirs) {
   }
 }
 
-template <size_t Size>
-const DIFFERENCE* Explain(const DIFFERENCE (&aDifference)[Size], U32 Word, WHO Who) {
-  for (const DIFFERENCE& Difference : aDifference) {
-    if (Difference.Who == Who && (Word & Difference.Mask) == Difference.Value) return &Difference;
-  }
-  return nullptr;
-}
-
-template <size_t Size>
-void Compare(CPeer& Peer, U32 Word, const std::vector<U16>& aHalfword, const DIFFERENCE (&aDifference)[Size]) {
+// True when both decode it.
+bool Compare(CPeer& Peer, U32 Word, const std::vector<U16>& aHalfword) {
   const DECODED Ours = DecodeOne(ADDR, aHalfword);
   const cs_insn* pTheirs = Peer.Decode(BytesOf(aHalfword));
-  if (Ours.Length > 0 && pTheirs != nullptr) {
-    ASSERT_EQ(Ours.Length, static_cast<int>(pTheirs->size)) << std::hex << Word;
-    CompareFlow(Word, Ours, *pTheirs);
-  } else if (Ours.Length > 0 || pTheirs != nullptr) {
-    const WHO Who = Ours.Length > 0 ? ONLY_WE : ONLY_PEER;
-    ASSERT_NE(Explain(aDifference, Word, Who), nullptr)
-        << std::hex << Word << " we: " << Ours.sText << " they: " << (pTheirs != nullptr ? pTheirs->mnemonic : "-");
-  }
+  if (Ours.Length < 0 || pTheirs == nullptr) return false;
+  CompareFlow(Word, Ours, *pTheirs);
+  return true;
 }
 
-TEST(Peer, AllHalfwords) {
+TEST(Peer, AllHalfwordsAndSampleOfWords) {
+  constexpr U32 NUM_WORDS = 400'000;
   CPeer Peer;
-  for (U32 Word = 0; Word < 0xE800; ++Word) {
-    ASSERT_NO_FATAL_FAILURE(Compare(Peer, Word, {static_cast<U16>(Word)}, aDifference16));
-  }
-}
-
-TEST(Peer, SampleOfWords) {
-  constexpr int NUM_WORDS = 400'000;
-  CPeer Peer;
+  for (U32 Word = 0; Word < 0xE800 && !HasFatalFailure(); ++Word) Compare(Peer, Word, {static_cast<U16>(Word)});
   std::mt19937 Random(20260);
-  int NumBoth = 0;
-  for (int i = 0; i < NUM_WORDS; ++i) {
-    const U32 Word = Random() | 0xE0000000u;
-    if ((Word & 0x18000000) == 0 || IsAdvancedSIMD(Word)) continue;
-    ASSERT_NO_FATAL_FAILURE(Compare(Peer, Word, {static_cast<U16>(Word >> 16), static_cast<U16>(Word)}, aDifference32));
-    NumBoth += Peer.Decode(BytesOf({static_cast<U16>(Word >> 16), static_cast<U16>(Word)})) != nullptr ? 1 : 0;
+  U32 NumBoth = 0;
+  for (U32 i = 0; i < NUM_WORDS && !HasFatalFailure(); ++i) {
+    const U32 Word = Random() | 0xE8000000u;
+    NumBoth += Compare(Peer, Word, {static_cast<U16>(Word >> 16), static_cast<U16>(Word)}) ? 1 : 0;
   }
   EXPECT_GT(NumBoth, NUM_WORDS / 3);  // otherwise the sample says little
 }
