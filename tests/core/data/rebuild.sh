@@ -17,4 +17,4 @@ build() { # name, source, options
 build firmware firmware.c -mcpu=cortex-m4
 build tables-m4 tables.c -mcpu=cortex-m4
 build tables-arm9 tables.c -mcpu=arm926ej-s
-build secure-m55 secure.c -mcpu=cortex-m55+nomve -mfloat-abi=hard -mcmse -Wl,--section-start=.gnu.sgstubs=0x8008000
+build secure-m55 secure.c -mcpu=cortex-m55+nomve -mfloat-abi=hard -falign-functions=2 -mcmse -Wl,--section-start=.gnu.sgstubs=0x8008000
