@@ -18,7 +18,7 @@ constexpr char GUARD = '#';
 }
 
 struct CHOICE {
-  bool bArm, bBigEndian, bLabels, bData, bMProfile, bSkips;
+  bool bArm, bBigEndian, bLabels, bData, bMProfile, bSkips, bBigEndianData;
   U32 ArchVersion;
   U32 TextSize;
   U8 ITState;
@@ -27,8 +27,9 @@ struct CHOICE {
 
 CHOICE ChoiceOf(const U8* pData) {
   const U8 Bits = pData[0];
-  return {(Bits & 1) != 0,  (Bits & 2) != 0,       (Bits & 4) != 0, (Bits & 8) != 0,
-          (Bits & 16) != 0, (Bits & 32) != 0,      pData[1] & 15u,  pData[2] & (MAX_TEXT_SIZE - 1),
+  return {(Bits & 1) != 0,  (Bits & 2) != 0,       (Bits & 4) != 0,
+          (Bits & 8) != 0,  (Bits & 16) != 0,      (Bits & 32) != 0,
+          (Bits & 64) != 0, pData[1] & 15u,        pData[2] & (MAX_TEXT_SIZE - 1),
           pData[3],         pData[4] * 0x01010101u};
 }
 
@@ -89,6 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const U8* pData, size_t NumBytes) {
   Context.pAPI = &API;
   Context.ArchVersion = Choice.ArchVersion;
   Context.BigEndian = Choice.bBigEndian ? 1 : 0;
+  Context.BigEndianData = Choice.bBigEndianData ? 1 : 0;
   Context.bMProfile = Choice.bMProfile;
   DISASM_SetMode(Context, Choice.bArm ? DISASM_ARM : DISASM_THUMB);
   Context.ITState = Choice.ITState;

@@ -63,7 +63,7 @@ constexpr TARGET aTarget[] = {
     {true, 6, false, "armv6kz-none-eabi", "+vfp2,+trustzone"},
     {true, 7, false, "armv7a-none-eabi", "+vfp4,+neon,+fp16,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
     {true, 8, false, "armv8a-none-eabi",
-     "+fp-armv8,+fullfp16,+neon,+crc,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
+     "+fp-armv8,+fullfp16,+neon,+crypto,+crc,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
     {false, 4, false, "thumbv4t-none-eabi", ""},
     {false, 5, false, "thumbv5tej-none-eabi", ""},
     {false, 6, false, "thumbv6-none-eabi", ""},
@@ -71,7 +71,7 @@ constexpr TARGET aTarget[] = {
     {false, 7, false, "thumbv7a-none-eabi", "+vfp4,+neon,+fp16,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
     {false, 7, true, "thumbv7em-none-eabi", "+fp-armv8d16,+dsp"},
     {false, 8, false, "thumbv8a-none-eabi",
-     "+fp-armv8,+fullfp16,+neon,+crc,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
+     "+fp-armv8,+fullfp16,+neon,+crypto,+crc,+hwdiv,+hwdiv-arm,+mp,+trustzone,+virtualization"},
     {false, 8, true, "thumbv8.1m.main-none-eabi", "+fp-armv8d16,+fp64,+fullfp16,+dsp,+lob,+8msecext,+pacbti"},
 };
 

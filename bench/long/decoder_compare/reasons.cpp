@@ -113,7 +113,7 @@ constexpr REASON aReason[] = {
     {M_THUMB, "operands: vmov", 0xFFF00FF0, 0xEEF00B00, 8, 7,
      "registers above D15, which LLVM refuses; objdump prints a number's encoding"},
     {M_THUMB, "only there: bf", 0xF800D001, 0xF000C001, 8, 8, "branches of the future, which no compiler makes"},
-    {THUMB, "mnemonic: cs", 0xFFF08000, 0xEA508000, 8, 8, "selecting SP is unpredictable; objdump reads a long shift"},
+    {THUMB, "mnemonic: c", 0xFFF08000, 0xEA508000, 8, 8, "selecting SP is unpredictable; objdump reads a long shift"},
     {THUMB, "only here: cs", 0xFFF08000, 0xEA508000, 8, 8, "selecting SP is unpredictable"},
     {THUMB, "operands: c", 0xFFF08000, 0xEA508000, 8, 8,
      "SP and PC in a selection are unpredictable; LLVM prints nothing"},
