@@ -179,8 +179,3 @@ void CSessionController::UpdateConnectionInfo() {
   }
   CStatusBar::_GetSingleton()->SetConnectionInfo(sText);
 }
-
-void CSessionController::ShowPulse(const QString& sText) {
-  CStatusBar::_GetSingleton()->SetProgressMessage(sText);
-  CStatusBar::_GetSingleton()->StartProgress(0, 0);
-}

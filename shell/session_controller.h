@@ -108,17 +108,23 @@ private:
   void ShowTargetState();
   void OnDownloadFailed(int Error);
   void ShowDownloadError(int Error);
+  void EndWritingStatus();
   void ContinueAfterDownload();
   void FinishDownload();
   void StartProgram();
   void UpdateConnectionInfo();
-  void ShowPulse(const QString& sText);
+  // A bar that pulses for as long as the target runs; that of a transfer meanwhile takes its place for a time.
+  void StartPulse();
+  void EndPulse();
+  void ShowRunState();
 
   ISessionView& m_View;
   DOWNLOAD_KINDS m_DownloadKind = DOWNLOAD_PROGRAM;
   U32 m_LoadAddress = 0;
   bool m_bLoadingProject = false;
   bool m_bBeforeDownload = false;  // the next halt is that of a reset ahead of a download, which is not shown
+  bool m_bPulsing = false;
+  int m_DeviceIndex = -1;
   U32 m_CoreId = 0;
   QTimer m_HaltedTimer;
   QTimer m_MessageBoxTimer;

@@ -22,6 +22,7 @@
 namespace {
 
 constexpr int INIT_REGS_WAIT_MS = 25;
+constexpr QLatin1String WRITING_MEMORY("Writing Memory...");
 
 CDevice& Device() {
   return CDevice::Get();
@@ -59,7 +60,7 @@ QMemBlocks DataOf(const QString& sFile, I64 Addr) {
 void CSessionController::DownloadFile(const QString& sFile, DOWNLOAD_KINDS Kind, I64 Addr) {
   if ((Kind != DOWNLOAD_PROGRAM && sFile.isEmpty()) || !Device().IsConnected()) return;
   m_DownloadKind = Kind;
-  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Writing Memory..."));
+  CStatusBar::_GetSingleton()->SetStatusMessage(WRITING_MEMORY);
   if (Kind != DOWNLOAD_INTERNAL) ExecScriptFunc(HOOK_BEFORE_TARGET_DOWNLOAD);
   // The hook may have downloaded something else.
   m_DownloadKind = Kind;
@@ -127,7 +128,13 @@ void CSessionController::OnDownloadFailed(int Error) {
   ContinueAfterDownload();
 }
 
+// A download that told nothing of its end, such as one by the project's own function, must not seem to go on.
+void CSessionController::EndWritingStatus() {
+  if (CStatusBar::_GetSingleton()->GetStatusMessage() == WRITING_MEMORY) ShowRunState();
+}
+
 void CSessionController::ContinueAfterDownload() {
+  EndWritingStatus();
   if (m_DownloadKind == DOWNLOAD_FILE && VScript::HasFunction(HOOK_AFTER_TARGET_DOWNLOAD)) {
     ExecScriptFunc(HOOK_AFTER_TARGET_DOWNLOAD);
   } else if (m_DownloadKind == DOWNLOAD_PROGRAM) {
@@ -136,6 +143,7 @@ void CSessionController::ContinueAfterDownload() {
 }
 
 void CSessionController::FinishDownload() {
+  EndWritingStatus();
   if (VScript::HasFunction(HOOK_AFTER_TARGET_DOWNLOAD)) {
     ExecScriptFunc(HOOK_AFTER_TARGET_DOWNLOAD);
   } else {

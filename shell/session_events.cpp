@@ -20,6 +20,8 @@
 namespace {
 
 constexpr int HALT_DELAY_MS = 100;
+constexpr QLatin1String CPU_HALTED("CPU halted");
+constexpr QLatin1String CPU_RUNNING("CPU running...");
 
 CDevice& Device() {
   return CDevice::Get();
@@ -29,6 +31,21 @@ CStatusBar& Status() {
 }
 
 }  // namespace
+
+void CSessionController::StartPulse() {
+  m_bPulsing = true;
+  Status().SetProgressMessage(CPU_RUNNING);
+  Status().StartProgress(0, 0);
+}
+
+void CSessionController::EndPulse() {
+  m_bPulsing = false;
+  Status().EndProgress();
+}
+
+void CSessionController::ShowRunState() {
+  Status().SetStatusMessage(Device().IsHalted() ? CPU_HALTED : CPU_RUNNING);
+}
 
 void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
   PrintConsoleColor(QStringLiteral("V-Node: connected to target device"), COLOR_LOGGING_VNODE);
@@ -48,7 +65,7 @@ void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
       if (Device().IsHalted()) {
         Device().ScheduleHalt();
       } else {
-        ShowPulse(QStringLiteral("CPU running..."));
+        StartPulse();
       }
       break;
     case CM_ATTACH_HALT:
@@ -80,7 +97,7 @@ void CSessionController::OnDeviceAboutToDisconnect() {
 void CSessionController::OnDeviceDisconnectDone() {
   PrintConsoleColor(QStringLiteral("V-Node: disconnected from target device"), COLOR_LOGGING_VNODE);
   Status().SetStatusMessage(QStringLiteral("Ready"));
-  Status().EndProgress();
+  EndPulse();
   UpdateConnectionInfo();
   m_View.OnSessionStateChanged();
   ExecScriptFunc(HOOK_AFTER_TARGET_DISCONNECT);
@@ -100,8 +117,8 @@ void CSessionController::OnDeviceConnectionLost() {
 }
 
 void CSessionController::OnDeviceResumeDone(RESUME_MODES) {
-  Status().SetStatusMessage(QStringLiteral("CPU running..."));
-  if (GetVarValue(PREF_SHOW_PROGBAR_WHILE_RUNNING)) ShowPulse(QStringLiteral("CPU running..."));
+  Status().SetStatusMessage(CPU_RUNNING);
+  if (GetVarValue(PREF_SHOW_PROGBAR_WHILE_RUNNING)) StartPulse();
   m_View.OnSessionStateChanged();
 }
 
@@ -135,9 +152,8 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
 
 // What was under way is said to be so no longer: the target stands or runs as before.
 void CSessionController::ShowTargetState() {
-  const bool bHalted = Device().IsHalted();
-  Status().SetStatusMessage(bHalted ? QStringLiteral("CPU halted") : QStringLiteral("CPU running..."));
-  if (bHalted) m_View.ShowPC(static_cast<U32>(Device().GetPC()));
+  ShowRunState();
+  if (Device().IsHalted()) m_View.ShowPC(static_cast<U32>(Device().GetPC()));
   m_View.RefreshWindows();
   m_View.OnSessionStateChanged();
 }
@@ -155,8 +171,8 @@ void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
   // The target may run on: the next halt is on its way.
   if (std::exchange(m_bBeforeDownload, false) || !IsStandingStill()) return;
   m_View.ShowPC(PC);
-  Status().SetStatusMessage(QStringLiteral("CPU halted"));
-  Status().EndProgress();
+  Status().SetStatusMessage(CPU_HALTED);
+  EndPulse();
   m_View.OnSessionStateChanged();
   // A halt on the way to the start of the program is none of the session's, even if the hook's time comes behind it.
   if (Reason == HR_STATE_CHANGED || !Device().IsSessionReady()) return;
@@ -164,8 +180,8 @@ void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
 }
 
 void CSessionController::OnDeviceStepped(U32 PC) {
-  Status().SetStatusMessage(QStringLiteral("CPU halted"));
-  Status().EndProgress();
+  Status().SetStatusMessage(CPU_HALTED);
+  EndPulse();
   m_HaltedTimer.start(HALT_DELAY_MS);
   m_View.ShowPC(PC);
   m_View.OnSessionStateChanged();
@@ -184,12 +200,14 @@ void CSessionController::OnDeviceRunToSymbolDone(U32) {
   m_View.FocusSourceWindow();
 }
 
-void CSessionController::OnDeviceConfigParamChanged(int Param, int /*Value*/) {
+void CSessionController::OnDeviceConfigParamChanged(int Param, int Value) {
   if (Param == DCP_DEVICE_INDEX) {
+    // A configuration names the device that was chosen already, too.
+    if (Value == m_DeviceIndex && Value >= 0) return;
+    m_DeviceIndex = Value;
     const U32 Core = Device().Context().Facts.Get().Core;
-    if (Core == m_CoreId && Core != 0) return;
+    if (Core != m_CoreId || Core == 0) BindCoreModel(Core);
     m_CoreId = Core;
-    BindCoreModel(Core);
     if (!m_bLoadingProject) Q_EMIT DeviceChanged();
   } else if (Param == DCP_SPEED) {
     UpdateConnectionInfo();
@@ -205,7 +223,11 @@ void CSessionController::OnDeviceStartProgress(int Min, int Max) {
   Status().StartProgress(Min, Max);
 }
 void CSessionController::OnDeviceEndProgress() {
-  Status().EndProgress();
+  if (m_bPulsing) {
+    StartPulse();
+  } else {
+    Status().EndProgress();
+  }
 }
 void CSessionController::OnDeviceSetProgressValue(int Value) {
   Status().SetProgressValue(Value);

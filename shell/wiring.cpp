@@ -39,7 +39,7 @@ CDevice& Device() {
   return CDevice::Get();
 }
 
-void PlugMessages() {
+void PlugMessages(CSessionController& Session) {
   const MessageSink Log = [](const QString& sText, U32 Flags) { LogMsg(sText, Flags); };
   ELFAPI_SetMessageSink(Log);
   CFileFinder::Get()->SetMessageSink(Log);
@@ -50,7 +50,7 @@ void PlugMessages() {
     CStatusBar::_GetSingleton()->StartProgress(Min, Max);
   };
   Progress.SetValue = [](int Value) { CStatusBar::_GetSingleton()->SetProgressValue(Value); };
-  Progress.End = [] { CStatusBar::_GetSingleton()->EndProgress(); };
+  Progress.End = [&Session] { Session.OnDeviceEndProgress(); };
   VFile::CFileWorker::Get()->SetProgressSink(Progress);
 }
 
@@ -132,7 +132,7 @@ void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
 }  // namespace
 
 void PlugLayersTogether(CSessionController& Session) {
-  PlugMessages();
+  PlugMessages(Session);
   PlugProject();
   PlugScript();
   PlugDeviceSettings();

@@ -51,6 +51,21 @@ TEST_F(ProjectSession, TheProbeGetsTheScriptBesideTheProject) {
   EXPECT_EQ(1, Log.count("V-Node script \"" + sScript.toUtf8() + "\" failed")) << Log.toStdString();
 }
 
+// Its own peripherals are of no use to another device, even one with the same core.
+TEST_F(ProjectSession, RegisterFilesGoWithTheirDevice) {
+  const QString sFile = Write("peripherals.svd", "<device></device>");
+  for (const auto& [sDevice, NumKept] : {std::pair{u"nRF52840_xxAA"_s, 1}, {u"STM32F407VG"_s, 0}}) {
+    RunSession(
+        u"File.NewProject\nProject.SetDevice nRF52840_xxAA\nProject.AddSvdFile (\"%1\")\n"
+        "Project.SetDevice %2\n@wait idle\nFile.SaveProjectAs (\"%3/new.vdebug\")\n"_s.arg(sFile, sDevice,
+                                                                                           m_Dir.path()))
+        .Expect(0);
+    const QByteArray Text = ReadBytes(Path("new.vdebug"));
+    EXPECT_EQ(NumKept, Text.count(sFile.toUtf8())) << Text.toStdString();
+    EXPECT_EQ(1, Text.count("/Cortex-M4.svd")) << Text.toStdString();
+  }
+}
+
 TEST_F(ProjectSession, ABackslashInAPathIsNoEscape) {
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
   QFile::copy(QStringLiteral(VEXOR_SOURCE_DIR "/") + sElf, Path("new\\target.elf"));

@@ -44,6 +44,8 @@ constexpr const char* DISCONNECTED = "S--ooo";
 constexpr const char* RUNNING = "-T-HRo";
 constexpr const char* STANDING = "-TC-RI";
 
+constexpr int PROGRESS_END_MS = 700;  // until the bar of an operation has gone for sure
+
 // The status from one turn of the event loop to the next.
 class CStatusHistory : public QObject {
 public:
@@ -160,6 +162,13 @@ private Q_SLOTS:
     QCOMPARE(Status.Texts(), (QStringList{u"Ready"_s, u"Connecting..."_s, u"Connected"_s}));
     QTRY_VERIFY(IsPulsing());
     QTRY_COMPARE(Buttons(), RUNNING);
+    // A transfer takes the bar for itself while it lasts.
+    WriteFile(m_Dir.filePath(u"data.bin"_s), QByteArray(8000, 'x'));
+    PerformAction(ACTION_FILE_LOAD, m_Dir.filePath(u"data.bin"_s), u"0x20020000"_s);
+    QTRY_COMPARE(Status.Last(), u"Download Complete."_s);
+    QTest::qWait(PROGRESS_END_MS);
+    QVERIFY(IsPulsing());
+    QCOMPARE(Text("StatusMessage"), u"CPU running..."_s);
     Stop();
     ClickEntry(ACTION_DEBUG_START, ACTION_DEBUG_ATTACH_HALT);
     QVERIFY(Halts());
@@ -211,6 +220,15 @@ private Q_SLOTS:
     QVERIFY(Halts());
     QTRY_COMPARE(Status.Last(), u"CPU halted"_s);
     QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), ELFAPI_GetAddr(ELFAPI_GetEntryFunc()));
+    // Where nobody wants to know of it, and nothing follows, it must not seem to go on.
+    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_ATTACH"_s);
+    PerformAction(ACTION_EDIT_SYS_VAR, u"VAR_VERIFY_DOWNLOAD"_s, 0);
+    Probe(u"sim.fail EndDownload 1 -4"_s);
+    PerformAction(ACTION_DEBUG_DOWNLOAD);
+    QTRY_COMPARE(Status.Last(), u"Writing Memory..."_s);
+    QTRY_COMPARE(Status.Last(), u"CPU halted"_s);
+    PerformAction(ACTION_EDIT_SYS_VAR, u"VAR_VERIFY_DOWNLOAD"_s, 1);
+    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_DOWNLOAD_RESET"_s);
   }
 
   void aLostConnectionIsAskedAbout() {
