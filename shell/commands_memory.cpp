@@ -71,13 +71,20 @@ int WriteMem(U32 Addr, U32 NumBytes, U8 AW, U32 Flags, const void* pData) {
   return Device().ScheduleWriteMem(Addr, NumBytes, 0, AW, Flags, static_cast<const U8*>(pData));
 }
 
+// Whether the bytes hold the value, or cut nothing but the sign of a negative one, which a script passes as 32 bits.
+bool FitsBytes(I64 Value, U32 NumBytes) {
+  const U32 NumBits = 8 * NumBytes;
+  if (NumBits == 64 || Value >> NumBits == 0 || Value >> NumBits == -1) return true;
+  return NumBits < 32 && Value >> NumBits == UINT32_MAX >> NumBits;
+}
+
 template <U32 ID, U32 NumBytes>
 void WriteInt(COMMAND_CONTEXT&) {
   U32 Addr = 0;
   if (!CheckActionArgs(ID) || !CheckConnected(ID) || !GetAddressArg(ID, 0, &Addr)) return;
   bool bOk = false;
-  const U64 Value = static_cast<U64>(ParseConstOrNumber(GetActionArgs(ID).value(1), &bOk));
-  if (!bOk) return Fail(ID, ActionError::INVALID_PARAMETER, 1);
+  const I64 Value = ParseConstOrNumber(GetActionArgs(ID).value(1), &bOk);
+  if (!bOk || !FitsBytes(Value, NumBytes)) return Fail(ID, ActionError::INVALID_PARAMETER, 1);
   U8 aData[8] = {};
   const bool bBigEndian = Device().Context().State.DataEndian == ENDIAN_BIG;
   for (U32 i = 0; i < NumBytes; ++i) aData[bBigEndian ? NumBytes - 1 - i : i] = static_cast<U8>(Value >> (8 * i));

@@ -88,6 +88,9 @@ TEST_F(MemorySession, CommandsRefuseWhatTheyCannotDo) {
       {"Target.LoadMemory (none.bin, 0x20000000)", "file not found: \"none.bin\""},
       {"Target.LoadMemory (%1/empty.bin, 0x20000000)", "invalid parameter: \"%1/empty.bin\""},
       {"Target.WriteU8 (0x20000000, x)", "invalid parameter: \"x\""},
+      {"Target.WriteU8 (0x20000000, 0x100)", "invalid parameter: \"0x100\""},
+      {"Target.WriteU16 (0x20000000, 65536)", "invalid parameter: \"65536\""},
+      {"Target.WriteU32 (0x20000000, 0x100000000)", "invalid parameter: \"0x100000000\""},
       {"Target.ReadU32 (0x30000000)", "could not read MCU memory"},
       {"Target.WriteU32 (0x30000000, 1)", "Target memory write of 4 bytes @ 30000000 failed."},
       {"Target.FillMemory (0x2001FFF0, 32, 1)", "Target memory write of 32 bytes @ 2001FFF0 failed."},
@@ -185,14 +188,18 @@ void AfterTargetHalt (void) {
   if (Target.ReadU32 (0x20008000 + 19996) == 0xA5A5A5A5) Util.Log ("loaded what was saved");
   Target.WriteU64 (0x20000010, 0x89ABCDEF);
   if (Target.ReadU32 (0x20000014) == 0) Util.Log ("eight bytes");
+  Target.WriteU8 (0x20000018, 0 - 145);
+  Target.WriteU16 (0x2000001A, -2);
+  if (Target.ReadU32 (0x20000018) == 0xFFFE006F) Util.Log ("negative values");
   if (Target.FillMemory (0x20000000, 0, 0) == 0xFFFFFFFF) Util.Log ("no error code");
   if (Target.ReadU32 (0x30000000) == 0) Util.Log ("nothing there");
   if (Exec.Connect () != 0xFFFFFFFF) Util.Log ("end");
 }
 )"_s.toUtf8());
   RunSession(u"File.Open (\"%1\")\n@wait idle\nDebug.Start\n@wait halted\n@wait idle\n"_s.arg(Path("p.vdebug")))
-      .Expect(0, {"memory is fresh", "registers are fresh", "loaded what was saved", "eight bytes", "nothing there",
-                  "Target.FillMemory (0x20000000, 0x0, 0x0): invalid parameter", "already connected", "\nend\n"});
+      .Expect(0, {"memory is fresh", "registers are fresh", "loaded what was saved", "eight bytes", "negative values",
+                  "nothing there", "Target.FillMemory (0x20000000, 0x0, 0x0): invalid parameter", "already connected",
+                  "\nend\n"});
   EXPECT_EQ(Bytes(u"saved.bin"_s), QByteArray(20000, '\xA5'));
 }
 
