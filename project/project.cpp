@@ -69,7 +69,6 @@ void CProject::Close() {
   VScript::RequestClose();
   VScript::SetFilePath(QString());
   if (m_Host.ResetFileFinder) m_Host.ResetFileFinder(QString());
-  m_Errors.clear();
   m_sProgramFile.clear();
   m_ProgramFileTime = QDateTime();
   m_ProjectIds.clear();
@@ -125,7 +124,7 @@ void CProject::ClearSvdFiles() {
 }
 
 QStringList CProject::GetProjectErrors() const {
-  QStringList Errors = m_Errors;
+  QStringList Errors;
   if (m_Host.HasCpuRegisters && !m_Host.HasCpuRegisters()) {
     Errors << QStringLiteral(
         "CPU register set description file not found (specify with 'Project.AddSvdFile') - debugging w/o core "

@@ -111,7 +111,6 @@ private:
   bool m_bLoading = false;
   QTimer m_OpenTimer;
   QString m_sPendingPath;
-  QStringList m_Errors;
   QStringList m_SvdFiles;
   QString m_sProgramFile;
   QDateTime m_ProgramFileTime;

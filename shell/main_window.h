@@ -70,6 +70,7 @@ public:
   bool CloseDocuments() override;
   bool SaveDocuments() override;
   void LoadUserFile(const QString& sPath) override;
+  void KeepUserFile(const QString& sPath) override;
   void SaveUserFile(const QString& sPath) override;
 
   // --- Device events

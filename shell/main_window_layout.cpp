@@ -75,6 +75,10 @@ void CMainWindow::SavePerspective() {
   }
 }
 
+void CMainWindow::KeepUserFile(const QString& sPath) {
+  m_sUnreadUserFile = QFileInfo(sPath).isFile() ? sPath : QString();
+}
+
 void CMainWindow::LoadUserFile(const QString& sPath) {
   m_sUnreadUserFile.clear();
   if (!QFileInfo(sPath).isFile()) return;

@@ -151,6 +151,7 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
     LogMsg("Project file is not valid", MSG_WARNING | MSG_TO_ALL);
     PrintProjectError();
     SetActionError(ACTION_FILE_OPEN, VScript::GetErrorText());
+    m_View.KeepUserFile(CProject::GetUserFileName(sPath));
     m_View.RaiseConsole();
     return;
   }

@@ -20,6 +20,8 @@ public:
   virtual bool SaveDocuments() = 0;
   virtual void RaiseConsole() = 0;
   virtual void LoadUserFile(const QString& sPath) = 0;
+  // The project's own layout is not used, and stays as it is.
+  virtual void KeepUserFile(const QString& sPath) = 0;
   virtual void SaveUserFile(const QString& sPath) = 0;
 };
 

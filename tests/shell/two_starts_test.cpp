@@ -29,6 +29,11 @@ constexpr int FONT_POINTS = 13;
 const QRect GEOMETRY(40, 30, 700, 500);
 const QRect FLOATING(300, 200, 320, 240);
 
+QByteArray Contents(const QString& sPath) {
+  QFile File(sPath);
+  return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray();
+}
+
 QString Files() {
   return qEnvironmentVariable(FILES_VARIABLE);
 }
@@ -114,6 +119,10 @@ private Q_SLOTS:
              qPrintable(ConsoleText(*m_pWindow)));
   }
 
+  void broken() {
+    QVERIFY2(ConsoleText(*m_pWindow).contains(u"Error in project file"_s), qPrintable(ConsoleText(*m_pWindow)));
+  }
+
   // All defaults, and a word about it where the user sees it.
   void damaged() {
     QVERIFY2(ConsoleText(*m_pWindow).contains(u".damaged"_s), qPrintable(ConsoleText(*m_pWindow)));
@@ -135,25 +144,28 @@ private Q_SLOTS:
   void whatIsLeftIsFoundAgain() {
     WriteFile(m_Home.filePath(u"one.vdebug"_s), "void OnProjectLoad (void) {\n}\n");
     for (const char* const sStart : {"first", "second", "third"}) RunStart(sStart);
-    QFile UserFile(m_Home.filePath(u"one.vdebug.user"_s));
-    QVERIFY(UserFile.open(QIODevice::ReadOnly));
-    const QByteArray Closed = UserFile.readAll();
+    const QString sLayout = m_Home.filePath(u"one.vdebug.user"_s);
+    const QByteArray Closed = Contents(sLayout);
     QVERIFY2(Closed.contains("OpenToolbar=\"ToolbarFile\"") && !Closed.contains("Console"), Closed.constData());
-    WriteFile(UserFile.fileName(),
+    WriteFile(sLayout,
               "OpenWindow=\"Console\", DockArea=RIGHT, x=0, y=0, w=260, h=300\n"
               "OpenWindow=\"Source\", ExecCountersShown=1\n");
     RunStart("arranged");
   }
 
-  void aLayoutThatCannotBeReadIsLeftAsItIs() {
+  void aLayoutThatIsNotUsedIsLeftAsItIs() {
     const QString sLayout = m_Home.filePath(u"one.vdebug.user"_s);
+    const QString sProject = m_Home.filePath(u"one.vdebug"_s);
+    WriteFile(sLayout, "kept, too");
+    WriteFile(sProject, "void OnProjectLoad (void) {\n");
+    RunStart("broken");
+    WriteFile(sProject, "void OnProjectLoad (void) {\n}\n");
+    QCOMPARE(Contents(sLayout), QByteArray("kept, too"));
     WriteFile(sLayout, "kept");
     QVERIFY(QFile::setPermissions(sLayout, QFile::WriteOwner));
     RunStart("sealed");
     QVERIFY(QFile::setPermissions(sLayout, QFile::ReadOwner));
-    QFile File(sLayout);
-    QVERIFY(File.open(QIODevice::ReadOnly));
-    QCOMPARE(File.readAll(), QByteArray("kept"));
+    QCOMPARE(Contents(sLayout), QByteArray("kept"));
   }
 
   void damagedSettingsArePutAside() {
