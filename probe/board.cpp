@@ -68,7 +68,7 @@ void CBoard::Reset(bool bHalt) {
 void CBoard::RunnerMain() {
   std::unique_lock Lock(m_Mutex);
   for (;;) {
-    m_Wake.wait(Lock, [this] { return m_NumWaiting == 0 && (m_bQuit || (m_bRunning && !m_bLockup)); });
+    m_Wake.wait(Lock, [this] { return m_NumWaiting == 0 && (m_bQuit || (m_bRunning && CanRun())); });
     if (m_bQuit) return;
     if (std::chrono::steady_clock::now() < m_NotBefore) {
       m_Wake.wait_until(Lock, m_NotBefore);
@@ -78,6 +78,10 @@ void CBoard::RunnerMain() {
   }
 }
 
+bool CBoard::CanRun() const {
+  return !m_bLockup || m_Machine.CanLeaveLockup();
+}
+
 U64 CBoard::SleptCycles() const {
   return m_Machine.CycleCount() - m_Machine.InstructionCount();
 }
@@ -85,6 +89,7 @@ U64 CBoard::SleptCycles() const {
 void CBoard::RunSlice() {
   m_bStopSlice = false;
   if (m_NumWaiting != 0) return;
+  m_bLockup = false;
   const U32 ClockHz = Spec().ClockHz;
   const auto Begin = std::chrono::steady_clock::now();
   const U64 CyclesBefore = m_Machine.CycleCount();

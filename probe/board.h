@@ -50,6 +50,7 @@ private:
   void RunnerMain();
   void RunSlice();
   void OnStop(sim::STOP Reason);
+  bool CanRun() const;
   U64 SleptCycles() const;
 
   CMessages& m_Messages;
@@ -61,7 +62,7 @@ private:
   std::atomic<bool> m_bRunning{true};
   bool m_bSkipFirst = false;
   bool m_bPowerOn = true;  // neither resumed nor reset by the debugger yet
-  bool m_bLockup = false;  // runs, but executes nothing until it is halted or reset
+  bool m_bLockup = false;  // runs, but executes nothing until it is halted, reset or interrupted by an NMI
   bool m_bQuit = false;
   std::chrono::steady_clock::time_point m_NotBefore;  // the core has slept until then
   std::thread m_Runner;

@@ -11,9 +11,9 @@ using sim::FPU;
 
 // Where two cores share an identifier the first one gives the name.
 constexpr CORE_ROW CORES[] = {
-    {"Cortex-M0", VNODE_CORE_CORTEX_M0, ARCH::ARMV6M, 4, 2, true, 0x410CC200},
+    {"Cortex-M0", VNODE_CORE_CORTEX_M0, ARCH::ARMV6M, 4, 2, true, 0x410CC200, FPU::NONE, 0},
     {"Cortex-M0+", VNODE_CORE_CORTEX_M0, ARCH::ARMV6M, 4, 2, true, 0x410CC601},
-    {"Cortex-M1", VNODE_CORE_CORTEX_M1, ARCH::ARMV6M, 4, 2, true, 0x410CC210},
+    {"Cortex-M1", VNODE_CORE_CORTEX_M1, ARCH::ARMV6M, 4, 2, true, 0x410CC210, FPU::NONE, 0},
     {"Cortex-M3", VNODE_CORE_CORTEX_M3, ARCH::ARMV7M, 6, 4, true, 0x412FC231},
     {"Cortex-M4", VNODE_CORE_CORTEX_M4, ARCH::ARMV7EM, 6, 4, true, 0x410FC241, FPU::V4_SINGLE},
     {"Cortex-M7", VNODE_CORE_CORTEX_M7, ARCH::ARMV7EM, 8, 4, false, 0x411FC272, FPU::V5_DOUBLE},

@@ -15,6 +15,7 @@ struct CORE_ROW {
   bool bCodeRegionOnly;  // comparators match below CODE_REGION_END only
   U32 SimCpuId = 0;      // value of the register CPUID
   sim::FPU SimFpu = sim::FPU::NONE;
+  U32 NumMpuRegions = 8;
 };
 
 // End of the address range in which the older breakpoint units compare.

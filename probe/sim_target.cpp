@@ -18,6 +18,7 @@ sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   Spec.NumCodeBreakpoints = Device.pCore->NumCodeBreakpoints;
   Spec.NumDataWatches = Device.pCore->NumDataWatches;
   Spec.bCodeBreakpointsAnywhere = !Device.pCore->bCodeRegionOnly;
+  Spec.NumMpuRegions = Device.pCore->NumMpuRegions;
   Spec.NumIRQs = Device.NumIRQs;
   Spec.ClockHz = Device.ClockHz;
   return Spec;

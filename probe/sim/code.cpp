@@ -2,17 +2,25 @@
 
 #include "probe/sim/decode.h"
 #include "probe/sim/exceptions.h"
+#include "probe/sim/protection.h"
 
 namespace sim {
 
 namespace {
 
 const INST* RunFetchFault(STATE& S, const INST* pI) {
-  return RaiseFetchFault(S, pI->Addr);
+  return RaiseFetchFault(S, pI->Addr, !PermissionAt(S, pI->Addr).bExecute);
+}
+
+const INST* RunFetchViolation(STATE& S, const INST* pI) {
+  return RaiseFetchFault(S, pI->Addr, true);
 }
 
 const INST* RunInvalidState(STATE& S, const INST* pI) {
-  return RaiseUsageFault(S, pI, CFSR_INVSTATE);
+  S.ITOfCurrent = S.IT;
+  const INST* pHandler = RaiseUsageFault(S, pI, CFSR_INVSTATE);
+  S.ITOfCurrent = 0;
+  return pHandler;
 }
 
 const INST* RunLockup(STATE& S, const INST* pI) {
@@ -22,9 +30,7 @@ const INST* RunLockup(STATE& S, const INST* pI) {
 }
 
 const INST* RunUnitBreakpoint(STATE& S, const INST* pI) {
-  S.Left++;  // has not run
-  S.StopWith(STOP::BREAKPOINT);
-  return pI;
+  return RaiseBreakEvent(S, pI, STOP::BREAKPOINT);
 }
 
 // Behind the last halfword of a memory: another one may follow.
@@ -38,7 +44,7 @@ void MakeSpecial(INST* pI, HANDLER pfRun, U32 Addr) {
   pI->pfRun = pI->pfRunIT = pfRun;
   pI->Addr = Addr;
   pI->Halfwords = 1;
-  pI->Flags = INST_DOES_NOT_RUN;
+  pI->Flags = INST_DOES_NOT_RUN | INST_IGNORES_IT;  // faults, whatever the condition
 }
 
 const INST* Special(STATE& S, HANDLER pfRun, U32 Addr) {
@@ -50,9 +56,7 @@ void DecodeIn(STATE& S, REGION& Region, INST* pI) {
   const U32 Addr = Region.AddrOf(pI);
   const U32 Offset = Addr - Region.Start;
   if (Offset >= Region.Size) {
-    MakeSpecial(pI, RunEndOfMemory, Addr);
-    pI->Flags |= INST_IGNORES_IT;
-    return;
+    return MakeSpecial(pI, RunEndOfMemory, Addr);
   }
   U16 First;
   std::memcpy(&First, Region.pData + Offset, sizeof(First));
@@ -92,6 +96,10 @@ U32 AddrOf(const STATE& S, const INST* pI) {
 const INST* InvalidStateAt(STATE& S, U32 Addr) {
   S.bThumb = false;
   return Special(S, RunInvalidState, Addr & ~1u);
+}
+
+const INST* FetchViolationAt(STATE& S, U32 Addr) {
+  return Special(S, RunFetchViolation, Addr);
 }
 
 const INST* LockupInst(STATE& S) {

@@ -18,6 +18,8 @@ U32 AddrOf(const STATE& S, const INST* pI);
 // An instruction that raises INVSTATE: the T bit is clear.
 const INST* InvalidStateAt(STATE& S, U32 Addr);
 const INST* LockupInst(STATE& S);
+// One that must not be executed where it stands.
+const INST* FetchViolationAt(STATE& S, U32 Addr);
 
 // Decodes the halfword that pI stands for, breakpoints included.
 void Decode(STATE& S, const INST* pI);

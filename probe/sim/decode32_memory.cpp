@@ -32,7 +32,8 @@ MEM_MODE SetMode(INST* pI, U16 First, U16 Second) {
     const bool bWriteBack = Bit(Second, 8);
     pI->Imm = Signed(Second & 0xFF, Bit(Second, 9));
     if (!bPre && !bWriteBack) return MEM_MODE::NUM;
-    return !bPre ? MEM_MODE::POST : bWriteBack ? MEM_MODE::PRE : MEM_MODE::OFFSET;
+    if (bPre && !bWriteBack) return Bit(Second, 9) ? MEM_MODE::USER : MEM_MODE::OFFSET;
+    return bPre ? MEM_MODE::PRE : MEM_MODE::POST;
   }
   pI->Rm = Bits(Second, 3, 0);
   pI->ShiftN = Bits(Second, 5, 4);

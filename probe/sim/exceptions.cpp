@@ -1,6 +1,7 @@
 #include "probe/sim/exceptions.h"
 
 #include "probe/sim/exceptions_fp.h"
+#include "probe/sim/protection.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
@@ -25,6 +26,7 @@ struct CATCH_ROW {
 };
 constexpr CATCH_ROW CATCH_ROWS[] = {
     {EXC_HARDFAULT, 0, DEMCR_VC_HARDERR},
+    {EXC_MEMMANAGE, CFSR_MSTKERR | CFSR_MUNSTKERR, DEMCR_VC_INTERR},
     {EXC_MEMMANAGE, 0, DEMCR_VC_MMERR},
     {EXC_BUSFAULT, CFSR_STKERR | CFSR_UNSTKERR, DEMCR_VC_INTERR},
     {EXC_BUSFAULT, 0, DEMCR_VC_BUSERR},
@@ -34,6 +36,7 @@ constexpr CATCH_ROW CATCH_ROWS[] = {
 };
 
 bool IsCaught(const STATE& S, U32 Exc) {
+  if (!S.bHaltingDebug) return false;
   for (const CATCH_ROW& Row : CATCH_ROWS) {
     if (Row.Exc == Exc && (S.Scb.DEMCR & Row.DemcrBit) && (!Row.CfsrBits || (S.FaultCfsr & Row.CfsrBits))) return true;
   }
@@ -80,7 +83,7 @@ const INST* EnterHandler(STATE& S, U32 Exc, U32 ExcReturn) {
   if (!ReadVector(S, Exc, &Vector)) {
     S.Scb.HFSR |= HFSR_VECTTBL;
     S.FaultCfsr = 0;
-    if (S.Scb.DEMCR & DEMCR_VC_INTERR) S.StopWith(STOP::VECTOR_CATCH);
+    if (S.bHaltingDebug && (S.Scb.DEMCR & DEMCR_VC_INTERR)) S.StopWith(STOP::VECTOR_CATCH);
     if (Exc == EXC_HARDFAULT || Exc == EXC_NMI || !ReadVector(S, EXC_HARDFAULT, &Vector)) return EnterLockup(S);
     Exc = EXC_HARDFAULT;
   }
@@ -112,7 +115,7 @@ DERIVED_FAULT PushFrame(STATE& S, U32 ReturnAddr, U8 ITState) {
   }
   bOk = bOk && StoreSlow(S, Addr, 4, ReturnAddr) &&
         StoreSlow(S, Addr + 4, 4, S.XPSR(ITState) | (bAlign ? XPSR_ALIGNED : 0));
-  if (!bOk) return {EXC_BUSFAULT, CFSR_STKERR};
+  if (!bOk) return StackFault(S, CFSR_STKERR, CFSR_MSTKERR);
   return bFp ? PushFpContext(S, Frame) : DERIVED_FAULT();
 }
 
@@ -175,9 +178,12 @@ const INST* PopFrame(STATE& S, U32 ExcReturn) {
   const bool bToHandler = Target == EXC_RETURN_HANDLER;
   const bool bPsp = Target == EXC_RETURN_THREAD_PSP;
   const U32 Frame = bPsp ? S.PSP() : S.MSP();
+  const CAccessAs Returned(S, {bToHandler || !(S.Control & CONTROL_NPRIV), ExecutionPriority(S) < 0});
   U32 aWords[BASIC_FRAME_SIZE / 4];
   for (U32 i = 0; i < std::size(aWords); i++) {
-    if (!LoadSlow(S, Frame + 4 * i, 4, &aWords[i])) return RaiseOnReturn(S, EXC_BUSFAULT, CFSR_UNSTKERR, ExcReturn);
+    if (LoadSlow(S, Frame + 4 * i, 4, &aWords[i])) continue;
+    const DERIVED_FAULT Fault = StackFault(S, CFSR_UNSTKERR, CFSR_MUNSTKERR);
+    return RaiseOnReturn(S, Fault.Exc, Fault.CfsrBit, ExcReturn);
   }
   const U32 Address = aWords[6];
   const U32 XPSR = aWords[7];
@@ -218,9 +224,8 @@ bool HasWakeup(const STATE& S) {
   return GroupPriority(S, Exc) < Running;
 }
 
-bool IsExecuteNever(U32 Addr) {
-  const U32 Block = Addr >> 29;  // the architecture's 512 MB regions; peripherals, devices and system do not execute
-  return Block == 2 || Block >= 5;
+bool CanMonitorTake(const STATE& S) {
+  return S.Nvic.IsEnabled(EXC_DEBUGMON) && GroupPriority(S, EXC_DEBUGMON) < ExecutionPriority(S);
 }
 
 }  // namespace
@@ -232,6 +237,11 @@ const INST* RaiseUsageFault(STATE& S, const INST* pI, U32 CfsrBit) {
 
 const INST* RaiseAccessFault(STATE& S, const INST* pI) {
   if (S.FaultCause == FAULT_CAUSE::UNALIGNED) return RaiseUsageFault(S, pI, CFSR_UNALIGNED);
+  if (S.FaultCause == FAULT_CAUSE::PROTECTION) {
+    NoteFault(S, CFSR_DACCVIOL | CFSR_MMARVALID);
+    if (S.bV7) S.Scb.MMFAR = S.FaultAddr;
+    return RaiseSynchronous(S, EXC_MEMMANAGE, pI->Addr, S.ITOfCurrent);
+  }
   NoteFault(S, CFSR_PRECISERR | CFSR_BFARVALID);
   if (S.bV7) S.Scb.BFAR = S.FaultAddr;
   return RaiseSynchronous(S, EXC_BUSFAULT, pI->Addr, S.ITOfCurrent);
@@ -259,16 +269,37 @@ const INST* RaiseStoreFault(STATE& S, const INST* pI) {
 }
 
 const INST* RaiseLazySaveFault(STATE& S, const INST* pI) {
-  NoteFault(S, CFSR_LSPERR);
-  if (S.Fp.FPCCR & FPCCR_BFRDY) return RaiseSynchronous(S, EXC_BUSFAULT, pI->Addr, S.ITOfCurrent);
+  const DERIVED_FAULT Fault = StackFault(S, CFSR_LSPERR, CFSR_MLSPERR);
+  NoteFault(S, Fault.CfsrBit);
+  const U32 Ready = Fault.Exc == EXC_BUSFAULT ? FPCCR_BFRDY : FPCCR_MMRDY;
+  if (S.Fp.FPCCR & Ready) return RaiseSynchronous(S, Fault.Exc, pI->Addr, S.ITOfCurrent);
   S.Scb.HFSR |= HFSR_FORCED;
   return RaiseSynchronous(S, EXC_HARDFAULT, pI->Addr, S.ITOfCurrent);
 }
 
-const INST* RaiseFetchFault(STATE& S, U32 Addr) {
-  const bool bExecuteNever = IsExecuteNever(Addr);
-  NoteFault(S, bExecuteNever ? CFSR_IACCVIOL : CFSR_IBUSERR);
-  return RaiseSynchronous(S, bExecuteNever ? EXC_MEMMANAGE : EXC_BUSFAULT, Addr, S.ITOfCurrent);
+const INST* RaiseFetchFault(STATE& S, U32 Addr, bool bViolation) {
+  NoteFault(S, bViolation ? CFSR_IACCVIOL : CFSR_IBUSERR);
+  return RaiseSynchronous(S, bViolation ? EXC_MEMMANAGE : EXC_BUSFAULT, Addr, S.IT);
+}
+
+const INST* RaiseBreakEvent(STATE& S, const INST* pI, STOP Reason) {
+  if (S.bHaltingDebug) {
+    S.Left++;  // has not run
+    S.StopWith(Reason);
+    return pI;
+  }
+  S.Scb.DFSR |= DFSR_BKPT;
+  if (CanMonitorTake(S)) return Enter(S, EXC_DEBUGMON, pI->Addr, S.IT);
+  if (S.bV7) S.Scb.HFSR |= HFSR_DEBUGEVT;
+  return RaiseSynchronous(S, EXC_HARDFAULT, pI->Addr, S.IT);
+}
+
+void RaiseWatchEvent(STATE& S) {
+  if (S.bHaltingDebug) return S.StopWith(STOP::DATA_WATCH);
+  if (!CanMonitorTake(S)) return;
+  S.Scb.DFSR |= DFSR_DWTTRAP;
+  S.Nvic.SetPending(EXC_DEBUGMON, true);
+  S.Attention();
 }
 
 const INST* RaiseSvc(STATE& S, const INST* pI) {
@@ -290,11 +321,19 @@ const INST* ExceptionReturn(STATE& S, U32 ExcReturn) {
 const INST* ServiceExceptions(STATE& S, const INST* pI) {
   S.SysTick.Advance(S.Now());
   if (S.SysTick.TakeInterrupt()) S.Nvic.SetPending(EXC_SYSTICK, true);
-  if (S.bLockup) return pI;
+  if (S.bLockup) {
+    if (!CanLeaveLockup(S)) return pI;
+    S.bLockup = false;
+    return Enter(S, EXC_NMI, LOCKUP_PC, 0);
+  }
   if (const U32 Exc = FindDeliverable(S); Exc != EXC_NONE) return Enter(S, Exc, AddrOf(S, pI), S.IT);
   if (S.bSleeping && S.bSleepsForEvent && S.bEvent) S.bSleeping = S.bEvent = false;
   if (S.bSleeping && HasWakeup(S)) S.bSleeping = false;
   return pI;
+}
+
+bool CanLeaveLockup(const STATE& S) {
+  return S.Nvic.IsPending(EXC_NMI) && GroupPriority(S, EXC_NMI) < ExecutionPriority(S);
 }
 
 const INST* ResetCore(STATE& S) {
@@ -313,7 +352,7 @@ const INST* ResetCore(STATE& S) {
   S.R[SP] = InitialSP & ~3u;
   S.bThumb = Vector & 1;
   S.Attention();
-  if (S.Scb.DEMCR & DEMCR_VC_CORERESET) S.StopWith(STOP::VECTOR_CATCH);
+  if (S.bHaltingDebug && (S.Scb.DEMCR & DEMCR_VC_CORERESET)) S.StopWith(STOP::VECTOR_CATCH);
   return S.bThumb ? At(S, Vector & ~1u) : InvalidStateAt(S, Vector);
 }
 

@@ -14,11 +14,19 @@ const INST* RaiseUnaligned(STATE& S, const INST* pI, U32 Addr);
 const INST* RaiseStoreFault(STATE& S, const INST* pI);
 // The floating point context of an interrupted context could not be saved.
 const INST* RaiseLazySaveFault(STATE& S, const INST* pI);
-const INST* RaiseFetchFault(STATE& S, U32 Addr);
+// bViolation: memory that must not be executed, rather than memory that does not answer.
+const INST* RaiseFetchFault(STATE& S, U32 Addr, bool bViolation);
 const INST* RaiseSvc(STATE& S, const INST* pI);
+// What a breakpoint at pI and a watch do: they stop the core where a debugger is there, otherwise they are for the
+// debug monitor's handler. A breakpoint that this handler cannot have either is a hard fault.
+const INST* RaiseBreakEvent(STATE& S, const INST* pI, STOP Reason);
+void RaiseWatchEvent(STATE& S);
 
 // Between two instructions, the next one being pI: advances SysTick, wakes the core, enters what has to be entered.
 const INST* ServiceExceptions(STATE& S, const INST* pI);
+
+// Whether a non-maskable interrupt is pending and a lockup at the present priority ends for it.
+bool CanLeaveLockup(const STATE& S);
 
 // Everything to reset values; the first instruction.
 const INST* ResetCore(STATE& S);

@@ -2,6 +2,7 @@
 
 #include "probe/sim/execute_fp.h"
 #include "probe/sim/fp.h"
+#include "probe/sim/protection.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
@@ -34,7 +35,18 @@ void DeferSave(STATE& S, U32 Addr) {
   S.Fp.FPCAR = Addr & ~7u;
 }
 
+// With the rights of the context that was interrupted.
+bool SaveDeferred(STATE& S) {
+  const CAccessAs Interrupted(S, {!(S.Fp.FPCCR & FPCCR_USER), !(S.Fp.FPCCR & FPCCR_HFRDY)});
+  return StoreContext(S, S.Fp.FPCAR);
+}
+
 }  // namespace
+
+DERIVED_FAULT StackFault(const STATE& S, U32 BusBit, U32 ProtectionBit) {
+  if (S.FaultCause == FAULT_CAUSE::PROTECTION) return {EXC_MEMMANAGE, ProtectionBit};
+  return {EXC_BUSFAULT, BusBit};
+}
 
 DERIVED_FAULT PushFpContext(STATE& S, U32 Frame) {
   const U32 Addr = Frame + BASIC_FRAME_SIZE;
@@ -43,7 +55,7 @@ DERIVED_FAULT PushFpContext(STATE& S, U32 Frame) {
     return {};
   }
   if (!IsFpAllowed(S)) return {EXC_USAGEFAULT, CFSR_NOCP};
-  if (!StoreContext(S, Addr)) return {EXC_BUSFAULT, CFSR_STKERR};
+  if (!StoreContext(S, Addr)) return StackFault(S, CFSR_STKERR, CFSR_MSTKERR);
   return {};
 }
 
@@ -56,7 +68,7 @@ DERIVED_FAULT PopFpContext(STATE& S, U32 Frame) {
   const U32 Addr = Frame + BASIC_FRAME_SIZE;
   U32 aValues[NUM_STACKED_FP_REGS + 1];
   for (U32 i = 0; i < std::size(aValues); i++) {
-    if (!LoadSlow(S, Addr + 4 * i, 4, &aValues[i])) return {EXC_BUSFAULT, CFSR_UNSTKERR};
+    if (!LoadSlow(S, Addr + 4 * i, 4, &aValues[i])) return StackFault(S, CFSR_UNSTKERR, CFSR_MUNSTKERR);
   }
   std::memcpy(S.Fp.S, aValues, 4 * NUM_STACKED_FP_REGS);
   S.Fp.FPSCR = aValues[NUM_STACKED_FP_REGS] & FPSCR_MASK;
@@ -66,7 +78,7 @@ DERIVED_FAULT PopFpContext(STATE& S, U32 Frame) {
 const INST* BeginFp(STATE& S, const INST* pI) {
   if (!IsFpAllowed(S)) return RaiseUsageFault(S, pI, CFSR_NOCP);
   if (S.Fp.FPCCR & FPCCR_LSPACT) {
-    if (!StoreContext(S, S.Fp.FPCAR)) return RaiseLazySaveFault(S, pI);
+    if (!SaveDeferred(S)) return RaiseLazySaveFault(S, pI);
     S.Fp.FPCCR &= ~FPCCR_LSPACT;
   }
   if ((S.Fp.FPCCR & FPCCR_ASPEN) && !(S.Control & CONTROL_FPCA)) {

@@ -14,6 +14,9 @@ struct DERIVED_FAULT {
   U32 CfsrBit = 0;
 };
 
+// The fault of a stack access that Load or Store has left: of the bus or of memory protection.
+DERIVED_FAULT StackFault(const STATE& S, U32 BusBit, U32 ProtectionBit);
+
 // Saves S0 to S15 and FPSCR above the basic frame at Frame, or notes that this is still to be done.
 DERIVED_FAULT PushFpContext(STATE& S, U32 Frame);
 // Takes them back; the registers are written when there was no fault.

@@ -122,6 +122,7 @@ enum class MEM_MODE : U8 {
   POST,     // Rn, then Rn + Imm
   REG,      // Rn + (Rm << ShiftN)
   LITERAL,  // Imm
+  USER,     // Rn + Imm, as unprivileged code would
   NUM,
 };
 HANDLER MemHandler(MEM_OP Op, MEM_MODE Mode);
@@ -136,9 +137,10 @@ HANDLER DualHandler(bool bLoad);
   F(Undefined)                                                                                                      \
   F(NoCoprocessor)                                                                                                  \
   F(Nop) /* Wide data processing */                                                                                 \
-      F(MovTop) F(BitFieldInsert) F(BitFieldExtractSigned) F(BitFieldExtractUnsigned) F(SaturateSigned)             \
-          F(SaturateUnsigned) F(CountLeadingZeros) F(ReverseBits) F(ReverseBytes) F(ReverseHalves) F(ReverseSigned) \
-              F(ExtendS8) F(ExtendU8) F(ExtendS16) F(ExtendU16) F(AdrFromReg) /* Multiplication and division */     \
+  F(MovTop)                                                                                                         \
+  F(BitFieldInsert) F(BitFieldExtractSigned) F(BitFieldExtractUnsigned) F(SaturateSigned) F(SaturateUnsigned)       \
+      F(CountLeadingZeros) F(ReverseBits) F(ReverseBytes) F(ReverseHalves) F(ReverseSigned) F(ExtendS8) F(ExtendU8) \
+          F(ExtendS16) F(ExtendU16) F(AdrFromReg) /* Multiplication and division */                                 \
       F(Multiply) F(MultiplyFlags) F(MultiplyAdd) F(MultiplySubtract) F(DivideSigned) F(DivideUnsigned)             \
           F(MultiplyLongSigned) F(MultiplyLongUnsigned) F(MultiplyAddLongSigned)                                    \
               F(MultiplyAddLongUnsigned) /* Exclusive access */                                                     \

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "probe/sim/execute.h"
+#include "probe/sim/protection.h"
+#include "probe/sim/scs.h"
 
 namespace sim {
 
@@ -67,8 +69,33 @@ void WriteBack(STATE& S, const INST* pI, U32 Base) {
   if constexpr (MODE == MEM_MODE::PRE || MODE == MEM_MODE::POST) S.R[pI->Rn] = Base + pI->Imm;
 }
 
+bool LoadAsUser(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
+  const CAccessAs User(S, {false, ExecutionPriority(S) < 0});
+  return LoadSlow(S, Addr, NumBytes, pValue);
+}
+
+bool StoreAsUser(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
+  const CAccessAs User(S, {false, ExecutionPriority(S) < 0});
+  return StoreSlow(S, Addr, NumBytes, Value);
+}
+
+template <MEM_OP OP>
+const INST* RunMemAsUser(STATE& S, const INST* pI) {
+  using TYPE = typename ACCESS<OP>::TYPE;
+  const U32 Addr = S.R[pI->Rn] + pI->Imm;
+  if constexpr (IsLoad(OP)) {
+    U32 Value;
+    if (!LoadAsUser(S, Addr, sizeof(TYPE), &Value)) return RaiseAccessFault(S, pI);
+    S.R[pI->Rd] = static_cast<U32>(static_cast<TYPE>(Value));
+  } else if (!StoreAsUser(S, Addr, sizeof(TYPE), S.R[pI->Rd])) {
+    if (const INST* pFault = RaiseStoreFault(S, pI)) return pFault;
+  }
+  return Next(pI);
+}
+
 template <MEM_OP OP, MEM_MODE MODE>
 const INST* RunMem(STATE& S, const INST* pI) {
+  if constexpr (MODE == MEM_MODE::USER) return RunMemAsUser<OP>(S, pI);
   using TYPE = typename ACCESS<OP>::TYPE;
   const U32 Base = S.R[pI->Rn];
   const U32 Addr = AddressOf<MODE>(S, pI);
@@ -161,9 +188,9 @@ HANDLER MemHandler(MEM_OP Op, MEM_MODE Mode) {
 }
 
 HANDLER LoadPCHandler(MEM_MODE Mode) {
-  static constexpr HANDLER TABLE[NUM_MODES] = {RunLoadPC<MEM_MODE::OFFSET>, RunLoadPC<MEM_MODE::PRE>,
-                                               RunLoadPC<MEM_MODE::POST>, RunLoadPC<MEM_MODE::REG>,
-                                               RunLoadPC<MEM_MODE::LITERAL>};
+  static constexpr HANDLER TABLE[NUM_MODES] = {RunLoadPC<MEM_MODE::OFFSET>,  RunLoadPC<MEM_MODE::PRE>,
+                                               RunLoadPC<MEM_MODE::POST>,    RunLoadPC<MEM_MODE::REG>,
+                                               RunLoadPC<MEM_MODE::LITERAL>, RunLoadPC<MEM_MODE::OFFSET>};
   return TABLE[static_cast<size_t>(Mode)];
 }
 

@@ -111,9 +111,7 @@ const INST* RunSupervisorCall(STATE& S, const INST* pI) {
 }
 
 const INST* RunBreakpoint(STATE& S, const INST* pI) {
-  S.Left++;  // has not run
-  S.StopWith(STOP::BKPT);
-  return pI;
+  return RaiseBreakEvent(S, pI, STOP::BKPT);
 }
 
 // Imm is SYSm.

@@ -327,12 +327,20 @@ void CMachine::MaskInterrupts(bool bMask) {
   m_pState->bMaskInterrupts = bMask;
 }
 
+void CMachine::SetHaltingDebug(bool bOn) {
+  m_pState->bHaltingDebug = bOn;
+}
+
 bool CMachine::IsSleeping() const {
   return m_pState->bSleeping;
 }
 
 bool CMachine::IsInLockup() const {
   return m_pState->bLockup;
+}
+
+bool CMachine::CanLeaveLockup() const {
+  return m_pState->bLockup && sim::CanLeaveLockup(*m_pState);
 }
 
 }  // namespace sim

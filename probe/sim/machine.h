@@ -33,6 +33,7 @@ struct BOARD_SPEC {
   bool bCodeBreakpointsAnywhere = false;  // comparators of the second kind, which compare whole addresses
   U32 NumIRQs = 64;
   U32 ClockHz = 64'000'000;
+  U32 NumMpuRegions = 8;    // of the memory protection unit; 0: there is none
   U32 NumPriorityBits = 0;  // of the interrupt controller; 0: 2 for ARMv6-M, 4 for ARMv7-M
 };
 
@@ -148,9 +149,15 @@ public:
   // While set, PendSV, SysTick and external interrupts stay pending: what a debugger asks for while it steps.
   void MaskInterrupts(bool bMask);
 
+  // Without it, which is how a core runs when no debugger is connected, breakpoints are for the debug monitor's handler
+  // or a hard fault. On at first; resets leave it alone.
+  void SetHaltingDebug(bool bOn);
+
   // After WFI or WFE, until something wakes the core. A slice passes without instructions then; a stop wakes the core.
   bool IsSleeping() const;
   bool IsInLockup() const;
+  // A non-maskable interrupt is pending that ends the lockup.
+  bool CanLeaveLockup() const;
 
 private:
   std::unique_ptr<STATE> m_pState;

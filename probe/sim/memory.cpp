@@ -1,6 +1,10 @@
 #include "probe/sim/memory.h"
 
+#include <algorithm>
+
 #include "probe/sim/debug_registers.h"
+#include "probe/sim/exceptions.h"
+#include "probe/sim/protection.h"
 #include "probe/sim/scs.h"
 
 namespace sim {
@@ -29,7 +33,7 @@ const PERIPHERAL* FindPeripheral(const STATE& S, U32 Addr) {
 }
 
 void CheckWatches(STATE& S, U32 Addr, U32 NumBytes, U32 Value, bool bWrite) {
-  if (S.Dwt.IsAnySet() && S.Dwt.Match(Addr, NumBytes, Value, bWrite)) S.StopWith(STOP::DATA_WATCH);
+  if (S.Dwt.IsAnySet() && S.Dwt.Match(Addr, NumBytes, Value, bWrite)) RaiseWatchEvent(S);
 }
 
 bool LoadDevice(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
@@ -37,7 +41,7 @@ bool LoadDevice(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
     *pValue = p->Read ? p->Read(Addr - p->Range.Start, NumBytes) : 0;
     return true;
   }
-  if (IsScs(Addr) && (S.IsPrivileged() || IsStimulusPort(Addr))) {
+  if (IsScs(Addr) && (IsAccessPrivileged(S) || IsStimulusPort(Addr))) {
     *pValue = ReadScs(S, Addr, NumBytes, false);
     return true;
   }
@@ -50,11 +54,36 @@ bool StoreDevice(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
     if (p->Write) p->Write(Addr - p->Range.Start, Value, NumBytes);
     return true;
   }
-  if (IsScs(Addr) && (S.IsPrivileged() || IsStimulusPort(Addr) || (IsStir(Addr) && (S.Scb.CCR & CCR_USERSETMPEND)))) {
+  if (IsScs(Addr) &&
+      (IsAccessPrivileged(S) || IsStimulusPort(Addr) || (IsStir(Addr) && (S.Scb.CCR & CCR_USERSETMPEND)))) {
     WriteScs(S, Addr, NumBytes, Value, false);
     return true;
   }
   return FailBus(S, Addr);
+}
+
+// Lets accesses go the short way around Addr, in whole pages of marks.
+void OpenFastPath(STATE& S, U32 Addr, const PERMISSION& Permission) {
+  const REGION& RAM = S.aRAM[0];
+  if (!RAM.Contains(Addr) || S.Accessor || S.Dwt.IsAnySet()) return;
+  constexpr U32 PAGE_SIZE = 1u << CODE_PAGE_SHIFT;
+  const U32 First =
+      Permission.First > RAM.Start ? (Permission.First - RAM.Start + PAGE_SIZE - 1) & ~(PAGE_SIZE - 1) : 0;
+  const U32 Last = std::min(Permission.Last - RAM.Start, RAM.Size - 1);
+  if (Last < First + WORD) return;
+  S.Fast = {RAM.Start + First, Last - First - (WORD - 2), RAM.pData + First,
+            RAM.paHasCode + (First >> CODE_PAGE_SHIFT)};
+}
+
+bool CheckPermission(STATE& S, U32 Addr, U32 NumBytes, bool bWrite) {
+  const PERMISSION First = PermissionAt(S, Addr);
+  if (!(bWrite ? First.bWrite : First.bRead)) return Fail(S, FAULT_CAUSE::PROTECTION, Addr);
+  if (Addr + (NumBytes - 1) > First.Last) {
+    const PERMISSION Second = PermissionAt(S, First.Last + 1);
+    if (!(bWrite ? Second.bWrite : Second.bRead)) return Fail(S, FAULT_CAUSE::PROTECTION, First.Last + 1);
+  }
+  if (First.bRead && First.bWrite) OpenFastPath(S, Addr, First);
+  return true;
 }
 
 U32 ValueMask(U32 NumBytes) {
@@ -81,6 +110,7 @@ const U8* FindMem(const STATE& S, U32 Addr, U32 NumBytes) {
 
 bool LoadSlow(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
   if (Addr & S.AlignMask & (NumBytes - 1)) return Fail(S, FAULT_CAUSE::UNALIGNED, Addr);
+  if (S.Mpu.IsOn() && !CheckPermission(S, Addr, NumBytes, false)) return false;
   if (const U8* p = FindMem(S, Addr, NumBytes)) {
     *pValue = 0;
     std::memcpy(pValue, p, NumBytes);
@@ -103,6 +133,7 @@ bool LoadSlow(STATE& S, U32 Addr, U32 NumBytes, U32* pValue) {
 
 bool StoreSlow(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
   if (Addr & S.AlignMask & (NumBytes - 1)) return Fail(S, FAULT_CAUSE::UNALIGNED, Addr);
+  if (S.Mpu.IsOn() && !CheckPermission(S, Addr, NumBytes, true)) return false;
   Value &= ValueMask(NumBytes);
   for (REGION& RAM : S.aRAM) {
     if (!RAM.Covers(Addr, NumBytes)) continue;
@@ -125,7 +156,7 @@ bool StoreSlow(STATE& S, U32 Addr, U32 NumBytes, U32 Value) {
 
 void UpdateAccessPaths(STATE& S) {
   const REGION& RAM = S.aRAM[0];
-  const bool bFast = RAM.Size >= WORD && !S.Dwt.IsAnySet();
+  const bool bFast = RAM.Size >= WORD && !S.Dwt.IsAnySet() && !S.Mpu.IsOn();
   S.Fast = {RAM.Start, bFast ? RAM.Size - (WORD - 1) : 0, RAM.pData, RAM.paHasCode};
   S.AlignMask = !S.bV7 || (S.Scb.CCR & CCR_UNALIGN_TRP) ? WORD - 1 : 0;
 }

@@ -22,7 +22,7 @@ void ForEachRegion(STATE& S, F Func) {
   for (REGION& RAM : S.aRAM) Func(RAM);
 }
 
-// Sets S.Fast and S.AlignMask for the present configuration.
+// Sets S.Fast and S.AlignMask for the present configuration. While memory is protected, S.Fast is opened by accesses.
 void UpdateAccessPaths(STATE& S);
 
 // Loads a value of type T, extended to 32 bits.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "probe/sim/execute.h"
+#include "probe/sim/protection.h"
 
 namespace sim {
 
@@ -32,11 +33,17 @@ bool IsSkipped(const STATE& S, const INST* pI) {
   return S.IT && !(pI->Flags & INST_IGNORES_IT) && !IsTrue(S, S.IT >> 4);
 }
 
+struct NO_CHECK {
+  const INST* operator()(const INST* pI) const { return pI; }
+};
+
 // RunChunk with a record of each instruction.
-const INST* RunChunkTraced(STATE& S, const INST* pI) {
+template <class CHECK>
+const INST* RunChunkTraced(STATE& S, const INST* pI, CHECK Check) {
   CTraceWriter Writer(S.Trace);
   while (S.Left > 0) {
     S.Left--;
+    pI = Check(pI);
     if (!pI->pfRun) [[unlikely]]
       Decode(S, pI);
     if (S.IT) [[unlikely]] {
@@ -54,11 +61,12 @@ const INST* RunChunkTraced(STATE& S, const INST* pI) {
   return pI;
 }
 
-// Runs to the end of the chunk.
-const INST* RunChunk(STATE& S, const INST* pI) {
-  if (S.Trace.IsOn()) return RunChunkTraced(S, pI);
+template <class CHECK>
+const INST* RunChunkWith(STATE& S, const INST* pI, CHECK Check) {
+  if (S.Trace.IsOn()) return RunChunkTraced(S, pI, Check);
   while (S.Left > 0) {
     S.Left--;
+    pI = Check(pI);
     if (!pI->pfRun) [[unlikely]]
       Decode(S, pI);
     if (S.IT) [[unlikely]] {
@@ -68,6 +76,11 @@ const INST* RunChunk(STATE& S, const INST* pI) {
     }
   }
   return pI;
+}
+
+// Runs to the end of the chunk.
+const INST* RunChunk(STATE& S, const INST* pI) {
+  return S.Mpu.IsOn() ? RunChunkWith(S, pI, CFetchCheck(S)) : RunChunkWith(S, pI, NO_CHECK());
 }
 
 const INST* Begin(STATE& S) {

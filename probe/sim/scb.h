@@ -19,6 +19,11 @@ inline constexpr U32 SCR_SEVONPEND = 1u << 4;
 
 // Configurable fault status register.
 inline constexpr U32 CFSR_IACCVIOL = 1u << 0;
+inline constexpr U32 CFSR_DACCVIOL = 1u << 1;
+inline constexpr U32 CFSR_MUNSTKERR = 1u << 3;
+inline constexpr U32 CFSR_MSTKERR = 1u << 4;
+inline constexpr U32 CFSR_MLSPERR = 1u << 5;
+inline constexpr U32 CFSR_MMARVALID = 1u << 7;
 inline constexpr U32 CFSR_IBUSERR = 1u << 8;
 inline constexpr U32 CFSR_PRECISERR = 1u << 9;
 inline constexpr U32 CFSR_IMPRECISERR = 1u << 10;
@@ -36,6 +41,7 @@ inline constexpr U32 CFSR_DIVBYZERO = 1u << 25;
 // Hard fault status register.
 inline constexpr U32 HFSR_VECTTBL = 1u << 1;
 inline constexpr U32 HFSR_FORCED = 1u << 30;
+inline constexpr U32 HFSR_DEBUGEVT = 1u << 31;
 
 // Vector catch bits of DEMCR.
 inline constexpr U32 DEMCR_VC_CORERESET = 1u << 0;

@@ -66,7 +66,8 @@ inline constexpr U32 CPACR_MASK = 0x00F00000;
 inline constexpr U32 DEMCR_MASK = 0x010507F1;
 inline constexpr U32 ACTLR_MASK = 0x307;
 
-inline constexpr U32 DHCSR_DEBUGEN = 1u << 0;  // there is always a debugger
+inline constexpr U32 DHCSR_DEBUGEN = 1u << 0;
+inline constexpr U32 DHCSR_KEY = 0xA05F;       // in the upper half of what is written
 inline constexpr U32 DHCSR_HALTED = 3u << 16;  // halted, and registers can be read
 inline constexpr U32 DHCSR_SLEEP = 1u << 18;
 inline constexpr U32 DHCSR_LOCKUP = 1u << 19;
@@ -248,7 +249,7 @@ void WriteV7(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
 
 // The core itself only ever reads it while it runs.
 U32 ReadDhcsr(const STATE& S, bool bDebugger) {
-  return DHCSR_DEBUGEN | (bDebugger ? DHCSR_HALTED : 0) | (S.bSleeping ? DHCSR_SLEEP : 0) |
+  return (S.bHaltingDebug ? DHCSR_DEBUGEN : 0) | (bDebugger ? DHCSR_HALTED : 0) | (S.bSleeping ? DHCSR_SLEEP : 0) |
          (S.bLockup ? DHCSR_LOCKUP : 0);
 }
 
@@ -289,12 +290,16 @@ U32 ReadWord(STATE& S, U32 Addr, bool bDebugger) {
     default:
       break;
   }
+  if (CMpu::IsRegister(Addr)) return S.Mpu.Read(Addr);
   if (InBlock(Addr, NVIC_ISER, NVIC_IPR_END - NVIC_ISER)) return ReadNvic(S, Addr);
   return S.bV7 ? ReadV7(S, Addr) : 0;
 }
 
-void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
+void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes, bool bDebugger) {
   switch (Addr) {
+    case DHCSR:
+      if (bDebugger && Value >> 16 == DHCSR_KEY) S.bHaltingDebug = Value & DHCSR_DEBUGEN;
+      break;
     case SYST_CSR:
       S.SysTick.WriteControl(S.Now(), Value);
       break;
@@ -339,6 +344,10 @@ void WriteWord(STATE& S, U32 Addr, U32 Value, U32 Lanes) {
       UpdateDebugUnits(S);
       break;
     default:
+      if (CMpu::IsRegister(Addr)) {
+        S.Mpu.Write(Addr, Value, Lanes);
+        UpdateAccessPaths(S);
+      }
       WriteNvic(S, Addr, Value, Lanes);
       if (S.bV7) WriteV7(S, Addr, Value, Lanes);
       break;
@@ -362,7 +371,7 @@ void WriteScs(STATE& S, U32 Addr, U32 NumBytes, U32 Value, bool bDebugger) {
   if (IsDebugUnit(Addr)) return WriteDebugUnit(S, Addr, NumBytes, Value, bDebugger);
   const U32 Shift = 8 * (Addr & 3);
   const U32 Lanes = (NumBytes == 4 ? 0xFFFFFFFF : (1u << (8 * NumBytes)) - 1) << Shift;
-  WriteWord(S, Addr & ~3u, Value << Shift & Lanes, Lanes);
+  WriteWord(S, Addr & ~3u, Value << Shift & Lanes, Lanes, bDebugger);
   S.Attention();
 }
 
@@ -374,6 +383,7 @@ void ResetScs(STATE& S) {
   S.Scb.DEMCR = Old.DEMCR;  // a debugger's settings survive
   ResetFp(S);
   S.SysTick.Reset();
+  S.Mpu.Reset(S.Spec.NumMpuRegions, S.bV7);
   S.Nvic.Reset(S.Spec.NumIRQs, S.Spec.NumPriorityBits ? S.Spec.NumPriorityBits : S.bV7 ? 4 : 2);
   UpdateAccessPaths(S);
 }

@@ -12,6 +12,7 @@
 #include "probe/sim/inst.h"
 #include "probe/sim/itm.h"
 #include "probe/sim/machine.h"
+#include "probe/sim/mpu.h"
 #include "probe/sim/nvic.h"
 #include "probe/sim/region.h"
 #include "probe/sim/sampler.h"
@@ -31,7 +32,13 @@ inline constexpr U32 CONTROL_SPSEL = 2;
 inline constexpr U32 CONTROL_FPCA = 4;  // there is floating point context to save
 
 // What a memory access that failed has to raise.
-enum class FAULT_CAUSE : U8 { NONE, BUS, UNALIGNED };
+enum class FAULT_CAUSE : U8 { NONE, BUS, UNALIGNED, PROTECTION };
+
+// Who makes an access to memory.
+struct ACCESSOR {
+  bool bPrivileged = true;
+  bool bNegativePriority = false;
+};
 
 // RAM that is accessed without further checks.
 struct FAST_RAM {
@@ -74,8 +81,9 @@ struct STATE {
   std::vector<PERIPHERAL> Peripherals;
   FAULT_CAUSE FaultCause = FAULT_CAUSE::NONE;
   U32 FaultAddr = 0;
-  U32 FaultCfsr = 0;        // bits of CFSR that the latest fault has set
-  bool bExclusive = false;  // local exclusive monitor
+  std::optional<ACCESSOR> Accessor;  // none: the mode that runs
+  U32 FaultCfsr = 0;                 // bits of CFSR that the latest fault has set
+  bool bExclusive = false;           // local exclusive monitor
   U32 ExclusiveAddr = 0;
 
   BOARD_SPEC Spec;
@@ -84,6 +92,7 @@ struct STATE {
 
   CNvic Nvic;
   CSysTick SysTick;
+  CMpu Mpu;
   SCB_REGS Scb;
   CBreakpoints Breakpoints;
   CDwt Dwt;
@@ -100,7 +109,8 @@ struct STATE {
   bool bLockup = false;
   bool bResetRequested = false;
   bool bMaskInterrupts = false;
-  INST Special = {};  // stands for an address or a state in which no instruction can be fetched
+  bool bHaltingDebug = true;  // a debugger is there for breakpoints, watches and vector catches
+  INST Special = {};          // stands for an address or a state in which no instruction can be fetched
 
   bool HasFpu() const { return Spec.Fpu != FPU::NONE; }
   // The bits of CONTROL that the core has.

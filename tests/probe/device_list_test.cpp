@@ -56,11 +56,10 @@ TEST_F(DeviceListTest, EveryCoreOfTheCoreModelHasAGenericDevice) {
   std::set<std::string> Names;
   for (U32 Family = 1; Family <= 15; ++Family) {
     for (U32 SubFamily = 0; SubFamily <= 15; ++SubFamily) {
-      bool bUnknown = false;
       QString sCore;
-      VCore::GetCoreName(Family, SubFamily, sCore, &bUnknown);
+      VCore::GetCoreName(Family, SubFamily, sCore);
       const std::string sName = sCore.toStdString();
-      if (bUnknown || sName.empty() || !Names.insert(sName).second) continue;
+      if (sName.empty() || !Names.insert(sName).second) continue;
       const int Index = API.VNODEARM_DEVICE_GetIndex(sName.c_str());
       ASSERT_GT(Index, 0) << sName;
       const VNODEARM_DEVICE_INFO Device = Info(Index);
