@@ -1,5 +1,6 @@
 #include "program/elf/collectors.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -33,6 +34,33 @@ std::vector<U32>* ListOf(DWARF_INFO& Info, const CDie& Die, U32 Tag, bool bInFun
   }
 }
 
+bool IsMemberTag(U32 Tag) {
+  // Version 5 has static data members as variables.
+  return Tag == DW_TAG_member || Tag == DW_TAG_subprogram || Tag == DW_TAG_enumerator || Tag == DW_TAG_variable;
+}
+
+// Enters the entry in the list of its class or function. False if it belongs to neither.
+bool CollectOwned(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, U32 Func) {
+  const CDieReader& Reader = Info.Reader;
+  const U32 Parent = Info.Index.Get(Entry).Parent;
+  const U32 ParentTag = Parent ? Info.Index.Get(Parent).Tag : 0;
+  DIE_LISTS& Lists = Info.Lists;
+  if (Tag == DW_TAG_inheritance) {
+    if (Parent == 0 || Reader.Has(Die, DW_AT_artificial)) return false;
+    Lists.aBases.push_back({Parent, Entry});
+    return true;
+  }
+  if (IsMemberTag(Tag) && IsClassTag(ParentTag)) {
+    if (Reader.Has(Die, DW_AT_artificial)) return false;
+    Lists.aMembers.push_back({Parent, Entry});
+    return true;
+  }
+  const bool bLocal = Tag == DW_TAG_variable || (Tag == DW_TAG_formal_parameter && ParentTag != DW_TAG_subroutine_type);
+  if (!bLocal || Func == 0 || Info.Index.LastUnit().bTypeUnit || Reader.Has(Die, DW_AT_declaration)) return false;
+  Lists.aLocals.push_back({Func, Entry});
+  return true;
+}
+
 }  // namespace
 
 bool IsFunctionTag(U32 Tag) {
@@ -44,15 +72,24 @@ bool IsClassTag(U32 Tag) {
          Tag == DW_TAG_enumeration_type;
 }
 
-bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, bool bInFunction) {
+bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, U32 Func) {
   if (const std::optional<DIE_REF> Target = Info.Reader.Reference(Die, DW_AT_specification)) {
     Info.Index.SetSpecification(Entry, *Target);
   }
-  std::vector<U32>* paList = ListOf(Info, Die, Tag, bInFunction);
-  if (!paList) return false;
+  const bool bOwned = CollectOwned(Info, Die, Entry, Tag, Func);
+  std::vector<U32>* paList = ListOf(Info, Die, Tag, Func != 0);
+  if (!paList) return bOwned;
   paList->push_back(Entry);
   if (const char* sName = Info.Reader.Text(Die, DW_AT_name)) Info.Lists.Names.emplace(Entry, sName);
   return true;
+}
+
+void SortOwned(DIE_LISTS& Lists) {
+  for (std::vector<DIE_OWNED>* paOwned : {&Lists.aMembers, &Lists.aLocals, &Lists.aBases}) {
+    std::sort(paOwned->begin(), paOwned->end(), [](const DIE_OWNED& A, const DIE_OWNED& B) {
+      return A.Owner != B.Owner ? A.Owner < B.Owner : A.Entry < B.Entry;
+    });
+  }
 }
 
 namespace {

@@ -1,6 +1,7 @@
 #include "program/elf/die_lookup.h"
 
 #include "program/elf/collectors.h"
+#include "program/elf/die_types.h"
 
 namespace {
 
@@ -8,7 +9,6 @@ constexpr U32 MAX_ATTR_LEVELS = 6;
 constexpr U32 MAX_NAME_LEVELS = 21;
 constexpr U32 MAX_SCOPE_LEVELS = 64;  // abstract origins of abstract origins: only damaged files come here
 constexpr U32 MAX_CLASS_LEVELS = 6;
-constexpr U32 MAX_TYPE_STEPS = 25;
 
 bool IsInheritable(U32 Attr) {
   return Attr != DW_AT_specification && Attr != DW_AT_abstract_origin && Attr != DW_AT_declaration &&
@@ -89,26 +89,13 @@ U32 CDieLookup::Definition(U32 Entry) const {
   return Definer != Entry ? Definer : 0;
 }
 
-U32 CDieLookup::ArraySize(U32 Entry, U32 ElementSize) const {
-  U64 Total = 0;
-  for (U32 Child = Info.Index.FirstChild(Entry); Child; Child = Info.Index.NextSibling(Child)) {
-    if (Info.Index.Get(Child).Tag != DW_TAG_subrange_type) continue;
-    const I64 Lower = Integer(Child, DW_AT_lower_bound).value_or(0);
-    const std::optional<I64> Count = Integer(Child, DW_AT_count);
-    const I64 Upper = Integer(Child, DW_AT_upper_bound).value_or(0);
-    const U64 Dimension = static_cast<U32>(Count ? *Count : Upper - Lower + 1);
-    Total = static_cast<U32>(Total == 0 ? Dimension : Total * Dimension);
-  }
-  return static_cast<U32>(Total * ElementSize);
-}
-
 U32 CDieLookup::TypeSize(U32 Entry) const {
   U64 Factor = 1;
   for (U32 Step = 0; Step < MAX_TYPE_STEPS && Entry != 0; ++Step) {
     const U32 Tag = Info.Index.Get(Entry).Tag;
     if (Tag == DW_TAG_pointer_type) return static_cast<U32>(Factor * Info.Index.UnitOf(Entry).AddrSize);
     if (Tag == DW_TAG_array_type) {
-      Factor = static_cast<U32>(Factor * ArraySize(Entry, 1));
+      Factor = static_cast<U32>(Factor * ElementCount(Dimensions(Info, Entry)));
     } else if (const I64 Size = Integer(Entry, DW_AT_byte_size).value_or(0)) {
       return static_cast<U32>(Factor * static_cast<U64>(Size));
     }

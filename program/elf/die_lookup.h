@@ -11,6 +11,8 @@ class CDieLookup {
 public:
   explicit CDieLookup(const DWARF_INFO& Info) : Info(Info) {}
 
+  // The entry whose own attribute answers, 0 if there is none.
+  U32 OwnerOf(U32 Entry, U32 Attr) const;
   std::optional<I64> Integer(U32 Entry, U32 Attr) const;
   U32 Reference(U32 Entry, U32 Attr) const;
   // The entry's own name or the inherited one; null when unknown.
@@ -36,10 +38,7 @@ private:
   U32 OwnReference(U32 Entry, U32 Attr) const;
   // The entry that names this one as its specification, or the type that a type unit describes for it.
   U32 DefinerOf(U32 Entry) const;
-  // The entry whose own attribute answers, 0 if there is none.
-  U32 OwnerOf(U32 Entry, U32 Attr) const;
   bool HasOwn(U32 Entry, U32 Attr) const;
-  U32 ArraySize(U32 Entry, U32 ElementSize) const;
   template <typename PREDICATE>
   U32 Around(U32 Entry, PREDICATE Wanted) const;
   template <typename PREDICATE>

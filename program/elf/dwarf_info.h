@@ -9,6 +9,12 @@
 #include "program/elf/frame_table.h"
 #include "program/elf/source_table.h"
 
+// An entry and the class or function that it belongs to.
+struct DIE_OWNED {
+  U32 Owner;
+  U32 Entry;
+};
+
 // Numbers of the entries that the traversal picked out, in file order.
 struct DIE_LISTS {
   std::vector<U32> aGlobalVars;
@@ -17,6 +23,10 @@ struct DIE_LISTS {
   std::vector<U32> aTypes;
   std::vector<U32> aNamespaces;
   std::vector<U32> aCompUnits;
+  // Sorted by owner, then in file order.
+  std::vector<DIE_OWNED> aMembers;
+  std::vector<DIE_OWNED> aLocals;
+  std::vector<DIE_OWNED> aBases;
   std::unordered_map<U32, const char*> Names;  // own names of the entries above, texts in the file
 };
 

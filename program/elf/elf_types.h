@@ -27,7 +27,8 @@ ELF_SYM_HANDLE ELF_GetType(ELF_SYM_HANDLE hSym, bool bFollow);
 const char* ELF_GetTypeName(ELF_SYM_HANDLE hSym);
 // 0, or -1 and an unchanged *pOut where the type of the entry is no array.
 int ELF_GetArrayInfo(ELF_SYM_HANDLE hSym, ELF_ARRAY_INFO* pOut);
-// Position of a bit field in its storage unit, in bits from the least significant one.
+// Position of a bit field in its storage unit, in bits from the least significant one. DW_AT_data_bit_offset is handed
+// out as it stands: bits from the start of the record, in big-endian files counted from the most significant one.
 U32 ELF_GetBitOffset(ELF_SYM_HANDLE hSym);
 // Width of a bit field in bits, 0 for every other member.
 U32 ELF_GetBitSize(ELF_SYM_HANDLE hSym);
@@ -62,3 +63,6 @@ ELF_SYM_HANDLE ELF_GetBase(ELF_SYM_HANDLE hSym, U32 Index);
 ELF_SYM_LOC ELF_GetLocation(ELF_SYM_HANDLE hSym, U32 PC);
 // "[20000010]", "R4", "[CFA - 8]". Lives in a static buffer of 64 bytes.
 const char* ELF_GetLocationText(const ELF_SYM_LOC& Loc);
+// The location in the Base fields of kinds 6, 15 and 16 as a record of its own. An inner location of kind 6 has a
+// register with an offset inside again, one of kind 15 a register.
+ELF_SYM_LOC ELF_GetInnerLocation(const ELF_SYM_LOC& Loc);

@@ -56,6 +56,7 @@ void CUnitWalker::Walk() {
   WalkSection(false);
   ReadTypeUnitFiles();
   Info.Index.ResolveSpecifications();
+  SortOwned(Info.Lists);
   Info.EntryFunc = FindEntryFunc(Info);
 }
 
@@ -160,7 +161,7 @@ U32 CUnitWalker::Visit(const CDie& Die, U32 Parent, U32 Func) {
   Entry.Depth = static_cast<U16>(aStack.size());
   const U32 Number = Info.Index.Add(Entry);
   if (Number == 0) return 0;
-  const bool bWanted = Collect(Info, Die, Number, Entry.Tag, Func != 0);
+  const bool bWanted = Collect(Info, Die, Number, Entry.Tag, Func);
   if (bWanted || Parent == 0) ++Info.NumWanted;
   return Number;
 }

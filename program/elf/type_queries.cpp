@@ -1,0 +1,158 @@
+// Queries about the types and values of entries.
+#include <algorithm>
+#include <cstring>
+
+#include "program/elf/collectors.h"
+#include "program/elf/die_lookup.h"
+#include "program/elf/die_types.h"
+#include "program/elf/elf_file.h"
+#include "program/elf/elf_types.h"
+#include "program/elf/handle.h"
+
+namespace {
+
+constexpr U32 MAX_CONST_SIZE = 256;  // bytes
+constexpr U32 CONST_NUMBER_SIZE = 4;
+constexpr U32 BITS_PER_BYTE = 8;
+constexpr U32 MAX_ORIGINS = 6;
+
+// The lookup's answer for the handle's entry, the neutral value for every other handle.
+template <typename RESULT, typename LOOKUP>
+RESULT Ask(ELF_SYM_HANDLE hSym, RESULT Neutral, LOOKUP Lookup) {
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  return pFile ? static_cast<RESULT>(Lookup(*pFile->pDwarf, Entry)) : Neutral;
+}
+
+U32 NumberOf(ELF_SYM_HANDLE hSym, U32 Attr) {
+  return Ask(hSym, 0u, [=](const DWARF_INFO& Info, U32 Entry) {
+    return static_cast<U32>(CDieLookup(Info).Integer(Entry, Attr).value_or(0));
+  });
+}
+
+U32 BitOffset(const DWARF_INFO& Info, U32 Entry) {
+  const CDieLookup Lookup(Info);
+  if (const std::optional<I64> Position = Lookup.Integer(Entry, DW_AT_data_bit_offset))
+    return static_cast<U32>(*Position);
+  const std::optional<I64> FromHighEnd = Lookup.Integer(Entry, DW_AT_bit_offset);
+  if (!FromHighEnd) return 0;
+  const U32 Offset = static_cast<U32>(*FromHighEnd);
+  const U32 Width = static_cast<U32>(Lookup.Integer(Entry, DW_AT_bit_size).value_or(0));
+  if (Width == 0) return Offset;
+  U32 Size = static_cast<U32>(Lookup.Integer(Entry, DW_AT_byte_size).value_or(0));
+  if (Size == 0) Size = Width / BITS_PER_BYTE;
+  if (Size == 0) Size = Lookup.TypeSize(Info.Index.Get(Entry).Parent);
+  const U32 Bits = Size * BITS_PER_BYTE;
+  return (Bits >= Width + Offset ? Bits : 32) - Width - Offset;
+}
+
+// The class whose member the entry, its declaration or its origin is; 0 if there is none.
+U32 ClassOf(const DWARF_INFO& Info, U32 Entry) {
+  const auto ClassAbove = [&](U32 Member) {
+    const U32 Parent = Member ? Info.Index.Get(Member).Parent : 0;
+    return Parent && IsClassTag(Info.Index.Get(Parent).Tag) ? Parent : 0;
+  };
+  for (U32 Level = 0; Level < MAX_ORIGINS && Entry != 0; ++Level) {
+    if (const U32 Class = ClassAbove(Entry)) return Class;
+    if (const U32 Class = ClassAbove(Info.Index.Specification(Entry))) return Class;
+    Entry = CDieLookup(Info).AbstractOrigin(Entry);
+  }
+  return 0;
+}
+
+U32 AccessOf(const DWARF_INFO& Info, U32 Entry) {
+  if (const std::optional<I64> Access = CDieLookup(Info).Integer(Entry, DW_AT_accessibility))
+    return static_cast<U32>(*Access);
+  const U32 Class = ClassOf(Info, Entry);
+  switch (Class ? Info.Index.Get(Class).Tag : 0) {
+    case DW_TAG_structure_type:
+    case DW_TAG_union_type:
+      return ELF_ACCESS_PUBLIC;
+    case DW_TAG_class_type:
+      return ELF_ACCESS_PRIVATE;
+    default:
+      return ELF_ACCESS_NONE;
+  }
+}
+
+std::vector<U8> ConstValue(const DWARF_INFO& Info, U32 Entry) {
+  const CDieLookup Lookup(Info);
+  const U32 Owner = Lookup.OwnerOf(Entry, DW_AT_const_value);
+  if (Owner == 0) return {};
+  if (const std::optional<I64> Number = Lookup.Integer(Owner, DW_AT_const_value)) {
+    const U32 Value = static_cast<U32>(*Number);
+    std::vector<U8> aBytes(CONST_NUMBER_SIZE);
+    std::memcpy(aBytes.data(), &Value, CONST_NUMBER_SIZE);
+    return aBytes;
+  }
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
+  std::vector<U8> aBytes = Die ? BlockOf(Info, Die, DW_AT_const_value) : std::vector<U8>();
+  if (aBytes.size() > MAX_CONST_SIZE) aBytes.resize(MAX_CONST_SIZE);
+  return aBytes;
+}
+
+}  // namespace
+
+ELF_SYM_HANDLE ELF_GetType(ELF_SYM_HANDLE hSym, bool bFollow) {
+  return Ask(hSym, ELF_SYM_HANDLE{0}, [=](const DWARF_INFO& Info, U32 Entry) {
+    return DieHandle(bFollow ? ResolvedType(Info, Entry) : CDieLookup(Info).Reference(Entry, DW_AT_type));
+  });
+}
+
+const char* ELF_GetTypeName(ELF_SYM_HANDLE hSym) {
+  static std::string sText;
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  if (!pFile) return nullptr;
+  sText = TypeText(*pFile->pDwarf, Entry);
+  return sText.c_str();
+}
+
+int ELF_GetArrayInfo(ELF_SYM_HANDLE hSym, ELF_ARRAY_INFO* pOut) {
+  return Ask(hSym, -1, [=](const DWARF_INFO& Info, U32 Entry) {
+    const U32 Array = ResolvedType(Info, Entry);
+    if (Array == 0 || Info.Index.Get(Array).Tag != DW_TAG_array_type) return -1;
+    const CDieLookup Lookup(Info);
+    const std::vector<U32> aCounts = Dimensions(Info, Array);
+    *pOut = ELF_ARRAY_INFO();
+    pOut->ElementSize = Lookup.TypeSize(Lookup.Reference(Array, DW_AT_type));
+    pOut->TotalCount = ElementCount(aCounts);
+    pOut->TotalSize = pOut->ElementSize * pOut->TotalCount;
+    pOut->NumDimensions = static_cast<U32>(aCounts.size());
+    std::copy_n(aCounts.begin(), std::min<size_t>(aCounts.size(), ELF_MAX_ARRAY_DIMENSIONS), pOut->aCounts);
+    return 0;
+  });
+}
+
+U32 ELF_GetBitOffset(ELF_SYM_HANDLE hSym) {
+  return Ask(hSym, 0u, BitOffset);
+}
+U32 ELF_GetBitSize(ELF_SYM_HANDLE hSym) {
+  return NumberOf(hSym, DW_AT_bit_size);
+}
+bool ELF_IsSigned(ELF_SYM_HANDLE hSym) {
+  return Ask(hSym, false, IsSignedEntry);
+}
+bool ELF_IsStatic(ELF_SYM_HANDLE hSym) {
+  return Ask(hSym, false, IsStaticEntry);
+}
+U32 ELF_GetAccess(ELF_SYM_HANDLE hSym) {
+  return Ask(hSym, 0u, AccessOf);
+}
+U32 ELF_GetVirtuality(ELF_SYM_HANDLE hSym) {
+  return NumberOf(hSym, DW_AT_virtuality);
+}
+
+U32 ELF_GetConstValue(ELF_SYM_HANDLE hSym, U8* pOut, U32 NumBytes) {
+  return Ask(hSym, 0u, [=](const DWARF_INFO& Info, U32 Entry) {
+    const std::vector<U8> aBytes = ConstValue(Info, Entry);
+    const U32 Size = std::min(static_cast<U32>(aBytes.size()), NumBytes);
+    std::copy_n(aBytes.begin(), Size, pOut);
+    return Size;
+  });
+}
+
+ELF_SYM_HANDLE ELF_GetObjectPointer(ELF_SYM_HANDLE hSym) {
+  return Ask(hSym, ELF_SYM_HANDLE{0},
+             [](const DWARF_INFO& Info, U32 Entry) { return DieHandle(ObjectPointer(Info, Entry)); });
+}
