@@ -59,7 +59,7 @@ TEST(ListingScanner, RowsOfDisassembly) {
 
 // The instructions of a code image as rows, operands at the column behind the mnemonic.
 QStringList DecodedRows(const char* sFile) {
-  const QByteArray Code = ReadBytes(QString(VEXOR_SOURCE_DIR "/tests/decoder/data/") + sFile);
+  const QByteArray Code = ReadBytes(QString(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_") + sFile);
   DISASM_CONTEXT Context;
   DISASM_SetMode(Context, DISASM_THUMB);
   QStringList asRow;
@@ -90,7 +90,7 @@ void CheckRegisters(const QString& sRow, const std::string& sPicture) {
 
 TEST(ListingScanner, RowsThatTheDecoderWrites) {
   const CSyntaxHighlighter Highlighter;
-  for (const char* const sFile : {"cortex-m0.bin", "cortex-m4f.bin", "cortex-m33.bin"}) {
+  for (const char* const sFile : {"v6m.bin", "v7m.bin", "v7em.bin"}) {
     const QStringList asRow = DecodedRows(sFile);
     EXPECT_GT(asRow.size(), 50) << sFile;
     for (const QString& sRow : asRow) {
