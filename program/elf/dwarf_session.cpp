@@ -76,14 +76,17 @@ const U8* CDwarfSession::Section(const char* sName, U32& Size) const {
 }
 
 void CDwarfSession::Report(Dwarf_Error& Error, const char* sFunction, const char* sItem, U64 Value) const {
-  char acText[MAX_MESSAGE_LENGTH + 1];
-  const char* sError = Error ? dwarf_errmsg(Error) : "unknown error";
-  if (sItem) {
-    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s (%s, 0x%llX)", sError, sFunction, sItem, Value);
-  } else {
-    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s", sError, sFunction);
-  }
+  Complain(Error ? dwarf_errmsg(Error) : "unknown error", sFunction, sItem, Value);
   Drop(Error);
+}
+
+void CDwarfSession::Complain(const char* sWhat, const char* sFunction, const char* sItem, U64 Value) const {
+  char acText[MAX_MESSAGE_LENGTH + 1];
+  if (sItem) {
+    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s (%s, 0x%llX)", sWhat, sFunction, sItem, Value);
+  } else {
+    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s", sWhat, sFunction);
+  }
   if (sLastMessage == acText) return;
   sLastMessage = acText;
   SendMessage(acText, ELF_DWARF_MSG_FLAGS);

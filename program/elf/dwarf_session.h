@@ -26,6 +26,8 @@ public:
   // Sends libdwarf's complaint about a call as a message and releases the error. sItem names the offending value.
   void Report(Dwarf_Error& Error, const char* sFunction, const char* sItem = nullptr, U64 Value = 0) const;
   void Drop(Dwarf_Error& Error) const;
+  // The same for damage that a decoder of the reader's own has found. Nothing is said twice running.
+  void Complain(const char* sWhat, const char* sFunction, const char* sItem = nullptr, U64 Value = 0) const;
 
 private:
   struct SECTION {

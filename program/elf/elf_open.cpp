@@ -72,7 +72,7 @@ bool ParseDwarf(ELF_FILE& File) {
   CUnitWalker Walker(*pDwarf);
   Walker.Walk();
   const std::clock_t FrameStart = std::clock();
-  pDwarf->Frames.Load(pDwarf->Session);
+  pDwarf->Frames.Load(pDwarf->Session, File.Image);
   File.pDwarf = std::move(pDwarf);
   LogParse(File, Walker.Times(), std::clock() - FrameStart, std::clock() - Start);
   return true;

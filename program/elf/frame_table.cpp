@@ -1,38 +1,136 @@
 #include "program/elf/frame_table.h"
 
-void CFrameTable::Load(const CDwarfSession& Session) {
-  if (!Session.Handle()) return;
-  Dwarf_Error Error = nullptr;
-  Dwarf_Cie* paCies = nullptr;
-  Dwarf_Fde* paFdes = nullptr;
-  Dwarf_Signed NumCies = 0, NumFdes = 0;
-  const int Result = dwarf_get_fde_list(Session.Handle(), &paCies, &NumCies, &paFdes, &NumFdes, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_get_fde_list");
-  if (Result != DW_DLV_OK) return;
-  CieCount = static_cast<U32>(NumCies);
-  for (Dwarf_Signed i = 0; i < NumFdes; ++i) {
-    Dwarf_Addr Low = 0;
-    Dwarf_Unsigned Length = 0;
-    if (dwarf_get_fde_range(paFdes[i], &Low, &Length, nullptr, nullptr, nullptr, nullptr, nullptr, &Error) ==
-        DW_DLV_OK) {
-      aEntries.push_back({static_cast<U32>(Low), static_cast<U32>(std::min<U64>(Low + Length, 0xFFFFFFFFu))});
-    } else {
-      Session.Report(Error, "dwarf_get_fde_range");
-    }
+#include "program/elf/elf_frames.h"
+#include "program/elf/reader_state.h"
+
+namespace {
+
+constexpr I32 WORD_SCALE = 4;  // bytes; some compilers count frames in words and mark their files with a section
+const char WORD_SCALE_SECTION[] = ".note.iar";
+
+ELF_SYM_LOC Unsupported(const char* sMessage) {
+  SendMessage(sMessage, ELF_DWARF_MSG_FLAGS);
+  return {};
+}
+
+I32 Scaled(I32 Offset, I32 Scale) {
+  return static_cast<I32>(static_cast<U32>(Offset) * static_cast<U32>(Scale));
+}
+
+ELF_SYM_LOC Location(U32 Type, U32 Reg, I32 Offset) {
+  ELF_SYM_LOC Loc;
+  Loc.Type = Type;
+  Loc.Reg = Reg;
+  Loc.Offset = Offset;
+  return Loc;
+}
+
+ELF_SYM_LOC CfaLocation(const CFA_RULE& Rule) {
+  switch (Rule.Kind) {
+    case CFA_KIND::RegOffset:
+      return Location(ELF_LOC_REG_OFFSET, Rule.Reg, static_cast<I32>(Rule.Offset));
+    case CFA_KIND::Expression:
+      return Unsupported("LibDwarf: evaluation of 'DW_EXPR_EXPRESSION' not implemented");
+    case CFA_KIND::None:
+      break;
   }
-  if (NumCies > 0) {
-    Dwarf_Unsigned Size = 0, CodeAlign = 0, InstLength = 0;
-    Dwarf_Small Version = 0;
-    char* sAugmentation = nullptr;
-    Dwarf_Signed DataAlign = 0;
-    Dwarf_Half Register = 0, OffsetSize = 0;
-    Dwarf_Ptr pInstructions = nullptr;
-    if (dwarf_get_cie_info_b(paCies[0], &Size, &Version, &sAugmentation, &CodeAlign, &DataAlign, &Register,
-                             &pInstructions, &InstLength, &OffsetSize, &Error) == DW_DLV_OK) {
-      ReturnReg = Register;
-    } else {
-      Session.Report(Error, "dwarf_get_cie_info_b");
-    }
+  return {};
+}
+
+ELF_SYM_LOC RuleLocation(U32 Reg, const FRAME_RULE& Rule) {
+  switch (Rule.Kind) {
+    case FRAME_RULE_KIND::SameValue:
+      return Location(ELF_LOC_REG, Reg, 0);
+    case FRAME_RULE_KIND::Undefined:
+      return Location(ELF_LOC_REG, ELF_REG_UNSPECIFIED, 0);
+    case FRAME_RULE_KIND::Offset:
+      return Location(ELF_LOC_CFA_INDIRECT, 0, Rule.Value);
+    case FRAME_RULE_KIND::ValOffset:
+      return Location(ELF_LOC_CFA_OFFSET, 0, Rule.Value);
+    case FRAME_RULE_KIND::Register:
+      return Location(ELF_LOC_REG, static_cast<U32>(Rule.Value), 0);
+    case FRAME_RULE_KIND::Expression:
+      return Unsupported("LibDwarf: evaluation of 'DW_EXPR_EXPRESSION' not implemented");
+    case FRAME_RULE_KIND::ValExpression:
+      return Unsupported("LibDwarf: evaluation of 'DW_EXPR_VAL_EXPRESSION' not implemented");
   }
-  dwarf_fde_cie_list_dealloc(Session.Handle(), paCies, NumCies, paFdes, NumFdes);
+  return {};
+}
+
+}  // namespace
+
+void CFrameTable::Load(const CDwarfSession& Session, const CElfImage& Image) {
+  const auto Complain = [&Session](const char* sWhat, const char* sItem, U64 Value) {
+    Session.Complain(sWhat, "CFrameTable::Load", sItem, Value);
+  };
+  CfaScale = Image.FindSection(WORD_SCALE_SECTION) >= 0 ? WORD_SCALE : 1;
+  DebugFrame.bBigEndian = EhFrame.bBigEndian = Image.IsBigEndian();
+  DebugFrame.pData = Session.Section(".debug_frame", DebugFrame.Size);
+  CFrameSectionReader(aCies, aFdes, Complain).Read(DebugFrame);
+  SortFrom(0);
+
+  const I32 EhIndex = Image.FindSection(".eh_frame");
+  const U8* pEhData = EhIndex >= 0 ? Image.SectionData(static_cast<U32>(EhIndex)) : nullptr;
+  if (!pEhData) return;
+  const ELF_SECTION& Section = Image.Sections()[static_cast<U32>(EhIndex)];
+  EhFrame.pData = pEhData;
+  EhFrame.Size = Section.Size;
+  EhFrame.Addr = Section.Addr;
+  EhFrame.bEh = true;
+  EhFrame.ReadWord = [&Image](U32 Addr) -> std::optional<U32> {
+    const U8* pWord = Image.ReadImage(Addr, Addr + static_cast<U32>(sizeof(U32)));
+    return pWord ? std::optional<U32>(Image.Load<U32>(pWord)) : std::nullopt;
+  };
+  const size_t NumDebug = aFdes.size();
+  CFrameSectionReader(aCies, aFdes, Complain).Read(EhFrame);
+  const auto IsKnown = [this](const FRAME_FDE& Fde) { return Find(Fde.Low) != nullptr; };
+  aFdes.erase(std::remove_if(aFdes.begin() + static_cast<std::ptrdiff_t>(NumDebug), aFdes.end(), IsKnown), aFdes.end());
+  SortFrom(NumDebug);
+}
+
+void CFrameTable::SortFrom(size_t First) {
+  for (size_t i = First; i < aFdes.size(); ++i) aByLow.push_back(static_cast<U32>(i));
+  std::sort(aByLow.begin(), aByLow.end(), [this](U32 A, U32 B) {
+    if (aFdes[A].Low != aFdes[B].Low) return aFdes[A].Low < aFdes[B].Low;
+    return aFdes[A].High != aFdes[B].High ? aFdes[A].High > aFdes[B].High : A < B;
+  });
+  const auto SameStart = [this](U32 A, U32 B) { return aFdes[A].Low == aFdes[B].Low; };
+  aByLow.erase(std::unique(aByLow.begin(), aByLow.end(), SameStart), aByLow.end());
+}
+
+const FRAME_FDE* CFrameTable::Find(U32 PC) const {
+  const auto Above =
+      std::upper_bound(aByLow.begin(), aByLow.end(), PC, [this](U32 Addr, U32 i) { return Addr < aFdes[i].Low; });
+  if (Above == aByLow.begin()) return nullptr;
+  const FRAME_FDE& Fde = aFdes[*std::prev(Above)];
+  return PC < Fde.High ? &Fde : nullptr;
+}
+
+U32 CFrameTable::Rules(U32 PC, U32 NumRegs, ELF_SYM_LOC* paRegs) const {
+  const FRAME_FDE* pFde = Find(PC);
+  if (!pFde) return 0;
+  FRAME_ROW Row;
+  RunFrameProgram(SectionOf(*pFde), aCies[pFde->Cie], *pFde, PC, Row);
+  const U32 NumRows = std::min(NumRegs, NUM_FRAME_REGS);
+  for (U32 Reg = 0; Reg < NumRows; ++Reg) {
+    paRegs[Reg] = Reg == ELF_CFI_SP ? CfaLocation(Row.Cfa) : RuleLocation(Reg, Row.Rule(Reg));
+  }
+  if (NumRows > ELF_CFI_SP) paRegs[ELF_CFI_SP].Offset = Scaled(paRegs[ELF_CFI_SP].Offset, CfaScale);
+  return NumRows;
+}
+
+ELF_SYM_LOC CFrameTable::Cfa(U32 PC) const {
+  if (PC != 0 && PC == LastCfaPc) return LastCfa;
+  const FRAME_FDE* pFde = Find(PC);
+  if (!pFde) return {};
+  FRAME_ROW Row;
+  RunFrameProgram(SectionOf(*pFde), aCies[pFde->Cie], *pFde, PC, Row);
+  LastCfa = CfaLocation(Row.Cfa);
+  LastCfaPc = PC;
+  return LastCfa;
+}
+
+I32 CFrameTable::FrameSize(U32 PC) const {
+  const FRAME_FDE* pFde = Find(PC);
+  return pFde ? static_cast<I32>(GreatestCfaOffset(SectionOf(*pFde), aCies[pFde->Cie], *pFde)) : -1;
 }

@@ -1,24 +1,39 @@
 #pragma once
 
-#include <vector>
-
+#include "base/elf_sym.h"
 #include "program/elf/dwarf_session.h"
+#include "program/elf/frame_program.h"
 
-struct FRAME_ENTRY {
-  U32 Low = 0;
-  U32 High = 0;
-};
-
-// Code ranges of the frame description entries of .debug_frame.
+// The call frame information of a file: .debug_frame and, for code that has none there, .eh_frame. Addresses are those
+// in the file.
 class CFrameTable {
 public:
-  void Load(const CDwarfSession& Session);
-  const std::vector<FRAME_ENTRY>& Entries() const { return aEntries; }
-  U32 NumCies() const { return CieCount; }
-  U32 ReturnRegister() const { return ReturnReg; }
+  // Session and image must outlive the table.
+  void Load(const CDwarfSession& Session, const CElfImage& Image);
+
+  const std::vector<FRAME_FDE>& Entries() const { return aFdes; }
+  U32 NumCies() const { return static_cast<U32>(aCies.size()); }
+  // By the first common information entry, 0 without one.
+  U32 ReturnRegister() const { return aCies.empty() ? 0 : aCies[0].ReturnReg; }
+
+  // Rules at PC for registers 0 to NumRegs - 1; the number of those written, 0 where nothing is known.
+  U32 Rules(U32 PC, U32 NumRegs, ELF_SYM_LOC* paRegs) const;
+  // Canonical frame address at PC, empty where it is not known.
+  ELF_SYM_LOC Cfa(U32 PC) const;
+  // Greatest distance of the canonical frame address from its register in the function at PC, -1 without entry.
+  I32 FrameSize(U32 PC) const;
 
 private:
-  std::vector<FRAME_ENTRY> aEntries;
-  U32 CieCount = 0;
-  U32 ReturnReg = 0;
+  FRAME_SECTION DebugFrame;
+  FRAME_SECTION EhFrame;
+  std::vector<FRAME_CIE> aCies;
+  std::vector<FRAME_FDE> aFdes;  // in file order
+  std::vector<U32> aByLow;       // positions in aFdes by ascending start, the longest of each start
+  I32 CfaScale = 1;
+  mutable U32 LastCfaPc = 0;  // 0: none
+  mutable ELF_SYM_LOC LastCfa;
+
+  void SortFrom(size_t First);
+  const FRAME_FDE* Find(U32 PC) const;
+  const FRAME_SECTION& SectionOf(const FRAME_FDE& Fde) const { return aCies[Fde.Cie].bEh ? EhFrame : DebugFrame; }
 };

@@ -30,11 +30,6 @@ const SRC_LINE* LineOf(const ELF_FILE* pFile, U32 Index) {
   return pInfo && Index < pInfo->Sources.Lines().size() ? &pInfo->Sources.Lines()[Index] : nullptr;
 }
 
-const FRAME_ENTRY* FrameOf(const ELF_FILE* pFile, U32 Index) {
-  const DWARF_INFO* pInfo = DwarfOf(pFile);
-  return pInfo && Index < pInfo->Frames.Entries().size() ? &pInfo->Frames.Entries()[Index] : nullptr;
-}
-
 }  // namespace
 
 U32 ELF_GetNumGlobalVars(const ELF_FILE* pFile) {
@@ -136,24 +131,4 @@ const char* ELF_GetSrcLineFile(const ELF_FILE* pFile, U32 Index) {
 U32 ELF_GetSrcLineFlags(const ELF_FILE* pFile, U32 Index) {
   const SRC_LINE* pLine = LineOf(pFile, Index);
   return pLine ? pLine->Flags : 0;
-}
-
-U32 ELF_GetNumFdes(const ELF_FILE* pFile) {
-  const DWARF_INFO* pInfo = DwarfOf(pFile);
-  return pInfo ? static_cast<U32>(pInfo->Frames.Entries().size()) : 0;
-}
-
-U32 ELF_GetFdeLow(const ELF_FILE* pFile, U32 Index) {
-  const FRAME_ENTRY* pFrame = FrameOf(pFile, Index);
-  return pFrame ? AddrToTarget(pFrame->Low) : INVALID_ADDR;
-}
-
-U32 ELF_GetFdeHigh(const ELF_FILE* pFile, U32 Index) {
-  const FRAME_ENTRY* pFrame = FrameOf(pFile, Index);
-  return pFrame ? EndToTarget(pFrame->High) : 0;
-}
-
-U32 ELF_GetRetAddrReg(const ELF_FILE* pFile) {
-  const DWARF_INFO* pInfo = DwarfOf(pFile);
-  return pInfo ? pInfo->Frames.ReturnRegister() : 0;
 }

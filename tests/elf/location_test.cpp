@@ -1,5 +1,4 @@
-#include <gtest/gtest.h>
-
+#include "elf_fixture.h"
 #include "hex_bytes.h"
 #include "program/elf/elf_types.h"
 #include "program/elf/location_expr.h"
@@ -193,4 +192,61 @@ TEST(Location, Texts) {
     const ELF_SYM_LOC Loc = {Type, 0xABC, Reg, Offset, ELF_LOC_REG_OFFSET, 0, 9, 4, 0};
     EXPECT_STREQ(ELF_GetLocationText(Loc), sText);
   }
+}
+
+class ElfLocation : public CElfTest {
+protected:
+  static ELF_SYM_HANDLE Local(ELF_SYM_HANDLE hFunc, const std::string& sName) {
+    for (U32 i = 0; i < ELF_GetNumLocals(hFunc); ++i) {
+      if (NameOf(ELF_GetLocal(hFunc, i)) == sName) return ELF_GetLocal(hFunc, i);
+    }
+    return 0;
+  }
+};
+
+TEST_F(ElfLocation, PlacesOfSymbols) {
+  // file, function around the symbol ("": a global variable), symbol ("": the function itself), distance from the
+  // function's start, place
+  const std::tuple<const char*, const char*, const char*, U32, const char*> aCases[] = {
+      {"gcc_dwarf5_O0", "", "Samples", 0, "[20000028]"},
+      {"big_endian", "", "Counter", 0, "[20000018]"},
+      {"gcc_dwarf2_O0", "Accumulate", "Sum", 8, "[BP - 12]"},
+      {"gcc_dwarf5_O0", "Accumulate", "", 0, "R13"},
+      {"gcc_dwarf5_O0", "Accumulate", "", 6, "R7 + 24"},
+      {"gcc_dwarf2_O0", "Accumulate", "", 4, "R13 + 24"},  // a list of frame bases
+      {"gcc_dwarf2_O0", "Accumulate", "", 6, "R7 + 24"},
+      {"gcc_dwarf5_O2", "Accumulate", "Count", 0x0F, "R0"},
+      {"gcc_dwarf5_O2", "Accumulate", "Count", 0x10, "R12"},
+      {"gcc_dwarf5_O2", "Accumulate", "Sum", 0x11, "value const 0"},
+      {"gcc_dwarf5_O2", "Accumulate", "Sum", 0x12, "R0"},
+      {"gcc_dwarf5_O2", "Accumulate", "Sum", 0x38, "-"},
+      {"gcc_dwarf3_O2", "Accumulate", "Sum", 0x12, "R0"},
+      {"gcc_dwarf5_lto", "", "Counter", 0, "[20000010]"},
+  };
+  for (const auto& [sFile, sFunc, sName, Distance, sPlace] : aCases) {
+    SCOPED_TRACE(std::string(sFile) + " " + sFunc + " " + sName + " " + std::to_string(Distance));
+    Open(std::string(sFile) + ".elf");
+    const ELF_SYM_HANDLE hFunc = *sFunc ? Function(sFunc) : 0;
+    const ELF_SYM_HANDLE hSym = !hFunc ? Variable(sName) : *sName ? Local(hFunc, sName) : hFunc;
+    const U32 PC = hFunc ? ELF_GetRangeLow(hFunc, 0) + Distance : 0;
+    EXPECT_EQ(Describe(ELF_GetLocation(hSym, PC)), sPlace);
+  }
+}
+
+TEST_F(ElfLocation, SymbolsAndRelocatedPlaces) {
+  Open("gcc_dwarf5_O2.elf");
+  ELF_SYM_HANDLE hData = 0, hCode = 0;
+  for (U32 i = 0; i < ELF_GetNumSymbols(pFile); ++i) {
+    const ELF_SYM_HANDLE hSym = ELF_GetSymbolHandle(pFile, i);
+    if (NameOf(hSym) == "Samples") hData = hSym;
+    if (NameOf(hSym) == "Accumulate") hCode = hSym;
+  }
+  EXPECT_EQ(Describe(ELF_GetLocation(hData, 0)), "[20000014]");
+  EXPECT_EQ(Describe(ELF_GetLocation(hCode, 0)), "-");
+  EXPECT_EQ(Describe(ELF_GetLocation(0, 0)), "-");
+  const ELF_SYM_HANDLE hFunc = Function("Accumulate"), hCount = Local(hFunc, "Count");
+  const U32 Low = ELF_GetRangeLow(hFunc, 0);
+  ELF_AddRelocation("*", 0x1000);
+  EXPECT_EQ(Describe(ELF_GetLocation(Variable("Samples"), 0)), "[20001014]");
+  EXPECT_EQ(Describe(ELF_GetLocation(hCount, Low + 0x1010)), "R12");
 }
