@@ -3,6 +3,7 @@
 #include "program/elf/elf_types.h"
 #include "program/elf/location_expr.h"
 #include "program/elf/location_list.h"
+#include "program/elf/range_list.h"
 
 namespace {
 
@@ -164,6 +165,36 @@ TEST(Location, ListsAtEveryBoundary) {
     const std::vector<U8> aBytes = HexBytes(sBytes);
     const CByteCursor Expr = FindLocation(CLocationListReader(CursorOver(aBytes), Version, List), PC);
     EXPECT_EQ(Describe(TranslateExpr(Expr, {}, false, Context)), sPlace) << sBytes << " at " << std::hex << PC;
+  }
+}
+
+TEST(Location, RangeLists) {
+  // version, list, ranges, the list ends soundly
+  const std::tuple<U32, const char*, const char*, bool> aCases[] = {
+      {4, "00000000 10000000 ffffffff 00000020 20000000 30000000 00000000 00000000 00000000 01000000",
+       "8000-8010 20000020-20000030 ", true},
+      {5,
+       "04 00 10 06 00100000 04100000 01 01 04 00 10 05 00300000 04 10 20 02 00 01 03 01 08 07 00500000 04 00 04 00 01",
+       "8000-8010 1000-1004 20000400-20000410 3010-3020 20000010-20000400 20000400-20000408 5000-5004 ", true},
+      {4, "00000000 10000000 20000000", "8000-8010 ", false},
+      {5, "04 00 10", "8000-8010 ", false},
+      {5, "04 00 10 08", "8000-8010 ", false},
+      {5, "01 02 04 00 10 00", "", false},  // no such address
+      {5, "06 0010", "", false},
+  };
+  CTestContext Context;
+  const LIST_CONTEXT List{0x8000, 4, {Context.aPool.data(), Context.aPool.size(), 0, 4, false}};
+  for (const auto& [Version, sBytes, sRanges, bOk] : aCases) {
+    const std::vector<U8> aBytes = HexBytes(sBytes);
+    CRangeListReader Reader(CursorOver(aBytes), Version, List);
+    std::string sFound;
+    for (RANGE_ENTRY Range; Reader.Next(Range);) {
+      char acText[48];
+      std::snprintf(acText, sizeof(acText), "%llX-%llX ", Range.Low, Range.High);
+      sFound += acText;
+    }
+    EXPECT_EQ(sFound, sRanges) << sBytes;
+    EXPECT_EQ(Reader.Ok(), bOk) << sBytes;
   }
 }
 
