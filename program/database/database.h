@@ -7,13 +7,14 @@
 #include <optional>
 
 #include "base/sinks.h"
+#include "program/database/addr_index.h"
 #include "program/database/cfi_blocks.h"
 #include "program/database/elf_symbol_index.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_table.h"
 #include "program/database/function_table.h"
 #include "program/database/line_table.h"
-#include "program/database/symbol_index.h"
+#include "program/database/name_index.h"
 
 struct ELF_FILE;
 
@@ -22,8 +23,8 @@ struct SCOPE {
   U32 CurrentPC = 0;
   ELF_SYM_HANDLE CurrentFunc = 0;
   ELF_SYM_LIST LocalVars;
-  CSymbolIndex<QString> Names;
-  CSymbolIndex<U32> Addrs;
+  CNameIndex Names;
+  CAddrIndex Addrs;
 };
 
 // Answers of the reader that windows ask for again and again.
@@ -61,10 +62,10 @@ struct DATABASE {
   QHash<FILE_INDEX, ELF_SYM_LIST> FileFuncs;
   std::optional<ELF_SYM_LIST> NoFileFuncs;
   ELF_SYM_HANDLE RttBlockSym = 0;
-  CSymbolIndex<QString> NamedIndex;
-  CSymbolIndex<QString> TypeIndex;
-  CSymbolIndex<QString> ElfIndex;
-  CSymbolIndex<U32> NamedAddrs;
+  CNameIndex NamedIndex;
+  CNameIndex TypeIndex;
+  CNameIndex ElfIndex;
+  CAddrIndex NamedAddrs;
   SCOPE Scope;
   SYMBOL_CACHES Caches;
   std::optional<FOUND_PATHS> FoundPaths;

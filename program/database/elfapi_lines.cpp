@@ -13,12 +13,11 @@ constexpr U32 MAX_BLOCK_BYTES = 256;        // extent of one block of a line
 
 const LINE_ENTRY* FindEntry(const CDatabaseLock& Db, U32 Addr) {
   if (Addr == 0 || Addr == INVALID_ADDR) return nullptr;
-  const LINE_ENTRY* pExact = Db->Lines.At(Addr);
-  if (pExact) return pExact;
-  const LINE_ENTRY* pBelow = Db->Lines.Below(Addr);
-  if (!pBelow || Addr - pBelow->Addr > MAX_DISTANCE_TO_ENTRY) return nullptr;
+  const LINE_ENTRY* pEntry = Db->Lines.AtOrBelow(Addr);
+  if (!pEntry || pEntry->Addr == Addr) return pEntry;
+  if (Addr - pEntry->Addr > MAX_DISTANCE_TO_ENTRY) return nullptr;
   const ELF_SYM_HANDLE Func = ELFAPI_GetFuncAt(Addr, true);
-  return Func != 0 && Func == ELFAPI_GetFuncAt(pBelow->Addr, true) ? pBelow : nullptr;
+  return Func != 0 && Func == ELFAPI_GetFuncAt(pEntry->Addr, true) ? pEntry : nullptr;
 }
 
 bool IsLineOf(const CDatabaseLock& Db, U32 Addr, const CSrcLoc& Loc) {

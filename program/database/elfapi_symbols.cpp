@@ -11,52 +11,23 @@ namespace {
 
 constexpr U32 ATTR_OBJECT_POINTER = 0x64;  // DW_AT_object_pointer: the parameter "this" of a member function
 
-const QString SCOPE_MARK = QStringLiteral("::");
-
-// Inlined instances first, ELF symbols last, otherwise as found.
-void PutInOrder(ELF_SYM_LIST& Symbols) {
-  const auto Rank = [](ELF_SYM_HANDLE Sym) { return ELFAPI_IsInlined(Sym) ? 0 : ELFAPI_IsElfSymbol(Sym) ? 2 : 1; };
-  std::stable_sort(Symbols.begin(), Symbols.end(),
-                   [Rank](ELF_SYM_HANDLE A, ELF_SYM_HANDLE B) { return Rank(A) < Rank(B); });
+// Inlined instances first, otherwise as found.
+void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
+  std::stable_partition(Symbols.begin(), Symbols.end(), ELFAPI_IsInlined);
 }
 
-std::optional<U32> AddrKey(ELF_SYM_HANDLE Sym) {
-  const U32 Addr = ELFAPI_GetAddr(Sym);
-  return Addr == INVALID_ADDR ? std::nullopt : std::optional<U32>(Addr);
+void AppendFound(ELF_SYM_LIST& Result, CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted) {
+  Result += Index.Find(Wanted, Symbols);
+  if (!Wanted.sOwner.isEmpty()) Result += Index.FindWhole(Wanted.sFull, Symbols);
 }
 
-std::optional<QString> NameKey(ELF_SYM_HANDLE Sym) {
-  const bool bIsNamespace = !ELFAPI_IsElfSymbol(Sym) && ELFAPI_GetTag(Sym) == ELF_TAG_NAMESPACE;
-  const QString sName = bIsNamespace ? ELFAPI_GetQualifiedName(Sym) : ELFAPI_GetName(Sym);
-  return sName.isEmpty() ? std::nullopt : std::optional<QString>(sName);
+// The first of what AppendFound appends.
+ELF_SYM_HANDLE FirstFound(CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted) {
+  const ELF_SYM_HANDLE Found = Index.Find(Wanted, Symbols).value(0, 0);
+  return Found != 0 || Wanted.sOwner.isEmpty() ? Found : Index.FindWhole(Wanted.sFull, Symbols).value(0, 0);
 }
 
-// A user's name, taken apart at its last "::".
-struct WANTED_NAME {
-  QString sFull;
-  QString sOwner;
-  QString sName;
-
-  explicit WANTED_NAME(const QString& sText) : sFull(sText) {
-    const qsizetype Mark = sText.lastIndexOf(SCOPE_MARK);
-    sOwner = Mark < 0 ? QString() : sText.left(Mark);
-    sName = Mark < 0 ? sText : sText.mid(Mark + SCOPE_MARK.size());
-  }
-  bool IsOwnedBy(const QString& sScope) const {
-    return sOwner.isEmpty() || sScope == sOwner || sScope.endsWith(SCOPE_MARK + sOwner);
-  }
-};
-
-void AppendFound(ELF_SYM_LIST& Result, CSymbolIndex<QString>& Index, const ELF_SYM_LIST& Symbols,
-                 const WANTED_NAME& Wanted) {
-  for (const ELF_SYM_HANDLE Sym : Index.Find(Wanted.sName, Symbols, NameKey)) {
-    if (Wanted.IsOwnedBy(ELFAPI_GetScopeName(Sym))) Result.append(Sym);
-  }
-  // Namespaces stand in the index under their qualified names.
-  if (!Wanted.sOwner.isEmpty()) Result += Index.Find(Wanted.sFull, Symbols, NameKey);
-}
-
-void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const WANTED_NAME& Wanted) {
+void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NAME& Wanted) {
   AppendFound(Result, Db->Scope.Names, Db->Scope.LocalVars, Wanted);
   if (Wanted.sFull != QLatin1String("this")) return;
   const ELF_SYM_HANDLE This = ELF_GetAttrDie(Db->Scope.CurrentFunc, ATTR_OBJECT_POINTER);
@@ -99,10 +70,10 @@ QString ELFAPI_GetMappingName(U32 Addr, bool bExact) {
 ELF_SYM_LIST ELFAPI_GetSymbolsAt(U32 Addr, bool bNamed, bool bLocals) {
   const CDatabaseLock Db;
   ELF_SYM_LIST Result;
-  if (bLocals) Result += Db->Scope.Addrs.Find(Addr, Db->Scope.LocalVars, AddrKey);
-  if (bNamed) Result += Db->NamedAddrs.Find(Addr, Db->NamedSymbols, AddrKey);
+  if (bLocals) Result += Db->Scope.Addrs.Find(Addr, Db->Scope.LocalVars);
+  if (bNamed) Result += Db->NamedAddrs.Find(Addr, Db->NamedSymbols);
   Result += Db->Symbols.At(Addr);
-  PutInOrder(Result);
+  PutInlinedFirst(Result);
   return Result;
 }
 
@@ -121,23 +92,29 @@ int ELFAPI_ClassifyAddr(U32 Addr) {
 ELF_SYM_LIST ELFAPI_FindSymbols(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols) {
   const CDatabaseLock Db;
   ELF_SYM_LIST Result;
-  const WANTED_NAME Wanted(sName);
+  const SYMBOL_NAME Wanted(sName);
   if (Wanted.sName.isEmpty()) return Result;
   if (bLocals) AppendLocals(Result, Db, Wanted);
   if (bNamed) AppendFound(Result, Db->NamedIndex, Db->NamedSymbols, Wanted);
   if (bTypes) AppendFound(Result, Db->TypeIndex, Db->Types, Wanted);
   if (bElfSymbols) AppendFound(Result, Db->ElfIndex, Db->Symbols.AllSymbols(), Wanted);
-  PutInOrder(Result);
+  PutInlinedFirst(Result);
   return Result;
 }
 
 ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols) {
   const CDatabaseLock Db;
+  const SYMBOL_NAME Wanted(sName);
+  if (Wanted.sName.isEmpty()) return 0;
   if (bLocals) {
     ELF_SYM_LIST Locals;
-    AppendLocals(Locals, Db, WANTED_NAME(sName));
+    AppendLocals(Locals, Db, Wanted);
     PutInScopeFirst(Locals, Db->Scope.CurrentPC);
     if (!Locals.isEmpty()) return Locals.first();
   }
-  return ELFAPI_FindSymbols(sName, bNamed, false, bTypes, bElfSymbols).value(0, 0);
+  // Inlined instances stand first among the named symbols.
+  ELF_SYM_HANDLE Found = bNamed ? FirstFound(Db->NamedIndex, Db->NamedSymbols, Wanted) : 0;
+  if (Found == 0 && bTypes) Found = FirstFound(Db->TypeIndex, Db->Types, Wanted);
+  if (Found == 0 && bElfSymbols) Found = FirstFound(Db->ElfIndex, Db->Symbols.AllSymbols(), Wanted);
+  return Found;
 }

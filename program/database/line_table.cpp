@@ -25,9 +25,7 @@ void CLineTable::BuildIndex() {
   };
   std::vector<KEYED> Sorted;
   Sorted.reserve(m_Entries.size());
-  m_ByAddr.reserve(static_cast<qsizetype>(m_Entries.size()));
   for (const LINE_ENTRY& Entry : m_Entries) {
-    m_ByAddr.insert(Entry.Addr, static_cast<U32>(Sorted.size()));
     Sorted.push_back({KeyOf(Entry.File, Entry.Line), Entry.Addr});
   }
   std::stable_sort(Sorted.begin(), Sorted.end(), [](const KEYED& A, const KEYED& B) { return A.Key < B.Key; });
@@ -42,15 +40,19 @@ void CLineTable::BuildIndex() {
   }
 }
 
+const LINE_ENTRY* CLineTable::AtOrBelow(U32 Addr) const {
+  const auto it = std::upper_bound(m_Entries.begin(), m_Entries.end(), Addr,
+                                   [](U32 Value, const LINE_ENTRY& Entry) { return Value < Entry.Addr; });
+  return it == m_Entries.begin() ? nullptr : &*std::prev(it);
+}
+
 const LINE_ENTRY* CLineTable::At(U32 Addr) const {
-  const auto it = m_ByAddr.constFind(Addr);
-  return it == m_ByAddr.cend() ? nullptr : &m_Entries[it.value()];
+  const LINE_ENTRY* pEntry = AtOrBelow(Addr);
+  return pEntry && pEntry->Addr == Addr ? pEntry : nullptr;
 }
 
 const LINE_ENTRY* CLineTable::Below(U32 Addr) const {
-  const auto it = std::lower_bound(m_Entries.begin(), m_Entries.end(), Addr,
-                                   [](const LINE_ENTRY& Entry, U32 Value) { return Entry.Addr < Value; });
-  return it == m_Entries.begin() ? nullptr : &*std::prev(it);
+  return Addr == 0 ? nullptr : AtOrBelow(Addr - 1);
 }
 
 const LINE_ENTRY* CLineTable::Above(U32 Addr) const {

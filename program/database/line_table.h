@@ -32,8 +32,9 @@ public:
 
   // All entries by ascending address.
   const std::vector<LINE_ENTRY>& Entries() const { return m_Entries; }
-  // Entry at exactly this address, and the nearest one below and above it; null if there is none.
+  // Entry at exactly this address, the nearest one not above it, below it and above it; null if there is none.
   const LINE_ENTRY* At(U32 Addr) const;
+  const LINE_ENTRY* AtOrBelow(U32 Addr) const;
   const LINE_ENTRY* Below(U32 Addr) const;
   const LINE_ENTRY* Above(U32 Addr) const;
   // Addresses of a line, ascending.
@@ -52,7 +53,6 @@ private:
   static U64 KeyOf(FILE_INDEX File, U32 Line) { return static_cast<U64>(static_cast<U32>(File)) << 32 | Line; }
 
   std::vector<LINE_ENTRY> m_Entries;
-  QHash<U32, U32> m_ByAddr;     // address to position in m_Entries
   std::vector<U64> m_LineKeys;  // distinct lines, sorted
   QHash<U64, RUN> m_ByLine;     // line to its part of m_LineAddrs
   std::vector<U32> m_LineAddrs;

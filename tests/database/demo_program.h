@@ -12,6 +12,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 inline const QString DEMO_DIR = QStringLiteral(VEXOR_SOURCE_DIR "/tests/database/data/");
+inline const QString CORPUS_DIR = QStringLiteral(VEXOR_SOURCE_DIR "/tests/corpus/data/");
 inline const QString DEMO_ELF = DEMO_DIR + u"demo.elf"_s;
 
 class DemoProgramTest : public testing::Test {

@@ -87,6 +87,37 @@ TEST_F(FunctionsTest, FoundByNameAndScope) {
   EXPECT_EQ(ELFAPI_GetScopeName(Global("Square::Side")), u"Geometry::Flat::Square");
 }
 
+TEST_F(FunctionsTest, OwnersAndTemplatesInNames) {
+  ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + u"gcc_v5_O0.elf"_s), 0);
+  const std::pair<const char*, const char*> aCases[] = {
+      // name, qualified names of the functions found
+      {"push", "model::Ring<long int, 2>::push|model::Ring<short int, 4>::push"},
+      {"Ring<long int,2>::push", "model::Ring<long int, 2>::push"},
+      {"model::Ring< short int, 4 >::push", "model::Ring<short int, 4>::push"},
+      {"model::Ring<shortint,4>::push", ""},
+      {"Ring<short int, 2>::push", ""},
+      {"model::push", ""},
+      {"each<use_model(int)::<lambda(int32_t)>>", "each<use_model(int)::<lambda(int32_t)> >"},
+      {"::use_model", "use_model"},
+      {"Derived::value", "model::Derived::value"},
+      {"lue", ""},
+  };
+  for (const auto& [sName, sFound] : aCases) {
+    QStringList Found;
+    const QString sText = QLatin1String(sName);
+    for (const ELF_SYM_HANDLE Sym : ELFAPI_FindSymbols(sText, true, false, false, false)) {
+      if (ELFAPI_IsFunction(Sym)) Found.append(ELFAPI_GetQualifiedName(Sym));
+    }
+    EXPECT_EQ(Found.join(u'|').toStdString(), sFound) << sName;
+    const ELF_SYM_HANDLE First = ELFAPI_FindSymbol(sText, true, false, false, true);
+    EXPECT_EQ(ELFAPI_GetQualifiedName(First), Found.value(0)) << sName;
+  }
+  for (const char* const sName : {"Ring<long,2>", "Ring<long int, 2>", "model::Derived", "Ring<long int, 2>::Slot"}) {
+    const bool bIsWritten = QByteArray(sName) != "Ring<long,2>";
+    EXPECT_EQ(ELFAPI_FindSymbols(QLatin1String(sName), false, false, true, false).size(), bIsWritten ? 1 : 0) << sName;
+  }
+}
+
 TEST_F(FunctionsTest, SymbolsAtAnAddress) {
   EXPECT_EQ(Name(ELFAPI_GetSymbolAt(AddrOf("SecondStep"))), "SecondStep");
   EXPECT_EQ(ELFAPI_GetSymbolAt(AddrOf("SecondStep") + 2), 0u);

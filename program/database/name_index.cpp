@@ -1,0 +1,108 @@
+#include "program/database/name_index.h"
+
+#include "program/database/elfapi.h"
+#include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
+
+namespace {
+
+const QString SCOPE_MARK = QStringLiteral("::");
+const QString OPERATOR = QStringLiteral("operator");
+
+bool IsNameChar(QChar Char) {
+  return Char.isLetterOrNumber() || Char == u'_';
+}
+
+// Length of the "operator<<" and the like that begins here, 0 for anything else: its marks are no brackets.
+qsizetype OperatorLength(const QString& sText, qsizetype At) {
+  if (!QStringView(sText).mid(At).startsWith(OPERATOR) || (At > 0 && IsNameChar(sText[At - 1]))) return 0;
+  qsizetype End = At + OPERATOR.size();
+  if (End < sText.size() && IsNameChar(sText[End])) return 0;
+  while (End < sText.size() && QStringView(u"<>=-").contains(sText[End])) ++End;
+  return End - At;
+}
+
+// Position of the last "::" outside of template arguments and parameter lists; -1 if there is none.
+qsizetype LastScopeMark(const QString& sText) {
+  qsizetype Last = -1;
+  int Depth = 0;
+  for (qsizetype i = 0; i < sText.size(); ++i) {
+    if (const qsizetype Length = OperatorLength(sText, i)) {
+      i += Length - 1;
+    } else if (sText[i] == u'<' || sText[i] == u'(') {
+      ++Depth;
+    } else if (sText[i] == u'>' || sText[i] == u')') {
+      --Depth;
+    } else if (Depth == 0 && QStringView(sText).mid(i).startsWith(SCOPE_MARK)) {
+      Last = i;
+    }
+  }
+  return Last;
+}
+
+QString IndexedName(ELF_SYM_HANDLE Sym) {
+  const bool bIsNamespace = ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF && ELF_GetTag(Sym) == ELF_TAG_NAMESPACE;
+  return NameWithoutBlanks(bIsNamespace ? ELFAPI_GetQualifiedName(Sym) : QString::fromUtf8(ELF_GetName(Sym)));
+}
+
+const ELF_SYM_LIST& ListOf(const QHash<QString, ELF_SYM_LIST>& Lists, const QString& sKey) {
+  static const ELF_SYM_LIST None;
+  const auto it = Lists.constFind(sKey);
+  return it == Lists.cend() ? None : it.value();
+}
+
+}  // namespace
+
+QString NameWithoutBlanks(const QString& sName) {
+  if (!sName.contains(u'<')) return sName;
+  QString sResult;
+  for (qsizetype i = 0; i < sName.size(); ++i) {
+    const bool bBetweenWords = i > 0 && i + 1 < sName.size() && IsNameChar(sName[i - 1]) && IsNameChar(sName[i + 1]);
+    if (sName[i] != u' ' || bBetweenWords) sResult += sName[i];
+  }
+  return sResult;
+}
+
+SYMBOL_NAME::SYMBOL_NAME(const QString& sText) : sFull(NameWithoutBlanks(sText)), sName(sFull) {
+  const qsizetype Mark = sFull.contains(SCOPE_MARK) ? LastScopeMark(sFull) : -1;
+  if (Mark < 0) return;
+  sOwner = sFull.left(Mark);
+  sName = sFull.mid(Mark + SCOPE_MARK.size());
+}
+
+void CNameIndex::Clear() {
+  m_ByName.reset();
+  m_ByOwner.clear();
+}
+
+const ELF_SYM_LIST& CNameIndex::FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols) {
+  if (!m_ByName) {
+    m_ByName.emplace();
+    for (const ELF_SYM_HANDLE Sym : Symbols) {
+      const QString sKey = IndexedName(Sym);
+      if (!sKey.isEmpty()) (*m_ByName)[sKey].append(Sym);
+    }
+  }
+  return ListOf(*m_ByName, sName);
+}
+
+const ELF_SYM_LIST& CNameIndex::Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LIST& Symbols) {
+  const ELF_SYM_LIST& Named = FindWhole(Wanted.sName, Symbols);
+  if (Wanted.sOwner.isEmpty() || Named.isEmpty()) return Named;
+  return ListOf(OwnersOf(Wanted.sName, Named), Wanted.sOwner);
+}
+
+CNameIndex::LISTS& CNameIndex::OwnersOf(const QString& sName, const ELF_SYM_LIST& Named) {
+  const auto itKnown = m_ByOwner.find(sName);
+  if (itKnown != m_ByOwner.end()) return itKnown.value();
+  LISTS& Owners = m_ByOwner[sName];
+  for (const ELF_SYM_HANDLE Sym : Named) {
+    SYMBOL_NAME Owner(ELFAPI_GetScopeName(Sym));
+    for (QString sEnd = Owner.sName; !sEnd.isEmpty(); sEnd = Owner.sName + SCOPE_MARK + sEnd) {
+      Owners[sEnd].append(Sym);
+      if (Owner.sOwner.isEmpty()) break;
+      Owner = SYMBOL_NAME(Owner.sOwner);
+    }
+  }
+  return Owners;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <optional>
+
+#include "base/elf_sym.h"
+
+// A user's name for a symbol, taken apart at its last "::" outside of template arguments. Blanks beside the marks of
+// template arguments do not count.
+struct SYMBOL_NAME {
+  QString sFull;
+  QString sOwner;
+  QString sName;
+
+  explicit SYMBOL_NAME(const QString& sText);
+};
+
+// The name as an index keeps it: "Pair<int, 4>" without the blank.
+QString NameWithoutBlanks(const QString& sName);
+
+// Symbols of one list by name; built when first asked. The time for an answer does not grow with the number of symbols
+// that have the name and other owners. Namespaces stand in it under their qualified names.
+class CNameIndex {
+public:
+  void Clear();
+  // Symbols with that name, in the order of the list. Lives until the next call.
+  const ELF_SYM_LIST& Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LIST& Symbols);
+  // Symbols that the index has under the whole text.
+  const ELF_SYM_LIST& FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols);
+
+private:
+  using LISTS = QHash<QString, ELF_SYM_LIST>;
+
+  LISTS& OwnersOf(const QString& sName, const ELF_SYM_LIST& Named);
+
+  std::optional<LISTS> m_ByName;
+  QHash<QString, LISTS> m_ByOwner;  // for names asked with an owner: symbols by every end of the owner's name
+};
