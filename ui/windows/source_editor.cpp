@@ -26,7 +26,7 @@ bool IsLight(const QColor& Ground) {
 
 }  // namespace
 
-CSourceEditor::CSourceEditor(QWidget* pParent) : QAbstractScrollArea(pParent) {
+CSourceEditor::CSourceEditor(QWidget* pParent) : CRowView(pParent) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::StrongFocus);
   viewport()->setCursor(Qt::IBeamCursor);
@@ -92,17 +92,28 @@ void CSourceEditor::SetLineNumberFreq(int Freq) {
 
 // ---- Geometry
 
+int CSourceEditor::NumRows() const {
+  return static_cast<int>(m_Rows.size());
+}
+
+int CSourceEditor::RowHeight() const {
+  return m_RowHeight;
+}
+
+TEXT_POS CSourceEditor::CursorPos() const {
+  return m_Cursor;
+}
+
+bool CSourceEditor::HasSelection() const {
+  return m_Cursor != m_Anchor;
+}
+
 int CSourceEditor::TopRow() const {
   return verticalScrollBar()->value();
 }
 
 int CSourceEditor::VisibleRows() const {
   return std::max(1, viewport()->height() / m_RowHeight);
-}
-
-int CSourceEditor::RowAt(int y) const {
-  const int Row = TopRow() + y / m_RowHeight;
-  return y >= 0 && Row < NumRows() ? Row : -1;
 }
 
 int CSourceEditor::LineNumberWidth() const {
