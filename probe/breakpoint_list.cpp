@@ -19,14 +19,15 @@ int CBreakpointList::Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEna
     const bool bSameISA = (Item.Type & VNODE_BP_ISA_MASK) == (TypeFlags & VNODE_BP_ISA_MASK);
     if (bSameISA && IsPermitted(TypeFlags, Item.ImpFlags)) {
       ++Item.UseCnt;
+      Item.Type &= TypeFlags;  // what suits all of its users
       return static_cast<int>(Item.Handle);
     }
     *psError = FormatText("There is a breakpoint of another kind @ 0x%08X", Addr);
     return 0;
   }
   U32 Implementation = Target.InstallBreakpoint(Addr, TypeFlags, bSoftEnabled, psError);
-  if (!Implementation && bSoftEnabled && FreeComparator(Target)) {
-    Implementation = Target.InstallBreakpoint(Addr, TypeFlags, bSoftEnabled, psError);
+  if (!Implementation && bSoftEnabled && IsPermitted(TypeFlags, VNODE_BP_IS_HARD)) {
+    Implementation = InstallInsteadOfAnother(Target, Addr, TypeFlags, psError);
   }
   if (!Implementation) return 0;
   VNODEARM_BP_INFO Item = {};
@@ -40,18 +41,19 @@ int CBreakpointList::Set(CTarget& Target, U32 Addr, U32 TypeFlags, bool bSoftEna
   return static_cast<int>(Item.Handle);
 }
 
-bool CBreakpointList::FreeComparator(CTarget& Target) {
+U32 CBreakpointList::InstallInsteadOfAnother(CTarget& Target, U32 Addr, U32 TypeFlags, std::string* psError) {
   for (VNODEARM_BP_INFO& Item : m_Items) {
     if (Item.ImpFlags != VNODE_BP_IS_HARD || !IsPermitted(Item.Type, VNODE_BP_IS_SOFT_FLASH)) continue;
-    std::string sError;
-    const U32 SoftType = VNODE_BP_IMP_SW | (Item.Type & VNODE_BP_ISA_MASK);
-    const U32 Implementation = Target.InstallBreakpoint(Item.Addr, SoftType, true, &sError);
-    if (!Implementation) continue;
-    Target.RemoveBreakpoint(Item.Addr, Item.Type, VNODE_BP_IS_HARD);
-    Item.ImpFlags = Implementation;
-    return true;
+    const U32 ISA = Item.Type & VNODE_BP_ISA_MASK;
+    const U32 Moved = Target.ReplaceBreakpoint(Item.Addr, VNODE_BP_IMP_SW | ISA, Item.ImpFlags);
+    if (Moved == Item.ImpFlags) continue;
+    Item.ImpFlags = Moved;
+    const U32 Implementation = Target.InstallBreakpoint(Addr, TypeFlags, true, psError);
+    // It was not a comparator that was missing.
+    if (!Implementation && Moved) Item.ImpFlags = Target.ReplaceBreakpoint(Item.Addr, VNODE_BP_IMP_HW | ISA, Moved);
+    return Implementation;
   }
-  return false;
+  return 0;
 }
 
 bool CBreakpointList::Clear(CTarget& Target, int Handle) {

@@ -22,8 +22,8 @@ public:
   const VNODEARM_BP_INFO* FindHandle(U32 Handle) const;
 
 private:
-  // Moves a breakpoint that may be either out of a comparator into memory; false when there is none.
-  bool FreeComparator(CTarget& Target);
+  // Installs one in the comparator of another that may be in memory, too; 0 when no such is there, or of no use.
+  U32 InstallInsteadOfAnother(CTarget& Target, U32 Addr, U32 TypeFlags, std::string* psError);
 
   std::vector<VNODEARM_BP_INFO> m_Items;
   U32 m_LastHandle = 0;

@@ -59,6 +59,14 @@ void CSimTarget::RemoveBreakpoint(U32 Addr, U32, U32 Implementation) {
   }
 }
 
+U32 CSimTarget::ReplaceBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) {
+  std::string sError;
+  const U32 New = InstallBreakpoint(Addr, TypeFlags, true, &sError);
+  if (!New) return Implementation;
+  RemoveBreakpoint(Addr, TypeFlags, Implementation);
+  return New;
+}
+
 int CSimTarget::InstallDataEvent(const VNODEARM_DATA_EVENT& Event) {
   const int Unit = CBoard::CAccess(m_Board)->SetDataWatch(WatchOf(Event));
   if (Unit == sim::WATCH_NO_VALUES) return VNODE_DATA_EVENT_NO_VALUE_MATCH;

@@ -120,6 +120,9 @@ public:
   // The implementation that was chosen, VNODE_BP_IS_...; 0 when there is none, with the reason in *psError.
   virtual U32 InstallBreakpoint(U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError) = 0;
   virtual void RemoveBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) = 0;
+  // Gives an installed breakpoint another implementation, one that TypeFlags permit; the core does not run past it
+  // meanwhile. The implementation that it has then: the old one when there is no other, 0 when it is lost.
+  virtual U32 ReplaceBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) = 0;
   // What RemoveDataEvent takes, 0 or above, or one of VNODE_DATA_EVENT_ERRORS.
   virtual int InstallDataEvent(const VNODEARM_DATA_EVENT& Event) = 0;
   virtual void RemoveDataEvent(int Unit) = 0;

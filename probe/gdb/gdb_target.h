@@ -49,6 +49,7 @@ public:
 
   U32 InstallBreakpoint(U32 Addr, U32 TypeFlags, bool bSoftEnabled, std::string* psError) override;
   void RemoveBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) override;
+  U32 ReplaceBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) override;
   int InstallDataEvent(const VNODEARM_DATA_EVENT& Event) override;
   void RemoveDataEvent(int Unit) override;
 

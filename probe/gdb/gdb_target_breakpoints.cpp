@@ -95,6 +95,21 @@ void CGdbTarget::RemoveBreakpoint(U32 Addr, U32, U32) {
   m_Breakpoints.erase(Found);
 }
 
+// A server has one breakpoint at an address: the old one goes first, and comes back when there is no other.
+U32 CGdbTarget::ReplaceBreakpoint(U32 Addr, U32 TypeFlags, U32 Implementation) {
+  const auto Found = m_Breakpoints.find(Addr);
+  CPause Pause(*this);
+  if (!Pause || Found == m_Breakpoints.end()) return Implementation;
+  const STOP_POINT Old = Found->second;
+  if (!Remove(Old)) return Implementation;
+  std::string sError;
+  if (const U32 New = InstallBreakpoint(Addr, TypeFlags, true, &sError)) return New;
+  if (Insert(Old)) return Implementation;
+  m_Breakpoints.erase(Addr);
+  Fail(FormatText("The breakpoint @ 0x%08X could not be set again", Addr));
+  return 0;
+}
+
 // The protocol watches a range of addresses: it compares neither values nor, beyond the range, the width of an access.
 int CGdbTarget::InstallDataEvent(const VNODEARM_DATA_EVENT& Event) {
   if (Event.DataMask != NO_VALUE) return VNODE_DATA_EVENT_NO_VALUE_MATCH;

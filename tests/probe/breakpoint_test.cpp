@@ -54,7 +54,9 @@ TEST_F(BreakpointTest, UnitsGoToThoseThatCannotDoWithout) {
   Connect("nRF52840_xxAA");
   Load(CFirmware::Counter(0));
   const int First = API.VNODEARM_SetBPEx(LOOP, ANY);
+  ASSERT_NE(API.VNODEARM_SetBPEx(0x1004, ANY), 0);
   for (U32 i = 1; i < 6; ++i) ASSERT_NE(API.VNODEARM_SetBPEx(0x1000 + 4 * i, HARD), 0);
+  EXPECT_EQ(API.VNODEARM_SetBPEx(0x20000100, HARD), 0) << "units do not reach so far";
   ASSERT_EQ(ImpFlagsOf(First), VNODE_BP_IS_HARD);
   const int Hard = API.VNODEARM_SetBPEx(0x2000, HARD);
   EXPECT_EQ(ImpFlagsOf(Hard), VNODE_BP_IS_HARD);

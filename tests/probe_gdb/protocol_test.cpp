@@ -1,5 +1,7 @@
 // What the client says to a server, and what it makes of the answers.
 
+#include <set>
+
 #include "fake_server.h"
 #include "probe/gdb/hex.h"
 #include "probe/gdb/memory_map.h"
@@ -299,6 +301,47 @@ TEST_F(ProtocolTest, BreakpointsAreOfTheKindThatTheMemoryTakes) {
   Answer({{"Z", PacketOf("")}});
   EXPECT_EQ(API.VNODEARM_SetBPEx(CFakeServer::FLASH_ADDR + 4, VNODE_BP_IMP_ANY | VNODE_BP_THUMB), 0);
   EXPECT_EQ(API.VNODEARM_SetBPEx(CFakeServer::RAM_ADDR, VNODE_BP_IMP_ANY | VNODE_BP_ARM), 0) << "no ARM code";
+}
+
+TEST_F(ProtocolTest, ABreakpointThatCanDoWithoutMakesRoomInTheComparator) {
+  constexpr U32 FIRST = CFakeServer::FLASH_ADDR + 0x100;  // where the core stands
+  struct CASE {
+    const char* sName;
+    const char* sRefused;
+    U32 FirstIs;
+    bool bSecond;
+    std::set<std::string> Installed;
+  };
+  const CASE CASES[] = {
+      {"moves", "-", VNODE_BP_IS_SOFT_FLASH, true, {"0,8000100,3", "1,8000104,3"}},
+      {"cannot move", "Z0", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
+      {"moves in vain", "Z1,8000104", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
+      {"is not let go", "z1", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
+  };
+  for (const CASE& Case : CASES) {
+    SCOPED_TRACE(Case.sName);
+    std::set<std::string> Installed;
+    m_Server.Fault = [&](const std::string& sRequest, std::string* psRaw) {
+      const auto IsHard = [](const std::string& sPoint) { return sPoint[0] == '1'; };
+      const std::string sPoint = sRequest.substr(1);
+      const bool bFull = sRequest.starts_with("Z1") && std::any_of(Installed.begin(), Installed.end(), IsHard);
+      *psRaw = "+" + PacketOf("E28");
+      if (bFull || sRequest.starts_with(Case.sRefused)) return true;
+      if (sRequest[0] == 'Z') Installed.insert(sPoint);
+      const size_t NumRemoved = sRequest[0] == 'z' ? Installed.erase(sPoint) : 1;
+      EXPECT_EQ(NumRemoved, 1u) << sRequest;
+      return false;
+    };
+    m_Server.aRegs[15] = FIRST;
+    ConnectAs("Cortex-M3");
+    const int First = API.VNODEARM_SetBPEx(FIRST, VNODE_BP_IMP_ANY | VNODE_BP_THUMB);
+    EXPECT_EQ(API.VNODEARM_SetBPEx(FIRST + 4, VNODE_BP_IMP_HW | VNODE_BP_THUMB) != 0, Case.bSecond);
+    EXPECT_EQ(ImpFlagsOf(First), Case.FirstIs);
+    EXPECT_EQ(Installed, Case.Installed);
+    EXPECT_EQ(API.VNODEARM_Step(), 0) << "without it, as what it is now";
+    EXPECT_EQ(Installed, Case.Installed);
+    API.VNODEARM_Close();
+  }
 }
 
 TEST_F(ProtocolTest, GoingOnFromABreakpointStopsAtTheNextInstructionsOwn) {
