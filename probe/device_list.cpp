@@ -3,11 +3,11 @@
 #include <dlfcn.h>
 #include <strings.h>
 
-#include <cerrno>
-#include <charconv>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
+#include "probe/sim/mpu.h"
 #include "probe/text.h"
 
 namespace {
@@ -15,6 +15,18 @@ namespace {
 constexpr U32 MAX_MEMORY_SIZE = 256u << 20;
 constexpr U32 MAX_CLOCK_MHZ = 4000;
 constexpr U32 MAX_IRQS = 496;
+
+// What a core with that unit can have in its place.
+struct FPU_ROW {
+  sim::FPU OfCore;
+  std::string_view sName;
+  sim::FPU Fpu;
+};
+constexpr FPU_ROW FPU_ROWS[] = {
+    {sim::FPU::V4_SINGLE, "none", sim::FPU::NONE},        {sim::FPU::V4_SINGLE, "single", sim::FPU::V4_SINGLE},
+    {sim::FPU::V5_DOUBLE, "none", sim::FPU::NONE},        {sim::FPU::V5_DOUBLE, "single", sim::FPU::V5_SINGLE},
+    {sim::FPU::V5_DOUBLE, "double", sim::FPU::V5_DOUBLE},
+};
 
 // ADDRESS+SIZE or "-".
 bool ParseRange(std::string_view sText, sim::MEM_RANGE* pRange) {
@@ -61,9 +73,28 @@ const char* CDeviceList::Intern(std::string_view sText) {
   return m_Texts.emplace(sText).first->c_str();
 }
 
+bool CDeviceList::ParseOption(std::string_view sOption, DEVICE_ROW* pRow) {
+  const size_t Equals = sOption.find('=');
+  if (Equals == std::string_view::npos) return false;
+  const std::string_view sName = sOption.substr(0, Equals), sValue = sOption.substr(Equals + 1);
+  if (EqualsNoCase(sName, "MPU")) {
+    return ParseU32(sValue, &pRow->NumMpuRegions) && pRow->NumMpuRegions <= sim::CMpu::MAX_REGIONS;
+  }
+  const auto Found = std::find_if(std::begin(FPU_ROWS), std::end(FPU_ROWS), [&](const FPU_ROW& Row) {
+    return Row.OfCore == pRow->pCore->SimFpu && EqualsNoCase(Row.sName, sValue);
+  });
+  if (!EqualsNoCase(sName, "FPU") || Found == std::end(FPU_ROWS)) return false;
+  pRow->Fpu = Found->Fpu;
+  return true;
+}
+
 bool CDeviceList::ParseLine(std::string_view sLine, DEVICE_ROW* pRow, std::string* psError) {
   enum FIELDS { NAME, MAKER, CORE, CLOCK, IRQS, FLASH, RAM, RAM2, NUM_FIELDS };
-  const std::vector<std::string_view> Fields = SplitTrimmed(sLine, ',');
+  std::vector<std::string_view> Fields = SplitTrimmed(sLine, ',');
+  std::vector<std::string_view> Options;
+  for (; Fields.size() > RAM2 && Fields.back().find('=') != std::string_view::npos; Fields.pop_back()) {
+    Options.push_back(Fields.back());
+  }
   if (Fields.size() < RAM2 || Fields.size() > NUM_FIELDS || Fields[NAME].empty()) {
     *psError = "7 or 8 fields expected";
     return false;
@@ -71,6 +102,13 @@ bool CDeviceList::ParseLine(std::string_view sLine, DEVICE_ROW* pRow, std::strin
   pRow->pCore = FindCore(std::string(Fields[CORE]).c_str());
   if (!pRow->pCore) {
     *psError = "unknown core " + std::string(Fields[CORE]);
+    return false;
+  }
+  pRow->Fpu = pRow->pCore->SimFpu;
+  pRow->NumMpuRegions = pRow->pCore->NumMpuRegions;
+  for (const std::string_view sOption : Options) {
+    if (ParseOption(sOption, pRow)) continue;
+    *psError = "invalid option " + std::string(sOption);
     return false;
   }
   U32 ClockMHz = 0;

@@ -22,6 +22,8 @@ struct DEVICE_ROW {
   U32 NumIRQs = 0;
   sim::MEM_RANGE Flash;
   sim::MEM_RANGE RAM[2];
+  sim::FPU Fpu = sim::FPU::NONE;
+  U32 NumMpuRegions = 0;
 };
 
 // The devices that the library knows. Index 0 stands for an unspecified device. Any thread.
@@ -44,6 +46,7 @@ public:
 private:
   const char* Intern(std::string_view sText);
   int FindLocked(std::string_view sName) const;
+  static bool ParseOption(std::string_view sOption, DEVICE_ROW* pRow);
   bool ParseLine(std::string_view sLine, DEVICE_ROW* pRow, std::string* psError);
 
   mutable std::mutex m_Mutex;

@@ -10,7 +10,7 @@ namespace {
 sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   sim::BOARD_SPEC Spec;
   Spec.Arch = *Device.pCore->SimArch;
-  Spec.Fpu = Device.pCore->SimFpu;
+  Spec.Fpu = Device.Fpu;
   Spec.CpuId = Device.pCore->SimCpuId;
   Spec.Flash = Device.Flash;
   Spec.RAM[0] = Device.RAM[0];
@@ -18,7 +18,7 @@ sim::BOARD_SPEC BoardSpecOf(const DEVICE_ROW& Device) {
   Spec.NumCodeBreakpoints = Device.pCore->NumCodeBreakpoints;
   Spec.NumDataWatches = Device.pCore->NumDataWatches;
   Spec.bCodeBreakpointsAnywhere = !Device.pCore->bCodeRegionOnly;
-  Spec.NumMpuRegions = Device.pCore->NumMpuRegions;
+  Spec.NumMpuRegions = Device.NumMpuRegions;
   Spec.NumIRQs = Device.NumIRQs;
   Spec.ClockHz = Device.ClockHz;
   return Spec;

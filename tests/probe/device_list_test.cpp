@@ -106,6 +106,8 @@ TEST_F(DeviceListTest, UsersFileAddsAndReplaces) {
       {"Bad, Me, Cortex-M3, 10, 20, -, 0xFFFFF000+8K", "invalid memory range"},
       {"Bad, Me, Cortex-M3, 10, 20, -, 0x0+5000M", "invalid memory range"},
       {"Bad, Me, Cortex-M3, 10, 20, 0x0+2K, 0x400+4K", "overlap"},
+      {"Bad, Me, Cortex-M3, 10, 20, -, 0x0+1K, MPU=17", "invalid option MPU=17"},
+      {"Bad, Me, Cortex-M4, 10, 20, -, 0x0+1K, FPU=double, MPU=8", "invalid option FPU=double"},
   };
   for (const auto& [sLine, sError] : CASES) {
     EXPECT_THAT(AddLine(sLine), testing::AllOf(testing::HasSubstr("line 2"), testing::HasSubstr(sError)));

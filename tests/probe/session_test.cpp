@@ -39,6 +39,23 @@ TEST_F(SessionTest, EverySimulatedCoreConnects) {
   }
 }
 
+TEST_F(SessionTest, PartsHaveTheUnitsThatTheyHaveInSilicon) {
+  constexpr U32 MPU_TYPE = 0xE000ED90, MVFR0 = 0xE000EF40;
+  const std::tuple<const char*, U32, U32> CASES[] = {
+      {"STM32F103C8", 0, 0},
+      {"STM32F407IE", 8 << 8, 0x10110021},
+      {"STM32F746NG", 8 << 8, 0x10110021},
+      {"STM32H743ZI", 16 << 8, 0x10110221},
+  };
+  for (const auto& [sDevice, MpuType, FpuType] : CASES) {
+    SCOPED_TRACE(sDevice);
+    Connect(sDevice);
+    EXPECT_EQ(ReadWord(MPU_TYPE), MpuType);
+    EXPECT_EQ(ReadWord(MVFR0), FpuType);
+    API.VNODEARM_Close();
+  }
+}
+
 TEST_F(SessionTest, BoardStaysPoweredUntilAnotherOneIsSelected) {
   constexpr U32 ADDR = 0x20000100;
   Connect("STM32F103C8");
