@@ -35,6 +35,34 @@ void AppendBranch(std::vector<U16>* paOps, U32 From, U32 To) {
 
 }  // namespace
 
+std::vector<U32> RunOnOurs(const CORE& Core, const std::vector<U8>& Image, U64 MaxInsts, U32 Results, size_t NumWords) {
+  sim::BOARD_SPEC Spec = SequenceBoard(Core, MEMORY_SIZE);
+  Spec.RAM[0].Size = MEMORY_SIZE;
+  sim::CMachine Machine(Spec);
+  Machine.Program(0, static_cast<U32>(Image.size()), Image.data());
+  Machine.Reset();
+  if (Machine.Run(MaxInsts, nullptr, false) != sim::STOP::BKPT) return {};
+  std::vector<U32> aResults(NumWords);
+  Machine.ReadMem(Results, static_cast<U32>(NumWords * 4), aResults.data());
+  return aResults;
+}
+
+std::vector<U32> RunOnQemu(const std::vector<U8>& Image, const char* sMachine, const std::string& sDir) {
+  const std::string sOut = sDir + "/batch.out";
+  std::remove(sOut.c_str());
+  std::ofstream(sDir + "/batch.bin", std::ios::binary)
+      .write(reinterpret_cast<const char*>(Image.data()), static_cast<std::streamsize>(Image.size()));
+  const std::string sCommand = "cd '" + sDir + "' && timeout 300 qemu-system-arm -M " + sMachine +
+                               " -display none -monitor none -serial none -semihosting-config enable=on,target=native" +
+                               " -kernel batch.bin";
+  if (std::system(sCommand.c_str())) return {};
+  std::ifstream File(sOut, std::ios::binary);
+  const std::vector<char> aBytes{std::istreambuf_iterator<char>(File), {}};
+  std::vector<U32> aResults(aBytes.size() / 4);
+  std::memcpy(aResults.data(), aBytes.data(), aResults.size() * 4);
+  return aResults;
+}
+
 CBatch::CBatch(const CORE& Core, U32 Seed, U32 NumSequences) : m_Core(Core) {
   CSequences Sequences(Core, Seed, false);
   const bool bFpu = Core.Fpu != sim::FPU::NONE;
@@ -86,31 +114,12 @@ size_t CBatch::WordsPerResult() const {
 }
 
 std::vector<U32> CBatch::RunOurs() const {
-  sim::BOARD_SPEC Spec = SequenceBoard(m_Core, MEMORY_SIZE);
-  Spec.RAM[0].Size = MEMORY_SIZE;
-  sim::CMachine Machine(Spec);
-  Machine.Program(0, static_cast<U32>(m_Image.size()), m_Image.data());
-  Machine.Reset();
-  if (Machine.Run(MAX_INSTS_PER_SEQUENCE * (m_Sequences.size() + 1), nullptr, false) != sim::STOP::BKPT) return {};
-  std::vector<U32> aResults(WordsPerResult() * m_Sequences.size());
-  Machine.ReadMem(RESULTS, static_cast<U32>(aResults.size() * 4), aResults.data());
-  return aResults;
+  return RunOnOurs(m_Core, m_Image, MAX_INSTS_PER_SEQUENCE * (m_Sequences.size() + 1), RESULTS,
+                   WordsPerResult() * m_Sequences.size());
 }
 
 std::vector<U32> CBatch::RunQemu(const std::string& sDir) const {
-  const std::string sOut = sDir + "/batch.out";
-  std::remove(sOut.c_str());
-  std::ofstream(sDir + "/batch.bin", std::ios::binary)
-      .write(reinterpret_cast<const char*>(m_Image.data()), static_cast<std::streamsize>(m_Image.size()));
-  const std::string sCommand = "cd '" + sDir + "' && timeout 300 qemu-system-arm -M " + MachineOf(m_Core) +
-                               " -display none -monitor none -serial none -semihosting-config enable=on,target=native" +
-                               " -kernel batch.bin";
-  if (std::system(sCommand.c_str())) return {};
-  std::ifstream File(sOut, std::ios::binary);
-  const std::vector<char> aBytes{std::istreambuf_iterator<char>(File), {}};
-  std::vector<U32> aResults(aBytes.size() / 4);
-  std::memcpy(aResults.data(), aBytes.data(), aResults.size() * 4);
-  return aResults;
+  return RunOnQemu(m_Image, MachineOf(m_Core), sDir);
 }
 
 std::vector<std::string> CBatch::Compare(const std::vector<U32>& aOurs, const std::vector<U32>& aTheirs,

@@ -5,6 +5,12 @@
 
 namespace sim_test {
 
+// Runs an image on one of QEMU's machines, in a directory that may be written to; the words of the file that the image
+// writes. Empty when that fails.
+std::vector<U32> RunOnQemu(const std::vector<U8>& Image, const char* sMachine, const std::string& sDir);
+// Runs it on our core up to its first BKPT; so many words of what it leaves at Results.
+std::vector<U32> RunOnOurs(const CORE& Core, const std::vector<U8>& Image, U64 MaxInsts, U32 Results, size_t NumWords);
+
 class CBatch {
 public:
   CBatch(const CORE& Core, U32 Seed, U32 NumSequences);
