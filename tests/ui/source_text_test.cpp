@@ -1,9 +1,12 @@
 // A source file without its window: bytes and line ends, and the colours of the columns.
 
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "shell/look/look.h"
 #include "shell/settings/color_ids.h"
+#include "tests/common/write_file.h"
+#include "ui/windows/observation_points.h"
 #include "ui/windows/source_colors.h"
 #include "ui/windows/source_document.h"
 
@@ -13,12 +16,103 @@ class CSourceTextTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void bytesBecomeText() {
-    QCOMPARE(DecodeSource("/* \xC3\xBC */"), QStringLiteral(u"/* ü */"));
-    QCOMPARE(DecodeSource("\xEF\xBB\xBFint x;"), u"int x;"_s);
-    QCOMPARE(DecodeSource("/* \xFC */"), QStringLiteral(u"/* ü */"));
-    QCOMPARE(DecodeSource("// \xC3"), QStringLiteral(u"// Ã"));
-    QCOMPARE(DecodeSource(QByteArray()), QString());
+  void bytesBecomeTextAndComeBack() {
+    const auto Utf16 = [](const char* pBytes, qsizetype Size) { return QByteArray(pBytes, Size); };
+    const struct {
+      QByteArray Bytes;
+      QString sText;
+      QStringConverter::Encoding Codec;
+      bool bMark;
+    } aRows[] = {
+        {"/* \xC3\xBC */", QStringLiteral(u"/* ü */"), QStringConverter::Utf8, false},
+        {"\xEF\xBB\xBFint x;", u"int x;"_s, QStringConverter::Utf8, true},
+        {"/* \xFC */", QStringLiteral(u"/* ü */"), QStringConverter::Latin1, false},
+        {"// \xC3", QStringLiteral(u"// Ã"), QStringConverter::Latin1, false},  // ends within a character
+        {QByteArray(), QString(), QStringConverter::Utf8, false},
+        {Utf16("\xFF\xFE\xFC\0x\0", 6), QStringLiteral(u"üx"), QStringConverter::Utf16LE, true},
+        {Utf16("\xFE\xFF\0\xFC\0x", 6), QStringLiteral(u"üx"), QStringConverter::Utf16BE, true},
+        {Utf16("i\0n\0t\0", 6), u"int"_s, QStringConverter::Utf16LE, false},
+        {Utf16("\0i\0n\0t", 6), u"int"_s, QStringConverter::Utf16BE, false},
+        {Utf16("\xFF\xFE\0\xD8x\0", 6), QString(QChar(0xD800)) + u'x', QStringConverter::Utf16LE, true},  // half a pair
+        {"\xFF\xFEi", QStringLiteral(u"ÿþi"), QStringConverter::Latin1, false},  // half a character
+    };
+    for (const auto& Row : aRows) {
+      SOURCE_ENCODING Encoding;
+      const QString sText = DecodeSource(Row.Bytes, &Encoding);
+      QCOMPARE(sText, Row.sText);
+      QCOMPARE(Encoding, (SOURCE_ENCODING{Row.Codec, Row.bMark}));
+      QByteArray Again;
+      QVERIFY(EncodeSource(sText, Encoding, &Again));
+      QCOMPARE(Again, Row.Bytes);
+    }
+  }
+
+  void aFileKeepsItsLineEndsAndItsEncoding() {
+    QTemporaryDir Dir;
+    const std::tuple<QByteArray, QString, QByteArray> Rows[] = {
+        {"a\r\nb\r\n", u"a\nc\nb\n"_s, "a\r\nc\r\nb\r\n"},
+        {"a\rb\r", u"a\nb\nc\n"_s, "a\rb\rc\r"},
+        {"a", u"a\nb"_s, "a\nb"},
+        {"\xFC\n", QStringLiteral(u"üü\n"), "\xFC\xFC\n"},
+        {"\xFC\n", QStringLiteral(u"ü€\n"), "\xC3\xBC\xE2\x82\xAC\n"},  // Latin-1 has no such sign
+        {QByteArray("\xFF\xFEi\0\r\0\n\0", 8), u"i\n\n"_s, QByteArray("\xFF\xFEi\0\r\0\n\0\r\0\n\0", 12)},
+    };
+    for (const auto& [Bytes, sText, Expected] : Rows) {
+      const QString sPath = WriteFile(Dir.filePath(u"x.c"_s), Bytes);
+      SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
+      QString sReason;
+      QVERIFY(WriteSourceDocument(Document, sText, &sReason));
+      QFile File(sPath);
+      QVERIFY(File.open(QIODevice::ReadOnly));
+      QCOMPARE(File.readAll(), Expected);
+      QVERIFY(!HasChangedOutside(Document));
+      QCOMPARE(QDir(Dir.path()).entryList(QDir::Files), QStringList{u"x.c"_s});
+    }
+  }
+
+  void aFileThatCantBeWrittenIsLeftAlone() {
+    QTemporaryDir Dir;
+    SOURCE_DOCUMENT Document = LoadSourceDocument(WriteFile(Dir.filePath(u"x.c"_s), "old\n"));
+    Document.sResolvedPath = Dir.filePath(u"none/x.c"_s);
+    QString sReason;
+    QVERIFY(!WriteSourceDocument(Document, u"new\n"_s, &sReason) && !sReason.isEmpty());
+    QCOMPARE(Document.sText, u"old\n"_s);
+  }
+
+  // The same bytes with another time are no change, and a change is one once.
+  void changesOutsideAreFoundByContents() {
+    QTemporaryDir Dir;
+    const QString sPath = WriteFile(Dir.filePath(u"x.c"_s), "old\n");
+    SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
+    int Seconds = 0;
+    for (const auto& [Bytes, bChanged] :
+         {std::pair<QByteArray, bool>{"old\n", false}, {"new\n", true}, {"new\n", false}}) {
+      WriteFile(sPath, Bytes);
+      QFile File(sPath);
+      QVERIFY(File.open(QIODevice::ReadWrite));
+      QVERIFY(File.setFileTime(QDateTime::currentDateTime().addSecs(++Seconds), QFileDevice::FileModificationTime));
+      File.close();
+      QCOMPARE(HasChangedOutside(Document), bChanged);
+    }
+    QFile::remove(sPath);
+    QVERIFY(!HasChangedOutside(Document));
+  }
+
+  void theWayBackGoesAround() {
+    CObservationPoints Points;
+    QVERIFY(!Points.Prev().IsValid());
+    for (const U32 Line : {10u, 10u, 20u, 30u}) Points.Add({1, u"a.c"_s, Line, 0, 0, 0});
+    Points.Add({2, u"b.c"_s, 30, 0, 0, 0});
+    const auto Walk = [&Points](const QString& sSteps) {
+      QStringList Lines;
+      for (const QChar Step : sSteps) Lines << QString::number((Step == u'<' ? Points.Prev() : Points.Next()).Line);
+      return Lines.join(u' ');
+    };
+    QCOMPARE(Points.Count(), 4);
+    QCOMPARE(Walk(u"<<<<>>"_s), u"30 20 10 30 10 20"_s);
+    Points.Add({2, u"b.c"_s, 30, 5, 0, 0});  // the line of the last one
+    QCOMPARE(Walk(u"<"_s), u"30"_s);
+    QCOMPARE(Points.Count(), 4);
   }
 
   void lineEndsAreDetected() {

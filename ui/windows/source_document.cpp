@@ -2,37 +2,28 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStringDecoder>
+#include <QSaveFile>
 
+#include "base/stable_hash.h"
 #include "base/text.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 
 namespace {
 
-constexpr int NUM_LINE_ENDS_TESTED = 10;
-
 bool IsWhereItSays(const QString& sPath) {
   const QFileInfo Info(sPath);
   return Info.isAbsolute() && Info.isFile();
 }
 
-}  // namespace
-
-EOL_FORMAT DetectLineEnding(const QString& sText) {
-  EOL_FORMAT Format = EOL_MAC;
-  int NumFound = 0;
-  for (qsizetype Pos = sText.indexOf(QLatin1Char('\n'), 1); Pos >= 0 && NumFound < NUM_LINE_ENDS_TESTED;
-       Pos = sText.indexOf(QLatin1Char('\n'), Pos + 1), ++NumFound) {
-    const EOL_FORMAT Found = sText[Pos - 1] == QLatin1Char('\r') ? EOL_WINDOWS : EOL_UNIX;
-    if (NumFound > 0 && Found != Format) return EOL_MIXED;
-    Format = Found;
-  }
-  return Format;
+U32 HashOf(const QByteArray& Bytes) {
+  return StableHash32(Bytes.constData(), static_cast<size_t>(Bytes.size()));
 }
 
-QString DecodeSource(const QByteArray& Bytes) {
-  return Bytes.isValidUtf8() ? QString(QStringDecoder(QStringDecoder::Utf8)(Bytes)) : QString::fromLatin1(Bytes);
+}  // namespace
+
+QString SOURCE_DOCUMENT::FileName() const {
+  return QFileInfo(Place()).fileName();
 }
 
 QString FindSourceFile(const QString& sPath) {
@@ -47,8 +38,49 @@ SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath) {
   QFile File(Document.sResolvedPath);
   if (!QFileInfo(Document.sResolvedPath).isFile() || !File.open(QIODevice::ReadOnly)) return Document;
   Document.bExists = true;
-  Document.sText = DecodeSource(File.readAll());
+  Document.FileTime = QFileInfo(File).lastModified();
+  const QByteArray Bytes = File.readAll();
+  Document.TextHash = HashOf(Bytes);
+  Document.sText = DecodeSource(Bytes, &Document.Encoding);
   Document.LineEnding = DetectLineEnding(Document.sText);
+  // A file of a single line has no format that would have to be kept.
+  if (Document.LineEnding == EOL_MAC && !Document.sText.contains(QLatin1Char('\r'))) Document.LineEnding = EOL_UNIX;
   Document.sText = WithUnixLineEnds(Document.sText);
   return Document;
+}
+
+bool HasChangedOutside(SOURCE_DOCUMENT& Document) {
+  const QFileInfo Info(Document.sResolvedPath);
+  if (!Document.bExists || !Info.isFile() || Info.lastModified() == Document.FileTime) return false;
+  QFile File(Document.sResolvedPath);
+  if (!File.open(QIODevice::ReadOnly)) return false;
+  Document.FileTime = Info.lastModified();
+  const U32 Hash = HashOf(File.readAll());
+  const bool bChanged = Hash != Document.TextHash;
+  Document.TextHash = Hash;
+  return bChanged;
+}
+
+bool WriteSourceDocument(SOURCE_DOCUMENT& Document, const QString& sText, QString* psReason) {
+  QByteArray Bytes;
+  SOURCE_ENCODING Encoding = Document.Encoding;
+  const QString sFileText = WithLineEnds(sText, Document.LineEnding);
+  if (!EncodeSource(sFileText, Encoding, &Bytes)) {
+    // A character that the file's encoding does not have was typed.
+    Encoding = SOURCE_ENCODING();
+    if (!EncodeSource(sFileText, Encoding, &Bytes)) {
+      *psReason = QStringLiteral("the text has characters that can't be written");
+      return false;
+    }
+  }
+  QSaveFile File(Document.sResolvedPath);
+  if (!File.open(QIODevice::WriteOnly) || File.write(Bytes) != Bytes.size() || !File.commit()) {
+    *psReason = File.errorString();
+    return false;
+  }
+  Document.Encoding = Encoding;
+  Document.sText = sText;
+  Document.TextHash = HashOf(Bytes);
+  Document.FileTime = QFileInfo(Document.sResolvedPath).lastModified();
+  return true;
 }

@@ -1,13 +1,11 @@
 #pragma once
 
+#include <QDateTime>
 #include <QPoint>
 #include <QString>
-#include <QStringList>
 
 #include "base/types.h"
-
-// How the lines of a file end.
-enum EOL_FORMAT : int { EOL_WINDOWS = 0, EOL_UNIX = 1, EOL_MAC = 2, EOL_MIXED = 3 };
+#include "ui/windows/source_text.h"
 
 // One open file: its text with line feeds alone, and the view of it that is kept while another tab is active.
 struct SOURCE_DOCUMENT {
@@ -15,17 +13,27 @@ struct SOURCE_DOCUMENT {
   QString sFilePath;      // as given
   QString sResolvedPath;  // where the file lies on this host
   bool bExists = false;
-  QString sText;
+  QString sText;  // as it was read or saved last
   EOL_FORMAT LineEnding = EOL_UNIX;
+  SOURCE_ENCODING Encoding;
+  U32 TextHash = 0;    // of the file's bytes
+  QDateTime FileTime;  // of the file when it was read or written
   int SliderPos = 0;
   QPoint CursorPos;  // column, line
+
+  // The file's name, by the place where it was found.
+  QString FileName() const;
+  // Where it lies, or where it was looked for.
+  const QString& Place() const { return bExists ? sResolvedPath : sFilePath; }
 };
 
-// Format of the first ten line ends.
-EOL_FORMAT DetectLineEnding(const QString& sText);
-// UTF-8, or Latin-1 where that is not valid.
-QString DecodeSource(const QByteArray& Bytes);
 // Where the file lies on this host, as far as it can be found. Unlike opening it, this does not count as a request.
 QString FindSourceFile(const QString& sPath);
 // Finds the file and reads it; a missing one leaves the text empty and bExists false.
 SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath);
+// Whether the file no longer has the bytes that were read or written; false for one that has gone. Notes the file's
+// time, so that the same change is not found twice.
+bool HasChangedOutside(SOURCE_DOCUMENT& Document);
+// Writes a text as the document's file, in its encoding and with its line ends: beside it, then in its place, so that
+// the file is whole at every moment. False, with the reason, when it can't be written; the document is as before then.
+bool WriteSourceDocument(SOURCE_DOCUMENT& Document, const QString& sText, QString* psReason);
