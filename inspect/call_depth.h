@@ -6,11 +6,11 @@
 
 // What one function needs of the stack and what it calls. Numbers of functions are positions in one list.
 struct STACK_FUNCTION {
-  U32 Frame = 0;                // bytes
-  bool bUnknown = false;        // its frame is not known and counts as 0
+  U32 Frame = 0;            // bytes
+  bool bUnknown = false;    // its frame is not known and counts as 0
   bool bUnbounded = false;  // calls code of which nothing is known, or takes a number of bytes that depends
-  bool bIndirect = false;       // calls through a register
-  bool bRecursive = false;      // can call itself, out
+  bool bIndirect = false;   // calls through a register
+  bool bRecursive = false;  // can call itself, out
   std::vector<U32> aCalls;
   std::vector<U32> aTailCalls;  // jumps to other functions, made when the frame is gone
 

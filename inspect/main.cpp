@@ -8,12 +8,22 @@ namespace {
 
 constexpr INSPECT_COMMAND aCommands[] = {
     {"disasm", "address, code in hexadecimal digits, instruction or data directive", InspectDisasm},
+    {"frames", "start, end, canonical frame address, where the caller's registers are", InspectFrames},
     {"functions", "start, end, name, declaration file, line", InspectFunctions},
     {"inlines", "start, end, name, file and line of the call, function or instance around it", InspectInlines},
     {"lines", "address, file, line, column, flags (S statement, E end of a sequence, P end of a prologue)",
      InspectLines},
     {"segments", "load address, run-time address, bytes in the file, bytes in memory, flags", InspectSegments},
+    {"stack",
+     "address, own frame in bytes, deepest use, flags (R recursion, I indirect call, U unknown frame), name, "
+     "calls of the deepest use",
+     InspectStack},
     {"symbols", "value, size, type, binding, section, name", InspectSymbols},
+    {"types", "kind, name, size, type, offset (value of an enumerator), first bit, bits", InspectTypes},
+    {"variables",
+     "address or place, size, type, name, file, line; with --from or --to those of functions: also function, "
+     "start, end",
+     InspectVariables},
 };
 
 int Usage(const QString& sProblem) {

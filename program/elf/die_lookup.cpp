@@ -99,7 +99,12 @@ U32 CDieLookup::TypeSize(U32 Entry) const {
     } else if (const I64 Size = Integer(Entry, DW_AT_byte_size).value_or(0)) {
       return static_cast<U32>(Factor * static_cast<U64>(Size));
     }
-    Entry = Reference(Entry, DW_AT_type);
+    const U32 Target = Reference(Entry, DW_AT_type);
+    if (Tag == DW_TAG_ptr_to_member_type) {  // a function's has its address and what is added to "this"
+      const bool bFunction = Target != 0 && Info.Index.Get(Target).Tag == DW_TAG_subroutine_type;
+      return static_cast<U32>(Factor * Info.Index.UnitOf(Entry).AddrSize * (bFunction ? 2 : 1));
+    }
+    Entry = Target;
   }
   return 0;
 }

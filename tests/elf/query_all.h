@@ -4,6 +4,8 @@
 
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
+#include "program/elf/elf_frames.h"
+#include "program/elf/elf_types.h"
 
 // Asks everything of an open file, as the windows would; reads every text and the ends of every piece of data.
 class CQueryAll {
@@ -48,6 +50,29 @@ private:
     for (U32 i = 0; i < pfCount(pFile); ++i) Entry(pfGet(pFile, i));
   }
 
+  // The type of a symbol and its place at the beginning of its function and anywhere.
+  void Value(ELF_SYM_HANDLE hSym) {
+    Text(ELF_GetName(hSym));
+    Text(ELF_GetTypeName(hSym));
+    Sum += ELF_GetType(hSym, true) + ELF_GetType(hSym, false) + ELF_GetSize(hSym);
+    Sum += ELF_GetBitOffset(hSym) + ELF_GetBitSize(hSym) + ELF_IsSigned(hSym) + ELF_IsStatic(hSym);
+    Sum += ELF_GetAccess(hSym) + ELF_GetVirtuality(hSym) + ELF_GetObjectPointer(hSym);
+    ELF_ARRAY_INFO Array;
+    if (ELF_GetArrayInfo(hSym, &Array) == 0) Sum += Array.TotalSize;
+    U8 aConstant[16];
+    Sum += ELF_GetConstValue(hSym, aConstant, sizeof aConstant);
+    for (const U32 PC : {0u, ELF_GetRangeLow(ELF_GetContainingFunc(hSym), 0)}) {
+      Text(ELF_GetLocationText(ELF_GetLocation(hSym, PC)));
+    }
+  }
+
+  void Frame(U32 PC) {
+    constexpr U32 NUM_REGS = 18;
+    ELF_SYM_LOC aRegs[NUM_REGS];
+    Sum += ELF_GetCfiRegs(pFile, PC, NUM_REGS, aRegs) + ELF_GetCfa(pFile, PC).Reg;
+    Sum += static_cast<U32>(ELF_GetFrameSize(pFile, PC));
+  }
+
   void Entry(ELF_SYM_HANDLE hSym) {
     Text(ELF_GetName(hSym));
     Text(ELF_GetDeclFile(hSym));
@@ -56,6 +81,11 @@ private:
     Sum += ELF_GetContainingFunc(hSym) + ELF_GetContainingClass(hSym) + ELF_GetContainingScope(hSym);
     Sum += ELF_GetContainingNamespace(hSym) + ELF_GetDefinition(hSym) + ELF_GetAbstractOrigin(hSym);
     Sum += ELF_GetAttrDie(hSym, ELF_ATTR_TYPE);
+    Value(hSym);
+    for (U32 i = 0; i < ELF_GetNumLocals(hSym); ++i) Value(ELF_GetLocal(hSym, i));
+    for (U32 i = 0; i < ELF_GetNumMembers(hSym); ++i) Value(ELF_GetMember(hSym, i));
+    for (U32 i = 0; i < ELF_GetNumBases(hSym); ++i) Value(ELF_GetBase(hSym, i));
+    for (U32 i = 0; i < ELF_GetNumRanges(hSym); ++i) Frame(ELF_GetRangeLow(hSym, i));
     I64 Value = 0;
     for (const U32 Attr : {ELF_ATTR_DECL_LINE, ELF_ATTR_CALL_LINE, ELF_ATTR_CONST_VALUE, ELF_ATTR_LOCATION}) {
       if (ELF_GetAttrValue(hSym, Attr, &Value) == 0) Sum += static_cast<U64>(Value);

@@ -49,6 +49,8 @@ class DebugInfo:
         self.roots, self._by_offset, self._signatures = [], {}, {}
         self._read(result.stdout.splitlines())
         self._addresses = self._read_addresses(path)
+        self._definitions = {id(self.target(entry, "DW_AT_specification")): entry for entry in self.all()
+                             if entry.has("DW_AT_specification")}
 
     @staticmethod
     def _read_addresses(path):
@@ -131,6 +133,10 @@ class DebugInfo:
                 return entry
             entry = self.origin(entry)
         return None
+
+    def definition(self, entry):
+        """The entry that completes a declaration, or the entry itself."""
+        return self._definitions.get(id(entry), entry)
 
     def name(self, entry):
         holder = self.holder(entry, "DW_AT_name")

@@ -26,6 +26,10 @@ def _address(text):
     return int(text, 16) if text.startswith("0x") else text
 
 
+def place_of(expression):
+    return _address(place_text.expected(expression))
+
+
 # ---- Functions: (name, start, end)
 
 def own_functions(inspect, path):
@@ -97,8 +101,8 @@ def _size(info, entry):
             return 4 * count
         elif entry.is_tag("ptr_to_member_type"):  # a function's is two words, its address and what is added to "this"
             return (8 if info.type_of(entry).is_tag("subroutine_type") else 4) * count
-        elif entry.number("DW_AT_byte_size"):
-            return entry.number("DW_AT_byte_size") * count
+        elif info.definition(entry).number("DW_AT_byte_size"):
+            return info.definition(entry).number("DW_AT_byte_size") * count
         entry = info.type_of(entry)
     return 0
 
@@ -111,8 +115,8 @@ def peer_globals(info):
         if info.holder(entry, "DW_AT_artificial"):
             continue
         places = info.places(entry)
-        place = place_text.expected(places[0][2]) if places else "-"
-        found.add((info.qualified(entry), _address(place), _size(info, entry), info.number(entry, "DW_AT_decl_line")))
+        place = place_of(places[0][2]) if places else "-"
+        found.add((info.qualified(entry), place, _size(info, entry), info.number(entry, "DW_AT_decl_line")))
     return found
 
 
@@ -120,7 +124,6 @@ def peer_globals(info):
 # beginning of the record, in big endian the most significant bit of a byte first.
 
 def own_types(inspect, path):
-    big_endian = is_big_endian(path)
     members, enumerators = set(), set()
     for row in rows(inspect, "types", path):
         if row[0] == "enumerator":
@@ -128,8 +131,6 @@ def own_types(inspect, path):
         elif row[0] in ("member", "base"):
             size, offset = int(row[2]), int(row[4])
             first, bits = (int(row[5]), int(row[6])) if len(row) > 5 else (0, 0)
-            if bits and big_endian:
-                first = 8 * size - first - bits  # of its storage unit, from the least significant bit
             members.add((row[0], row[1], 8 * offset + first, bits, size))
     return members, enumerators
 
@@ -222,7 +223,7 @@ def _locals(entry):
 def _place_at(places, address):
     for low, high, expression in places:
         if low is None or low <= address < high:
-            return place_text.expected(expression)
+            return place_of(expression)
     return "-"
 
 
@@ -238,7 +239,7 @@ def peer_places(info):
                 for address in range(low & ~1, high & ~1, STEP):
                     place = _place_at(places, address)
                     if place != "-":
-                        found.add((*key, _address(place), address, min(address + STEP, high)))
+                        found.add((*key, place, address, min(address + STEP, high)))
     return _merged(found)
 
 

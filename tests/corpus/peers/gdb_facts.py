@@ -65,7 +65,10 @@ def type_text(of):
 
 
 def variable(symbol):
-    if symbol and symbol.is_variable and symbol.addr_class == gdb.SYMBOL_LOC_STATIC:
+    fixed = gdb.SYMBOL_LOC_STATIC, gdb.SYMBOL_LOC_COMPUTED  # the latter with an offset to the address
+    if not symbol or not symbol.is_variable or symbol.addr_class not in fixed or symbol.needs_frame:
+        return
+    if symbol.value().address is not None:
         row("variable", symbol.name, f"{int(symbol.value().address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof,
             type_text(symbol.type))
 

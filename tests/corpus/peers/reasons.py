@@ -81,7 +81,25 @@ def _named_in_another_unit(context, side, row, own, peer):
         info.root(entry) is not info.root(info.origin(entry)) for entry in info.all() if info.origin(entry))
 
 
+def _entry_without_length(context, side, row, own, peer):
+    """Own rows at such an entry say what it says, or begin behind it; the peer's go on over it."""
+    _, name, _, place, first, end = row
+    for entry in context.info.all():
+        if entry.is_tag("variable", "formal_parameter") and (context.info.name(entry) or "") == name:
+            for low, high, expression in context.info.places(entry):
+                if low is None or low != high:
+                    continue
+                here = first <= low < end
+                if here and (side == "peer" or facts.place_of(expression) == place):
+                    return True
+                if side == "here" and low == first - facts.STEP:
+                    return True
+    return False
+
+
 _KNOWN = [
+    ("places of locals", _entry_without_length,
+     "an entry of a location list without length holds at its address here, nowhere in the peers"),
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb the last"),
     ("addresses of a line", _later_row_of_address,
