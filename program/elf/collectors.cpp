@@ -16,7 +16,7 @@ bool HasByteSize(const CDieReader& Reader, const CDie& Die) {
 // The list that wants the entry, null if none does.
 std::vector<U32>* ListOf(DWARF_INFO& Info, const CDie& Die, U32 Tag, bool bInFunction) {
   const CDieReader& Reader = Info.Reader;
-  const bool bTypeUnit = Info.Index.LastUnit().bTypeUnit;
+  const bool bTypeUnit = Info.Index.CurrentUnit().bTypeUnit;
   DIE_LISTS& Lists = Info.Lists;
   switch (Tag) {
     case DW_TAG_variable:
@@ -56,9 +56,18 @@ bool CollectOwned(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, U32 Fun
     return true;
   }
   const bool bLocal = Tag == DW_TAG_variable || (Tag == DW_TAG_formal_parameter && ParentTag != DW_TAG_subroutine_type);
-  if (!bLocal || Func == 0 || Info.Index.LastUnit().bTypeUnit || Reader.Has(Die, DW_AT_declaration)) return false;
+  if (!bLocal || Func == 0 || Info.Index.CurrentUnit().bTypeUnit || Reader.Has(Die, DW_AT_declaration)) return false;
   Lists.aLocals.push_back({Func, Entry});
   return true;
+}
+
+// The first function that is marked as the one of the program, and the first that has its name.
+void NoteEntryFunc(DWARF_INFO& Info, const CDie& Die, U32 Entry) {
+  DIE_LISTS& Lists = Info.Lists;
+  if (Lists.MarkedEntryFunc == 0 && Die.Has(DW_AT_main_subprogram)) Lists.MarkedEntryFunc = Entry;
+  if (Lists.NamedEntryFunc != 0 || !Die.Has(DW_AT_name)) return;
+  const char* sName = Info.Reader.Text(Die, DW_AT_name);
+  if (sName && std::strcmp(sName, "main") == 0) Lists.NamedEntryFunc = Entry;
 }
 
 }  // namespace
@@ -72,15 +81,17 @@ bool IsClassTag(U32 Tag) {
          Tag == DW_TAG_enumeration_type;
 }
 
-bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, U32 Func) {
-  if (const std::optional<DIE_REF> Target = Info.Reader.Reference(Die, DW_AT_specification)) {
-    Info.Index.SetSpecification(Entry, *Target);
+bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Func) {
+  const U32 Tag = Die.Tag();
+  if (Die.Has(DW_AT_specification)) {
+    const std::optional<DIE_REF> Target = Info.Reader.Reference(Die, DW_AT_specification);
+    if (Target) Info.Index.SetSpecification(Entry, *Target);
   }
   const bool bOwned = CollectOwned(Info, Die, Entry, Tag, Func);
   std::vector<U32>* paList = ListOf(Info, Die, Tag, Func != 0);
   if (!paList) return bOwned;
   paList->push_back(Entry);
-  if (const char* sName = Info.Reader.Text(Die, DW_AT_name)) Info.Lists.Names.emplace(Entry, sName);
+  if (Tag == DW_TAG_subprogram) NoteEntryFunc(Info, Die, Entry);
   return true;
 }
 
@@ -94,14 +105,6 @@ void SortOwned(DIE_LISTS& Lists) {
 
 namespace {
 
-U32 FindNamedFunc(const DWARF_INFO& Info, const char* sName) {
-  for (const U32 Entry : Info.Lists.aFunctions) {
-    const auto Name = Info.Lists.Names.find(Entry);
-    if (Name != Info.Lists.Names.end() && std::strcmp(Name->second, sName) == 0) return Entry;
-  }
-  return 0;
-}
-
 bool HasCode(const CDieReader& Reader, const CDie& Die) {
   return Reader.Has(Die, DW_AT_low_pc) || Reader.Has(Die, DW_AT_ranges);
 }
@@ -111,7 +114,6 @@ U32 ConcreteFunc(const DWARF_INFO& Info, U32 Func) {
   const CDie Die = Func ? Info.Reader.Load(Info.Index.Ref(Func)) : CDie();
   if (!Die || HasCode(Info.Reader, Die)) return Func;
   for (const U32 Entry : Info.Lists.aFunctions) {
-    if (Info.Lists.Names.count(Entry)) continue;
     const CDie Other = Info.Reader.Load(Info.Index.Ref(Entry));
     const std::optional<DIE_REF> Origin = Other ? Info.Reader.Reference(Other, DW_AT_abstract_origin) : std::nullopt;
     if (Origin && Info.Index.Find(*Origin) == Func && HasCode(Info.Reader, Other)) return Entry;
@@ -122,9 +124,5 @@ U32 ConcreteFunc(const DWARF_INFO& Info, U32 Func) {
 }  // namespace
 
 U32 FindEntryFunc(const DWARF_INFO& Info) {
-  for (const U32 Entry : Info.Lists.aFunctions) {
-    const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
-    if (Die && Info.Reader.Has(Die, DW_AT_main_subprogram)) return Entry;
-  }
-  return ConcreteFunc(Info, FindNamedFunc(Info, "main"));
+  return Info.Lists.MarkedEntryFunc ? Info.Lists.MarkedEntryFunc : ConcreteFunc(Info, Info.Lists.NamedEntryFunc);
 }

@@ -4,7 +4,7 @@
 
 // Enters one entry, met for the first time, in the lists that want it. Func is the nearest function around it, 0 for
 // none. False if no list wanted it.
-bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Tag, U32 Func);
+bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Func);
 // Puts the lists of owned entries in order, once all entries are there.
 void SortOwned(DIE_LISTS& Lists);
 

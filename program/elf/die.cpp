@@ -1,84 +1,85 @@
 #include "program/elf/die.h"
 
-#include <cstring>
+#include "program/elf/die_index.h"
 
 namespace {
 
-enum class VALUE_KIND { Address, Unsigned, Signed, Flag, Offset, None };
+enum class VALUE_KIND { Number, Signed, Constant, Flag, Present, Address, AddressIndex, Offset, UnitReference, None };
 
 VALUE_KIND KindOfForm(U32 Form) {
   switch (Form) {
-    case DW_FORM_addr:
-    case DW_FORM_addrx:
-    case DW_FORM_addrx1:
-    case DW_FORM_addrx2:
-    case DW_FORM_addrx3:
-    case DW_FORM_addrx4:
-      return VALUE_KIND::Address;
     case DW_FORM_data1:
     case DW_FORM_data2:
     case DW_FORM_data4:
     case DW_FORM_data8:
     case DW_FORM_udata:
-      return VALUE_KIND::Unsigned;
+      return VALUE_KIND::Number;
     case DW_FORM_sdata:
-    case DW_FORM_implicit_const:
       return VALUE_KIND::Signed;
+    case DW_FORM_implicit_const:
+      return VALUE_KIND::Constant;
     case DW_FORM_flag:
-    case DW_FORM_flag_present:
       return VALUE_KIND::Flag;
+    case DW_FORM_flag_present:
+      return VALUE_KIND::Present;
+    case DW_FORM_addr:
+      return VALUE_KIND::Address;
+    case DW_FORM_addrx:
+    case DW_FORM_addrx1:
+    case DW_FORM_addrx2:
+    case DW_FORM_addrx3:
+    case DW_FORM_addrx4:
+    case DW_FORM_GNU_addr_index:
+      return VALUE_KIND::AddressIndex;
     case DW_FORM_sec_offset:
     case DW_FORM_ref_addr:
+      return VALUE_KIND::Offset;
     case DW_FORM_ref1:
     case DW_FORM_ref2:
     case DW_FORM_ref4:
     case DW_FORM_ref8:
     case DW_FORM_ref_udata:
-      return VALUE_KIND::Offset;
+      return VALUE_KIND::UnitReference;
     default:
       return VALUE_KIND::None;
   }
 }
 
+bool IsSupplementaryForm(U32 Form) {
+  return Form == DW_FORM_ref_sup4 || Form == DW_FORM_ref_sup8 || Form == DW_FORM_strp_sup ||
+         Form == DW_FORM_GNU_ref_alt || Form == DW_FORM_GNU_strp_alt;
+}
+
+bool IsTextIndexForm(U32 Form) {
+  return Form == DW_FORM_strx || (Form >= DW_FORM_strx1 && Form <= DW_FORM_strx4) || Form == DW_FORM_GNU_str_index;
+}
+
+bool IsListIndexForm(U32 Form) {
+  return Form == DW_FORM_loclistx || Form == DW_FORM_rnglistx;
+}
+
 }  // namespace
 
 CDie CDieReader::Load(DIE_REF Ref) const {
-  if (!Session.Handle()) return CDie();
-  Dwarf_Error Error = nullptr;
-  Dwarf_Die pDie = nullptr;
-  const int Result = dwarf_offdie_b(Session.Handle(), Ref.Offset, !Ref.bTypes, &pDie, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_offdie_b", "offset", Ref.Offset);
-  return Result == DW_DLV_OK ? CDie(pDie) : CDie();
+  const DWARF_UNIT* pUnit = Index.UnitAt(Ref);
+  if (pUnit) return LoadIn(*pUnit, Ref.Offset);
+  Session.Complain("no entry there", "CDieReader::Load", "offset", Ref.Offset);
+  return CDie();
 }
 
-U32 CDieReader::Offset(const CDie& Die) const {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Off Offset = 0;
-  if (dwarf_dieoffset(Die.Get(), &Offset, &Error) == DW_DLV_ERROR) Session.Report(Error, "dwarf_dieoffset");
-  return static_cast<U32>(Offset);
-}
-
-U32 CDieReader::Tag(const CDie& Die) const {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Half Tag = 0;
-  if (dwarf_tag(Die.Get(), &Tag, &Error) == DW_DLV_ERROR) Session.Report(Error, "dwarf_tag");
-  return Tag;
-}
-
-bool CDieReader::Has(const CDie& Die, U32 Attr) const {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Bool bHas = 0;
-  const int Result = dwarf_hasattr(Die.Get(), static_cast<Dwarf_Half>(Attr), &bHas, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_hasattr", "attribute", Attr);
-  return Result == DW_DLV_OK && bHas;
+CDie CDieReader::LoadIn(const DWARF_UNIT& Unit, U32 Offset) const {
+  CByteCursor Bytes = Session.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  Bytes.Skip(Offset);
+  const U64 Code = Bytes.Leb();
+  const ABBREV* pAbbrev = Unit.pAbbrevs && Code != 0 ? Unit.pAbbrevs->Find(Code) : nullptr;
+  if (pAbbrev && Bytes.Ok()) return CDie(Unit, *pAbbrev, static_cast<U32>(Bytes.Position()));
+  Session.Complain("abbreviation is missing", "CDieReader::Load", "offset", Offset);
+  return CDie();
 }
 
 const char* CDieReader::Text(const CDie& Die, U32 Attr) const {
-  Dwarf_Error Error = nullptr;
-  char* sText = nullptr;
-  const int Result = dwarf_die_text(Die.Get(), static_cast<Dwarf_Half>(Attr), &sText, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_die_text", "attribute", Attr);
-  return Result == DW_DLV_OK ? sText : nullptr;
+  const CAttribute Attribute(Session, Die, Attr);
+  return Attribute ? Attribute.Text(Session) : nullptr;
 }
 
 std::optional<I64> CDieReader::Integer(const CDie& Die, U32 Attr) const {
@@ -92,80 +93,165 @@ std::optional<DIE_REF> CDieReader::Reference(const CDie& Die, U32 Attr) const {
   const std::optional<I64> Value = Attribute.Integer(Session);
   if (!Value || *Value < 0 || *Value > 0xFFFFFFFFll) return std::nullopt;
   const bool bSameSection = Attribute.Form() != DW_FORM_ref_addr;
-  return DIE_REF{static_cast<U32>(*Value), bSameSection && !dwarf_get_die_infotypes_flag(Die.Get())};
+  return DIE_REF{static_cast<U32>(*Value), bSameSection && Die.Unit().bTypes};
 }
 
 std::optional<U64> CDieReader::Signature(const CDie& Die, U32 Attr) const {
   const CAttribute Attribute(Session, Die, Attr);
-  if (!Attribute || Attribute.Form() != DW_FORM_ref_sig8) return std::nullopt;
-  Dwarf_Error Error = nullptr;
-  Dwarf_Sig8 Signature;
-  const int Result = dwarf_formsig8(Attribute.Get(), &Signature, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_formsig8", "attribute", Attr);
-  return Result == DW_DLV_OK ? std::optional<U64>(SignatureValue(Signature)) : std::nullopt;
+  return Attribute ? Attribute.Signature() : std::nullopt;
 }
 
 CAttribute::CAttribute(const CDwarfSession& Session, const CDie& Die, U32 Attr) {
-  Dwarf_Error Error = nullptr;
-  const int Result = dwarf_attr(Die.Get(), static_cast<Dwarf_Half>(Attr), &pAttr, &Error);
-  if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_attr", "attribute", Attr);
-  if (Result != DW_DLV_OK) {
-    pAttr = nullptr;
-    return;
+  if (!Die.Has(Attr)) return;
+  const DWARF_UNIT& Unit = Die.Unit();
+  CByteCursor Bytes = Session.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  Bytes.Skip(Die.ValuesAt());
+  Bytes.Limit(Unit.End - Die.ValuesAt());
+  for (const ATTR_SPEC& Spec : Die.Specs()) {
+    if (Spec.Attr != Attr) {
+      SkipForm(Bytes, Spec.Form, Unit.Sizes);
+      continue;
+    }
+    AttrForm = DirectForm(Bytes, Spec.Form);
+    if (AttrForm == DW_FORM_implicit_const) Const = Unit.pAbbrevs->ImplicitConst(Spec);
+    Value = Bytes;
+    break;
   }
-  Dwarf_Half Form = 0;
-  if (dwarf_whatform(pAttr, &Form, &Error) == DW_DLV_ERROR) Session.Report(Error, "dwarf_whatform", "attribute", Attr);
-  AttrForm = Form;
+  pUnit = &Unit;
+  CByteCursor Whole = Value;
+  SkipForm(Whole, AttrForm, Unit.Sizes);
+  if (Whole.Ok()) return;
+  Complain(Session, "value is cut off or of an unknown form");
+  pUnit = nullptr;
+}
+
+void CAttribute::Complain(const CDwarfSession& Session, const char* sWhat) const {
+  Session.Complain(sWhat, "CAttribute", "at_form", AttrForm);
 }
 
 bool CAttribute::IsAddress() const {
-  return KindOfForm(AttrForm) == VALUE_KIND::Address;
+  const VALUE_KIND Kind = KindOfForm(AttrForm);
+  return Kind == VALUE_KIND::Address || Kind == VALUE_KIND::AddressIndex;
 }
 
 bool CAttribute::IsReference() const {
-  return KindOfForm(AttrForm) == VALUE_KIND::Offset && AttrForm != DW_FORM_sec_offset;
+  return KindOfForm(AttrForm) == VALUE_KIND::UnitReference || AttrForm == DW_FORM_ref_addr ||
+         IsSupplementaryForm(AttrForm);
+}
+
+std::optional<U64> CAttribute::Number() const {
+  CByteCursor Bytes = Value;
+  const I32 Size = FixedFormSize(AttrForm, pUnit->Sizes);
+  const U64 Number = Size == FORM_SIZE_VARIES ? Bytes.Leb() : Bytes.UInt(static_cast<U32>(Size));
+  return Bytes.Ok() ? std::optional<U64>(Number) : std::nullopt;
+}
+
+std::optional<U64> CAttribute::Address(const CDwarfSession& Session) const {
+  const std::optional<U64> Index = Number();
+  const std::optional<U64> Addr = Index ? AddressPoolOf(Session, *pUnit).Get(*Index) : std::nullopt;
+  if (!Addr) Complain(Session, "address has no place in its table");
+  return Addr;
+}
+
+// A reference or the offset in another section, which is not known here.
+std::optional<U64> CAttribute::Offset(const CDwarfSession& Session) const {
+  std::optional<U64> Offset = Number();
+  if (!Offset || AttrForm == DW_FORM_sec_offset) return Offset;
+  const bool bInUnit = AttrForm != DW_FORM_ref_addr;
+  const U64 Size = Session.Bytes(bInUnit && pUnit->bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info).Left();
+  if (*Offset < Size) *Offset += bInUnit ? pUnit->Offset : 0;
+  if (*Offset < Size) return Offset;
+  Complain(Session, "reference leaves its section");
+  return std::nullopt;
 }
 
 std::optional<I64> CAttribute::Integer(const CDwarfSession& Session) const {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Unsigned Unsigned = 0;
-  Dwarf_Signed Signed = 0;
-  Dwarf_Bool bFlag = 0;
-  int Result = DW_DLV_NO_ENTRY;
-  const char* sFunction = "";
+  CByteCursor Bytes = Value;
+  std::optional<U64> Result;
   switch (KindOfForm(AttrForm)) {
+    case VALUE_KIND::Number:
     case VALUE_KIND::Address:
-      sFunction = "dwarf_formaddr";
-      Result = dwarf_formaddr(pAttr, &Unsigned, &Error);
-      break;
-    case VALUE_KIND::Unsigned:
-      sFunction = "dwarf_formudata";
-      Result = dwarf_formudata(pAttr, &Unsigned, &Error);
+      Result = Number();
       break;
     case VALUE_KIND::Signed:
-      sFunction = "dwarf_formsdata";
-      Result = dwarf_formsdata(pAttr, &Signed, &Error);
-      Unsigned = static_cast<Dwarf_Unsigned>(Signed);
-      break;
+      return Bytes.Sleb();
+    case VALUE_KIND::Constant:
+      return Const;
     case VALUE_KIND::Flag:
-      sFunction = "dwarf_formflag";
-      Result = dwarf_formflag(pAttr, &bFlag, &Error);
-      Unsigned = bFlag ? 1 : 0;
+      return Bytes.Int<U8>() != 0;
+    case VALUE_KIND::Present:
+      return 1;
+    case VALUE_KIND::AddressIndex:
+      Result = Address(Session);
       break;
     case VALUE_KIND::Offset:
-      sFunction = "dwarf_global_formref";
-      Result = dwarf_global_formref(pAttr, &Unsigned, &Error);
+    case VALUE_KIND::UnitReference:
+      Result = Offset(Session);
       break;
     case VALUE_KIND::None:
+      if (IsSupplementaryForm(AttrForm)) Complain(Session, "supplementary files are not supported");
       break;
   }
-  if (Result == DW_DLV_ERROR) Session.Report(Error, sFunction, "at_form", AttrForm);
-  return Result == DW_DLV_OK ? std::optional<I64>(static_cast<I64>(Unsigned)) : std::nullopt;
+  return Result ? std::optional<I64>(static_cast<I64>(*Result)) : std::nullopt;
 }
 
-U64 SignatureValue(const Dwarf_Sig8& Signature) {
-  U64 Value;
-  static_assert(sizeof(Value) == sizeof(Signature.signature));
-  std::memcpy(&Value, Signature.signature, sizeof(Value));
-  return Value;
+std::optional<U64> CAttribute::Index() const {
+  const bool bIndex = IsTextIndexForm(AttrForm) || IsListIndexForm(AttrForm);
+  return bIndex || KindOfForm(AttrForm) == VALUE_KIND::AddressIndex ? Number() : std::nullopt;
+}
+
+const char* CAttribute::TextAt(const CDwarfSession& Session, DEBUG_SECTION Section, U64 Offset) const {
+  CByteCursor Bytes = Session.Bytes(Section);
+  Bytes.Skip(Offset);
+  const char* sText = Bytes.Text();
+  if (!sText) Complain(Session, "text lies outside its section");
+  return sText;
+}
+
+const char* CAttribute::Text(const CDwarfSession& Session) const {
+  if (AttrForm == DW_FORM_string) {
+    CByteCursor Bytes = Value;
+    return Bytes.Text();
+  }
+  if (AttrForm == DW_FORM_strp) return TextAt(Session, DEBUG_SECTION::Str, Number().value_or(~0ull));
+  if (AttrForm == DW_FORM_line_strp) return TextAt(Session, DEBUG_SECTION::LineStr, Number().value_or(~0ull));
+  if (!IsTextIndexForm(AttrForm)) {
+    Complain(Session, IsSupplementaryForm(AttrForm) ? "supplementary files are not supported" : "form is no text");
+    return nullptr;
+  }
+  CByteCursor Offsets = Session.Bytes(DEBUG_SECTION::StrOffsets);
+  const U64 Index = Number().value_or(~0ull), OffsetSize = pUnit->Sizes.Offset;
+  Offsets.Skip(pUnit->StrOffsetsBase);
+  Offsets.Skip(Index <= Offsets.Left() ? Index * OffsetSize : Index);
+  const U64 Offset = Offsets.UInt(pUnit->Sizes.Offset);
+  return TextAt(Session, DEBUG_SECTION::Str, Offsets.Ok() ? Offset : ~0ull);
+}
+
+CByteCursor CAttribute::Block() const {
+  CByteCursor Bytes = Value;
+  switch (AttrForm) {
+    case DW_FORM_block1:
+      return Bytes.Take(Bytes.Int<U8>());
+    case DW_FORM_block2:
+      return Bytes.Take(Bytes.Int<U16>());
+    case DW_FORM_block4:
+      return Bytes.Take(Bytes.Int<U32>());
+    case DW_FORM_block:
+    case DW_FORM_exprloc:
+      return Bytes.Take(Bytes.Leb());
+    case DW_FORM_data16:
+      return Bytes.Take(16);
+    default:
+      return {};
+  }
+}
+
+std::optional<U64> CAttribute::Signature() const {
+  return AttrForm == DW_FORM_ref_sig8 ? Number() : std::nullopt;
+}
+
+ADDRESS_POOL AddressPoolOf(const CDwarfSession& Session, const DWARF_UNIT& Unit) {
+  const CByteCursor Section = Session.Bytes(DEBUG_SECTION::Addr);
+  const U64 Size = Unit.bAddrBase ? Section.Left() : 0;
+  return {Section.Bytes(), Size, Unit.AddrBase, Unit.AddrSize, Section.IsBigEndian()};
 }

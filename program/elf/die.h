@@ -1,30 +1,11 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
+#include "program/elf/abbrev_table.h"
+#include "program/elf/address_pool.h"
 #include "program/elf/dwarf_session.h"
-
-// Owner of one loaded debug information entry.
-class CDie {
-public:
-  CDie() = default;
-  explicit CDie(Dwarf_Die pDie) : pDie(pDie) {}
-  CDie(CDie&& Other) noexcept : pDie(std::exchange(Other.pDie, nullptr)) {}
-  CDie& operator=(CDie&& Other) noexcept {
-    std::swap(pDie, Other.pDie);
-    return *this;
-  }
-  ~CDie() {
-    if (pDie) dwarf_dealloc_die(pDie);
-  }
-
-  explicit operator bool() const { return pDie != nullptr; }
-  Dwarf_Die Get() const { return pDie; }
-
-private:
-  Dwarf_Die pDie = nullptr;
-};
+#include "program/elf/unit_header.h"
 
 // An offset of an entry together with the section it counts in.
 struct DIE_REF {
@@ -32,15 +13,45 @@ struct DIE_REF {
   bool bTypes = false;
 };
 
-// Reads entries and their own attributes; what cannot be read is reported once and answers as absent.
+// One debug information entry: where its values stand and what they are. Small, to be copied; false for none.
+class CDie {
+public:
+  CDie() = default;
+  CDie(const DWARF_UNIT& Unit, const ABBREV& Abbrev, U32 ValuesAt)
+      : pUnit(&Unit), pAbbrev(&Abbrev), FirstValue(ValuesAt) {}
+
+  explicit operator bool() const { return pUnit != nullptr; }
+  // The rest may be asked of an entry only.
+  const DWARF_UNIT& Unit() const { return *pUnit; }
+  U32 Tag() const { return pAbbrev->Tag; }
+  bool HasChildren() const { return pAbbrev->bChildren; }
+  std::span<const ATTR_SPEC> Specs() const { return pUnit->pAbbrevs->Specs(*pAbbrev); }
+  // Offset of the first value in the section.
+  U32 ValuesAt() const { return FirstValue; }
+  bool Has(U32 Attr) const {
+    for (const ATTR_SPEC& Spec : Specs()) {
+      if (Spec.Attr == Attr) return true;
+    }
+    return false;
+  }
+
+private:
+  const DWARF_UNIT* pUnit = nullptr;
+  const ABBREV* pAbbrev = nullptr;
+  U32 FirstValue = 0;
+};
+
+class CDieIndex;
+
+// Reads entries and their own attributes; what cannot be read is reported and answers as absent.
 class CDieReader {
 public:
-  explicit CDieReader(const CDwarfSession& Session) : Session(Session) {}
+  CDieReader(const CDwarfSession& Session, const CDieIndex& Index) : Session(Session), Index(Index) {}
 
+  // The entry at exactly that offset, or at the start of any other number there: the index says which offsets are good.
   CDie Load(DIE_REF Ref) const;
-  U32 Offset(const CDie& Die) const;
-  U32 Tag(const CDie& Die) const;
-  bool Has(const CDie& Die, U32 Attr) const;
+  CDie LoadIn(const DWARF_UNIT& Unit, U32 Offset) const;
+  bool Has(const CDie& Die, U32 Attr) const { return Die.Has(Attr); }
   // Null where the entry has no such text. It lies in the file and lives as long.
   const char* Text(const CDie& Die, U32 Attr) const;
   // Numbers of every form; addresses as they are, flags as 0 or 1, references as section offsets.
@@ -54,29 +65,39 @@ public:
 
 private:
   const CDwarfSession& Session;
+  const CDieIndex& Index;
 };
 
-// Owner of one attribute.
+// One attribute of an entry with its value; false where the entry does not have it.
 class CAttribute {
 public:
   CAttribute(const CDwarfSession& Session, const CDie& Die, U32 Attr);
-  ~CAttribute() {
-    if (pAttr) dwarf_dealloc_attribute(pAttr);
-  }
-  CAttribute(const CAttribute&) = delete;
-  CAttribute& operator=(const CAttribute&) = delete;
 
-  explicit operator bool() const { return pAttr != nullptr; }
-  Dwarf_Attribute Get() const { return pAttr; }
+  explicit operator bool() const { return pUnit != nullptr; }
   U32 Form() const { return AttrForm; }
   bool IsAddress() const;
   bool IsReference() const;
   std::optional<I64> Integer(const CDwarfSession& Session) const;
+  // The number of a text, address or list in the tables of its unit.
+  std::optional<U64> Index() const;
+  // Null for a form that is no text.
+  const char* Text(const CDwarfSession& Session) const;
+  // The bytes of a block or an expression, empty for other forms.
+  CByteCursor Block() const;
+  std::optional<U64> Signature() const;
 
 private:
-  Dwarf_Attribute pAttr = nullptr;
+  const DWARF_UNIT* pUnit = nullptr;
   U32 AttrForm = 0;
+  I64 Const = 0;      // of DW_FORM_implicit_const
+  CByteCursor Value;  // ends with the unit
+
+  std::optional<U64> Number() const;
+  std::optional<U64> Address(const CDwarfSession& Session) const;
+  std::optional<U64> Offset(const CDwarfSession& Session) const;
+  const char* TextAt(const CDwarfSession& Session, DEBUG_SECTION Section, U64 Offset) const;
+  void Complain(const CDwarfSession& Session, const char* sWhat) const;
 };
 
-// The byte order independent value of an 8-byte signature.
-U64 SignatureValue(const Dwarf_Sig8& Signature);
+// The addresses that the forms of a unit name by their number.
+ADDRESS_POOL AddressPoolOf(const CDwarfSession& Session, const DWARF_UNIT& Unit);

@@ -2,50 +2,72 @@
 
 #include <algorithm>
 
-#include "program/elf/handle.h"
+namespace {
 
-void CDieIndex::BeginUnit(const DWARF_UNIT& Unit) {
-  aUnits.push_back(Unit);
-  aUnits.back().TopEntry = Count() + 1;
-  if (Unit.bTypeUnit) TypeUnits.emplace(Unit.Signature, static_cast<U32>(aUnits.size() - 1));
+// The densest files of compilers have an entry in 9 bytes. More only costs a move of the table.
+constexpr U32 BYTES_PER_ENTRY = 9;
+
+}  // namespace
+
+void CDieIndex::SetUnits(std::vector<DWARF_UNIT> Units) {
+  aUnits = std::move(Units);
+  U64 NumBytes = 0;
+  for (const DWARF_UNIT& Unit : aUnits) {
+    NumBytes += Unit.End - Unit.Offset;
+    if (Unit.bTypeUnit) TypeUnits.emplace(Unit.Signature, static_cast<U32>(&Unit - aUnits.data()));
+  }
+  aEntries.reserve(std::min<U64>(NumBytes / BYTES_PER_ENTRY, MaxEntries));
 }
 
-U32 CDieIndex::Add(const DIE_ENTRY& Entry) {
-  const bool bFirst = Count() + 1 == aUnits.back().TopEntry;
-  const U32 Before = bFirst ? aUnits.back().Offset : aEntries.back().Offset;
-  if (Entry.Offset <= Before || Count() >= MAX_HANDLE_NUMBER) return 0;
-  aEntries.push_back(Entry);
-  return Count();
-}
-
-void CDieIndex::SetSpecification(U32 Entry, DIE_REF Target) {
-  aPending.push_back({Entry, Target});
+void CDieIndex::BeginUnit(DWARF_UNIT& Unit) {
+  pCurrent = &Unit;
+  Unit.TopEntry = Count() + 1;
 }
 
 void CDieIndex::ResolveSpecifications() {
   for (const PENDING& Pending : aPending) {
     const U32 Target = Find(Pending.Target);
     if (Target == 0 || Target == Pending.Entry) continue;
-    Specifications[Pending.Entry] = Target;
-    Definitions[Target] = Pending.Entry;
+    aSpecifications.push_back({Pending.Entry, Target});
+    aDefinitions.push_back({Target, Pending.Entry});
   }
-  aPending.clear();
+  const auto ByFrom = [](const LINK& A, const LINK& B) { return A.From < B.From; };
+  std::stable_sort(aSpecifications.begin(), aSpecifications.end(), ByFrom);
+  std::stable_sort(aDefinitions.begin(), aDefinitions.end(), ByFrom);
+  aPending = {};
+}
+
+// The last one where an entry has several.
+U32 CDieIndex::Follow(const std::vector<LINK>& aLinks, U32 From) {
+  const auto Above = std::upper_bound(aLinks.begin(), aLinks.end(), From,
+                                      [](U32 Wanted, const LINK& Link) { return Wanted < Link.From; });
+  return Above != aLinks.begin() && std::prev(Above)->From == From ? std::prev(Above)->To : 0;
 }
 
 const DWARF_UNIT& CDieIndex::UnitOf(U32 Entry) const {
-  auto Above = std::upper_bound(aUnits.begin(), aUnits.end(), Entry,
-                                [](U32 Number, const DWARF_UNIT& Unit) { return Number < Unit.TopEntry; });
+  // A unit without entries has the number of the next unit's first one.
+  const auto Above = std::upper_bound(aUnits.begin(), aUnits.end(), Entry,
+                                      [](U32 Number, const DWARF_UNIT& Unit) { return Number < Unit.TopEntry; });
   return *std::prev(Above);
 }
 
+const DWARF_UNIT* CDieIndex::UnitAt(DIE_REF Ref) const {
+  const auto Above =
+      std::upper_bound(aUnits.begin(), aUnits.end(), Ref, [](const DIE_REF& Wanted, const DWARF_UNIT& Unit) {
+        return Wanted.bTypes != Unit.bTypes ? Wanted.bTypes : Wanted.Offset < Unit.Offset;
+      });
+  if (Above == aUnits.begin()) return nullptr;
+  const DWARF_UNIT& Unit = *std::prev(Above);
+  return Unit.bTypes == Ref.bTypes && Ref.Offset >= Unit.FirstEntry && Ref.Offset < Unit.End ? &Unit : nullptr;
+}
+
 U32 CDieIndex::Find(DIE_REF Ref) const {
-  // The units of .debug_types were walked first, each section in file order.
-  auto Above = std::upper_bound(aUnits.begin(), aUnits.end(), Ref, [](const DIE_REF& Wanted, const DWARF_UNIT& Unit) {
-    return Wanted.bTypes != Unit.bTypes ? Wanted.bTypes : Wanted.Offset < Unit.Offset;
-  });
-  if (Above == aUnits.begin() || std::prev(Above)->bTypes != Ref.bTypes) return 0;
-  const auto First = aEntries.begin() + (std::prev(Above)->TopEntry - 1);
-  const auto Last = Above == aUnits.end() ? aEntries.end() : aEntries.begin() + (Above->TopEntry - 1);
+  const DWARF_UNIT* pUnit = UnitAt(Ref);
+  if (!pUnit) return 0;
+  const bool bLast = pUnit == &aUnits.back();
+  const U32 End = bLast ? Count() + 1 : std::min((pUnit + 1)->TopEntry, Count() + 1);
+  const auto First = aEntries.begin() + (std::min(pUnit->TopEntry, End) - 1);
+  const auto Last = aEntries.begin() + (End - 1);
   const auto At = std::lower_bound(First, Last, Ref.Offset,
                                    [](const DIE_ENTRY& Entry, U32 Offset) { return Entry.Offset < Offset; });
   return At != Last && At->Offset == Ref.Offset ? static_cast<U32>(At - aEntries.begin()) + 1 : 0;
@@ -59,13 +81,11 @@ U32 CDieIndex::FindType(U64 Signature) const {
 }
 
 U32 CDieIndex::Specification(U32 Entry) const {
-  const auto At = Specifications.find(Entry);
-  return At == Specifications.end() ? 0 : At->second;
+  return Follow(aSpecifications, Entry);
 }
 
 U32 CDieIndex::Definition(U32 Entry) const {
-  const auto At = Definitions.find(Entry);
-  return At == Definitions.end() ? 0 : At->second;
+  return Follow(aDefinitions, Entry);
 }
 
 U32 CDieIndex::FirstChild(U32 Entry) const {

@@ -13,27 +13,31 @@ struct DIE_ENTRY {
   U16 Depth = 0;
 };
 
-struct DWARF_UNIT {
-  U32 Offset = 0;      // of the unit's header
-  U32 TypeOffset = 0;  // of the type that a type unit describes, from the header
-  U64 Signature = 0;   // of a type unit
-  U32 TopEntry = 0;    // number of the unit's top entry
-  I32 FileTable = -1;  // its table in CSourceTable
-  U32 LowPc = 0;
-  U16 Version = 0;
-  U8 AddrSize = 0;
-  bool bTypes = false;     // stands in .debug_types
-  bool bTypeUnit = false;  // describes one type, in either section
-};
-
-// All entries that exist, in the order of the walk, found by number and by section offset.
+// All units and all entries that exist, in the order of the walk, found by number and by section offset.
 class CDieIndex {
 public:
-  void BeginUnit(const DWARF_UNIT& Unit);
-  DWARF_UNIT& LastUnit() { return aUnits.back(); }
-  // Appends an entry of the last unit. 0 if it does not stand behind the entry before it or the numbers are used up.
-  U32 Add(const DIE_ENTRY& Entry);
-  void SetSpecification(U32 Entry, DIE_REF Target);
+  // MaxEntries is the greatest number that a handle can hold, unless a test wants to see it reached.
+  explicit CDieIndex(U32 MaxEntries) : MaxEntries(MaxEntries) {}
+
+  // All units, those of .debug_types first, before any entry; they stay where they are from then on.
+  void SetUnits(std::vector<DWARF_UNIT> Units);
+  const std::vector<DWARF_UNIT>& Units() const { return aUnits; }
+  std::vector<DWARF_UNIT>& Units() { return aUnits; }
+  // From now on entries are those of this unit. Each unit once, in order.
+  void BeginUnit(DWARF_UNIT& Unit);
+  const DWARF_UNIT& CurrentUnit() const { return *pCurrent; }
+  // Appends an entry of the current unit and gives its number; 0 when the numbers are used up. Offsets ascend.
+  U32 Add(const DIE_ENTRY& Entry) {
+    if (Count() >= MaxEntries) {
+      bFull = true;
+      return 0;
+    }
+    aEntries.push_back(Entry);
+    return Count();
+  }
+  // An entry found no number.
+  bool IsFull() const { return bFull; }
+  void SetSpecification(U32 Entry, DIE_REF Target) { aPending.push_back({Entry, Target}); }
   // Call once when all entries are there.
   void ResolveSpecifications();
 
@@ -45,7 +49,8 @@ public:
   U32 FindType(U64 Signature) const;
   const DWARF_UNIT& UnitOf(U32 Entry) const;
   DWARF_UNIT& UnitOf(U32 Entry) { return const_cast<DWARF_UNIT&>(std::as_const(*this).UnitOf(Entry)); }
-  const std::vector<DWARF_UNIT>& Units() const { return aUnits; }
+  // The unit among whose entries the offset lies, null if there is none.
+  const DWARF_UNIT* UnitAt(DIE_REF Ref) const;
 
   U32 Specification(U32 Entry) const;
   // The entry that names this one as its specification, 0 if there is none.
@@ -59,11 +64,20 @@ private:
     U32 Entry;
     DIE_REF Target;
   };
+  struct LINK {
+    U32 From;
+    U32 To;
+  };
 
   std::vector<DIE_ENTRY> aEntries;
   std::vector<DWARF_UNIT> aUnits;
+  DWARF_UNIT* pCurrent = nullptr;
+  U32 MaxEntries;
+  bool bFull = false;
   std::vector<PENDING> aPending;
-  std::unordered_map<U32, U32> Specifications;
-  std::unordered_map<U32, U32> Definitions;
+  std::vector<LINK> aSpecifications;  // sorted by From, like the next
+  std::vector<LINK> aDefinitions;
   std::unordered_map<U64, U32> TypeUnits;  // signature to unit
+
+  static U32 Follow(const std::vector<LINK>& aLinks, U32 From);
 };

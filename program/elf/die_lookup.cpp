@@ -69,8 +69,6 @@ U32 CDieLookup::Reference(U32 Entry, U32 Attr) const {
 
 const char* CDieLookup::Name(U32 Entry) const {
   for (U32 Level = 0; Level < MAX_NAME_LEVELS && Entry != 0; ++Level) {
-    const auto Known = Info.Lists.Names.find(Entry);
-    if (Known != Info.Lists.Names.end()) return Known->second;
     const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
     if (!Die) return nullptr;
     if (const char* sName = Info.Reader.Text(Die, DW_AT_name)) return sName;

@@ -94,31 +94,6 @@ bool IsSignedEntry(const DWARF_INFO& Info, U32 Entry) {
 
 std::vector<U8> BlockOf(const DWARF_INFO& Info, const CDie& Die, U32 Attr) {
   const CAttribute Attribute(Info.Session, Die, Attr);
-  if (!Attribute) return {};
-  Dwarf_Error Error = nullptr;
-  if (Attribute.Form() == DW_FORM_exprloc) {
-    Dwarf_Unsigned Size = 0;
-    Dwarf_Ptr pBytes = nullptr;
-    const int Result = dwarf_formexprloc(Attribute.Get(), &Size, &pBytes, &Error);
-    if (Result == DW_DLV_ERROR) Info.Session.Report(Error, "dwarf_formexprloc", "attribute", Attr);
-    const U8* pFirst = static_cast<const U8*>(pBytes);
-    return Result == DW_DLV_OK ? std::vector<U8>(pFirst, pFirst + Size) : std::vector<U8>();
-  }
-  switch (Attribute.Form()) {
-    case DW_FORM_block:
-    case DW_FORM_block1:
-    case DW_FORM_block2:
-    case DW_FORM_block4:
-      break;
-    default:
-      return {};
-  }
-  Dwarf_Block* pBlock = nullptr;
-  const int Result = dwarf_formblock(Attribute.Get(), &pBlock, &Error);
-  if (Result == DW_DLV_ERROR) Info.Session.Report(Error, "dwarf_formblock", "attribute", Attr);
-  if (Result != DW_DLV_OK) return {};
-  const U8* pFirst = static_cast<const U8*>(pBlock->bl_data);
-  std::vector<U8> aBytes(pFirst, pFirst + pBlock->bl_len);
-  dwarf_dealloc(Info.Session.Handle(), pBlock, DW_DLA_BLOCK);
-  return aBytes;
+  const CByteCursor Block = Attribute ? Attribute.Block() : CByteCursor();
+  return std::vector<U8>(Block.Bytes(), Block.Bytes() + Block.Left());
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "program/elf/die_index.h"
@@ -27,16 +26,21 @@ struct DIE_LISTS {
   std::vector<DIE_OWNED> aMembers;
   std::vector<DIE_OWNED> aLocals;
   std::vector<DIE_OWNED> aBases;
-  std::unordered_map<U32, const char*> Names;  // own names of the entries above, texts in the file
+  U32 MarkedEntryFunc = 0;  // first function marked as the main subprogram
+  U32 NamedEntryFunc = 0;   // first function named "main"
 };
 
 // Everything read from the debug information of one file.
 struct DWARF_INFO {
-  explicit DWARF_INFO(const CElfImage& Image) : Session(Image), Reader(Session) {}
+  DWARF_INFO(const CElfImage& Image, U32 MaxEntries)
+      : Session(Image), Abbrevs(Session), Index(MaxEntries), Reader(Session, Index) {}
+  DWARF_INFO(const DWARF_INFO&) = delete;
+  DWARF_INFO& operator=(const DWARF_INFO&) = delete;
 
   CDwarfSession Session;
-  CDieReader Reader;
+  CAbbrevTables Abbrevs;
   CDieIndex Index;
+  CDieReader Reader;
   DIE_LISTS Lists;
   CSourceTable Sources;
   CFrameTable Frames;

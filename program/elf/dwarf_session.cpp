@@ -12,6 +12,10 @@ constexpr size_t MAX_MESSAGE_LENGTH = 2000;
 constexpr U8 ADDRESS_SIZE = 4;  // bytes
 const char DEBUG_PREFIX[] = ".debug_";
 
+const char* const apSectionNames[] = {".debug_info",     ".debug_types",       ".debug_abbrev", ".debug_str",
+                                      ".debug_line_str", ".debug_str_offsets", ".debug_addr"};
+static_assert(std::size(apSectionNames) == static_cast<U32>(DEBUG_SECTION::Count));
+
 bool IsListSection(const char* sName) {
   return std::strcmp(sName, ".debug_rnglists") == 0 || std::strcmp(sName, ".debug_loclists") == 0;
 }
@@ -48,6 +52,11 @@ void CDwarfSession::CollectSections() {
 
 bool CDwarfSession::Open() {
   CollectSections();
+  for (U32 i = 0; i < std::size(apSectionNames); ++i) {
+    U32 Size = 0;
+    const U8* pData = Section(apSectionNames[i], Size);
+    aBytes[i] = CByteCursor(pData, Size, IsBigEndian());
+  }
   if (aSections.size() == 1) return true;
   Methods.get_section_info = GetSectionInfo;
   Methods.get_byte_order = GetByteOrder;

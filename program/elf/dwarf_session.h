@@ -1,12 +1,18 @@
 #pragma once
 
+#include "program/elf/dwarf_constants.h"
+// In front of these, which define the same names.
 #include <dwarf.h>
 #include <libdwarf.h>
 
 #include <string>
 #include <vector>
 
+#include "program/elf/byte_cursor.h"
 #include "program/elf/elf_image.h"
+
+// The sections that the attributes of entries need, apart from those that are asked for by name.
+enum class DEBUG_SECTION : U32 { Info, Types, Abbrev, Str, LineStr, StrOffsets, Addr, Count };
 
 // One libdwarf session over the debug sections of a file in memory. The image must outlive it.
 class CDwarfSession {
@@ -21,6 +27,8 @@ public:
   Dwarf_Debug Handle() const { return pDebug; }
   // The bytes of a debug section by its standard name; null and size 0 if there is none.
   const U8* Section(const char* sName, U32& Size) const;
+  // The same as a cursor, without bytes where there is none.
+  CByteCursor Bytes(DEBUG_SECTION Section) const { return aBytes[static_cast<U32>(Section)]; }
   bool IsBigEndian() const { return Image.IsBigEndian(); }
 
   // Sends libdwarf's complaint about a call as a message and releases the error. sItem names the offending value.
@@ -39,6 +47,7 @@ private:
 
   const CElfImage& Image;
   std::vector<SECTION> aSections;
+  CByteCursor aBytes[static_cast<U32>(DEBUG_SECTION::Count)];
   Dwarf_Obj_Access_Methods Methods = {};
   Dwarf_Obj_Access_Interface Interface = {};
   Dwarf_Debug pDebug = nullptr;

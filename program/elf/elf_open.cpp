@@ -67,10 +67,14 @@ void LogParse(const ELF_FILE& File, const WALK_TIMES& Spent, std::clock_t Frames
 
 bool ParseDwarf(ELF_FILE& File) {
   const std::clock_t Start = std::clock();
-  auto pDwarf = std::make_unique<DWARF_INFO>(File.Image);
+  const U32 MaxEntries = ReaderState().MaxEntries;
+  auto pDwarf = std::make_unique<DWARF_INFO>(File.Image, MaxEntries);
   if (!pDwarf->Session.Open()) return false;
   CUnitWalker Walker(*pDwarf);
-  Walker.Walk();
+  if (!Walker.Walk()) {
+    SendMessageF("debug info has more than %u entries, which is more than can be numbered.", MaxEntries);
+    return false;
+  }
   const std::clock_t FrameStart = std::clock();
   pDwarf->Frames.Load(pDwarf->Session, File.Image);
   File.pDwarf = std::move(pDwarf);

@@ -14,20 +14,25 @@ class CLineContext {
 public:
   CLineContext(const CDwarfSession& Session, const CDie& Unit) {
     Dwarf_Error Error = nullptr;
+    const int Found = dwarf_offdie_b(Session.Handle(), Unit.Unit().FirstEntry, !Unit.Unit().bTypes, &pUnit, &Error);
+    if (Found == DW_DLV_ERROR) Session.Report(Error, "dwarf_offdie_b");
+    if (Found != DW_DLV_OK) return;
     Dwarf_Unsigned Version = 0;
     Dwarf_Small NumTables = 0;
-    const int Result = dwarf_srclines_b(Unit.Get(), &Version, &NumTables, &pContext, &Error);
+    const int Result = dwarf_srclines_b(pUnit, &Version, &NumTables, &pContext, &Error);
     if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_srclines_b");
     if (Result != DW_DLV_OK) pContext = nullptr;
   }
   ~CLineContext() {
     if (pContext) dwarf_srclines_dealloc_b(pContext);
+    if (pUnit) dwarf_dealloc_die(pUnit);
   }
   CLineContext(const CLineContext&) = delete;
   CLineContext& operator=(const CLineContext&) = delete;
   Dwarf_Line_Context Get() const { return pContext; }
 
 private:
+  Dwarf_Die pUnit = nullptr;
   Dwarf_Line_Context pContext = nullptr;
 };
 

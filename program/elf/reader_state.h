@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "program/elf/elf.h"
+#include "program/elf/handle.h"
 #include "program/elf/relocation_map.h"
 
 // What the reader keeps apart from any file.
@@ -10,7 +10,8 @@ struct READER_STATE {
   std::unique_ptr<ELF_FILE> pFile;  // the open file
   bool bBusy = false;               // a file is being opened or closed
   bool bBigEndianTarget = false;
-  U32 InstAlignment = 2;  // bytes
+  U32 InstAlignment = 2;               // bytes
+  U32 MaxEntries = MAX_HANDLE_NUMBER;  // of a file; tests set a lower limit
   CRelocationMap Relocations;
   ELF_MESSAGE_FUNC pfMessage;
 };

@@ -3,7 +3,6 @@
 namespace {
 
 constexpr U32 FIRST_VERSION_WITH_KINDS = 5;  // of lists: .debug_loclists, .debug_rnglists
-constexpr U32 LENGTH_OF_64_BIT_FORMAT = 0xFFFFFFFFu;
 
 std::optional<I64> TopInteger(const DWARF_INFO& Info, U32 Entry, U32 Attr) {
   const CDie Top = Info.Reader.Load(Info.Index.Ref(Info.Index.UnitOf(Entry).TopEntry));
@@ -26,17 +25,7 @@ std::optional<U64> IndexedOffset(const DWARF_INFO& Info, U32 Entry, U32 BaseAttr
 }  // namespace
 
 ADDRESS_POOL AddressPoolOf(const DWARF_INFO& Info, U32 Entry) {
-  ADDRESS_POOL Pool;
-  U32 Size = 0;
-  Pool.pSection = Info.Session.Section(".debug_addr", Size);
-  Pool.AddrSize = Info.Index.UnitOf(Entry).AddrSize;
-  Pool.bBigEndian = Info.Session.IsBigEndian();
-  if (!Pool.pSection) return Pool;
-  std::optional<I64> Base = TopInteger(Info, Entry, DW_AT_addr_base);
-  if (!Base) Base = TopInteger(Info, Entry, DW_AT_GNU_addr_base);
-  Pool.Base = static_cast<U64>(Base.value_or(0));
-  Pool.Size = Base ? Size : 0;
-  return Pool;
+  return AddressPoolOf(Info.Session, Info.Index.UnitOf(Entry));
 }
 
 LIST_CONTEXT ListContextOf(const DWARF_INFO& Info, U32 Entry) {
@@ -45,12 +34,7 @@ LIST_CONTEXT ListContextOf(const DWARF_INFO& Info, U32 Entry) {
 }
 
 U8 OffsetSizeOf(const DWARF_INFO& Info, U32 Entry) {
-  const DWARF_UNIT& Unit = Info.Index.UnitOf(Entry);
-  U32 Size = 0;
-  const U8* pSection = Info.Session.Section(Unit.bTypes ? ".debug_types" : ".debug_info", Size);
-  CByteCursor Bytes(pSection, Size, Info.Session.IsBigEndian());
-  Bytes.Skip(Unit.Offset);
-  return Bytes.Int<U32>() == LENGTH_OF_64_BIT_FORMAT ? 8 : 4;
+  return Info.Index.UnitOf(Entry).Sizes.Offset;
 }
 
 CByteCursor ListBytesOf(const DWARF_INFO& Info, U32 Entry, const CAttribute& Attribute, const LIST_SECTIONS& Sections) {
@@ -60,13 +44,8 @@ CByteCursor ListBytesOf(const DWARF_INFO& Info, U32 Entry, const CAttribute& Att
   CByteCursor Bytes(pSection, Size, Info.Session.IsBigEndian());
   std::optional<U64> Offset;
   if (Attribute.Form() == Sections.IndexForm) {
-    Dwarf_Error Error = nullptr;
-    Dwarf_Unsigned Index = 0;
-    if (dwarf_formudata(Attribute.Get(), &Index, &Error) == DW_DLV_OK) {
-      Offset = IndexedOffset(Info, Entry, Sections.BaseAttr, Bytes, Index);
-    } else {
-      Info.Session.Report(Error, "dwarf_formudata", "at_form", Attribute.Form());
-    }
+    const std::optional<U64> Index = Attribute.Index();
+    if (Index) Offset = IndexedOffset(Info, Entry, Sections.BaseAttr, Bytes, *Index);
   } else if (const std::optional<I64> Value = Attribute.Integer(Info.Session)) {
     Offset = static_cast<U64>(*Value);
   }

@@ -3,7 +3,7 @@
 #include <ctime>
 #include <vector>
 
-#include "program/elf/dwarf_info.h"
+#include "program/elf/die_walk.h"
 #include "program/elf/line_reader.h"
 
 // Processor time spent, in clock ticks.
@@ -17,29 +17,22 @@ struct WALK_TIMES {
 // Walks all units of a file once and fills the index, the lists and the source table.
 class CUnitWalker {
 public:
-  explicit CUnitWalker(DWARF_INFO& Info) : Info(Info), Lines(Info.Reader, Info.Sources) {}
+  explicit CUnitWalker(DWARF_INFO& Info) : Info(Info), Entries(Info), Lines(Info.Reader, Info.Sources) {}
 
-  void Walk();
+  // False if the file has more entries than the index has numbers for.
+  bool Walk();
   const WALK_TIMES& Times() const { return Spent; }
 
 private:
-  struct LEVEL {
-    CDie Die;
-    U32 Entry;
-    U32 Func;  // nearest function around what the level holds, 0 for none
-  };
-
   DWARF_INFO& Info;
+  CDieWalk Entries;
   CLineReader Lines;
   WALK_TIMES Spent;
-  std::vector<LEVEL> aStack;
-  std::vector<U32> aTypeUnits;  // top entries, whose file tables wait for the compilation units
 
-  void WalkSection(bool bTypes);
-  void WalkUnit(const DWARF_UNIT& Header);
-  bool WalkEntries(CDie Top);
-  U32 Visit(const CDie& Die, U32 Parent, U32 Func);
-  void ReadSources(const CDie& Top);
+  void ReadHeaders(bool bTypes, std::vector<DWARF_UNIT>& aUnits);
+  void WalkUnit(DWARF_UNIT& Unit);
+  void NoteTopEntry(DWARF_UNIT& Unit, const CDie& Top);
+  void ReadSources(DWARF_UNIT& Unit, const CDie& Top);
   void ReadTypeUnitFiles();
   void NoteLanguage(const CDie& Top);
 };
