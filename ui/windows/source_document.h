@@ -5,7 +5,7 @@
 #include <QString>
 
 #include "base/types.h"
-#include "ui/windows/source_text.h"
+#include "ui/windows/source_encoding.h"
 
 // One open file: its text with line feeds alone, and the view of it that is kept while another tab is active.
 struct SOURCE_DOCUMENT {

@@ -1,4 +1,4 @@
-#include "ui/windows/source_text.h"
+#include "ui/windows/source_encoding.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>
