@@ -61,6 +61,12 @@ void BindBreakpoints(CMainWindow& Window, CProgramLoader& Loader) {
   CSourceWindow& Source = Window.Source();
   QObject::connect(&Manager, &CBreakpointManager::Changed, &Source, &CWindow::Repaint);
   QObject::connect(&Manager, &CBreakpointManager::Changed, &Window, &CMainWindow::OnSessionStateChanged);
+  if (const CWindow* const pBreakpoints = Window.FindWindow(QStringLiteral("Breakpoints"), false)) {
+    QObject::connect(pBreakpoints, &CWindow::SrcLocSelected, &Source,
+                     [&Source](const CSrcLoc& Loc) { Source.ShowLocation(Loc); });
+    QObject::connect(pBreakpoints, &CWindow::InstrSelected, &Source,
+                     [&Source](I64 Addr) { Source.ShowLocation(ELFAPI_GetFirstSrcLoc(static_cast<U32>(Addr))); });
+  }
   AddKey(Source, Qt::Key_F9, [](const BREAKPOINT_LOCATION& Location) { ToggleBreakpoint(Location); });
   AddKey(Source, Qt::SHIFT | Qt::Key_F9, [](const BREAKPOINT_LOCATION& Location) { ToggleBreakpointState(Location); });
   AddKey(Source, Qt::Key_F8, [](const BREAKPOINT_LOCATION& Location) { EditBreakpoint(Location); });

@@ -12,6 +12,7 @@
 #include "device/interface_speed.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
+#include "program/windows/source_files_window.h"
 #include "project/file_classes.h"
 #include "project/project.h"
 #include "shell/actions/action_dispatch.h"
@@ -158,6 +159,7 @@ void AddFindRule(COMMAND_CONTEXT& Context) {
     (CFileFinder::Get()->*Add)(Arg(ID, 0));
   }
   Context.Window.Source().ResolveDocuments();
+  if (auto* const pFiles = Context.Window.findChild<CSourceFilesWindow*>()) pFiles->InvalidateFilePaths();
 }
 
 void SetBPType(COMMAND_CONTEXT&) {

@@ -34,12 +34,14 @@
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "shell/startup.h"
+#include "shell/table_windows.h"
 #include "shell/window_table.h"
 #include "shell/windows/console_window.h"
 #include "shell/wiring.h"
 #include "ui/dock_window.h"
 #include "ui/generic_memory_dialog.h"
 #include "ui/status_bar.h"
+#include "ui/table/model_view_window.h"
 #include "ui/warnings_dialog.h"
 #include "ui/windows/source_window.h"
 
@@ -196,6 +198,7 @@ void CMainWindow::ConnectWindows() {
   connect(m_pSource, &CWindow::ContentChanged, this, &CMainWindow::UpdateActions, Qt::QueuedConnection);
   connect(m_pLoader.get(), &CProgramLoader::AboutToChange, this, [this] { m_pSource->ClearPC(); });
   connect(m_pLoader.get(), &CProgramLoader::DataFileOpened, this, &CMainWindow::OnDataFileOpened);
+  BindTableWindows(*this, *m_pLoader);
   BindBreakpoints(*this, *m_pLoader);
 }
 
@@ -277,6 +280,8 @@ void CMainWindow::ShowWindow(CWindow* pWindow) {
     pWindow->GetDock()->show();
     pWindow->GetDock()->raise();
   }
+  // A floating dock may have the keyboard.
+  pWindow->activateWindow();
   pWindow->setFocus();
 }
 
@@ -289,7 +294,10 @@ void CMainWindow::ShowPC(U32 PC) {
 }
 
 void CMainWindow::RefreshWindows() {
-  for (CWindow* const pWindow : GetWindowList()) pWindow->Repaint();
+  for (CWindow* const pWindow : GetWindowList()) {
+    auto* const pTable = qobject_cast<CModelViewWindow*>(pWindow);
+    pTable ? pTable->Invalidate() : pWindow->Repaint();
+  }
 }
 
 void CMainWindow::FocusSourceWindow() {

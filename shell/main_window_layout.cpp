@@ -9,6 +9,7 @@
 #include "shell/main_window.h"
 #include "shell/menu_table.h"
 #include "shell/settings/settings_cache.h"
+#include "shell/table_windows.h"
 #include "shell/user_layout.h"
 #include "shell/window_table.h"
 #include "ui/dock_window.h"
@@ -35,6 +36,7 @@ void CMainWindow::LoadMainWindowState() {
   restoreGeometry(GetSetting(WINDOW_GROUP, GEOMETRY, QByteArray()).toByteArray());
   m_pProjects->RecentProjects().Install(GetSetting(WINDOW_GROUP, RECENT_PROJECTS, QStringList()).toStringList());
   m_pProjects->RecentPrograms().Install(GetSetting(WINDOW_GROUP, RECENT_PROGRAMS, QStringList()).toStringList());
+  LoadTableHeaders(GetWindowList());
 }
 
 void CMainWindow::SaveMainWindowState() {
@@ -44,6 +46,7 @@ void CMainWindow::SaveMainWindowState() {
   SetSetting(WINDOW_GROUP, RECENT_PROJECTS, m_pProjects->RecentProjects().Paths());
   SetSetting(WINDOW_GROUP, RECENT_PROGRAMS, m_pProjects->RecentPrograms().Paths());
   SetSetting(WINDOW_GROUP, QStringLiteral("Version"), ProgramVersionText());
+  StoreTableHeaders(GetWindowList());
 }
 
 void CMainWindow::ApplyDefaultLayout() {

@@ -9,6 +9,7 @@
 
 #include "project/window_layout.h"
 #include "ui/dock_window.h"
+#include "ui/table/model_view_window.h"
 #include "ui/window.h"
 
 namespace {
@@ -163,6 +164,16 @@ void ArrangeToolBars(const QList<TOOL_BAR_STEP>& Steps, QMainWindow& Main, const
   }
 }
 
+void ApplyTableHeaders(const QList<TABLE_HEADER_RECORD>& Records, const QList<CWindow*>& Windows) {
+  for (CWindow* const pWindow : Windows) {
+    auto* const pTable = qobject_cast<CModelViewWindow*>(pWindow);
+    if (pTable == nullptr) continue;
+    for (const TABLE_HEADER_RECORD& Record : Records) {
+      if (Record.sName == pTable->GetName()) pTable->SetHeaderRecord(Record);
+    }
+  }
+}
+
 }  // namespace
 
 USER_FILE MeasureLayout(const QMainWindow& Main, const QList<CWindow*>& Windows, const QList<QToolBar*>& ToolBars) {
@@ -175,6 +186,8 @@ USER_FILE MeasureLayout(const QMainWindow& Main, const QList<CWindow*>& Windows,
       FilterBars.insert(pDock->objectName(), pWindow->TestFlag(WF_FILTER_BAR));
     }
     if (const QString sText = pWindow->GetUserConfigStr(); !sText.isEmpty()) File.WindowTexts << sText;
+    const auto* const pTable = qobject_cast<const CModelViewWindow*>(pWindow);
+    if (pTable && pTable->IsOpen()) File.TableHeaders << pTable->GetHeaderRecord();
   }
   for (const QToolBar* const pBar : ToolBars) Bars << PlaceOf(*pBar);
   File.Docks = RecordsOfDocks(Docks);
@@ -196,6 +209,7 @@ void ApplyLayout(const USER_FILE& File, QMainWindow& Main, const QList<CWindow*>
     }
   }
   for (const QToolBar* const pBar : ToolBars) BarNames << pBar->objectName();
+  ApplyTableHeaders(File.TableHeaders, Windows);
   CDockArranger(Main, Windows).CarryOut(PlanDocks(File.Docks, DockNames));
   ArrangeToolBars(PlanToolBars(File.ToolBars, BarNames), Main, ToolBars);
 }

@@ -4,6 +4,7 @@
 // addresses on the target, without the Thumb bit. A handle of 0, an address of INVALID_ADDR, an all-zero CSrcLoc and an
 // empty list stand for "nothing"; they are also the answers while no program is loaded.
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -190,6 +191,11 @@ QAddrRanges ELFAPI_GetFileRanges(U32 FileId);
 // Makes sNewPath stand for the program's file sOldPath in every answer; questions may use either identifier.
 void ELFAPI_RedirectFile(const QString& sOldPath, const QString& sNewPath);
 bool ELFAPI_FileExists(U32 FileId);
+// All source files that the program names, found on this host or not, in the order of the program file.
+QList<U32> ELFAPI_GetFileIds();
+// The code of each source file's own lines, without what is inlined from other files; files without code are left out.
+// One pass over all lines: whoever asks keeps the answer.
+QHash<U32, QAddrRanges> ELFAPI_GetFileCode();
 
 // ---- Frame data
 

@@ -1,5 +1,8 @@
 // Source files: identifiers, ranges, redirection; and the state of the program as a whole.
 
+#include <QSet>
+#include <algorithm>
+
 #include "base/text.h"
 #include "program/database/database.h"
 #include "program/database/file_finder.h"
@@ -69,6 +72,44 @@ bool ELFAPI_FileExists(U32 FileId) {
   const CDatabaseLock Db;
   const QList<FILE_INDEX> Files = Db->Files.FindId(FileId);
   return !Files.isEmpty() && Db->Files.At(Files.first()).bExists;
+}
+
+QList<U32> ELFAPI_GetFileIds() {
+  const CDatabaseLock Db;
+  QList<U32> Ids;
+  QSet<U32> Known;  // files that were redirected to one path share it
+  for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
+    const U32 Id = Db->Files.At(i).Id;
+    if (Known.contains(Id)) continue;
+    Known.insert(Id);
+    Ids << Id;
+  }
+  return Ids;
+}
+
+// A line's code reaches to the next line entry, or to the end of the code that its file takes part in.
+QHash<U32, QAddrRanges> ELFAPI_GetFileCode() {
+  const CDatabaseLock Db;
+  QHash<FILE_INDEX, QAddrRanges> ByFile;
+  const std::vector<LINE_ENTRY>& Entries = Db->Lines.Entries();
+  for (size_t i = 0; i < Entries.size(); ++i) {
+    const LINE_ENTRY& Entry = Entries[i];
+    const QAddrRanges& Ranges = Db->Files.At(Entry.File).Ranges;
+    const auto it = std::partition_point(Ranges.begin(), Ranges.end(),
+                                         [&Entry](const CAddrRange& Range) { return Range.End() <= Entry.Addr; });
+    if (it == Ranges.end() || !it->Contains(Entry.Addr)) continue;
+    const U32 End = i + 1 < Entries.size() ? std::min(it->End(), Entries[i + 1].Addr) : it->End();
+    QAddrRanges& Code = ByFile[Entry.File];
+    if (!Code.isEmpty() && Code.last().End() == Entry.Addr) {
+      Code.last().Size += End - Entry.Addr;
+    } else if (End > Entry.Addr) {
+      Code << CAddrRange{Entry.Addr, End - Entry.Addr};
+    }
+  }
+  QHash<U32, QAddrRanges> ById;
+  for (auto it = ByFile.cbegin(); it != ByFile.cend(); ++it) ById[Db->Files.At(it.key()).Id] += it.value();
+  for (QAddrRanges& Ranges : ById) Ranges = MergedRanges(Ranges);
+  return ById;
 }
 
 QStringList ELFAPI_GetSourceFiles() {

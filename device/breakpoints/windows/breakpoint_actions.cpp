@@ -36,10 +36,6 @@ bool FindSetting(BREAKPOINT_LOCATION* pLocation, BP_SETTING& Setting) {
   return Breakpoints().GetProps(*pLocation, Setting.Props);
 }
 
-void Perform(const BREAKPOINT_LOCATION& Location, U32 OnSrcID, U32 AtAddrID) {
-  PerformAction(Location.IsSource() ? OnSrcID : AtAddrID, LocationArg(Location));
-}
-
 void PerformEdit(const BREAKPOINT_LOCATION& Location, const CBreakpointProps& Props) {
   PerformAction(ACTION_BREAK_EDIT, LocationArg(Location), Props.Condition, Props.DoTriggerOnChange ? 1 : 0,
                 Props.SkipCount, Props.FilterTaskID, Props.ExtraActionConsoleText, Props.ExtraActionMsgBoxText);
@@ -53,13 +49,17 @@ QString LocationArg(const BREAKPOINT_LOCATION& Location) {
   return UniqueLineText(Location.Loc, sPath.isEmpty() ? ELFAPI_GetFilePathOf(Location.Loc.File) : sPath);
 }
 
+void PerformBreakpoint(const BREAKPOINT_LOCATION& Location, U32 OnSrcID, U32 AtAddrID) {
+  if (Location.IsValid()) PerformAction(Location.IsSource() ? OnSrcID : AtAddrID, LocationArg(Location));
+}
+
 void ToggleBreakpointState(BREAKPOINT_LOCATION Location) {
   BP_SETTING Setting;
   if (!FindSetting(&Location, Setting)) return;
   if (Setting.State == BP_STATE_ENABLED) {
-    Perform(Location, ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
+    PerformBreakpoint(Location, ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
   } else {
-    Perform(Location, ACTION_BREAK_ENABLE_ON_SRC, ACTION_BREAK_ENABLE);
+    PerformBreakpoint(Location, ACTION_BREAK_ENABLE_ON_SRC, ACTION_BREAK_ENABLE);
   }
 }
 
@@ -69,9 +69,9 @@ void ToggleBreakpoint(BREAKPOINT_LOCATION Location) {
   if (bSet && !Location.IsSource() && Breakpoints().IsDerived(Location.Addr)) {
     ToggleBreakpointState(Location);
   } else if (bSet) {
-    Perform(Location, ACTION_BREAK_CLEAR_ON_SRC, ACTION_BREAK_CLEAR);
+    PerformBreakpoint(Location, ACTION_BREAK_CLEAR_ON_SRC, ACTION_BREAK_CLEAR);
   } else {
-    Perform(Location, ACTION_BREAK_SET_ON_SRC, ACTION_BREAK_SET);
+    PerformBreakpoint(Location, ACTION_BREAK_SET_ON_SRC, ACTION_BREAK_SET);
   }
 }
 

@@ -7,6 +7,8 @@
 // The place as an argument of a command.
 QString LocationArg(const BREAKPOINT_LOCATION& Location);
 
+// Performs the command for a line or the one for an address; nothing for a place that is none.
+void PerformBreakpoint(const BREAKPOINT_LOCATION& Location, U32 OnSrcID, U32 AtAddrID);
 // Sets a breakpoint, or clears the one that is there; a derived one is disabled or enabled instead.
 void ToggleBreakpoint(BREAKPOINT_LOCATION Location);
 // Disables the breakpoint, or enables it.

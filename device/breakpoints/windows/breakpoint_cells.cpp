@@ -61,15 +61,3 @@ QString BreakpointText(const CBreakpointRec& Record, int Column) {
       return Record.bPropsDiffer ? MULTIPLE_TEXT : PropsText(Record.Props, Column);
   }
 }
-
-QString BreakpointToolTip(const CBreakpointRec& Record) {
-  QStringList Lines = {Record.sLocation};
-  if (!Record.Context.isEmpty()) Lines << Record.Context;
-  if (!Record.sProblem.isEmpty()) Lines << QStringLiteral("Could not be set: %1").arg(Record.sProblem);
-  if (Record.HitCount > 0) Lines << QStringLiteral("Hits: %1").arg(GroupedText(Record.HitCount));
-  if (!Record.Props.ExtraActionConsoleText.isEmpty())
-    Lines << QStringLiteral("Console: %1").arg(Record.Props.ExtraActionConsoleText);
-  if (!Record.Props.ExtraActionMsgBoxText.isEmpty())
-    Lines << QStringLiteral("Message: %1").arg(Record.Props.ExtraActionMsgBoxText);
-  return Lines.join(QLatin1Char('\n'));
-}

@@ -26,8 +26,6 @@ const BREAKPOINT_COLUMN_INFO& BreakpointColumnInfo(int Column);
 
 // What a cell reads.
 QString BreakpointText(const CBreakpointRec& Record, int Column);
-// More about the breakpoint, for the pointer that rests on it; several lines.
-QString BreakpointToolTip(const CBreakpointRec& Record);
 // The names of the three implementations, by BP_TYPES.
 QStringList BreakpointTypeNames();
 // Name of the icon of a state.

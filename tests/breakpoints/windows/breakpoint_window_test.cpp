@@ -1,0 +1,226 @@
+// The window "Breakpoints" by mouse and keys.
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QMenu>
+
+#include "device/breakpoints/windows/breakpoint_cells.h"
+#include "device/breakpoints/windows/breakpoint_window.h"
+#include "session.h"
+#include "shell/settings/color_ids.h"
+#include "ui/table/sort_filter.h"
+#include "ui/table/tree_view.h"
+
+class CBreakpointWindowTest : public QObject {
+  Q_OBJECT
+
+private Q_SLOTS:
+  void initTestCase() {
+    QVERIFY(m_pWindow = StartWithProgram());
+    m_pBreaks = m_pWindow->findChild<CBreakpointWindow*>();
+    QVERIFY(m_pBreaks);
+    m_pTester =
+        new QAbstractItemModelTester(m_pBreaks->Model(), QAbstractItemModelTester::FailureReportingMode::QtTest, this);
+    PerformAction(ACTION_WINDOW_SHOW, u"Breakpoints"_s);
+  }
+  void cleanupTestCase() { m_pWindow->close(); }
+  void init() {
+    CBreakpointManager::Get().ClearAll();
+    Settle();
+    TakeConsole(*m_pWindow);
+  }
+
+  void showsWhatIsSet() {
+    QVERIFY(m_pBreaks->IsEmpty());
+    QCOMPARE(m_pBreaks->GetEmptyWindowText(DEBUG_STATE_NONE), u"No breakpoints set"_s);
+    SetSome();
+    PerformAction(ACTION_BREAK_DISABLE, u"0x7E"_s);
+    PerformAction(ACTION_BREAK_EDIT, u"lines.cpp:56"_s, u"pass_count > 3"_s, 1, 1000, u"idle"_s, QString(), QString());
+    Settle();
+    m_pBreaks->ExpandAll();
+    const QString sText = m_pBreaks->DumpText().remove(QChar(0x2008));
+    for (const char* const sRow :
+         {"State\tLocation\tPermitted Impl.\tActual Impl.\tContext\tTask Filter\tSkip #\tCondition",
+          "\nOn\tlines.cpp:56\tAny\t\tmain\tidle\t1000\tpass_count > 3 (on change)",
+          "\n  On\tDerived 0x00000158\tAny\t\tmain\tidle\t1000\t",
+          "\n<multiple>\tlines.cpp:29\tAny\t\tmix in first, mix in second\t\t\t",
+          "\n  Disabled\tDerived 0x0000007E\tAny\t\tmix in second\t\t\t",
+          "\nOn\t0x00000100\tSoft\t\tmain, lines.cpp:50\t\t\t"}) {
+      QVERIFY2(sText.contains(QLatin1String(sRow)), qPrintable(QLatin1String(sRow) + u"\nis not in\n"_s + sText));
+    }
+    const QModelIndex Derived = Find(u"Derived 0x0000007E"_s);
+    QVERIFY(Derived.data(Qt::ForegroundRole).isValid());
+    QVERIFY(!Find(u"Derived 0x00000090"_s).data(Qt::ForegroundRole).isValid());
+  }
+
+  // Selection and expansion are those of the user while rows come and go.
+  void keepsItsPlaceWhileRowsChange() {
+    SetSome();
+    m_pBreaks->ExpandAll();
+    ClickOn(u"Derived 0x00000090"_s);
+    PerformAction(ACTION_BREAK_CLEAR_ON_SRC, u"lines.cpp:56"_s);
+    PerformAction(ACTION_BREAK_SET_ON_SRC, u"lines.cpp:43"_s);
+    PerformAction(ACTION_BREAK_DISABLE, u"0x90"_s);
+    Settle();
+    const QModelIndex Current = m_pBreaks->View()->currentIndex();
+    QCOMPARE(Current.siblingAtColumn(BREAKPOINT_LOCATION_COLUMN).data().toString(), u"Derived 0x00000090"_s);
+    QVERIFY(m_pBreaks->View()->isExpanded(Current.parent()));
+  }
+
+  // Row, key, what the console says.
+  void keysActOnTheCurrentRow() {
+    const struct {
+      const char* sLocation;
+      Qt::Key Key;
+      Qt::KeyboardModifiers Modifiers;
+      const char* sEcho;
+    } aSteps[] = {
+        {"lines.cpp:29", Qt::Key_F9, Qt::ShiftModifier, "Break.DisableOnSrc (\"lines.cpp:29\");"},
+        {"lines.cpp:29", Qt::Key_F9, Qt::ShiftModifier, "Break.EnableOnSrc (\"lines.cpp:29\");"},
+        {"Derived 0x0000007E", Qt::Key_F9, Qt::ShiftModifier, "Break.Disable (0x0000007E);"},
+        {"Derived 0x0000007E", Qt::Key_F9, Qt::NoModifier, nullptr},  // not alone
+        {"Derived 0x0000007E", Qt::Key_Delete, Qt::NoModifier, nullptr},
+        {"0x00000100", Qt::Key_Delete, Qt::NoModifier, "Break.Clear (0x00000100);"},
+        {"lines.cpp:29", Qt::Key_F9, Qt::NoModifier, "Break.ClearOnSrc (\"lines.cpp:29\");"},
+        {"lines.cpp:56", Qt::Key_Delete, Qt::AltModifier, "Break.ClearAll();"},
+    };
+    SetSome();
+    m_pBreaks->ExpandAll();
+    for (const auto& Step : aSteps) {
+      ClickOn(QLatin1String(Step.sLocation));
+      TakeConsole(*m_pWindow);
+      QTest::keyClick(m_pBreaks->View(), Step.Key, Step.Modifiers);
+      Settle();
+      const QString sConsole = TakeConsole(*m_pWindow);
+      QVERIFY2(Step.sEcho ? sConsole.contains(QLatin1String(Step.sEcho)) : sConsole.isEmpty(), qPrintable(sConsole));
+    }
+    QVERIFY(m_pBreaks->IsEmpty());
+    QVERIFY(DeviceList().isEmpty());
+  }
+
+  void aClickShowsThePlace() {
+    SetSome();
+    m_pBreaks->ExpandAll();
+    for (const auto& [sLocation, Line] : {std::pair{u"lines.cpp:29"_s, 29},
+                                          {u"Derived 0x00000158"_s, 56},
+                                          {u"0x00000100"_s, 50},
+                                          {u"lines.cpp:56"_s, 56}}) {
+      ClickOn(sLocation);
+      QCOMPARE(m_pWindow->Source().CursorLine(), Line);
+    }
+    // and the other way round
+    Q_EMIT m_pWindow->Source().SrcLocSelected(Line(29), 0);
+    QCOMPARE(CurrentLocation(), u"lines.cpp:29"_s);
+    Q_EMIT m_pWindow->Source().InstrSelected(0x158);
+    QCOMPARE(CurrentLocation(), u"Derived 0x00000158"_s);
+  }
+
+  // A click into the cell opens the list.
+  void theTypeIsChosenFromAList() {
+    SetSome();
+    m_pBreaks->ExpandAll();
+    for (const auto& [sLocation, sType, sWanted] :
+         {std::tuple{u"lines.cpp:56"_s, u"Hard"_s, "158 1 1"}, {u"Derived 0x0000007E"_s, u"Soft"_s, "7e 1 2"}}) {
+      WhenPopup([sType = sType](QWidget* pPopup) {
+        auto* const pMenu = qobject_cast<QMenu*>(pPopup);
+        QVERIFY(pMenu);
+        QCOMPARE(pMenu->actions().size(), 3);
+        for (QAction* const pAction : pMenu->actions()) {
+          if (pAction->text() == sType)
+            QTest::mouseClick(pMenu, Qt::LeftButton, {}, pMenu->actionGeometry(pAction).center());
+        }
+      });
+      ClickOn(sLocation, BREAKPOINT_PERMITTED_IMP);
+      QVERIFY2(DeviceList().contains(QLatin1String(sWanted)), qPrintable(DeviceList().join(u", "_s)));
+    }
+    QCOMPARE(Find(u"lines.cpp:29"_s).siblingAtColumn(BREAKPOINT_PERMITTED_IMP).data().toString(), u"<multiple>"_s);
+  }
+
+  void itsMenuAndItsDialog() {
+    SetSome();
+    m_pBreaks->ExpandAll();
+    QStringList Entries;
+    ClickOn(u"Derived 0x0000007E"_s);
+    WhenPopup([&](QWidget* pPopup) {
+      for (const QAction* const pAction : pPopup->actions()) {
+        if (pAction->isVisible() && !pAction->isSeparator()) Entries << pAction->text().remove('&');
+      }
+    });
+    m_pBreaks->ShowContextMenu(m_pBreaks->View()->viewport()->mapToGlobal(CellOf(u"Derived 0x0000007E"_s).center()));
+    QCOMPARE(Entries.mid(0, 6), (QStringList{u"Disable Breakpoint"_s, u"Properties..."_s, u"Permitted Implementation"_s,
+                                             u"Show Source"_s, u"Set Breakpoint..."_s, u"Clear All Breakpoints"_s}));
+    WhenModal([](QWidget* pDialog) {
+      QCOMPARE(pDialog->windowTitle(), u"Derived Breakpoint"_s);
+      QTest::keyClicks(pDialog->findChild<QComboBox*>("PopupMessage")->lineEdit(), "one of three");
+      QTest::keyClick(pDialog, Qt::Key_Return);
+    });
+    QTest::keyClick(m_pBreaks->View(), Qt::Key_F8);
+    Settle();
+    QVERIFY(TakeConsole(*m_pWindow).contains(u"Break.Edit (\"0x0000007E\", \"\", "_s));
+    CBreakpointProps Props;
+    QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x7E}, Props) && Props.ExtraActionMsgBoxText == u"one of three"_s);
+    QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x90}, Props) && Props.ExtraActionMsgBoxText.isEmpty());
+  }
+
+  // What the probe has made of them; the simulated core has six comparators.
+  void tellsTheImplementationInASession() {
+    SetSome();
+    PerformAction(ACTION_BREAK_SET_EX, u"0x20000100"_s, u"BP_TYPE_SOFT"_s);
+    PerformAction(ACTION_BREAK_DISABLE_ON_SRC, u"lines.cpp:56"_s);
+    const auto Implementation = [&](const char* sLocation) {
+      return Find(QLatin1String(sLocation)).siblingAtColumn(BREAKPOINT_ACTUAL_IMP).data().toString();
+    };
+    PerformAction(ACTION_DEBUG_START);
+    QVERIFY2(Halts(), qPrintable(ConsoleText(*m_pWindow)));
+    QTRY_COMPARE(Implementation("lines.cpp:29"), u"Hard"_s);
+    QCOMPARE(Implementation("0x20000100"), u"Soft (RAM)"_s);
+    QCOMPARE(Implementation("0x00000100"), u"Soft (Flash)"_s);
+    QCOMPARE(Implementation("lines.cpp:56"), QString());
+    PerformAction(ACTION_BREAK_SET_TYPE, u"0x4C"_s, u"BP_TYPE_SOFT"_s);
+    m_pBreaks->ExpandAll();
+    QTRY_COMPARE(Implementation("lines.cpp:29"), u"<multiple>"_s);
+    QCOMPARE(Implementation("Derived 0x0000004C"), u"Soft (Flash)"_s);
+    PerformAction(ACTION_DEBUG_STOP);
+    QTRY_COMPARE(Implementation("lines.cpp:29"), QString());
+  }
+
+private:
+  // On a line with one address, on one with three, at an address; the model tester looks on.
+  static void SetSome() {
+    PerformAction(ACTION_BREAK_SET_ON_SRC, u"lines.cpp:56"_s);
+    PerformAction(ACTION_BREAK_SET_ON_SRC, u"lines.cpp:29"_s);
+    PerformAction(ACTION_BREAK_SET_EX, u"0x100"_s, u"BP_TYPE_SOFT"_s);
+    Settle();
+  }
+  QModelIndex Find(const QString& sLocation) const {
+    const QAbstractItemModel* const pModel = m_pBreaks->Proxy();
+    return pModel
+        ->match(pModel->index(0, BREAKPOINT_LOCATION_COLUMN), Qt::DisplayRole, sLocation, 1,
+                Qt::MatchExactly | Qt::MatchRecursive)
+        .value(0);
+  }
+  QRect CellOf(const QString& sLocation, int Column = BREAKPOINT_LOCATION_COLUMN) const {
+    const QModelIndex Index = Find(sLocation).siblingAtColumn(Column);
+    m_pBreaks->View()->scrollTo(Index);
+    return m_pBreaks->View()->visualRect(Index);
+  }
+  void ClickOn(const QString& sLocation, int Column = BREAKPOINT_LOCATION_COLUMN) {
+    m_pWindow->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
+    m_pBreaks->View()->setFocus();
+    const QRect Cell = CellOf(sLocation, Column);
+    QVERIFY2(Cell.isValid(), qPrintable(sLocation));
+    QTest::mouseClick(m_pBreaks->View()->viewport(), Qt::LeftButton, {}, Cell.center());
+    QCOMPARE(CurrentLocation(), sLocation);
+  }
+  QString CurrentLocation() const {
+    return m_pBreaks->View()->currentIndex().siblingAtColumn(BREAKPOINT_LOCATION_COLUMN).data().toString();
+  }
+
+  CMainWindow* m_pWindow = nullptr;
+  CBreakpointWindow* m_pBreaks = nullptr;
+  QAbstractItemModelTester* m_pTester = nullptr;
+};
+
+QTEST_MAIN(CBreakpointWindowTest)
+#include "breakpoint_window_test.moc"

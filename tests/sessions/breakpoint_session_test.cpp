@@ -1,0 +1,184 @@
+// Breakpoints in whole sessions on the simulator.
+
+#include <QRegularExpression>
+
+#include "session_runner.h"
+
+namespace {
+
+using BreakpointSession = SessionTest;
+
+// The line of the program of these tests that ends with a comment "LINE sName".
+QString LineOf(const char* sName) {
+  const QStringList Lines =
+      QString::fromUtf8(ReadBytes(QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines.cpp"))).split(u'\n');
+  for (qsizetype i = 0; i < Lines.size(); ++i) {
+    if (Lines[i].endsWith(u"// LINE "_s + QLatin1String(sName))) return u"lines.cpp:%1"_s.arg(i + 1);
+  }
+  ADD_FAILURE() << sName;
+  return {};
+}
+
+// A session with that program; "{name}" stands for the line of that name, "{&symbol}" for an address.
+SESSION_RESULT RunLines(QString sText) {
+  const QString sElf = u"tests/breakpoints/data/lines_O0.elf"_s;
+  static const QRegularExpression Name(u"\\{(&?)([^}]*)\\}"_s);
+  for (QRegularExpressionMatch Match = Name.match(sText); Match.hasMatch(); Match = Name.match(sText)) {
+    const QString sName = Match.captured(2);
+    sText.replace(Match.capturedStart(), Match.capturedLength(),
+                  Match.captured(1).isEmpty() ? LineOf(sName.toLatin1().constData())
+                                              : u"0x%1"_s.arg(AddressOf(sElf, sName), 0, 16));
+  }
+  return RunSession(u"Project.SetDevice CMSDK_CM4\n@wait idle\nFile.Open %1\n@wait idle\n"_s.arg(sElf) + sText);
+}
+
+constexpr const char* START = "Debug.Start\n@wait halted\n";
+constexpr const char* GO = "Debug.Continue\n@wait halted\n";
+
+TEST_F(BreakpointSession, CommandsRefuseInTheirWords) {
+  const struct {
+    const char* sBefore;
+    const char* sCommand;
+    const char* sError;  // null: none
+  } aCases[] = {
+      {"", "Break.Set 0x100", nullptr},
+      {"Break.Set 0x101", "Break.Set 0x100", "Breakpoint already set"},
+      {"Break.Set 0x100", "Break.SetEx 0x100 BP_TYPE_HARD", nullptr},
+      {"Break.Set 0x100", "Break.SetEx 0x100 3", "invalid parameter"},
+      {"", "Break.Set nobody", "invalid parameter"},
+      {"Break.SetOnSrc {loop}", "Break.SetOnSrc {loop}", "Breakpoint already set"},
+      {"Break.SetOnSrc {loop}", "Break.SetOnSrcEx {loop} BP_TYPE_SOFT", nullptr},
+      {"", "Break.SetOnSrc nobody.c:12", "invalid parameter: \"nobody.c:12\""},
+      {"Break.SetOnSrc {end of pass}", "Break.Clear 0x158", "Derived breakpoints cannot be cleared individually"},
+      {"Break.SetOnSrc {end of pass}", "Break.Disable 0x158", nullptr},
+      {"", "Break.Clear 0x100", "Breakpoint not set"},
+      {"", "Break.Disable 0x100", "Breakpoint not set"},
+      {"", "Break.Enable 0x100", "Breakpoint not disabled"},
+      {"Break.Set 0x100", "Break.Enable 0x100", "Breakpoint not disabled"},
+      {"Break.Set 0x100\nBreak.Disable 0x100", "Break.Enable 0x100", nullptr},
+      {"", "Break.ClearOnSrc {loop}", "Breakpoint not set"},
+      {"", "Break.DisableOnSrc {loop}", "Breakpoint not set"},
+      {"Break.SetOnSrc {loop}", "Break.EnableOnSrc {loop}", "Breakpoint not disabled"},
+      {"Break.SetOnSrc {loop}\nBreak.DisableOnSrc {loop}", "Break.EnableOnSrc {loop}", nullptr},
+      {"", "Break.Edit ({loop}, \"\", 0, 1, \"\", \"\", \"\")", "No breakpoint matches the given parameters."},
+      {"Break.SetOnSrc {loop}", "Break.Edit ({loop}, \"\", 0, x, \"\", \"\", \"\")", "invalid parameter"},
+      {"Break.SetOnSrc {loop}", "Break.Edit ({loop}, \"\", 0)", "wrong parameter count"},
+      {"Break.SetOnSrc {loop}", "Edit.Break ({loop}, \"\", NO, 1, \"\", \"\", \"\")", nullptr},
+      {"", "Break.SetType {loop} BP_TYPE_SOFT", "No breakpoint matches the given parameters."},
+      {"Break.Set 0x100", "Break.SetType 0x100 BP_TYPE_SOFT", nullptr},
+      {"", "Break.ClearAll", "Command disabled"},
+  };
+  // All in one session: a refused command ends it unless it may fail, and then says so.
+  QString sSession;
+  for (const auto& Case : aCases) {
+    sSession += u"Break.Set 0x2\nBreak.ClearAll\n@wait idle\n"_s + QLatin1String(Case.sBefore) +
+                u"\nUtil.Log \"case\"\n-"_s + QLatin1String(Case.sCommand) + u"\nUtil.Log \"end\"\n"_s;
+  }
+  const SESSION_RESULT Result = RunLines(sSession);
+  Result.Expect(0);
+  const QStringList Parts = Result.sOutput.split(u"Util.Log (\"case\");\n"_s);
+  ASSERT_EQ(Parts.size(), static_cast<qsizetype>(std::size(aCases)) + 1) << Result.sOutput.toStdString();
+  for (size_t i = 0; i < std::size(aCases); ++i) {
+    const QString sPrinted = Parts[static_cast<qsizetype>(i) + 1].section(u"Util.Log"_s, 0, 0);
+    const bool bRefused = sPrinted.contains(u"): "_s) || sPrinted.contains(u"disabled"_s);
+    EXPECT_EQ(aCases[i].sError != nullptr, bRefused) << aCases[i].sCommand << "\n" << sPrinted.toStdString();
+    if (aCases[i].sError) EXPECT_TRUE(sPrinted.contains(QLatin1String(aCases[i].sError))) << sPrinted.toStdString();
+  }
+}
+
+TEST_F(BreakpointSession, HaltsCountByTheirProperties) {
+  const QString sCount = u"Target.ReadU32 {&pass_count}\n"_s;
+  // properties, and the passes that were complete at the first two halts
+  const std::tuple<const char*, int, int, const char*> aCases[] = {
+      {"\"\", 0, 0, \"\", \"\", \"\"", 0, 1, ""},
+      {"\"\", 0, 2, \"\", \"a pass\", \"\"", 2, 5, "\na pass\n"},
+      {"\"\", 0, 1, \"\", \"\", \"a box\"", 1, 3, "[Breakpoint Triggered] a box\n"},
+      {"\"pass_count == 9\", 1, 0, \"7\", \"\", \"\"", 0, 1, ""},  // nobody can evaluate it
+  };
+  for (const auto& [sProps, First, Second, sPrinted] : aCases) {
+    const SESSION_RESULT Result =
+        RunLines(u"Break.SetOnSrc {end of pass}\nBreak.Edit ({end of pass}, %1)\n%2%3%4%3%4"_s.arg(
+            QLatin1String(sProps), QLatin1String(START), QLatin1String(GO), sCount));
+    Result.Expect(0, {sPrinted});
+    EXPECT_EQ(First, Result.Value(0)) << sProps;
+    EXPECT_EQ(Second, Result.Value(1)) << sProps;
+  }
+}
+
+TEST_F(BreakpointSession, ChangesActHaltedAndRunning) {
+  const SESSION_RESULT Result = RunLines(
+      QLatin1String(START) + u"Break.SetOnSrc {loop}\n"_s + QLatin1String(GO) +
+      u"Target.GetReg PC\n"
+      "Break.SetType {loop} BP_TYPE_SOFT\nBreak.DisableOnSrc {loop}\nBreak.SetOnSrcEx {end of pass} BP_TYPE_HARD\n"_s +
+      QLatin1String(GO) +
+      u"Target.GetReg PC\nBreak.ClearAll\nDebug.Continue\n@wait running\n"
+      "Break.Set {&_Z4loopm}\nBreak.SetType {&_Z4loopm} BP_TYPE_SOFT\n@wait halted\nTarget.GetReg PC\n"
+      "Break.Clear {&_Z4loopm}\nDebug.Continue\n@wait running\nBreak.SetOnSrc {inline}\n@wait halted\nTarget.GetReg PC\n"_s);
+  Result.Expect(0);
+  EXPECT_EQ(0xC0, Result.Value(0));
+  EXPECT_EQ(0x158, Result.Value(1));
+  EXPECT_EQ(Result.Value(2), AddressOf(u"tests/breakpoints/data/lines_O0.elf"_s, u"_Z4loopm"_s));
+  EXPECT_TRUE(Result.Value(3) == 0x4C || Result.Value(3) == 0x7E || Result.Value(3) == 0x90) << Result.Value(3);
+}
+
+TEST_F(BreakpointSession, SayWhichCouldNotBeSetAndWhy) {
+  // The core has 6 comparators: the loop has 6 addresses.
+  RunLines(QLatin1String(START) +
+           u"Break.SetOnSrcEx {loop} BP_TYPE_HARD\nBreak.SetOnSrcEx {end of pass} BP_TYPE_HARD\n"
+           "@wait idle\n-Break.ClearOnSrc {end of pass}\nBreak.SetEx 0x158 BP_TYPE_SOFT\nBreak.SetEx 0x50000000 "
+           "BP_TYPE_SOFT\n"
+           "@wait idle\nDebug.Stop\n@wait disconnected\nBreak.SetEx 0x156 BP_TYPE_HARD\n"_s +
+           QLatin1String(START))
+      .Expect(0,
+              {"Breakpoint lines.cpp:56 @ 0x00000158 could not be set: Cannot set a breakpoint @ 0x00000158: no "
+               "breakpoint unit and no memory to hold it\n",
+               "Break.ClearOnSrc (\"lines.cpp:56\"): Breakpoint not set\n",
+               "Breakpoint @ 0x50000000 could not be set: Cannot set a breakpoint @ 0x50000000: no breakpoint unit",
+               "Breakpoint @ 0x00000156 could not be set: Cannot set a breakpoint @ 0x00000156: no breakpoint unit"},
+              {"Breakpoint lines.cpp:43"});
+}
+
+TEST_F(BreakpointSession, SurviveReconnectAndReload) {
+  const SESSION_RESULT Result =
+      RunLines(u"Break.SetOnSrc {end of pass}\nBreak.Edit ({end of pass}, \"\", 0, 3, \"\", \"\", \"\")\n"_s +
+               QLatin1String(START) + u"Debug.Stop\n@wait disconnected\n"_s + QLatin1String(START) + QLatin1String(GO) +
+               u"Target.ReadU32 {&pass_count}\nFile.Open tests/breakpoints/data/lines_O0.elf\n@wait idle\nDebug.Reset\n"
+               "@wait halted\n"_s +
+               QLatin1String(GO) +
+               u"Target.ReadU32 {&pass_count}\n"
+               "File.Open examples/traffic_light/traffic_light.elf\n@wait idle\n-Break.ClearAll\n"_s);
+  Result.Expect(0, {"Break.ClearAll: Command disabled"});
+  EXPECT_EQ(3, Result.Value(0));
+  EXPECT_EQ(3, Result.Value(1)) << "the counters begin anew with a reset";
+}
+
+// A project's own function sets them, the user file keeps them.
+TEST_F(BreakpointSession, LiveWithTheirProject) {
+  const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O0.elf");
+  const auto Project = [&](const char* sName, const char* sCommands) {
+    return Write(sName,
+                 u"void OnProjectLoad (void) {\n  Project.SetDevice (\"CMSDK_CM4\");\n  File.Open (\"%1\");\n%2}\n"_s
+                     .arg(sElf, QLatin1String(sCommands))
+                     .toUtf8());
+  };
+  const QString sSet = Project("set.vdebug",
+                               "  Break.SetOnSrc (\"lines.cpp:43\");\n  Break.Disable (0xC4);\n"
+                               "  Break.Set (0x1234);\n  Break.Clear (0x1234);\n");
+  const QString sPlain = Project("plain.vdebug", "");
+  const auto Open = [](const QString& sFile) { return u"File.Open (\"%1\")\n@wait idle\n"_s.arg(sFile); };
+  RunSession(Open(sSet) +
+             u"Break.SetOnSrc lines.cpp:56\nBreak.Edit (\"lines.cpp:56\", \"a < b\", 1, 7, \"t\", \"c, d\", "
+             "\"\")\nBreak.Set 0x20000000\nBreak.Disable 0x20000000\n"_s +
+             Open(sPlain) + u"-Break.ClearAll\n"_s + Open(sSet) +
+             u"-Break.SetOnSrc lines.cpp:56\n-Break.Enable 0x1234\n"
+             "Break.Enable 0x20000000\nBreak.Enable 0xC4\n"_s)
+      .Expect(0, {"Break.ClearAll: Command disabled", "Break.SetOnSrc (\"lines.cpp:56\"): Breakpoint already set",
+                  "Break.Enable (0x1234): Breakpoint not disabled"});
+  const QString sUser = QString::fromUtf8(ReadBytes(Path("set.vdebug.user")));
+  for (const char* sText :
+       {"Line=56, Text=\"pass_count++%3B", "Condition=\"a < b\", TriggerOnChange=1, SkipCount=7, Task=\"t\"",
+        "ConsoleText=\"c%2C d\"", "AddressBreakpoint=0x20000000, State=1"})
+    EXPECT_TRUE(sUser.contains(QLatin1String(sText))) << sText << "\n" << sUser.toStdString();
+}
+
+}  // namespace
