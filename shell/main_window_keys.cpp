@@ -37,6 +37,10 @@ CWindow* OwnerOf(const QAction& Action) {
   return nullptr;
 }
 
+bool IsUsable(const QAction* pAction) {
+  return pAction && pAction->isEnabled() && pAction->isVisible();
+}
+
 bool IsLimitedInput(const QWidget* pWidget) {
   const auto* const pInput = qobject_cast<const QLineEdit*>(pWidget);
   return pInput && pInput->maxLength() < UNLIMITED_INPUT;
@@ -63,13 +67,24 @@ bool CMainWindow::OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent) {
   return PerformAlternateKey(QKeySequence(pEvent->keyCombination()).toString());
 }
 
+// Many windows have an action of a row; the focused one's comes first, then the source's and those of the whole
+// program.
 bool CMainWindow::PerformAlternateKey(const QString& sKey) {
+  const QList<U32> Rows = FindActionsByHotkey(sKey);
   const CWindow* const pFocused = GetWindow(QApplication::focusWidget());
-  for (const U32 ID : FindActionsByHotkey(sKey)) {
+  if (pFocused && pFocused != this && pFocused != m_pSource) {
+    for (const U32 ID : Rows) {
+      auto* const pOwn = pFocused->findChild<QAction*>(GetActionInfo(ID).sObjectName, Qt::FindDirectChildrenOnly);
+      if (!IsUsable(pOwn)) continue;
+      pOwn->setData(QVariant());
+      pOwn->trigger();
+      return true;
+    }
+  }
+  for (const U32 ID : Rows) {
     const QAction* const pAction = GetAction(ID);
-    if (pAction == nullptr || !pAction->isEnabled() || !pAction->isVisible()) continue;
-    const CWindow* const pOwner = OwnerOf(*pAction);
-    if (pOwner && pOwner != pFocused && pOwner != m_pSource) continue;
+    const CWindow* const pOwner = IsUsable(pAction) ? OwnerOf(*pAction) : nullptr;
+    if (!IsUsable(pAction) || (pOwner && pOwner != m_pSource)) continue;
     ClearActionArgs(ID);
     TriggerAction(ID);
     return true;

@@ -22,6 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int CLOSE_LIMIT_MS = 2000;
+constexpr QSize WIDE_WINDOW(1280, 800);
 const QString PROJECT = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.vdebug");
 
 bool Runs() {
@@ -70,7 +71,9 @@ private Q_SLOTS:
     QVERIFY(Halts());
   }
 
+  // In a window where the text leaves room behind it.
   void thePcRowIsMarkedWhileTheTargetStands() {
+    m_pWindow->resize(WIDE_WINDOW);
     CSourceEditor& Editor = *m_pWindow->Source().findChild<CSourceEditor*>();
     const auto RowColor = [&Editor](int Row) {
       const QImage Image = Editor.viewport()->grab().toImage();

@@ -141,10 +141,11 @@ private Q_SLOTS:
     Header.setSortIndicator(2, Qt::DescendingOrder);
     const TABLE_HEADER_RECORD Wanted = m_pFunctions->GetHeaderRecord();
     const QString sFirst = m_pFunctions->DumpText().section(u'\n', 1, 1);
+    const QString sUserFile = m_Dir.filePath(u"layout.user"_s);
     StoreTableHeaders(m_pMain->GetWindowList());
-    Open(u"weather_station"_s);
+    m_pMain->SaveUserFile(sUserFile);
     Disturb(Header);
-    Open(u"traffic_light"_s);
+    m_pMain->LoadUserFile(sUserFile);
     QCOMPARE(m_pFunctions->GetHeaderRecord().VisibleCols, Wanted.VisibleCols);
     QCOMPARE(m_pFunctions->GetHeaderRecord().ColWidths.value(0), 177);
     QCOMPARE(m_pFunctions->DumpText().section(u'\n', 1, 1), sFirst);
