@@ -60,7 +60,7 @@ void BindBreakpoints(CMainWindow& Window, CProgramLoader& Loader) {
   QObject::connect(&Manager, &CBreakpointManager::Triggered, &Window, ShowTriggered);
   CSourceWindow& Source = Window.Source();
   QObject::connect(&Manager, &CBreakpointManager::Changed, &Source, &CWindow::Repaint);
-  QObject::connect(&Manager, &CBreakpointManager::Changed, &Window, &CMainWindow::OnSessionStateChanged);
+  QObject::connect(&Manager, &CBreakpointManager::EmptyChanged, &Window, &CMainWindow::OnSessionStateChanged);
   if (const CWindow* const pBreakpoints = Window.FindWindow(QStringLiteral("Breakpoints"), false)) {
     QObject::connect(pBreakpoints, &CWindow::SrcLocSelected, &Source,
                      [&Source](const CSrcLoc& Loc) { Source.ShowLocation(Loc); });

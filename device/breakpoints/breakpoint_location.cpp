@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include "base/text.h"
@@ -56,6 +57,11 @@ BREAKPOINT_LOCATION ParseBreakpointLocation(const QString& sText) {
   const U32 Addr = sText.trimmed().remove(GROUP_BLANK).toUInt(&bIsNumber, HEX_BASE);
   if (bIsNumber) return {{}, Addr & ~THUMB_BIT};
   return {ELFAPI_ParseSrcLoc(sText), INVALID_ADDR};
+}
+
+bool IsLineText(const QString& sText) {
+  static const QRegularExpression Form(QStringLiteral(":\\s*\\d+\\s*$"));
+  return sText.contains(Form);
 }
 
 CSrcLoc LineWithCode(const CSrcLoc& Loc) {

@@ -18,6 +18,9 @@ CSrcLoc ParseBreakpointLine(const QString& sText);
 // The same, but hexadecimal digits name the address itself.
 BREAKPOINT_LOCATION ParseBreakpointLocation(const QString& sText);
 
+// The text has the form "file:line", so that it is neither an address nor a name.
+bool IsLineText(const QString& sText);
+
 // The line itself when it has code, otherwise the next one in the file that has, otherwise the line itself.
 CSrcLoc LineWithCode(const CSrcLoc& Loc);
 

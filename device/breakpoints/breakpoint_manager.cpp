@@ -76,6 +76,7 @@ CSrcLoc CBreakpointManager::FindByText(const QString& sText) const {
   for (const SOURCE_BREAKPOINT& Source : m_Sources.All()) {
     if (sText == QStringLiteral("%1:%2").arg(Source.sPath).arg(Source.Loc.Line)) return Source.Loc;
   }
+  if (!IsLineText(sText)) return {};
   const CSrcLoc Loc = ELFAPI_ParseSrcLoc(sText);
   if (Loc.IsValid()) return m_Sources.Find(Loc) ? Loc : CSrcLoc();
   for (const SOURCE_BREAKPOINT& Source : m_Sources.All()) {
@@ -161,7 +162,7 @@ QList<CBreakpointRec> CBreakpointManager::Rows() const {
   for (const BP& Entry : m_Entries.All()) {
     if (Entry.State == BP_STATE_HIDDEN || IsDerived(Entry.Addr)) continue;
     CBreakpointRec Record = RecordAt(Entry.Addr);
-    const QString sLoc = ELFAPI_GetSrcLocText(Record.Loc);
+    const QString sLoc = ELFAPI_GetSrcLocText({Record.Loc.File, Record.Loc.Line, 0});
     if (!sLoc.isEmpty()) Record.Context += (Record.Context.isEmpty() ? QString() : QStringLiteral(", ")) + sLoc;
     Rows << Record;
   }
@@ -189,6 +190,13 @@ void CBreakpointManager::DropProps(const QAddrList& Addrs) {
 void CBreakpointManager::Set(U32 Addr, BP_STATES State, BP_TYPES Type) {
   m_Problems.remove(Addr);
   m_Entries.Set({Addr}, State, Type);
+  NoteEmpty();
+}
+
+void CBreakpointManager::NoteEmpty() {
+  if (IsEmpty() == m_bEmpty) return;
+  m_bEmpty = !m_bEmpty;
+  Q_EMIT EmptyChanged();
 }
 
 // One setting for each address, or the first for all. One job for all addresses that are set alike.
@@ -196,7 +204,7 @@ void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING
   Source.Pending = Settings.first();
   if (Source.Addrs.isEmpty()) {
     Device().ScheduleEditBreakpoint();
-    return;
+    return NoteEmpty();
   }
   const bool bEach = Settings.size() == Source.Addrs.size();
   QHash<std::pair<U32, U32>, QAddrList> Alike;
@@ -209,6 +217,7 @@ void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING
   for (auto It = Alike.cbegin(); It != Alike.cend(); ++It) {
     m_Entries.Set(*It, static_cast<BP_STATES>(It.key().first), static_cast<BP_TYPES>(It.key().second), bKeep);
   }
+  NoteEmpty();
 }
 
 bool CBreakpointManager::SetOnSrc(const CSrcLoc& Loc, U32 State, U32 Type) {
@@ -229,6 +238,7 @@ bool CBreakpointManager::SetOnSrc(const CSrcLoc& Loc, U32 State, U32 Type) {
 void CBreakpointManager::Clear(U32 Addr) {
   DropProps({Addr});
   m_Entries.Clear({Addr});
+  NoteEmpty();
 }
 
 void CBreakpointManager::ClearOnSrc(const CSrcLoc& Loc) {
@@ -239,6 +249,7 @@ void CBreakpointManager::ClearOnSrc(const CSrcLoc& Loc) {
   DropProps(Addrs);
   m_Entries.Clear(Addrs);
   if (Addrs.isEmpty()) Device().ScheduleEditBreakpoint();
+  NoteEmpty();
 }
 
 void CBreakpointManager::ClearAll() {
@@ -246,6 +257,7 @@ void CBreakpointManager::ClearAll() {
   DropProps(m_Props.keys());
   m_Problems.clear();
   m_Entries.ClearAll();
+  NoteEmpty();
 }
 
 bool CBreakpointManager::Edit(const BREAKPOINT_LOCATION& Location, const CBreakpointProps& Props) {

@@ -86,6 +86,8 @@ public:
 Q_SIGNALS:
   // Windows show something else now.
   void Changed();
+  // There are breakpoints, or none any more; told as soon as that is asked for.
+  void EmptyChanged();
   // The target has halted at a breakpoint that has more to do; either text may be empty.
   void Triggered(const QString& sConsoleText, const QString& sMsgBoxText);
 
@@ -107,6 +109,7 @@ private:
   void CheckImplementations();
   void ReportFailure(U32 Addr);
   void DropFailed(U32 Addr);
+  void NoteEmpty();
 
   CBreakpointEntries m_Entries;
   CSourceBreakpoints m_Sources;
@@ -115,4 +118,5 @@ private:
   QList<STORED_BREAKPOINT> m_Backup;
   BREAKPOINT_EVALUATOR m_Evaluator;
   QStringList m_Reasons;  // why something failed lately
+  bool m_bEmpty = true;   // as told last
 };

@@ -81,13 +81,13 @@ void CBreakpointManager::CheckImplementations() {
 
 void CBreakpointManager::OnDeviceBPStateChanged() {
   CheckOutcome();
+  NoteEmpty();
   Q_EMIT Changed();
 }
 
 void CBreakpointManager::OnDeviceConnectDone(CONNECT_MODES) {
   CheckImplementations();
-  CheckOutcome();
-  Q_EMIT Changed();
+  OnDeviceBPStateChanged();
 }
 
 void CBreakpointManager::OnDeviceDisconnectDone() {

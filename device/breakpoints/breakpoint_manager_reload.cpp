@@ -79,6 +79,7 @@ void CBreakpointManager::Restore(const QList<STORED_BREAKPOINT>& Stored) {
     m_Entries.Set({One.Addr}, static_cast<BP_STATES>(One.Settings.first().State),
                   static_cast<BP_TYPES>(One.Settings.first().Type), true);
   }
+  NoteEmpty();
 }
 
 void CBreakpointManager::BackupState() {
@@ -96,6 +97,7 @@ void CBreakpointManager::ForgetState(bool bUnloaded) {
   m_Problems.clear();
   m_Entries.NoteCleared();
   if (!bUnloaded) m_Backup.clear();
+  NoteEmpty();
   Q_EMIT Changed();
 }
 

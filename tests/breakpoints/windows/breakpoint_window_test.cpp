@@ -3,11 +3,14 @@
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QMenu>
+#include <QTemporaryDir>
 
 #include "device/breakpoints/windows/breakpoint_cells.h"
 #include "device/breakpoints/windows/breakpoint_window.h"
+#include "project/project.h"
 #include "session.h"
 #include "shell/settings/color_ids.h"
+#include "tests/common/write_file.h"
 #include "ui/table/sort_filter.h"
 #include "ui/table/tree_view.h"
 
@@ -45,7 +48,7 @@ private Q_SLOTS:
           "\n  On\tDerived 0x00000158\tAny\t\tmain\tidle\t1000\t",
           "\n<multiple>\tlines.cpp:29\tAny\t\tmix in first, mix in second\t\t\t",
           "\n  Disabled\tDerived 0x0000007E\tAny\t\tmix in second\t\t\t",
-          "\nOn\t0x00000100\tSoft\t\tmain, lines.cpp:50\t\t\t"}) {
+          "\nOn\t0x00000100\tSoft\t\tmain, lines.cpp:51\t\t\t"}) {
       QVERIFY2(sText.contains(QLatin1String(sRow)), qPrintable(QLatin1String(sRow) + u"\nis not in\n"_s + sText));
     }
     const QModelIndex Derived = Find(u"Derived 0x0000007E"_s);
@@ -103,7 +106,7 @@ private Q_SLOTS:
     m_pBreaks->ExpandAll();
     for (const auto& [sLocation, Line] : {std::pair{u"lines.cpp:29"_s, 29},
                                           {u"Derived 0x00000158"_s, 56},
-                                          {u"0x00000100"_s, 50},
+                                          {u"0x00000100"_s, 51},
                                           {u"lines.cpp:56"_s, 56}}) {
       ClickOn(sLocation);
       QCOMPARE(m_pWindow->Source().CursorLine(), Line);
@@ -182,6 +185,41 @@ private Q_SLOTS:
     QCOMPARE(Implementation("Derived 0x0000004C"), u"Soft (Flash)"_s);
     PerformAction(ACTION_DEBUG_STOP);
     QTRY_COMPARE(Implementation("lines.cpp:29"), QString());
+  }
+
+  // The last: it opens other projects.
+  void theUserFileKeepsThem() {
+    QTemporaryDir Dir;
+    qputenv("XDG_CONFIG_HOME", Dir.path().toUtf8());
+    SetSettingsInMemory(false);
+    const auto Open = [&](const QString& sName) {
+      WriteFile(Dir.filePath(sName),
+                "void OnProjectLoad (void) {\n  Project.SetDevice (\"CMSDK_CM4\");\n"
+                "  File.Open (\"" VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O0.elf\");\n}\n");
+      PerformAction(ACTION_FILE_OPEN, Dir.filePath(sName));
+      QVERIFY(QTest::qWaitFor([&] { return m_pWindow->IsIdle() && CProject::Get().GetFileName().endsWith(sName); }));
+      Settle();
+    };
+    Open(u"one.vdebug"_s);
+    QVERIFY(m_pBreaks->IsEmpty());
+    SetSome();
+    PerformAction(ACTION_BREAK_DISABLE, u"0x7E"_s);
+    PerformAction(ACTION_BREAK_EDIT, u"lines.cpp:56"_s, u"a < b"_s, 1, 7, u"t"_s, u"c, d"_s, u"look // here, #1"_s);
+    PerformAction(ACTION_BREAK_EDIT, u"0x90"_s, QString(), 0, 3, QString(), QString(), QString());
+    Settle();
+    const QString sBefore = m_pBreaks->DumpText();
+    Open(u"other.vdebug"_s);
+    QVERIFY2(m_pBreaks->IsEmpty(), qPrintable(m_pBreaks->DumpText()));
+    QVERIFY(DeviceList().isEmpty());
+    Open(u"one.vdebug"_s);
+    QCOMPARE(m_pBreaks->DumpText(), sBefore);
+    CBreakpointProps Props;
+    QVERIFY(CBreakpointManager::Get().GetProps({Line(56), INVALID_ADDR}, Props));
+    QCOMPARE((QStringList{Props.Condition, Props.FilterTaskID, Props.ExtraActionConsoleText}),
+             (QStringList{u"a < b"_s, u"t"_s, u"c, d"_s}));
+    QCOMPARE(Props.ExtraActionMsgBoxText, u"look // here, #1"_s);
+    QVERIFY(Props.DoTriggerOnChange && Props.SkipCount == 7);
+    SetSettingsInMemory(true);
   }
 
 private:
