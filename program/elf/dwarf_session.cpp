@@ -1,23 +1,40 @@
 #include "program/elf/dwarf_session.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
-#include "program/elf/list_header_check.h"
+#include "program/elf/compressed_section.h"
 #include "program/elf/reader_state.h"
 
 namespace {
 
 constexpr size_t MAX_MESSAGE_LENGTH = 2000;
-constexpr U8 ADDRESS_SIZE = 4;  // bytes
-const char DEBUG_PREFIX[] = ".debug_";
+constexpr U8 ADDRESS_SIZE = 4;            // bytes
+constexpr U64 MAX_EXPANDED = 0x7FFFFFFF;  // bytes of all compressed sections, like those of a file
+const char COMPRESSED_PREFIX[] = ".zdebug_";
 
-const char* const apSectionNames[] = {".debug_info",     ".debug_types",       ".debug_abbrev", ".debug_str",
-                                      ".debug_line_str", ".debug_str_offsets", ".debug_addr"};
+// In the order of DEBUG_SECTION.
+const char* const apSectionNames[] = {".debug_info",     ".debug_types",       ".debug_abbrev",   ".debug_str",
+                                      ".debug_line_str", ".debug_str_offsets", ".debug_addr",     ".debug_line",
+                                      ".debug_frame",    ".debug_loc",         ".debug_loclists", ".debug_ranges",
+                                      ".debug_rnglists"};
 static_assert(std::size(apSectionNames) == static_cast<U32>(DEBUG_SECTION::Count));
 
-bool IsListSection(const char* sName) {
-  return std::strcmp(sName, ".debug_rnglists") == 0 || std::strcmp(sName, ".debug_loclists") == 0;
+bool IsZdebug(const char* sName) {
+  return std::strncmp(sName, COMPRESSED_PREFIX, sizeof(COMPRESSED_PREFIX) - 1) == 0;
+}
+
+// Number of the section by its name, with the prefix of a compressed one too; DEBUG_SECTION::Count for all others.
+U32 NumberOf(const char* sName) {
+  const std::string sStandard = IsZdebug(sName) ? std::string(".") + (sName + 2) : sName;
+  return static_cast<U32>(std::find(std::begin(apSectionNames), std::end(apSectionNames), sStandard) -
+                          std::begin(apSectionNames));
+}
+
+// libdwarf 20210528 frees memory twice over a damaged section of lists; it decodes only lines, which need none.
+bool IsForLibdwarf(DEBUG_SECTION Section) {
+  return Section <= DEBUG_SECTION::Line;
 }
 
 }  // namespace
@@ -30,33 +47,50 @@ CDwarfSession::~CDwarfSession() {
 }
 
 void CDwarfSession::CollectSections() {
+  std::fill(std::begin(aIndexes), std::end(aIndexes), -1);
   aSections.push_back({"", nullptr, 0, 0});  // libdwarf takes index 0 for no section
-  for (U32 i = 0; i < Image.Sections().size(); ++i) {
-    const char* sName = Image.SectionName(i);
-    const ELF_SECTION& Section = Image.Sections()[i];
-    if (std::strncmp(sName, DEBUG_PREFIX, sizeof(DEBUG_PREFIX) - 1) != 0) continue;
-    if (Section.Flags & SHF_COMPRESSED) {
-      SendMessageF("section %s is compressed and was left out.", sName);
-      continue;
-    }
-    U32 Size;
-    const U8* pData = Image.SectionData(i);
-    if (!pData || this->Section(sName, Size)) continue;
-    if (IsListSection(sName) && !AreListHeadersSound(pData, Section.Size, IsBigEndian())) {
-      SendMessageF("section %s is damaged and was left out.", sName);
-      continue;
-    }
-    aSections.push_back({sName, pData, Section.Size, Section.Addr});
+  for (U32 i = 0; i < Image.Sections().size(); ++i) AddSection(i);
+}
+
+// The first section of a name counts.
+void CDwarfSession::AddSection(U32 Index) {
+  const char* sName = Image.SectionName(Index);
+  const U32 Number = NumberOf(sName);
+  if (Number == NUM_SECTIONS || aIndexes[Number] >= 0 || !Image.SectionData(Index)) return;
+  const CByteCursor Bytes = Contents(Index, IsZdebug(sName));
+  if (!Bytes.Ok()) {
+    SendMessageF("section %s is damaged and was left out.", sName);
+    return;
   }
+  aIndexes[Number] = static_cast<I32>(Index);
+  aBytes[Number] = Bytes;
+  if (!IsForLibdwarf(static_cast<DEBUG_SECTION>(Number))) return;
+  const U32 Size = static_cast<U32>(Bytes.Left());
+  aSections.push_back({apSectionNames[Number], Bytes.Bytes(), Size, Image.Sections()[Index].Addr});
+}
+
+// The section's own bytes, expanded if they are compressed; spoilt where that fails.
+CByteCursor CDwarfSession::Contents(U32 Index, bool bZdebug) {
+  const ELF_SECTION& Section = Image.Sections()[Index];
+  const U8* pData = Image.SectionData(Index);
+  const bool bCompressed = (Section.Flags & SHF_COMPRESSED) != 0;
+  if (!bCompressed && !bZdebug) return CByteCursor(pData, Section.Size, IsBigEndian());
+  COMPRESSED_SECTION Compressed;
+  const bool bParsed = bCompressed ? ParseCompressedSection(pData, Section.Size, IsBigEndian(), Compressed)
+                                   : ParseZdebugSection(pData, Section.Size, Compressed);
+  CByteCursor Bytes(nullptr, 0, IsBigEndian());
+  if (std::unique_ptr<U8[]> pExpanded = bParsed ? Expand(Compressed, MAX_EXPANDED - ExpandedSize) : nullptr) {
+    Bytes = CByteCursor(pExpanded.get(), Compressed.Size, IsBigEndian());
+    ExpandedSize += Compressed.Size;
+    aExpanded.push_back(std::move(pExpanded));
+  } else {
+    Bytes.Spoil();
+  }
+  return Bytes;
 }
 
 bool CDwarfSession::Open() {
   CollectSections();
-  for (U32 i = 0; i < std::size(apSectionNames); ++i) {
-    U32 Size = 0;
-    const U8* pData = Section(apSectionNames[i], Size);
-    aBytes[i] = CByteCursor(pData, Size, IsBigEndian());
-  }
   if (aSections.size() == 1) return true;
   Methods.get_section_info = GetSectionInfo;
   Methods.get_byte_order = GetByteOrder;
@@ -74,14 +108,9 @@ bool CDwarfSession::Open() {
 }
 
 const U8* CDwarfSession::Section(const char* sName, U32& Size) const {
-  for (const SECTION& Section : aSections) {
-    if (Section.pData && std::strcmp(Section.sName, sName) == 0) {
-      Size = Section.Size;
-      return Section.pData;
-    }
-  }
-  Size = 0;
-  return nullptr;
+  const U32 Number = NumberOf(sName);
+  Size = Number < NUM_SECTIONS ? static_cast<U32>(aBytes[Number].Left()) : 0;
+  return Size ? aBytes[Number].Bytes() : nullptr;
 }
 
 void CDwarfSession::Report(Dwarf_Error& Error, const char* sFunction, const char* sItem, U64 Value) const {

@@ -5,14 +5,30 @@
 #include <dwarf.h>
 #include <libdwarf.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "program/elf/byte_cursor.h"
 #include "program/elf/elf_image.h"
 
-// The sections that the attributes of entries need, apart from those that are asked for by name.
-enum class DEBUG_SECTION : U32 { Info, Types, Abbrev, Str, LineStr, StrOffsets, Addr, Count };
+// The sections that the reader needs.
+enum class DEBUG_SECTION : U32 {
+  Info,
+  Types,
+  Abbrev,
+  Str,
+  LineStr,
+  StrOffsets,
+  Addr,
+  Line,
+  Frame,
+  Loc,
+  Loclists,
+  Ranges,
+  Rnglists,
+  Count
+};
 
 // One libdwarf session over the debug sections of a file in memory. The image must outlive it.
 class CDwarfSession {
@@ -27,8 +43,10 @@ public:
   Dwarf_Debug Handle() const { return pDebug; }
   // The bytes of a debug section by its standard name; null and size 0 if there is none.
   const U8* Section(const char* sName, U32& Size) const;
-  // The same as a cursor, without bytes where there is none.
+  // The same as a cursor.
   CByteCursor Bytes(DEBUG_SECTION Section) const { return aBytes[static_cast<U32>(Section)]; }
+  // Position of its header, -1 if there is none.
+  I32 IndexOf(DEBUG_SECTION Section) const { return aIndexes[static_cast<U32>(Section)]; }
   bool IsBigEndian() const { return Image.IsBigEndian(); }
 
   // Sends libdwarf's complaint about a call as a message and releases the error. sItem names the offending value.
@@ -47,13 +65,19 @@ private:
 
   const CElfImage& Image;
   std::vector<SECTION> aSections;
-  CByteCursor aBytes[static_cast<U32>(DEBUG_SECTION::Count)];
+  static constexpr U32 NUM_SECTIONS = static_cast<U32>(DEBUG_SECTION::Count);
+  CByteCursor aBytes[NUM_SECTIONS];
+  I32 aIndexes[NUM_SECTIONS];
+  std::vector<std::unique_ptr<U8[]>> aExpanded;  // bytes of compressed sections
+  U64 ExpandedSize = 0;
   Dwarf_Obj_Access_Methods Methods = {};
   Dwarf_Obj_Access_Interface Interface = {};
   Dwarf_Debug pDebug = nullptr;
   mutable std::string sLastMessage;
 
   void CollectSections();
+  void AddSection(U32 Index);
+  CByteCursor Contents(U32 Index, bool bZdebug);
 
   static int GetSectionInfo(void* pThis, Dwarf_Half Index, Dwarf_Obj_Access_Section* pOut, int* pError);
   static int LoadSection(void* pThis, Dwarf_Half Index, Dwarf_Small** ppData, int* pError);

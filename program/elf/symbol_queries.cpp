@@ -143,7 +143,8 @@ I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym) {
   U32 Entry;
   const ELF_FILE* pFile = FileOfDie(hSym, Entry);
   if (!pFile) return -1;
-  return pFile->Image.FindSection(pFile->pDwarf->Index.UnitOf(Entry).bTypes ? ".debug_types" : ".debug_info");
+  const bool bTypes = pFile->pDwarf->Index.UnitOf(Entry).bTypes;
+  return pFile->pDwarf->Session.IndexOf(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
 }
 
 U32 ELF_GetNumRanges(ELF_SYM_HANDLE hSym) {

@@ -90,6 +90,7 @@ void CUnitWalker::WalkUnit(DWARF_UNIT& Unit) {
   if (!Top) return;
   NoteTopEntry(Unit, Top);
   const DWARF_DAMAGE Damage = Entries.WalkUnit();
+  if (Info.Index.IsFull()) return;
   if (Damage.sWhat) {
     Info.Session.Complain(Damage.sWhat, "CDieWalk::WalkUnit", Damage.sItem, Damage.Value);
     SendMessage("Could not parse debug info for compilation unit.");

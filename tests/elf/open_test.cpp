@@ -41,13 +41,6 @@ TEST_F(ElfOpen, FilesThatAreNoProgramsAreRefused) {
   EXPECT_EQ(aMessages, TEXTS{"failed to open file."});
 }
 
-TEST_F(ElfOpen, CompressedLineTableIsLeftOutAndSaid) {
-  ASSERT_NE(OpenBytes(WithSectionByte("gcc_dwarf5_O2.elf", ".debug_line", 9, 0x08)), nullptr);
-  EXPECT_THAT(aMessages, testing::Contains("section .debug_line is compressed and was left out."));
-  EXPECT_EQ(ELF_GetNumSrcLines(pFile), 0u);
-  EXPECT_EQ(NameOf(ELF_GetEntryFunc(pFile)), "main");
-}
-
 TEST_F(ElfOpen, OneFileAtATime) {
   Open("plain.elf");
   EXPECT_EQ(ELF_Open(DataPath("mixed.elf").c_str()), nullptr);
