@@ -1,61 +1,86 @@
 #include "ui/windows/source_colors.h"
 
-#include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
+#include <algorithm>
+
+#include "core/vcore.h"
 
 namespace {
 
-QColor TextColor(U32 ColorID, bool bLightGround) {
-  return bLightGround ? GetColor(ColorID) : GetTextColor(ColorID);
-}
+constexpr qsizetype MAX_KEPT = 4096;  // lines with spans
 
 }  // namespace
 
-QString ExpandTabs(const QString& sText, int TabSpacing) {
-  if (!sText.contains(QLatin1Char('\t'))) return sText;
-  QString sResult;
-  for (const QChar c : sText) {
-    if (c == QLatin1Char('\t')) {
-      sResult += QString(TabSpacing - sResult.size() % TabSpacing, QLatin1Char(' '));
-    } else {
-      sResult += c;
+SYNTAX_STATE StateBehind(QStringView sLine, SYNTAX_STATE State) {
+  const qsizetype Size = sLine.size();
+  const auto Is = [&](qsizetype i, char16_t Char) { return i < Size && sLine[i].unicode() == Char; };
+  for (qsizetype i = 0; i < Size && State != SYNTAX_IN_LINE_COMMENT; ++i) {
+    const char16_t Char = sLine[i].unicode();
+    if (State == SYNTAX_IN_BLOCK_COMMENT) {
+      if (Char != u'*' || !Is(i + 1, u'/')) continue;
+      State = SYNTAX_IDLE;
+      ++i;
+    } else if (State == SYNTAX_IN_STRING) {
+      if (Char == u'\\') ++i;
+      if (Char == u'"') State = SYNTAX_IDLE;
+    } else if (Char == u'"') {
+      if (i == 0 || sLine[i - 1] != u'\'') State = SYNTAX_IN_STRING;
+    } else if (Char == u'/') {
+      if (Is(i + 1, u'/')) State = SYNTAX_IN_LINE_COMMENT;
+      if (!Is(i + 1, u'*')) continue;
+      State = SYNTAX_IN_BLOCK_COMMENT;
+      ++i;
     }
   }
-  return sResult;
+  const bool bJoined = Size > 0 && sLine.back() == u'\\';
+  return State == SYNTAX_IN_BLOCK_COMMENT || bJoined ? State : SYNTAX_IDLE;
 }
 
-void CSourceColors::SetText(const QStringList& Rows, SYNTAX_LANGUAGE Language) {
+void CSourceColors::SetText(const CSourceText& Text, SYNTAX_LANGUAGE Language) {
   m_Language = Language;
-  m_States.clear();
-  m_States.reserve(static_cast<size_t>(Rows.size()));
-  const CSyntaxHighlighter Highlighter;
-  std::vector<TextSpan> Spans;
-  std::vector<SYNTAX_KIND> Kinds;
-  I32 State = 0;
-  for (const QString& sRow : Rows) {
-    m_States.push_back(State);
-    Highlighter.Highlight(Language, sRow, Spans, Kinds, State);
+  m_Spans.clear();
+  m_States.assign(static_cast<size_t>(Text.NumLines()), SYNTAX_IDLE);
+  SYNTAX_STATE State = SYNTAX_IDLE;
+  for (int Line = 0; Line < Text.NumLines(); ++Line) {
+    m_States[static_cast<size_t>(Line)] = static_cast<U8>(State);
+    State = StateBehind(Text.Line(Line), State);
   }
 }
 
-QList<QTextLayout::FormatRange> CSourceColors::FormatsOf(int Row, const QString& sText, int TabSpacing,
-                                                         bool bLightGround) const {
-  std::vector<TextSpan> Spans;
-  std::vector<SYNTAX_KIND> Kinds;
-  I32 State = Row >= 0 && static_cast<size_t>(Row) < m_States.size() ? m_States[static_cast<size_t>(Row)] : 0;
-  CSyntaxHighlighter().Highlight(m_Language, sText, Spans, Kinds, State);
-  CSyntaxHighlighter::FillGaps(Spans, Kinds, static_cast<I32>(sText.size()));
-  QList<QTextLayout::FormatRange> Formats;
-  int Column = 0;
-  for (size_t i = 0; i < Spans.size(); ++i) {
-    const int Start = Column;
-    for (const QChar c : QStringView(sText).mid(Spans[i].Start, Spans[i].Length)) {
-      Column += c == QLatin1Char('\t') ? TabSpacing - Column % TabSpacing : 1;
-    }
-    const int ColorID = CSyntaxHighlighter::GetColorID(Kinds[i]);
-    QTextCharFormat Format;
-    Format.setForeground(TextColor(ColorID < 0 ? COLOR_SYNTAX_TEXT : static_cast<U32>(ColorID), bLightGround));
-    Formats.append({Start, Column - Start, Format});
+void CSourceColors::Update(const CSourceText& Text, const LINE_CHANGE& Change) {
+  m_Spans.clear();
+  const auto First = m_States.begin() + Change.First;
+  const U8 Before = Change.First < static_cast<int>(m_States.size()) ? *First : static_cast<U8>(SYNTAX_IDLE);
+  const auto Inserted = m_States.erase(First, First + Change.NumOld);
+  m_States.insert(Inserted, static_cast<size_t>(Change.NumNew), Before);
+  m_States.resize(static_cast<size_t>(Text.NumLines()), SYNTAX_IDLE);
+  auto State = Change.First > 0 ? StateBehind(Text.Line(Change.First - 1),
+                                              static_cast<SYNTAX_STATE>(m_States[static_cast<size_t>(Change.First) - 1]))
+                                : SYNTAX_IDLE;
+  // Lines behind the change are done where they begin as they did.
+  for (int Line = Change.First; Line < Text.NumLines(); ++Line) {
+    U8& Known = m_States[static_cast<size_t>(Line)];
+    if (Line >= Change.First + Change.NumNew && Known == State) return;
+    Known = static_cast<U8>(State);
+    State = StateBehind(Text.Line(Line), State);
   }
-  return Formats;
+}
+
+const ROW_SPANS& CSourceColors::SpansOf(int Line, QStringView sText) {
+  const auto Known = m_Spans.constFind(Line);
+  if (Known != m_Spans.constEnd()) return *Known;
+  if (m_Spans.size() >= MAX_KEPT) m_Spans.clear();
+  ROW_SPANS& Row = m_Spans[Line];
+  I32 State = Line >= 0 && Line < static_cast<int>(m_States.size()) ? m_States[static_cast<size_t>(Line)] : 0;
+  CSyntaxHighlighter().Highlight(m_Language, sText, Row.Spans, Row.Kinds, State);
+  CSyntaxHighlighter::FillGaps(Row.Spans, Row.Kinds, static_cast<I32>(sText.size()));
+  return Row;
+}
+
+ROW_SPANS CSourceColors::InstructionSpans(QStringView sText, int MnemonicColumn) {
+  ROW_SPANS Row;
+  I32 State = SYNTAX_IDLE;
+  const CSyntaxHighlighter Highlighter(MnemonicColumn, static_cast<int>(VCore::GetInfo().MaxMnemonicLen));
+  Highlighter.Highlight(SYNTAX_ASM_LISTING, sText, Row.Spans, Row.Kinds, State);
+  CSyntaxHighlighter::FillGaps(Row.Spans, Row.Kinds, static_cast<I32>(sText.size()));
+  return Row;
 }

@@ -1,24 +1,36 @@
 #pragma once
 
-#include <QStringList>
-#include <QTextLayout>
+#include <QHash>
+#include <QStringView>
 #include <vector>
 
 #include "ui/syntax/syntax_highlighter.h"
+#include "ui/windows/source_text.h"
 
-// The colours of a text's rows. One pass over the text finds the state in which each row starts, so that a row can be
-// coloured alone.
+// The coloured pieces of a row, without gaps.
+struct ROW_SPANS {
+  std::vector<TextSpan> Spans;
+  std::vector<SYNTAX_KIND> Kinds;
+};
+
+// The colours of a text's lines. One pass over the text finds the state in which each line begins, so that a line can
+// be coloured alone; a line's spans are made when they are first asked for, and kept.
 class CSourceColors {
 public:
-  void SetText(const QStringList& Rows, SYNTAX_LANGUAGE Language);
-  // Formats for a row's text, which covers it whole. TabSpacing as in the text's expansion to columns; the ranges count
-  // columns. bLightGround: the row has a light colour of its own, whatever the palette.
-  QList<QTextLayout::FormatRange> FormatsOf(int Row, const QString& sText, int TabSpacing, bool bLightGround) const;
+  void SetText(const CSourceText& Text, SYNTAX_LANGUAGE Language);
+  // After a change of the text.
+  void Update(const CSourceText& Text, const LINE_CHANGE& Change);
+  // Valid until the next question; Line from 0.
+  const ROW_SPANS& SpansOf(int Line, QStringView sText);
+  // Of the text of an instruction row, whose mnemonics stand from a column on.
+  static ROW_SPANS InstructionSpans(QStringView sText, int MnemonicColumn);
 
 private:
   SYNTAX_LANGUAGE m_Language = SYNTAX_PLAIN;
-  std::vector<I32> m_States;  // one for each row
+  std::vector<U8> m_States;  // SYNTAX_STATE at each line's start
+  QHash<int, ROW_SPANS> m_Spans;
 };
 
-// Tabs to blanks, so that columns and pixels agree.
-QString ExpandTabs(const QString& sText, int TabSpacing);
+// The state in which a line that begins in a state leaves the next: in a block comment, or, where a backslash joins the
+// two, in a line comment or string.
+SYNTAX_STATE StateBehind(QStringView sLine, SYNTAX_STATE State);

@@ -1,0 +1,122 @@
+// The source editor's edits.
+
+#include <algorithm>
+
+#include "ui/windows/source_editor_parts.h"
+
+void CSourceEditor::SetEditingAllowed(bool bAllowed) {
+  m_pParts->bEditingAllowed = bAllowed;
+}
+
+bool CSourceEditor::IsEditable() const {
+  return !IsMessage() && !m_pParts->sFilePath.isEmpty() && m_pParts->bEditingAllowed && m_pParts->Permission.IsPossible();
+}
+
+void CSourceEditor::SetSessionQuery(std::function<bool()> IsInSession) {
+  m_pParts->Permission.SetSessionQuery(std::move(IsInSession));
+}
+
+void CSourceEditor::SetEditQuestion(std::function<EDIT_ANSWER()> Ask) {
+  m_pParts->Permission.SetQuestion(std::move(Ask));
+}
+
+bool CSourceEditor::HasUnsavedChanges(const QString& sFilePath) const {
+  return m_pParts->Edits.IsModified(sFilePath);
+}
+
+std::optional<QString> CSourceEditor::EditedText(const QString& sFilePath) const {
+  return m_pParts->Edits.Text(sFilePath);
+}
+
+void CSourceEditor::SetSaved(const QString& sFilePath) {
+  m_pParts->Edits.SetSaved(sFilePath);
+  if (sFilePath == m_pParts->sFilePath) Q_EMIT DocumentStateChanged(GetFileNo(), false);
+}
+
+void CSourceEditor::DropEdits(const QString& sFilePath) {
+  m_pParts->Edits.Drop(sFilePath);
+}
+
+bool CSourceEditor::CanUndo() const {
+  return m_pParts->Edits.CanUndo(m_pParts->sFilePath);
+}
+
+bool CSourceEditor::CanRedo() const {
+  return m_pParts->Edits.CanRedo(m_pParts->sFilePath);
+}
+
+// Instructions can't be edited, nor what a selection holds of them.
+bool SOURCE_EDITOR_PARTS::BeginEdit() {
+  const TEXT_RANGE Range = Cursor.Selection();
+  if (!Editor.IsEditable()) return false;
+  for (int Row = Range.Start.y(); Row <= Range.End.y(); ++Row) {
+    if (Rows.InstructionAt(Row)) return false;
+  }
+  if (!Permission.IsGiven(sFilePath)) return false;
+  if (Edits.Has(sFilePath)) return true;
+  Edits.Open(sFilePath, Rows.Text().Text());
+  Rows.OpenEnd();
+  Colors.Update(Rows.Text(), {Rows.Text().NumLines(), 0, 0});
+  UpdateScrollBars();
+  return true;
+}
+
+EDIT_SELECTION SOURCE_EDITOR_PARTS::EditSelection() const {
+  return {Rows.PositionOf(Cursor.Anchor()), Rows.PositionOf(Cursor.Pos())};
+}
+
+void SOURCE_EDITOR_PARTS::EndEdit(const EDIT_SELECTION& Selection) {
+  MoveCursor([&] { Cursor.Select(Rows.PosOf(Selection.Anchor), Rows.PosOf(Selection.Pos)); });
+}
+
+void SOURCE_EDITOR_PARTS::Press(const QKeyEvent& Event) {
+  if (!BeginEdit()) return;
+  const bool bTab = Event.key() == Qt::Key_Tab || Event.key() == Qt::Key_Backtab;
+  const bool bBack = Event.key() == Qt::Key_Backtab || (Event.modifiers() & Qt::ShiftModifier);
+  const bool bBlock = Cursor.Pos().y() != Cursor.Anchor().y() || bBack;
+  if (bTab && bBlock) {
+    EndEdit(Edits.Indent(sFilePath, EditSelection(), bBack, Metrics.TabSpacing()));
+  } else {
+    EndEdit(Edits.Press(sFilePath, Event, EditSelection()));
+  }
+}
+
+void SOURCE_EDITOR_PARTS::OnChanged(const QString& sPath, int Position, int NumRemoved, const QString& sAdded) {
+  if (sPath != sFilePath) return;
+  const LINE_CHANGE Change = Rows.Replace(Position, NumRemoved, sAdded);
+  const U32 FirstMoved = static_cast<U32>(Change.First + Change.NumOld) + 1;
+  const int NumLines = Change.NumNew - Change.NumOld;
+  Colors.Update(Rows.Text(), Change);
+  Layout.InvalidateLines(Change);
+  if (NumLines != 0) Highlights.MoveLines(FirstMoved, NumLines);
+  UpdateScrollBars();
+  Q_EMIT Editor.DocumentEdited(
+      {Rows.FileNo(), Position, NumRemoved, static_cast<int>(sAdded.size()), FirstMoved, NumLines});
+  Q_EMIT Editor.DocumentStateChanged(Rows.FileNo(), Edits.IsModified(sPath));
+  Q_EMIT Editor.Scrolled();
+}
+
+namespace {
+
+QKeyEvent KeyOf(QKeySequence::StandardKey Key) {
+  const QKeyCombination Combination = QKeySequence(Key)[0];
+  return {QEvent::KeyPress, Combination.key(), Combination.keyboardModifiers()};
+}
+
+}  // namespace
+
+void CSourceEditor::Cut() {
+  m_pParts->Press(KeyOf(QKeySequence::Cut));
+}
+
+void CSourceEditor::Paste() {
+  m_pParts->Press(KeyOf(QKeySequence::Paste));
+}
+
+void CSourceEditor::Undo() {
+  if (CanUndo()) m_pParts->Press(KeyOf(QKeySequence::Undo));
+}
+
+void CSourceEditor::Redo() {
+  if (CanRedo()) m_pParts->Press(KeyOf(QKeySequence::Redo));
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QHash>
+
+#include "base/addr_range.h"
+#include "base/src_loc.h"
+#include "ui/windows/instruction_texts.h"
+#include "ui/windows/line_expansions.h"
+#include "ui/windows/source_text.h"
+#include "ui/windows/source_types.h"
+
+// A document as rows: the lines of its text, and the instructions of those lines that are opened. Asks the program
+// database what code a line has, once a line. Rows count from 0, lines from 1.
+class CSourceRows {
+public:
+  // FileNo: of the program database; the number of a file that is not the program's gives lines without code.
+  void SetText(const QString& sText, U32 FileNo, bool bOpenEnd);
+  const CSourceText& Text() const { return m_Text; }
+  U32 FileNo() const { return m_FileNo; }
+
+  int NumRows() const { return m_Text.NumLines() + m_Expansions.NumRows(); }
+  bool IsSource(int Row) const;
+  const INSTRUCTION_ROW* InstructionAt(int Row) const;
+  // Valid until the next change, or the next question for an instruction's text.
+  QStringView RowText(int Row) const;
+  int RowLength(int Row) const { return static_cast<int>(RowText(Row).size()); }
+  int RowOfLine(U32 Line) const;
+  U32 LineOfRow(int Row) const;
+  CSrcLoc LocOfRow(int Row) const;
+  U32 AddrOfRow(int Row) const;
+  int RowOfAddr(U32 Addr) const;
+  int RowOfCode(U32 Addr) const;
+  QAddrRanges RangesOfRow(int Row) const;
+
+  // Instruction addresses of a line, ascending.
+  const QAddrList& CodeOf(U32 Line) const;
+  bool IsExpanded(U32 Line) const { return m_Expansions.Find(static_cast<int>(Line) - 1) != nullptr; }
+  const INSTRUCTION_ROWS* InstructionsOf(U32 Line) const { return m_Expansions.Find(static_cast<int>(Line) - 1); }
+  bool Expand(U32 Line);
+  bool Collapse(U32 Line) { return m_Expansions.Close(static_cast<int>(Line) - 1); }
+  void ExpandAll();
+  void CollapseAll() { m_Expansions.Clear(); }
+  QSrcLocs ExpandedLocs() const;
+  // Opened lines stay open as far as they have code still.
+  void UpdateInstructions();
+  void SetEncodingsShown(bool bShown) { m_Instructions.SetEncodingsShown(bShown); }
+  int MnemonicColumn() const { return m_Instructions.MnemonicColumn(); }
+  // In characters.
+  int LongestInstruction() const;
+
+  // Where a row comes from and where it stands now: keeps a place over any change of rows.
+  ROW_ORIGIN OriginOf(int Row) const { return m_Expansions.OriginOf(Row); }
+  int RowOf(const ROW_ORIGIN& Origin) const { return m_Expansions.RowOf(Origin); }
+
+  // Positions in the text; an instruction row's is the end of its line.
+  int PositionOf(TEXT_POS Pos) const;
+  TEXT_POS PosOf(int Position) const;
+  LINE_CHANGE Replace(int Position, int NumRemoved, QStringView sAdded);
+  void OpenEnd() { m_Text.OpenEnd(); }
+
+private:
+  CSrcLoc LocOf(U32 Line) const { return {m_FileNo, Line, 0}; }
+  bool IsRow(int Row) const { return Row >= 0 && Row < NumRows(); }
+  U32 FirstLineOf(U32 Addr) const;
+
+  CSourceText m_Text;
+  CLineExpansions m_Expansions;
+  mutable CInstructionTexts m_Instructions;
+  mutable QHash<U32, QAddrList> m_Code;  // by line
+  U32 m_FileNo = 0;
+};
