@@ -3,6 +3,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "program/database/elfapi.h"
+#include "shell/look/look.h"
+#include "shell/settings/color_ids.h"
 #include "ui/windows/source_editor.h"
 
 using namespace Qt::StringLiterals;
@@ -36,7 +39,7 @@ private Q_SLOTS:
     const std::pair<QString, int> Rows[] = {
         {QString(), 0}, {u"a\nb\n"_s, 2}, {u"a\nb"_s, 2}, {u"a\n\n"_s, 2}, {u"\n"_s, 1}};
     for (const auto& [sText, NumRows] : Rows) {
-      m_pEditor->SetText(sText);
+      SetText(sText);
       QCOMPARE(m_pEditor->NumRows(), NumRows);
       Key(Qt::Key_End, Qt::ControlModifier);
       Key(Qt::Key_Down);
@@ -57,7 +60,7 @@ private Q_SLOTS:
         {"word right over a number", QPoint(1, 1), Qt::CTRL | Qt::Key_Right, QPoint(8, 1)},
         {"word right over signs", QPoint(8, 1), Qt::CTRL | Qt::Key_Right, QPoint(16, 1)},
     };
-    m_pEditor->SetText(TEXT);
+    SetText(TEXT);
     const QSignalSpy Moved(m_pEditor.get(), &CSourceEditor::CursorPositionChanged);
     for (const auto& [sWhat, Start, Code, End] : Rows) {
       m_pEditor->SetCursorPos(Start);
@@ -76,12 +79,12 @@ private Q_SLOTS:
         {QPoint(3, 0), Left, {}, u"int"_s},
         {QPoint(3, 0), Right + Left, {}, QString()},
         {QPoint(15, 0), KEYS{Qt::Key_Down, Qt::Key_Home}, {}, u"{\n"_s},
-        {QPoint(12, 1), KEYS{Qt::Key_Down, Qt::Key_Down}, {}, u"step;\n\n"_s},
+        {QPoint(12, 1), KEYS{Qt::Key_Down, Qt::Key_Down}, {}, u"step;\n\n}"_s},
         {QPoint(1, 3), KEYS{Qt::Key_Up}, {}, u"\n}"_s},
         {QPoint(1, 1), KEYS{Qt::Key_Right}, Qt::ControlModifier, u"count_1"_s},
         {QPoint(16, 1), KEYS{Qt::Key_End}, Qt::ControlModifier, u";\n\n}"_s},
     };
-    m_pEditor->SetText(TEXT);
+    SetText(TEXT);
     for (const auto& [Start, Keys, Modifiers, sSelected] : Rows) {
       m_pEditor->SetCursorPos(Start);
       for (const Qt::Key Code : Keys) Key(Code, Modifiers | Qt::ShiftModifier);
@@ -92,7 +95,7 @@ private Q_SLOTS:
   }
 
   void pagesAndEndsScrollTheCursorIntoView() {
-    m_pEditor->SetText(u"line\n"_s.repeated(100));
+    SetText(u"line\n"_s.repeated(100));
     Key(Qt::Key_PageDown);
     QCOMPARE(m_pEditor->CursorPos().y(), PAGE);
     QCOMPARE(m_pEditor->TopRow(), 1);
@@ -107,7 +110,7 @@ private Q_SLOTS:
   }
 
   void aLongRowScrollsSideways() {
-    m_pEditor->SetText(u"short\n"_s + QString(500, QLatin1Char('x')));
+    SetText(u"short\n"_s + QString(500, QLatin1Char('x')));
     m_pEditor->SetCursorPos({0, 1});
     Key(Qt::Key_End);
     const QScrollBar& Bar = *m_pEditor->horizontalScrollBar();
@@ -115,14 +118,15 @@ private Q_SLOTS:
     QCOMPARE(Bar.value(), Bar.maximum());
     Key(Qt::Key_Home);
     QCOMPARE(Bar.value(), 0);
-    m_pEditor->SetText(u"\t\tx"_s);
+    SetText(u"\t\tx"_s);
     QCOMPARE(Bar.maximum(), 0);
   }
 
   void theMouseSelects() {
     m_pEditor->SetLineNumberFreq(0);
+    m_pEditor->SetExpansionBarShown(false);
     m_pEditor->SetTabSpacing(4);
-    m_pEditor->SetText(TEXT);
+    SetText(TEXT);
     Click(0, 4);
     QCOMPARE(m_pEditor->CursorPos(), QPoint(4, 0));
     Click(1, 4);
@@ -136,7 +140,7 @@ private Q_SLOTS:
   }
 
   void selectAllAndCopyByKey() {
-    m_pEditor->SetText(TEXT);
+    SetText(TEXT);
     QApplication::clipboard()->setText(u"before"_s);
     Key(Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QApplication::clipboard()->text(), u"before"_s);
@@ -145,22 +149,24 @@ private Q_SLOTS:
     QCOMPARE(QApplication::clipboard()->text(), TEXT.chopped(1));
   }
 
+  // Instruction rows and more than one colour: see the tests of the rows and of the highlights.
   void aMarkedRowIsPaintedInItsColour() {
-    m_pEditor->SetText(u"line\n"_s.repeated(30));
-    m_pEditor->SetRowColor(3, Qt::green);
+    SetText(u"line\n"_s.repeated(30));
+    m_pEditor->SetLineHighlight(4, COLOR_PC_ACTIVE);
     const auto ColorAt = [this](int y) {
       const QImage Image = m_pEditor->viewport()->grab().toImage();
       return Image.pixelColor(Image.width() - 5, y * m_pEditor->RowHeight() + m_pEditor->RowHeight() / 2);
     };
-    QCOMPARE(ColorAt(3), QColor(Qt::green));
-    QVERIFY(ColorAt(2) != QColor(Qt::green));
+    QCOMPARE(ColorAt(3), GetColor(COLOR_PC_ACTIVE));
+    QVERIFY(ColorAt(2) != GetColor(COLOR_PC_ACTIVE));
     m_pEditor->verticalScrollBar()->setValue(2);
-    QCOMPARE(ColorAt(1), QColor(Qt::green));
-    m_pEditor->SetText(u"line\n"_s.repeated(30));
-    QVERIFY(ColorAt(3) != QColor(Qt::green));
+    QCOMPARE(ColorAt(1), GetColor(COLOR_PC_ACTIVE));
+    SetText(u"line\n"_s.repeated(30));
+    QVERIFY(ColorAt(3) != GetColor(COLOR_PC_ACTIVE));
   }
 
 private:
+  void SetText(const QString& sText) { m_pEditor->SetText(sText, u"a.c"_s, INVALID_FILE_ID); }
   void Key(Qt::Key Code, Qt::KeyboardModifiers Modifiers = {}) { QTest::keyClick(m_pEditor.get(), Code, Modifiers); }
   // Middle of a character's left edge in the viewport, with line numbers off.
   QPoint PointAt(int Row, int Column) const {

@@ -3,11 +3,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
 #include "tests/common/write_file.h"
 #include "ui/windows/observation_points.h"
-#include "ui/windows/source_colors.h"
 #include "ui/windows/source_document.h"
 
 using namespace Qt::StringLiterals;
@@ -128,29 +125,6 @@ private Q_SLOTS:
         {u"a\n"_s.repeated(10) + u"a\r\n"_s, EOL_UNIX},
     };
     for (const auto& [sText, Format] : Rows) QVERIFY2(DetectLineEnding(sText) == Format, qPrintable(sText));
-  }
-
-  void rowsAreColouredAlone() {
-    const QStringList Rows = {u"/* a"_s, u"int if"_s, u"b */ int x;"_s, u"\tif\t\"x\""_s};
-    const QString Expected[] = {u"CCCC"_s, u"CCCCCC"_s, u"CCCCTKKKTTT"_s, u"TTTTKKTTSSS"_s};
-    CSourceColors Colors;
-    Colors.SetText(Rows, SYNTAX_C);
-    for (int Row = 0; Row < 4; ++Row) {
-      QString sKinds;
-      for (const QTextLayout::FormatRange& Format : Colors.FormatsOf(Row, Rows[Row], 4, true)) {
-        QCOMPARE(Format.start, static_cast<int>(sKinds.size()));
-        sKinds += QString(Format.length, KindOf(Format.format.foreground().color()));
-      }
-      QCOMPARE(sKinds, Expected[Row]);
-    }
-  }
-
-private:
-  static QChar KindOf(const QColor& Color) {
-    if (Color == GetColor(COLOR_SYNTAX_COMMENT)) return u'C';
-    if (Color == GetColor(COLOR_SYNTAX_KEYWORD)) return u'K';
-    if (Color == GetColor(COLOR_SYNTAX_STRING)) return u'S';
-    return Color == GetColor(COLOR_SYNTAX_TEXT) ? u'T' : u'?';
   }
 };
 

@@ -22,7 +22,7 @@ EDIT_ANSWER AskUser() {
       QStringLiteral("You are about to edit this document. Note that edited documents might not match\n"
                      "the debug information until the application is recompiled and programmed.\n"
                      "Condinue editing?"),
-      CMessageBox::NO_CHECK_BOX, QStringLiteral("dialog-question.png"),
+      CMessageBox::NO_CHECK_BOX, QStringLiteral("message-question.png"),
       QDialogButtonBox::Yes | QDialogButtonBox::YesToAll | QDialogButtonBox::No));
   pBox->Button(QDialogButtonBox::YesToAll)->setText(QStringLiteral("Yes and do not show again"));
   pBox->exec();

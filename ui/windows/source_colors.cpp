@@ -53,9 +53,10 @@ void CSourceColors::Update(const CSourceText& Text, const LINE_CHANGE& Change) {
   const auto Inserted = m_States.erase(First, First + Change.NumOld);
   m_States.insert(Inserted, static_cast<size_t>(Change.NumNew), Before);
   m_States.resize(static_cast<size_t>(Text.NumLines()), SYNTAX_IDLE);
-  auto State = Change.First > 0 ? StateBehind(Text.Line(Change.First - 1),
-                                              static_cast<SYNTAX_STATE>(m_States[static_cast<size_t>(Change.First) - 1]))
-                                : SYNTAX_IDLE;
+  auto State = Change.First > 0
+                   ? StateBehind(Text.Line(Change.First - 1),
+                                 static_cast<SYNTAX_STATE>(m_States[static_cast<size_t>(Change.First) - 1]))
+                   : SYNTAX_IDLE;
   // Lines behind the change are done where they begin as they did.
   for (int Line = Change.First; Line < Text.NumLines(); ++Line) {
     U8& Known = m_States[static_cast<size_t>(Line)];

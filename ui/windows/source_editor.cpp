@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int SCROLL_AHEAD = 10;  // columns
+constexpr int SCROLL_AHEAD = 10;   // columns
 constexpr int DRAG_INTERVAL = 40;  // milliseconds
 
 }  // namespace

@@ -5,18 +5,17 @@
 #include <optional>
 
 #include <QColor>
-#include <QMap>
 #include <QMenu>
 #include <QPoint>
-#include <QTimer>
 
 #include "base/addr_range.h"
 #include "base/src_loc.h"
 #include "base/types.h"
 #include "ui/syntax/syntax_highlighter.h"
 #include "ui/windows/row_view.h"
-#include "ui/windows/source_colors.h"
 #include "ui/windows/source_types.h"
+
+struct SOURCE_EDITOR_PARTS;
 
 // The text of one document at a time, row by row, painted by itself: built around reading code. A source row whose line
 // has code can be opened, and is followed by its instruction rows then. Rows count from 0 and change with every line
@@ -30,6 +29,7 @@ class CSourceEditor : public CRowView {
 
 public:
   explicit CSourceEditor(QWidget* pParent);
+  ~CSourceEditor() override;
 
   // --- Document
   // Shows a document: its text with line feeds, its path, which names the language and the edits, and its number in
@@ -184,64 +184,23 @@ public:
   // All" and "Collapse All" too.
   void AddMenuEntries(QMenu* pMenu, bool bExpansion);
 
-  // --- Until the window uses what is above
-  void SetText(const QString& sText, bool bMessage = false, SYNTAX_LANGUAGE Language = SYNTAX_PLAIN);
-  void SetRowColor(int Row, const QColor& Color);
-  void ClearRowColors();
-
-Q_SIGNALS:
-  // The context menu is about to be shown: the time to add entries.
-  void MenuRequested(QMenu* pMenu);
-
 protected:
+  bool event(QEvent* pEvent) override;
   void paintEvent(QPaintEvent* pEvent) override;
   void resizeEvent(QResizeEvent* pEvent) override;
   void mousePressEvent(QMouseEvent* pEvent) override;
+  void mouseReleaseEvent(QMouseEvent* pEvent) override;
   void mouseMoveEvent(QMouseEvent* pEvent) override;
   void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
   void keyPressEvent(QKeyEvent* pEvent) override;
+  void inputMethodEvent(QInputMethodEvent* pEvent) override;
+  QVariant inputMethodQuery(Qt::InputMethodQuery Query) const override;
   void contextMenuEvent(QContextMenuEvent* pEvent) override;
+  void leaveEvent(QEvent* pEvent) override;
   void scrollContentsBy(int dx, int dy) override;
   void focusInEvent(QFocusEvent* pEvent) override;
   void focusOutEvent(QFocusEvent* pEvent) override;
 
 private:
-  struct RANGE {
-    TEXT_POS Start;
-    TEXT_POS End;
-  };
-
-  RANGE Selection() const;
-  void MoveTo(TEXT_POS Pos, bool bSelect);
-  TEXT_POS MovedCursor(const QKeyEvent* pEvent) const;
-  TEXT_POS WordBoundary(TEXT_POS Pos, int Direction) const;
-  TEXT_POS Clamped(TEXT_POS Pos) const;
-  int LineNumberWidth() const;
-  bool ShowsLineNumber(int Row) const;
-  QString Expanded(const QString& sText) const;
-  int PixelOf(int Row, int Column) const;
-  int ColumnOf(int Row, int x) const;
-  void UpdateScrollBars();
-  void MeasureRows();
-  // Shows the cursor, and blinks it from now on while the editor has the focus.
-  void RestartBlink();
-  QRect CursorRect() const;
-  void PaintRow(QPainter& Painter, int Row, int y);
-  void PaintSelection(QPainter& Painter, int Row, int y);
-  QColor RowBackground(int Row) const;
-
-  QStringList m_Rows;
-  CSourceColors m_Colors;
-  bool m_bMessage = false;
-  QMap<int, QColor> m_RowColors;
-  TEXT_POS m_Cursor;
-  TEXT_POS m_Anchor;
-  QFont m_LineNumberFont;
-  int m_RowHeight = 16;
-  int m_CharWidth = 8;
-  int m_TabSpacing = 4;
-  int m_LineNumberFreq = 2;
-  int m_WidestRow = 0;  // by columns, tabs expanded
-  bool m_bCursorShown = true;
-  QTimer m_BlinkTimer;
+  std::unique_ptr<SOURCE_EDITOR_PARTS> m_pParts;
 };

@@ -9,7 +9,8 @@ void CSourceEditor::SetEditingAllowed(bool bAllowed) {
 }
 
 bool CSourceEditor::IsEditable() const {
-  return !IsMessage() && !m_pParts->sFilePath.isEmpty() && m_pParts->bEditingAllowed && m_pParts->Permission.IsPossible();
+  return !IsMessage() && !m_pParts->sFilePath.isEmpty() && m_pParts->bEditingAllowed &&
+         m_pParts->Permission.IsPossible();
 }
 
 void CSourceEditor::SetSessionQuery(std::function<bool()> IsInSession) {

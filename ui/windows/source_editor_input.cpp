@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QMetaMethod>
 #include <algorithm>
 
 #include "ui/popup_menu.h"
@@ -190,7 +191,6 @@ void CSourceEditor::contextMenuEvent(QContextMenuEvent* pEvent) {
   }
   CPopupMenu Menu(this);
   AddMenuEntries(&Menu, true);
-  Q_EMIT MenuRequested(&Menu);
   Menu.Run(Pos);
 }
 

@@ -5,8 +5,8 @@
 #include <QTimer>
 
 #include "ui/windows/edit_permission.h"
-#include "ui/windows/source_edits.h"
 #include "ui/windows/source_editor.h"
+#include "ui/windows/source_edits.h"
 #include "ui/windows/source_painter.h"
 
 struct SOURCE_EDITOR_PARTS {
@@ -27,8 +27,8 @@ struct SOURCE_EDITOR_PARTS {
   bool bEditingAllowed = true;
   bool bCursorShown = true;  // at this moment of its blinking
   QTimer BlinkTimer;
-  QTimer DragTimer;           // scrolls while the mouse selects beyond the view
-  bool bSelecting = false;    // the mouse was pressed on the text and is held
+  QTimer DragTimer;            // scrolls while the mouse selects beyond the view
+  bool bSelecting = false;     // the mouse was pressed on the text and is held
   bool bClickPending = false;  // it was pressed on the selection: a click or the begin of a drag
 
   void Load(const QString& sText, const QString& sPath, U32 FileNo, bool bMessage, SYNTAX_LANGUAGE Language);

@@ -35,9 +35,14 @@ int LengthOfStop(const QString& sLine, int TabSpacing) {
 }
 
 constexpr QKeySequence::StandardKey EDIT_KEYS[] = {
-    QKeySequence::Cut,           QKeySequence::Paste,           QKeySequence::Undo,
-    QKeySequence::Redo,          QKeySequence::Delete,          QKeySequence::DeleteStartOfWord,
-    QKeySequence::DeleteEndOfWord, QKeySequence::DeleteEndOfLine,
+    QKeySequence::Cut,
+    QKeySequence::Paste,
+    QKeySequence::Undo,
+    QKeySequence::Redo,
+    QKeySequence::Delete,
+    QKeySequence::DeleteStartOfWord,
+    QKeySequence::DeleteEndOfWord,
+    QKeySequence::DeleteEndOfLine,
 };
 
 }  // namespace
@@ -109,9 +114,7 @@ bool CSourceEdits::CanRedo(const QString& sPath) const {
 }
 
 bool CSourceEdits::IsEdit(const QKeyEvent& Event) {
-  if (std::ranges::any_of(EDIT_KEYS, [&Event](QKeySequence::StandardKey Key) {
-        return const_cast<QKeyEvent&>(Event).matches(Key);
-      })) {
+  if (std::ranges::any_of(EDIT_KEYS, [&Event](QKeySequence::StandardKey Key) { return Event.matches(Key); })) {
     return true;
   }
   const bool bCommand = Event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);

@@ -9,14 +9,14 @@
 // What the ground of a row depends on.
 struct ROW_GROUND {
   bool bInstruction = false;
-  bool bEmpty = false;         // no text
+  bool bEmpty = false;           // no text
   bool bHoldsCursor = false;     // and nothing is selected
   bool bMarksCursor = false;     // the same, and the editor has the focus
-  U32 Line = 0;                // of the source row
-  U32 Addr = INVALID_ADDR;     // of the instruction row
-  int Group = 0;               // of the instruction row
-  bool bExpanded = false;      // the source row's instruction rows are shown,
-  bool bColorBelow = false;    // and one of them has a colour
+  U32 Line = 0;                  // of the source row
+  U32 Addr = INVALID_ADDR;       // of the instruction row
+  int Group = 0;                 // of the instruction row
+  bool bExpanded = false;        // the source row's instruction rows are shown,
+  bool bColorBelow = false;      // and one of them has a colour
   bool bOneInstruction = false;  // they span one instruction at most
 };
 

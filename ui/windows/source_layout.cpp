@@ -5,8 +5,8 @@
 
 namespace {
 
-constexpr int BAR_MARGIN = 3;       // pixels beside an indicator
-constexpr int MIN_NUMBERS = 999;    // the column of line numbers has room for this one
+constexpr int BAR_MARGIN = 3;            // pixels beside an indicator
+constexpr int MIN_NUMBERS = 999;         // the column of line numbers has room for this one
 constexpr char16_t FIRST_WIDE = 0x1100;  // characters from here on may take two cells
 
 }  // namespace

@@ -27,7 +27,9 @@ public:
   int TextLeft() const { return NumberWidth() + BarWidth() + LEFT_MARGIN; }
   // Ahead of the text of an instruction row, as wide as the blanks that its line begins with.
   qreal Indent(int Row) const;
-  qreal XOf(TEXT_POS Pos) const { return TextLeft() + Indent(Pos.y()) + m_Metrics.XOf(m_Rows.RowText(Pos.y()), Pos.x()); }
+  qreal XOf(TEXT_POS Pos) const {
+    return TextLeft() + Indent(Pos.y()) + m_Metrics.XOf(m_Rows.RowText(Pos.y()), Pos.x());
+  }
   int NearestColumn(int Row, qreal x) const;
   int ColumnAt(int Row, qreal x) const;
   bool ShowsLineNumber(U32 Line, U32 CursorLine) const;

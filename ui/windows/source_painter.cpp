@@ -68,8 +68,7 @@ ROW_GROUND CSourcePainter::GroundOf(int Row) const {
   const INSTRUCTION_ROW* const pInstruction = m_S.Rows.InstructionAt(Row);
   Result.bInstruction = pInstruction != nullptr;
   Result.bEmpty = m_S.Rows.RowText(Row).isEmpty();
-  Result.bHoldsCursor =
-      Row == m_S.Cursor.Pos().y() && !m_S.Cursor.HasSelection() && !m_S.Layout.Options.bMessage;
+  Result.bHoldsCursor = Row == m_S.Cursor.Pos().y() && !m_S.Cursor.HasSelection() && !m_S.Layout.Options.bMessage;
   Result.bMarksCursor = Result.bHoldsCursor && m_S.bFocus;
   Result.Line = m_S.Rows.LineOfRow(Row);
   if (pInstruction) {
@@ -142,8 +141,8 @@ void CSourcePainter::PaintUniform(const TEXT_ROW& Row) {
   const int First = static_cast<int>(std::max(0.0, std::floor((Row.ClipLeft - Row.x) / Width)));
   const int End = static_cast<int>(std::ceil((Row.ClipRight - Row.x) / Width));
   const std::vector<TextSpan>& Spans = Row.Spans.Spans;
-  const auto Begin = std::ranges::partition_point(
-      Spans, [First](const TextSpan& Span) { return Span.Start + Span.Length <= First; });
+  const auto Begin =
+      std::ranges::partition_point(Spans, [First](const TextSpan& Span) { return Span.Start + Span.Length <= First; });
   for (auto Span = Begin; Span != Spans.end() && Span->Start < End; ++Span) {
     const int From = std::max(First, Span->Start);
     const int To = std::min(End, Span->Start + Span->Length);
@@ -226,8 +225,8 @@ void CSourcePainter::PaintCursor() {
   const QRect Cursor = CursorRect(m_S);
   if (!m_S.bFocus || !m_S.bCursorShown || m_S.Layout.Options.bMessage || m_S.Rows.NumRows() == 0) return;
   if (Cursor.x() < m_S.Layout.NumberWidth() + m_S.Layout.BarWidth()) return;
-  m_Painter.fillRect(Cursor, IsLight(Ground(m_S.Cursor.Pos().y())) ? QColor(Qt::black)
-                                                                   : m_S.Palette.color(QPalette::Text));
+  m_Painter.fillRect(Cursor,
+                     IsLight(Ground(m_S.Cursor.Pos().y())) ? QColor(Qt::black) : m_S.Palette.color(QPalette::Text));
 }
 
 void CSourcePainter::Paint(const QRect& Dirty) {

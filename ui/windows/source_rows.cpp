@@ -87,7 +87,8 @@ int CSourceRows::RowOfCode(U32 Addr) const {
 }
 
 QAddrRanges CSourceRows::RangesOfRow(int Row) const {
-  if (const INSTRUCTION_ROW* const pInstruction = InstructionAt(Row)) return {{pInstruction->Addr, pInstruction->Length}};
+  if (const INSTRUCTION_ROW* const pInstruction = InstructionAt(Row))
+    return {{pInstruction->Addr, pInstruction->Length}};
   QAddrRanges Result;
   for (const INSTRUCTION_ROW& Instruction : CInstructionTexts::RowsOf(CodeOf(LineOfRow(Row)))) {
     if (!Result.isEmpty() && Result.last().End() == Instruction.Addr) {

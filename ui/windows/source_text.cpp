@@ -11,7 +11,8 @@ std::vector<int> CSourceText::Split(int From, int To) const {
   const char16_t* const pText = reinterpret_cast<const char16_t*>(m_sText.utf16());
   for (int Start = From; Start < To;) {
     Starts.push_back(Start);
-    const char16_t* const pEnd = std::char_traits<char16_t>::find(pText + Start, static_cast<size_t>(To - Start), u'\n');
+    const char16_t* const pEnd =
+        std::char_traits<char16_t>::find(pText + Start, static_cast<size_t>(To - Start), u'\n');
     Start = pEnd ? static_cast<int>(pEnd - pText) + 1 : To;
   }
   if (To == Size()) {

@@ -4,8 +4,8 @@
 #include <QStringView>
 #include <vector>
 
-// What a replacement did to the lines: NumOld lines from First (from 0) on are NumNew others now. Where whole lines were
-// inserted or removed it is these alone.
+// What a replacement did to the lines: NumOld lines from First (from 0) on are NumNew others now. Where whole lines
+// were inserted or removed it is these alone.
 struct LINE_CHANGE {
   int First = 0;
   int NumOld = 0;

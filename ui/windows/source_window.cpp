@@ -16,6 +16,7 @@
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "ui/popup_menu.h"
 #include "ui/tool_tip.h"
 #include "ui/windows/locate_file.h"
 #include "ui/windows/side_bar.h"
@@ -39,7 +40,7 @@ struct SOURCE_WINDOW_STATE {
 
   void Show(int Index);
   void SaveView();
-  void GoToRow(int Row);
+  void GoToRow(int Line);
   void HighlightPcLine();
   unsigned MarksOf(int Row);
 };
@@ -60,7 +61,7 @@ void SOURCE_WINDOW_STATE::SaveView() {
   SOURCE_DOCUMENT* const pDocument = Active();
   if (pDocument && pDocument->bExists) {
     pDocument->SliderPos = pEditor->TopRow();
-    pDocument->CursorPos = pEditor->CursorPos();
+    pDocument->CursorPos = pEditor->CursorTextPos();
   }
 }
 
@@ -69,34 +70,35 @@ void SOURCE_WINDOW_STATE::Show(int Index) {
   Shown = Index;
   SOURCE_DOCUMENT* const pDocument = Active();
   if (pDocument == nullptr) {
-    pEditor->SetText(QString());
+    pEditor->SetMessage(QString());
     return;
   }
   if (pDocument->bExists) {
-    pEditor->SetText(pDocument->sText, false,
-                     CSyntaxHighlighter::GetLanguage(QFileInfo(pDocument->sFilePath).suffix()));
-    pEditor->SetCursorPos(pDocument->CursorPos);
+    pEditor->SetText(pDocument->sText, pDocument->sFilePath, pDocument->FileNo);
+    pEditor->SetCursorTextPos(pDocument->CursorPos);
     pEditor->verticalScrollBar()->setValue(pDocument->SliderPos);
   } else {
-    pEditor->SetText(
+    pEditor->SetMessage(
         QStringLiteral("File not found:\n\n%1\n\nPlease use the source files window to locate the file manually")
-            .arg(pDocument->sFilePath),
-        true);
+            .arg(pDocument->sFilePath));
   }
   HighlightPcLine();
 }
 
-void SOURCE_WINDOW_STATE::GoToRow(int Row) {
+void SOURCE_WINDOW_STATE::GoToRow(int Line) {
+  const int Row = pEditor->RowOfLine(static_cast<U32>(Line) + 1);
   pEditor->EnsureRowVisible(Row);
   pEditor->SetCursorPos({0, Row});
 }
 
 void SOURCE_WINDOW_STATE::HighlightPcLine() {
-  pEditor->ClearRowColors();
+  pEditor->ClearHighlights();
   SOURCE_DOCUMENT* const pDocument = Active();
   const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
   if (pDocument && pDocument->bExists && bHalted && IsPcIn(*pDocument)) {
-    pEditor->SetRowColor(static_cast<int>(PcLoc.Line) - 1, QColor::fromRgba(GetPCColor(bActive)));
+    const U32 ColorID = bActive ? COLOR_PC_ACTIVE : COLOR_PC_INACTIVE;
+    pEditor->SetLineHighlight(PcLoc.Line, ColorID);
+    pEditor->SetAddrHighlight(PcAddr, ColorID);
   }
   pSidebar->update();
 }
@@ -104,7 +106,8 @@ void SOURCE_WINDOW_STATE::HighlightPcLine() {
 unsigned SOURCE_WINDOW_STATE::MarksOf(int Row) {
   const SOURCE_DOCUMENT* const pDocument = Active();
   if (pDocument == nullptr || !pDocument->bExists || pDocument->FileNo == INVALID_FILE_ID) return SIDE_BAR_NONE;
-  const CSrcLoc Loc{pDocument->FileNo, static_cast<U32>(Row) + 1, 0};
+  if (!pEditor->IsSourceRow(Row)) return SIDE_BAR_NONE;
+  const CSrcLoc Loc = pEditor->LocOfRow(Row);
   unsigned Marks = SIDE_BAR_NONE;
   for (const U32 Addr : ELFAPI_GetAddrsOfLoc(Loc)) {
     Marks |= SIDE_BAR_CODE;
@@ -159,12 +162,16 @@ CSourceWindow::CSourceWindow(QWidget* pParent)
   });
   connect(S.pTabs, &QTabBar::tabCloseRequested, this,
           [this](int Index) { PerformAction(ACTION_FILE_CLOSE, m_pState->Documents[Index].sFilePath); });
-  connect(S.pEditor, &CSourceEditor::MenuRequested, this, [this](QMenu* pMenu) {
+  connect(S.pEditor, &CSourceEditor::CustomContextMenuRequested, this, [this](const QPoint& Pos) {
+    CPopupMenu Menu(this);
+    m_pState->pEditor->AddMenuEntries(&Menu, true);
     const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
-    if (pDocument == nullptr || pDocument->bExists) return;
-    const QString sPath = pDocument->sFilePath;
-    pMenu->addSeparator();
-    pMenu->addAction(QStringLiteral("&Locate File..."), this, [this, sPath] { LocateFile(this, sPath); });
+    if (pDocument && !pDocument->bExists) {
+      const QString sPath = pDocument->sFilePath;
+      Menu.AddSeparator();
+      Menu.addAction(QStringLiteral("&Locate File..."), this, [this, sPath] { LocateFile(this, sPath); });
+    }
+    Menu.Run(Pos);
   });
   connect(S.pEditor, &CSourceEditor::CursorPositionChanged, this, [this] { Q_EMIT StatusTextChanged(); });
 }
@@ -215,11 +222,11 @@ void CSourceWindow::ShowNextDocument() {
 
 int CSourceWindow::NumLines() const {
   const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
-  return pDocument && pDocument->bExists ? m_pState->pEditor->NumRows() : 0;
+  return pDocument && pDocument->bExists ? m_pState->pEditor->NumLines() : 0;
 }
 
 int CSourceWindow::CursorLine() const {
-  return m_pState->pEditor->CursorPos().y() + 1;
+  return m_pState->pEditor->CursorTextPos().y() + 1;
 }
 
 void CSourceWindow::Close(const QString& sPath) {
@@ -366,7 +373,7 @@ void CSourceWindow::SetUserConfigStr(const QString& sConfig) {
 
 QString CSourceWindow::GetStatusText() const {
   if (IsEmpty()) return QStringLiteral("Ln 0  Ch 0");
-  const TEXT_POS Pos = m_pState->pEditor->CursorPos();
+  const QPoint Pos = m_pState->pEditor->CursorTextPos();
   return QStringLiteral("Ln %1  Ch %2").arg(Pos.y() + 1).arg(Pos.x() + 1);
 }
 
