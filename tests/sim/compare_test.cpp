@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "tests/sim/batch.h"
+#include "tests/sim/board.h"
 #include "tests/sim/peer_comparison.h"
 
 namespace sim_test {
@@ -27,6 +28,45 @@ TEST_P(CCompare, RandomSequencesAgree) {
     const std::string sDifference = Comparison.Next();
     NumFailures += !sDifference.empty();
     EXPECT_EQ(sDifference, "") << "sequence " << i;
+  }
+}
+
+// Sums of two products, worked out by hand, because the library sets Q for a sum that overflows on the way only.
+TEST(CCompareByHand, DualProductsSetQForTheResultAlone) {
+  constexpr U32 SMLAD = 0xFB202301, SMUAD = 0xFB20F301, SMLSD = 0xFB402301, SMUSD = 0xFB40F301;  // R3, R0, R1, R2
+  constexpr U32 X = 0x10, Q = 1u << 27;
+  const std::tuple<U32, U32, U32, U32, U32, U32> ROWS[] = {
+      // instruction, Rn, Rm, Ra, result, Q; products of the low and of the high halves
+      {SMUAD, 0x80008000, 0x80008000, 0, 0x80000000, Q},               // 2^30 + 2^30
+      {SMUAD, 0x80000001, 0x00018000, 0, 0xFFFF0000, 0},               // -0x8000 - 0x8000
+      {SMUAD | X, 0x80000001, 0x00018000, 0, 0x40000001, 0},           // 1 + 2^30
+      {SMLAD, 0x80008000, 0x80008000, 0xFFFFFFFF, 0x7FFFFFFF, 0},      // 2^31 - 1
+      {SMLAD, 0x80008000, 0x80008000, 0x80000000, 0, 0},               // 2^31 - 2^31
+      {SMLAD, 0x80008000, 0x80008000, 0x7FFFFFFF, 0xFFFFFFFF, Q},      // 2^32 - 1
+      {SMLAD, 0x7FFF8000, 0x80007FFF, 0xFFFF0000, 0x80000000, 0},      // twice -0x3FFF8000, -0x10000
+      {SMLAD, 0x7FFF8000, 0x80007FFF, 0x80000000, 0x00010000, Q},      // twice -0x3FFF8000, -2^31
+      {SMLAD | X, 0x80008000, 0x80008000, 0xFFFFFFFF, 0x7FFFFFFF, 0},  // 2^31 - 1
+      {SMLAD | X, 0x7FFF8000, 0x80007FFF, 0x0000FFFE, 0x7FFFFFFF, 0},  // 2^30 + 0x3FFF0001 + 0xFFFE
+      {SMLAD | X, 0x7FFF8000, 0x80007FFF, 0x0000FFFF, 0x80000000, Q},
+      {SMLSD, 0x7FFF8000, 0x80008000, 0x00007FFF, 0x7FFFFFFF, 0},  // 2^30 + 0x3FFF8000 + 0x7FFF
+      {SMLSD, 0x7FFF8000, 0x80008000, 0x00008000, 0x80000000, Q},
+      {SMLSD, 0x80008000, 0x80007FFF, 0xFFFF8000, 0x80000000, 0},  // -0x3FFF8000 - 2^30 - 0x8000
+      {SMLSD, 0x80008000, 0x80007FFF, 0xFFFF7FFF, 0x7FFFFFFF, Q},
+      {SMLSD | X, 0x80008000, 0x80007FFF, 0x00008000, 0x80000000, Q},  // 2^30 + 0x3FFF8000 + 0x8000
+      {SMUSD, 0x80008000, 0x80007FFF, 0, 0x80008000, 0},               // -0x3FFF8000 - 2^30
+      {SMUSD | X, 0x80008000, 0x80007FFF, 0, 0x7FFF8000, 0},
+  };
+  for (const auto& [Inst, Rn, Rm, Ra, Result, QFlag] : ROWS) {
+    SCOPED_TRACE(testing::Message() << std::hex << Inst << " " << Rn << " " << Rm << " " << Ra);
+    for (const U32 Before : {0u, Q}) {
+      CBoard Board;
+      Board.Load({static_cast<U16>(Inst >> 16), static_cast<U16>(Inst), 0xBE00});
+      for (const auto& [Reg, Value] : {std::pair(0u, Rn), {1u, Rm}, {2u, Ra}}) Board.WriteReg(Reg, Value);
+      Board.WriteReg(VNODE_REG_APSR, Before);
+      EXPECT_EQ(Board.Step(), sim::STOP::SLICE_END);
+      EXPECT_EQ(Board.Reg(3), Result);
+      EXPECT_EQ(Board.Reg(VNODE_REG_APSR), QFlag | Before) << "nothing clears it";
+    }
   }
 }
 
