@@ -6,15 +6,11 @@
 namespace v7em {
 #include "firmware/channels_v7em.inc"
 }
-namespace v6m {
-#include "firmware/channels_v6m.inc"
-}
 
 class ChannelsTest : public CProbeTest {
 protected:
-  // Leave the core halted at its first instruction.
+  // Leaves the core halted at its first instruction.
   void LoadV7() { Connect("nRF52840_xxAA"), Load(0, v7em::IMAGE, sizeof(v7em::IMAGE)); }
-  void LoadV6() { Connect("nRF51822_xxAA"), Load(0, v6m::IMAGE, sizeof(v6m::IMAGE)); }
 
   void Run() { API.VNODEARM_GoEx(0, 1); }
   // Until the firmware has counted so many milliseconds of its own.

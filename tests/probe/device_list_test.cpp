@@ -72,17 +72,6 @@ TEST_F(DeviceListTest, EveryCoreOfTheCoreModelHasAGenericDevice) {
   EXPECT_GE(Names.size(), 21u);
 }
 
-TEST_F(DeviceListTest, WritesNoMoreThanTheCallerHasRoomFor) {
-  VNODEARM_DEVICE_INFO Record;
-  std::memset(&Record, 0xA5, sizeof(Record));
-  Record.SizeOfStruct = offsetof(VNODEARM_DEVICE_INFO, RAMSize);
-  ASSERT_EQ(API.VNODEARM_DEVICE_GetInfo(1, &Record), 0);
-  EXPECT_EQ(Record.RAMSize, 0xA5A5A5A5u);
-  char acName[8] = "xxxxxxx";
-  API.VNODEARM_Core2CoreName(VNODE_CORE_CORTEX_M7, acName, 4);
-  EXPECT_EQ(std::string(acName, 5), std::string("Cor\0x", 5));
-}
-
 TEST_F(DeviceListTest, UsersFileAddsAndReplaces) {
   const std::string sPath = testing::TempDir() + "vnode_devices_" + std::to_string(getpid()) + ".txt";
   const auto AddLine = [&](const std::string& sLine) {

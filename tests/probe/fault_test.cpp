@@ -91,24 +91,6 @@ TEST_F(FaultTest, TargetThatDoesNotHalt) {
   }
 }
 
-TEST_F(FaultTest, BadMemoryGivesNoAnswer) {
-  ASSERT_EQ(Exec("sim.bad-memory 0x20000104 8"), "");
-  ASSERT_EQ(Exec("sim.bad-memory 0x20000200 4"), "");
-  U8 aData[0x200] = {};
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000100, 16, aData, 1), 4);
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000108, 4, aData, 4), 0);
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x2000010C, sizeof(aData), aData, 4), 0xF4);
-  EXPECT_EQ(API.VNODEARM_WriteMemEx(0x20000100, 16, aData, 4), 4);
-  U32 aWord[4];
-  U8 aStatus[4];
-  EXPECT_EQ(API.VNODEARM_ReadMemU32(0x20000100, 4, aWord, aStatus), 2);
-  EXPECT_THAT(aStatus, testing::ElementsAre(0, 1, 1, 0));
-  API.VNODEARM_GoEx(0, 0);
-  EXPECT_EQ(API.VNODEARM_IsHalted(), 0) << "the firmware has its memory";
-  ASSERT_EQ(Exec("sim.clear-faults"), "");
-  EXPECT_EQ(API.VNODEARM_ReadMemEx(0x20000100, 16, aData, 1), 16);
-}
-
 TEST_F(FaultTest, RefusesWrongArguments) {
   std::istringstream Commands(
       "fail;fail Halt;fail NoSuchFunction 1;fail Halt one;fail Halt 1 2 3;fail Halt 1 AFTER;fail Halt 1 AFTER -1;"

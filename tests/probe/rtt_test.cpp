@@ -139,11 +139,4 @@ TEST_F(RttTest, RefusesBlocksThatMakeNoSense) {
   }
 }
 
-TEST_F(RttTest, WorksOnTheSmallestCore) {
-  LoadV6();
-  ASSERT_EQ(Start(), 0);
-  Run();
-  EXPECT_EQ(Talk("hello"), "HELLO");
-}
-
 }  // namespace

@@ -88,7 +88,7 @@ TEST_F(SwoTest, DropsWhatDoesNotFitAndSaysSo) {
 
 TEST_F(SwoTest, ExistsOnCoresWithStimulusPortsOnly) {
   EXPECT_EQ(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO), 0) << "not connected";
-  LoadV6();
+  Connect("nRF51822_xxAA");
   EXPECT_EQ(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO), 0);
   EXPECT_LT(Enable(1), 0);
   EXPECT_LT(API.VNODEARM_SWO_DisableTarget(1), 0);

@@ -76,29 +76,6 @@ void ExpectStop(CBoard& Board, U32 StopAfter) {
   EXPECT_TRUE(!StopAfter || Board.Pc() == CODE_START + StopAfter);
 }
 
-TEST(CDwt, WatchesMatchAddressAccessAndValue) {
-  const std::tuple<const char*, DATA_WATCH, U32> ROWS[] = {
-      {"read", {DATA, 0, 0, 0xFFFFFFFF, 0, true, false}, 2},
-      {"write of a byte in the word", {DATA, 3, 0, 0xFFFFFFFF, 0, false, true}, 4},
-      {"either", {DATA + 4, 0, 0, 0xFFFFFFFF, 0, true, true}, 6},
-      {"upper byte of the halfword", {DATA + 5, 0, 0, 0xFFFFFFFF, 0, false, true}, 6},
-      {"value", {DATA, 7, 0xCD, 0xFFFFFF00, 0, false, true}, 4},
-      {"value in full", {DATA, 7, 0xABCD, 0, 0, false, true}, 6},
-      {"width", {DATA, 7, 0, 0xFFFFFFFF, 2, true, true}, 6},
-      {"wrong value", {DATA + 4, 0, 0xABCE, 0, 0, false, true}, 0},
-      {"beside", {DATA + 6, 0, 0, 0xFFFFFFFF, 0, true, true}, 0},
-  };
-  for (const auto& [sWhat, Watch, StopAfter] : ROWS) {
-    SCOPED_TRACE(sWhat);
-    CBoard Board;
-    LoadAccesses(&Board);
-    const int Index = Board.SetDataWatch(Watch);
-    ExpectStop(Board, StopAfter);
-    Board.ClearDataWatch(Index);
-    ExpectStop(Board, 0);
-  }
-}
-
 TEST(CDwt, ComparatorsStopAsTheirRegistersSay) {
   using COMPARATOR = std::array<U32, 4>;  // index, value, mask, function
   const std::tuple<const char*, COMPARATOR, COMPARATOR, U32> ROWS[] = {

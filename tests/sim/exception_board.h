@@ -20,8 +20,7 @@ inline constexpr U64 MANY = 100'000;
 struct IMAGE_LABELS {
   const U8* pImage;
   U32 NumBytes;
-  U32 Cases;  // table of the cases
-  U32 Done;   // where they end
+  U32 Done;  // where the cases end
 };
 
 struct EXCEPTION_CASE {
@@ -40,11 +39,7 @@ public:
     Program(0, Image.NumBytes, Image.pImage);
     Reset();
   }
-  void Select(U32 Label) {
-    U32 Index = 0;
-    while (Word(m_Image.Cases + 4 * Index) != (Label | 1)) Index++;
-    SetWord(CASE_ADDR, Index);
-  }
+  void Select(U32 Label) { SetWord(CASE_ADDR, Label | 1); }
   std::string Log() {
     std::string s;
     const U32 End = Word(RAM_START);

@@ -10,14 +10,11 @@ namespace {
 
 using sim::STOP;
 
-constexpr IMAGE_LABELS CORE_IMAGE = {IMAGE, sizeof(IMAGE), L_cases, L_done};
+constexpr IMAGE_LABELS CORE_IMAGE = {IMAGE, sizeof(IMAGE), L_done};
 
 const EXCEPTION_CASE ROWS[] = {
     {"SvcOnPsp", L_svc_on_psp, "+11 -11", {42, 0x60000000, 0x20000F04, 0x61000200}},
     {"TailChain", L_tail_chain, "+16 -16 +17 -17"},
-    {"Preempt", L_preempt, "+16 +17 -17 -16"},
-    {"NumberDecides", L_number_decides, "+18 -18 +19 -19"},
-    {"SubpriorityDoesNotPreempt", L_subpriority_does_not_preempt, "+16 -16 +18 -18 +17 -17"},
     {"BasepriHoldsBack", L_basepri_holds_back, "+17 -17 -110 +16 -16", {0x40}},
     {"PendsvAfterSvc", L_pendsv_after_svc, "+11 -11 +14 -14"},
     {"NmiThroughFaultmask", L_nmi_through_faultmask, "+2 -2 +16 -16"},

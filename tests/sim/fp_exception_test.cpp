@@ -8,7 +8,7 @@ namespace {
 
 #include "tests/sim/firmware/fp_exceptions.inc"
 
-constexpr IMAGE_LABELS FP_IMAGE = {IMAGE, sizeof(IMAGE), L_cases, L_done};
+constexpr IMAGE_LABELS FP_IMAGE = {IMAGE, sizeof(IMAGE), L_done};
 
 constexpr U32 ONE = 0x3F800000;
 constexpr U32 TWO = 0x40000000;
@@ -21,7 +21,6 @@ const EXCEPTION_CASE CASES[] = {
     {"LazyUnused", L_lazy_unused, "+11 -11", {0xC0000079, FRAME_S0, NOT_WRITTEN, ONE}},
     {"LazySaved", L_lazy_saved, "+11 -11", {0xC0000078, ONE, 0x80000000, ONE}},
     {"Eager", L_eager, "+11 -11", {0x80000000, ONE, 0xFFFFFFE9, ONE}},
-    {"NoContext", L_no_context, "+11 -11", {0xFFFFFFF9}},
     {"NoAutomaticContext", L_no_automatic_context, "+11 -11", {0xFFFFFFF9, TWO, 0}},
     {"Nested", L_nested, "+16 +17 -17 -16", {0xFFFFFFE9, ONE, 0xC0000078, ONE}},
     {"NestedContexts", L_nested_contexts, "+16 +17 -17 -16", {0xFFFFFFE1, ONE, TWO, ONE}},
@@ -64,23 +63,6 @@ TEST(CFpNone, NothingIsThere) {
   EXPECT_EQ(Board.Word(0xE000EF34), 0u);
   Board.WriteReg(VNODE_REG_CONTROL, 7);
   EXPECT_EQ(Board.Reg(VNODE_REG_CONTROL), 3u);
-}
-
-// What firmware reads to find out which FPU there is.
-TEST(CFpFeatures, TellTheKind) {
-  const std::pair<sim::FPU, std::array<U32, 3>> ROWS[] = {
-      {sim::FPU::V4_SINGLE, {0x10110021, 0x11000011, 0}},
-      {sim::FPU::V5_SINGLE, {0x10110021, 0x11000011, 0x40}},
-      {sim::FPU::V5_DOUBLE, {0x10110221, 0x12000011, 0x40}},
-  };
-  for (const auto& [Fpu, aFeatures] : ROWS) {
-    CExceptionBoard Board(FP_IMAGE, Fpu);
-    for (U32 i = 0; i < aFeatures.size(); i++) EXPECT_EQ(Board.Word(0xE000EF40 + 4 * i), aFeatures[i]);
-    Board.WriteReg(VNODE_REG_FPSCR, 0xFFFFFFFF);
-    EXPECT_EQ(Board.Reg(VNODE_REG_FPSCR), 0xF7C0009Fu);
-    EXPECT_TRUE(Board.WriteReg(VNODE_REG_S0 + 31, 5));
-    EXPECT_EQ(Board.Reg(VNODE_REG_S0 + 31), 5u);
-  }
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// What the memory protection unit forbids, and where that is told; events that no debugger takes.
+// What the memory protection unit forbids where the random comparison does not go: traced, unaligned, outside of all
+// regions, to a lockup; events that no debugger takes.
 
 #include "tests/sim/board.h"
 #include "tests/sim/exception_board.h"
@@ -10,7 +11,6 @@ namespace {
 using sim::STOP;
 
 constexpr U32 ICSR = 0xE000ED04;
-constexpr U32 SHPR2 = 0xE000ED1C;
 constexpr U32 SHCSR = 0xE000ED24;
 constexpr U32 MMFAR = 0xE000ED34;
 constexpr U32 CPACR = 0xE000ED88;
@@ -29,13 +29,9 @@ constexpr U32 Rasr(U32 SizeBits, U32 AP, U32 More = 0) {
   return 1 | (SizeBits - 1) << 1 | AP << 24 | More;
 }
 
-const std::vector<U16> LOAD = {0x6801, 0xBE00};                     // ldr r1, [r0]; bkpt
-const std::vector<U16> STORE = {0x6001, 0xBE00};                    // str r1, [r0]; bkpt
-const std::vector<U16> LOAD_USER = {0xF850, 0x1E00, 0xBE00};        // ldrt r1, [r0]; bkpt
-const std::vector<U16> LOAD_MASKED = {0xB671, 0x6801, 0xBE00};      // cpsid f; ldr r1, [r0]; bkpt
-const std::vector<U16> BRANCH = {0x4700};                           // bx r0
-const std::vector<U16> CALL = {0xDF00, 0xBE00};                     // svc 0; bkpt
-const std::vector<U16> FP_CALL = {0xEEB0, 0x0A40, 0xDF00, 0xBE00};  // vmov.f32 s0, s0; svc 0; bkpt
+const std::vector<U16> LOAD = {0x6801, 0xBE00};                 // ldr r1, [r0]; bkpt
+const std::vector<U16> LOAD_MASKED = {0xB671, 0x6801, 0xBE00};  // cpsid f; ldr r1, [r0]; bkpt
+const std::vector<U16> BRANCH = {0x4700};                       // bx r0
 
 struct PROTECTION_CASE {
   const char* sName;
@@ -47,33 +43,18 @@ struct PROTECTION_CASE {
   U32 CFSR;
   U32 MMFAR = 0;
   bool bUser = false;
-  bool bFaultEnabled = true;
   STOP Stop = STOP::BKPT;
 };
 
 const PROTECTION_CASE ROWS[] = {
     {"Load", LOAD, ON, Rasr(8, 0), PART + 4, 4, 0x82, PART + 4},
-    {"LoadReadOnly", LOAD, ON, Rasr(8, 6), PART + 4, 0, 0},
-    {"StoreReadOnly", STORE, ON, Rasr(8, 6), PART + 4, 4, 0x82, PART + 4},
-    {"LastWordInside", LOAD, ON, Rasr(8, 0), PART + 0xFC, 4, 0x82, PART + 0xFC},
-    {"FirstWordBehind", LOAD, ON, Rasr(8, 0), PART + 0x100, 0, 0},
     {"AcrossTheStart", LOAD, ON, Rasr(8, 0), PART - 2, 4, 0x82, PART},
-    {"PrivilegedOnly", LOAD, ON, Rasr(8, 1), PART, 0, 0},
-    {"PrivilegedOnlyForUser", LOAD, ON, Rasr(8, 1), PART, 4, 0x82, PART, true},
-    {"PrivilegedOnlyAsUser", LOAD_USER, ON, Rasr(8, 1), PART, 4, 0x82, PART},
-    {"UserStoresReadOnly", STORE, ON, Rasr(8, 2), PART, 4, 0x82, PART, true},
-    {"SubregionOff", LOAD, ON, Rasr(8, 0, 0x0200), PART + 0x20, 0, 0},
-    {"SubregionOn", LOAD, ON, Rasr(8, 0, 0x0200), PART + 0x40, 4, 0x82, PART + 0x40},
     {"NoRegion", LOAD, ON, 0, 0x40000000, 4, 0x82, 0x40000000},
     {"DefaultMapIsNotForUsers", LOAD, ON | DEFAULT_MAP, 0, 0x40000000, 4, 0x82, 0x40000000, true},
     {"DefaultMap", LOAD, ON | DEFAULT_MAP, 0, 0x40000000, 5, 0x8200},
     {"SystemSpaceIsNotItsBusiness", LOAD, ON, 0, CFSR, 0, 0},
     {"ExecuteNever", BRANCH, ON, Rasr(8, 3, XN), PART | 1, 4, 0x01},
-    {"ExecuteWhatCannotBeRead", BRANCH, ON, Rasr(8, 0), PART | 1, 4, 0x01},
-    {"Execute", BRANCH, ON, Rasr(8, 3), PART | 1, 0, 0},
-    {"Escalated", LOAD, ON, Rasr(8, 0), PART, 3, 0x82, PART, false, false},
-    {"MaskedIsNotChecked", LOAD_MASKED, ON, Rasr(8, 0), PART, 0, 0},
-    {"MaskedIsChecked", LOAD_MASKED, ON | IN_FAULTS, Rasr(8, 0), PART, 0, 0x82, PART, false, true, STOP::LOCKUP},
+    {"MaskedIsChecked", LOAD_MASKED, ON | IN_FAULTS, Rasr(8, 0), PART, 0, 0x82, PART, false, STOP::LOCKUP},
 };
 
 class CProtectedBoard : public CBoard {
@@ -106,7 +87,6 @@ TEST_P(CProtection, RunAndTraced) {
     CProtectedBoard Board(Case.aCode);
     Board.SetRegion(2, PART, Case.PartRasr);
     Board.SetWord(MPU_CTRL, Case.Control);
-    if (!Case.bFaultEnabled) Board.SetWord(SHCSR, 0);
     Board.WriteReg(VNODE_REG_R0, Case.R0);
     if (Case.bUser) Board.WriteReg(VNODE_REG_CONTROL, 1);
     if (bTraced) Board.StartTrace();
@@ -115,7 +95,7 @@ TEST_P(CProtection, RunAndTraced) {
       EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Case.Exc);
     }
     EXPECT_EQ(Board.Word(CFSR), Case.CFSR);
-    EXPECT_EQ(Board.Word(HFSR), Case.bFaultEnabled && Case.Stop == STOP::BKPT ? 0 : FORCED);
+    EXPECT_EQ(Board.Word(HFSR), Case.Stop == STOP::BKPT ? 0 : FORCED);
     if (Case.MMFAR) {
       EXPECT_EQ(Board.Word(MMFAR), Case.MMFAR);
     }
@@ -124,37 +104,6 @@ TEST_P(CProtection, RunAndTraced) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, CProtection, testing::ValuesIn(ROWS),
                          [](const auto& Info) { return std::string(Info.param.sName); });
-
-// Frames of the process stack, which lies in the region; the handler of SVC takes the region away.
-TEST(CProtectionStack, SavingAndTakingBack) {
-  constexpr U32 TOP = PART + 0x80;
-  struct ROW {
-    const char* sName;
-    std::vector<U16> aCode;
-    std::vector<U16> aHandler;
-    bool bForbidden;  // from the start
-    U32 CFSR;
-  };
-  const ROW aRows[] = {{"MSTKERR", CALL, {0xBE00}, true, 0x10},
-                       {"MUNSTKERR", CALL, {0x6001, 0x4770}, false, 0x08},
-                       {"MLSPERR", FP_CALL, {0x6001, 0xEEB0, 0x0A40, 0xBE00}, false, 0x20}};
-  for (const ROW& Row : aRows) {
-    SCOPED_TRACE(Row.sName);
-    CProtectedBoard Board(Row.aCode);
-    Board.Program(HANDLER, static_cast<U32>(Row.aHandler.size() * 2), Row.aHandler.data());
-    Board.SetRegion(2, PART, Rasr(8, Row.bForbidden ? 0 : 3));
-    Board.SetWord(SHPR2, 0x80000000);
-    Board.SetWord(MPU_CTRL, ON);
-    Board.WriteReg(VNODE_REG_PSP, TOP);
-    Board.WriteReg(VNODE_REG_CONTROL, 2);
-    Board.WriteReg(VNODE_REG_R0, MPU_RASR);
-    Board.WriteReg(VNODE_REG_R0 + 1, Rasr(8, 0));
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BKPT);
-    EXPECT_EQ(Board.Pc(), FAULT_HANDLER);
-    EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), 4u);
-    EXPECT_EQ(Board.Word(CFSR), Row.CFSR);
-  }
-}
 
 TEST(CProtectionRegisters, RegionsAndReset) {
   CProtectedBoard Board(LOAD);

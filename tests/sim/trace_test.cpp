@@ -149,31 +149,6 @@ TEST(CTrace, GoesThroughInterruptsFaultsBreakpointsAndSteps) {
   ExpectSame(Traced, Reference, 1 << 14);
 }
 
-// cmp r0, #0; ite eq; moveq r1, #1; here the second memory begins; movne r2, #2; bkpt
-TEST(CTrace, GoesOverTheSeamOfTwoMemories) {
-  const U16 aCode[] = {0x2800, 0xBF0C, 0x2101, 0x2202, 0xBE00};
-  constexpr U32 SEAM = RAM_START + RAM_SIZE;
-  sim::BOARD_SPEC Spec = MakeSpec();
-  Spec.RAM[1] = {SEAM, 0x100};
-  sim::CMachine Machine(Spec);
-  Machine.Program(SEAM - 6, sizeof(aCode), aCode);
-  Machine.WriteReg(VNODE_REG_XPSR, 1u << 24);
-  Machine.WriteReg(VNODE_REG_PC, SEAM - 6);
-  Machine.StartTrace();
-  EXPECT_EQ(Machine.Run(100, nullptr, false), STOP::BKPT);
-  U32 aRegs[2] = {};
-  for (U32 i = 0; i < 2; i++) Machine.ReadReg(1 + i, &aRegs[i]);
-  EXPECT_EQ(aRegs[0], 1u);
-  EXPECT_EQ(aRegs[1], 0u);
-  std::vector<U32> aPc(10);
-  aPc.resize(Machine.ReadTrace(aPc.data(), 10));
-  EXPECT_EQ(aPc, (std::vector<U32>{SEAM, SEAM - 2, SEAM - 4, SEAM - 6}));
-  U64 Fetched, Skipped;
-  EXPECT_EQ(Machine.ReadTraceCounters(SEAM, 1, &Fetched, &Skipped).NumSkipped, 1u);
-  EXPECT_EQ(Fetched, 1u);
-  EXPECT_EQ(Skipped, 1u);
-}
-
 }  // namespace
 
 }  // namespace sim_test

@@ -1,4 +1,4 @@
-@ Exception cases. The test puts the number of the case at CASE and runs to the BKPT at done. Cases run in thread mode on MSP
+@ Exception cases. The test puts the address of the case at CASE and runs to the BKPT at done. Cases run in thread mode on MSP
 @ with all configurable faults enabled unless they say otherwise.
   .syntax unified
   .cpu cortex-m4
@@ -40,38 +40,6 @@ tail_chain:
   isb
   bx lr
 1: PUT ISPR, 2
-  bx lr
-
-preempt:
-  HOOK 16, 1f
-  PUTB IPR, 0x80
-  PUTB IPR + 1, 0x40
-  PUT ISPR, 1
-  isb
-  bx lr
-1: PUT ISPR, 2
-  isb
-  bx lr
-
-number_decides:
-  cpsid i
-  PUT ISPR, 12
-  isb
-  cpsie i
-  isb
-  bx lr
-
-subpriority_does_not_preempt:
-  HOOK 16, 1f
-  PUT AIRCR, 0x05FA0700         @ all bits are subpriority
-  PUTB IPR, 0x80
-  PUTB IPR + 1, 0x40
-  PUTB IPR + 2, 0x20
-  PUT ISPR, 1
-  isb
-  bx lr
-1: PUT ISPR, 6
-  isb
   bx lr
 
 basepri_holds_back:
@@ -442,63 +410,4 @@ vtor:
   str r1, [r0]
   bx lr
 
-systick:
-  PUT 0xE000E014, 99
-  PUT 0xE000E018, 0
-  PUT 0xE000E010, 7
-  ldr r2, =334
-1: subs r2, #1                  @ three cycles each with the branch
-  nop
-  bne 1b
-  movs r1, #0
-  ldr r0, =0xE000E010
-  str r1, [r0]
-  bx lr
-
   .ltorg
-  .align 2
-cases:
-  .macro ENTRY name
-  .word \name + 1
-  .endm
-  ENTRY svc_on_psp
-  ENTRY tail_chain
-  ENTRY preempt
-  ENTRY number_decides
-  ENTRY subpriority_does_not_preempt
-  ENTRY basepri_holds_back
-  ENTRY pendsv_after_svc
-  ENTRY nmi_through_faultmask
-  ENTRY undefined
-  ENTRY undefined_disabled
-  ENTRY no_coprocessor
-  ENTRY fault_in_fault
-  ENTRY lockup
-  ENTRY svc_masked
-  ENTRY bus_read
-  ENTRY bus_write_flash
-  ENTRY bus_write_buffered
-  ENTRY bus_write_disabled
-  ENTRY bus_write_back
-  ENTRY execute_never
-  ENTRY fetch_nowhere
-  ENTRY arm_state
-  ENTRY bad_return
-  ENTRY unaligned_multiple
-  ENTRY unaligned_trap
-  ENTRY divide_by_zero
-  ENTRY unprivileged
-  ENTRY exclusive_lost
-  ENTRY stack_lost
-  ENTRY wfi_masked
-  ENTRY wfe_events
-  ENTRY unstack_lost
-  ENTRY stack_lost_derived
-  ENTRY vector_lost
-  ENTRY monitor_pended
-  ENTRY late_and_less_urgent
-  ENTRY priority_group_of_two
-  ENTRY pend_by_shcsr
-  ENTRY reset_request
-  ENTRY vtor
-  ENTRY systick

@@ -69,12 +69,6 @@ eager:
   vmov.f32 s0, #2.0
   bx lr
 
-no_context:                     @ without FP instructions the frame is short
-  HOOK 11, save_lr
-  PUT CPACR, 0x00F00000
-  svc 0
-  bx lr
-
 no_automatic_context:           @ ASPEN is clear: FP registers are nobody's
   HOOK 11, 1f
   PUT CPACR, 0x00F00000
@@ -285,28 +279,3 @@ bus_read:                       @ nothing is loaded, the base keeps its value
   bx lr
 
   .ltorg
-  .align 2
-cases:
-  .macro ENTRY name
-  .word \name + 1
-  .endm
-  ENTRY lazy_unused
-  ENTRY lazy_saved
-  ENTRY eager
-  ENTRY no_context
-  ENTRY no_automatic_context
-  ENTRY nested
-  ENTRY nested_contexts
-  ENTRY tail_chained
-  ENTRY on_psp
-  ENTRY default_modes
-  ENTRY no_access
-  ENTRY no_access_unprivileged
-  ENTRY unknown_instruction
-  ENTRY unknown_without_access
-  ENTRY save_fails
-  ENTRY save_fails_not_ready
-  ENTRY restore_refused
-  ENTRY eager_refused
-  ENTRY unaligned
-  ENTRY bus_read

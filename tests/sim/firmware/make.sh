@@ -27,6 +27,5 @@ compile() {
     -T program.ld -o "$tmp/program.elf" program.c -lgcc
 }
 compile -mcpu=cortex-m0 -Os && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v6m.bin
-compile -mcpu=cortex-m3 -O2 && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v7m.bin
 compile -mcpu=cortex-m4 -O3 && arm-none-eabi-objcopy -O binary "$tmp/program.elf" program_v7em.bin
 chmod 644 program_*.bin
