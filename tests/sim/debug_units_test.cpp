@@ -82,6 +82,7 @@ TEST(CDwt, ComparatorsStopAsTheirRegistersSay) {
       {"read", {0, DATA, 2, 5}, {}, 2},
       {"write", {2, DATA, 0, 6}, {2, DATA + 1, 0, 6}, 4},
       {"either, under a mask", {3, DATA + 4, 2, 7}, {}, 6},
+      {"upper byte of the halfword", {0, DATA + 5, 0, 6}, {}, 6},
       {"trace only", {0, DATA, 3, 2}, {}, 0},
       {"halfword", {0, DATA + 4, 1, 0}, {1, 0xABCDABCD, 0, 6 | VALUE | HALF | Linked(0, 0)}, 6},
       {"byte within the halfword", {0, DATA + 4, 1, 0}, {1, 0xABABABAB, 0, 6 | VALUE | BYTE | Linked(0, 0)}, 6},

@@ -172,10 +172,7 @@ next:
   str r1, [r2]
   dsb
   isb
-  tst r9, #FP
-  beq 1f
-  vmov.f32 s0, s0
-1: tst r9, #MASKED
+  tst r9, #MASKED
   beq 1f
   cpsid f
 1: and r1, r9, #USER
@@ -185,7 +182,10 @@ next:
   orr r1, r1, #2
 1: msr control, r1
   isb
-  tbb [pc, r10]
+  tst r9, #FP
+  beq 1f
+  vmov.f32 s0, s0
+1: tbb [pc, r10]
 kinds:
   .byte (load - kinds) / 2, (store - kinds) / 2, (byte - kinds) / 2, (load_user - kinds) / 2
   .byte (store_user - kinds) / 2, (fetch - kinds) / 2, (call - kinds) / 2, 0
