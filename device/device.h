@@ -91,6 +91,19 @@ public:
   int ScheduleWriteLoc(const ELF_SYM_LOC& Loc, U32 NumBytes, const U8* paData);
   int ScheduleEndDownload(bool bHaltFirst, const char* sFileName);
 
+  // --- Terminal and sampling; see CDeviceChannels. Frequencies in Hz, 0 for what was measured and what goes with it.
+  int ScheduleStartSWOTrace(U32 CpuHz, U32 SWOHz);
+  int ScheduleStopSWOTrace(U32 PortMask);
+  int ScheduleReadSWOTrace();
+  int ScheduleStartRTT();
+  int ScheduleStopRTT();
+  int ScheduleReadRTT();
+  int ScheduleWriteRTT(U32 NumBytes, const U8* paData);
+  // paAddrRanges: Cnt pairs of start and exclusive end.
+  int ScheduleStartHSS(U32 Cnt, const U32* paAddrRanges, int IntervalUs, int Flags);
+  int ScheduleStopHSS();
+  int ScheduleReadHSS();
+
   // --- Jobs in general; any thread unless said otherwise.
   // Takes ownership of the job's dynamic parameters in every case. 0, or -1 when refused.
   int ScheduleJob(DEVICE_JOB* pJob);

@@ -17,7 +17,10 @@ CDeviceOps::CDeviceOps(CDeviceContext& Ctx)
       Control(Ctx, Capabilities, Breakpoints, Target),
       Halts(Ctx, Breakpoints, Target, Control),
       Stepper(Ctx, Control, Halts),
-      Connection(Ctx, Info, Capabilities, Commands, Breakpoints, Target) {}
+      Connection(Ctx, Info, Capabilities, Commands, Breakpoints, Target),
+      Channels(Ctx, Commands, Capabilities) {
+  Ctx.pChannels = &Channels;
+}
 
 void CDeviceOps::CheckHandleNotifications() {
   DEVICE_REQUESTS& Requests = Ctx.State.Requests;

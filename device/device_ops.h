@@ -1,6 +1,7 @@
 #pragma once
 // All operations on the target, wired together. CDevice owns one and calls the pieces from its job dispatch.
 
+#include "device/device_channels.h"
 #include "device/device_configurator.h"
 #include "device/execution_control.h"
 #include "device/halt_sequence.h"
@@ -27,6 +28,7 @@ public:
   CHaltSequence Halts;
   CInstStepper Stepper;
   CProbeConnection Connection;
+  CDeviceChannels Channels;
 
   // At the head of each job round: completes a connect, reset or download that a script function has replaced.
   void CheckHandleNotifications();

@@ -197,4 +197,5 @@ struct DEVICE_SETTINGS {
   std::atomic<U32> BreakpointType{BP_TYPE_ANY};  // VAR_BREAKPOINT_TYPE
   std::atomic<U32> AccessWidth{AW_AUTO};         // VAR_ACCESS_WIDTH
   std::atomic<bool> bSemihosting{false};         // VAR_SEMIHOSTING_ENABLED; false: requests are discarded
+  std::atomic<bool> bRTT{false};                 // VAR_RTT_ENABLED
 };

@@ -13,6 +13,12 @@ U32 P(const DEVICE_JOB& Job, U32 Index) {
   return static_cast<U32>(Job.Param[Index]);
 }
 
+// The count of a read or write is its result; what failed has moved nothing.
+int CountResult(int Count, U64& Result) {
+  Result = Count > 0 ? static_cast<U64>(Count) : 0;
+  return Count < 0 ? -1 : 0;
+}
+
 // A write that did not put every byte is a failure.
 int WriteResult(U64 NumWritten, U64 NumWanted) {
   return NumWritten == NumWanted ? 0 : -1;
@@ -28,6 +34,8 @@ CJobDispatch::CJobDispatch(CDeviceOps& Ops, std::function<bool(DEVICE_JOB&)> Rai
   AddRegisterHandlers();
   AddMemoryHandlers();
   AddLocationHandlers();
+  AddTerminalHandlers();
+  AddSamplingHandlers();
 }
 
 void CJobDispatch::SetHandler(U32 Type, HANDLER Handler) {
@@ -180,5 +188,42 @@ void CJobDispatch::AddLocationHandlers() {
   SetHandler(JT_WRITE_LOCATION, [this](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, 1, sizeof(ELF_SYM_LOC)) || !Holds(Job, 1, Job.Param[0], 1)) return -1;
     return Ops.Locations.WriteLoc(*Job.Dyn<ELF_SYM_LOC>(0), P(Job, 0), Job.Dyn<U8>(1));
+  });
+}
+
+void CJobDispatch::AddTerminalHandlers() {
+  CRttChannel& RTT = Ops.Channels.RTT;
+  CSwoChannel& SWO = Ops.Channels.SWO;
+  SetHandler(JT_START_SWO_TRACE, [&SWO](DEVICE_JOB& Job) { return SWO.Start(P(Job, 0), P(Job, 1), P(Job, 2)); });
+  SetHandler(JT_STOP_SWO_TRACE, [&SWO](DEVICE_JOB& Job) { return SWO.Stop(P(Job, 0)); });
+  SetHandler(JT_READ_SWO_TRACE, [&SWO](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
+    return CountResult(SWO.Read(P(Job, 0), P(Job, 1), Job.Dyn<U8>(0)), Job.Result);
+  });
+  SetHandler(JT_START_RTT, [&RTT](DEVICE_JOB&) { return RTT.Start(); });
+  SetHandler(JT_STOP_RTT, [&RTT](DEVICE_JOB&) { return RTT.Stop(); });
+  SetHandler(JT_READ_RTT, [&RTT](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
+    return CountResult(RTT.Read(P(Job, 0), P(Job, 1), Job.Dyn<U8>(0)), Job.Result);
+  });
+  SetHandler(JT_WRITE_RTT, [&RTT](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
+    CountResult(RTT.Write(P(Job, 0), P(Job, 1), Job.Dyn<U8>(0)), Job.Result2);
+    const int Result = WriteResult(Job.Result2, Job.Param[1]);
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  });
+}
+
+void CJobDispatch::AddSamplingHandlers() {
+  CHssChannel& HSS = Ops.Channels.HSS;
+  SetHandler(JT_START_HSS, [&HSS](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], 2 * sizeof(U32))) return -1;
+    return HSS.Start(P(Job, 0), Job.Dyn<U32>(0), static_cast<int>(Job.Param[1]), static_cast<int>(Job.Param[2]));
+  });
+  SetHandler(JT_STOP_HSS, [&HSS](DEVICE_JOB&) { return HSS.Stop(); });
+  SetHandler(JT_READ_HSS, [&HSS](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], 1)) return -1;
+    return CountResult(HSS.Read(P(Job, 0), Job.Dyn<U8>(0)), Job.Result);
   });
 }

@@ -33,6 +33,8 @@ private:
   void AddRegisterHandlers();
   void AddMemoryHandlers();
   void AddLocationHandlers();
+  void AddTerminalHandlers();
+  void AddSamplingHandlers();
 
   CDeviceOps& Ops;
   std::function<bool(DEVICE_JOB&)> RaiseFinished;

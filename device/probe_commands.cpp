@@ -22,12 +22,27 @@ int CProbeCommands::ExecVNodeCmd(const char* sCmd, U32 Len, char* acOut) {
   return -1;
 }
 
-int CProbeCommands::Send(const QByteArray& sCommand, QByteArray* psReply) {
+int CProbeCommands::Send(const QByteArray& sCommand, QByteArray* psReply, int* pCallResult) {
   char acReply[REPLY_BYTES] = {};
-  Ctx.Api.VNODEARM_ExecCommand(sCommand.constData(), acReply, sizeof(acReply));
+  const int CallResult = Ctx.Api.VNODEARM_ExecCommand(sCommand.constData(), acReply, sizeof(acReply));
+  if (pCallResult != nullptr) *pCallResult = CallResult;
   acReply[REPLY_BYTES - 1] = '\0';
   if (psReply != nullptr) *psReply = acReply;
   return acReply[0] == '\0' ? 0 : -1;
+}
+
+int CProbeCommands::Exec(const QByteArray& sCommand) {
+  QByteArray sReply;
+  int CallResult = 0;
+  const QString sShown = QString::fromUtf8(sCommand);
+  if (Send(sCommand, &sReply, &CallResult) == 0) {
+    Ctx.LogDebugMsg(QStringLiteral("Executed V-Node command \"%1\"").arg(sShown));
+    return 0;
+  }
+  const QString sWhy = QString::fromUtf8(sReply);
+  Ctx.LogWarnMsg(QStringLiteral("Error executing V-Node command \"%1\": %2").arg(sShown, sWhy));
+  if (CallResult != 0) Ctx.LogWarnMsg(QStringLiteral("V-Node API call failed: %1").arg(sWhy));
+  return -1;
 }
 
 int CProbeCommands::ExecVNodeScript(const char* sFilePath) {

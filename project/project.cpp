@@ -73,6 +73,7 @@ void CProject::Close() {
   m_ProgramFileTime = QDateTime();
   m_ProjectIds.clear();
   ClearSvdFiles();
+  if (m_Host.ClearRTTSearchRanges) m_Host.ClearRTTSearchRanges();
   SetModified(false);
   m_bOpen = true;
   Q_EMIT Closed(sPath);

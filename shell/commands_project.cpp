@@ -179,18 +179,6 @@ void SetTraceVar(COMMAND_CONTEXT&) {
   if (!Edit.sError.isEmpty()) SetActionError(ID, Edit.sError, Edit.sDetail);
 }
 
-// A frequency that can't be understood leaves the one of before.
-void ConfigSWO(COMMAND_CONTEXT&) {
-  constexpr U32 ID = ACTION_PROJ_CONFIG_SWO;
-  constexpr U32 VARS[] = {VAR_SWO_SPEED, VAR_SWO_CPU_SPEED};
-  if (!CheckActionArgs(ID)) return;
-  for (int i = 0; i < 2; ++i) {
-    bool bOk = false;
-    const U32 FrequencyHz = ParseFrequency(Arg(ID, i), &bOk);
-    if (bOk) SetVarValue(GetVarInfo(VARS[i]), FrequencyHz, 0);
-  }
-}
-
 void SetTraceTiming(COMMAND_CONTEXT&) {
   constexpr U32 ID = ACTION_PROJ_SET_TRACE_TIMING;
   constexpr U32 VARS[] = {VAR_TRACE_PORT_DELAY_0, VAR_TRACE_PORT_DELAY_1, VAR_TRACE_PORT_DELAY_2,
@@ -246,7 +234,6 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_PROJ_SET_BP_TYPE, SetBPType},
     {ACTION_PROJ_SET_TRACE_SOURCE, SetTraceVar<ACTION_PROJ_SET_TRACE_SOURCE, VAR_TRACE_SOURCE>},
     {ACTION_PROJ_SET_TRACE_PORT_WIDTH, SetTraceVar<ACTION_PROJ_SET_TRACE_PORT_WIDTH, VAR_TRACE_PORT_WIDTH>},
-    {ACTION_PROJ_CONFIG_SWO, ConfigSWO},
     {ACTION_PROJ_SET_TRACE_TIMING, SetTraceTiming},
     {ACTION_PROJ_RELOCATE_SYMBOLS, RelocateSymbols},
     {ACTION_PROJ_SET_CONSOLE_LOG_FILE, SetConsoleLogFile},

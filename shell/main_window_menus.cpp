@@ -34,6 +34,7 @@ void CMainWindow::CreateMenus() {
   RegisterTargetCommands(*m_pCommands);
   RegisterMemoryCommands(*m_pCommands);
   RegisterProjectCommands(*m_pCommands);
+  RegisterTerminalCommands(*m_pCommands);
   RegisterWindowCommands(*m_pCommands);
   RegisterEditCommands(*m_pCommands);
   RegisterViewCommands(*m_pCommands);

@@ -5,6 +5,7 @@
 #include "device/data_files/vfile.h"
 #include "device/device.h"
 #include "device/device_context.h"
+#include "device/device_ops.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
 #include "project/project.h"
@@ -66,6 +67,7 @@ void PlugProject() {
     CFileFinder::Get()->Clear();
     CFileFinder::Get()->SetProjectPath(sProjectPath);
   };
+  Host.ClearRTTSearchRanges = [] { Device().Ops().Channels.RTT.ClearSearchRanges(); };
   Host.SetProjectPath = [](const QString& sProjectPath) { CFileFinder::Get()->SetProjectPath(sProjectPath); };
   Host.DeviceCommands = [] { return VNodeCommands(Device().Context().Config); };
   CProject::Get().SetHost(Host);
@@ -88,6 +90,8 @@ void PlugDeviceSettings() {
                       {[] { return Settings.AccessWidth.load(); }, [](U32 Value) { Settings.AccessWidth = Value; }});
   RegisterVarAccessor(VAR_SEMIHOSTING_ENABLED, {[] { return static_cast<U32>(Settings.bSemihosting.load()); },
                                                 [](U32 Value) { Settings.bSemihosting = Value != 0; }});
+  RegisterVarAccessor(VAR_RTT_ENABLED, {[] { return static_cast<U32>(Settings.bRTT.load()); },
+                                        [](U32 Value) { Settings.bRTT = Value != 0; }});
   static CDeviceConfig& Config = Device().Context().Config;
   const auto Register = [](U32 ID, DEV_CONFIG_PARAMS Param) {
     RegisterVarAccessor(ID, {[Param] { return static_cast<U32>(Config.Value(Param)); },

@@ -45,6 +45,13 @@ int ReadBlock(const char* sName, U32 Addr, U32 NumBytes, void* pData) {
   return static_cast<int>(Count);
 }
 
+int Transfer(const char* sName, U32 Channel, U32 NumBytes, void* pData) {
+  if (!Call("%s %x %x", sName, Channel, NumBytes)) return -1;
+  const U32 Count = std::min(NumBytes, CFakeProbe::CHANNEL_BYTES);
+  if (pData != nullptr) std::memset(pData, 'x', Count);
+  return static_cast<int>(Count);
+}
+
 void AddSession(VNODE_API& Api) {
   Api.VNODEARM_GetDLLVersion = [] { return g_pFake->Version; };
   Api.VNODEARM_Open = []() -> const char* {
@@ -212,6 +219,33 @@ void AddBreakpoints(VNODE_API& Api) {
   Api.VNODEARM_ClrDataEvent = [](U32 Handle) { return Call("ClrDataEvent %x", Handle) ? 0 : -1; };
 }
 
+void AddChannels(VNODE_API& Api) {
+  Api.VNODE_RTTERMINAL_Control = [](U32 Command, void*) { return Call("RTT_Control %x", Command) ? 0 : -1; };
+  Api.VNODE_RTTERMINAL_Read = [](U32 Buffer, char* pData, U32 NumBytes) {
+    return Transfer("RTT_Read", Buffer, NumBytes, pData);
+  };
+  Api.VNODE_RTTERMINAL_Write = [](U32 Buffer, const char*, U32 NumBytes) {
+    return Transfer("RTT_Write", Buffer, NumBytes, nullptr);
+  };
+  Api.VNODEARM_SWO_Control = [](U32 Command, void* pData) {
+    return Call(pData ? "SWO_Control %x *" : "SWO_Control %x", Command) ? 0 : -1;
+  };
+  Api.VNODEARM_SWO_EnableTarget = [](U32 CpuHz, U32 SWOHz, int Mode, U32 PortMask) {
+    return Call("SWO_EnableTarget %u %u %x %x", CpuHz, SWOHz, Mode, PortMask) ? 0 : -1;
+  };
+  Api.VNODEARM_SWO_DisableTarget = [](U32 PortMask) { return Call("SWO_DisableTarget %x", PortMask) ? 0 : -1; };
+  Api.VNODEARM_SWO_ReadStimulus = [](int Port, U8* paData, U32 NumBytes) {
+    return static_cast<U32>(Transfer("SWO_ReadStimulus", static_cast<U32>(Port), NumBytes, paData));
+  };
+  Api.VNODE_HSS_Start = [](const VNODE_HSS_BLOCK* paBlocks, int NumBlocks, int PeriodUs, int Flags) {
+    const VNODE_HSS_BLOCK& Last = paBlocks[NumBlocks - 1];
+    const bool bOk = Call("HSS_Start %x last %x+%x every %d %x", NumBlocks, Last.Addr, Last.NumBytes, PeriodUs, Flags);
+    return bOk ? 0 : VNODE_HSS_NOT_SUPPORTED;
+  };
+  Api.VNODE_HSS_Stop = [] { return Call("HSS_Stop") ? 0 : -1; };
+  Api.VNODE_HSS_Read = [](void* pData, U32 NumBytes) { return Transfer("HSS_Read", 0, NumBytes, pData); };
+}
+
 }  // namespace
 
 CFakeProbe::CFakeProbe() : Mem(MEM_SIZE) {
@@ -236,6 +270,7 @@ VNODE_API CFakeProbe::Api() {
   AddCoprocessor(Api);
   AddMemory(Api);
   AddBreakpoints(Api);
+  AddChannels(Api);
   return Api;
 }
 

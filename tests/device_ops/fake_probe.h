@@ -19,6 +19,7 @@ class CFakeProbe {
 public:
   static constexpr U32 MEM_START = 0x20000000;
   static constexpr U32 MEM_SIZE = 0x10000;
+  static constexpr U32 CHANNEL_BYTES = 5;  // that a terminal or sampling channel moves at a time
 
   CFakeProbe();
   ~CFakeProbe();

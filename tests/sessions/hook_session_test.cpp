@@ -135,6 +135,12 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
        {},
        "Debug.Continue();",
        "Debug.Continue():"},
+      {"Project.SetRTT (1); Project.SetSemihosting (1); Project.AddRTTSearchRange (0x20000000, 0x1000);"
+       "Project.SetSWO (1, \"2 MHz\", \"64 MHz\");",
+       {},
+       u"Project.SetSWO (off, \"2 MHz\", \"64 MHz\");\n"_s,
+       "Project.SetTraceSource (\"None\");",
+       ""},
       {"Project.SetBPType (BP_TYPE_HARD);", {}, {}, "Project.SetBPType (BP_TYPE_HARD);", ""},
   };
   for (const auto& Case : aCases) {

@@ -1,0 +1,154 @@
+// Terminal and sampling channels, from their jobs down to the probe library's calls.
+
+#include "device/job_dispatch.h"
+#include "device_fixture.h"
+
+namespace {
+
+class CChannelsTest : public CDeviceOpsTest {
+public:
+  using CDeviceOpsTest::Ctx;
+  using CDeviceOpsTest::Ops;
+  using CDeviceOpsTest::Probe;
+  void SetUp() override {
+    CDeviceOpsTest::SetUp();
+    Ctx.Settings.bRTT = true;
+    Ctx.Config.SetValue(DCP_TARGET_IF, VNODE_TIF_SWD);
+    Probe.SWOSpeeds = {4'000'000, 2'000'000};
+  }
+  // Result of a job with D0 of a size; Cnt is what it counted.
+  int Do(U32 Type, std::initializer_list<U64> Params = {}, U64 DynSize = 0) {
+    DEVICE_JOB Job;
+    Job.Type = Type;
+    std::copy(Params.begin(), Params.end(), Job.Param);
+    if (DynSize > 0) AllocDynParam(Job, 0, DynSize);
+    const int Result = Dispatch.Dispatch(Job);
+    Cnt = Type == JT_WRITE_RTT ? Job.Result2 : Job.Result;
+    FreeDynParams(Job);
+    return Result;
+  }
+  int StartHss(std::vector<U32> Ranges) {
+    return Ops.Channels.HSS.Start(static_cast<U32>(Ranges.size() / 2), Ranges.data(), -1, 1);
+  }
+
+  CJobDispatch Dispatch{Ops, [](DEVICE_JOB&) { return true; }};
+  U64 Cnt = 0;
+};
+
+}  // namespace
+
+TEST_F(CChannelsTest, StartMoveAndStopWithTheConnection) {
+  Connect();
+  Ctx.State.CoreSpeed = 64'000'000;
+  ASSERT_TRUE(Ops.Channels.RTT.AddSearchRange(0x20000000, 0x1000) && Ops.Channels.RTT.AddSearchRange(0x24000000, 16));
+  Ops.Configurator.SetConfigParam(DCP_RTT_ADDR, 0x20000040);
+  Forget();
+  EXPECT_EQ(Do(JT_START_RTT), 0);
+  EXPECT_EQ(Do(JT_READ_RTT, {0, 4000}, 4000), 0);
+  EXPECT_EQ(Cnt, 5u);
+  EXPECT_EQ(Do(JT_WRITE_RTT, {0, 5}, 5), 0);
+  EXPECT_EQ(Do(JT_WRITE_RTT, {0, 7}, 7), -1);  // the target's buffer is full
+  EXPECT_EQ(Cnt, 5u);
+  EXPECT_EQ(Do(JT_START_SWO_TRACE, {0, 0, 1}), 0);
+  EXPECT_EQ(Do(JT_READ_SWO_TRACE, {0, 4000}, 4000), 0);
+  EXPECT_EQ(Cnt, 5u);
+  EXPECT_EQ(StartHss({0x20000000, 0x20000004, 0x20000010, 0x20000018}), 0);
+  EXPECT_EQ(Do(JT_READ_HSS, {250'000}, 250'000), 0);
+  EXPECT_EQ(Probe.CallText(),
+            "ExecCommand SetRTTSearchRanges 0x20000000 0x1000, 0x24000000 0x10, ExecCommand SetRTTAddr 0x20000040, "
+            "RTT_Control 0, RTT_Read 0 fa0, RTT_Write 0 5, RTT_Write 0 7, "
+            "SWO_DisableTarget ffffffff, SWO_Control 2, SWO_GetCompatibleSpeeds 3d09000, "
+            "SWO_EnableTarget 64000000 4000000 0 1, SWO_ReadStimulus 0 fa0, SWO_Control 2 *, "
+            "HSS_Start 2 last 20000010+8 every 0 1, HSS_Read 0 3d090");
+  Forget();
+  Ops.Connection.Disconnect();
+  EXPECT_EQ(Probe.CallText({"RTT_Control", "HSS_Stop", "SWO_DisableTarget"}),
+            "RTT_Control 1, HSS_Stop, SWO_DisableTarget ffffffff");
+  EXPECT_EQ(Do(JT_READ_HSS, {10}, 10), -1);
+  EXPECT_EQ(Do(JT_READ_RTT, {0, 10}, 10), -1);
+  Connect();
+  Ops.Connection.Disconnect();  // nothing was started on this connection
+  EXPECT_EQ(Probe.CallText({"RTT_Control", "HSS_Stop", "SWO_DisableTarget"}), "");
+}
+
+// Each with what has to be in the way, and what the log says.
+TEST_F(CChannelsTest, RefusedInTheirOrder) {
+  enum STATE { OFF, CONNECTED, STARTED };
+  using THIS = CChannelsTest;
+  const auto Read = [](U32 Type, U64 Bytes) { return [=](THIS& T) { return T.Do(Type, {0, Bytes}, Bytes + 1); }; };
+  const auto Start = [](THIS& T) { return T.Do(JT_START_SWO_TRACE, {0, 0, 1}); };
+  const auto Nothing = [](THIS&) {};
+  const struct {
+    STATE State;
+    std::function<void(THIS&)> Prepare;
+    std::function<int(THIS&)> Do;
+    const char* sLog;
+  } aCase[] = {
+      {OFF, Nothing, [](THIS& T) { return T.Do(JT_START_RTT); }, "StartRTT: Not connected"},
+      {OFF, Nothing, [](THIS& T) { return T.Do(JT_STOP_RTT); }, "StopRTT: Not connected"},
+      {OFF, Nothing, Read(JT_READ_RTT, 1'000'000), "ReadRTT: invalid transfer size: 1000000"},
+      {STARTED, [](THIS& T) { T.Ctx.Settings.bRTT = false; }, Read(JT_READ_RTT, 9), "ReadRTT: not enabled"},
+      {CONNECTED, Nothing, Read(JT_READ_RTT, 9), "ReadRTT: not started"},
+      {STARTED, [](THIS& T) { T.Probe.Failing["RTT_Read"] = 0; }, Read(JT_READ_RTT, 9),
+       "ReadRTT: VNODE API call failed"},
+      {OFF, Nothing, Read(JT_WRITE_RTT, 9), "WriteRTT: Not connected"},
+      {CONNECTED, Nothing, Read(JT_WRITE_RTT, 9), "WriteReadRTT: not started"},
+      {CONNECTED, [](THIS& T) { T.Probe.Failing["RTT_Control"] = 0; }, [](THIS& T) { return T.Do(JT_START_RTT); },
+       "Starting RTT; StartRTT: VNODE API call failed: -1"},
+      {CONNECTED,
+       [](THIS& T) {
+         T.Ops.Channels.RTT.AddSearchRange(1, 2);
+         T.Probe.ErrorReply["SetRTTSearchRanges 0x1 0x2"] = "odd";
+       },
+       [](THIS& T) { return T.Do(JT_START_RTT) - 1; },
+       "Error executing V-Node command \"SetRTTSearchRanges 0x1 0x2\": odd; Starting RTT"},
+      {OFF, Nothing, Start, "not connected"},
+      {CONNECTED, [](THIS& T) { T.Ctx.Config.SetValue(DCP_TARGET_IF, VNODE_TIF_JTAG); }, Start,
+       "target interface not set to SWD"},
+      {CONNECTED, [](THIS& T) { T.Ctx.State.aCapability[HW_CAP_SWO] = false; }, Start, "SWO trace not supported"},
+      {CONNECTED, [](THIS& T) { T.Ctx.State.Exec.bTraceEnabled = true; }, Start,
+       "SWO trace cannot be used in conjunction with instruction trace"},
+      {CONNECTED, [](THIS& T) { T.Ctx.State.CoreSpeed = 0; }, Start,
+       "SWO trace cannot be started: invalid core frequency"},
+      {CONNECTED, [](THIS& T) { T.Probe.SWOSpeeds.clear(); }, Start,
+       "Could not find compatible SWO frequencies for CPU clock given."},
+      {CONNECTED, Nothing, Read(JT_READ_SWO_TRACE, 4001), "ReadSWOTrace: invalid read request size"},
+      {CONNECTED, Nothing, Read(JT_READ_SWO_TRACE, 9), "ReadSWOTrace: SWO trace not started"},
+      {OFF, Nothing, [](THIS& T) { return T.StartHss({}); }, "StartHSS: invalid address range input"},
+      {OFF, Nothing, [](THIS& T) { return T.StartHss(std::vector<U32>(1024, 0)); },
+       "StartHSS: invalid address range input"},
+      {OFF, Nothing,
+       [](THIS& T) {
+         return T.StartHss({0, 4});
+       },
+       "StartHSS: not connected"},
+      {CONNECTED, [](THIS& T) { T.Probe.Failing["HSS_Start"] = 0; },
+       [](THIS& T) {
+         return T.StartHss({0, 4});
+       },
+       "Starting HSS; StartHSS: Target hardware does not support high speed sampling"},
+      {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_STOP_HSS); }, "StopHSS: hss data capture not active"},
+      {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_READ_HSS, {9}, 9); }, "ReadHSS: not started"},
+  };
+  for (const auto& Case : aCase) {
+    Ops.Connection.Disconnect();
+    SetUp();
+    Ctx.State.Exec.bTraceEnabled = false;
+    Ops.Channels.RTT.ClearSearchRanges();
+    Probe.Failing.clear();
+    if (Case.State != OFF) Connect();
+    Ctx.State.CoreSpeed = 64'000'000;
+    if (Case.State == STARTED) {
+      ASSERT_EQ(Do(JT_START_RTT), 0);
+    }
+    Case.Prepare(*this);
+    Forget();
+    EXPECT_EQ(Case.Do(*this), -1) << Case.sLog;
+    EXPECT_EQ(Sink.TakeLogs(), Case.sLog);
+  }
+}
+
+TEST_F(CChannelsTest, AsManySearchRangesAsTheProbeTakes) {
+  for (U32 i = 0; i < CRttChannel::MAX_SEARCH_RANGES; ++i) EXPECT_TRUE(Ops.Channels.RTT.AddSearchRange(i, 1));
+  EXPECT_FALSE(Ops.Channels.RTT.AddSearchRange(0, 1));
+}
