@@ -1,53 +1,30 @@
 #include "program/elf/line_reader.h"
 
 #include "program/elf/elf.h"
-#include "program/elf/line_header_check.h"
 #include "program/elf/source_path.h"
 
 namespace {
 
-constexpr U32 FIRST_VERSION_WITH_DIR_0 = 5;  // of line tables: from here on directory 0 is the compilation directory
-constexpr U32 MAX_COLUMN = 0xFFFF;
+constexpr U64 MAX_COLUMN = 0xFFFF;
+constexpr size_t MAX_PATH_LENGTH = 4096;  // bytes; longer ones are damage, and many of them would fill the memory
 
-// Owner of one decoded line table.
-class CLineContext {
-public:
-  CLineContext(const CDwarfSession& Session, const CDie& Unit) {
-    Dwarf_Error Error = nullptr;
-    const int Found = dwarf_offdie_b(Session.Handle(), Unit.Unit().FirstEntry, !Unit.Unit().bTypes, &pUnit, &Error);
-    if (Found == DW_DLV_ERROR) Session.Report(Error, "dwarf_offdie_b");
-    if (Found != DW_DLV_OK) return;
-    Dwarf_Unsigned Version = 0;
-    Dwarf_Small NumTables = 0;
-    const int Result = dwarf_srclines_b(pUnit, &Version, &NumTables, &pContext, &Error);
-    if (Result == DW_DLV_ERROR) Session.Report(Error, "dwarf_srclines_b");
-    if (Result != DW_DLV_OK) pContext = nullptr;
-  }
-  ~CLineContext() {
-    if (pContext) dwarf_srclines_dealloc_b(pContext);
-    if (pUnit) dwarf_dealloc_die(pUnit);
-  }
-  CLineContext(const CLineContext&) = delete;
-  CLineContext& operator=(const CLineContext&) = delete;
-  Dwarf_Line_Context Get() const { return pContext; }
+CByteCursor SectionBytes(const CDwarfSession& Session, const char* sName) {
+  U32 Size = 0;
+  const U8* pData = Session.Section(sName, Size);
+  return CByteCursor(pData, Size, Session.IsBigEndian());
+}
 
-private:
-  Dwarf_Die pUnit = nullptr;
-  Dwarf_Line_Context pContext = nullptr;
-};
+LINE_SECTIONS SectionsOf(const CDwarfSession& Session) {
+  return {SectionBytes(Session, ".debug_line"), SectionBytes(Session, ".debug_line_str"),
+          SectionBytes(Session, ".debug_str")};
+}
 
-std::string IncludeDir(const CDwarfSession& Session, Dwarf_Line_Context pContext, U64 Index) {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Signed Count = 0;
-  const char* sDir = nullptr;
-  if (dwarf_srclines_include_dir_count(pContext, &Count, &Error) != DW_DLV_OK || Index > static_cast<U64>(Count)) {
-    Session.Drop(Error);
-    return std::string();
-  }
-  if (dwarf_srclines_include_dir_data(pContext, static_cast<Dwarf_Signed>(Index), &sDir, &Error) != DW_DLV_OK) {
-    Session.Drop(Error);
-  }
-  return sDir ? sDir : "";
+U8 FlagsOf(const LINE_ROW& Row) {
+  U8 Flags = 0;
+  if (Row.bIsStmt) Flags |= ELF_LINE_IS_STMT;
+  if (Row.bEndSequence) Flags |= ELF_LINE_END_SEQUENCE;
+  if (Row.bPrologueEnd) Flags |= ELF_LINE_PROLOGUE_END;
+  return Flags;
 }
 
 }  // namespace
@@ -59,47 +36,32 @@ CLineReader::TABLE_STATE* CLineReader::StateOf(const CDie& Unit, U32& Offset) {
   return &Tables[Offset];
 }
 
+bool CLineReader::ReadHeader(U32 Offset, LINE_HEADER& Header) const {
+  const LINE_DAMAGE Damage = ReadLineHeader(SectionsOf(Session()), Offset, Header);
+  if (Damage.sWhat) Complain(Damage);
+  return !Damage.sWhat;
+}
+
+I32 CLineReader::PathOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir) {
+  if (!File.sName || !*File.sName) return -1;
+  const std::string_view sDir = File.Dir < Header.aDirs.size() ? Header.aDirs[File.Dir] : "";
+  const std::string_view sName = File.sName;
+  if (sCompDir.size() + sDir.size() + sName.size() > MAX_PATH_LENGTH) return -1;
+  return Table.Intern(JoinSourcePath(sCompDir, std::string(sDir), std::string(sName)));
+}
+
 I32 CLineReader::ReadFiles(const CDie& Unit) {
   U32 Offset = 0;
   TABLE_STATE* pState = StateOf(Unit, Offset);
-  if (!pState) return -1;
-  if (pState->FileTable >= 0) return pState->FileTable;
-  const CDwarfSession& Session = Reader.Libdwarf();
-  U32 SectionSize = 0;
-  const U8* pSection = Session.Section(".debug_line", SectionSize);
-  if (!IsLineHeaderSound(pSection, SectionSize, Offset, Session.IsBigEndian())) return -1;
-  const CLineContext Context(Session, Unit);
-  if (Context.Get()) DecodeFiles(Context.Get(), *pState);
-  return pState->FileTable;
-}
-
-void CLineReader::DecodeFiles(Dwarf_Line_Context pContext, TABLE_STATE& State) {
-  const CDwarfSession& Session = Reader.Libdwarf();
-  Dwarf_Error Error = nullptr;
-  Dwarf_Signed First = 0, Count = 0, End = 0;
-  Dwarf_Unsigned Version = 0;
-  Dwarf_Small NumTables = 0;
-  const char* sCompDir = nullptr;
-  if (dwarf_srclines_files_indexes(pContext, &First, &Count, &End, &Error) != DW_DLV_OK ||
-      dwarf_srclines_version(pContext, &Version, &NumTables, &Error) != DW_DLV_OK) {
-    return Session.Report(Error, "dwarf_srclines_files_indexes");
-  }
-  if (dwarf_srclines_comp_dir(pContext, &sCompDir, &Error) != DW_DLV_OK) Session.Drop(Error);
+  if (!pState || pState->bFilesRead) return pState ? pState->FileTable : -1;
+  pState->bFilesRead = true;
+  LINE_HEADER Header;
+  if (!ReadHeader(Offset, Header)) return -1;
+  const char* sCompDir = Reader.Text(Unit, DW_AT_comp_dir);
   std::vector<I32> aFiles;
-  for (Dwarf_Signed i = First; i < End; ++i) {
-    const char* sName = nullptr;
-    Dwarf_Unsigned Dir = 0, Time = 0, Length = 0;
-    Dwarf_Form_Data16* pMd5 = nullptr;
-    if (dwarf_srclines_files_data_b(pContext, i, &sName, &Dir, &Time, &Length, &pMd5, &Error) != DW_DLV_OK) {
-      Session.Report(Error, "dwarf_srclines_files_data_b", "index", static_cast<U64>(i));
-      break;
-    }
-    const bool bHasDir = Dir != 0 || Version >= FIRST_VERSION_WITH_DIR_0;
-    const std::string sDir = bHasDir ? IncludeDir(Session, pContext, Dir) : std::string();
-    const bool bNamed = sName && *sName;
-    aFiles.push_back(bNamed ? Table.Intern(JoinSourcePath(sCompDir ? sCompDir : "", sDir, sName)) : -1);
-  }
-  State.FileTable = Table.AddFileTable(static_cast<U32>(First), std::move(aFiles));
+  for (const LINE_FILE& File : Header.aFiles) aFiles.push_back(PathOf(Header, File, sCompDir ? sCompDir : ""));
+  pState->FileTable = Table.AddFileTable(Header.FirstFile, std::move(aFiles));
+  return pState->FileTable;
 }
 
 void CLineReader::ReadLines(const CDie& Unit) {
@@ -107,37 +69,35 @@ void CLineReader::ReadLines(const CDie& Unit) {
   TABLE_STATE* pState = StateOf(Unit, Offset);
   if (!pState || pState->FileTable < 0 || pState->bLinesRead) return;
   pState->bLinesRead = true;
-  const CLineContext Context(Reader.Libdwarf(), Unit);
-  if (!Context.Get()) return;
-  Dwarf_Error Error = nullptr;
-  Dwarf_Line* paLines = nullptr;
-  Dwarf_Signed NumLines = 0;
-  const int Result = dwarf_srclines_from_linecontext(Context.Get(), &paLines, &NumLines, &Error);
-  if (Result == DW_DLV_ERROR) return Reader.Libdwarf().Report(Error, "dwarf_srclines_from_linecontext");
-  if (Result != DW_DLV_OK) return;
-  for (Dwarf_Signed i = 0; i < NumLines; ++i) AppendRow(paLines[i], pState->FileTable);
+  LINE_HEADER Header;
+  if (!ReadHeader(Offset, Header)) return;
+  NumBytesRead += Header.Program.Left();
+  if (NumBytesRead > SectionBytes(Session(), ".debug_line").Left()) {
+    return Complain({"line tables lie over each other", "offset", Offset});
+  }
+  const char* sCompDir = Reader.Text(Unit, DW_AT_comp_dir);
+  AppendRows(Header, pState->FileTable, sCompDir ? sCompDir : "");
 }
 
-void CLineReader::AppendRow(Dwarf_Line pLine, I32 FileTable) {
-  Dwarf_Error Error = nullptr;
-  Dwarf_Addr Addr = 0;
-  Dwarf_Unsigned Line = 0, Column = 0, File = 0, Isa = 0, Discriminator = 0;
-  Dwarf_Bool bStatement = 0, bEnd = 0, bPrologueEnd = 0, bEpilogue = 0;
-  const bool bRead =
-      dwarf_lineaddr(pLine, &Addr, &Error) == DW_DLV_OK && dwarf_lineno(pLine, &Line, &Error) == DW_DLV_OK &&
-      dwarf_lineoff_b(pLine, &Column, &Error) == DW_DLV_OK && dwarf_line_srcfileno(pLine, &File, &Error) == DW_DLV_OK &&
-      dwarf_linebeginstatement(pLine, &bStatement, &Error) == DW_DLV_OK &&
-      dwarf_lineendsequence(pLine, &bEnd, &Error) == DW_DLV_OK &&
-      dwarf_prologue_end_etc(pLine, &bPrologueEnd, &bEpilogue, &Isa, &Discriminator, &Error) == DW_DLV_OK;
-  if (!bRead) return Reader.Libdwarf().Report(Error, "dwarf_lineaddr");
-  SRC_LINE Row;
-  Row.Addr = static_cast<U32>(Addr);
-  Row.Line = static_cast<U32>(Line);
-  Row.File = Table.FileOf(FileTable, static_cast<I64>(File));
-  Row.Column = static_cast<U16>(std::min<U64>(Column, MAX_COLUMN));
-  Row.Flags = 0;
-  if (bStatement) Row.Flags |= ELF_LINE_IS_STMT;
-  if (bEnd) Row.Flags |= ELF_LINE_END_SEQUENCE;
-  if (bPrologueEnd) Row.Flags |= ELF_LINE_PROLOGUE_END;
-  Table.AddLine(Row);
+void CLineReader::AppendRows(const LINE_HEADER& Header, I32 FileTable, const std::string& sCompDir) {
+  const size_t NumBefore = Table.Lines().size();
+  CLineProgram Program(Header);
+  size_t NumDefined = 0;
+  U64 Number = ~0ull;
+  I32 File = -1;
+  for (LINE_ROW Row; Program.Next(Row);) {
+    for (; NumDefined < Program.DefinedFiles().size(); ++NumDefined) {
+      Table.AddToFileTable(FileTable, PathOf(Header, Program.DefinedFiles()[NumDefined], sCompDir));
+      Number = ~0ull;
+    }
+    if (Row.File != Number) {
+      Number = Row.File;
+      File = Table.FileOf(FileTable, static_cast<I64>(Number));
+    }
+    Table.AddLine(
+        {static_cast<U32>(Row.Addr), Row.Line, File, static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
+  }
+  if (!Program.Damage().sWhat) return;
+  Complain(Program.Damage());
+  Table.DropLinesFrom(NumBefore);
 }

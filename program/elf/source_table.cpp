@@ -5,6 +5,10 @@ namespace {
 // Compilers enter these among the files for what comes from no file.
 const char* const apNoFileNames[] = {"<built-in>", "<stdin>"};
 
+// More than any program has; a damaged file could ask for a product of its counts.
+constexpr U64 MAX_PATH_BYTES = 256 * 1024 * 1024;
+constexpr U64 MAX_UNITS_OF_FILES = 16 * 1024 * 1024;
+
 }  // namespace
 
 I32 CSourceTable::Intern(const std::string& sPath) {
@@ -13,16 +17,24 @@ I32 CSourceTable::Intern(const std::string& sPath) {
   }
   const auto At = FileByPath.find(sPath);
   if (At != FileByPath.end()) return At->second;
+  if (NumPathBytes + sPath.size() > MAX_PATH_BYTES) return -1;
+  NumPathBytes += sPath.size();
   const I32 File = static_cast<I32>(aFiles.size());
   aFiles.push_back({sPath, {}});
   FileByPath.emplace(aFiles.back().sPath, File);
   return File;
 }
 
-void CSourceTable::AddUnit(I32 File, U32 UnitEntry) {
-  if (File < 0) return;
-  std::vector<U32>& aUnits = aFiles[File].aUnits;
-  if (aUnits.empty() || aUnits.back() != UnitEntry) aUnits.push_back(UnitEntry);
+void CSourceTable::AddUnit(I32 FileTable, U32 UnitEntry) {
+  if (FileTable < 0) return;
+  const std::vector<I32>& aTableFiles = aFileTables[FileTable].aFiles;
+  if (NumUnitsOfFiles + aTableFiles.size() > MAX_UNITS_OF_FILES) return;
+  NumUnitsOfFiles += aTableFiles.size();
+  for (const I32 File : aTableFiles) {
+    if (File < 0) continue;
+    std::vector<U32>& aUnits = aFiles[File].aUnits;
+    if (aUnits.empty() || aUnits.back() != UnitEntry) aUnits.push_back(UnitEntry);
+  }
 }
 
 I32 CSourceTable::AddFileTable(U32 FirstNumber, std::vector<I32> aFileNumbers) {

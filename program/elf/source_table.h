@@ -21,14 +21,16 @@ class CSourceTable {
 public:
   // Position of the path, which is appended when it is new; -1 for the names of no file.
   I32 Intern(const std::string& sPath);
-  // Notes that the compilation unit with that top entry names the file.
-  void AddUnit(I32 File, U32 UnitEntry);
+  // Notes that the compilation unit with that top entry names the files of a table.
+  void AddUnit(I32 FileTable, U32 UnitEntry);
   // One file table of a line program: FirstNumber is the number of its first file, aFiles are positions. Its position.
   I32 AddFileTable(U32 FirstNumber, std::vector<I32> aFiles);
+  // Appends a file to a table.
+  void AddToFileTable(I32 FileTable, I32 File) { aFileTables[FileTable].aFiles.push_back(File); }
   // File of a number as DW_AT_decl_file and line rows give it, -1 if there is none.
   I32 FileOf(I32 FileTable, I64 Number) const;
-  const std::vector<I32>& FilesOf(I32 FileTable) const { return aFileTables[FileTable].aFiles; }
   void AddLine(const SRC_LINE& Line) { aLines.push_back(Line); }
+  void DropLinesFrom(size_t First) { aLines.resize(First); }
 
   U32 NumFiles() const { return static_cast<U32>(aFiles.size()); }
   const char* Path(U32 File) const { return File < aFiles.size() ? aFiles[File].sPath.c_str() : nullptr; }
@@ -49,4 +51,6 @@ private:
   std::unordered_map<std::string_view, I32> FileByPath;
   std::vector<FILE_TABLE> aFileTables;
   std::vector<SRC_LINE> aLines;
+  U64 NumPathBytes = 0;
+  U64 NumUnitsOfFiles = 0;
 };

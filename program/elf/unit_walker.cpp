@@ -118,9 +118,7 @@ void CUnitWalker::NoteTopEntry(DWARF_UNIT& Unit, const CDie& Top) {
 void CUnitWalker::ReadSources(DWARF_UNIT& Unit, const CDie& Top) {
   CStopWatch Watch;
   Unit.FileTable = Lines.ReadFiles(Top);
-  if (Unit.FileTable >= 0) {
-    for (const I32 File : Info.Sources.FilesOf(Unit.FileTable)) Info.Sources.AddUnit(File, Unit.TopEntry);
-  }
+  Info.Sources.AddUnit(Unit.FileTable, Unit.TopEntry);
   Watch.AddTo(Spent.Files);
   Lines.ReadLines(Top);
   Watch.AddTo(Spent.Lines);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <vector>
+
+#include "program/elf/byte_cursor.h"
+
+// What is wrong in a line table; sWhat is null where nothing is.
+struct LINE_DAMAGE {
+  const char* sWhat = nullptr;
+  const char* sItem = nullptr;  // the wrong item
+  U64 Value = 0;                // its value, or its offset in the table for one that is cut off
+};
+
+struct LINE_FILE {
+  const char* sName = nullptr;  // lives in the file; null where a table names it in a way that is not read
+  U64 Dir = 0;
+};
+
+// Sections that a line table and its texts stand in.
+struct LINE_SECTIONS {
+  CByteCursor Line;     // .debug_line
+  CByteCursor LineStr;  // .debug_line_str
+  CByteCursor Str;      // .debug_str
+};
+
+// What stands in front of a line program.
+struct LINE_HEADER {
+  U32 Version = 0;
+  bool b64 = false;  // offsets of 8 bytes
+  U32 MinInstLength = 1;
+  U32 MaxOps = 1;  // operations of an instruction; more than 1 where addresses have an index of operations
+  bool bIsStmt = false;
+  I32 LineBase = 0;
+  U32 LineRange = 0;
+  U32 OpcodeBase = 0;
+  const U8* pOpcodeLengths = nullptr;  // operands of the opcodes from 1 up to OpcodeBase
+  std::vector<const char*> aDirs;      // by their numbers; number 0 is the directory of compilation
+  std::vector<LINE_FILE> aFiles;
+  U32 FirstFile = 1;  // number of the first one
+  CByteCursor Program;
+};
+
+// Reads the header at that offset of .debug_line, of versions 2 to 5. No count of it is trusted: each directory and
+// file takes bytes of the header.
+LINE_DAMAGE ReadLineHeader(const LINE_SECTIONS& Sections, U64 Offset, LINE_HEADER& Header);
