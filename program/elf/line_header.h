@@ -2,14 +2,7 @@
 
 #include <vector>
 
-#include "program/elf/byte_cursor.h"
-
-// What is wrong in a line table; sWhat is null where nothing is.
-struct LINE_DAMAGE {
-  const char* sWhat = nullptr;
-  const char* sItem = nullptr;  // the wrong item
-  U64 Value = 0;                // its value, or its offset in the table for one that is cut off
-};
+#include "program/elf/unit_header.h"
 
 struct LINE_FILE {
   const char* sName = nullptr;  // lives in the file; null where a table names it in a way that is not read
@@ -42,4 +35,4 @@ struct LINE_HEADER {
 
 // Reads the header at that offset of .debug_line, of versions 2 to 5. No count of it is trusted: each directory and
 // file takes bytes of the header.
-LINE_DAMAGE ReadLineHeader(const LINE_SECTIONS& Sections, U64 Offset, LINE_HEADER& Header);
+DWARF_DAMAGE ReadLineHeader(const LINE_SECTIONS& Sections, U64 Offset, LINE_HEADER& Header);

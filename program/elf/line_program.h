@@ -22,7 +22,7 @@ public:
 
   // False behind the last row, and at damage.
   bool Next(LINE_ROW& Row);
-  const LINE_DAMAGE& Damage() const { return Wrong; }
+  const DWARF_DAMAGE& Damage() const { return Wrong; }
   // Files that the program itself has named up to here; they follow those of the header.
   const std::vector<LINE_FILE>& DefinedFiles() const { return aDefined; }
 
@@ -31,7 +31,7 @@ private:
   CByteCursor Bytes;
   LINE_ROW State;
   std::vector<LINE_FILE> aDefined;
-  LINE_DAMAGE Wrong;
+  DWARF_DAMAGE Wrong;
 
   void Reset();
   void Refuse(const char* sWhat, const char* sItem, U64 Value) {

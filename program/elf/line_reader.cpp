@@ -8,15 +8,8 @@ namespace {
 constexpr U64 MAX_COLUMN = 0xFFFF;
 constexpr size_t MAX_PATH_LENGTH = 4096;  // bytes; longer ones are damage, and many of them would fill the memory
 
-CByteCursor SectionBytes(const CDwarfSession& Session, const char* sName) {
-  U32 Size = 0;
-  const U8* pData = Session.Section(sName, Size);
-  return CByteCursor(pData, Size, Session.IsBigEndian());
-}
-
 LINE_SECTIONS SectionsOf(const CDwarfSession& Session) {
-  return {SectionBytes(Session, ".debug_line"), SectionBytes(Session, ".debug_line_str"),
-          SectionBytes(Session, ".debug_str")};
+  return {Session.Bytes(DEBUG_SECTION::Line), Session.Bytes(DEBUG_SECTION::LineStr), Session.Bytes(DEBUG_SECTION::Str)};
 }
 
 U8 FlagsOf(const LINE_ROW& Row) {
@@ -37,7 +30,7 @@ CLineReader::TABLE_STATE* CLineReader::StateOf(const CDie& Unit, U32& Offset) {
 }
 
 bool CLineReader::ReadHeader(U32 Offset, LINE_HEADER& Header) const {
-  const LINE_DAMAGE Damage = ReadLineHeader(SectionsOf(Session()), Offset, Header);
+  const DWARF_DAMAGE Damage = ReadLineHeader(SectionsOf(Session()), Offset, Header);
   if (Damage.sWhat) Complain(Damage);
   return !Damage.sWhat;
 }
@@ -72,7 +65,7 @@ void CLineReader::ReadLines(const CDie& Unit) {
   LINE_HEADER Header;
   if (!ReadHeader(Offset, Header)) return;
   NumBytesRead += Header.Program.Left();
-  if (NumBytesRead > SectionBytes(Session(), ".debug_line").Left()) {
+  if (NumBytesRead > Session().Bytes(DEBUG_SECTION::Line).Left()) {
     return Complain({"line tables lie over each other", "offset", Offset});
   }
   const char* sCompDir = Reader.Text(Unit, DW_AT_comp_dir);

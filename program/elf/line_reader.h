@@ -35,7 +35,7 @@ private:
   bool ReadHeader(U32 Offset, LINE_HEADER& Header) const;
   I32 PathOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir);
   void AppendRows(const LINE_HEADER& Header, I32 FileTable, const std::string& sCompDir);
-  void Complain(const LINE_DAMAGE& Damage) const {
+  void Complain(const DWARF_DAMAGE& Damage) const {
     Session().Complain(Damage.sWhat, "CLineReader", Damage.sItem, Damage.Value);
   }
 };
