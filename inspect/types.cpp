@@ -60,10 +60,7 @@ void PrintEnumerator(ELF_SYM_HANDLE hMember, const std::string& sOwner) {
 // significant bit of the first byte, in big-endian files from the most significant one.
 I64 FirstBit(ELF_SYM_HANDLE hPart, U32 Width) {
   const I64 Position = ELF_GetBitOffset(hPart);
-  I64 FromBegin = 0;
-  const bool bAsItStands = ELF_GetAttrValue(hPart, ELF_ATTR_DATA_BIT_OFFSET, &FromBegin) == 0;
-  return ELF_IsTargetBigEndian() && !bAsItStands ? I64{BITS_PER_BYTE} * ELF_GetSize(hPart) - Position - Width
-                                                 : Position;
+  return ELF_IsTargetBigEndian() ? I64{BITS_PER_BYTE} * ELF_GetSize(hPart) - Position - Width : Position;
 }
 
 // A member or base at its place in the whole type.

@@ -9,6 +9,19 @@ bool IsDefinition(const CDieReader& Reader, const CDie& Die) {
   return !Reader.Has(Die, DW_AT_declaration) && !Reader.Has(Die, DW_AT_artificial);
 }
 
+bool HasCode(const CDie& Die) {
+  return Die.Has(DW_AT_low_pc) || Die.Has(DW_AT_ranges);
+}
+
+bool HasPlaceOrValue(const CDie& Die) {
+  return Die.Has(DW_AT_location) || Die.Has(DW_AT_const_value);
+}
+
+// Functions that a compiler made up count where they have code: a lambda's, constructors of globals.
+bool IsFunction(const CDie& Die) {
+  return !Die.Has(DW_AT_declaration) && (!Die.Has(DW_AT_artificial) || HasCode(Die));
+}
+
 bool HasByteSize(const CDieReader& Reader, const CDie& Die) {
   return Reader.Integer(Die, DW_AT_byte_size).value_or(0) != 0;
 }
@@ -22,7 +35,7 @@ std::vector<U32>* ListOf(DWARF_INFO& Info, const CDie& Die, U32 Tag, bool bInFun
     case DW_TAG_variable:
       return !bTypeUnit && !bInFunction && IsDefinition(Reader, Die) ? &Lists.aGlobalVars : nullptr;
     case DW_TAG_subprogram:
-      return !bTypeUnit && IsDefinition(Reader, Die) ? &Lists.aFunctions : nullptr;
+      return !bTypeUnit && IsFunction(Die) ? &Lists.aFunctions : nullptr;
     case DW_TAG_inlined_subroutine:
       return !bTypeUnit && IsDefinition(Reader, Die) ? &Lists.aInlinedFuncs : nullptr;
     case DW_TAG_namespace:
@@ -70,6 +83,12 @@ void NoteEntryFunc(DWARF_INFO& Info, const CDie& Die, U32 Entry) {
   if (sName && std::strcmp(sName, "main") == 0) Lists.NamedEntryFunc = Entry;
 }
 
+void NoteOrigin(DWARF_INFO& Info, const CDie& Die) {
+  if (!Die.Has(DW_AT_abstract_origin) || !HasPlaceOrValue(Die)) return;
+  const std::optional<DIE_REF> Origin = Info.Reader.Reference(Die, DW_AT_abstract_origin);
+  if (Origin) Info.Lists.aOriginsOfVars.push_back(*Origin);
+}
+
 }  // namespace
 
 bool IsFunctionTag(U32 Tag) {
@@ -92,7 +111,20 @@ bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Func) {
   if (!paList) return bOwned;
   paList->push_back(Entry);
   if (Tag == DW_TAG_subprogram) NoteEntryFunc(Info, Die, Entry);
+  if (Tag == DW_TAG_variable) NoteOrigin(Info, Die);
   return true;
+}
+
+void DropAbstractVars(DWARF_INFO& Info) {
+  std::vector<U32> aOrigins;
+  for (const DIE_REF& Ref : Info.Lists.aOriginsOfVars) aOrigins.push_back(Info.Index.Find(Ref));
+  std::sort(aOrigins.begin(), aOrigins.end());
+  std::erase_if(Info.Lists.aGlobalVars, [&](U32 Entry) {
+    if (!std::binary_search(aOrigins.begin(), aOrigins.end(), Entry)) return false;
+    const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
+    return Die && !HasPlaceOrValue(Die);
+  });
+  Info.Lists.aOriginsOfVars = {};
 }
 
 void SortOwned(DIE_LISTS& Lists) {
@@ -105,18 +137,14 @@ void SortOwned(DIE_LISTS& Lists) {
 
 namespace {
 
-bool HasCode(const CDieReader& Reader, const CDie& Die) {
-  return Reader.Has(Die, DW_AT_low_pc) || Reader.Has(Die, DW_AT_ranges);
-}
-
 // The function itself, or the one with code that it is the abstract origin of: a link-time optimiser parts the two.
 U32 ConcreteFunc(const DWARF_INFO& Info, U32 Func) {
   const CDie Die = Func ? Info.Reader.Load(Info.Index.Ref(Func)) : CDie();
-  if (!Die || HasCode(Info.Reader, Die)) return Func;
+  if (!Die || HasCode(Die)) return Func;
   for (const U32 Entry : Info.Lists.aFunctions) {
     const CDie Other = Info.Reader.Load(Info.Index.Ref(Entry));
     const std::optional<DIE_REF> Origin = Other ? Info.Reader.Reference(Other, DW_AT_abstract_origin) : std::nullopt;
-    if (Origin && Info.Index.Find(*Origin) == Func && HasCode(Info.Reader, Other)) return Entry;
+    if (Origin && Info.Index.Find(*Origin) == Func && HasCode(Other)) return Entry;
   }
   return Func;
 }

@@ -1,5 +1,6 @@
 #include "program/elf/die_location.h"
 
+#include "program/elf/bit_field.h"
 #include "program/elf/collectors.h"
 #include "program/elf/die_lookup.h"
 #include "program/elf/die_types.h"
@@ -73,7 +74,8 @@ ELF_SYM_LOC MemberOffset(const DWARF_INFO& Info, U32 Entry) {
   }
   const U32 Parent = Info.Index.Get(Entry).Parent;
   const bool bInUnion = Parent && Info.Index.Get(Parent).Tag == DW_TAG_union_type;
-  return bInUnion || Lookup.Integer(Entry, DW_AT_data_bit_offset) ? InParent(0) : ELF_SYM_LOC();
+  if (Lookup.OwnerOf(Entry, DW_AT_data_bit_offset)) return InParent(PlaceOfBits(Info, Entry).Offset);
+  return bInUnion ? InParent(0) : ELF_SYM_LOC();
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ struct DIE_OWNED {
 // Numbers of the entries that the traversal picked out, in file order.
 struct DIE_LISTS {
   std::vector<U32> aGlobalVars;
+  std::vector<DIE_REF> aOriginsOfVars;  // abstract origins of the globals with a place, during the walk
   std::vector<U32> aFunctions;
   std::vector<U32> aInlinedFuncs;
   std::vector<U32> aTypes;

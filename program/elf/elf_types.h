@@ -27,8 +27,8 @@ ELF_SYM_HANDLE ELF_GetType(ELF_SYM_HANDLE hSym, bool bFollow);
 const char* ELF_GetTypeName(ELF_SYM_HANDLE hSym);
 // 0, or -1 and an unchanged *pOut where the type of the entry is no array.
 int ELF_GetArrayInfo(ELF_SYM_HANDLE hSym, ELF_ARRAY_INFO* pOut);
-// Position of a bit field in its storage unit, in bits from the least significant one. DW_AT_data_bit_offset is handed
-// out as it stands: bits from the start of the record, in big-endian files counted from the most significant one.
+// Position of a bit field in its storage unit, in bits from the least significant one. The storage unit is as large as
+// the member's type and stands at ELF_GetLocation, whichever attributes say it.
 U32 ELF_GetBitOffset(ELF_SYM_HANDLE hSym);
 // Width of a bit field in bits, 0 for every other member.
 U32 ELF_GetBitSize(ELF_SYM_HANDLE hSym);

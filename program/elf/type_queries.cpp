@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "program/elf/bit_field.h"
 #include "program/elf/collectors.h"
 #include "program/elf/die_lookup.h"
 #include "program/elf/die_types.h"
@@ -13,7 +14,6 @@ namespace {
 
 constexpr U32 MAX_CONST_SIZE = 256;  // bytes
 constexpr U32 CONST_NUMBER_SIZE = 4;
-constexpr U32 BITS_PER_BYTE = 8;
 constexpr U32 MAX_ORIGINS = 6;
 
 // The lookup's answer for the handle's entry, the neutral value for every other handle.
@@ -28,22 +28,6 @@ U32 NumberOf(ELF_SYM_HANDLE hSym, U32 Attr) {
   return Ask(hSym, 0u, [=](const DWARF_INFO& Info, U32 Entry) {
     return static_cast<U32>(CDieLookup(Info).Integer(Entry, Attr).value_or(0));
   });
-}
-
-U32 BitOffset(const DWARF_INFO& Info, U32 Entry) {
-  const CDieLookup Lookup(Info);
-  if (const std::optional<I64> Position = Lookup.Integer(Entry, DW_AT_data_bit_offset))
-    return static_cast<U32>(*Position);
-  const std::optional<I64> FromHighEnd = Lookup.Integer(Entry, DW_AT_bit_offset);
-  if (!FromHighEnd) return 0;
-  const U32 Offset = static_cast<U32>(*FromHighEnd);
-  const U32 Width = static_cast<U32>(Lookup.Integer(Entry, DW_AT_bit_size).value_or(0));
-  if (Width == 0) return Offset;
-  U32 Size = static_cast<U32>(Lookup.Integer(Entry, DW_AT_byte_size).value_or(0));
-  if (Size == 0) Size = Width / BITS_PER_BYTE;
-  if (Size == 0) Size = Lookup.TypeSize(Info.Index.Get(Entry).Parent);
-  const U32 Bits = Size * BITS_PER_BYTE;
-  return (Bits >= Width + Offset ? Bits : 32) - Width - Offset;
 }
 
 // The class whose member the entry, its declaration or its origin is; 0 if there is none.
@@ -125,7 +109,7 @@ int ELF_GetArrayInfo(ELF_SYM_HANDLE hSym, ELF_ARRAY_INFO* pOut) {
 }
 
 U32 ELF_GetBitOffset(ELF_SYM_HANDLE hSym) {
-  return Ask(hSym, 0u, BitOffset);
+  return Ask(hSym, 0u, [](const DWARF_INFO& Info, U32 Entry) { return PlaceOfBits(Info, Entry).Position; });
 }
 U32 ELF_GetBitSize(ELF_SYM_HANDLE hSym) {
   return NumberOf(hSym, DW_AT_bit_size);

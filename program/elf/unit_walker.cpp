@@ -57,6 +57,7 @@ bool CUnitWalker::Walk() {
   }
   ReadTypeUnitFiles();
   Info.Index.ResolveSpecifications();
+  DropAbstractVars(Info);
   SortOwned(Info.Lists);
   Info.EntryFunc = FindEntryFunc(Info);
   return true;

@@ -1,5 +1,8 @@
+#include <map>
+
 #include "elf_fixture.h"
 #include "program/elf/base_type_name.h"
+#include "program/elf/elf_types.h"
 #include "program/elf/source_path.h"
 
 using ElfDwarf = CElfTest;
@@ -112,6 +115,27 @@ TEST_F(ElfDwarf, TreeOfEntries) {
   EXPECT_EQ(ELF_GetTag(ELF_GetDieByOffset(pFile, 12, false)), ELF_TAG_COMPILE_UNIT) << "behind the unit's header";
   EXPECT_EQ(ELF_GetDieByOffset(pFile, 13, false), 0u) << "inside an entry";
   EXPECT_EQ(ELF_GetTag(hMain | 0x1C000000), ELF_TAG_INVALID) << "a slot that is not open";
+}
+
+// What a compiler marks as made up is a function where it has code: that of a lambda.
+TEST_F(ElfDwarf, FunctionsOfLambdas) {
+  for (const char* sFile : {"gcc_v2_O0", "gcc_v5_O0", "clang_v5_O0"}) {
+    Open(std::string("../../corpus/data/") + sFile + ".elf");
+    EXPECT_STREQ(ELF_GetDeclFile(Function("operator()")), "/corpus/model.cpp") << sFile;
+  }
+}
+
+// Link-time optimisation leaves an entry without a place beside each variable's; only one of the two is in the list.
+TEST_F(ElfDwarf, GlobalsOfLinkTimeOptimisation) {
+  Open("../../corpus/data/gcc_v5_O2_lto.elf");
+  std::map<std::string, U32> NumByName;
+  for (U32 i = 0; i < ELF_GetNumGlobalVars(pFile); ++i) ++NumByName[NameOf(ELF_GetGlobalVar(pFile, i))];
+  const std::pair<const char*, bool> aVariables[] = {{"table", true},   {"made", true},    {"nodes", true},
+                                                     {"counter", true}, {"status", false}, {"grid", false}};
+  for (const auto& [sName, bPlace] : aVariables) {
+    EXPECT_EQ(NumByName[sName], 1u) << sName;
+    EXPECT_EQ(ELF_GetLocation(Variable(sName), 0).Type == ELF_LOC_MEM, bPlace) << sName;
+  }
 }
 
 TEST_F(ElfDwarf, SourceFilesAndTheirUnits) {

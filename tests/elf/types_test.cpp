@@ -85,20 +85,35 @@ TEST_F(ElfTypes, Arrays) {
 }
 
 TEST_F(ElfTypes, BitFields) {
-  // member, width, position
-  const std::tuple<const char*, U32, U32> aCases[] = {
-      {"valid", 1, 0}, {"mode", 3, 1}, {"level", 7, 4}, {"rest", 0, 0}, {"wide", 40, 24},
+  // member, width, position, position in big-endian files
+  const std::tuple<const char*, U32, U32, U32> aCases[] = {
+      {"valid", 1, 0, 31}, {"mode", 3, 1, 28}, {"level", 7, 4, 21}, {"rest", 0, 0, 0}, {"wide", 40, 24, 0},
   };
-  for (const char* sFile : {"gcc_v2_O0", "gcc_v4_Og", "gcc_v5_O0", "clang_v4_O0", "clang_v5_O0"}) {
+  for (const char* sFile : {"gcc_v2_O0", "gcc_v4_Og", "gcc_v5_O0", "clang_v4_O0", "clang_v5_O0", "gcc_v4_O1_be8",
+                            "gcc_v5_O2_be32", "clang_v5_O1_be8"}) {
     OpenCorpus(sFile);
     const ELF_SYM_HANDLE hStatus = Variable("status");
     EXPECT_THAT(MemberNames(hStatus), ElementsAre("valid", "mode", "level", "rest", "wide"));
-    for (const auto& [sName, Width, Position] : aCases) {
+    for (const auto& [sName, Width, Position, BigEndianPosition] : aCases) {
       SCOPED_TRACE(std::string(sFile) + " " + sName);
       EXPECT_EQ(ELF_GetBitSize(Member(hStatus, sName)), Width);
-      EXPECT_EQ(ELF_GetBitOffset(Member(hStatus, sName)), Position);
+      EXPECT_EQ(ELF_GetBitOffset(Member(hStatus, sName)), ELF_IsTargetBigEndian() ? BigEndianPosition : Position);
     }
     EXPECT_TRUE(ELF_IsSigned(Member(hStatus, "level")) && !ELF_IsSigned(Member(hStatus, "mode")));
+  }
+}
+
+// A field of three bits in a byte behind 64 bits of others: its byte and its place there, as older versions say it.
+TEST_F(ElfTypes, BitFieldsLieInTheirStorageUnit) {
+  for (const char* sFile : {"gcc_v3_O2", "gcc_v5_O0", "gcc_v5_O1_types", "gcc_v4_O1_be8", "gcc_v5_O2_be32"}) {
+    SCOPED_TRACE(sFile);
+    OpenCorpus(sFile);
+    const ELF_SYM_HANDLE hKind = Member(Find(ELF_GetNumTypes, ELF_GetTypeEntry, "Base"), "kind");
+    const ELF_SYM_LOC Loc = ELF_GetLocation(hKind, 0);
+    EXPECT_EQ(Loc.Type, ELF_LOC_PARENT_LOC);
+    EXPECT_EQ(Loc.Offset, 8);
+    EXPECT_EQ(ELF_GetBitSize(hKind), 3u);
+    EXPECT_EQ(ELF_GetBitOffset(hKind), ELF_IsTargetBigEndian() ? 4u : 1u);
   }
 }
 

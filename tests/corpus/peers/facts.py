@@ -36,13 +36,9 @@ def own_functions(inspect, path):
     return {(name, int(low, 16), int(high, 16)) for low, high, name, file, _ in rows(inspect, "functions", path) if file}
 
 
-def _has_code(info, entry):
-    return not entry.has("DW_AT_declaration") and not entry.has("DW_AT_artificial")
-
-
 def peer_functions(info):
     return {(info.name(entry) or "", low & ~1, high & ~1) for entry in info.all()
-            if entry.is_tag("subprogram") and _has_code(info, entry) for low, high in info.ranges(entry)}
+            if entry.is_tag("subprogram") and not entry.has("DW_AT_declaration") for low, high in info.ranges(entry)}
 
 
 # ---- Inlined instances: (name, start, end, file and line of the call, around)
@@ -108,13 +104,17 @@ def _size(info, entry):
 
 
 def peer_globals(info):
+    """Link-time optimisation leaves an abstract entry, without a place, beside the concrete one: only that one counts."""
     found = set()
+    abstract = [info.origin(entry) for entry in info.all() if entry.is_tag("variable") and info.places(entry)]
     for entry in info.all():
         if not entry.is_tag("variable") or _in_function(entry) or entry.has("DW_AT_declaration"):
             continue
         if info.holder(entry, "DW_AT_artificial"):
             continue
         places = info.places(entry)
+        if not places and any(entry is other for other in abstract):
+            continue
         place = place_of(places[0][2]) if places else "-"
         found.add((info.qualified(entry), place, _size(info, entry), info.number(entry, "DW_AT_decl_line")))
     return found
@@ -230,7 +230,7 @@ def _place_at(places, address):
 def peer_places(info):
     found = set()
     for function in info.all():
-        if not function.is_tag("subprogram", "inlined_subroutine") or not _has_code(info, function):
+        if not function.is_tag("subprogram", "inlined_subroutine") or function.has("DW_AT_declaration"):
             continue
         for low, high in info.ranges(function):
             for entry in _locals(function):
