@@ -1,8 +1,8 @@
 # Shared by ./run and ./test: the packages that Debian 12 has to have, and the build. Sourced, not run.
 
 VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
-  libgl-dev libdwarf-dev libelf-dev zlib1g-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev
-  libgmock-dev breeze-icon-theme fonts-dejavu-core)
+  libgl-dev zlib1g-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev libgmock-dev
+  breeze-icon-theme fonts-dejavu-core)
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
   qemu-system-arm gdb-multiarch python3 srecord llvm-14)

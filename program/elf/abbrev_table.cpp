@@ -91,7 +91,7 @@ const CAbbrevTable* CAbbrevTables::At(U64 Offset, const FORM_SIZES& Sizes) {
   const KEY Key = {Offset, Sizes.Addr, Sizes.Offset, Sizes.RefAddr};
   const auto Known = Tables.find(Key);
   if (Known != Tables.end()) return Known->second.get();
-  CByteCursor Bytes = Session.Bytes(DEBUG_SECTION::Abbrev);
+  CByteCursor Bytes = Sections.Bytes(DEBUG_SECTION::Abbrev);
   if (NumDecoded > MAX_DECODED_TIMES * Bytes.Left()) return nullptr;
   Bytes.Skip(Offset);
   if (!Bytes.More()) return nullptr;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "program/elf/attr_form.h"
-#include "program/elf/dwarf_session.h"
+#include "program/elf/debug_sections.h"
 
 struct ATTR_SPEC {
   U16 Attr;
@@ -70,7 +70,7 @@ private:
 // The tables of a file, each decoded once.
 class CAbbrevTables {
 public:
-  explicit CAbbrevTables(const CDwarfSession& Session) : Session(Session) {}
+  explicit CAbbrevTables(const CDebugSections& Sections) : Sections(Sections) {}
 
   // Null where no table can begin at that offset of the section, and where units of a damaged file ask for more tables
   // than the section can hold.
@@ -79,7 +79,7 @@ public:
 private:
   using KEY = std::tuple<U64, U8, U8, U8>;
 
-  const CDwarfSession& Session;
+  const CDebugSections& Sections;
   std::map<KEY, std::unique_ptr<CAbbrevTable>> Tables;
   U64 NumDecoded = 0;  // bytes
 };

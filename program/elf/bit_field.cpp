@@ -38,7 +38,7 @@ BIT_PLACE PlaceOfBits(const DWARF_INFO& Info, U32 Entry) {
   if (const std::optional<I64> Start = Lookup.Integer(Entry, DW_AT_data_bit_offset)) {
     const U32 UnitBits = Lookup.TypeSize(Entry) * BITS_PER_BYTE;
     return FromRecord(static_cast<U32>(*Start), Width, UnitBits ? UnitBits : DEFAULT_UNIT_BITS,
-                      Info.Session.IsBigEndian());
+                      Info.Sections.IsBigEndian());
   }
   const std::optional<I64> Offset = Lookup.Integer(Entry, DW_AT_bit_offset);
   return {0, Offset ? FromHighEnd(Info, Entry, static_cast<U32>(*Offset), Width) : 0};

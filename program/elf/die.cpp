@@ -63,48 +63,48 @@ bool IsListIndexForm(U32 Form) {
 CDie CDieReader::Load(DIE_REF Ref) const {
   const DWARF_UNIT* pUnit = Index.UnitAt(Ref);
   if (pUnit) return LoadIn(*pUnit, Ref.Offset);
-  Session.Complain("no entry there", "CDieReader::Load", "offset", Ref.Offset);
+  Sections.Complain("no entry there", "CDieReader::Load", "offset", Ref.Offset);
   return CDie();
 }
 
 CDie CDieReader::LoadIn(const DWARF_UNIT& Unit, U32 Offset) const {
-  CByteCursor Bytes = Session.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  CByteCursor Bytes = Sections.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
   Bytes.Skip(Offset);
   const U64 Code = Bytes.Leb();
   const ABBREV* pAbbrev = Unit.pAbbrevs && Code != 0 ? Unit.pAbbrevs->Find(Code) : nullptr;
   if (pAbbrev && Bytes.Ok()) return CDie(Unit, *pAbbrev, static_cast<U32>(Bytes.Position()));
-  Session.Complain("abbreviation is missing", "CDieReader::Load", "offset", Offset);
+  Sections.Complain("abbreviation is missing", "CDieReader::Load", "offset", Offset);
   return CDie();
 }
 
 const char* CDieReader::Text(const CDie& Die, U32 Attr) const {
-  const CAttribute Attribute(Session, Die, Attr);
-  return Attribute ? Attribute.Text(Session) : nullptr;
+  const CAttribute Attribute(Sections, Die, Attr);
+  return Attribute ? Attribute.Text(Sections) : nullptr;
 }
 
 std::optional<I64> CDieReader::Integer(const CDie& Die, U32 Attr) const {
-  const CAttribute Attribute(Session, Die, Attr);
-  return Attribute ? Attribute.Integer(Session) : std::nullopt;
+  const CAttribute Attribute(Sections, Die, Attr);
+  return Attribute ? Attribute.Integer(Sections) : std::nullopt;
 }
 
 std::optional<DIE_REF> CDieReader::Reference(const CDie& Die, U32 Attr) const {
-  const CAttribute Attribute(Session, Die, Attr);
+  const CAttribute Attribute(Sections, Die, Attr);
   if (!Attribute || !Attribute.IsReference()) return std::nullopt;
-  const std::optional<I64> Value = Attribute.Integer(Session);
+  const std::optional<I64> Value = Attribute.Integer(Sections);
   if (!Value || *Value < 0 || *Value > 0xFFFFFFFFll) return std::nullopt;
   const bool bSameSection = Attribute.Form() != DW_FORM_ref_addr;
   return DIE_REF{static_cast<U32>(*Value), bSameSection && Die.Unit().bTypes};
 }
 
 std::optional<U64> CDieReader::Signature(const CDie& Die, U32 Attr) const {
-  const CAttribute Attribute(Session, Die, Attr);
+  const CAttribute Attribute(Sections, Die, Attr);
   return Attribute ? Attribute.Signature() : std::nullopt;
 }
 
-CAttribute::CAttribute(const CDwarfSession& Session, const CDie& Die, U32 Attr) {
+CAttribute::CAttribute(const CDebugSections& Sections, const CDie& Die, U32 Attr) {
   if (!Die.Has(Attr)) return;
   const DWARF_UNIT& Unit = Die.Unit();
-  CByteCursor Bytes = Session.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  CByteCursor Bytes = Sections.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
   Bytes.Skip(Die.ValuesAt());
   Bytes.Limit(Unit.End - Die.ValuesAt());
   for (const ATTR_SPEC& Spec : Die.Specs()) {
@@ -121,12 +121,12 @@ CAttribute::CAttribute(const CDwarfSession& Session, const CDie& Die, U32 Attr) 
   CByteCursor Whole = Value;
   SkipForm(Whole, AttrForm, Unit.Sizes);
   if (Whole.Ok()) return;
-  Complain(Session, "value is cut off or of an unknown form");
+  Complain(Sections, "value is cut off or of an unknown form");
   pUnit = nullptr;
 }
 
-void CAttribute::Complain(const CDwarfSession& Session, const char* sWhat) const {
-  Session.Complain(sWhat, "CAttribute", "at_form", AttrForm);
+void CAttribute::Complain(const CDebugSections& Sections, const char* sWhat) const {
+  Sections.Complain(sWhat, "CAttribute", "at_form", AttrForm);
 }
 
 bool CAttribute::IsAddress() const {
@@ -146,26 +146,26 @@ std::optional<U64> CAttribute::Number() const {
   return Bytes.Ok() ? std::optional<U64>(Number) : std::nullopt;
 }
 
-std::optional<U64> CAttribute::Address(const CDwarfSession& Session) const {
+std::optional<U64> CAttribute::Address(const CDebugSections& Sections) const {
   const std::optional<U64> Index = Number();
-  const std::optional<U64> Addr = Index ? AddressPoolOf(Session, *pUnit).Get(*Index) : std::nullopt;
-  if (!Addr) Complain(Session, "address has no place in its table");
+  const std::optional<U64> Addr = Index ? AddressPoolOf(Sections, *pUnit).Get(*Index) : std::nullopt;
+  if (!Addr) Complain(Sections, "address has no place in its table");
   return Addr;
 }
 
 // A reference or the offset in another section, which is not known here.
-std::optional<U64> CAttribute::Offset(const CDwarfSession& Session) const {
+std::optional<U64> CAttribute::Offset(const CDebugSections& Sections) const {
   std::optional<U64> Offset = Number();
   if (!Offset || AttrForm == DW_FORM_sec_offset) return Offset;
   const bool bInUnit = AttrForm != DW_FORM_ref_addr;
-  const U64 Size = Session.Bytes(bInUnit && pUnit->bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info).Left();
+  const U64 Size = Sections.Bytes(bInUnit && pUnit->bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info).Left();
   if (*Offset < Size) *Offset += bInUnit ? pUnit->Offset : 0;
   if (*Offset < Size) return Offset;
-  Complain(Session, "reference leaves its section");
+  Complain(Sections, "reference leaves its section");
   return std::nullopt;
 }
 
-std::optional<I64> CAttribute::Integer(const CDwarfSession& Session) const {
+std::optional<I64> CAttribute::Integer(const CDebugSections& Sections) const {
   CByteCursor Bytes = Value;
   std::optional<U64> Result;
   switch (KindOfForm(AttrForm)) {
@@ -182,14 +182,14 @@ std::optional<I64> CAttribute::Integer(const CDwarfSession& Session) const {
     case VALUE_KIND::Present:
       return 1;
     case VALUE_KIND::AddressIndex:
-      Result = Address(Session);
+      Result = Address(Sections);
       break;
     case VALUE_KIND::Offset:
     case VALUE_KIND::UnitReference:
-      Result = Offset(Session);
+      Result = Offset(Sections);
       break;
     case VALUE_KIND::None:
-      if (IsSupplementaryForm(AttrForm)) Complain(Session, "supplementary files are not supported");
+      if (IsSupplementaryForm(AttrForm)) Complain(Sections, "supplementary files are not supported");
       break;
   }
   return Result ? std::optional<I64>(static_cast<I64>(*Result)) : std::nullopt;
@@ -200,31 +200,31 @@ std::optional<U64> CAttribute::Index() const {
   return bIndex || KindOfForm(AttrForm) == VALUE_KIND::AddressIndex ? Number() : std::nullopt;
 }
 
-const char* CAttribute::TextAt(const CDwarfSession& Session, DEBUG_SECTION Section, U64 Offset) const {
-  CByteCursor Bytes = Session.Bytes(Section);
+const char* CAttribute::TextAt(const CDebugSections& Sections, DEBUG_SECTION Section, U64 Offset) const {
+  CByteCursor Bytes = Sections.Bytes(Section);
   Bytes.Skip(Offset);
   const char* sText = Bytes.Text();
-  if (!sText) Complain(Session, "text lies outside its section");
+  if (!sText) Complain(Sections, "text lies outside its section");
   return sText;
 }
 
-const char* CAttribute::Text(const CDwarfSession& Session) const {
+const char* CAttribute::Text(const CDebugSections& Sections) const {
   if (AttrForm == DW_FORM_string) {
     CByteCursor Bytes = Value;
     return Bytes.Text();
   }
-  if (AttrForm == DW_FORM_strp) return TextAt(Session, DEBUG_SECTION::Str, Number().value_or(~0ull));
-  if (AttrForm == DW_FORM_line_strp) return TextAt(Session, DEBUG_SECTION::LineStr, Number().value_or(~0ull));
+  if (AttrForm == DW_FORM_strp) return TextAt(Sections, DEBUG_SECTION::Str, Number().value_or(~0ull));
+  if (AttrForm == DW_FORM_line_strp) return TextAt(Sections, DEBUG_SECTION::LineStr, Number().value_or(~0ull));
   if (!IsTextIndexForm(AttrForm)) {
-    Complain(Session, IsSupplementaryForm(AttrForm) ? "supplementary files are not supported" : "form is no text");
+    Complain(Sections, IsSupplementaryForm(AttrForm) ? "supplementary files are not supported" : "form is no text");
     return nullptr;
   }
-  CByteCursor Offsets = Session.Bytes(DEBUG_SECTION::StrOffsets);
+  CByteCursor Offsets = Sections.Bytes(DEBUG_SECTION::StrOffsets);
   const U64 Index = Number().value_or(~0ull), OffsetSize = pUnit->Sizes.Offset;
   Offsets.Skip(pUnit->StrOffsetsBase);
   Offsets.Skip(Index <= Offsets.Left() ? Index * OffsetSize : Index);
   const U64 Offset = Offsets.UInt(pUnit->Sizes.Offset);
-  return TextAt(Session, DEBUG_SECTION::Str, Offsets.Ok() ? Offset : ~0ull);
+  return TextAt(Sections, DEBUG_SECTION::Str, Offsets.Ok() ? Offset : ~0ull);
 }
 
 CByteCursor CAttribute::Block() const {
@@ -250,8 +250,8 @@ std::optional<U64> CAttribute::Signature() const {
   return AttrForm == DW_FORM_ref_sig8 ? Number() : std::nullopt;
 }
 
-ADDRESS_POOL AddressPoolOf(const CDwarfSession& Session, const DWARF_UNIT& Unit) {
-  const CByteCursor Section = Session.Bytes(DEBUG_SECTION::Addr);
+ADDRESS_POOL AddressPoolOf(const CDebugSections& Sections, const DWARF_UNIT& Unit) {
+  const CByteCursor Section = Sections.Bytes(DEBUG_SECTION::Addr);
   const U64 Size = Unit.bAddrBase ? Section.Left() : 0;
   return {Section.Bytes(), Size, Unit.AddrBase, Unit.AddrSize, Section.IsBigEndian()};
 }

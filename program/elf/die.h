@@ -4,7 +4,7 @@
 
 #include "program/elf/abbrev_table.h"
 #include "program/elf/address_pool.h"
-#include "program/elf/dwarf_session.h"
+#include "program/elf/debug_sections.h"
 #include "program/elf/unit_header.h"
 
 // An offset of an entry together with the section it counts in.
@@ -46,7 +46,7 @@ class CDieIndex;
 // Reads entries and their own attributes; what cannot be read is reported and answers as absent.
 class CDieReader {
 public:
-  CDieReader(const CDwarfSession& Session, const CDieIndex& Index) : Session(Session), Index(Index) {}
+  CDieReader(const CDebugSections& Sections, const CDieIndex& Index) : Sections(Sections), Index(Index) {}
 
   // The entry at exactly that offset, or at the start of any other number there: the index says which offsets are good.
   CDie Load(DIE_REF Ref) const;
@@ -61,27 +61,27 @@ public:
   // Signature of a type unit, where the attribute refers to one.
   std::optional<U64> Signature(const CDie& Die, U32 Attr) const;
 
-  const CDwarfSession& Libdwarf() const { return Session; }
+  const CDebugSections& DebugSections() const { return Sections; }
 
 private:
-  const CDwarfSession& Session;
+  const CDebugSections& Sections;
   const CDieIndex& Index;
 };
 
 // One attribute of an entry with its value; false where the entry does not have it.
 class CAttribute {
 public:
-  CAttribute(const CDwarfSession& Session, const CDie& Die, U32 Attr);
+  CAttribute(const CDebugSections& Sections, const CDie& Die, U32 Attr);
 
   explicit operator bool() const { return pUnit != nullptr; }
   U32 Form() const { return AttrForm; }
   bool IsAddress() const;
   bool IsReference() const;
-  std::optional<I64> Integer(const CDwarfSession& Session) const;
+  std::optional<I64> Integer(const CDebugSections& Sections) const;
   // The number of a text, address or list in the tables of its unit.
   std::optional<U64> Index() const;
   // Null for a form that is no text.
-  const char* Text(const CDwarfSession& Session) const;
+  const char* Text(const CDebugSections& Sections) const;
   // The bytes of a block or an expression, empty for other forms.
   CByteCursor Block() const;
   std::optional<U64> Signature() const;
@@ -93,11 +93,11 @@ private:
   CByteCursor Value;  // ends with the unit
 
   std::optional<U64> Number() const;
-  std::optional<U64> Address(const CDwarfSession& Session) const;
-  std::optional<U64> Offset(const CDwarfSession& Session) const;
-  const char* TextAt(const CDwarfSession& Session, DEBUG_SECTION Section, U64 Offset) const;
-  void Complain(const CDwarfSession& Session, const char* sWhat) const;
+  std::optional<U64> Address(const CDebugSections& Sections) const;
+  std::optional<U64> Offset(const CDebugSections& Sections) const;
+  const char* TextAt(const CDebugSections& Sections, DEBUG_SECTION Section, U64 Offset) const;
+  void Complain(const CDebugSections& Sections, const char* sWhat) const;
 };
 
 // The addresses that the forms of a unit name by their number.
-ADDRESS_POOL AddressPoolOf(const CDwarfSession& Session, const DWARF_UNIT& Unit);
+ADDRESS_POOL AddressPoolOf(const CDebugSections& Sections, const DWARF_UNIT& Unit);

@@ -49,14 +49,14 @@ ELF_SYM_LOC InParent(I64 Offset) {
 
 // The attribute of Owner as an expression or a list of them.
 ELF_SYM_LOC FromExpr(const DWARF_INFO& Info, U32 Owner, const CDie& Die, U32 Attr, U32 PC) {
-  const CAttribute Attribute(Info.Session, Die, Attr);
+  const CAttribute Attribute(Info.Sections, Die, Attr);
   const DWARF_UNIT& Unit = Info.Index.UnitOf(Owner);
   const OPERAND_SIZES Sizes = {Unit.AddrSize, OffsetSizeOf(Info, Owner)};
   CDieExprContext Context(Info, Owner, PC);
   const bool bFrameBase = Attr == DW_AT_frame_base;
   if (IsBlockForm(Attribute.Form())) {
     const std::vector<U8> aExpr = BlockOf(Info, Die, Attr);
-    return TranslateExpr({aExpr.data(), aExpr.size(), Info.Session.IsBigEndian()}, Sizes, bFrameBase, Context);
+    return TranslateExpr({aExpr.data(), aExpr.size(), Info.Sections.IsBigEndian()}, Sizes, bFrameBase, Context);
   }
   if (!IsListForm(Attribute.Form(), Unit.Version) || Attr == DW_AT_data_member_location) return {};
   const CByteCursor List = ListBytesOf(Info, Owner, Attribute, LOCATION_LISTS);

@@ -15,15 +15,15 @@ void ReadList(const DWARF_INFO& Info, U32 Entry, const CByteCursor& List, std::v
     if (High >= Low && High != 0) aOut.push_back({Low, High});
   }
   if (!Reader.Ok()) {
-    Info.Session.Complain("range list is damaged", "RangesOf", "offset", Info.Index.Get(Entry).Offset);
+    Info.Sections.Complain("range list is damaged", "RangesOf", "offset", Info.Index.Get(Entry).Offset);
   }
 }
 
-void ReadLowHigh(const CDwarfSession& Session, const CDie& Die, std::vector<ADDR_RANGE>& aOut) {
-  const CAttribute Low(Session, Die, DW_AT_low_pc), High(Session, Die, DW_AT_high_pc);
+void ReadLowHigh(const CDebugSections& Sections, const CDie& Die, std::vector<ADDR_RANGE>& aOut) {
+  const CAttribute Low(Sections, Die, DW_AT_low_pc), High(Sections, Die, DW_AT_high_pc);
   if (!Low || !High) return;
-  const U32 LowPc = static_cast<U32>(Low.Integer(Session).value_or(NO_LOW_PC));
-  const U32 HighValue = static_cast<U32>(High.Integer(Session).value_or(0));
+  const U32 LowPc = static_cast<U32>(Low.Integer(Sections).value_or(NO_LOW_PC));
+  const U32 HighValue = static_cast<U32>(High.Integer(Sections).value_or(0));
   aOut.push_back({LowPc, High.IsAddress() ? HighValue : LowPc + HighValue});
 }
 
@@ -33,9 +33,9 @@ std::vector<ADDR_RANGE> RangesOf(const DWARF_INFO& Info, U32 Entry) {
   std::vector<ADDR_RANGE> aRanges;
   const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
   if (!Die) return aRanges;
-  const CAttribute Ranges(Info.Session, Die, DW_AT_ranges);
+  const CAttribute Ranges(Info.Sections, Die, DW_AT_ranges);
   if (!Ranges) {
-    ReadLowHigh(Info.Session, Die, aRanges);
+    ReadLowHigh(Info.Sections, Die, aRanges);
   } else if (const CByteCursor List = ListBytesOf(Info, Entry, Ranges, RANGE_LISTS); List.More()) {
     ReadList(Info, Entry, List, aRanges);
   }

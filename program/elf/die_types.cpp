@@ -93,7 +93,7 @@ bool IsSignedEntry(const DWARF_INFO& Info, U32 Entry) {
 }
 
 std::vector<U8> BlockOf(const DWARF_INFO& Info, const CDie& Die, U32 Attr) {
-  const CAttribute Attribute(Info.Session, Die, Attr);
+  const CAttribute Attribute(Info.Sections, Die, Attr);
   const CByteCursor Block = Attribute ? Attribute.Block() : CByteCursor();
   return std::vector<U8>(Block.Bytes(), Block.Bytes() + Block.Left());
 }

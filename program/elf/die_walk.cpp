@@ -10,7 +10,7 @@ constexpr size_t MAX_DEPTH = 1000;  // levels of entries; no compiler nests so d
 
 DWARF_DAMAGE CDieWalk::WalkUnit() {
   const DWARF_UNIT& Unit = Info.Index.CurrentUnit();
-  CByteCursor Bytes = Info.Session.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  CByteCursor Bytes = Info.Sections.Bytes(Unit.bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
   Bytes.Skip(Unit.FirstEntry);
   Bytes.Limit(Unit.End - Unit.FirstEntry);
   aLevels.clear();

@@ -34,11 +34,11 @@ struct DIE_LISTS {
 // Everything read from the debug information of one file.
 struct DWARF_INFO {
   DWARF_INFO(const CElfImage& Image, U32 MaxEntries)
-      : Session(Image), Abbrevs(Session), Index(MaxEntries), Reader(Session, Index) {}
+      : Sections(Image), Abbrevs(Sections), Index(MaxEntries), Reader(Sections, Index) {}
   DWARF_INFO(const DWARF_INFO&) = delete;
   DWARF_INFO& operator=(const DWARF_INFO&) = delete;
 
-  CDwarfSession Session;
+  CDebugSections Sections;
   CAbbrevTables Abbrevs;
   CDieIndex Index;
   CDieReader Reader;

@@ -69,14 +69,13 @@ bool ParseDwarf(ELF_FILE& File) {
   const std::clock_t Start = std::clock();
   const U32 MaxEntries = ReaderState().MaxEntries;
   auto pDwarf = std::make_unique<DWARF_INFO>(File.Image, MaxEntries);
-  if (!pDwarf->Session.Open()) return false;
   CUnitWalker Walker(*pDwarf);
   if (!Walker.Walk()) {
     SendMessageF("debug info has more than %u entries, which is more than can be numbered.", MaxEntries);
     return false;
   }
   const std::clock_t FrameStart = std::clock();
-  pDwarf->Frames.Load(pDwarf->Session, File.Image);
+  pDwarf->Frames.Load(pDwarf->Sections, File.Image);
   File.pDwarf = std::move(pDwarf);
   LogParse(File, Walker.Times(), std::clock() - FrameStart, std::clock() - Start);
   return true;

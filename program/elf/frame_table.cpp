@@ -59,13 +59,15 @@ ELF_SYM_LOC RuleLocation(U32 Reg, const FRAME_RULE& Rule) {
 
 }  // namespace
 
-void CFrameTable::Load(const CDwarfSession& Session, const CElfImage& Image) {
-  const auto Complain = [&Session](const char* sWhat, const char* sItem, U64 Value) {
-    Session.Complain(sWhat, "CFrameTable::Load", sItem, Value);
+void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image) {
+  const auto Complain = [&Sections](const char* sWhat, const char* sItem, U64 Value) {
+    Sections.Complain(sWhat, "CFrameTable::Load", sItem, Value);
   };
   CfaScale = Image.FindSection(WORD_SCALE_SECTION) >= 0 ? WORD_SCALE : 1;
   DebugFrame.bBigEndian = EhFrame.bBigEndian = Image.IsBigEndian();
-  DebugFrame.pData = Session.Section(".debug_frame", DebugFrame.Size);
+  const CByteCursor& Bytes = Sections.Bytes(DEBUG_SECTION::Frame);
+  DebugFrame.pData = Bytes.Bytes();
+  DebugFrame.Size = static_cast<U32>(Bytes.Left());
   CFrameSectionReader(aCies, aFdes, Complain).Read(DebugFrame);
   SortFrom(0);
 

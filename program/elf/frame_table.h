@@ -1,15 +1,15 @@
 #pragma once
 
 #include "base/elf_sym.h"
-#include "program/elf/dwarf_session.h"
+#include "program/elf/debug_sections.h"
 #include "program/elf/frame_program.h"
 
 // The call frame information of a file: .debug_frame and, for code that has none there, .eh_frame. Addresses are those
 // in the file.
 class CFrameTable {
 public:
-  // Session and image must outlive the table.
-  void Load(const CDwarfSession& Session, const CElfImage& Image);
+  // Sections and image must outlive the table.
+  void Load(const CDebugSections& Sections, const CElfImage& Image);
 
   const std::vector<FRAME_FDE>& Entries() const { return aFdes; }
   U32 NumCies() const { return static_cast<U32>(aCies.size()); }

@@ -8,8 +8,9 @@ namespace {
 constexpr U64 MAX_COLUMN = 0xFFFF;
 constexpr size_t MAX_PATH_LENGTH = 4096;  // bytes; longer ones are damage, and many of them would fill the memory
 
-LINE_SECTIONS SectionsOf(const CDwarfSession& Session) {
-  return {Session.Bytes(DEBUG_SECTION::Line), Session.Bytes(DEBUG_SECTION::LineStr), Session.Bytes(DEBUG_SECTION::Str)};
+LINE_SECTIONS SectionsOf(const CDebugSections& Sections) {
+  return {Sections.Bytes(DEBUG_SECTION::Line), Sections.Bytes(DEBUG_SECTION::LineStr),
+          Sections.Bytes(DEBUG_SECTION::Str)};
 }
 
 U8 FlagsOf(const LINE_ROW& Row) {
@@ -30,7 +31,7 @@ CLineReader::TABLE_STATE* CLineReader::StateOf(const CDie& Unit, U32& Offset) {
 }
 
 bool CLineReader::ReadHeader(U32 Offset, LINE_HEADER& Header) const {
-  const DWARF_DAMAGE Damage = ReadLineHeader(SectionsOf(Session()), Offset, Header);
+  const DWARF_DAMAGE Damage = ReadLineHeader(SectionsOf(Sections()), Offset, Header);
   if (Damage.sWhat) Complain(Damage);
   return !Damage.sWhat;
 }
@@ -65,7 +66,7 @@ void CLineReader::ReadLines(const CDie& Unit) {
   LINE_HEADER Header;
   if (!ReadHeader(Offset, Header)) return;
   NumBytesRead += Header.Program.Left();
-  if (NumBytesRead > Session().Bytes(DEBUG_SECTION::Line).Left()) {
+  if (NumBytesRead > Sections().Bytes(DEBUG_SECTION::Line).Left()) {
     return Complain({"line tables lie over each other", "offset", Offset});
   }
   const char* sCompDir = Reader.Text(Unit, DW_AT_comp_dir);

@@ -6,9 +6,7 @@
 #include "program/elf/line_program.h"
 #include "program/elf/source_table.h"
 
-// Decodes the line tables of units into a CSourceTable. A table that several units share is decoded once. The tables
-// are decoded here and not by libdwarf 20210528, which takes a header's counts at their word, allocates every row and
-// names the wrong file where a sequence of version 5 begins in the default one.
+// Decodes the line tables of units into a CSourceTable. A table that several units share is decoded once.
 class CLineReader {
 public:
   CLineReader(const CDieReader& Reader, CSourceTable& Table) : Reader(Reader), Table(Table) {}
@@ -30,12 +28,12 @@ private:
   std::unordered_map<U32, TABLE_STATE> Tables;  // by offset in .debug_line
   U64 NumBytesRead = 0;                         // of all programs
 
-  const CDwarfSession& Session() const { return Reader.Libdwarf(); }
+  const CDebugSections& Sections() const { return Reader.DebugSections(); }
   TABLE_STATE* StateOf(const CDie& Unit, U32& Offset);
   bool ReadHeader(U32 Offset, LINE_HEADER& Header) const;
   I32 PathOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir);
   void AppendRows(const LINE_HEADER& Header, I32 FileTable, const std::string& sCompDir);
   void Complain(const DWARF_DAMAGE& Damage) const {
-    Session().Complain(Damage.sWhat, "CLineReader", Damage.sItem, Damage.Value);
+    Sections().Complain(Damage.sWhat, "CLineReader", Damage.sItem, Damage.Value);
   }
 };

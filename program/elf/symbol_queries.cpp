@@ -144,7 +144,7 @@ I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym) {
   const ELF_FILE* pFile = FileOfDie(hSym, Entry);
   if (!pFile) return -1;
   const bool bTypes = pFile->pDwarf->Index.UnitOf(Entry).bTypes;
-  return pFile->pDwarf->Session.IndexOf(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  return pFile->pDwarf->Sections.IndexOf(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
 }
 
 U32 ELF_GetNumRanges(ELF_SYM_HANDLE hSym) {

@@ -25,7 +25,7 @@ std::optional<U64> IndexedOffset(const DWARF_INFO& Info, U32 Entry, U32 BaseAttr
 }  // namespace
 
 ADDRESS_POOL AddressPoolOf(const DWARF_INFO& Info, U32 Entry) {
-  return AddressPoolOf(Info.Session, Info.Index.UnitOf(Entry));
+  return AddressPoolOf(Info.Sections, Info.Index.UnitOf(Entry));
 }
 
 LIST_CONTEXT ListContextOf(const DWARF_INFO& Info, U32 Entry) {
@@ -39,17 +39,15 @@ U8 OffsetSizeOf(const DWARF_INFO& Info, U32 Entry) {
 
 CByteCursor ListBytesOf(const DWARF_INFO& Info, U32 Entry, const CAttribute& Attribute, const LIST_SECTIONS& Sections) {
   const bool bKinds = Info.Index.UnitOf(Entry).Version >= FIRST_VERSION_WITH_KINDS;
-  U32 Size = 0;
-  const U8* pSection = Info.Session.Section(bKinds ? Sections.sKinds : Sections.sPairs, Size);
-  CByteCursor Bytes(pSection, Size, Info.Session.IsBigEndian());
+  CByteCursor Bytes = Info.Sections.Bytes(bKinds ? Sections.Kinds : Sections.Pairs);
   std::optional<U64> Offset;
   if (Attribute.Form() == Sections.IndexForm) {
     const std::optional<U64> Index = Attribute.Index();
     if (Index) Offset = IndexedOffset(Info, Entry, Sections.BaseAttr, Bytes, *Index);
-  } else if (const std::optional<I64> Value = Attribute.Integer(Info.Session)) {
+  } else if (const std::optional<I64> Value = Attribute.Integer(Info.Sections)) {
     Offset = static_cast<U64>(*Value);
   }
-  if (!Offset || *Offset >= Size) return {};
+  if (!Offset || *Offset >= Bytes.Left()) return {};
   Bytes.Skip(*Offset);
   return Bytes;
 }

@@ -11,15 +11,15 @@ LIST_CONTEXT ListContextOf(const DWARF_INFO& Info, U32 Entry);
 U8 OffsetSizeOf(const DWARF_INFO& Info, U32 Entry);
 
 struct LIST_SECTIONS {
-  const char* sPairs;  // versions 2 to 4
-  const char* sKinds;  // version 5
-  U32 BaseAttr;        // of the unit: where in sKinds its table of offsets begins
-  U32 IndexForm;       // of an attribute that holds a number in that table
+  DEBUG_SECTION Pairs;  // versions 2 to 4
+  DEBUG_SECTION Kinds;  // version 5
+  U32 BaseAttr;         // of the unit: where in Kinds its table of offsets begins
+  U32 IndexForm;        // of an attribute that holds a number in that table
 };
 
-inline constexpr LIST_SECTIONS LOCATION_LISTS = {".debug_loc", ".debug_loclists", DW_AT_loclists_base,
+inline constexpr LIST_SECTIONS LOCATION_LISTS = {DEBUG_SECTION::Loc, DEBUG_SECTION::Loclists, DW_AT_loclists_base,
                                                  DW_FORM_loclistx};
-inline constexpr LIST_SECTIONS RANGE_LISTS = {".debug_ranges", ".debug_rnglists", DW_AT_rnglists_base,
+inline constexpr LIST_SECTIONS RANGE_LISTS = {DEBUG_SECTION::Ranges, DEBUG_SECTION::Rnglists, DW_AT_rnglists_base,
                                               DW_FORM_rnglistx};
 
 // The bytes from the list that an attribute of the entry names to the end of the section; empty where it names none.

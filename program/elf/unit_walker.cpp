@@ -64,7 +64,7 @@ bool CUnitWalker::Walk() {
 }
 
 void CUnitWalker::ReadHeaders(bool bTypes, std::vector<DWARF_UNIT>& aUnits) {
-  const CByteCursor Section = Info.Session.Bytes(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  const CByteCursor Section = Info.Sections.Bytes(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
   for (U32 Offset = 0; Offset < Section.Left();) {
     DWARF_UNIT Unit;
     Unit.Offset = Offset;
@@ -77,7 +77,7 @@ void CUnitWalker::ReadHeaders(bool bTypes, std::vector<DWARF_UNIT>& aUnits) {
     if (!Damage.sWhat) {
       aUnits.push_back(Unit);
     } else {
-      Info.Session.Complain(Damage.sWhat, "ReadUnitHeader", Damage.sItem, Damage.Value);
+      Info.Sections.Complain(Damage.sWhat, "ReadUnitHeader", Damage.sItem, Damage.Value);
     }
     if (Unit.End <= Offset) return;
     Offset = Unit.End;
@@ -93,7 +93,7 @@ void CUnitWalker::WalkUnit(DWARF_UNIT& Unit) {
   const DWARF_DAMAGE Damage = Entries.WalkUnit();
   if (Info.Index.IsFull()) return;
   if (Damage.sWhat) {
-    Info.Session.Complain(Damage.sWhat, "CDieWalk::WalkUnit", Damage.sItem, Damage.Value);
+    Info.Sections.Complain(Damage.sWhat, "CDieWalk::WalkUnit", Damage.sItem, Damage.Value);
     SendMessage("Could not parse debug info for compilation unit.");
   }
   Info.NumTypeUnits += Unit.bTypeUnit;
