@@ -152,7 +152,7 @@ QAddrRanges CSourceEditor::RangesOfRow(int Row) const {
 // ---- Instruction rows
 
 bool CSourceEditor::HasCode(int Row) const {
-  return !m_pParts->Rows.CodeOf(LineOfRow(Row)).isEmpty();
+  return m_pParts->Rows.HasCode(LineOfRow(Row));
 }
 
 bool CSourceEditor::IsExpanded(int Row) const {

@@ -208,7 +208,7 @@ void CSourcePainter::PaintIndicator(int Row) {
     if (bLast) m_Painter.drawLine(Middle.x(), Middle.y(), Left + Size - 1, Middle.y());
     return;
   }
-  if (m_S.Rows.CodeOf(Line).isEmpty()) return;
+  if (!m_S.Rows.HasCode(Line)) return;
   m_Painter.drawRect(Left, Top, Size - 1, Size - 1);
   m_Painter.drawLine(Left + 2, Middle.y(), Left + Size - 3, Middle.y());
   if (!m_S.Rows.IsExpanded(Line)) m_Painter.drawLine(Middle.x(), Top + 2, Middle.x(), Top + Size - 3);

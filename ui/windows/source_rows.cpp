@@ -9,7 +9,6 @@ void CSourceRows::SetText(const QString& sText, U32 FileNo, bool bOpenEnd) {
   m_FileNo = FileNo;
   m_Expansions.Clear();
   m_Instructions.Clear();
-  m_Code.clear();
 }
 
 bool CSourceRows::IsSource(int Row) const {
@@ -45,29 +44,28 @@ CSrcLoc CSourceRows::LocOfRow(int Row) const {
 
 U32 CSourceRows::AddrOfRow(int Row) const {
   if (const INSTRUCTION_ROW* const pInstruction = InstructionAt(Row)) return pInstruction->Addr;
-  const QAddrList& Addrs = CodeOf(LineOfRow(Row));
-  return Addrs.isEmpty() ? INVALID_ADDR : Addrs.first();
+  return FirstAddrOf(LineOfRow(Row));
 }
 
-const QAddrList& CSourceRows::CodeOf(U32 Line) const {
-  static const QAddrList None;
-  // Nothing is kept of a time at which the database could not be asked.
-  if (Line == 0 || ELFAPI_IsBusy() || !ELFAPI_IsLoaded()) return None;
-  const auto Known = m_Code.constFind(Line);
-  if (Known != m_Code.constEnd()) return *Known;
+// The database is not waited for while it reads a program.
+U32 CSourceRows::FirstAddrOf(U32 Line) const {
+  return Line == 0 || ELFAPI_IsBusy() ? INVALID_ADDR : ELFAPI_GetAddrOfLoc(LocOf(Line));
+}
+
+QAddrList CSourceRows::CodeOf(U32 Line) const {
+  if (!HasCode(Line)) return {};
   QAddrList Addrs = ELFAPI_GetLocBlocks(LocOf(Line));
   std::ranges::sort(Addrs);
   Addrs.erase(std::unique(Addrs.begin(), Addrs.end()), Addrs.end());
-  return *m_Code.insert(Line, Addrs);
+  return Addrs;
 }
 
-// The line of this document that an address belongs to; where there are several, an opened one that shows it.
+// The line of this document that an address belongs to; where there are several, an opened one.
 U32 CSourceRows::FirstLineOf(U32 Addr) const {
   U32 Result = 0;
   for (const CSrcLoc& Loc : ELFAPI_GetSrcLocsAt(Addr)) {
-    if (Loc.File != m_FileNo || RowOfLine(Loc.Line) < 0) continue;
-    if (IsExpanded(Loc.Line) && CodeOf(Loc.Line).contains(Addr)) return Loc.Line;
-    Result = Loc.Line;
+    if (Loc.File == m_FileNo && RowOfLine(Loc.Line) >= 0) Result = Loc.Line;
+    if (Result == Loc.Line && IsExpanded(Result)) return Result;
   }
   return Result;
 }
@@ -76,7 +74,7 @@ int CSourceRows::RowOfAddr(U32 Addr) const {
   const U32 Line = FirstLineOf(Addr);
   if (Line == 0) return -1;
   const INSTRUCTION_ROWS* const pRows = InstructionsOf(Line);
-  if (pRows == nullptr) return CodeOf(Line).value(0, INVALID_ADDR) == Addr ? RowOfLine(Line) : -1;
+  if (pRows == nullptr) return FirstAddrOf(Line) == Addr ? RowOfLine(Line) : -1;
   const auto Place = std::ranges::find(*pRows, Addr, &INSTRUCTION_ROW::Addr);
   return Place == pRows->end() ? -1 : RowOfLine(Line) + 1 + static_cast<int>(Place - pRows->begin());
 }
@@ -124,7 +122,6 @@ QSrcLocs CSourceRows::ExpandedLocs() const {
 
 void CSourceRows::UpdateInstructions() {
   m_Instructions.Clear();
-  m_Code.clear();
   std::vector<CLineExpansions::EXPANSION> All;
   for (const CLineExpansions::EXPANSION& Expansion : m_Expansions.All()) {
     INSTRUCTION_ROWS Rows = m_Instructions.Rows(CodeOf(static_cast<U32>(Expansion.Line) + 1));
@@ -157,6 +154,5 @@ TEXT_POS CSourceRows::PosOf(int Position) const {
 LINE_CHANGE CSourceRows::Replace(int Position, int NumRemoved, QStringView sAdded) {
   const LINE_CHANGE Change = m_Text.Replace(Position, NumRemoved, sAdded);
   m_Expansions.ReplaceLines(Change.First, Change.NumOld, Change.NumNew);
-  if (Change.NumOld != Change.NumNew) m_Code.clear();
   return Change;
 }

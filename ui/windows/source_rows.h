@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QHash>
-
 #include "base/addr_range.h"
 #include "base/src_loc.h"
 #include "ui/windows/instruction_texts.h"
@@ -10,7 +8,7 @@
 #include "ui/windows/source_types.h"
 
 // A document as rows: the lines of its text, and the instructions of those lines that are opened. Asks the program
-// database what code a line has, once a line. Rows count from 0, lines from 1.
+// database what code a line has. Rows count from 0, lines from 1.
 class CSourceRows {
 public:
   // FileNo: of the program database; the number of a file that is not the program's gives lines without code.
@@ -32,8 +30,11 @@ public:
   int RowOfCode(U32 Addr) const;
   QAddrRanges RangesOfRow(int Row) const;
 
-  // Instruction addresses of a line, ascending.
-  const QAddrList& CodeOf(U32 Line) const;
+  // Instruction addresses of a line, ascending; empty while they can't be told.
+  QAddrList CodeOf(U32 Line) const;
+  // First address of a line, INVALID_ADDR for one without code.
+  U32 FirstAddrOf(U32 Line) const;
+  bool HasCode(U32 Line) const { return FirstAddrOf(Line) != INVALID_ADDR; }
   bool IsExpanded(U32 Line) const { return m_Expansions.Find(static_cast<int>(Line) - 1) != nullptr; }
   const INSTRUCTION_ROWS* InstructionsOf(U32 Line) const { return m_Expansions.Find(static_cast<int>(Line) - 1); }
   bool Expand(U32 Line);
@@ -66,6 +67,5 @@ private:
   CSourceText m_Text;
   CLineExpansions m_Expansions;
   mutable CInstructionTexts m_Instructions;
-  mutable QHash<U32, QAddrList> m_Code;  // by line
   U32 m_FileNo = 0;
 };
