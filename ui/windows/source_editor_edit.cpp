@@ -68,6 +68,8 @@ EDIT_SELECTION SOURCE_EDITOR_PARTS::EditSelection() const {
 
 void SOURCE_EDITOR_PARTS::EndEdit(const EDIT_SELECTION& Selection) {
   MoveCursor([&] { Cursor.Select(Rows.PosOf(Selection.Anchor), Rows.PosOf(Selection.Pos)); });
+  // While it changes, the field does not know yet whether that leads it back to what was saved.
+  if (std::exchange(bChanged, false)) Q_EMIT Editor.DocumentStateChanged(Rows.FileNo(), Edits.IsModified(sFilePath));
 }
 
 void SOURCE_EDITOR_PARTS::Press(const QKeyEvent& Event) {
@@ -93,7 +95,7 @@ void SOURCE_EDITOR_PARTS::OnChanged(const QString& sPath, int Position, int NumR
   UpdateScrollBars();
   Q_EMIT Editor.DocumentEdited(
       {Rows.FileNo(), Position, NumRemoved, static_cast<int>(sAdded.size()), FirstMoved, NumLines});
-  Q_EMIT Editor.DocumentStateChanged(Rows.FileNo(), Edits.IsModified(sPath));
+  bChanged = true;
   Q_EMIT Editor.Scrolled();
 }
 

@@ -25,6 +25,7 @@ struct SOURCE_EDITOR_PARTS {
   CSrcLoc PcLoc;
   U32 PcAddr = INVALID_ADDR;
   bool bEditingAllowed = true;
+  bool bChanged = false;     // by the edit that is being made
   bool bCursorShown = true;  // at this moment of its blinking
   QTimer BlinkTimer;
   QTimer DragTimer;            // scrolls while the mouse selects beyond the view

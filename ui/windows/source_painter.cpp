@@ -21,7 +21,7 @@ struct NEUTRAL_GROUND {
   int TextShare;
 };
 constexpr NEUTRAL_GROUND NEUTRAL_GROUNDS[] = {
-    {COLOR_HIGHLIGHT_LIGHT, 14}, {COLOR_INLINE_ASM_BACKG, 6}, {COLOR_INLINE_ASM_BACKG_ALTERNATE, 10}};
+    {COLOR_HIGHLIGHT_LIGHT, 20}, {COLOR_INLINE_ASM_BACKG, 6}, {COLOR_INLINE_ASM_BACKG_ALTERNATE, 10}};
 
 bool IsLight(const QColor& Ground) {
   return Ground.isValid() && Ground.lightness() > LIGHT_GROUND;
@@ -89,7 +89,8 @@ QColor CSourcePainter::Ground(int Row) const {
   const std::optional<ROW_COLOR> Color = m_S.Highlights.ColorOf(GroundOf(Row));
   if (!Color) return {};
   const QColor Result = GroundColor(Color->ColorID, m_S.Palette);
-  return Color->bDarker ? Result.darker(DARKER) : Result;
+  if (!Color->bDarker) return Result;
+  return IsDarkPalette() ? Result.lighter(DARKER) : Result.darker(DARKER);
 }
 
 void CSourcePainter::PaintGrounds(int First, int Last) {

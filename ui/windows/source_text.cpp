@@ -6,7 +6,7 @@ bool CSourceText::HasLineAtEnd() const {
   return m_bOpenEnd || (!m_sText.isEmpty() && !m_sText.endsWith(QLatin1Char('\n')));
 }
 
-std::vector<int> CSourceText::Split(int From, int To) const {
+std::vector<int> CSourceText::Split(int From, int To, bool bLast) const {
   std::vector<int> Starts;
   const char16_t* const pText = reinterpret_cast<const char16_t*>(m_sText.utf16());
   for (int Start = From; Start < To;) {
@@ -15,7 +15,7 @@ std::vector<int> CSourceText::Split(int From, int To) const {
         std::char_traits<char16_t>::find(pText + Start, static_cast<size_t>(To - Start), u'\n');
     Start = pEnd ? static_cast<int>(pEnd - pText) + 1 : To;
   }
-  if (To == Size()) {
+  if (bLast) {
     const bool bEndsWithFeed = m_sText.isEmpty() || m_sText.endsWith(QLatin1Char('\n'));
     if (HasLineAtEnd() && bEndsWithFeed) Starts.push_back(To);
   }
@@ -25,7 +25,7 @@ std::vector<int> CSourceText::Split(int From, int To) const {
 void CSourceText::Set(const QString& sText, bool bOpenEnd) {
   m_sText = sText;
   m_bOpenEnd = bOpenEnd;
-  m_Starts = Split(0, Size());
+  m_Starts = Split(0, Size(), true);
   m_Starts.push_back(Size() + (HasLineAtEnd() ? 1 : 0));
 }
 
@@ -62,7 +62,7 @@ LINE_CHANGE CSourceText::Replace(int Position, int NumRemoved, QStringView sAdde
   const int To = bToEnd ? -1 : StartOf(Last + 1) + Moved;
   m_sText.replace(Position, NumRemoved, sAdded.data(), sAdded.size());
 
-  const std::vector<int> Starts = Split(From, bToEnd ? Size() : To);
+  const std::vector<int> Starts = Split(From, bToEnd ? Size() : To, bToEnd);
   const int NumOld = std::min(Last + 1, NumLines()) - First;
   const auto FirstStart = m_Starts.begin() + First;
   if (NumOld == static_cast<int>(Starts.size())) {

@@ -33,8 +33,8 @@ public:
   LINE_CHANGE Replace(int Position, int NumRemoved, QStringView sAdded);
 
 private:
-  // Starts of the lines of [From, To); To is the end of the text or the start of a line.
-  std::vector<int> Split(int From, int To) const;
+  // Starts of the lines of [From, To); To is the start of a line, or with bLast the end of the text.
+  std::vector<int> Split(int From, int To, bool bLast) const;
   bool HasLineAtEnd() const;
 
   QString m_sText;
