@@ -1,5 +1,7 @@
 #include "program/elf/location_list.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr U32 FIRST_VERSION_WITH_KINDS = 5;
