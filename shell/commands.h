@@ -34,6 +34,7 @@ void RegisterTargetCommands(COMMAND_CONTEXT& Context);
 void RegisterMemoryCommands(COMMAND_CONTEXT& Context);
 void RegisterProjectCommands(COMMAND_CONTEXT& Context);
 void RegisterTerminalCommands(COMMAND_CONTEXT& Context);
+void RegisterPluginCommands(COMMAND_CONTEXT& Context);
 void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);
 void RegisterSettingsCommands(COMMAND_CONTEXT& Context);

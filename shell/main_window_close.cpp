@@ -8,6 +8,7 @@
 #include "device/device.h"
 #include "program/database/elfapi.h"
 #include "project/project.h"
+#include "rtos/plugin_host.h"
 #include "script/vscript.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -34,6 +35,7 @@ void CMainWindow::closeEvent(QCloseEvent* pEvent) {
     return;
   }
   m_bClosing = true;
+  CPluginHost::Get().SetClosing();
   CMessageBox::PurgeSessionTimeouts();
   StopTimers();
   VScript::RequestClose();

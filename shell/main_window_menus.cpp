@@ -35,6 +35,7 @@ void CMainWindow::CreateMenus() {
   RegisterMemoryCommands(*m_pCommands);
   RegisterProjectCommands(*m_pCommands);
   RegisterTerminalCommands(*m_pCommands);
+  RegisterPluginCommands(*m_pCommands);
   RegisterWindowCommands(*m_pCommands);
   RegisterEditCommands(*m_pCommands);
   RegisterViewCommands(*m_pCommands);

@@ -16,6 +16,7 @@
 #include "shell/directories.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
+#include "shell/plugin_binding.h"
 #include "shell/program_loader.h"
 #include "shell/register_files.h"
 #include "shell/session_controller.h"
@@ -160,6 +161,7 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
   m_Session.ExecScriptFunc(HOOK_ON_PROJECT_LOAD);
   m_Session.SetLoadingProject(false);
   LoadDefaultRegisterFile();
+  HintAtPlugins();
   if (!AreSettingsInMemory()) m_View.LoadUserFile(CProject::GetUserFileName(sPath));
   m_View.OnProjectStateChanged();
 }
@@ -180,6 +182,7 @@ void CProjectController::LoadDefaultRegisterFile() {
 
 void CProjectController::OnProjectFileClosed(const QString& sPath) {
   if (!sPath.isEmpty() && !AreSettingsInMemory()) m_View.SaveUserFile(CProject::GetUserFileName(sPath));
+  UnloadPlugin();
 }
 
 QString CProjectController::MakeTitle() const {

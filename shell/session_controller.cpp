@@ -7,6 +7,7 @@
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
 #include "project/project.h"
+#include "rtos/plugin_host.h"
 #include "script/vscript.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
@@ -110,12 +111,14 @@ void CSessionController::ConnectDevice(CONNECT_MODES Mode) {
     const CSuppressEvents Suppress{JT_CONNECT};
     ExecScriptFunc(HOOK_TARGET_CONNECT);
   }
+  CPluginHost::Get().OnDebugStart();
   Device().RequestFinishConnect(static_cast<CONNECT_MODES>(GetVarValue(VAR_CONNECT_MODE)));
 }
 
 void CSessionController::DisconnectDevice() {
   if (!Device().IsConnected()) return;
   ExecScriptFunc(HOOK_BEFORE_TARGET_DISCONNECT);
+  CPluginHost::Get().OnDebugEnd();
   Device().ScheduleDisconnect();
 }
 

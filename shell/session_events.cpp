@@ -5,6 +5,7 @@
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
 #include "project/project.h"
+#include "rtos/plugin_host.h"
 #include "script/vscript.h"
 #include "shell/core_binding.h"
 #include "shell/log/console_print.h"
@@ -51,6 +52,8 @@ void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
   PrintConsoleColor(QStringLiteral("V-Node: connected to target device"), COLOR_LOGGING_VNODE);
   Status().SetStatusMessage(QStringLiteral("Connected"));
   UpdateConnectionInfo();
+  // Where a script connects, this came behind its function.
+  if (!VScript::HasFunction(HOOK_TARGET_CONNECT)) CPluginHost::Get().OnDebugStart();
   m_View.OnSessionStateChanged();
   ExecScriptFunc(HOOK_AFTER_TARGET_CONNECT);
   if (Mode <= CM_ATTACH_HALT && GetVarValue(VAR_CONNECT_MODE) != static_cast<U32>(Mode)) {

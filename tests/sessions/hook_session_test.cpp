@@ -1,5 +1,7 @@
 // The functions of a project at their moments, in the sessions of hooks/.
 
+#include <QProcess>
+
 #include "session_runner.h"
 
 namespace {
@@ -152,6 +154,29 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
     const SESSION_RESULT Run = RunSession(u"File.Open (\"%1\");\n@wait idle\n%2"_s.arg(sProject, Case.sCommands));
     Run.Expect(0, {Case.sPrinted});
     EXPECT_FALSE(*Case.sNotPrinted && Run.sOutput.contains(QLatin1String(Case.sNotPrinted))) << qPrintable(Run.sOutput);
+  }
+}
+
+TEST_F(HookSession, APluginIsHintedAtLoadedAndToldOfTheSession) {
+  const QString sElf = Path("rtos.elf");
+  ASSERT_EQ(QProcess::execute(u"arm-none-eabi-objcopy"_s,
+                              {u"--add-symbol"_s, u"pxCurrentTCB=0x20000000,global"_s,
+                               QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.elf"), sElf}),
+            0);
+  const QString sHint = u"add command 'Project.SetOSPlugin(\"FreeRTOSPlugin\")' to the project file."_s;
+  const QString sPlugin = u"Project.SetOSPlugin (\"" VEXOR_BIN_DIR "/../test_bin/sample_plugin_good\");"_s;
+  for (const bool bPlugin : {false, true}) {
+    const QString sProject =
+        u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
+        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n"_s.arg(sElf, bPlugin ? sPlugin : QString());
+    const SESSION_RESULT Run = RunSession(
+        u"File.Open (\"%1\");\n@wait idle\nDebug.Start\n@wait halted\nDebug.Stop\n@wait disconnected\nFile.NewProject\n"_s
+            .arg(Write("rtos.vdebug", sProject.toUtf8())));
+    EXPECT_EQ(Run.ExitCode, 0) << qPrintable(Run.sOutput);
+    EXPECT_NE(Run.sOutput.contains(sHint), bPlugin) << qPrintable(Run.sOutput);
+    if (bPlugin)
+      Run.Expect(0, {"Plugin Loaded: ", "OnInit returns -1", "OnDebugStart returns 11", "OnDebugEnd returns 12",
+                     "Plugin unloaded."});
   }
 }
 

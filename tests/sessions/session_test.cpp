@@ -61,6 +61,7 @@ TEST_F(BadInput, AFailingLineSaysWhyAndEndsTheSession) {
       {"Project.SetTraceSource Nowhere", "invalid parameter"},
       {"Project.SetSWO (maybe, \"2 MHz\", \"64 MHz\")", "invalid parameter"},
       {"Project.SetRTT 2", "invalid parameter"},
+      {"Project.SetOSPlugin nothing", "Plugin libary was not found or could not be loaded"},
       {"Project.AddRTTSearchRange (0x20000000, some)", "invalid parameter"},
       {"Project.RelocateSymbols (\"*\", far)", "invalid parameter: \"far\""},
       {"File.NewProject\nFile.SaveProjectAs x.txt", "invalid project filename: \"x.txt\""},
