@@ -4,9 +4,9 @@
 
 namespace {
 
-constexpr size_t MAX_REMEMBERED = 64;          // states; compilers need one or two
-constexpr U64 MAX_PROGRAM_BYTES = 256 * 1024;  // of one function
-constexpr U64 MAX_OFFSET = 0x7FFFFFFF;         // bytes
+constexpr size_t MAX_REMEMBERED = 64;         // states; compilers need one or two
+constexpr U64 MAX_PROGRAM_BYTES = 64 * 1024;  // of one function
+constexpr U64 MAX_OFFSET = 0x7FFFFFFF;        // bytes
 
 CByteCursor ProgramBytes(const FRAME_SECTION& Section, const FRAME_BYTES& Program) {
   CByteCursor Bytes = Section.Bytes();

@@ -147,3 +147,27 @@ TEST(Lines, Programs) {
   EXPECT_EQ(RowsText({2, "02 00 fd 0c 0d 00 01 01 02 01 00 00 00 01 00 00 01 00 00", "04 05 06 01"}), "0 1/1:0, ");
   EXPECT_EQ(RowsText({2, "02 01 fd 00 0d 00 01 01 01 01 00 00 00 01 00 00 01 00 00", "01"}), "!line_range=0");
 }
+
+using ElfLines = CElfTest;
+
+// A table of version 2 and, behind it, one of version 5, of which only the damaged one is left out.
+TEST_F(ElfLines, ADamagedTableIsNamedAndTheOtherOneStays) {
+  Open("mixed.elf");
+  const U32 Section = ELF_GetSectionFileOffset(pFile, static_cast<U32>(ELF_FindSection(pFile, ".debug_line")));
+  const U32 NumLines = ELF_GetNumSrcLines(pFile);
+  // offset of the changed byte in the section, value, message
+  const std::tuple<U32, U8, const char*> aCases[] = {
+      {4, 9, "line table of an unknown version in func CLineReader (version, 0x9)"},
+      {3, 1, "line table outside its section in func CLineReader (offset, 0x0)"},
+      {14, 0, "line table without opcodes in func CLineReader (opcode_base, 0x0)"},
+      {0x226 + 9, 0xFF, "line table header longer than its table in func CLineReader (header_length, 0xFF2F)"},
+  };
+  for (const auto& [Offset, Value, sMessage] : aCases) {
+    std::vector<char> aBytes = BytesOf("mixed.elf");
+    aBytes[Section + Offset] = static_cast<char>(Value);
+    ASSERT_TRUE(OpenBytes(aBytes));
+    EXPECT_THAT(aMessages, testing::Contains(std::string("libdwarf: ") + sMessage));
+    EXPECT_TRUE(ELF_GetNumSrcLines(pFile) > 0 && ELF_GetNumSrcLines(pFile) < NumLines) << sMessage;
+    EXPECT_NE(Function("main"), 0u);
+  }
+}
