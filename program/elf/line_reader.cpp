@@ -40,7 +40,8 @@ I32 CLineReader::PathOf(const LINE_HEADER& Header, const LINE_FILE& File, const 
   if (!File.sName || !*File.sName) return -1;
   const std::string_view sDir = File.Dir < Header.aDirs.size() ? Header.aDirs[File.Dir] : "";
   const std::string_view sName = File.sName;
-  if (sCompDir.size() + sDir.size() + sName.size() > MAX_PATH_LENGTH) return -1;
+  const size_t Length = sCompDir.size() + sDir.size() + sName.size();
+  if (Length > MAX_PATH_LENGTH) return Complain({"path of a source file is too long", "length", Length}), -1;
   return Table.Intern(JoinSourcePath(sCompDir, std::string(sDir), std::string(sName)));
 }
 
