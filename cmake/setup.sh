@@ -1,8 +1,10 @@
 # Shared by ./run and ./test: the packages that Debian 12 has to have, and the build. Sourced, not run.
 
-VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
-  libgl-dev zlib1g-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev libgmock-dev
+VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev
+  zlib1g-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev libgmock-dev
   breeze-icon-theme fonts-dejavu-core)
+# A third more to download, and no need: without it the web control window offers the user's browser.
+VEXOR_OPTIONAL_PACKAGES=(qt6-webengine-dev)
 VEXOR_SCREEN_PACKAGES=(xvfb openbox)
 VEXOR_TEST_PACKAGES=(binutils libcapstone-dev libunicorn-dev binutils-arm-none-eabi
   qemu-system-arm gdb-multiarch python3 srecord llvm-14)
@@ -34,6 +36,12 @@ install_missing() {
   "${as_root[@]}" apt-get update -qq >&2 &&
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
       apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# install_with_options PACKAGE...: these, and the optional ones where they can be had.
+install_with_options() {
+  install_missing "$@" "${VEXOR_OPTIONAL_PACKAGES[@]}" && return 0
+  install_missing "$@" && say "Going on without ${VEXOR_OPTIONAL_PACKAGES[*]}"
 }
 
 # build PRESET TARGET...: configures when needed and builds, quietly unless it fails.

@@ -63,7 +63,8 @@ void CPageView::OnInput() {
   const ssize_t Num = read(STDIN_FILENO, acPart, sizeof(acPart));
   if (Num <= 0) {
     m_Input.setEnabled(false);
-    return QCoreApplication::quit();
+    // Quitting would ask windows whether they may be closed, one of which is gone with the program around it.
+    return QCoreApplication::exit();
   }
   m_sPending.append(acPart, Num);
   for (qsizetype End; (End = m_sPending.indexOf('\n')) >= 0; m_sPending.remove(0, End + 1)) {
