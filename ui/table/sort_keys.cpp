@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/text.h"
+#include "ui/table/text_order.h"
 
 namespace {
 
@@ -68,10 +69,6 @@ const QString& CSortKeys::FallbackOf(size_t Row) const {
   return sText;
 }
 
-int CSortKeys::CompareFallbacks(size_t Left, size_t Right) const {
-  return FallbackOf(Left).compare(FallbackOf(Right));
-}
-
 int CSortKeys::CompareNumbers(size_t Left, size_t Right) const {
   const KEY& L = m_Keys[Left];
   const KEY& R = m_Keys[Right];
@@ -83,22 +80,56 @@ int CSortKeys::CompareNumbers(size_t Left, size_t Right) const {
   } else if (L.bSecond && R.bSecond) {
     return Order(L.Second, R.Second);
   }
-  return Result == 0 && L.bOfModel && R.bOfModel ? CompareFallbacks(Left, Right) : Result;
+  return Result == 0 && L.bOfModel && R.bOfModel ? FallbackOf(Left).compare(FallbackOf(Right)) : Result;
 }
 
-int CSortKeys::Compare(size_t Left, size_t Right) const {
-  const KEY& L = m_Keys[Left];
-  const KEY& R = m_Keys[Right];
-  if (!L.bHasValue && !R.bHasValue) return CompareFallbacks(Left, Right);
-  if (L.Rank != R.Rank) return Order(L.Rank, R.Rank);
-  if (L.Rank == RANK_NUMBER) return CompareNumbers(Left, Right);
-  return L.sText.compare(R.sText);
+void CSortKeys::SortTexts(ROWS::iterator First, ROWS::iterator End, TEXT_OF TextOf, bool bDescending) const {
+  std::vector<ROW_TEXT> Texts(static_cast<size_t>(End - First));
+  std::transform(First, End, Texts.begin(), [&](int Row) {
+    return ROW_TEXT{&(this->*TextOf)(static_cast<size_t>(Row)), Row};
+  });
+  SortByText(Texts, bDescending);
+  std::ranges::transform(Texts, First, &ROW_TEXT::Row);
+}
+
+void CSortKeys::SortIntegers(ROWS& Rows, bool bDescending) const {
+  std::vector<std::pair<I64, int>> Values;
+  Values.reserve(Rows.size());
+  for (const int Row : Rows) Values.emplace_back(KeyOf(Row).Integer, Row);
+  std::ranges::stable_sort(Values, [bDescending](const auto& Left, const auto& Right) {
+    return bDescending ? Left.first > Right.first : Left.first < Right.first;
+  });
+  std::ranges::transform(Values, Rows.begin(), &std::pair<I64, int>::second);
+  for (auto First = Rows.begin(); First != Rows.end();) {
+    const auto End =
+        std::find_if(First, Rows.end(), [&](int Row) { return KeyOf(Row).Integer != KeyOf(*First).Integer; });
+    const bool bOfModel = std::all_of(First, End, [&](int Row) { return KeyOf(Row).bOfModel; });
+    if (End - First > 1 && bOfModel) SortTexts(First, End, &CSortKeys::FallbackOf, bDescending);
+    First = End;
+  }
+}
+
+void CSortKeys::SortNumbers(ROWS& Rows, bool bDescending) const {
+  if (std::ranges::none_of(Rows, [this](int Row) { return KeyOf(Row).bFloat; })) return SortIntegers(Rows, bDescending);
+  std::ranges::stable_sort(Rows, [this, bDescending](int Left, int Right) {
+    const size_t L = static_cast<size_t>(Left), R = static_cast<size_t>(Right);
+    return bDescending ? CompareNumbers(R, L) < 0 : CompareNumbers(L, R) < 0;
+  });
 }
 
 void CSortKeys::Sort(std::vector<int>& Rows, bool bDescending) const {
-  std::ranges::stable_sort(Rows, [this, bDescending](int Left, int Right) {
-    const size_t L = static_cast<size_t>(Left), R = static_cast<size_t>(Right);
-    if (m_Keys[L].bHasValue != m_Keys[R].bHasValue) return m_Keys[L].bHasValue;
-    return bDescending ? Compare(R, L) < 0 : Compare(L, R) < 0;
-  });
+  ROWS Empty, Numbers, Texts, WithoutValue;
+  for (const int Row : Rows) {
+    const KEY& Key = KeyOf(Row);
+    ROWS& OfRank = Key.Rank == RANK_TEXT ? Texts : Key.Rank == RANK_NUMBER ? Numbers : Empty;
+    (Key.bHasValue ? OfRank : WithoutValue).push_back(Row);
+  }
+  SortNumbers(Numbers, bDescending);
+  SortTexts(Texts.begin(), Texts.end(), &CSortKeys::TextOf, bDescending);
+  SortTexts(WithoutValue.begin(), WithoutValue.end(), &CSortKeys::FallbackOf, bDescending);
+  if (bDescending) std::swap(Empty, Texts);
+  Rows.clear();
+  for (const ROWS* const pPart : {&Empty, &Numbers, &Texts, &WithoutValue}) {
+    Rows.insert(Rows.end(), pPart->begin(), pPart->end());
+  }
 }

@@ -33,8 +33,6 @@ public:
   void Add(const SORT_CELL& Cell);
   // Sorts positions of added cells.
   void Sort(std::vector<int>& Rows, bool bDescending) const;
-  // Below, equal or above 0 for the first before, like or behind the second when the column goes upwards.
-  int Compare(size_t Left, size_t Right) const;
 
 private:
   enum RANK : U8 { RANK_EMPTY, RANK_NUMBER, RANK_TEXT };
@@ -50,8 +48,15 @@ private:
     QString sText;  // folded
   };
 
+  using ROWS = std::vector<int>;
+  using TEXT_OF = const QString& (CSortKeys::*)(size_t Row) const;
+
+  void SortTexts(ROWS::iterator First, ROWS::iterator End, TEXT_OF TextOf, bool bDescending) const;
+  void SortNumbers(ROWS& Rows, bool bDescending) const;
+  void SortIntegers(ROWS& Rows, bool bDescending) const;
   int CompareNumbers(size_t Left, size_t Right) const;
-  int CompareFallbacks(size_t Left, size_t Right) const;
+  const KEY& KeyOf(int Row) const { return m_Keys[static_cast<size_t>(Row)]; }
+  const QString& TextOf(size_t Row) const { return m_Keys[Row].sText; }
   const QString& FallbackOf(size_t Row) const;
   static void TakeNumberText(const QString& sText, KEY* pKey);
 
