@@ -81,7 +81,7 @@ void SetState(COMMAND_CONTEXT&) {
   if (!CheckActionArgs(ID) || !GetCodeAddrArg(ID, &Addr)) return;
   const bool bSet = Breakpoints().GetAt(Addr, Entry);
   if (STATE == BP_STATE_DISABLED && !bSet) return SetError(ID, ActionError::BREAKPOINT_NOT_SET);
-  if (STATE == BP_STATE_ENABLED && (!bSet || Entry.State != BP_STATE_DISABLED)) {
+  if (STATE == BP_STATE_ENABLED && (!bSet || Entry.State == BP_STATE_ENABLED)) {
     return SetError(ID, ActionError::BREAKPOINT_NOT_DISABLED);
   }
   Breakpoints().Set(Addr, STATE, static_cast<BP_TYPES>(Entry.Type));
@@ -193,7 +193,8 @@ void SetType(COMMAND_CONTEXT&) {
   if (Location.IsSource()) {
     Breakpoints().SetOnSrc(Location.Loc, BP_STATE_MIXED, Type);
   } else if (Breakpoints().GetAt(Location.Addr, Entry)) {
-    Breakpoints().Set(Location.Addr, static_cast<BP_STATES>(Entry.State), static_cast<BP_TYPES>(Type));
+    const BP_STATES State = Entry.State == BP_STATE_DISABLED ? BP_STATE_DISABLED : BP_STATE_ENABLED;
+    Breakpoints().Set(Location.Addr, State, static_cast<BP_TYPES>(Type));
   }
 }
 

@@ -21,7 +21,7 @@ bool CBreakpointEntries::Get(U32 Addr, BP& Entry) const {
   if (IsUnderWay()) {
     const auto It = m_Wanted.constFind(Addr);
     if (It != m_Wanted.cend()) {
-      Entry = It->Entry;
+      Entry = *It;
       return Entry.State != BP_STATE_CLEARED;
     }
     if (m_bAllCleared) return false;
@@ -36,23 +36,22 @@ QList<BP> CBreakpointEntries::All() const {
   for (const BP& Entry : Listed) {
     if (!m_bAllCleared && !m_Wanted.contains(Entry.Addr)) Entries << Entry;
   }
-  for (const WANTED& Wanted : m_Wanted) {
-    if (Wanted.Entry.State != BP_STATE_CLEARED) Entries << Wanted.Entry;
+  for (const BP& Wanted : m_Wanted) {
+    if (Wanted.State != BP_STATE_CLEARED) Entries << Wanted;
   }
   std::sort(Entries.begin(), Entries.end(), [](const BP& A, const BP& B) { return A.Addr < B.Addr; });
   return Entries;
 }
 
-void CBreakpointEntries::Set(const QAddrList& Addrs, BP_STATES State, BP_TYPES Type, bool bKeep) {
+void CBreakpointEntries::Set(const QAddrList& Addrs, BP_STATES State, BP_TYPES Type) {
   if (Addrs.isEmpty()) return;
   for (const U32 Addr : Addrs) {
-    WANTED& Wanted = m_Wanted[Addr];
-    m_Device.Context().Breakpoints.GetAt(Addr, Wanted.Entry);
-    Wanted.Entry.Addr = Addr;
-    Wanted.Entry.bUsed = true;
-    Wanted.Entry.State = State;
-    Wanted.Entry.Type = Type;
-    Wanted.bKeep = bKeep;
+    BP& Wanted = m_Wanted[Addr];
+    m_Device.Context().Breakpoints.GetAt(Addr, Wanted);
+    Wanted.Addr = Addr;
+    Wanted.bUsed = true;
+    Wanted.State = State;
+    Wanted.Type = Type;
   }
   if (Addrs.size() == 1) {
     m_Device.ScheduleSetBreakpoint(Addrs.first(), State, Type);
@@ -85,13 +84,12 @@ QList<CBreakpointEntries::FAILURE> CBreakpointEntries::Settle() {
   if (IsUnderWay()) return {};
   QList<FAILURE> Failures;
   for (auto It = m_Wanted.cbegin(); It != m_Wanted.cend(); ++It) {
-    const BP& Wanted = It->Entry;
+    const BP& Wanted = *It;
     if (Wanted.State == BP_STATE_CLEARED) continue;
     BP Entry;
     const bool bListed = m_Device.Context().Breakpoints.GetAt(It.key(), Entry);
     if (bListed && Entry.State == Wanted.State && Entry.Type == Wanted.Type) continue;
-    Failures << FAILURE{It.key(), static_cast<BP_STATES>(Wanted.State), static_cast<BP_TYPES>(Wanted.Type), bListed,
-                        It->bKeep};
+    Failures << FAILURE{It.key(), static_cast<BP_STATES>(Wanted.State), static_cast<BP_TYPES>(Wanted.Type), bListed};
   }
   m_Wanted.clear();
   m_bAllCleared = false;

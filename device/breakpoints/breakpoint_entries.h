@@ -18,8 +18,8 @@ public:
   QList<BP> All() const;
   bool IsEmpty() const { return All().isEmpty(); }
 
-  // Schedule the change for all addresses. With bKeep those that can't be set are to stay in the list, disabled.
-  void Set(const QAddrList& Addrs, BP_STATES State, BP_TYPES Type, bool bKeep = false);
+  // Schedule the change for all addresses.
+  void Set(const QAddrList& Addrs, BP_STATES State, BP_TYPES Type);
   void Clear(const QAddrList& Addrs);
   void ClearAll();
   // Somebody else has scheduled that all go.
@@ -28,10 +28,9 @@ public:
   // What was asked for and is not so.
   struct FAILURE {
     U32 Addr = 0;
-    BP_STATES Wanted = BP_STATE_ENABLED;
+    BP_STATES State = BP_STATE_ENABLED;  // as it was asked for
     BP_TYPES Type = BP_TYPE_ANY;
     bool bListed = false;  // the address has an entry nevertheless
-    bool bKeep = false;
   };
   // Compares with the device's list once nothing is under way; an empty list before.
   QList<FAILURE> Settle();
@@ -39,13 +38,9 @@ public:
   bool IsSettled() const { return m_Wanted.isEmpty() && !m_bAllCleared; }
 
 private:
-  struct WANTED {
-    BP Entry;  // state BP_STATE_CLEARED: gone
-    bool bKeep = false;
-  };
   bool IsUnderWay() const;
 
   CDevice& m_Device;
-  QHash<U32, WANTED> m_Wanted;  // scheduled and not settled
-  bool m_bAllCleared = false;   // ahead of what m_Wanted holds
+  QHash<U32, BP> m_Wanted;     // scheduled and not settled; state BP_STATE_CLEARED: gone
+  bool m_bAllCleared = false;  // ahead of what m_Wanted holds
 };

@@ -20,8 +20,9 @@ bool EvalHalt(CBreakpointProps& Props, U64 HitCount, const BREAKPOINT_EVALUATOR&
   if (Props.SkipCount > 0 && HitCount % (U64{Props.SkipCount} + 1) != 0) return false;
   if (!Props.FilterTaskID.isEmpty() && !IsWantedTask(Props.FilterTaskID, Evaluator)) return false;
   if (Props.Condition.isEmpty() || !Evaluator.EvalCondition) return true;
-  Log(QStringLiteral("Evaluating BP condition: ") + Props.Condition, false);
   const CONDITION_RESULT Result = Evaluator.EvalCondition(Props.Condition);
+  if (Result.Outcome == CONDITION_NOT_PARSED) return true;
+  Log(QStringLiteral("Evaluating BP condition: ") + Props.Condition, false);
   switch (Result.Outcome) {
     case CONDITION_FAILED:
       Log(QStringLiteral("error: ") + Result.sReason, true);

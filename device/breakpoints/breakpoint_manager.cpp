@@ -1,5 +1,7 @@
 #include "device/breakpoints/breakpoint_manager.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "device/breakpoint_ops.h"
 #include "device/device.h"
@@ -10,6 +12,7 @@
 namespace {
 
 const QString NO_CODE = QStringLiteral("No code at this line");
+const QString NOT_SET = QStringLiteral("Not set: %1");
 
 CDevice& Device() {
   return CDevice::Get();
@@ -42,10 +45,33 @@ CBreakpointManager::CBreakpointManager() : m_Entries(CDevice::Get()) {}
 
 // ---- What there is
 
+bool CBreakpointManager::GetAt(U32 Addr, BP& Entry) const {
+  if (m_Entries.Get(Addr, Entry)) return true;
+  const auto Problem = m_Problems.constFind(Addr);
+  if (Problem == m_Problems.cend() || Problem->bListed) return false;
+  Entry = BP();
+  Entry.Addr = Addr;
+  Entry.Type = Problem->Type;
+  return true;
+}
+
+// In the order of addresses as far as they could not be set.
+QList<BP> CBreakpointManager::AllEntries() const {
+  QList<BP> Entries = m_Entries.All();
+  QAddrList Failed = m_Problems.keys();
+  std::sort(Failed.begin(), Failed.end());
+  for (const U32 Addr : Failed) {
+    BP Entry;
+    if (!m_Entries.Get(Addr, Entry) && GetAt(Addr, Entry)) Entries << Entry;
+  }
+  return Entries;
+}
+
 BP_SETTING CBreakpointManager::SettingAt(U32 Addr) const {
   BP_SETTING Setting;
   BP Entry;
-  if (m_Entries.Get(Addr, Entry)) {
+  Setting.State = BP_STATE_CLEARED;
+  if (GetAt(Addr, Entry)) {
     Setting.State = Entry.State;
     Setting.Type = Entry.Type;
   }
@@ -92,7 +118,7 @@ QString CBreakpointManager::PathOf(const CSrcLoc& Loc) const {
 
 QAddrList CBreakpointManager::AddrsOf(const BREAKPOINT_LOCATION& Location) const {
   BP Entry;
-  if (!Location.IsSource()) return m_Entries.Get(Location.Addr, Entry) ? QAddrList{Location.Addr} : QAddrList();
+  if (!Location.IsSource()) return GetAt(Location.Addr, Entry) ? QAddrList{Location.Addr} : QAddrList();
   const SOURCE_BREAKPOINT* const pSource = m_Sources.Find(Location.Loc);
   return pSource ? pSource->Addrs : QAddrList();
 }
@@ -117,15 +143,15 @@ CBreakpointRec CBreakpointManager::RecordAt(U32 Addr) const {
   const BP_SETTING Setting = SettingAt(Addr);
   BP Entry;
   Record.Addr = Addr;
-  Record.State = m_Entries.Get(Addr, Entry) ? Setting.State : U32{BP_STATE_CLEARED};
+  Record.State = Setting.State;
   Record.Type = Setting.Type;
-  Record.HitCount = Entry.HitCount;
+  if (GetAt(Addr, Entry)) Record.HitCount = Entry.HitCount;
   Record.Props = Setting.Props;
   if (Record.State == BP_STATE_ENABLED) Record.ActualImp = ActualImpAt(Addr);
-  Record.sProblem = m_Problems.value(Addr);
+  Record.sProblem = m_Problems.value(Addr).sReason;
   Record.Loc = ELFAPI_GetFirstSrcLoc(Addr);
   Record.sLocation = HexText(Addr);
-  Record.Context = FuncText(Addr);
+  Record.Context = Record.sProblem.isEmpty() ? FuncText(Addr) : NOT_SET.arg(Record.sProblem);
   return Record;
 }
 
@@ -141,29 +167,39 @@ CBreakpointRec CBreakpointManager::RecordOf(const SOURCE_BREAKPOINT& Source) con
   Record.Loc = Source.Loc;
   Record.sLocation = LineText(Source.sPath, Source.Loc.Line);
   QStringList Functions, Implementations;
+  int NumProblems = 0;
   for (const U32 Addr : Source.Addrs) {
     CBreakpointRec Child = RecordAt(Addr);
     Child.bIsDerived = true;
     Record.HitCount += Child.HitCount;
     Record.bPropsDiffer |= !Child.Props.IsSame(Setting.Props);
     if (Record.sProblem.isEmpty()) Record.sProblem = Child.sProblem;
+    if (!Child.sProblem.isEmpty()) ++NumProblems;
     if (!Child.Context.isEmpty() && !Functions.contains(Child.Context)) Functions << Child.Context;
-    if (!Implementations.contains(Child.ActualImp)) Implementations << Child.ActualImp;
+    if (Child.State == BP_STATE_ENABLED && !Implementations.contains(Child.ActualImp))
+      Implementations << Child.ActualImp;
     Record.Children << Child;
   }
   Record.ActualImp = Implementations.size() > 1 ? MULTIPLE_TEXT : Implementations.value(0);
   Record.Context = Source.Addrs.isEmpty() ? NO_CODE : Functions.join(QLatin1String(", "));
+  if (NumProblems > 0 && NumProblems == Source.Addrs.size()) {
+    Record.Context = NOT_SET.arg(Record.sProblem);
+  } else if (NumProblems > 0) {
+    Record.Context =
+        QStringLiteral("%1 of %2 not set: %3").arg(NumProblems).arg(Source.Addrs.size()).arg(Record.sProblem);
+  }
   return Record;
 }
 
 QList<CBreakpointRec> CBreakpointManager::Rows() const {
   QList<CBreakpointRec> Rows;
   for (const SOURCE_BREAKPOINT& Source : m_Sources.All()) Rows << RecordOf(Source);
-  for (const BP& Entry : m_Entries.All()) {
+  for (const BP& Entry : AllEntries()) {
     if (Entry.State == BP_STATE_HIDDEN || IsDerived(Entry.Addr)) continue;
     CBreakpointRec Record = RecordAt(Entry.Addr);
     const QString sLoc = ELFAPI_GetSrcLocText({Record.Loc.File, Record.Loc.Line, 0});
-    if (!sLoc.isEmpty()) Record.Context += (Record.Context.isEmpty() ? QString() : QStringLiteral(", ")) + sLoc;
+    if (!sLoc.isEmpty() && Record.sProblem.isEmpty())
+      Record.Context += (Record.Context.isEmpty() ? QString() : QStringLiteral(", ")) + sLoc;
     Rows << Record;
   }
   return Rows;
@@ -200,7 +236,7 @@ void CBreakpointManager::NoteEmpty() {
 }
 
 // One setting for each address, or the first for all. One job for all addresses that are set alike.
-void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING>& Settings, bool bKeep) {
+void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING>& Settings) {
   Source.Pending = Settings.first();
   if (Source.Addrs.isEmpty()) {
     Device().ScheduleEditBreakpoint();
@@ -209,13 +245,14 @@ void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING
   const bool bEach = Settings.size() == Source.Addrs.size();
   QHash<std::pair<U32, U32>, QAddrList> Alike;
   for (qsizetype i = 0; i < Source.Addrs.size(); ++i) {
-    const BP_SETTING& Setting = Settings[bEach ? i : 0];
+    BP_SETTING Setting = Settings[bEach ? i : 0];
+    if (Setting.State == BP_STATE_CLEARED) Setting.State = BP_STATE_ENABLED;  // could not be set before
     SetProps(Source.Addrs[i], Setting.Props);
     m_Problems.remove(Source.Addrs[i]);
     Alike[{Setting.State, Setting.Type}] << Source.Addrs[i];
   }
   for (auto It = Alike.cbegin(); It != Alike.cend(); ++It) {
-    m_Entries.Set(*It, static_cast<BP_STATES>(It.key().first), static_cast<BP_TYPES>(It.key().second), bKeep);
+    m_Entries.Set(*It, static_cast<BP_STATES>(It.key().first), static_cast<BP_TYPES>(It.key().second));
   }
   NoteEmpty();
 }
@@ -231,7 +268,7 @@ bool CBreakpointManager::SetOnSrc(const CSrcLoc& Loc, U32 State, U32 Type) {
     if (State != BP_STATE_MIXED) Setting.State = State;
     if (Type != BP_TYPE_MIXED) Setting.Type = Type;
   }
-  Apply(Source, Settings, false);
+  Apply(Source, Settings);
   return true;
 }
 

@@ -24,9 +24,11 @@ public:
   static CBreakpointManager& Get();
 
   // --- What there is
-  // False when the address has no breakpoint.
-  bool GetAt(U32 Addr, BP& Entry) const { return m_Entries.Get(Addr, Entry); }
-  // How a source line is set (state may be BP_STATE_MIXED, type BP_TYPE_MIXED); false when it has no breakpoint.
+  // False when the address has no breakpoint. One that could not be set has BP_STATE_CLEARED; the device doesn't know
+  // it.
+  bool GetAt(U32 Addr, BP& Entry) const;
+  // How a source line is set (state may be BP_STATE_MIXED, type BP_TYPE_MIXED); false when it has no breakpoint. The
+  // state is BP_STATE_CLEARED when it could not be set.
   bool GetOnSrc(const CSrcLoc& Loc, BP_SETTING& Setting) const;
   // The line of the source breakpoint that a text names as windows and the user file do: the only way to one whose file
   // the program no longer has. All-zero if there is none.
@@ -35,7 +37,7 @@ public:
   QString PathOf(const CSrcLoc& Loc) const;
   // The address belongs to a source breakpoint.
   bool IsDerived(U32 Addr) const { return m_Sources.FindAt(Addr) != nullptr; }
-  bool IsEmpty() const { return m_Sources.All().isEmpty() && m_Entries.IsEmpty(); }
+  bool IsEmpty() const { return m_Sources.All().isEmpty() && AllEntries().isEmpty(); }
   // Source breakpoints in the order in which they were set, then the addresses that belong to none.
   QList<CBreakpointRec> Rows() const;
   // What a location has beside its address; false when there is no breakpoint.
@@ -92,7 +94,15 @@ Q_SIGNALS:
   void Triggered(const QString& sConsoleText, const QString& sMsgBoxText);
 
 private:
+  // What could not be set, or not again after a connect.
+  struct PROBLEM {
+    QString sReason;
+    BP_TYPES Type = BP_TYPE_ANY;
+    bool bListed = false;  // the device has an entry nevertheless
+  };
+
   CBreakpointManager();
+  QList<BP> AllEntries() const;
   QAddrList AddrsOf(const BREAKPOINT_LOCATION& Location) const;
   BP_SETTING SettingAt(U32 Addr) const;
   QList<BP_SETTING> SettingsOf(const SOURCE_BREAKPOINT& Source) const;
@@ -101,22 +111,24 @@ private:
   QString PlaceText(U32 Addr) const;
   void SetProps(U32 Addr, const CBreakpointProps& Props);
   void DropProps(const QAddrList& Addrs);
-  void Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING>& Settings, bool bKeep);
+  void Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING>& Settings);
   QList<STORED_BREAKPOINT> Store() const;
   void Restore(const QList<STORED_BREAKPOINT>& Stored);
   void RestoreOnSrc(const STORED_BREAKPOINT& Stored);
   void CheckOutcome();
+  void CheckOutcomeLater();
   void CheckImplementations();
-  void ReportFailure(U32 Addr);
-  void DropFailed(U32 Addr);
+  void ReportFailure(U32 Addr, BP_TYPES Type, bool bListed);
+  void SetFailedAgain();
   void NoteEmpty();
 
   CBreakpointEntries m_Entries;
   CSourceBreakpoints m_Sources;
   QHash<U32, CBreakpointProps> m_Props;  // by address
-  QHash<U32, QString> m_Problems;        // why an address isn't in the probe library
+  QHash<U32, PROBLEM> m_Problems;        // by address
   QList<STORED_BREAKPOINT> m_Backup;
   BREAKPOINT_EVALUATOR m_Evaluator;
   QStringList m_Reasons;  // why something failed lately
   bool m_bEmpty = true;   // as told last
+  bool m_bCheckWaits = false;
 };

@@ -1,6 +1,7 @@
 // What the device has made of the breakpoints, and halts at them.
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "device/breakpoints/breakpoint_manager.h"
@@ -12,17 +13,19 @@
 
 namespace {
 
-constexpr int MAX_REASONS = 64;  // texts of failures that are kept until the breakpoints are known
+constexpr int MAX_REASONS = 64;    // texts of failures that are kept until the breakpoints are known
+constexpr int MAX_PROBLEMS = 256;  // breakpoints that could not be set and are shown nevertheless
 
 CDevice& Device() {
   return CDevice::Get();
 }
 
-// The latest reason that names the address, otherwise the latest.
+// The latest reason that names the address, without its name, otherwise the latest.
 QString ReasonFor(U32 Addr, const QStringList& Reasons) {
-  const QString sAddr = AddrText(Addr);
+  const QString sAddr = AddrText(Addr) + QLatin1String(": ");
   for (qsizetype i = Reasons.size(); i-- > 0;) {
-    if (Reasons[i].contains(sAddr, Qt::CaseInsensitive)) return Reasons[i];
+    const qsizetype Start = Reasons[i].indexOf(sAddr, 0, Qt::CaseInsensitive);
+    if (Start >= 0) return Reasons[i].mid(Start + sAddr.size());
   }
   return Reasons.isEmpty() ? QStringLiteral("the probe has refused it") : Reasons.last();
 }
@@ -38,44 +41,46 @@ void CBreakpointManager::OnDeviceLogMsg(const char* sText, MSG_INFO_FLAGS Flags)
   if (m_Reasons.size() > MAX_REASONS) m_Reasons.removeFirst();
 }
 
-void CBreakpointManager::ReportFailure(U32 Addr) {
+void CBreakpointManager::ReportFailure(U32 Addr, BP_TYPES Type, bool bListed) {
   const QString sReason = ReasonFor(Addr, m_Reasons);
-  m_Problems.insert(Addr, sReason);
+  if (m_Problems.size() < MAX_PROBLEMS) m_Problems.insert(Addr, {sReason, Type, bListed});
   PrintConsoleError(QStringLiteral("Breakpoint %1 could not be set: %2").arg(PlaceText(Addr), sReason));
 }
 
-// The address has no breakpoint, and nothing is kept of it; nor of its line when that has no other.
-void CBreakpointManager::DropFailed(U32 Addr) {
-  DropProps({Addr});
-  const SOURCE_BREAKPOINT* const pSource = m_Sources.FindAt(Addr);
-  if (pSource == nullptr) return;
-  BP Entry;
-  const bool bSet = std::any_of(pSource->Addrs.cbegin(), pSource->Addrs.cend(),
-                                [&](U32 Other) { return m_Entries.Get(Other, Entry); });
-  if (!bSet) m_Sources.Remove(pSource->Loc);
+void CBreakpointManager::CheckOutcome() {
+  if (Device().HasEvents()) return CheckOutcomeLater();
+  for (const CBreakpointEntries::FAILURE& Failure : m_Entries.Settle())
+    ReportFailure(Failure.Addr, Failure.Type, Failure.bListed);
+  if (m_Entries.IsSettled()) m_Reasons.clear();
 }
 
-void CBreakpointManager::CheckOutcome() {
-  const QList<CBreakpointEntries::FAILURE> Failures = m_Entries.Settle();
-  for (const CBreakpointEntries::FAILURE& Failure : Failures) ReportFailure(Failure.Addr);
-  for (const CBreakpointEntries::FAILURE& Failure : Failures) {
-    if (Failure.bListed) continue;
-    if (Failure.bKeep && Failure.Wanted != BP_STATE_DISABLED) {
-      m_Entries.Set({Failure.Addr}, BP_STATE_DISABLED, Failure.Type);
-    } else {
-      DropFailed(Failure.Addr);
-    }
+// The reason of a failure is among the events that are on their way.
+void CBreakpointManager::CheckOutcomeLater() {
+  if (std::exchange(m_bCheckWaits, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        m_bCheckWaits = false;
+        OnDeviceBPStateChanged();
+      },
+      Qt::QueuedConnection);
+}
+
+// Without a connection nothing stands in the way; the next connect tells whether anything does then.
+void CBreakpointManager::SetFailedAgain() {
+  const QHash<U32, PROBLEM> Problems = std::exchange(m_Problems, {});
+  for (auto It = Problems.cbegin(); It != Problems.cend(); ++It) {
+    if (!It->bListed) m_Entries.Set({It.key()}, BP_STATE_ENABLED, It->Type);
   }
-  if (m_Entries.IsSettled()) m_Reasons.clear();
 }
 
 // After a connect, which sets all breakpoints of the list again.
 void CBreakpointManager::CheckImplementations() {
-  m_Problems.clear();
+  m_Problems.removeIf([](const auto& It) { return It->bListed; });
   U32 ImpFlags = 0;
   for (const BP& Entry : Device().Context().Breakpoints.GetAll()) {
     if (Entry.State != BP_STATE_ENABLED || Device().Ops().Breakpoints.GetImplementation(Entry.Addr, ImpFlags)) continue;
-    ReportFailure(Entry.Addr);
+    ReportFailure(Entry.Addr, static_cast<BP_TYPES>(Entry.Type), true);
   }
 }
 
@@ -91,7 +96,7 @@ void CBreakpointManager::OnDeviceConnectDone(CONNECT_MODES) {
 }
 
 void CBreakpointManager::OnDeviceDisconnectDone() {
-  m_Problems.clear();
+  SetFailedAgain();
   OnDeviceBPStateChanged();
 }
 
@@ -115,7 +120,8 @@ void CBreakpointManager::OnDeviceEvalBPCondition(U32 Addr) {
   BP Entry;
   const auto Props = m_Props.find(Addr);
   bool bHaltStands = true;
-  if (Props != m_Props.end() && m_Entries.Get(Addr, Entry) && Entry.State == BP_STATE_ENABLED) {
+  // The hits are counted in the device's own list, whatever has been asked for meanwhile.
+  if (Props != m_Props.end() && Device().Context().Breakpoints.GetAt(Addr, Entry) && Entry.State == BP_STATE_ENABLED) {
     bHaltStands = EvalHalt(*Props, Entry.HitCount, m_Evaluator, [](const QString& sText, bool bWarning) {
       LogMsg(sText, bWarning ? U32{MSG_WARNING | MSG_TO_ALL} : U32{MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE});
     });

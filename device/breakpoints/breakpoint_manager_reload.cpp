@@ -18,6 +18,13 @@ CSrcLoc LocOf(const STORED_BREAKPOINT& Stored) {
   return {Id == INVALID_FILE_ID ? StableHash32(Stored.sPath.toLower()) : Id, Stored.Line, 0};
 }
 
+// What could not be set is tried again.
+void MakeWanted(QList<BP_SETTING>& Settings) {
+  for (BP_SETTING& Setting : Settings) {
+    if (Setting.State == BP_STATE_CLEARED) Setting.State = BP_STATE_ENABLED;
+  }
+}
+
 }  // namespace
 
 QList<STORED_BREAKPOINT> CBreakpointManager::Store() const {
@@ -28,16 +35,18 @@ QList<STORED_BREAKPOINT> CBreakpointManager::Store() const {
     Stored.Line = Source.Loc.Line;
     Stored.sLineText = Source.sLineText;
     Stored.Settings = SettingsOf(Source);
+    MakeWanted(Stored.Settings);
     const bool bAlike = std::all_of(Stored.Settings.cbegin(), Stored.Settings.cend(),
                                     [&](const BP_SETTING& One) { return One.IsSame(Stored.Settings.first()); });
     if (bAlike) Stored.Settings.resize(1);
     All << Stored;
   }
-  for (const BP& Entry : m_Entries.All()) {
+  for (const BP& Entry : AllEntries()) {
     if (Entry.State == BP_STATE_HIDDEN || IsDerived(Entry.Addr)) continue;
     STORED_BREAKPOINT Stored;
     Stored.Addr = Entry.Addr;
     Stored.Settings = {SettingAt(Entry.Addr)};
+    MakeWanted(Stored.Settings);
     All << Stored;
   }
   return All;
@@ -66,7 +75,7 @@ void CBreakpointManager::RestoreOnSrc(const STORED_BREAKPOINT& Stored) {
     }
     Source.sLineText = sText;
   }
-  Apply(Source, Settings, true);
+  Apply(Source, Settings);
 }
 
 void CBreakpointManager::Restore(const QList<STORED_BREAKPOINT>& Stored) {
@@ -77,7 +86,7 @@ void CBreakpointManager::Restore(const QList<STORED_BREAKPOINT>& Stored) {
     }
     SetProps(One.Addr, One.Settings.first().Props);
     m_Entries.Set({One.Addr}, static_cast<BP_STATES>(One.Settings.first().State),
-                  static_cast<BP_TYPES>(One.Settings.first().Type), true);
+                  static_cast<BP_TYPES>(One.Settings.first().Type));
   }
   NoteEmpty();
 }
@@ -125,6 +134,6 @@ void CBreakpointManager::ShiftLines(U32 FileId, U32 FirstLine, int NumLines) {
     SOURCE_BREAKPOINT& Source = m_Sources.Add(LocOf(Stored), Stored.sPath);
     Source.Addrs = ELFAPI_GetAddrsOfLoc(Source.Loc);
     Source.sLineText = Stored.sLineText;
-    Apply(Source, Stored.Settings, true);
+    Apply(Source, Stored.Settings);
   }
 }

@@ -121,21 +121,54 @@ TEST_F(BreakpointSession, ChangesActHaltedAndRunning) {
   EXPECT_TRUE(Result.Value(3) == 0x4C || Result.Value(3) == 0x7E || Result.Value(3) == 0x90) << Result.Value(3);
 }
 
+// A hook sets them while the target is connected; rows of the window by what became of them.
+TEST_F(BreakpointSession, AreNoMoreThan256) {
+  const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O0.elf");
+  const QString sProject = Write("many.vdebug",
+                                 u"void OnProjectLoad (void) {\n  Project.SetDevice (\"CMSDK_CM4\");\n"
+                                 "  File.Open (\"%1\");\n}\n"
+                                 "void AfterTargetConnect (void) {\n  int i;\n  i = 0;\n"
+                                 "  while (i < 257) {\n"
+                                 "    Break.SetEx (0x20001000 + i * 2, BP_TYPE_SOFT);\n    i = i + 1;\n"
+                                 "  }\n}\n"_s.arg(sElf)
+                                     .toUtf8());
+  const SESSION_RESULT Result =
+      RunSession(u"File.Open (\"%1\")\n@wait idle\n"_s.arg(sProject) + QLatin1String(START) +
+                 u"@dump Breakpoints\nBreak.ClearAll\n@wait idle\nBreak.SetOnSrc lines.cpp:56\n"_s + QLatin1String(GO) +
+                 u"Target.GetReg PC\n"_s);
+  Result.Expect(0, {"Breakpoint @ 0x20001200 could not be set: breakpoint list full.\n"});
+  const auto NumRows = [&](const QString& sStart, const QString& sText) {
+    return std::count_if(Result.Lines.begin(), Result.Lines.end(),
+                         [&](const QString& sLine) { return sLine.startsWith(sStart) && sLine.contains(sText); });
+  };
+  EXPECT_EQ(NumRows(u"On\t0x20001"_s, u"\tSoft\tSoft (RAM)\t"_s), 256);
+  EXPECT_EQ(NumRows(u"Off\t0x20001200\t"_s, u"Not set: breakpoint list full."_s), 1);
+  EXPECT_EQ(Result.Value(0), 0x158) << "with the list empty again";
+}
+
+// The core has 6 comparators: the loop has 6 addresses. What could not be set is said, shown, and set when there is
+// room.
 TEST_F(BreakpointSession, SayWhichCouldNotBeSetAndWhy) {
-  // The core has 6 comparators: the loop has 6 addresses.
-  RunLines(QLatin1String(START) +
-           u"Break.SetOnSrcEx {loop} BP_TYPE_HARD\nBreak.SetOnSrcEx {end of pass} BP_TYPE_HARD\n"
-           "@wait idle\n-Break.ClearOnSrc {end of pass}\nBreak.SetEx 0x158 BP_TYPE_SOFT\nBreak.SetEx 0x50000000 "
-           "BP_TYPE_SOFT\n"
-           "@wait idle\nDebug.Stop\n@wait disconnected\nBreak.SetEx 0x156 BP_TYPE_HARD\n"_s +
-           QLatin1String(START))
-      .Expect(0,
-              {"Breakpoint lines.cpp:56 @ 0x00000158 could not be set: Cannot set a breakpoint @ 0x00000158: no "
-               "breakpoint unit and no memory to hold it\n",
-               "Break.ClearOnSrc (\"lines.cpp:56\"): Breakpoint not set\n",
-               "Breakpoint @ 0x50000000 could not be set: Cannot set a breakpoint @ 0x50000000: no breakpoint unit",
-               "Breakpoint @ 0x00000156 could not be set: Cannot set a breakpoint @ 0x00000156: no breakpoint unit"},
-              {"Breakpoint lines.cpp:43"});
+  const QString sDump = u"@wait idle\n@dump Breakpoints\n"_s;
+  const SESSION_RESULT Result = RunLines(
+      QLatin1String(START) + u"Break.SetOnSrcEx {loop} BP_TYPE_HARD\nBreak.SetOnSrcEx {end of pass} BP_TYPE_HARD\n"_s +
+      sDump + u"Break.ClearOnSrc {loop}\n@wait idle\nBreak.SetType {end of pass} BP_TYPE_ANY\n"_s + sDump +
+      u"Break.SetEx 0x50000000 BP_TYPE_SOFT\n@wait idle\nDebug.Stop\n@wait disconnected\n"_s + sDump +
+      QLatin1String(START) + u"Break.Clear 0x50000000\n-Break.Clear 0x50000000\n"_s + sDump);
+  const QString sNone = u": no breakpoint unit and no memory to hold it"_s;
+  Result.Expect(0, {"Break.Clear (0x50000000): Breakpoint not set"});
+  for (const QString& sPlace : {u"lines.cpp:56 @ 0x00000158"_s, u"@ 0x50000000"_s})
+    EXPECT_TRUE(Result.Lines.contains(u"Breakpoint %1 could not be set"_s.arg(sPlace) + sNone));
+  // state, place, and what the row says of it
+  QStringList Rows;
+  for (const QString& sLine : Result.Lines.filter(u"\t"_s)) {
+    const QStringList Cells = sLine.split(u'\t');
+    if (Cells[1].startsWith(u"lines.cpp:56"_s) || Cells[1].startsWith(u"0x5"_s))
+      Rows << QStringList{Cells[0], Cells[1].right(2), Cells[2], Cells[3], Cells[4]}.join(u' ');
+  }
+  const QStringList Wanted = {u"Off 56 Hard  Not set"_s + sNone, u"On 56 Any Hard main"_s, u"On 56 Any  main"_s,
+                              u"On 00 Soft  "_s, u"On 56 Any Hard main"_s};
+  EXPECT_TRUE(Rows == Wanted) << Rows.join(u'\n').toStdString();
 }
 
 TEST_F(BreakpointSession, SurviveReconnectAndReload) {

@@ -41,8 +41,11 @@ QStringList BreakpointTypeNames() {
   return Names;
 }
 
-QString BreakpointIcon(U32 State) {
-  return State == BP_STATE_ENABLED ? QStringLiteral("breakpoint-17.png") : QStringLiteral("breakpoint-disabled-17.png");
+QString BreakpointIcon(const CBreakpointRec& Record) {
+  if (!Record.sProblem.isEmpty()) return QStringLiteral("message-warning.png");
+  const bool bPending = Record.bIsSource && Record.Children.isEmpty();
+  return Record.State == BP_STATE_ENABLED && !bPending ? QStringLiteral("breakpoint-17.png")
+                                                       : QStringLiteral("breakpoint-disabled-17.png");
 }
 
 QString BreakpointText(const CBreakpointRec& Record, int Column) {

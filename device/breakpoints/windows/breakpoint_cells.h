@@ -28,5 +28,5 @@ const BREAKPOINT_COLUMN_INFO& BreakpointColumnInfo(int Column);
 QString BreakpointText(const CBreakpointRec& Record, int Column);
 // The names of the three implementations, by BP_TYPES.
 QStringList BreakpointTypeNames();
-// Name of the icon of a state.
-QString BreakpointIcon(U32 State);
+// Name of the icon of a breakpoint: full where the target halts, hollow where it does not, a warning where it should.
+QString BreakpointIcon(const CBreakpointRec& Record);

@@ -98,7 +98,7 @@ QString CBreakpointWindow::GetItemTooltip(const QModelIndex& Index, CToolTip::PA
   const auto Add = [&Pairs](const char* sName, const QString& sText) {
     if (!sText.isEmpty()) Pairs << qMakePair(QString(QLatin1String(sName)), sText);
   };
-  Add("Context", pRecord->Context);
+  if (pRecord->sProblem.isEmpty()) Add("Context", pRecord->Context);
   Add("Not set", pRecord->sProblem);
   Add("Hits", pRecord->HitCount > 0 ? GroupedText(pRecord->HitCount) : QString());
   Add("Condition", BreakpointText(*pRecord, BREAKPOINT_CONDITION));

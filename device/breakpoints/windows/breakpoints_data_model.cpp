@@ -135,9 +135,11 @@ QVariant CBreakpointsDataModel::GetItemData(const QModelIndex& Index, int Role) 
     case Qt::DisplayRole:
       return BreakpointText(*pRecord, Index.column());
     case Qt::DecorationRole:
-      return Index.column() == BREAKPOINT_STATE ? QVariant(GetIcon(BreakpointIcon(pRecord->State))) : QVariant();
+      return Index.column() == BREAKPOINT_STATE ? QVariant(GetIcon(BreakpointIcon(*pRecord))) : QVariant();
     case Qt::ForegroundRole:
-      return pRecord->State == BP_STATE_DISABLED ? QVariant(GetTextColor(COLOR_TABLE_ITEM_INACTIVE)) : QVariant();
+      return pRecord->State == BP_STATE_DISABLED || pRecord->State == BP_STATE_CLEARED
+                 ? QVariant(GetTextColor(COLOR_TABLE_ITEM_INACTIVE))
+                 : QVariant();
     case ROLE_SORT_VALUE:
       return Index.column() == BREAKPOINT_SKIP ? QVariant(static_cast<qlonglong>(pRecord->Props.SkipCount))
                                                : QVariant();

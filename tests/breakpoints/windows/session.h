@@ -34,6 +34,8 @@ inline CMainWindow* StartWithProgram() {
     PerformAction(ACTION_SET_DEVICE, u"CMSDK_CM4"_s);
     Settle();
     PerformAction(ACTION_FILE_OPEN, QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O0.elf"));
+    // Comes a while after the program.
+    (void)QTest::qWaitFor([&] { return ConsoleText(*pWindow).contains(u"source file paths resolved"_s); });
     pWindow->Console().Clear();
   }
   return pWindow;
