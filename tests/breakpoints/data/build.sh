@@ -22,7 +22,8 @@ cpp=(-std=c++20 -fno-exceptions -fno-rtti -fno-threadsafe-statics)
 sources=("$examples"/weather_station/src/*.cpp)
 for level in O0 O2; do
   arm-none-eabi-g++ -mcpu=cortex-m3 -mthumb -mfloat-abi=soft -ffreestanding "${debug[@]}" "${cpp[@]}" -$level \
-    "-I$examples/common" "-ffile-prefix-map=$examples/weather_station=." "${sources[@]}" -nostdlib "-L$examples/common" \
+    "-I$examples/common" "-ffile-prefix-map=${examples%/*}=/vexor" "-ffile-prefix-map=$examples/weather_station=." \
+    "${sources[@]}" -nostdlib "-L$examples/common" \
     -T "$examples/weather_station/m3.ld" "$startup" -lgcc -o weather_station_$level.elf
 done
 rm "$startup"
