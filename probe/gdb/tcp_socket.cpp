@@ -45,6 +45,10 @@ std::unique_ptr<LOOKUP> LookUp(const std::string& sHost, U16 Port, DEADLINE Dead
   pLookup->Request.ar_name = pLookup->sHost.c_str();
   pLookup->Request.ar_service = pLookup->sPort.c_str();
   pLookup->Request.ar_request = &pLookup->Hints;
+  // An address in figures needs no name server, and no thread that waits for one.
+  addrinfo Numeric = pLookup->Hints;
+  Numeric.ai_flags |= AI_NUMERICHOST;
+  if (getaddrinfo(sHost.c_str(), pLookup->sPort.c_str(), &Numeric, &pLookup->Request.ar_result) == 0) return pLookup;
   gaicb* pRequest = &pLookup->Request;
   int Result = getaddrinfo_a(GAI_NOWAIT, &pRequest, 1, nullptr);
   while (Result == 0 && (Result = gai_error(pRequest)) == EAI_INPROGRESS) {
