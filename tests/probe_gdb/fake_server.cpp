@@ -121,7 +121,7 @@ void CFakeServer::ServeConnection() {
       m_Requests.push_back(sRequest);
     }
     std::string sRaw;
-    if (Fault && Fault(sRequest, &sRaw)) {
+    if (Fault(sRequest, &sRaw)) {
       if (sRaw == CLOSE) return;
       if (sRaw.starts_with(FLOOD)) {
         const std::string sEndless = sRaw.substr(std::string(FLOOD).size());

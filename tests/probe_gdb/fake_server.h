@@ -33,8 +33,23 @@ public:
   // Sends bytes as they are, to whoever is connected.
   void SendRaw(const std::string& sBytes);
 
-  // True and the bytes to be sent in place of the proper reply. Set before a connection; called on the server's thread.
-  std::function<bool(const std::string& sRequest, std::string* psRaw)> Fault;
+  // True and the bytes to be sent in place of the proper reply. May be set at any time; called on the server's thread.
+  class CFault {
+  public:
+    using FUNC = std::function<bool(const std::string& sRequest, std::string* psRaw)>;
+    void operator=(FUNC NewFunc) {
+      std::lock_guard Lock(m_Mutex);
+      m_Func.swap(NewFunc);
+    }
+    bool operator()(const std::string& sRequest, std::string* psRaw) const {
+      std::lock_guard Lock(m_Mutex);
+      return m_Func && m_Func(sRequest, psRaw);
+    }
+
+  private:
+    mutable std::mutex m_Mutex;
+    FUNC m_Func;
+  } Fault;
   std::string sSupported = "PacketSize=400;qXfer:features:read+;qXfer:memory-map:read+;QStartNoAckMode+";
   std::string sRegisters;        // the description's elements; empty: the core registers
   bool bSingleRegisters = true;  // the server knows "p" and "P"

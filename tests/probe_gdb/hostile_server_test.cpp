@@ -194,8 +194,10 @@ TEST_F(HostileServerTest, NoServerAndBadAddressesFail) {
   const std::string sAddress = CFakeServer().Address();
   ExpectInTime([&] { EXPECT_NE(Connect(sAddress, "Cortex-M3"), 0); });
   ExpectError("Cannot connect to 127.0.0.1");
+#ifndef __SANITIZE_THREAD__  // which fails on the C library's own thread that looks names up
   ExpectInTime([&] { EXPECT_NE(Connect("no-such-host.invalid:1234", "Cortex-M3"), 0); });
   ExpectError("no-such-host.invalid");
+#endif
   for (const char* sText :
        {"", ":1", "host:", "host:0", "host:65536", "host:1x", "[::1", "host,qmp", "host,qmp=0", "a,b"}) {
     EXPECT_EQ(API.VNODEARM_SelectIP(sText, 0), 1) << sText;
