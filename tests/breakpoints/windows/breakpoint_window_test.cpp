@@ -187,6 +187,32 @@ private Q_SLOTS:
     QTRY_COMPARE(Implementation("lines.cpp:29"), QString());
   }
 
+  // The loop takes all six comparators.
+  void whatCouldNotBeSetSaysSoAndCanBeTriedAgain() {
+    PerformAction(ACTION_DEBUG_START);
+    QVERIFY2(Halts(), qPrintable(ConsoleText(*m_pWindow)));
+    for (const QString& sLine : {u"lines.cpp:43"_s, u"lines.cpp:56"_s})
+      PerformAction(ACTION_BREAK_SET_ON_SRC_EX, sLine, u"BP_TYPE_HARD"_s);
+    const auto State = [&] { return Find(u"lines.cpp:56"_s).siblingAtColumn(BREAKPOINT_STATE).data().toString(); };
+    QTRY_COMPARE(State(), u"Off"_s);
+    CToolTip::PAIRS Pairs;
+    m_pBreaks->GetItemTooltip(m_pBreaks->Proxy()->mapToSource(Find(u"lines.cpp:56"_s)), Pairs);
+    QVERIFY(Pairs.contains({u"Not set"_s, u"no breakpoint unit and no memory to hold it"_s}));
+    ClickOn(u"lines.cpp:56"_s);
+    QTest::keyClick(m_pBreaks->View(), Qt::Key_F9, Qt::ShiftModifier);
+    Settle();
+    QTRY_COMPARE(State(), u"Off"_s);
+    ClickOn(u"lines.cpp:43"_s);
+    QTest::keyClick(m_pBreaks->View(), Qt::Key_F9);
+    Settle();
+    ClickOn(u"lines.cpp:56"_s);
+    QTest::keyClick(m_pBreaks->View(), Qt::Key_F9, Qt::ShiftModifier);
+    QTRY_COMPARE(State(), u"On"_s);
+    QCOMPARE(DeviceList(), QStringList{u"158 1 1"_s});
+    PerformAction(ACTION_DEBUG_STOP);
+    Settle();
+  }
+
   // The last: it opens other projects.
   void theUserFileKeepsThem() {
     QTemporaryDir Dir;
