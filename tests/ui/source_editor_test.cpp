@@ -1,11 +1,14 @@
 #include <QClipboard>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
+#include "core/vcore.h"
 #include "program/database/elfapi.h"
 #include "shell/look/look.h"
 #include "shell/settings/color_ids.h"
+#include "shell/settings/settings_cache.h"
 #include "ui/windows/source_editor.h"
 
 using namespace Qt::StringLiterals;
@@ -13,6 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int PAGE = 10;  // rows in view
+constexpr U32 CORTEX_M4 = 0x0E0000FF;
 
 const QString TEXT =
     u"int main(void) {\n"
@@ -27,9 +31,13 @@ class CSourceEditorTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
+  void initTestCase() { SetSettingsInMemory(true); }
+  void cleanupTestCase() { ELFAPI_Unload(); }
+
   void init() {
     m_pEditor = std::make_unique<CSourceEditor>(nullptr);
     m_pEditor->SetFonts(QFont(u"DejaVu Sans Mono"_s, 10), QFont());
+    m_pEditor->SetTabSpacing(4);
     m_pEditor->resize(600, PAGE * m_pEditor->RowHeight());
     m_pEditor->show();
     m_pEditor->setFocus();
@@ -123,9 +131,7 @@ private Q_SLOTS:
   }
 
   void theMouseSelects() {
-    m_pEditor->SetLineNumberFreq(0);
-    m_pEditor->SetExpansionBarShown(false);
-    m_pEditor->SetTabSpacing(4);
+    HideColumns();
     SetText(TEXT);
     Click(0, 4);
     QCOMPARE(m_pEditor->CursorPos(), QPoint(4, 0));
@@ -165,10 +171,166 @@ private Q_SLOTS:
     QVERIFY(ColorAt(3) != GetColor(COLOR_PC_ACTIVE));
   }
 
+  void theSignalsTellWhatChanged() {
+    SetText(TEXT);
+    const QSignalSpy Moves(m_pEditor.get(), &CSourceEditor::CursorPositionChanged);
+    const QSignalSpy Selections(m_pEditor.get(), &CSourceEditor::TextSelectionChanged);
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, int, int> Rows[] = {{Qt::Key_Right, {}, 1, 0},
+                                                                         {Qt::Key_Right, Qt::ShiftModifier, 2, 1},
+                                                                         {Qt::Key_Right, Qt::ShiftModifier, 3, 2},
+                                                                         {Qt::Key_Home, {}, 4, 3},
+                                                                         {Qt::Key_Left, {}, 4, 3},
+                                                                         {Qt::Key_A, Qt::ControlModifier, 5, 4},
+                                                                         {Qt::Key_A, Qt::ControlModifier, 5, 4}};
+    for (const auto& [Code, Modifiers, NumMoves, NumSelections] : Rows) {
+      Key(Code, Modifiers);
+      QCOMPARE(Moves.size(), NumMoves);
+      QCOMPARE(Selections.size(), NumSelections);
+    }
+  }
+
+  // A press on the selection may begin a drag: it counts as a click once the button is let go.
+  void aPressOnTheSelectionWaits() {
+    HideColumns();
+    SetText(TEXT);
+    m_pEditor->SelectText(1, 4, 4);
+    const QSignalSpy Presses(m_pEditor.get(), &CSourceEditor::MousePressed);
+    for (const bool bDragged : {true, false}) {
+      QTest::mousePress(m_pEditor->viewport(), Qt::LeftButton, {}, PointAt(0, 6));
+      QCOMPARE(m_pEditor->WordAt(PointAt(0, 6)), m_pEditor->SelectedText());
+      if (bDragged) m_pEditor->CancelClick();
+      QTest::mouseRelease(m_pEditor->viewport(), Qt::LeftButton, {}, PointAt(0, 6));
+      QCOMPARE(m_pEditor->HasSelection(), bDragged);
+    }
+    QCOMPARE(Presses.size(), 2);
+    QTest::mousePress(m_pEditor->viewport(), Qt::LeftButton, {}, PointAt(0, 4));
+    QTest::mouseMove(m_pEditor->viewport(), PointAt(1, 9));
+    QTest::mouseRelease(m_pEditor->viewport(), Qt::LeftButton, {}, PointAt(1, 9));
+    QCOMPARE(m_pEditor->SelectedText(), u"main(void) {\n\tcount"_s);
+    QTest::mouseClick(m_pEditor->viewport(), Qt::RightButton, {}, PointAt(0, 6));
+    QVERIFY(m_pEditor->HasSelection());
+    QTest::mouseClick(m_pEditor->viewport(), Qt::RightButton, {}, PointAt(1, 12));
+    QCOMPARE(m_pEditor->CursorPos().y(), 1);
+    QVERIFY(!m_pEditor->HasSelection());
+  }
+
+  void wordsUnderTheMouse() {
+    HideColumns();
+    SetText(TEXT);
+    const std::tuple<int, int, QString> Rows[] = {{0, 0, u"int"_s},     {0, 2, u"int"_s},   {0, 3, QString()},
+                                                  {1, 5, u"count_1"_s}, {1, 1, QString()},  {1, 11, QString()},
+                                                  {2, 0, QString()},    {0, 40, QString()}, {7, 0, QString()}};
+    for (const auto& [Row, Column, sWord] : Rows) {
+      // In the midst of a character.
+      QCOMPARE(m_pEditor->WordAt(PointAt(Row, Column) + QPoint(3, 0)), sWord);
+    }
+  }
+
+  void theNextMatchIsSelected() {
+    SetText(u"one\ntwo one\n"_s + u"x\n"_s.repeated(50) + u"ones\n"_s);
+    const QPoint Ends[] = {{7, 1}, {3, 52}, {3, 0}};
+    for (const QPoint& End : Ends) {
+      QVERIFY(m_pEditor->FindNextUnderCursor());
+      QCOMPARE(m_pEditor->SelectedText(), u"one"_s);
+      QCOMPARE(m_pEditor->CursorPos(), End);
+      QVERIFY(m_pEditor->TopRow() <= End.y() && End.y() < m_pEditor->TopRow() + PAGE);
+    }
+    QVERIFY(!m_pEditor->FindNext(u"three"_s));
+    QCOMPARE(m_pEditor->CursorPos(), Ends[2]);
+  }
+
+  // Lines 35 (in two places) and 38 of the example.
+  void linesAreOpenedByMouse() {
+    LoadExample();
+    m_pEditor->SetLineNumberFreq(0);
+    const CSrcLoc Loc{m_pEditor->GetFileNo(), 38, 0};
+    m_pEditor->SetCursorPos({4, 40});
+    m_pEditor->verticalScrollBar()->setValue(30);
+    const QSignalSpy Toggles(m_pEditor.get(), &CSourceEditor::LineExpansionStateToggled);
+    const auto ClickIndicator = [this](int Row) {
+      QTest::mouseClick(m_pEditor->viewport(), Qt::LeftButton, {}, {4, PointAt(Row, 0).y()});
+    };
+    ClickIndicator(37);
+    QVERIFY(m_pEditor->IsExpanded(37) && m_pEditor->IsInstructionRow(38) && m_pEditor->ExpandedLocs() == QSrcLocs{Loc});
+    // The cursor moves with its text, the view stays.
+    QCOMPARE(m_pEditor->CursorPos(), QPoint(4, 42));
+    QCOMPARE(m_pEditor->CursorTextPos(), QPoint(4, 40));
+    QCOMPARE(m_pEditor->TopRow(), 30);
+    ClickIndicator(38);  // an instruction row has none
+    ClickIndicator(36);  // nor has an empty line
+    QCOMPARE(Toggles.size(), 1);
+    m_pEditor->SetCursorPos({20, 39});
+    ClickIndicator(37);
+    QCOMPARE(Toggles.size(), 2);
+    QVERIFY(!m_pEditor->IsExpanded(37) && m_pEditor->CursorPos().y() == 37);
+    m_pEditor->ExpandAll();
+    QCOMPARE(m_pEditor->LineOfRow(m_pEditor->TopRow()), 31u);
+    m_pEditor->CollapseAll();
+    QCOMPARE(m_pEditor->TopRow(), 30);
+    QCOMPARE(m_pEditor->NumRows(), m_pEditor->NumLines());
+  }
+
+  void instructionsAreSelectedLikeText() {
+    LoadExample();
+    const U32 Last = static_cast<U32>(m_pEditor->NumLines());
+    m_pEditor->Expand({m_pEditor->GetFileNo(), 38, 0});
+    m_pEditor->SetCursorPos({0, 37});
+    for (int i = 0; i < 2; ++i) Key(Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(m_pEditor->SelectedText(), u"int main(void) {\n0000 0140   B510       PUSH        {R4, LR}\n"_s);
+    Key(Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(m_pEditor->LineOfRow(m_pEditor->CursorPos().y()), Last);
+  }
+
+  void thePcHasARow() {
+    LoadExample();
+    const CSrcLoc Loc{m_pEditor->GetFileNo(), 38, 0};
+    m_pEditor->SetPcLoc(Loc, 0x142);
+    QCOMPARE(m_pEditor->PcRow(), 37);
+    m_pEditor->Expand(Loc);
+    QCOMPARE(m_pEditor->PcRow(), 39);
+    // The line leaves the strong colour to the instruction.
+    m_pEditor->SetLineHighlight(38, COLOR_PC_ACTIVE);
+    m_pEditor->SetAddrHighlight(0x142, COLOR_PC_ACTIVE);
+    m_pEditor->verticalScrollBar()->setValue(35);
+    const QImage Image = m_pEditor->viewport()->grab().toImage();
+    const U32 Expected[] = {COLOR_PC_INACTIVE, COLOR_INLINE_ASM_BACKG, COLOR_PC_ACTIVE};
+    for (int i = 0; i < 3; ++i) {
+      QCOMPARE(Image.pixelColor(Image.width() - 5, PointAt(37 + i, 0).y()), GetColor(Expected[i]));
+    }
+    m_pEditor->SetText(u"x\n"_s, u"other.c"_s, Loc.File + 1);
+    QCOMPARE(m_pEditor->PcRow(), -1);
+  }
+
+  // What is scrolled and painted in part is what is painted whole.
+  void scrolledPixelsAreThoseOfAFreshPaint() {
+    SetText(u"\tint a_\u00FC; // x\nfor (;;) \"s\"\n"_s.repeated(50));
+    QVERIFY(QTest::qWaitForWindowExposed(m_pEditor.get()));
+    for (const int Top : {3, 4, 40, 38, 0, 90}) {
+      m_pEditor->verticalScrollBar()->setValue(Top);
+      QCoreApplication::processEvents();
+      const QImage Scrolled = m_pEditor->screen()->grabWindow(m_pEditor->winId()).toImage();
+      const QImage Fresh = m_pEditor->grab().toImage();
+      if (Scrolled.isNull()) QSKIP("the platform has no screen to look at");
+      QCOMPARE(Scrolled.convertToFormat(QImage::Format_RGB32), Fresh.convertToFormat(QImage::Format_RGB32));
+    }
+  }
+
 private:
+  void HideColumns() {
+    m_pEditor->SetLineNumberFreq(0);
+    m_pEditor->SetExpansionBarShown(false);
+  }
+  void LoadExample() {
+    const QString sExample = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/");
+    VCore::Init({CORTEX_M4, 0, 0}, {});
+    QCOMPARE(ELFAPI_Load(sExample + u"traffic_light.elf"_s), 0);
+    QFile File(sExample + u"src/main.c"_s);
+    QVERIFY(File.open(QIODevice::ReadOnly));
+    m_pEditor->SetText(QString::fromUtf8(File.readAll()), File.fileName(), ELFAPI_ParseSrcLoc(u"main.c:38"_s).File);
+  }
   void SetText(const QString& sText) { m_pEditor->SetText(sText, u"a.c"_s, INVALID_FILE_ID); }
   void Key(Qt::Key Code, Qt::KeyboardModifiers Modifiers = {}) { QTest::keyClick(m_pEditor.get(), Code, Modifiers); }
-  // Middle of a character's left edge in the viewport, with line numbers off.
+  // Middle of a character's left edge in the viewport, with the columns ahead of the text hidden.
   QPoint PointAt(int Row, int Column) const {
     return {Column * QFontMetrics(m_pEditor->font()).horizontalAdvance(QLatin1Char('0')) + 3,
             (Row - m_pEditor->TopRow()) * m_pEditor->RowHeight() + m_pEditor->RowHeight() / 2};

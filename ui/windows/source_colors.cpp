@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/vcore.h"
+#include "ui/windows/text_metrics.h"
 
 namespace {
 
@@ -74,6 +75,7 @@ const ROW_SPANS& CSourceColors::SpansOf(int Line, QStringView sText) {
   I32 State = Line >= 0 && Line < static_cast<int>(m_States.size()) ? m_States[static_cast<size_t>(Line)] : 0;
   CSyntaxHighlighter().Highlight(m_Language, sText, Row.Spans, Row.Kinds, State);
   CSyntaxHighlighter::FillGaps(Row.Spans, Row.Kinds, static_cast<I32>(sText.size()));
+  Row.bAscii = IsPrintableAscii(sText);
   return Row;
 }
 
@@ -83,5 +85,6 @@ ROW_SPANS CSourceColors::InstructionSpans(QStringView sText, int MnemonicColumn)
   const CSyntaxHighlighter Highlighter(MnemonicColumn, static_cast<int>(VCore::GetInfo().MaxMnemonicLen));
   Highlighter.Highlight(SYNTAX_ASM_LISTING, sText, Row.Spans, Row.Kinds, State);
   CSyntaxHighlighter::FillGaps(Row.Spans, Row.Kinds, static_cast<I32>(sText.size()));
+  Row.bAscii = IsPrintableAscii(sText);
   return Row;
 }

@@ -11,6 +11,7 @@
 struct ROW_SPANS {
   std::vector<TextSpan> Spans;
   std::vector<SYNTAX_KIND> Kinds;
+  bool bAscii = false;  // nothing but printable ASCII
 };
 
 // The colours of a text's lines. One pass over the text finds the state in which each line begins, so that a line can

@@ -21,7 +21,7 @@ CSourceEditor::CSourceEditor(QWidget* pParent)
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   viewport()->setCursor(Qt::IBeamCursor);
-  viewport()->setAutoFillBackground(false);
+  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   viewport()->setMouseTracking(true);
   verticalScrollBar()->setSingleStep(1);
   SOURCE_EDITOR_PARTS& P = *m_pParts;
@@ -417,8 +417,13 @@ void CSourceEditor::resizeEvent(QResizeEvent* pEvent) {
   Q_EMIT Scrolled();
 }
 
-void CSourceEditor::scrollContentsBy(int, int) {
-  viewport()->update();
+// What stays in view is moved; line numbers and indicators don't move sideways.
+void CSourceEditor::scrollContentsBy(int dx, int dy) {
+  if (dx == 0 && std::abs(dy) < VisibleRows()) {
+    viewport()->scroll(0, dy * RowHeight());
+  } else {
+    viewport()->update();
+  }
   Q_EMIT Scrolled();
 }
 

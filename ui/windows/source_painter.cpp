@@ -1,5 +1,6 @@
 #include "ui/windows/source_painter.h"
 
+#include <QGlyphRun>
 #include <algorithm>
 #include <cmath>
 
@@ -37,13 +38,6 @@ QColor GroundColor(U32 ColorID, const QPalette& Palette) {
   const auto* const pNeutral = std::ranges::find(NEUTRAL_GROUNDS, ColorID, &NEUTRAL_GROUND::ColorID);
   if (pNeutral == std::end(NEUTRAL_GROUNDS)) return GetColor(ColorID);
   return Mixed(Palette.color(QPalette::Base), Palette.color(QPalette::Text), pNeutral->TextShare);
-}
-
-// Marked rows have colours of their own for a light ground; dark text stays readable on them in every palette.
-QColor TextColor(SYNTAX_KIND Kind, bool bLightGround) {
-  const int ColorID = CSyntaxHighlighter::GetColorID(Kind);
-  const U32 ID = ColorID < 0 ? COLOR_SYNTAX_TEXT : static_cast<U32>(ColorID);
-  return bLightGround ? GetColor(ID) : GetTextColor(ID);
 }
 
 bool IsBlank(QStringView sText) {
@@ -129,28 +123,63 @@ void CSourcePainter::PaintText(int Row) {
                       static_cast<qreal>(YOf(Row) + m_S.Metrics.Ascent()),
                       static_cast<qreal>(m_S.Layout.TextLeft()),
                       static_cast<qreal>(m_S.Size.width())};
-  if (m_S.Metrics.IsUniform(sText)) {
+  if (m_S.Metrics.IsFixedPitch() && Text.Spans.bAscii) {
     PaintUniform(Text);
   } else {
     PaintMixed(Text);
   }
 }
 
-// Pieces lie at multiples of the width: only those in view are looked at.
+// Marked rows have colours of their own for a light ground; dark text stays readable on them in every palette.
+const QColor& CSourcePainter::TextColor(SYNTAX_KIND Kind, bool bLightGround) {
+  QColor& Color = m_aColor[Kind + (bLightGround ? NUM_KINDS : 0)];
+  if (!Color.isValid()) {
+    const int ColorID = CSyntaxHighlighter::GetColorID(Kind);
+    const U32 ID = ColorID < 0 ? COLOR_SYNTAX_TEXT : static_cast<U32>(ColorID);
+    Color = bLightGround ? GetColor(ID) : GetTextColor(ID);
+  }
+  return Color;
+}
+
+void CSourcePainter::PaintAscii(qreal x, qreal Baseline, QStringView sText) {
+  if (!m_S.Metrics.HasGlyphs()) {
+    m_Painter.drawText(QPointF(x, Baseline), sText.toString());
+    return;
+  }
+  m_Glyphs.clear();
+  m_Positions.clear();
+  for (qsizetype i = 0; i < sText.size(); ++i) {
+    if (sText[i] == QLatin1Char(' ')) continue;
+    m_Glyphs.append(m_S.Metrics.GlyphOf(sText[i]));
+    m_Positions.append({static_cast<qreal>(i) * m_S.Metrics.CharWidth(), 0});
+  }
+  QGlyphRun Run;
+  Run.setRawFont(m_S.Metrics.RawFont());
+  Run.setRawData(m_Glyphs.constData(), m_Positions.constData(), static_cast<int>(m_Glyphs.size()));
+  m_Painter.drawGlyphRun(QPointF(x, Baseline), Run);
+}
+
+// Pieces lie at multiples of the width: only those in view are looked at, and what has the same colour is painted at
+// once.
 void CSourcePainter::PaintUniform(const TEXT_ROW& Row) {
   const qreal Width = m_S.Metrics.CharWidth();
   const int First = static_cast<int>(std::max(0.0, std::floor((Row.ClipLeft - Row.x) / Width)));
   const int End = static_cast<int>(std::ceil((Row.ClipRight - Row.x) / Width));
   const std::vector<TextSpan>& Spans = Row.Spans.Spans;
-  const auto Begin =
-      std::ranges::partition_point(Spans, [First](const TextSpan& Span) { return Span.Start + Span.Length <= First; });
-  for (auto Span = Begin; Span != Spans.end() && Span->Start < End; ++Span) {
-    const int From = std::max(First, Span->Start);
-    const int To = std::min(End, Span->Start + Span->Length);
+  const auto IsAhead = [First](const TextSpan& Span) { return Span.Start + Span.Length <= First; };
+  const auto Begin = std::ranges::partition_point(Spans, IsAhead) - Spans.begin();
+  for (size_t i = static_cast<size_t>(Begin); i < Spans.size() && Spans[i].Start < End;) {
+    const QColor& Color = TextColor(Row.Spans.Kinds[i], Row.bLightGround);
+    const int From = std::max(First, Spans[i].Start);
+    int To = From;
+    while (i < Spans.size() && Spans[i].Start < End && TextColor(Row.Spans.Kinds[i], Row.bLightGround) == Color) {
+      To = std::min(End, Spans[i].Start + Spans[i].Length);
+      ++i;
+    }
     const QStringView sPiece = Row.sText.mid(From, To - From);
     if (IsBlank(sPiece)) continue;
-    m_Painter.setPen(TextColor(Row.Spans.Kinds[static_cast<size_t>(Span - Spans.begin())], Row.bLightGround));
-    m_Painter.drawText(QPointF(Row.x + From * Width, Row.Baseline), sPiece.toString());
+    m_Painter.setPen(Color);
+    PaintAscii(Row.x + From * Width, Row.Baseline, sPiece);
   }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include <QPainter>
 #include <QPalette>
 
@@ -35,6 +37,7 @@ public:
   static QRect CursorRect(const SOURCE_SCENE& Scene);
 
 private:
+  static constexpr size_t NUM_KINDS = SYNTAX_REGISTER + 1;
   struct TEXT_ROW;
   int YOf(int Row) const { return (Row - m_S.TopRow) * m_S.Metrics.RowHeight(); }
   QColor Ground(int Row) const;
@@ -42,7 +45,9 @@ private:
   void PaintGrounds(int First, int Last);
   void PaintSelection(int First, int Last);
   void PaintText(int Row);
+  const QColor& TextColor(SYNTAX_KIND Kind, bool bLightGround);
   void PaintUniform(const TEXT_ROW& Row);
+  void PaintAscii(qreal x, qreal Baseline, QStringView sText);
   void PaintMixed(const TEXT_ROW& Row);
   void PaintPieces(const TEXT_ROW& Row, int Start, int End, qreal& x);
   void PaintNumber(int Row);
@@ -51,4 +56,7 @@ private:
 
   QPainter& m_Painter;
   const SOURCE_SCENE& m_S;
+  std::array<QColor, 2 * NUM_KINDS> m_aColor;  // of the kinds, on a dark and on a light ground, once they are known
+  QList<quint32> m_Glyphs;
+  QList<QPointF> m_Positions;
 };

@@ -27,6 +27,14 @@ bool IsInside(QStringView sRow, int Column) {
 
 }  // namespace
 
+bool IsPrintableAscii(QStringView sText) {
+  unsigned NumOthers = 0;
+  for (const QChar Char : sText) {
+    NumOthers += static_cast<unsigned>(Char.unicode()) - FIRST_PRINTABLE > LAST_PRINTABLE - FIRST_PRINTABLE ? 1 : 0;
+  }
+  return NumOthers == 0;
+}
+
 bool IsCombining(char32_t Char) {
   if (Char < 0x300) return false;
   const QChar::Category Category = QChar::category(Char);
@@ -47,6 +55,16 @@ void CTextMetrics::SetFont(const QFont& Font) {
   m_RowHeight = std::max(1, Whole.height());
   m_Ascent = Whole.ascent();
   m_Wide.clear();
+  FindGlyphs();
+}
+
+void CTextMetrics::FindGlyphs() {
+  m_RawFont = QRawFont::fromFont(m_Font);
+  QString sAscii(NUM_ASCII, QLatin1Char(' '));
+  for (unsigned Char = FIRST_PRINTABLE; Char <= LAST_PRINTABLE; ++Char)
+    sAscii[Char] = QChar(static_cast<char16_t>(Char));
+  m_Glyphs = m_RawFont.glyphIndexesForString(sAscii);
+  if (m_Glyphs.size() != NUM_ASCII || m_Glyphs.contains(0)) m_Glyphs.clear();
 }
 
 qreal CTextMetrics::WideWidth(QStringView sRow, int Column) const {
@@ -65,15 +83,6 @@ qreal CTextMetrics::WidthAt(QStringView sRow, int Column, qreal x) const {
     return (std::floor(x / Stop + SAME_WIDTH) + 1) * Stop - x;
   }
   return Char < NUM_ASCII ? m_aWidth[Char] : WideWidth(sRow, Column);
-}
-
-bool CTextMetrics::IsUniform(QStringView sRow) const {
-  if (!m_bFixedPitch) return false;
-  unsigned NumOthers = 0;
-  for (const QChar Char : sRow) {
-    NumOthers += static_cast<unsigned>(Char.unicode()) - FIRST_PRINTABLE > LAST_PRINTABLE - FIRST_PRINTABLE ? 1 : 0;
-  }
-  return NumOthers == 0;
 }
 
 qreal CTextMetrics::XOf(QStringView sRow, int Column) const {
