@@ -303,10 +303,12 @@ private Q_SLOTS:
 
   // What is scrolled and painted in part is what is painted whole.
   void scrolledPixelsAreThoseOfAFreshPaint() {
-    SetText(u"\tint a_\u00FC; // x\nfor (;;) \"s\"\n"_s.repeated(50));
+    SetText(u"\tint a_\u00FC; // x\nfor (;;) \"s\"\n"_s.repeated(50) + QString(300, u'w'));
     QVERIFY(QTest::qWaitForWindowExposed(m_pEditor.get()));
-    for (const int Top : {3, 4, 40, 38, 0, 90}) {
-      m_pEditor->verticalScrollBar()->setValue(Top);
+    const QPoint Places[] = {{0, 3}, {0, 4}, {0, 40}, {7, 40}, {40, 38}, {33, 38}, {0, 38}, {0, 90}, {500, 90}};
+    for (const QPoint& Place : Places) {
+      m_pEditor->verticalScrollBar()->setValue(Place.y());
+      m_pEditor->horizontalScrollBar()->setValue(Place.x());
       QCoreApplication::processEvents();
       const QImage Scrolled = m_pEditor->screen()->grabWindow(m_pEditor->winId()).toImage();
       const QImage Fresh = m_pEditor->grab().toImage();

@@ -417,10 +417,13 @@ void CSourceEditor::resizeEvent(QResizeEvent* pEvent) {
   Q_EMIT Scrolled();
 }
 
-// What stays in view is moved; line numbers and indicators don't move sideways.
+// What stays in view is moved and not painted again; line numbers and indicators don't move sideways.
 void CSourceEditor::scrollContentsBy(int dx, int dy) {
   if (dx == 0 && std::abs(dy) < VisibleRows()) {
     viewport()->scroll(0, dy * RowHeight());
+  } else if (dy == 0 && std::abs(dx) < viewport()->width()) {
+    const int Left = m_pParts->Layout.BarEnd();
+    viewport()->scroll(dx, 0, QRect(Left, 0, viewport()->width() - Left, viewport()->height()));
   } else {
     viewport()->update();
   }

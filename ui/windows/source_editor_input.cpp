@@ -70,7 +70,7 @@ TEXT_POS CSourceEditor::PosAt(const QPoint& Point) const {
 }
 
 bool CSourceEditor::IsOnText(const QPoint& Point) const {
-  return RowAt(Point.y()) >= 0 && Point.x() >= m_pParts->Layout.NumberWidth() + m_pParts->Layout.BarWidth();
+  return RowAt(Point.y()) >= 0 && Point.x() >= m_pParts->Layout.BarEnd();
 }
 
 QString CSourceEditor::WordAt(const QPoint& Point, TEXT_POS* pPos) const {
@@ -100,7 +100,7 @@ void CSourceEditor::mousePressEvent(QMouseEvent* pEvent) {
   const TEXT_POS Pos = PosAt(Point);
   Q_EMIT MousePressed(Point, pEvent->button(), pEvent->modifiers());
   const int Row = RowAt(Point.y());
-  const bool bOnBar = Point.x() >= P.Layout.NumberWidth() && Point.x() < P.Layout.NumberWidth() + P.Layout.BarWidth();
+  const bool bOnBar = Point.x() >= P.Layout.NumberWidth() && Point.x() < P.Layout.BarEnd();
   if (pEvent->button() == Qt::LeftButton && bOnBar && IsSourceRow(Row) && HasCode(Row)) return P.ToggleExpansion(Row);
   const bool bOnSelection = P.Cursor.HasSelection() && IsOnText(Point) && P.Cursor.IsSelected(Pos);
   if (pEvent->button() == Qt::RightButton && !bOnSelection) SetCursorPos(Pos);

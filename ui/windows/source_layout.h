@@ -23,8 +23,10 @@ public:
 
   int NumberWidth() const;
   int BarWidth() const;
+  // What is to the left of it does not scroll.
+  int BarEnd() const { return NumberWidth() + BarWidth(); }
   // Left edge of the text, not of the rows that are indented.
-  int TextLeft() const { return NumberWidth() + BarWidth() + LEFT_MARGIN; }
+  int TextLeft() const { return BarEnd() + LEFT_MARGIN; }
   // Ahead of the text of an instruction row, as wide as the blanks that its line begins with.
   qreal Indent(int Row) const;
   qreal XOf(TEXT_POS Pos) const {

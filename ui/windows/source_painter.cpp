@@ -121,8 +121,8 @@ void CSourcePainter::PaintText(int Row) {
                       IsLight(Ground(Row)),
                       m_S.Layout.TextLeft() + m_S.Layout.Indent(Row) - m_S.ScrollX,
                       static_cast<qreal>(YOf(Row) + m_S.Metrics.Ascent()),
-                      static_cast<qreal>(m_S.Layout.TextLeft()),
-                      static_cast<qreal>(m_S.Size.width())};
+                      static_cast<qreal>(m_TextArea.left()),
+                      static_cast<qreal>(m_TextArea.right() + 1)};
   if (m_S.Metrics.IsFixedPitch() && Text.Spans.bAscii) {
     PaintUniform(Text);
   } else {
@@ -254,7 +254,7 @@ QRect CSourcePainter::CursorRect(const SOURCE_SCENE& Scene) {
 void CSourcePainter::PaintCursor() {
   const QRect Cursor = CursorRect(m_S);
   if (!m_S.bFocus || !m_S.bCursorShown || m_S.Layout.Options.bMessage || m_S.Rows.NumRows() == 0) return;
-  if (Cursor.x() < m_S.Layout.NumberWidth() + m_S.Layout.BarWidth()) return;
+  if (Cursor.x() < m_S.Layout.BarEnd()) return;
   m_Painter.fillRect(Cursor,
                      IsLight(Ground(m_S.Cursor.Pos().y())) ? QColor(Qt::black) : m_S.Palette.color(QPalette::Text));
 }
@@ -265,8 +265,8 @@ void CSourcePainter::Paint(const QRect& Dirty) {
   const int First = m_S.TopRow + std::max(0, Dirty.top() / RowHeight);
   const int Last = std::min(m_S.Rows.NumRows() - 1, m_S.TopRow + Dirty.bottom() / RowHeight);
   PaintGrounds(First, Last);
-  const int Left = m_S.Layout.NumberWidth() + m_S.Layout.BarWidth();
-  m_Painter.setClipRect(Left, 0, m_S.Size.width() - Left, m_S.Size.height());
+  m_TextArea = QRect(QPoint(m_S.Layout.BarEnd(), 0), QPoint(m_S.Size.width() - 1, m_S.Size.height() - 1)) & Dirty;
+  m_Painter.setClipRect(m_TextArea);
   PaintSelection(First, Last);
   m_Painter.setFont(m_S.Metrics.Font());
   for (int Row = First; Row <= Last; ++Row) PaintText(Row);

@@ -56,6 +56,7 @@ private:
 
   QPainter& m_Painter;
   const SOURCE_SCENE& m_S;
+  QRect m_TextArea;                            // what is to be painted of the text
   std::array<QColor, 2 * NUM_KINDS> m_aColor;  // of the kinds, on a dark and on a light ground, once they are known
   QList<quint32> m_Glyphs;
   QList<QPointF> m_Positions;
