@@ -18,6 +18,8 @@ void DropDerived(CORE_STATE& Core) {
   ++Core.Generation;
 }
 
+thread_local CORE_STATE* pModelOfThread = nullptr;
+
 VCORE_INFO InfoWithoutCore() {
   VCORE_INFO Info;
   Info.InstAlign = INST_ALIGN_WITHOUT_CORE;
@@ -35,7 +37,36 @@ CORE_STATE& State() {
   static CORE_STATE Core;
   static const bool bFirst = [] { return Core.Info = InfoWithoutCore(), true; }();
   static_cast<void>(bFirst);
-  return Core;
+  return pModelOfThread != nullptr ? *pModelOfThread : Core;
+}
+
+std::shared_ptr<CORE_STATE> NewModel() {
+  const SNAPSHOT Common = TakeSnapshot();
+  auto pModel = std::make_shared<CORE_STATE>();
+  pModel->pAPI = Common.pAPI;
+  pModel->Cpu = Common.Cpu;
+  pModel->Info = Common.Info;
+  return pModel;
+}
+
+void UseModel(CORE_STATE* pModel) {
+  pModelOfThread = pModel;
+}
+
+void TakeProgram(CORE_STATE& Model) {
+  CORE_STATE& Core = State();
+  bool bDecoded = false;
+  {
+    const std::unique_lock Lock(Core.Mutex);
+    DropDerived(Core);
+    Core.Program = std::move(Model.Program);
+    Core.pFile = Model.pFile;
+    Core.Image = std::move(Model.Image);
+    // A device that was chosen meanwhile may decode the code in another way.
+    bDecoded = Core.pAPI == Model.pAPI && Core.Cpu == Model.Cpu;
+    if (bDecoded) std::swap(Core.Cache, Model.Cache);
+  }
+  if (!bDecoded) AnalyzeProgram();
 }
 
 SNAPSHOT TakeSnapshot() {

@@ -5,10 +5,11 @@
 // Threads: every query may be made on any thread, the device thread and the main thread at the same time; the tables
 // are behind one lock inside, and no lock is held while a VCORE_API callback runs. The sequence of Disassemble calls
 // that a window makes belongs to one thread at a time: the IT block is followed from call to call, per thread. Init,
-// Exit, AttachElf, BuildMappingSymbols, SetImage and AnalyzeProgram belong to whoever loads programs and devices, one
-// at a time; SetCpuInfo may come from the device thread.
+// Exit, AttachElf, BuildMappingSymbols, SetImage, AnalyzeProgram and TakeProgram belong to whoever loads programs and
+// devices, one at a time; SetCpuInfo may come from the device thread.
 
 #include <functional>
+#include <memory>
 
 #include <QList>
 #include <QString>
@@ -142,6 +143,15 @@ int SetInfo(const VCORE_INFO& Info);
 void AttachElf(ELF_FILE* pFile);
 // Reads the mapping symbols ($a, $t, $d) of the attached file; the number of regions.
 int BuildMappingSymbols();
+// A core model apart from the one that everybody asks, so that a program can be read and its code be decoded on one
+// thread while the others go on with the present program. It begins with the same core and without a program.
+struct CORE_STATE;
+std::shared_ptr<CORE_STATE> NewModel();
+// Everything that this thread calls here is about that model from now on, or about the common one for null.
+void UseModel(CORE_STATE* pModel);
+// The common model takes program, regions, image and decoded instructions from a model that no thread uses any more.
+void TakeProgram(CORE_STATE& Model);
+
 // Replaces the target image store (load addresses, shared bytes); -1 when a block's size and data disagree.
 int SetImage(const QMemBlocks& Blocks);
 QMemBlocks GetImage();

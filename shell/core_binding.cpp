@@ -1,5 +1,7 @@
 #include "shell/core_binding.h"
 
+#include <QCoreApplication>
+
 #include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
@@ -13,6 +15,12 @@ constexpr U8 WIDTH_FROM_SETTING = 255;
 
 bool IsOnDeviceThread() {
   return QThread::currentThread() == &CDevice::Get();
+}
+
+// A thread that reads a program file may reach neither the probe nor the caches.
+bool MayReachTarget() {
+  const bool bMain = QThread::currentThread() == QCoreApplication::instance()->thread();
+  return (bMain || IsOnDeviceThread()) && CDevice::Exists() && CDevice::Get().IsConnected();
 }
 
 int ReadDirectly(U32 Addr, U32 NumBytes, U8* paData) {
@@ -31,7 +39,7 @@ int ReadDirectly(U32 Addr, U32 NumBytes, U8* paData) {
 
 // The main thread reads through the cache; the device thread, in the middle of a job, reads the target itself.
 int ReadTarget(U32 Addr, U32 NumBytes, void* pData) {
-  if (!CDevice::Exists() || !CDevice::Get().IsConnected()) return -1;
+  if (!MayReachTarget()) return -1;
   if (IsOnDeviceThread()) return ReadDirectly(Addr, NumBytes, static_cast<U8*>(pData));
   if (!CDevice::Get().IsAccessible()) return -1;
   CDeviceDataProvider& Provider = CDeviceDataProvider::Get();
@@ -49,7 +57,7 @@ int ReadCachedRegs(const U32* paIndex, U32* paValue, U8* paStatus, U32 Count) {
 }
 
 int ReadProbeRegs(const U32* paIndex, U32* paValue, U8* paStatus, U32 Count) {
-  if (!CDevice::Exists() || !CDevice::Get().IsConnected()) return -1;
+  if (!MayReachTarget()) return -1;
   if (!IsOnDeviceThread()) return ReadCachedRegs(paIndex, paValue, paStatus, Count);
   return CDevice::Get().Context().Api.VNODEARM_ReadRegs(paIndex, paValue, paStatus, Count);
 }

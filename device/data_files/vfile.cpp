@@ -145,14 +145,18 @@ int CFileWorker::SaveFile(const QString& sPath, const void* pData, U32 NumBytes)
   return 0;
 }
 
-void CFileWorker::SetProgram(const ELF_FILE* pFile) {
+QMemBlocks CFileWorker::ReadSegments(const ELF_FILE* pFile) {
+  return VFile::ReadSegments(pFile, m_Sink);
+}
+
+void CFileWorker::SetProgram(const QMemBlocks& Blocks) {
   const std::lock_guard Lock(m_ProgramMutex);
-  m_pProgram = pFile;
+  m_Program = Blocks;
 }
 
 QMemBlocks CFileWorker::ReadProgramSegments() {
   const std::lock_guard Lock(m_ProgramMutex);
-  return ReadSegments(m_pProgram, m_Sink);
+  return m_Program;
 }
 
 void CFileWorker::SetProgressSink(PROGRESS_SINK Sink) {

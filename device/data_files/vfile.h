@@ -49,9 +49,10 @@ public:
   // Writes NumBytes bytes; returns 0 and emits FileSaved, or removes the file and returns -1.
   int SaveFile(const QString& sPath, const void* pData, U32 NumBytes);
 
-  // The open program file, null for none; the program database tells it.
-  void SetProgram(const ELF_FILE* pFile);
-  // One block per loadable segment of the open program.
+  // One block per loadable segment of a program file, sorted; none for null.
+  QMemBlocks ReadSegments(const ELF_FILE* pFile);
+  // The blocks of the open program; the program database tells them.
+  void SetProgram(const QMemBlocks& Blocks);
   QMemBlocks ReadProgramSegments();
 
   void SetProgressSink(PROGRESS_SINK Sink);
@@ -64,8 +65,8 @@ private:
   CFileWorker() = default;
   bool Open(QFile& File, qint64 MaxBytes) const;
 
-  std::mutex m_ProgramMutex;  // the program may be closed on another thread
-  const ELF_FILE* m_pProgram = nullptr;
+  std::mutex m_ProgramMutex;  // the program may be changed on another thread
+  QMemBlocks m_Program;
   PROGRESS_SINK m_Progress;
   MessageSink m_Sink;
 };

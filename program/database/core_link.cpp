@@ -23,3 +23,15 @@ QMemBlocks StoreCoreImage(const QMemBlocks& Blocks) {
 void AnalyzeCoreProgram() {
   VCore::AnalyzeProgram();
 }
+
+std::shared_ptr<VCore::CORE_STATE> NewCore() {
+  return VCore::NewModel();
+}
+
+void UseCore(VCore::CORE_STATE* pCore) {
+  VCore::UseModel(pCore);
+}
+
+void TakeCoreProgram(VCore::CORE_STATE& Core) {
+  VCore::TakeProgram(Core);
+}

@@ -1,8 +1,10 @@
 #pragma once
-// The state behind ELFAPI_*: one program's tables under one mutex.
+// The state behind ELFAPI_*: one program's tables under one mutex, and those of programs that are being built, each of
+// which belongs to its thread alone.
 
 #include <QHash>
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -71,31 +73,45 @@ struct DATABASE {
   std::optional<FOUND_PATHS> FoundPaths;
 };
 
-// Access to the database for the time of one operation.
+// Access to the database for the time of one operation: to that of the loaded program, or without waiting to the one
+// that this thread builds.
 class CDatabaseLock {
 public:
   CDatabaseLock();
   DATABASE* operator->() const;
   DATABASE& operator*() const { return *operator->(); }
 
+  // Puts another database in place of that of the loaded program.
+  void Exchange(std::unique_ptr<DATABASE>& pOther);
+
 private:
-  std::lock_guard<std::recursive_mutex> m_Lock;
+  std::unique_lock<std::recursive_mutex> m_Lock;
 };
+// Every operation of this thread is about that database from now on, or about the common one for null.
+void UseDatabase(DATABASE* pDatabase);
 
 // What may be asked without the mutex.
 struct DATABASE_STATE {
   std::atomic<bool> bLoaded{false};
-  std::atomic<bool> bBusy{false};
+  std::atomic<U32> NumBusy{0};  // programs that are being built, exchanged or unloaded
 };
 DATABASE_STATE& DatabaseState();
+
+// Busy for the time of a build, exchange or unload.
+class CBusyMark {
+public:
+  CBusyMark();
+  ~CBusyMark();
+};
 
 // Message to the sink that the shell has plugged in; at debug level where no flags are given.
 void DatabaseLog(const QString& sText);
 void DatabaseLog(const QString& sText, U32 Flags);
 
-// Steps of a load, each filling tables of the empty database.
-void LoadFilesAndLines(DATABASE& Db, const std::function<void(const char* sStep)>& StepDone);
-void LoadSymbols(DATABASE& Db, const std::function<void(const char* sStep)>& StepDone);
+// Steps of a build, each filling tables of the empty database. False as soon as StepDone is.
+using STEP_DONE = std::function<bool(const char* sStep)>;
+bool LoadFilesAndLines(DATABASE& Db, const STEP_DONE& StepDone);
+bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone);
 
 // Location of a line entry as it is told outside.
 CSrcLoc SrcLocOf(const DATABASE& Db, const LINE_ENTRY& Entry);

@@ -1,6 +1,6 @@
 #pragma once
 // The program database: what the rest of the debugger knows of the one loaded program file. Every operation may be
-// called on any thread and takes the database's mutex for its whole run, so a query waits for a load. Addresses are
+// called on any thread and takes the database's mutex for its whole run. Addresses are
 // addresses on the target, without the Thumb bit. A handle of 0, an address of INVALID_ADDR, an all-zero CSrcLoc and an
 // empty list stand for "nothing"; they are also the answers while no program is loaded.
 
@@ -21,13 +21,13 @@ inline constexpr U32 INVALID_FILE_ID = 0xFFFFFFFFu;
 
 // ---- Load and state
 
-// Unloads the previous program and builds all tables of the file at sPath; also gives the file to VFile and VCore.
-// Returns 0, or -1 when the reader refused the file: the database is empty then. Reports steps, times and the reader's
-// messages to the message sink. Touches no event loop; the caller chooses the thread.
+// Builds all tables of the file at sPath and puts them in place of the loaded program's, which answers until then; also
+// gives the file to VFile and VCore. Returns 0, or -1 when the reader refused the file: the database is empty then.
+// Reports steps, times and the reader's messages to the message sink. CProgramBuild does the same in two steps.
 int ELFAPI_Load(const QString& sPath);
 // Closes the program file and empties all tables. Callable at any time.
 void ELFAPI_Unload();
-// These two never wait: busy is true while a load or unload runs.
+// These two never wait: busy is true while a program is built or unloaded.
 bool ELFAPI_IsLoaded();
 bool ELFAPI_IsBusy();
 // Path given to the last successful load; empty when nothing is loaded.
@@ -45,7 +45,7 @@ QMemBlocks ELFAPI_GetDataSegments();
 // Number of line entries that were dropped because they lie below the code or belong to functions that the linker
 // dropped.
 U32 ELFAPI_GetNumDiscardedLines();
-// Receiver of the database's and the reader's messages, called on the thread that loads.
+// Receiver of the database's and the reader's messages, called on the thread that builds a program.
 void ELFAPI_SetMessageSink(MessageSink Sink);
 
 // ---- Addresses and lines

@@ -129,21 +129,21 @@ void RemoveStrayLines(DATABASE& Db) {
 
 }  // namespace
 
-void LoadFilesAndLines(DATABASE& Db, const std::function<void(const char*)>& StepDone) {
+bool LoadFilesAndLines(DATABASE& Db, const STEP_DONE& StepDone) {
   CReaderFiles ReaderFiles(Db);
   for (U32 i = 0; i < ELF_GetNumSrcLines(Db.pElf); ++i) ReaderFiles.OfLine(i);
-  StepDone("Parsed source file paths found in address mapping table");
+  if (!StepDone("Parsed source file paths found in address mapping table")) return false;
   for (U32 i = 0; i < ELF_GetNumSrcFiles(Db.pElf); ++i) ReaderFiles.OfReaderFile(i);
-  StepDone("Parsed source file paths found in source files table");
+  if (!StepDone("Parsed source file paths found in source files table")) return false;
   Db.Files.TestExistence();
-  StepDone("Initialized file exists flags");
+  if (!StepDone("Initialized file exists flags")) return false;
   AddLines(Db, ReaderFiles);
-  StepDone("Parsed source to address mapping table");
+  if (!StepDone("Parsed source to address mapping table")) return false;
   Db.Lines.Sort();
   SetFileExtents(Db);
-  StepDone("Sorted program address list");
+  if (!StepDone("Sorted program address list")) return false;
   SetFileRanges(Db, ReaderFiles);
-  StepDone("parsed file address ranges");
+  if (!StepDone("parsed file address ranges")) return false;
   RemoveStrayLines(Db);
-  StepDone("Cleaned up address mapping table");
+  return StepDone("Cleaned up address mapping table");
 }

@@ -80,23 +80,24 @@ void HashFileFunctions(DATABASE& Db) {
 
 }  // namespace
 
-void LoadSymbols(DATABASE& Db, const std::function<void(const char*)>& StepDone) {
+bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone) {
   const ELF_SYM_LIST Inlined = ReadLists(Db);
-  StepDone("Build debug symbol lists");
+  if (!StepDone("Build debug symbol lists")) return false;
   Db.Functions.BuildInlined(Inlined);
   Db.NamedSymbols = Db.Functions.Inlined() + Db.NamedSymbols;
-  StepDone("Hashed function inline expansions");
+  if (!StepDone("Hashed function inline expansions")) return false;
   Db.Symbols.Build(Db.pElf);
-  StepDone("Build symbol table");
+  if (!StepDone("Build symbol table")) return false;
   Db.Functions.BuildLists(Db.pElf, Db.Symbols.FuncSymbols());
-  StepDone("Build functions list");
+  if (!StepDone("Build functions list")) return false;
   Db.Functions.BuildTree();
-  StepDone("build function interval tree");
+  if (!StepDone("build function interval tree")) return false;
   BuildFileTree(Db);
-  StepDone("build file interval tree");
+  if (!StepDone("build file interval tree")) return false;
   HashFileFunctions(Db);
-  StepDone("hashed file functions");
+  if (!StepDone("hashed file functions")) return false;
   Db.Cfi.Build(Db.pElf);
-  StepDone("parsed call frame information");
+  if (!StepDone("parsed call frame information")) return false;
   Db.RttBlockSym = ELF_FindRttControlBlock(Db.pElf);
+  return true;
 }

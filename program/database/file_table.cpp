@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <mutex>
+#include <optional>
 
 #include "base/stable_hash.h"
 
@@ -11,6 +13,7 @@ constexpr U32 NO_FILE_ID = 0xFFFFFFFFu;
 
 // Identifiers given out by this process, and whose they are.
 struct INTERNED {
+  std::mutex Mutex;
   QHash<QString, U32> IdOfKey;
   QHash<U32, QString> KeyOfId;
 };
@@ -20,11 +23,19 @@ INTERNED& Interned() {
   return Table;
 }
 
+std::optional<U32> InternedId(const QString& sPath) {
+  INTERNED& Table = Interned();
+  const std::lock_guard Lock(Table.Mutex);
+  const auto it = Table.IdOfKey.constFind(sPath.toLower());
+  return it != Table.IdOfKey.cend() ? std::optional(it.value()) : std::nullopt;
+}
+
 }  // namespace
 
 U32 InternFileId(const QString& sPath) {
   const QString sKey = sPath.toLower();
   INTERNED& Table = Interned();
+  const std::lock_guard Lock(Table.Mutex);
   const auto it = Table.IdOfKey.constFind(sKey);
   if (it != Table.IdOfKey.cend()) return it.value();
   U32 Id = StableHash32(sKey);
@@ -82,9 +93,8 @@ QList<FILE_INDEX> CFileTable::FindId(U32 Id) const {
 U32 CFileTable::IdOfPath(const QString& sPath) const {
   const FILE_INDEX Own = FindOwnPath(sPath);
   if (Own >= 0) return At(Own).Id;
-  const auto it = Interned().IdOfKey.constFind(sPath.toLower());
-  if (it == Interned().IdOfKey.cend()) return NO_FILE_ID;
-  const QList<FILE_INDEX> Files = FindId(it.value());
+  const std::optional<U32> Id = InternedId(sPath);
+  const QList<FILE_INDEX> Files = Id ? FindId(*Id) : QList<FILE_INDEX>();
   return Files.isEmpty() ? NO_FILE_ID : At(Files.first()).Id;
 }
 

@@ -10,6 +10,7 @@
 // - Addresses that come out went through ELF_RelocToFile, those of a pc going in through ELF_RelocFromFile.
 
 #include <functional>
+#include <memory>
 
 #include "base/elf_sym.h"
 #include "base/types.h"
@@ -21,6 +22,9 @@ inline constexpr U32 ELF_MSG_FLAGS = 25;        // messages of the reader: MSG_I
 inline constexpr U32 ELF_DWARF_MSG_FLAGS = 65;  // complaints of the DWARF decoder: MSG_INFO, to all
 
 using ELF_MESSAGE_FUNC = std::function<void(const char* sText, U32 Flags)>;
+// Asked now and then while a file is opened, with the bytes of debug information read so far and those there are; false
+// ends the opening.
+using ELF_PROGRESS_FUNC = std::function<bool(U64 Done, U64 Total)>;
 
 enum ELF_ENCODING : U32 { ELF_ENCODING_LITTLE = 0, ELF_ENCODING_BIG = 1, ELF_ENCODING_INVALID = 2 };
 
@@ -48,14 +52,28 @@ inline constexpr U32 ELF_HANDLE_MAGIC = 0xE0FE0F00u;
 // ---- File -----------------------------------------------------------------------------------------------------------
 
 // Reads the file at the UTF-8 path into memory and builds every list. Null on failure, the reason going out as a
-// message. A file whose debug information cannot be read opens with its ELF symbols only. One file can be open.
+// message, and null without one when the progress function ended it. A file whose debug information cannot be read
+// opens with its ELF symbols only. One file can be open.
 ELF_FILE* ELF_Open(const char* sPath);
 // Releases the file, all its handles and the symbol relocations. Nothing happens for a pointer that is not open.
 void ELF_Close(ELF_FILE* pFile);
 // Where messages go from now on; an empty function drops them.
 void ELF_SetMessageCallback(ELF_MESSAGE_FUNC pfMessage);
+void ELF_SetProgressCallback(ELF_PROGRESS_FUNC pfProgress);
 // Smallest distance of instructions in bytes, a power of two, by which function addresses are rounded down; 2 at start.
 void ELF_SetInstAlignment(U32 NumBytes);
+
+// A reader apart from the one that everybody asks, so that a file can be opened on one thread while the others go on
+// asking the file that is open. It begins with the settings of the common reader, without a file and, when the common
+// reader has one, without symbol relocations.
+struct READER_STATE;
+std::shared_ptr<READER_STATE> ELF_NewReader();
+// Everything that this thread calls is about that reader from now on, or about the common one for null. No two threads
+// may use one reader at a time.
+void ELF_UseReader(READER_STATE* pReader);
+// Exchanges file, settings and relocations of the common reader with those of pReader, which no thread uses. File
+// pointers and handles stay what they are. Runs under the program database's mutex.
+void ELF_ExchangeReader(READER_STATE& Reader);
 
 // Byte order of the file, an ELF_ENCODING.
 U32 ELF_GetEncoding(const ELF_FILE* pFile);

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "program/elf/die_ranges.h"
 #include "program/elf/dwarf_info.h"
 #include "program/elf/elf_image.h"
 #include "program/elf/symbol_table.h"
@@ -13,4 +14,5 @@ struct ELF_FILE {
   CSymbolTable Symbols;
   std::unique_ptr<DWARF_INFO> pDwarf;      // null where the debug information could not be read
   mutable ELF_SYM_HANDLE hLastRanges = 0;  // entry whose ranges were asked last
+  mutable std::vector<ADDR_RANGE> aLastRanges;
 };

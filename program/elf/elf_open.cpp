@@ -127,6 +127,10 @@ ELF_FILE* ELF_Open(const char* sPath) {
     return nullptr;
   }
   if (!ParseDwarf(File)) SendMessage("debug info could not be parsed.");
+  if (!GoOnOpening(1, 1)) {
+    CloseFile();
+    return nullptr;
+  }
   File.bLoaded = true;
   State.bBusy = false;
   State.Relocations.ResolveAll(ResolverOf(&File));
@@ -140,6 +144,10 @@ void ELF_Close(ELF_FILE* pFile) {
 
 void ELF_SetMessageCallback(ELF_MESSAGE_FUNC pfMessage) {
   ReaderState().pfMessage = std::move(pfMessage);
+}
+
+void ELF_SetProgressCallback(ELF_PROGRESS_FUNC pfProgress) {
+  ReaderState().pfProgress = std::move(pfProgress);
 }
 
 void ELF_SetInstAlignment(U32 NumBytes) {

@@ -70,7 +70,7 @@ std::string TextOf(const ELF_SYM_LOC& Loc) {
 }  // namespace
 
 const char* ELF_GetLocationText(const ELF_SYM_LOC& Loc) {
-  static char acText[TEXT_SIZE];
+  thread_local char acText[TEXT_SIZE];
   std::snprintf(acText, sizeof(acText), "%s", TextOf(Loc).c_str());
   return acText;
 }

@@ -9,11 +9,39 @@ namespace {
 
 constexpr size_t MAX_MESSAGE_SIZE = 2048;
 
+thread_local READER_STATE* pReaderOfThread = nullptr;
+
+READER_STATE& CommonReader() {
+  static READER_STATE State;
+  return State;
+}
+
 }  // namespace
 
 READER_STATE& ReaderState() {
-  static READER_STATE State;
-  return State;
+  return pReaderOfThread ? *pReaderOfThread : CommonReader();
+}
+
+std::shared_ptr<READER_STATE> ELF_NewReader() {
+  const READER_STATE& Common = CommonReader();
+  auto pReader = std::make_shared<READER_STATE>();
+  pReader->InstAlignment = Common.InstAlignment;
+  pReader->pfMessage = Common.pfMessage;
+  if (!Common.pFile) pReader->Relocations = Common.Relocations;
+  return pReader;
+}
+
+void ELF_UseReader(READER_STATE* pReader) {
+  pReaderOfThread = pReader;
+}
+
+void ELF_ExchangeReader(READER_STATE& Reader) {
+  std::swap(CommonReader(), Reader);
+}
+
+bool GoOnOpening(U64 Done, U64 Total) {
+  const READER_STATE& State = ReaderState();
+  return !State.pfProgress || State.pfProgress(Done, Total);
 }
 
 const ELF_FILE* LoadedFile(const ELF_FILE* pFile) {

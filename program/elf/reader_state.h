@@ -14,9 +14,13 @@ struct READER_STATE {
   U32 MaxEntries = MAX_HANDLE_NUMBER;  // of a file; tests set a lower limit
   CRelocationMap Relocations;
   ELF_MESSAGE_FUNC pfMessage;
+  ELF_PROGRESS_FUNC pfProgress;
 };
 
+// The reader that this thread uses.
 READER_STATE& ReaderState();
+// False when the opening of the file shall end. To be asked every few milliseconds.
+bool GoOnOpening(U64 Done, U64 Total);
 
 // The file itself if it is open, loaded and neither being opened nor closed; else null.
 const ELF_FILE* LoadedFile(const ELF_FILE* pFile);

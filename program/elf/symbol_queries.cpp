@@ -34,16 +34,13 @@ U32 CodeSize(const DWARF_INFO& Info, U32 Entry) {
 
 // The ranges of the entry asked last: a caller takes number, lows and highs one after the other.
 const std::vector<ADDR_RANGE>& RangesOfHandle(ELF_SYM_HANDLE hSym) {
-  static std::vector<ADDR_RANGE> aRanges;
+  static const std::vector<ADDR_RANGE> aNone;
   U32 Entry;
   const ELF_FILE* pFile = FileOfDie(hSym, Entry);
-  if (!pFile) {
-    aRanges.clear();
-    return aRanges;
-  }
-  if (pFile->hLastRanges != hSym) aRanges = RangesOf(*pFile->pDwarf, Entry);
+  if (!pFile) return aNone;
+  if (pFile->hLastRanges != hSym) pFile->aLastRanges = RangesOf(*pFile->pDwarf, Entry);
   pFile->hLastRanges = hSym;
-  return aRanges;
+  return pFile->aLastRanges;
 }
 
 }  // namespace
@@ -119,7 +116,7 @@ U32 ELF_GetValue(ELF_SYM_HANDLE hSym) {
 }
 
 const char* ELF_GetName(ELF_SYM_HANDLE hSym) {
-  static std::string sShortName;
+  thread_local std::string sShortName;
   U32 Number;
   if (const ELF_FILE* pFile = FileOfSymbol(hSym, Number)) return pFile->Symbols.Name(Number);
   const ELF_FILE* pFile = FileOfDie(hSym, Number);

@@ -84,7 +84,7 @@ ELF_SYM_HANDLE ELF_GetType(ELF_SYM_HANDLE hSym, bool bFollow) {
 }
 
 const char* ELF_GetTypeName(ELF_SYM_HANDLE hSym) {
-  static std::string sText;
+  thread_local std::string sText;
   U32 Entry;
   const ELF_FILE* pFile = FileOfDie(hSym, Entry);
   if (!pFile) return nullptr;

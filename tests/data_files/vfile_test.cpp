@@ -99,9 +99,9 @@ TEST_F(VFileTest, ReadsBinaryFilesAcrossPieces) {
 TEST_F(VFileTest, AllFormatsGiveTheImageOfTheProgram) {
   ELF_FILE* pElf = ELF_Open((DATA_DIR + u"demo.elf"_s).toUtf8());
   ASSERT_NE(pElf, nullptr);
-  CFileWorker::Get()->SetProgram(pElf);
+  CFileWorker::Get()->SetProgram(CFileWorker::Get()->ReadSegments(pElf));
   const QMemBlocks Elf = CFileWorker::Get()->ReadDataFile(DATA_DIR + u"demo.elf"_s);
-  CFileWorker::Get()->SetProgram(nullptr);
+  CFileWorker::Get()->SetProgram({});
   ELF_Close(pElf);
   ASSERT_EQ(Elf.size(), 2);
   EXPECT_EQ(Elf[0].Data, ReadBytes(DATA_DIR + u"demo.bin"_s));
@@ -228,9 +228,7 @@ TEST_F(VFileTest, SegmentsOfDamagedProgramsStayInsideTheFile) {
   const QByteArray Good = ReadBytes(DATA_DIR + u"demo.elf"_s);
   const auto SegmentsOf = [&](const QByteArray& Bytes) {
     ELF_FILE* pElf = ELF_Open(Write(u"damaged.elf"_s, Bytes).toUtf8());
-    CFileWorker::Get()->SetProgram(pElf);
-    const QMemBlocks Blocks = CFileWorker::Get()->ReadProgramSegments();
-    CFileWorker::Get()->SetProgram(nullptr);
+    const QMemBlocks Blocks = CFileWorker::Get()->ReadSegments(pElf);
     if (pElf) ELF_Close(pElf);
     return Blocks;
   };
