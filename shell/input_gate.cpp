@@ -11,28 +11,9 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
+#include "shell/input_events.h"
 
 namespace {
-
-bool IsInput(QEvent::Type Type) {
-  switch (Type) {
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::Shortcut:
-    case QEvent::ShortcutOverride:
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::Wheel:
-    case QEvent::ContextMenu:
-    case QEvent::DragEnter:
-    case QEvent::Drop:
-    case QEvent::TouchBegin:
-      return true;
-    default:
-      return false;
-  }
-}
 
 std::unique_ptr<CInputGate>& Gate() {
   static std::unique_ptr<CInputGate> pInstance;
@@ -76,13 +57,17 @@ void CInputGate::SetScriptRunning(bool bRunning) {
   Gate().reset(bRunning ? new CInputGate : nullptr);
 }
 
+bool CInputGate::IsScriptRunning() {
+  return Gate() != nullptr;
+}
+
 void CInputGate::ProcessEvents() {
   const std::unique_ptr<CInputGate> pTurn(Gate() ? nullptr : new CInputGate);
   QCoreApplication::processEvents();
 }
 
 bool CInputGate::eventFilter(QObject*, QEvent* pEvent) {
-  if (!IsInput(pEvent->type())) return false;
+  if (!IsUserInput(pEvent->type())) return false;
   const QWidget* const pModal = QApplication::activeModalWidget();
   if (pModal && pModal != m_pModalBefore) return false;
   if (IsRequest(*pEvent, ACTION_DEBUG_STOP)) {

@@ -11,6 +11,7 @@ class CInputGate : public QObject {
 public:
   // A script begins to run, or has ended.
   static void SetScriptRunning(bool bRunning);
+  static bool IsScriptRunning();
   // One turn of the event loop, limited in the same way.
   static void ProcessEvents();
 

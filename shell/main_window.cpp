@@ -110,7 +110,7 @@ CMainWindow::~CMainWindow() {
 void CMainWindow::CreateControllers() {
   m_pEventWorker = std::make_unique<CDeviceEventWorker>(CDevice::Get());
   m_pSession = std::make_unique<CSessionController>(*this);
-  m_pLoader = std::make_unique<CProgramLoader>(*m_pSession);
+  m_pLoader = std::make_unique<CProgramLoader>(*m_pSession, this);
   m_pProjects = std::make_unique<CProjectController>(*this, *m_pSession, *m_pLoader);
   m_pCommands = std::make_unique<COMMAND_CONTEXT>(COMMAND_CONTEXT{*this, *m_pSession, *m_pProjects, *m_pLoader});
   PlugLayersTogether(*m_pSession);
@@ -236,7 +236,7 @@ void CMainWindow::OnWindowShown() {
 }
 
 bool CMainWindow::IsIdle() const {
-  return !CProject::Get().IsOpening() && VScript::CallLevel() == 0 && !m_pSession->IsBusy();
+  return !CProject::Get().IsOpening() && !m_pLoader->IsReading() && VScript::CallLevel() == 0 && !m_pSession->IsBusy();
 }
 
 void CMainWindow::UpdateActions() {

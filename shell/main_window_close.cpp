@@ -54,7 +54,7 @@ void CMainWindow::closeEvent(QCloseEvent* pEvent) {
 }
 
 void CMainWindow::OnApplicationActivated() {
-  if (m_bClosing) return;
+  if (m_bClosing || m_pLoader->IsReading()) return;
   CProject& Project = CProject::Get();
   const QFileInfo Program(Project.GetProgramFile());
   if (!Project.GetProgramFile().isEmpty() && Program.exists() &&

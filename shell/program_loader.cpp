@@ -12,9 +12,11 @@
 #include "project/file_classes.h"
 #include "project/project.h"
 #include "shell/actions/action_dispatch.h"
+#include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
+#include "shell/program_reader.h"
 #include "shell/session_controller.h"
 #include "ui/message_box.h"
 #include "ui/status_bar.h"
@@ -37,9 +39,13 @@ public:
 
 }  // namespace
 
-CProgramLoader::CProgramLoader(CSessionController& Session) : m_Session(Session) {}
+CProgramLoader::CProgramLoader(CSessionController& Session, QWidget* pMainWindow)
+    : m_Session(Session), m_pMainWindow(pMainWindow) {}
 
 void CProgramLoader::OpenDataFile(const QString& sPath) {
+  if (m_bReading) {
+    return PrintConsole(QStringLiteral("\"%1\" was not opened: another program is being opened").arg(sPath));
+  }
   if (!m_Clock.isValid()) m_Clock.start();
   Q_EMIT Opening(sPath);
   if (IsElfFile(sPath)) {
@@ -56,15 +62,41 @@ void CProgramLoader::OpenDataFile(const QString& sPath) {
 
 void CProgramLoader::OpenElfDataFile(const QString& sPath) {
   const CCursorShape Wait(Qt::WaitCursor);
+  auto pBuild = std::make_unique<CProgramBuild>();
+  const PROGRAM_BUILD_RESULT Result = Read(*pBuild, sPath);
+  if (Result == PROGRAM_BUILD_STOPPED) return OnCancelled(sPath);
   CProject::Get().SetProgramFile(sPath);
   CFileFinder::Get()->SetProgramPath(sPath);
   CDeviceDataProvider::Get().ClearCaches(true);
   if (!Device().IsSessionReady()) Device().ScheduleResetTargetExecState();
   ClearProgramViews();
-  if (ELFAPI_Load(sPath) < 0) {
+  if (Result == PROGRAM_BUILT) {
+    pBuild->TakeOver();
+    Free(std::move(pBuild));
+  } else {
+    ELFAPI_Unload();
     LogMsg(QStringLiteral("Could not read the program file \"%1\"").arg(sPath), MSG_ERROR | MSG_TO_ALL);
   }
   OnDataFileOpened(sPath);
+}
+
+PROGRAM_BUILD_RESULT CProgramLoader::Read(CProgramBuild& Build, const QString& sPath) {
+  m_bReading = true;
+  const PROGRAM_BUILD_RESULT Result = ReadProgram(Build, sPath, m_pMainWindow);
+  m_bReading = false;
+  return Result;
+}
+
+void CProgramLoader::OnCancelled(const QString& sPath) {
+  SetActionError(ACTION_FILE_OPEN, QLatin1String(ActionError::CANCELLED));
+  LogMsg(QStringLiteral("File.Open: \"%1\" was cancelled").arg(sPath), MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
+  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
+  m_bUserChosen = m_bReload = false;
+}
+
+// The tables of a big program take a tenth of a second to free.
+void CProgramLoader::Free(std::unique_ptr<CProgramBuild> pProgram) {
+  m_Freeing = std::async(std::launch::async, [pProgram = std::move(pProgram)]() mutable { pProgram.reset(); });
 }
 
 void CProgramLoader::OpenBinDataFile(const QString& sPath) {
@@ -113,7 +145,6 @@ void CProgramLoader::ConfigTargetEndianess() {
 void CProgramLoader::OnDataFileOpened(const QString& sPath) {
   const bool bSame = !sPath.isEmpty() && sPath == m_sProgramPath;
   if (!sPath.isEmpty()) ConfigTargetEndianess();
-  VCore::ResetCache();
   if (sPath != m_sProgramPath) {
     Device().ScheduleClearAllBreakpoints();
     Device().ScheduleClearAllWatchpoints();

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <future>
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QWidget>
 
 #include "base/types.h"
+#include "program/database/program_build.h"
 
 class CSessionController;
 
@@ -15,10 +18,14 @@ class CProgramLoader : public QObject {
   Q_OBJECT
 
 public:
-  explicit CProgramLoader(CSessionController& Session);
+  // pMainWindow: what the user sees while a program is read.
+  CProgramLoader(CSessionController& Session, QWidget* pMainWindow);
 
-  // Opens a program or data file, or with an empty path unloads the program.
+  // Opens a program or data file, or with an empty path unloads the program. Returns when that is done; a program that
+  // takes long is read while events are delivered. Cancelled by the user, or called meanwhile, it changes nothing.
   void OpenDataFile(const QString& sPath);
+  // A program is being read.
+  bool IsReading() const { return m_bReading; }
   // Times the next OpenDataFile from now on, as File.Open does.
   void StartClock() { m_Clock.start(); }
   // The file was chosen by the user, so a download during a session is asked for; it is a reload of a changed file.
@@ -39,6 +46,9 @@ Q_SIGNALS:
 
 private:
   void OpenElfDataFile(const QString& sPath);
+  PROGRAM_BUILD_RESULT Read(CProgramBuild& Build, const QString& sPath);
+  void OnCancelled(const QString& sPath);
+  void Free(std::unique_ptr<CProgramBuild> pProgram);
   void OpenBinDataFile(const QString& sPath);
   void OpenOtherDataFile(const QString& sPath);
   void StoreProgramData(const QString& sPath);
@@ -48,6 +58,9 @@ private:
   void ConfigTargetEndianess();
 
   CSessionController& m_Session;
+  QWidget* m_pMainWindow;
+  bool m_bReading = false;
+  std::future<void> m_Freeing;
   QString m_sProgramPath;
   bool m_bUserChosen = false;
   bool m_bReload = false;

@@ -215,7 +215,9 @@ void CSessionController::OnDeviceConfigParamChanged(int Param, int Value) {
   } else if (Param == DCP_SPEED) {
     UpdateConnectionInfo();
   } else if (Param == DCP_ENDIAN) {
-    VCore::ResetCache();
+    // Where the byte order is another one, the core model decodes the program anew.
+    const DEVICE_STATE& State = Device().Context().State;
+    VCore::SetCpuInfo({VCore::GetCpuInfo().CoreId, State.DataEndian, State.InstEndian});
   }
 }
 

@@ -26,14 +26,21 @@ CStatusBar::CStatusBar()
       m_sWindow(QStringLiteral("Ln 0  Ch 0")),
       m_pMessage(MakeField(this, "StatusMessage")),
       m_pProgress(new QProgressBar(this)),
+      m_pCancel(new QPushButton(QStringLiteral("Cancel"), this)),
       m_pConnection(MakeField(this, "ConnectionInfo")),
       m_pWindow(MakeField(this, "WindowStatus")) {
   setSizeGripEnabled(false);
   m_pProgress->setFixedWidth(PROGRESS_WIDTH);
   m_pProgress->setTextVisible(false);
   m_pProgress->hide();
+  m_pCancel->setObjectName(QStringLiteral("CancelProgress"));
+  m_pCancel->setFocusPolicy(Qt::NoFocus);
+  m_pCancel->setCursor(Qt::ArrowCursor);
+  m_pCancel->hide();
+  connect(m_pCancel, &QPushButton::clicked, this, [this] { m_bCanceled = true; });
   addWidget(m_pMessage, 1);
   addPermanentWidget(m_pProgress);
+  addPermanentWidget(m_pCancel);
   addPermanentWidget(m_pWindow);
   addPermanentWidget(m_pConnection);
   m_Timer.setSingleShot(true);
@@ -71,12 +78,14 @@ void CStatusBar::OnTempStatusMsgChanged(const QString& sText) {
   MarkDirty();
 }
 
-void CStatusBar::StartProgress(int Minimum, int Maximum) {
+void CStatusBar::StartProgress(int Minimum, int Maximum, bool bCancelable) {
   m_Minimum = Minimum;
   m_Maximum = Maximum;
   m_Value = Minimum;
   m_bProgressRunning = true;
   m_bEndPending = false;
+  m_bCancelable = bCancelable;
+  m_bCanceled = false;
   MarkDirty();
 }
 
@@ -88,6 +97,7 @@ void CStatusBar::SetProgressValue(int Value) {
 void CStatusBar::EndProgress() {
   if (!m_bProgressRunning) return;
   m_bEndPending = true;
+  m_bCancelable = false;
   m_EndTime.start();
   MarkDirty();
 }
@@ -110,5 +120,6 @@ void CStatusBar::Refresh() {
   m_pProgress->setRange(m_Minimum, m_Maximum);
   m_pProgress->setValue(m_Value);
   m_pProgress->setVisible(m_bProgressRunning);
+  m_pCancel->setVisible(m_bCancelable);
   if (m_bEndPending) MarkDirty();
 }

@@ -4,6 +4,7 @@
 namespace ActionError {
 inline constexpr const char* INVALID_PARAMETER = "invalid parameter";
 inline constexpr const char* WRONG_PARAMETER_COUNT = "wrong parameter count";
+inline constexpr const char* CANCELLED = "cancelled by the user";
 inline constexpr const char* NOT_CONNECTED = "not connected";
 inline constexpr const char* ALREADY_CONNECTED = "already connected";
 inline constexpr const char* PROGRAM_IS_RUNNING = "program is running";

@@ -5,6 +5,7 @@
 
 #include "device/data_files/vfile.h"
 #include "program/database/file_table.h"
+#include "program/database/program_build.h"
 #include "program/elf/elf.h"
 
 namespace {
@@ -121,20 +122,57 @@ TEST_F(LoadTest, ARelocatedProgramMovesOnce) {
   EXPECT_EQ(ELFAPI_GetFuncAt(0x08000058), 0u);
 }
 
-TEST_F(LoadTest, QueriesOfOtherThreadsWaitForALoad) {
+// Two programs in turn, asked all the time: what one operation answers is of one program, and there always is one.
+TEST_F(LoadTest, OtherThreadsAskWhileProgramsAreRead) {
+  const QString sCorpus = CORPUS_DIR + u"gcc_v5_O0.elf"_s;
+  const qsizetype NumDemo = ELFAPI_GetFunctions().size();
+  ASSERT_EQ(ELFAPI_Load(sCorpus), 0);
+  const qsizetype NumCorpus = ELFAPI_GetFunctions().size();
   std::atomic<bool> bStop{false};
-  int NumWrong = 0;
-  std::thread Asker([&] {
+  std::atomic<int> NumWrong{0};
+  const auto Ask = [&] {
     while (!bStop) {
-      const std::string sName = Name(ELFAPI_GetFuncAt(0x08000056));
-      if (!sName.empty() && sName != "main") ++NumWrong;
-      ELFAPI_GetFunctions();
+      const QString sPath = ELFAPI_GetFilePath();
+      const qsizetype NumFuncs = ELFAPI_GetFunctions().size();
+      const ELF_SYM_HANDLE Main = ELFAPI_FindSymbol(u"main"_s, true, false, false, true);
+      ELFAPI_GetSrcLocText(ELFAPI_GetLoc(Main));
+      ELFAPI_GetLocBlocks(ELFAPI_GetLoc(Main));
+      VFile::CFileWorker::Get()->ReadProgramSegments();
+      if ((sPath != DEMO_ELF && sPath != sCorpus) || (NumFuncs != NumDemo && NumFuncs != NumCorpus) || Main == 0)
+        ++NumWrong;
     }
-  });
-  for (int i = 0; i < 20; ++i) EXPECT_EQ(ELFAPI_Load(DEMO_ELF), 0);
+  };
+  std::thread aAskers[] = {std::thread(Ask), std::thread(Ask)};
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(ELFAPI_Load(i % 2 ? DEMO_ELF : sCorpus), 0);
   bStop = true;
-  Asker.join();
+  for (std::thread& Asker : aAskers) Asker.join();
   EXPECT_EQ(NumWrong, 0);
+}
+
+TEST_F(LoadTest, AStoppedBuildLeavesTheProgramAsItIs) {
+  const std::vector<std::string> Expected = CodeAnswers(0x08000000);
+  U32 NumAsked = 0, Last = 0;
+  {
+    CProgramBuild Build;
+    const auto Count = [&](U32 Permille) {
+      EXPECT_TRUE(Permille >= Last && Permille <= BUILD_PROGRESS_END) << Permille << " behind " << Last;
+      Last = Permille;
+      return ++NumAsked > 0;
+    };
+    ASSERT_EQ(Build.Read(CORPUS_DIR + u"mixed.elf"_s, Count), PROGRAM_BUILT);
+    EXPECT_EQ(Last, BUILD_PROGRESS_END);
+  }
+  ASSERT_GT(NumAsked, 15u);
+  for (U32 Stop = 0; Stop < NumAsked; ++Stop) {
+    CProgramBuild Build;
+    U32 NumLeft = Stop;
+    EXPECT_EQ(Build.Read(CORPUS_DIR + u"mixed.elf"_s, [&NumLeft](U32) { return NumLeft-- != 0; }),
+              PROGRAM_BUILD_STOPPED);
+    EXPECT_EQ(NumLeft, static_cast<U32>(-1)) << "not asked again";
+  }
+  EXPECT_EQ(CodeAnswers(0x08000000), Expected);
+  EXPECT_TRUE(ELFAPI_IsLoaded() && !ELFAPI_IsBusy());
+  EXPECT_EQ(ELFAPI_GetFilePath(), DEMO_ELF);
 }
 
 TEST(FileTableTest, PathsWithOneHashGetDifferentIdentifiers) {
