@@ -2,15 +2,20 @@
 // name, value, unit.
 //   elf_bench load FILE      time of the load
 //   elf_bench queries FILE   nanoseconds a question, first and second time
+//   elf_bench reopen FILE    memory while the file is opened and closed a thousand times, as the program's window does
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <future>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "program/database/elfapi.h"
+#include "program/database/program_build.h"
 #include "program/elf/elf.h"
 
 namespace {
@@ -106,10 +111,39 @@ void MeasureQueries() {
           [](const QString& sName) { return ELFAPI_FindSymbol(sName, true, false, false, true); });
 }
 
+// A program is read on a thread of its own and freed on another, while a third one asks.
+void OpenAndClose(const QString& sFile) {
+  auto pBuild = std::make_unique<CProgramBuild>();
+  std::async(std::launch::async, [&] { pBuild->Read(sFile); }).get();
+  pBuild->TakeOver();
+  std::async(std::launch::async, [&] { pBuild.reset(); }).get();
+  ELFAPI_FindSymbol(QStringLiteral("main"), true, true, true, true);
+  ELFAPI_GetFirstSrcLoc(ELFAPI_GetEntryPC());
+}
+
+void Reopen(const QString& sFile) {
+  constexpr int NUM_TIMES = 1000, NUM_ROWS = 10;
+  std::atomic<bool> bStop{false};
+  std::thread Asker([&bStop] {
+    while (!bStop) {
+      ELFAPI_GetSrcLocsAt(ELFAPI_GetAddr(ELFAPI_GetEntryFunc()));
+      std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+  });
+  for (int i = 0; i <= NUM_TIMES; ++i) {
+    OpenAndClose(sFile);
+    if (i % 2) ELFAPI_Unload();
+    if (i % (NUM_TIMES / NUM_ROWS) == 0) std::printf("opened %d times\t%ld\tKiB\n", i, MemoryOf("VmRSS:"));
+  }
+  bStop = true;
+  Asker.join();
+}
+
 }  // namespace
 
 int main(int NumArguments, char** ppArguments) {
   if (NumArguments != 3) return 2;
+  if (std::strcmp(ppArguments[1], "reopen") == 0) return Reopen(QString::fromLocal8Bit(ppArguments[2])), 0;
   const long Before = MemoryOf("VmRSS:");
   const auto Start = CLOCK::now();
   if (ELFAPI_Load(QString::fromLocal8Bit(ppArguments[2])) != 0) return 1;

@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 
-#include "core/vcore.h"
 #include "device/device.h"
 #include "device/device_context.h"
 #include "device/interface_speed.h"
@@ -202,8 +201,6 @@ void RelocateSymbols(COMMAND_CONTEXT& Context) {
   if (!bOk || Offset < INT32_MIN || Offset > UINT32_MAX) return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 1));
   if (ELFAPI_AddRelocation(Arg(ID, 0), static_cast<I32>(Offset)) < 0)
     return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 0));
-  // What is known of a loaded program's addresses has changed.
-  VCore::ResetCache();
   Context.Session.EvalBreakSymbol();
   Context.Window.RefreshWindows();
 }

@@ -36,6 +36,9 @@ struct SYMBOL_CACHES {
   QHash<ELF_SYM_HANDLE, QAddrRanges> Ranges;
   QHash<ELF_SYM_HANDLE, CSrcLoc> DeclLocs;
   QHash<ELF_SYM_HANDLE, CSrcLoc> CallLocs;
+  QHash<ELF_SYM_HANDLE, QString> TypeNames;
+  QHash<ELF_SYM_HANDLE, QHash<QString, I32>> MemberNames;     // of a class, to their indices
+  QHash<std::pair<ELF_SYM_HANDLE, U32>, ELF_SYM_LOC> Places;  // by symbol and PC
 };
 
 // The paths at which the file finder finds the program's files, by lower-cased path.
@@ -112,6 +115,9 @@ void DatabaseLog(const QString& sText, U32 Flags);
 using STEP_DONE = std::function<bool(const char* sStep)>;
 bool LoadFilesAndLines(DATABASE& Db, const STEP_DONE& StepDone);
 bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone);
+
+// Builds the tables of the open file anew after its addresses have changed.
+void RebuildTables(CDatabaseLock& Db);
 
 // Location of a line entry as it is told outside.
 CSrcLoc SrcLocOf(const DATABASE& Db, const LINE_ENTRY& Entry);

@@ -50,18 +50,6 @@ U32 LowestFuncAddr(const ELF_FILE* pElf) {
   return Lowest == INVALID_ADDR ? 0 : Lowest;
 }
 
-void CElfSymbolIndex::AddObject(ELF_SYM_HANDLE Sym) {
-  const char* sName = ELF_GetName(Sym);
-  if (!sName || !*sName) return;
-  const U32 Addr = ElfSymbolAddr(Sym);
-  const auto it = m_ObjectAddrs.find(QString::fromUtf8(sName));
-  if (it == m_ObjectAddrs.end()) {
-    m_ObjectAddrs.insert(QString::fromUtf8(sName), Addr);
-  } else if (it.value() != Addr) {
-    it.value() = INVALID_ADDR;
-  }
-}
-
 void CElfSymbolIndex::AddCodeSymbol(ELF_SYM_HANDLE Sym) {
   const char* sName = ELF_GetName(Sym);
   if (!sName || !*sName) return;
@@ -76,7 +64,6 @@ void CElfSymbolIndex::Build(const ELF_FILE* pElf) {
     const U32 Type = ELF_GetTag(Sym);
     // Neither names an address.
     if (Sym == 0 || Type == ELF_SYMBOL_FILE || Type == ELF_SYMBOL_SECTION) continue;
-    if (Type == ELF_SYMBOL_OBJECT) AddObject(Sym);
     if (IsInCode(pElf, Sym)) AddCodeSymbol(Sym);
   }
   for (ELF_SYM_LIST& Symbols : m_ByAddr) {

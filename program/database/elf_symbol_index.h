@@ -8,7 +8,7 @@
 
 struct ELF_FILE;
 
-// The ELF symbols that lie in code, by address, and the fixed places of data objects.
+// The ELF symbols that lie in code, by address.
 class CElfSymbolIndex {
 public:
   void Clear() { *this = CElfSymbolIndex(); }
@@ -19,17 +19,13 @@ public:
   const ELF_SYM_LIST& FuncSymbols() const { return m_FuncSymbols; }
   // Symbols at exactly this address: functions first, mapping symbols last.
   ELF_SYM_LIST At(U32 Addr) const { return m_ByAddr.value(Addr); }
-  // Address of the one data object of that name; INVALID_ADDR if there is none or more than one.
-  U32 ObjectAddr(const QString& sName) const { return m_ObjectAddrs.value(sName, INVALID_ADDR); }
 
 private:
-  void AddObject(ELF_SYM_HANDLE Sym);
   void AddCodeSymbol(ELF_SYM_HANDLE Sym);
 
   ELF_SYM_LIST m_AllSymbols;
   ELF_SYM_LIST m_FuncSymbols;
   QHash<U32, ELF_SYM_LIST> m_ByAddr;
-  QHash<QString, U32> m_ObjectAddrs;
 };
 
 // Address on the target of an ELF symbol, rounded down to the instruction alignment where it is a function.

@@ -30,8 +30,10 @@ FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
 }  // namespace
 
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
-  const CDatabaseLock Db;
-  return ELF_AddRelocation(sText.toUtf8().constData(), Delta);
+  CDatabaseLock Db;
+  if (ELF_AddRelocation(sText.toUtf8().constData(), Delta) != 0) return -1;
+  RebuildTables(Db);
+  return 0;
 }
 
 U32 ELFAPI_FileId(const QString& sPath) {

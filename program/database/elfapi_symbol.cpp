@@ -5,6 +5,7 @@
 #include "program/database/database.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
+#include "program/elf/elf_types.h"
 
 namespace {
 
@@ -62,6 +63,16 @@ CSrcLoc LocFromAttrs(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym, U32 LineAttr, 
   return File == INVALID_FILE_ID ? CSrcLoc() : CSrcLoc{File, Line, AttrU32(Sym, ColumnAttr)};
 }
 
+// Address of a variable that has a fixed one. One that the linker dropped stands at 0, where only few programs have
+// data.
+U32 VariableAddr(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym) {
+  const ELF_SYM_LOC Loc = ELF_GetLocation(Sym, 0);
+  if (Loc.Type != ELF_LOC_MEM) return INVALID_ADDR;
+  const bool bDropped =
+      ELF_RelocFromFile(Loc.Addr, 1, 0) == 0 && ELF_FindSymbolAt(Db->pElf, Loc.Addr, ELF_SYMBOL_OBJECT) < 0;
+  return bDropped ? INVALID_ADDR : Loc.Addr;
+}
+
 }  // namespace
 
 U32 ELFAPI_GetTag(ELF_SYM_HANDLE Sym) {
@@ -100,8 +111,7 @@ U32 ELFAPI_GetAddr(ELF_SYM_HANDLE Sym) {
     const CAddrRange Range = ELFAPI_GetAddrRange(Sym);
     return Range.IsNone() ? INVALID_ADDR : Range.Start;
   }
-  if (!ELFAPI_IsVariable(Sym) || ELF_GetContainingFunc(Sym) != 0) return INVALID_ADDR;
-  return Db->Symbols.ObjectAddr(ELFAPI_GetName(Sym));
+  return ELFAPI_IsVariable(Sym) ? VariableAddr(Db, Sym) : INVALID_ADDR;
 }
 
 CAddrRange ELFAPI_GetAddrRange(ELF_SYM_HANDLE Sym) {

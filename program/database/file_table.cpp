@@ -118,3 +118,9 @@ bool CFileTable::Redirect(const QString& sOldPath, const QString& sNewPath) {
   }
   return !Files.isEmpty();
 }
+
+void CFileTable::RedirectLike(const CFileTable& Other) {
+  for (const FILE_ENTRY& File : Other.m_Files) {
+    if (File.bRedirected) Redirect(File.sOwnPath, File.sPath);
+  }
+}

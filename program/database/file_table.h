@@ -48,6 +48,8 @@ public:
   void TestExistence();
   // False when the program has no file sOldPath.
   bool Redirect(const QString& sOldPath, const QString& sNewPath);
+  // Redirects what the other table has redirected.
+  void RedirectLike(const CFileTable& Other);
 
 private:
   std::vector<FILE_ENTRY> m_Files;

@@ -36,7 +36,7 @@ public:
 // Once it is told to stop, it stays so.
 class CProgress {
 public:
-  explicit CProgress(const BUILD_PROGRESS& Ask) : m_Ask(Ask) {}
+  explicit CProgress(BUILD_PROGRESS Ask) : m_Ask(std::move(Ask)) {}
 
   bool GoOn(U32 Permille) {
     m_bGoesOn = m_bGoesOn && (!m_Ask || m_Ask(Permille));
@@ -45,7 +45,7 @@ public:
   bool GoesOn() const { return m_bGoesOn; }
 
 private:
-  const BUILD_PROGRESS& m_Ask;
+  BUILD_PROGRESS m_Ask;
   bool m_bGoesOn = true;
 };
 
@@ -89,6 +89,24 @@ bool BuildTables(DATABASE& Db, CProgress& Progress) {
 }
 
 }  // namespace
+
+void RebuildTables(CDatabaseLock& Db) {
+  if (!Db->pElf) return;
+  const CBusyMark Busy;
+  auto pNew = std::make_unique<DATABASE>();
+  pNew->pElf = Db->pElf;
+  pNew->sPath = Db->sPath;
+  const CFileTable& OldFiles = Db->Files;
+  const U32 CurrentPC = Db->Scope.CurrentPC;
+  UseDatabase(pNew.get());
+  CProgress Progress({});
+  BuildTables(*pNew, Progress);
+  pNew->Files.RedirectLike(OldFiles);
+  ELFAPI_SetCurrentPC(CurrentPC);
+  UseDatabase(nullptr);
+  Db.Exchange(pNew);
+  VFile::CFileWorker::Get()->SetProgram(Db->DataSegments);
+}
 
 CProgramBuild::CProgramBuild() = default;
 

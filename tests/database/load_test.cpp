@@ -1,9 +1,11 @@
 #include "demo_program.h"
 
+#include <malloc.h>
 #include <QTemporaryDir>
 #include <thread>
 
 #include "device/data_files/vfile.h"
+#include "program/database/elfapi_types.h"
 #include "program/database/file_table.h"
 #include "program/database/program_build.h"
 #include "program/elf/elf.h"
@@ -173,6 +175,25 @@ TEST_F(LoadTest, AStoppedBuildLeavesTheProgramAsItIs) {
   EXPECT_EQ(CodeAnswers(0x08000000), Expected);
   EXPECT_TRUE(ELFAPI_IsLoaded() && !ELFAPI_IsBusy());
   EXPECT_EQ(ELFAPI_GetFilePath(), DEMO_ELF);
+}
+
+TEST_F(LoadTest, NothingIsLeftOfProgramsThatWereClosed) {
+  const auto OpenOften = [this](int NumTimes) {
+    for (int i = 0; i < NumTimes; ++i) {
+      ASSERT_EQ(ELFAPI_Load(i % 2 ? DEMO_ELF : CORPUS_DIR + u"gcc_v5_O0.elf"_s), 0);
+      if (i % 3) ELFAPI_Unload();
+      CProgramBuild Stopped;
+      Stopped.Read(DEMO_ELF, [](U32 Permille) { return Permille < 800; });
+      ELFAPI_FindSymbol(u"Square::Side"_s, true, true, true, true);
+      ELFAPI_GetSrcLocsAt(ELFAPI_GetEntryPC());
+      ELFAPI_GetLocation(Global("main"), ELFAPI_GetEntryPC());
+    }
+    ELFAPI_Unload();
+  };
+  OpenOften(10);
+  const size_t Before = mallinfo2().uordblks;
+  OpenOften(50);
+  EXPECT_LT(mallinfo2().uordblks, Before + 1024) << "bytes in use";
 }
 
 TEST(FileTableTest, PathsWithOneHashGetDifferentIdentifiers) {

@@ -1,0 +1,145 @@
+// Types, members, places and frames of the programs of the corpus.
+
+#include "demo_program.h"
+
+#include "program/database/elfapi_types.h"
+#include "program/elf/elf.h"
+
+namespace {
+
+class TypesTest : public DemoProgramTest {
+protected:
+  void LoadCorpus(const QString& sName) { ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + sName + u".elf"_s), 0); }
+  // A local variable of a function; the scope stays at the function.
+  static ELF_SYM_HANDLE Local(const char* sFunc, const char* sName) {
+    ELFAPI_SetCurrentPC(AddrOf(sFunc));
+    return ELFAPI_FindSymbol(QLatin1String(sName), false, true, false, false);
+  }
+  static ELF_SYM_HANDLE Type(const char* sName) {
+    return ELFAPI_FindSymbol(QLatin1String(sName), false, false, true, false);
+  }
+  static std::string TypeName(ELF_SYM_HANDLE Sym) { return ELFAPI_GetTypeName(Sym).toStdString(); }
+};
+
+const QStringList CORPUS_FILES = {u"gcc_v2_O0"_s, u"gcc_v5_O0"_s, u"clang_v4_O0"_s, u"clang_v5_O0"_s};
+
+TEST_F(TypesTest, MembersAlsoOfBaseClasses) {
+  struct CASE {
+    const char *sClass, *sMember, *sDeclaredIn, *sAccess, *sType;
+    I32 Base;
+  };
+  const CASE aCases[] = {
+      {"model::device", "history", "Derived", "public", "class Ring<short int, 4>", -1},
+      {"model::device", "level", "Derived", "private", "enum Level", -1},
+      {"model::device", "reset", "Derived", "public", "virtual void()", -1},
+      {"model::device", "id", "Base", "protected", "int", 0},
+      {"model::device", "kind", "Base", "private", "uchar", 0},
+      {"model::device", "extra", "Mixin", "public", "long", 1},
+      {"model::device", "nothing", "", "", "", -1},
+      {"Derived", "extra", "Mixin", "public", "long", 1},
+      {"Mixin", "id", "", "", "", -1},
+      {"ratio", "extra", "", "", "", -1},
+  };
+  LoadCorpus(u"gcc_v5_O0"_s);
+  for (const CASE& Case : aCases) {
+    SCOPED_TRACE(std::string(Case.sClass) + "." + Case.sMember);
+    const ELF_SYM_HANDLE Variable = ELFAPI_FindSymbol(QLatin1String(Case.sClass), true, false, true, false);
+    ASSERT_NE(Variable, 0u);
+    const MEMBER_PLACE Place = ELFAPI_FindMember(Variable, QLatin1String(Case.sMember));
+    EXPECT_EQ(Name(Place.Class), Case.sDeclaredIn);
+    EXPECT_EQ(Place.Base, Case.Base);
+    EXPECT_EQ(Place.Member >= 0, Place.Class != 0);
+    if (Place.Member < 0) continue;
+    const ELF_SYM_HANDLE Member = ELFAPI_GetMember(Place.Class, static_cast<U32>(Place.Member));
+    EXPECT_EQ(Name(Member), Case.sMember);
+    EXPECT_EQ(ELFAPI_GetAccessText(Member).toStdString(), Case.sAccess);
+    EXPECT_EQ(TypeName(Member), Case.sType);
+  }
+  const ELF_SYM_HANDLE Device = Global("device");
+  EXPECT_EQ(ELFAPI_GetBaseNames(Device), u"Base, Mixin");
+  // An object with virtual functions: its table, the identifier and the bits of Base, then Mixin.
+  const ELF_SYM_LOC MixinPlace = ELFAPI_GetLocation(ELFAPI_GetBases(Device).value(1), 0);
+  EXPECT_EQ(MixinPlace.Type, U32(ELF_LOC_PARENT_LOC));
+  EXPECT_EQ(MixinPlace.Offset, 12);
+}
+
+TEST_F(TypesTest, WhatTheReaderSaysOfASymbol) {
+  for (const QString& sFile : CORPUS_FILES) {
+    SCOPED_TRACE(sFile.toStdString());
+    LoadCorpus(sFile);
+    ELF_ARRAY_INFO Info;
+    EXPECT_TRUE(ELFAPI_GetArrayInfo(Global("grid"), Info) && Info.TotalCount == 24 && Info.NumDimensions == 3);
+    EXPECT_FALSE(ELFAPI_GetArrayInfo(Global("ratio"), Info));
+    EXPECT_EQ(TypeName(Global("grid")), "short[4][3][2]");
+    EXPECT_TRUE(ELFAPI_IsSigned(Global("counter")) && !ELFAPI_IsSigned(Global("sink")));
+    const ELF_SYM_HANDLE Status = Global("status");
+    const MEMBER_PLACE Level = ELFAPI_FindMember(Status, u"level"_s);
+    const ELF_SYM_HANDLE Bits = ELFAPI_GetMember(Level.Class, static_cast<U32>(Level.Member));
+    EXPECT_TRUE(ELFAPI_GetBitSize(Bits) == 7 && ELFAPI_GetBitOffset(Bits) == 4);
+    const ELF_SYM_LIST Enumerators = ELFAPI_GetMembers(Type("Level"));
+    EXPECT_EQ(Names(Enumerators).substr(0, 10), Names(Enumerators.first(1)).substr(0, 10));
+    QList<int> Values;
+    for (const ELF_SYM_HANDLE Sym : Enumerators) Values.append(ELFAPI_GetConstValue(Sym).at(0));
+    EXPECT_EQ(Values, (QList<int>{0, 4, 5}));
+  }
+}
+
+TEST_F(TypesTest, PlacesOfVariables) {
+  for (const QString& sFile : CORPUS_FILES) {
+    SCOPED_TRACE(sFile.toStdString());
+    LoadCorpus(sFile);
+    const ELF_SYM_HANDLE Nodes = Global("nodes");
+    const ELF_SYM_LOC Loc = ELFAPI_GetLocation(Nodes, 0);
+    EXPECT_EQ(Loc.Type, U32(ELF_LOC_MEM));
+    PARSED_LOC_KIND Kind;
+    EXPECT_EQ(ELFAPI_ParseLocation(u"nodes"_s, Kind), (CAddrRange{Loc.Addr, 48}));
+    EXPECT_EQ(Kind, PARSED_LOC_SYMBOL);
+    EXPECT_TRUE(ELFAPI_FindSymbolAt(Loc.Addr) == Nodes && ELFAPI_IsLocValid(Loc));
+    const ELF_SYM_HANDLE First = Local("walk", "first");
+    EXPECT_EQ(ELFAPI_GetAddr(First), INVALID_ADDR);
+    const U32 PC = ELFAPI_GetAddr(Global("walk")) + 8;
+    EXPECT_EQ(ELFAPI_GetLocation(First, PC).Type, U32(ELF_LOC_BP_INDIRECT));
+    EXPECT_EQ(ELFAPI_GetFrameBase(First, PC), ELFAPI_GetFrameBase(Global("walk"), PC));
+    EXPECT_TRUE(ELFAPI_IsLocValid(ELFAPI_GetFrameBase(First, PC)));
+    EXPECT_EQ(ELFAPI_GetCfiRegs(PC, 16).size(), 16);
+    EXPECT_EQ(ELFAPI_GetCfa(PC), ELFAPI_GetCfiRegs(PC, 16).at(13));
+    EXPECT_GT(ELFAPI_GetFrameSize(PC), 0);
+    EXPECT_TRUE(ELFAPI_GetCfiBlock(PC).Contains(PC));
+  }
+}
+
+TEST_F(TypesTest, LocationsWithoutAValue) {
+  ELF_SYM_LOC Loc;
+  const auto IsValid = [&Loc](U32 Type, U32 Reg, U32 BaseType) {
+    Loc.Type = Type;
+    Loc.Reg = Reg;
+    Loc.BaseType = BaseType;
+    return ELFAPI_IsLocValid(Loc);
+  };
+  EXPECT_TRUE(IsValid(ELF_LOC_REG, 4, 0) && IsValid(ELF_LOC_CONST, 0, 0) && IsValid(ELF_LOC_REG_OFFSET, 13, 0));
+  EXPECT_TRUE(IsValid(ELF_LOC_ENTRY_VALUE, 0, ELF_LOC_REG) && IsValid(ELF_LOC_STACK_VALUE, 0, ELF_LOC_CONST));
+  EXPECT_FALSE(IsValid(ELF_LOC_NONE, 0, 0) || IsValid(17, 0, 0) || IsValid(ELF_LOC_REG, ELF_REG_UNSPECIFIED, 0));
+  EXPECT_FALSE(IsValid(ELF_LOC_REG_INDIRECT, 0, 0) || IsValid(ELF_LOC_ENTRY_VALUE, 0, 0));
+}
+
+TEST_F(TypesTest, TheImageIsThatOfTheSegments) {
+  const CMemBlock Block = ELFAPI_GetDataSegments().value(0);
+  EXPECT_EQ(ELFAPI_ReadImage(Block.VirtAddr + 8, Block.VirtAddr + 24), Block.Data.mid(8, 16));
+  EXPECT_TRUE(ELFAPI_ReadImage(Block.VirtAddr, Block.VirtAddr + Block.NumBytes + 1).isEmpty());
+}
+
+TEST_F(TypesTest, NothingIsKnownWithoutAProgram) {
+  const ELF_SYM_HANDLE Sym = Global("Level"), Func = Global("main");
+  const U32 PC = ELFAPI_GetAddr(Func);
+  EXPECT_TRUE(ELFAPI_IsLocValid(ELFAPI_GetLocation(Sym, 0)) && ELFAPI_GetCfa(PC).Type != ELF_LOC_NONE);
+  ELFAPI_Unload();
+  ELF_ARRAY_INFO Info;
+  EXPECT_TRUE(ELFAPI_GetType(Sym) == 0 && ELFAPI_GetTypeName(Sym).isEmpty() && ELFAPI_GetConstValue(Sym).isEmpty());
+  EXPECT_TRUE(ELFAPI_GetMembers(Sym).isEmpty() && ELFAPI_GetBases(Sym).isEmpty() && ELFAPI_GetMember(Sym, 0) == 0);
+  EXPECT_EQ(ELFAPI_FindMember(Sym, u"a"_s), MEMBER_PLACE());
+  EXPECT_FALSE(ELFAPI_GetArrayInfo(Sym, Info) || ELFAPI_IsLocValid(ELFAPI_GetLocation(Sym, 0)));
+  EXPECT_TRUE(ELFAPI_GetCfiRegs(PC, 16).isEmpty() && ELFAPI_GetCfa(PC).Type == ELF_LOC_NONE);
+  EXPECT_TRUE(ELFAPI_GetFrameSize(PC) == -1 && ELFAPI_ReadImage(PC, PC + 2).isEmpty() && ELFAPI_GetRttBlock() == 0);
+}
+
+}  // namespace
