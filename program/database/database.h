@@ -119,5 +119,8 @@ bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone);
 // Builds the tables of the open file anew after its addresses have changed.
 void RebuildTables(CDatabaseLock& Db);
 
+// ELFAPI_GetScopeName without inline namespaces, which a user may leave out.
+QString ScopeNameWithoutInline(ELF_SYM_HANDLE Sym);
+
 // Location of a line entry as it is told outside.
 CSrcLoc SrcLocOf(const DATABASE& Db, const LINE_ENTRY& Entry);

@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr int MAX_SCOPE_DEPTH = 32;  // enclosing classes and namespaces followed for a qualified name
+constexpr U32 ATTR_EXPORT_SYMBOLS = 0x89;  // DW_AT_export_symbols: an inline namespace
+constexpr int MAX_SCOPE_DEPTH = 32;        // enclosing classes and namespaces followed for a qualified name
 
 bool IsDebugSymbol(ELF_SYM_HANDLE Sym) {
   return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF;
@@ -36,11 +37,16 @@ ELF_SYM_HANDLE OwnerOf(ELF_SYM_HANDLE Sym) {
   return Origin != 0 && Origin != Sym ? ELF_GetContainingNamespace(Origin) : 0;
 }
 
-QString ScopeNameOf(ELF_SYM_HANDLE Sym) {
+bool IsInlineNamespace(ELF_SYM_HANDLE Sym) {
+  I64 Value = 0;
+  return ELF_GetTag(Sym) == ELF_TAG_NAMESPACE && ELF_GetAttrValue(Sym, ATTR_EXPORT_SYMBOLS, &Value) == 0 && Value != 0;
+}
+
+QString ScopeNameOf(ELF_SYM_HANDLE Sym, bool bInlineToo) {
   QString sScope;
   ELF_SYM_HANDLE Owner = IsDebugSymbol(Sym) ? OwnerOf(Sym) : 0;
   for (int Depth = 0; Owner != 0 && Owner != Sym && Depth < MAX_SCOPE_DEPTH; ++Depth) {
-    const QString sName = ELFAPI_GetName(Owner);
+    const QString sName = bInlineToo || !IsInlineNamespace(Owner) ? ELFAPI_GetName(Owner) : QString();
     if (!sName.isEmpty()) sScope = sScope.isEmpty() ? sName : sName + QStringLiteral("::") + sScope;
     const ELF_SYM_HANDLE Next = OwnerOf(Owner);
     if (Next == Owner) break;
@@ -75,6 +81,10 @@ U32 VariableAddr(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym) {
 
 }  // namespace
 
+QString ScopeNameWithoutInline(ELF_SYM_HANDLE Sym) {
+  return ScopeNameOf(Sym, false);
+}
+
 U32 ELFAPI_GetTag(ELF_SYM_HANDLE Sym) {
   const CDatabaseLock Db;
   return ELF_GetTag(Sym);
@@ -93,7 +103,7 @@ QString ELFAPI_GetQualifiedName(ELF_SYM_HANDLE Sym) {
 
 QString ELFAPI_GetScopeName(ELF_SYM_HANDLE Sym) {
   const CDatabaseLock Db;
-  return Cached(Db->Caches.ScopeNames, Sym, [Sym] { return ScopeNameOf(Sym); });
+  return Cached(Db->Caches.ScopeNames, Sym, [Sym] { return ScopeNameOf(Sym, true); });
 }
 
 U32 ELFAPI_GetSize(ELF_SYM_HANDLE Sym) {

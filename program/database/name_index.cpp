@@ -1,6 +1,8 @@
 #include "program/database/name_index.h"
 
-#include "program/database/elfapi.h"
+#include <QStringList>
+
+#include "program/database/database.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 
@@ -51,6 +53,18 @@ const ELF_SYM_LIST& ListOf(const QHash<QString, ELF_SYM_LIST>& Lists, const QStr
   return it == Lists.cend() ? None : it.value();
 }
 
+// "A::B::C", "B::C" and "C".
+QStringList EndsOf(const QString& sScope) {
+  QStringList Ends;
+  SYMBOL_NAME Owner(sScope);
+  for (QString sEnd = Owner.sName; !sEnd.isEmpty(); sEnd = Owner.sName + SCOPE_MARK + sEnd) {
+    Ends.append(sEnd);
+    if (Owner.sOwner.isEmpty()) break;
+    Owner = SYMBOL_NAME(Owner.sOwner);
+  }
+  return Ends;
+}
+
 }  // namespace
 
 QString NameWithoutBlanks(const QString& sName) {
@@ -97,12 +111,9 @@ CNameIndex::LISTS& CNameIndex::OwnersOf(const QString& sName, const ELF_SYM_LIST
   if (itKnown != m_ByOwner.end()) return itKnown.value();
   LISTS& Owners = m_ByOwner[sName];
   for (const ELF_SYM_HANDLE Sym : Named) {
-    SYMBOL_NAME Owner(ELFAPI_GetScopeName(Sym));
-    for (QString sEnd = Owner.sName; !sEnd.isEmpty(); sEnd = Owner.sName + SCOPE_MARK + sEnd) {
-      Owners[sEnd].append(Sym);
-      if (Owner.sOwner.isEmpty()) break;
-      Owner = SYMBOL_NAME(Owner.sOwner);
-    }
+    QStringList Ends = EndsOf(ELFAPI_GetScopeName(Sym)) + EndsOf(ScopeNameWithoutInline(Sym));
+    Ends.removeDuplicates();
+    for (const QString& sEnd : Ends) Owners[sEnd].append(Sym);
   }
   return Owners;
 }

@@ -20,7 +20,8 @@ struct SYMBOL_NAME {
 QString NameWithoutBlanks(const QString& sName);
 
 // Symbols of one list by name; built when first asked. The time for an answer does not grow with the number of symbols
-// that have the name and other owners. Namespaces stand in it under their qualified names.
+// that have the name and other owners. Inline namespaces may be left out of an owner. Namespaces stand in it under
+// their qualified names.
 class CNameIndex {
 public:
   void Clear();

@@ -51,7 +51,8 @@ bool CUnitWalker::Walk() {
   ReadHeaders(true, aUnits);
   ReadHeaders(false, aUnits);
   Info.Index.SetUnits(std::move(aUnits));
-  const U64 NumBytes = Info.Session.Bytes(DEBUG_SECTION::Types).Left() + Info.Session.Bytes(DEBUG_SECTION::Info).Left();
+  const U64 NumBytes =
+      Info.Sections.Bytes(DEBUG_SECTION::Types).Left() + Info.Sections.Bytes(DEBUG_SECTION::Info).Left();
   U64 NumRead = 0;
   for (DWARF_UNIT& Unit : Info.Index.Units()) {
     WalkUnit(Unit);

@@ -99,6 +99,7 @@ TEST_F(FunctionsTest, OwnersAndTemplatesInNames) {
       {"model::push", ""},
       {"each<use_model(int)::<lambda(int32_t)>>", "each<use_model(int)::<lambda(int32_t)> >"},
       {"::use_model", "use_model"},
+      {"model::twice", "model::twice"},
       {"Derived::value", "model::Derived::value"},
       {"lue", ""},
   };

@@ -47,9 +47,8 @@ U32 CSourceRows::AddrOfRow(int Row) const {
   return FirstAddrOf(LineOfRow(Row));
 }
 
-// The database is not waited for while it reads a program.
 U32 CSourceRows::FirstAddrOf(U32 Line) const {
-  return Line == 0 || ELFAPI_IsBusy() ? INVALID_ADDR : ELFAPI_GetAddrOfLoc(LocOf(Line));
+  return Line == 0 ? INVALID_ADDR : ELFAPI_GetAddrOfLoc(LocOf(Line));
 }
 
 QAddrList CSourceRows::CodeOf(U32 Line) const {
