@@ -6,6 +6,7 @@
 #include "device/device.h"
 #include "device/device_context.h"
 #include "device/device_data_provider.h"
+#include "program/database/program_build.h"
 #include "shell/log/log.h"
 
 namespace {
@@ -79,6 +80,9 @@ void BindCoreModel(U32 CoreId) {
     LogMsg(sText, MSG_SRC_CORE | MSG_WARNING | MSG_TO_STDOUT | MSG_TO_FILE);
   };
   const DEVICE_STATE& State = CDevice::Get().Context().State;
+  const QMemBlocks Image = VCore::GetImage();
   VCore::Init({CoreId, State.DataEndian, State.InstEndian}, API);
+  VCore::SetImage(Image);
+  GiveProgramToCore();
   CDeviceDataProvider::Get().ClearCaches(false);  // registers have other numbers now
 }

@@ -90,6 +90,13 @@ bool BuildTables(DATABASE& Db, CProgress& Progress) {
 
 }  // namespace
 
+void GiveProgramToCore() {
+  const CDatabaseLock Db;
+  if (!Db->pElf) return;
+  AttachToCore(Db->pElf);
+  AnalyzeCoreProgram();
+}
+
 void RebuildTables(CDatabaseLock& Db) {
   if (!Db->pElf) return;
   const CBusyMark Busy;

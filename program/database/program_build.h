@@ -19,6 +19,9 @@ enum PROGRAM_BUILD_RESULT : I32 { PROGRAM_BUILT = 0, PROGRAM_REFUSED = -1, PROGR
 using BUILD_PROGRESS = std::function<bool(U32 Permille)>;
 inline constexpr U32 BUILD_PROGRESS_END = 1000;
 
+// Gives the loaded program to the core model again, which has forgotten it when it was set up for another device.
+void GiveProgramToCore();
+
 // A program file that is read, and its tables built, beside the loaded program, which goes on answering everybody.
 class CProgramBuild {
 public:

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <thread>
 
+#include "core/core_table.h"
 #include "core/vcore.h"
 #include "frame.h"
 #include "program/database/elfapi.h"
@@ -70,6 +71,9 @@ private Q_SLOTS:
     QCOMPARE(CProject::Get().GetProgramFile(), SECOND);
     QTRY_VERIFY_WITH_TIMEOUT(IsSettled(), FRAME_WAIT_MS);
     QVERIFY2(VCore::IsInstruction(AddrOfMain()), "the settings that follow leave the decoded code");
+    PerformAction(ACTION_SET_DEVICE, u"STM32F100RB"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(VCore::GetCpuInfo().CoreId >> 24 == CORE_FAMILY_M3 && IsSettled(), FRAME_WAIT_MS);
+    QVERIFY2(VCore::IsInstruction(AddrOfMain()), "a device that is chosen later has the program");
     QTRY_VERIFY(!m_pProgress->isVisible() && !m_pCancel->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_N, Qt::ControlModifier);
     QCOMPARE(m_NumHits, 1);
