@@ -169,6 +169,15 @@ TEST_F(FunctionsTest, TextsOfUsers) {
     EXPECT_EQ(ELFAPI_ParseLocation(QLatin1String(sText), Kind).Start, Addr) << sText;
     EXPECT_EQ(Kind, Expected) << sText;
   }
+  // A local variable in registers has a line, and one inside a namespace an address.
+  const U32 Start = AddrOf("FirstStep");
+  ELFAPI_SetCurrentPC(Start);
+  PARSED_LOC_KIND Kind;
+  EXPECT_EQ(ELFAPI_ParseLocation(u"Index"_s, Kind).Start, ELFAPI_GetAddrOfLoc(Loc("first.c:14")));
+  EXPECT_EQ(Kind, PARSED_LOC_DECL);
+  EXPECT_EQ(ELFAPI_ParseLocation(u"FirstStep"_s, Kind).Size, ELFAPI_GetSize(Global("FirstStep")));
+  EXPECT_EQ(ELFAPI_ParseLocation(u"Flat::NumSquares"_s, Kind).Size, 4u);
+  EXPECT_EQ(Kind, PARSED_LOC_SYMBOL);
   EXPECT_EQ(LocText(Loc("8000058")), "first.c:23");
   EXPECT_EQ(LocText(Loc("main")), "first.c:22");
   EXPECT_FALSE(Loc("8000008").IsValid());

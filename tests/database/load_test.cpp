@@ -114,14 +114,53 @@ TEST_F(LoadTest, TheSameProgramAtAddress0) {
 TEST_F(LoadTest, ARelocatedProgramMovesOnce) {
   constexpr U32 MOVE = 0x00100000;
   const std::vector<std::string> Expected = CodeAnswers(0x08000000);
-  ELFAPI_Unload();
-  ASSERT_EQ(ELF_AddRelocation("*", MOVE), 0);
+  for (const bool bLoadedFirst : {false, true}) {
+    SCOPED_TRACE(bLoadedFirst);
+    ELFAPI_Unload();
+    if (bLoadedFirst) {
+      ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
+    }
+    ASSERT_EQ(ELFAPI_AddRelocation(u"*"_s, MOVE), 0);
+    if (!bLoadedFirst) {
+      ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
+    }
+    EXPECT_EQ(CodeAnswers(0x08000000 + MOVE), Expected);
+    EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u + MOVE);
+    EXPECT_EQ(AddrOf("ResetHandler"), 0x08000008u + MOVE);
+    EXPECT_EQ(AddrOf("Level"), 0x20000008u + MOVE);
+    EXPECT_EQ(ELFAPI_GetFuncAt(0x08000058), 0u);
+    EXPECT_EQ(ELFAPI_AddRelocation(QString(), 8), -1);
+  }
   ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
-  EXPECT_EQ(CodeAnswers(0x08000000 + MOVE), Expected);
-  EXPECT_EQ(ELFAPI_GetEntryPC(), 0x08000008u + MOVE);
-  EXPECT_EQ(AddrOf("ResetHandler"), 0x08000008u + MOVE);
-  EXPECT_EQ(AddrOf("Level"), 0x20000008u + MOVE);
-  EXPECT_EQ(ELFAPI_GetFuncAt(0x08000058), 0u);
+  EXPECT_EQ(CodeAnswers(0x08000000), Expected) << "it goes with the program";
+}
+
+TEST_F(LoadTest, ARedirectedFileIsTheSameFile) {
+  const QString sOld = u"/demo/first.c"_s, sNew = DEMO_DIR + u"first.c"_s;
+  const CSrcLoc OldLoc = Loc("first.c:16");
+  const QAddrList Addrs = ELFAPI_GetAddrsOfLoc(OldLoc);
+  const ELF_SYM_LIST Functions = ELFAPI_GetFileFunctions(OldLoc.File);
+  EXPECT_EQ(ELFAPI_GetDeclLoc(Global("main")).File, OldLoc.File);
+  EXPECT_FALSE(Addrs.isEmpty() || ELFAPI_FileExists(OldLoc.File) || ELFAPI_GetSourceFiles().contains(sNew));
+  ELFAPI_RedirectFile(u"/demo/absent.c"_s, DEMO_DIR + u"second.c"_s);
+  ELFAPI_RedirectFile(sOld, sNew);
+  // Symbols that move later leave it so.
+  for (const U32 Move : {0u, 0x1000u}) {
+    if (Move != 0) ELFAPI_AddRelocation(u"*"_s, static_cast<I32>(Move));
+    const U32 Id = ELFAPI_FileId(sNew);
+    EXPECT_TRUE(Id != OldLoc.File && Id != INVALID_FILE_ID && ELFAPI_FileExists(Id));
+    EXPECT_EQ(ELFAPI_FileId(sOld), Id);
+    EXPECT_EQ(ELFAPI_GetFilePathOf(Id), sNew);
+    EXPECT_EQ(ELFAPI_GetSourceFiles(), QStringList{sNew});
+    for (const U32 Asked : {OldLoc.File, Id}) {
+      EXPECT_EQ(ELFAPI_GetAddrOfLoc({Asked, OldLoc.Line, 0}), Addrs.first() + Move);
+      EXPECT_EQ(ELFAPI_GetFileFunctions(Asked), Functions);
+      EXPECT_EQ(ELFAPI_NextSrcLoc({Asked, OldLoc.Line, 0}).Line, 17u);
+    }
+    EXPECT_EQ(ELFAPI_GetFirstSrcLoc(Addrs.first() + Move).File, Id);
+    EXPECT_EQ(ELFAPI_GetFileAt(Addrs.first() + Move), Id);
+    EXPECT_EQ(ELFAPI_GetDeclLoc(Global("main")).File, Id);
+  }
 }
 
 // Two programs in turn, asked all the time: what one operation answers is of one program, and there always is one.
