@@ -29,6 +29,12 @@ struct SCOPE {
   CAddrIndex Addrs;
 };
 
+// The answers of ELFAPI_GetFuncAt for one address.
+struct FUNCS_AT {
+  ELF_SYM_HANDLE Inner = 0;
+  ELF_SYM_HANDLE Outer = 0;
+};
+
 // Answers of the reader that windows ask for again and again.
 struct SYMBOL_CACHES {
   QHash<ELF_SYM_HANDLE, QString> Names;
@@ -36,6 +42,7 @@ struct SYMBOL_CACHES {
   QHash<ELF_SYM_HANDLE, QAddrRanges> Ranges;
   QHash<ELF_SYM_HANDLE, CSrcLoc> DeclLocs;
   QHash<ELF_SYM_HANDLE, CSrcLoc> CallLocs;
+  QHash<U32, FUNCS_AT> Funcs;  // by address
   QHash<ELF_SYM_HANDLE, QString> TypeNames;
   QHash<ELF_SYM_HANDLE, QHash<QString, I32>> MemberNames;     // of a class, to their indices
   QHash<std::pair<ELF_SYM_HANDLE, U32>, ELF_SYM_LOC> Places;  // by symbol and PC

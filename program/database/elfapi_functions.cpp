@@ -1,28 +1,40 @@
 // Functions by address, and the lists of symbols.
 
+#include <algorithm>
+
 #include "program/database/database.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 
 namespace {
 
+constexpr qsizetype MAX_CACHED_ADDRS = 1 << 18;  // traces ask for the same addresses again and again
+
 bool HasTag(ELF_SYM_HANDLE Sym, U32 Tag) {
   return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF && ELF_GetTag(Sym) == Tag;
+}
+
+FUNCS_AT FindFuncsAt(const CDatabaseLock& Db, U32 Addr) {
+  const ELF_SYM_LIST Hits = Db->Functions.At(Addr);
+  if (Hits.isEmpty()) return {};
+  const auto itFunc = std::find_if(Hits.begin(), Hits.end(), [](auto Sym) { return HasTag(Sym, ELF_TAG_FUNC); });
+  const ELF_SYM_HANDLE Outer = itFunc != Hits.end() ? *itFunc : Hits.first();
+  const auto itInner =
+      std::find_if(Hits.rbegin(), Hits.rend(), [](auto Sym) { return HasTag(Sym, ELF_TAG_INLINED_FUNC); });
+  return {itInner != Hits.rend() ? *itInner : Outer, Outer};
 }
 
 }  // namespace
 
 ELF_SYM_HANDLE ELFAPI_GetFuncAt(U32 Addr, bool bOuterOnly) {
   const CDatabaseLock Db;
-  const ELF_SYM_LIST Hits = Db->Functions.At(Addr);
-  if (Hits.isEmpty()) return 0;
-  for (auto it = Hits.crbegin(); !bOuterOnly && it != Hits.crend(); ++it) {
-    if (HasTag(*it, ELF_TAG_INLINED_FUNC)) return *it;
+  auto& Known = Db->Caches.Funcs;
+  auto it = Known.constFind(Addr);
+  if (it == Known.cend()) {
+    if (Known.size() >= MAX_CACHED_ADDRS) Known.clear();
+    it = Known.insert(Addr, FindFuncsAt(Db, Addr));
   }
-  for (const ELF_SYM_HANDLE Func : Hits) {
-    if (HasTag(Func, ELF_TAG_FUNC)) return Func;
-  }
-  return Hits.first();
+  return bOuterOnly ? it->Outer : it->Inner;
 }
 
 ELF_SYM_LIST ELFAPI_GetFuncsAt(U32 Addr) {

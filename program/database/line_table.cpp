@@ -2,6 +2,12 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr size_t BLOCK_SIZE = 64;  // entries
+
+}  // namespace
+
 void CLineTable::Clear() {
   *this = CLineTable();
 }
@@ -19,6 +25,7 @@ void CLineTable::BuildIndex() {
   const auto itEnd = std::unique(m_Entries.begin(), m_Entries.end(),
                                  [](const LINE_ENTRY& A, const LINE_ENTRY& B) { return A.Addr == B.Addr; });
   m_Entries.erase(itEnd, m_Entries.end());
+  for (size_t i = 0; i < m_Entries.size(); i += BLOCK_SIZE) m_BlockAddrs.push_back(m_Entries[i].Addr);
   struct KEYED {
     U64 Key;
     U32 Addr;
@@ -41,9 +48,15 @@ void CLineTable::BuildIndex() {
 }
 
 const LINE_ENTRY* CLineTable::AtOrBelow(U32 Addr) const {
-  const auto it = std::upper_bound(m_Entries.begin(), m_Entries.end(), Addr,
-                                   [](U32 Value, const LINE_ENTRY& Entry) { return Value < Entry.Addr; });
-  return it == m_Entries.begin() ? nullptr : &*std::prev(it);
+  // The few addresses of the blocks stay in the processor's cache.
+  const auto itBlock = std::upper_bound(m_BlockAddrs.begin(), m_BlockAddrs.end(), Addr);
+  if (itBlock == m_BlockAddrs.begin()) return nullptr;
+  const size_t First = static_cast<size_t>(itBlock - m_BlockAddrs.begin() - 1) * BLOCK_SIZE;
+  const auto itFirst = m_Entries.begin() + static_cast<std::ptrdiff_t>(First);
+  const auto itEnd = itFirst + static_cast<std::ptrdiff_t>(std::min(BLOCK_SIZE, m_Entries.size() - First));
+  const auto it =
+      std::upper_bound(itFirst, itEnd, Addr, [](U32 Value, const LINE_ENTRY& Entry) { return Value < Entry.Addr; });
+  return &*std::prev(it);
 }
 
 const LINE_ENTRY* CLineTable::At(U32 Addr) const {

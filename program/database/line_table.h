@@ -53,7 +53,8 @@ private:
   static U64 KeyOf(FILE_INDEX File, U32 Line) { return static_cast<U64>(static_cast<U32>(File)) << 32 | Line; }
 
   std::vector<LINE_ENTRY> m_Entries;
-  std::vector<U64> m_LineKeys;  // distinct lines, sorted
-  QHash<U64, RUN> m_ByLine;     // line to its part of m_LineAddrs
+  std::vector<U32> m_BlockAddrs;  // the first address of every block of entries
+  std::vector<U64> m_LineKeys;    // distinct lines, sorted
+  QHash<U64, RUN> m_ByLine;       // line to its part of m_LineAddrs
   std::vector<U32> m_LineAddrs;
 };

@@ -82,6 +82,8 @@ bool BuildTables(DATABASE& Db, CProgress& Progress) {
   if (!StepDone("Program data segments initialized in")) return false;
   if (!LoadFilesAndLines(Db, StepDone) || !LoadSymbols(Db, StepDone)) return false;
   AnalyzeCoreProgram();
+  // What was asked of unfinished tables.
+  Db.Caches = {};
   DatabaseLog(QStringLiteral("ELF-API wrapper initialized in ") + TimeText(Timer));
   DatabaseLog(QStringLiteral("Function count: %1").arg(Db.Functions.Functions().size()));
   DatabaseLog(QStringLiteral("Global variable count: %1").arg(Db.GlobalVars.size()));
