@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QRandomGenerator>
 #include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -31,7 +32,10 @@ class CSourceEditorTest : public QObject {
   Q_OBJECT
 
 private Q_SLOTS:
-  void initTestCase() { SetSettingsInMemory(true); }
+  void initTestCase() {
+    SetSettingsInMemory(true);
+    QApplication::setCursorFlashTime(0);
+  }
   void cleanupTestCase() { ELFAPI_Unload(); }
 
   void init() {
@@ -302,18 +306,33 @@ private Q_SLOTS:
   }
 
   // What is scrolled and painted in part is what is painted whole.
-  void scrolledPixelsAreThoseOfAFreshPaint() {
+  void whatIsPaintedInPartIsWhatIsPaintedWhole() {
+    m_pEditor->SetSessionQuery([] { return false; });
     SetText(u"\tint a_\u00FC; // x\nfor (;;) \"s\"\n"_s.repeated(50) + QString(300, u'w'));
     QVERIFY(QTest::qWaitForWindowExposed(m_pEditor.get()));
+    const auto Compare = [this](const QString& sWhat) {
+      QCoreApplication::processEvents();
+      const QImage Seen = m_pEditor->screen()->grabWindow(m_pEditor->winId()).toImage();
+      const QImage Fresh = m_pEditor->grab().toImage();
+      QVERIFY2(Seen.convertToFormat(QImage::Format_RGB32) == Fresh.convertToFormat(QImage::Format_RGB32),
+               qPrintable(sWhat));
+    };
     const QPoint Places[] = {{0, 3}, {0, 4}, {0, 40}, {7, 40}, {40, 38}, {33, 38}, {0, 38}, {0, 90}, {500, 90}};
     for (const QPoint& Place : Places) {
       m_pEditor->verticalScrollBar()->setValue(Place.y());
       m_pEditor->horizontalScrollBar()->setValue(Place.x());
-      QCoreApplication::processEvents();
-      const QImage Scrolled = m_pEditor->screen()->grabWindow(m_pEditor->winId()).toImage();
-      const QImage Fresh = m_pEditor->grab().toImage();
-      if (Scrolled.isNull()) QSKIP("the platform has no screen to look at");
-      QCOMPARE(Scrolled.convertToFormat(QImage::Format_RGB32), Fresh.convertToFormat(QImage::Format_RGB32));
+      Compare(u"%1 %2"_s.arg(Place.x()).arg(Place.y()));
+    }
+    QRandomGenerator Random(4);
+    const QKeyCombination Keys[] = {Qt::Key_Down,      Qt::Key_Up,    Qt::Key_PageUp,       Qt::Key_Right,
+                                    Qt::Key_A,         Qt::Key_Slash, Qt::Key_Asterisk,     Qt::Key_Return,
+                                    Qt::Key_Backspace, Qt::Key_Home,  Qt::CTRL | Qt::Key_Z, Qt::CTRL | Qt::Key_A};
+    for (int i = 0; i < 200; ++i) {
+      const QKeyCombination Code = Keys[Random.bounded(static_cast<int>(std::size(Keys)))];
+      const bool bSelect = Code.key() < Qt::Key_Exclam || Random.bounded(3) ? false : true;
+      Key(Code.key(), Code.keyboardModifiers() | (bSelect ? Qt::ShiftModifier : Qt::NoModifier));
+      Compare(u"%1: %2"_s.arg(i).arg(QKeySequence(Code).toString()));
+      if (QTest::currentTestFailed()) return;
     }
   }
 

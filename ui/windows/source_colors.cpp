@@ -47,24 +47,29 @@ void CSourceColors::SetText(const CSourceText& Text, SYNTAX_LANGUAGE Language) {
   }
 }
 
-void CSourceColors::Update(const CSourceText& Text, const LINE_CHANGE& Change) {
-  m_Spans.clear();
-  const auto First = m_States.begin() + Change.First;
-  const U8 Before = Change.First < static_cast<int>(m_States.size()) ? *First : static_cast<U8>(SYNTAX_IDLE);
-  const auto Inserted = m_States.erase(First, First + Change.NumOld);
-  m_States.insert(Inserted, static_cast<size_t>(Change.NumNew), Before);
-  m_States.resize(static_cast<size_t>(Text.NumLines()), SYNTAX_IDLE);
-  auto State = Change.First > 0
-                   ? StateBehind(Text.Line(Change.First - 1),
-                                 static_cast<SYNTAX_STATE>(m_States[static_cast<size_t>(Change.First) - 1]))
-                   : SYNTAX_IDLE;
+int CSourceColors::Update(const CSourceText& Text, const LINE_CHANGE& Change) {
+  const int NumLines = Text.NumLines();
+  if (Change.NumOld != Change.NumNew) {
+    m_Spans.clear();
+    const auto First = m_States.begin() + Change.First;
+    const auto Inserted = m_States.erase(First, First + Change.NumOld);
+    m_States.insert(Inserted, static_cast<size_t>(Change.NumNew), SYNTAX_IDLE);
+  }
+  m_States.resize(static_cast<size_t>(NumLines), SYNTAX_IDLE);
+  SYNTAX_STATE State = SYNTAX_IDLE;
+  if (Change.First > 0) {
+    const auto Before = static_cast<SYNTAX_STATE>(m_States[static_cast<size_t>(Change.First) - 1]);
+    State = StateBehind(Text.Line(Change.First - 1), Before);
+  }
   // Lines behind the change are done where they begin as they did.
-  for (int Line = Change.First; Line < Text.NumLines(); ++Line) {
+  for (int Line = Change.First; Line < NumLines; ++Line) {
     U8& Known = m_States[static_cast<size_t>(Line)];
-    if (Line >= Change.First + Change.NumNew && Known == State) return;
+    if (Line >= Change.First + Change.NumNew && Known == State) return Line;
     Known = static_cast<U8>(State);
+    m_Spans.remove(Line);
     State = StateBehind(Text.Line(Line), State);
   }
+  return NumLines;
 }
 
 const ROW_SPANS& CSourceColors::SpansOf(int Line, QStringView sText) {

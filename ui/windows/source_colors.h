@@ -19,8 +19,8 @@ struct ROW_SPANS {
 class CSourceColors {
 public:
   void SetText(const CSourceText& Text, SYNTAX_LANGUAGE Language);
-  // After a change of the text.
-  void Update(const CSourceText& Text, const LINE_CHANGE& Change);
+  // After a change of the text. The line up to which others look different now.
+  int Update(const CSourceText& Text, const LINE_CHANGE& Change);
   // Valid until the next question; Line from 0.
   const ROW_SPANS& SpansOf(int Line, QStringView sText);
   // Of the text of an instruction row, whose mnemonics stand from a column on.

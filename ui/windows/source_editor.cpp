@@ -357,6 +357,11 @@ void CSourceEditor::SetEncodingsShown(bool bShown) {
 }
 
 void SOURCE_EDITOR_PARTS::UpdateScrollBars() {
+  UpdateRanges();
+  Editor.viewport()->update();
+}
+
+void SOURCE_EDITOR_PARTS::UpdateRanges() {
   const QSize Size = Editor.viewport()->size();
   QScrollBar& Horizontal = *Editor.horizontalScrollBar();
   Horizontal.setSingleStep(static_cast<int>(Metrics.CharWidth()));
@@ -364,7 +369,27 @@ void SOURCE_EDITOR_PARTS::UpdateScrollBars() {
   Horizontal.setRange(0, std::max(0, Layout.Width() - Size.width()));
   Editor.verticalScrollBar()->setPageStep(Editor.VisibleRows());
   Editor.verticalScrollBar()->setRange(0, std::max(0, Rows.NumRows() - Editor.VisibleRows()));
-  Editor.viewport()->update();
+}
+
+void SOURCE_EDITOR_PARTS::UpdateRows(int First, int Last) {
+  const int Top = Editor.TopRow();
+  First = std::max(First, Top);
+  Last = std::min(Last, Top + Editor.VisibleRows());
+  if (First > Last) return;
+  const int RowHeight = Metrics.RowHeight();
+  Editor.viewport()->update(0, (First - Top) * RowHeight, Editor.viewport()->width(), (Last - First + 1) * RowHeight);
+}
+
+void SOURCE_EDITOR_PARTS::UpdateAfterMove(TEXT_POS OldPos, TEXT_POS OldAnchor) {
+  constexpr int CURRENT_LINE_ONLY = 1;
+  if (Layout.Options.LineNumberFreq == CURRENT_LINE_ONLY) return Editor.viewport()->update();
+  if (OldPos == OldAnchor && !Cursor.HasSelection()) {
+    UpdateRows(OldPos.y(), OldPos.y());
+    UpdateRows(Cursor.Pos().y(), Cursor.Pos().y());
+    return;
+  }
+  const auto [First, Last] = std::minmax({OldPos.y(), OldAnchor.y(), Cursor.Pos().y(), Cursor.Anchor().y()});
+  UpdateRows(First, Last);
 }
 
 void SOURCE_EDITOR_PARTS::ShowCursor() {

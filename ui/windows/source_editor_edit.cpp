@@ -89,14 +89,19 @@ void SOURCE_EDITOR_PARTS::OnChanged(const QString& sPath, int Position, int NumR
   const LINE_CHANGE Change = Rows.Replace(Position, NumRemoved, sAdded);
   const U32 FirstMoved = static_cast<U32>(Change.First + Change.NumOld) + 1;
   const int NumLines = Change.NumNew - Change.NumOld;
-  Colors.Update(Rows.Text(), Change);
+  const int EndLine = Colors.Update(Rows.Text(), Change);
   Layout.InvalidateLines(Change);
-  if (NumLines != 0) Highlights.MoveLines(FirstMoved, NumLines);
-  UpdateScrollBars();
+  if (NumLines == 0) {
+    UpdateRanges();
+    UpdateRows(Rows.RowOf({Change.First}), Rows.RowOf({EndLine}));
+  } else {
+    Highlights.MoveLines(FirstMoved, NumLines);
+    UpdateScrollBars();
+    Q_EMIT Editor.Scrolled();
+  }
+  bChanged = true;
   Q_EMIT Editor.DocumentEdited(
       {Rows.FileNo(), Position, NumRemoved, static_cast<int>(sAdded.size()), FirstMoved, NumLines});
-  bChanged = true;
-  Q_EMIT Editor.Scrolled();
 }
 
 namespace {

@@ -34,7 +34,10 @@ struct SOURCE_EDITOR_PARTS {
 
   void Load(const QString& sText, const QString& sPath, U32 FileNo, bool bMessage, SYNTAX_LANGUAGE Language);
   SOURCE_SCENE Scene() const;
+  void UpdateRanges();  // of the scroll bars
   void UpdateScrollBars();
+  // Has rows painted again, those that are in view.
+  void UpdateRows(int First, int Last);
   // Runs a change of the cursor or the selection; with bShow the cursor is scrolled into view.
   template <typename CHANGE>
   void MoveCursor(CHANGE Change, bool bShow = true);
@@ -42,6 +45,7 @@ struct SOURCE_EDITOR_PARTS {
   template <typename CHANGE>
   void ChangeRows(CHANGE Change);
   void ShowCursor();
+  void UpdateAfterMove(TEXT_POS OldPos, TEXT_POS OldAnchor);
   // Shows the cursor, and blinks it from now on while the editor has the focus.
   void RestartBlink();
   void ToggleExpansion(int Row);
@@ -61,7 +65,7 @@ void SOURCE_EDITOR_PARTS::MoveCursor(CHANGE Change, bool bShow) {
   Change();
   if (bShow) ShowCursor();
   RestartBlink();
-  Editor.viewport()->update();
+  UpdateAfterMove(Pos, Anchor);
   const bool bWasSelected = Pos != Anchor;
   const bool bMoved = Cursor.Pos() != Pos;
   if (bMoved) Q_EMIT Editor.CursorPositionChanged(Cursor.Pos());
