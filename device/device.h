@@ -104,6 +104,16 @@ public:
   int ScheduleStopHSS();
   int ScheduleReadHSS();
 
+  // --- Instruction trace; see CInstTraceChannel
+  int ScheduleEnableInstTrace();
+  int ScheduleDisableInstTrace();
+  int ScheduleStartInstTrace();
+  int ScheduleStopInstTrace();
+  int ScheduleReadInstTrace();
+  int ScheduleFlushInstTrace();
+  // paRanges: pairs of start and exclusive end.
+  int ScheduleReadInstStats(U32 NumRanges, const U32* paRanges);
+
   // --- Jobs in general; any thread unless said otherwise.
   // Takes ownership of the job's dynamic parameters in every case. 0, or -1 when refused.
   int ScheduleJob(DEVICE_JOB* pJob);

@@ -24,10 +24,10 @@ public:
   int ApplyDataEndianess(ENDIAN Endian);
   // Interface speed in Hz from the probe.
   void UpdateTIFSpeed();
-
-private:
+  // A change is reported.
   void SetCapability(HW_CAPABILITIES Capability, bool bPresent);
 
+private:
   CDeviceContext& Ctx;
   CProbeInfo& Info;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/hss_channel.h"
+#include "device/inst_trace_channel.h"
 #include "device/rtt_channel.h"
 #include "device/swo_channel.h"
 
@@ -8,11 +9,12 @@
 class CDeviceChannels : public IDeviceChannels {
 public:
   CDeviceChannels(CDeviceContext& Ctx, CProbeCommands& Commands, CDeviceCapabilities& Capabilities)
-      : RTT(Ctx, Commands), SWO(Ctx, Capabilities), HSS(Ctx) {}
+      : RTT(Ctx, Commands), SWO(Ctx, Capabilities), HSS(Ctx), Trace(Ctx, Commands, Capabilities) {}
 
   CRttChannel RTT;
   CSwoChannel SWO;
   CHssChannel HSS;
+  CInstTraceChannel Trace;
 
   void StopRTT() override {
     if (RTT.IsStarted()) RTT.Stop();
@@ -22,5 +24,8 @@ public:
   }
   void StopSWOTrace(U32 PortMask) override {
     if (SWO.IsStarted()) SWO.Stop(PortMask);
+  }
+  void StopSimpleInstTrace() override {
+    if (Trace.IsStarted()) Trace.Stop();
   }
 };

@@ -6,27 +6,13 @@
 #include "device/device_context.h"
 #include "device/device_log.h"
 #include "device/event_ring.h"
+#include "device/make_job.h"
 
 namespace {
 
 constexpr U32 COMMAND_REPLY_BYTES = 512;
 constexpr U8 AW_OF_VARIABLE = 255;
 constexpr U32 MAX_LOC_BYTES = 8;
-
-// The terminal's port and buffer, and how much one job reads.
-constexpr U32 TERMINAL_PORT = 0;
-constexpr U32 TERMINAL_PORT_MASK = 1u << TERMINAL_PORT;
-constexpr U32 TERMINAL_BUFFER = 0;
-constexpr U32 TERMINAL_READ_BYTES = 4000;
-constexpr U32 HSS_READ_BYTES = 250'000;
-
-DEVICE_JOB MakeJob(U32 Type, U64 P0 = 0, U64 P1 = 0, U64 P2 = 0, U64 P3 = 0, U64 P4 = 0) {
-  DEVICE_JOB Job;
-  Job.Type = Type;
-  const U64 aParam[] = {P0, P1, P2, P3, P4};
-  std::copy(std::begin(aParam), std::end(aParam), Job.Param);
-  return Job;
-}
 
 }  // namespace
 
@@ -256,48 +242,4 @@ int CDevice::ScheduleWriteLoc(const ELF_SYM_LOC& Loc, U32 NumBytes, const U8* pa
 
 int CDevice::ScheduleEndDownload(bool bHaltFirst, const char* sFileName) {
   return ScheduleText(JT_END_DOWNLOAD, sFileName ? sFileName : "", bHaltFirst ? 1 : 0);
-}
-
-int CDevice::ScheduleStartSWOTrace(U32 CpuHz, U32 SWOHz) {
-  return ScheduleSimple(JT_START_SWO_TRACE, CpuHz, SWOHz, TERMINAL_PORT_MASK);
-}
-
-int CDevice::ScheduleStopSWOTrace(U32 PortMask) {
-  return ScheduleSimple(JT_STOP_SWO_TRACE, PortMask);
-}
-
-int CDevice::ScheduleReadSWOTrace() {
-  DEVICE_JOB Job = MakeJob(JT_READ_SWO_TRACE, TERMINAL_PORT, TERMINAL_READ_BYTES);
-  return Finish(Job, RequestDynParam(Job, 0, TERMINAL_READ_BYTES));
-}
-
-int CDevice::ScheduleStartRTT() {
-  return ScheduleSimple(JT_START_RTT);
-}
-
-int CDevice::ScheduleStopRTT() {
-  return ScheduleSimple(JT_STOP_RTT);
-}
-
-int CDevice::ScheduleReadRTT() {
-  DEVICE_JOB Job = MakeJob(JT_READ_RTT, TERMINAL_BUFFER, TERMINAL_READ_BYTES);
-  return Finish(Job, RequestDynParam(Job, 0, TERMINAL_READ_BYTES));
-}
-
-int CDevice::ScheduleWriteRTT(U32 NumBytes, const U8* paData) {
-  return ScheduleCopied(JT_WRITE_RTT, TERMINAL_BUFFER, paData, NumBytes, NumBytes);
-}
-
-int CDevice::ScheduleStartHSS(U32 Cnt, const U32* paAddrRanges, int IntervalUs, int Flags) {
-  return ScheduleCopied(JT_START_HSS, Cnt, paAddrRanges, U64{Cnt} * 2 * sizeof(U32),
-                        static_cast<U64>(std::max(IntervalUs, 0)), static_cast<U64>(Flags));
-}
-
-int CDevice::ScheduleStopHSS() {
-  return ScheduleSimple(JT_STOP_HSS);
-}
-
-int CDevice::ScheduleReadHSS() {
-  DEVICE_JOB Job = MakeJob(JT_READ_HSS, HSS_READ_BYTES);
-  return Finish(Job, RequestDynParam(Job, 0, HSS_READ_BYTES));
 }

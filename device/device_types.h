@@ -198,4 +198,6 @@ struct DEVICE_SETTINGS {
   std::atomic<U32> AccessWidth{AW_AUTO};         // VAR_ACCESS_WIDTH
   std::atomic<bool> bSemihosting{false};         // VAR_SEMIHOSTING_ENABLED; false: requests are discarded
   std::atomic<bool> bRTT{false};                 // VAR_RTT_ENABLED
+  std::atomic<U32> TraceSource{0};               // VAR_TRACE_SOURCE
+  std::atomic<U32> TracePortWidth{4};            // VAR_TRACE_PORT_WIDTH, in bits
 };

@@ -36,6 +36,7 @@ CJobDispatch::CJobDispatch(CDeviceOps& Ops, std::function<bool(DEVICE_JOB&)> Rai
   AddLocationHandlers();
   AddTerminalHandlers();
   AddSamplingHandlers();
+  AddTraceHandlers();
 }
 
 void CJobDispatch::SetHandler(U32 Type, HANDLER Handler) {
@@ -225,5 +226,36 @@ void CJobDispatch::AddSamplingHandlers() {
   SetHandler(JT_READ_HSS, [&HSS](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, Job.Param[0], 1)) return -1;
     return CountResult(HSS.Read(P(Job, 0), Job.Dyn<U8>(0)), Job.Result);
+  });
+}
+
+void CJobDispatch::AddTraceHandlers() {
+  CInstTraceChannel& Trace = Ops.Channels.Trace;
+  const auto Told = [](int Result, DEVICE_JOB& Job) {
+    Job.Result = static_cast<U64>(static_cast<I64>(Result));
+    return Result;
+  };
+  SetHandler(JT_ENABLE_SIMPLE_TRACE, [&Trace](DEVICE_JOB&) { return Trace.Enable(); });
+  SetHandler(JT_DISABLE_SIMPLE_TRACE, [&Trace](DEVICE_JOB&) { return Trace.Disable(); });
+  SetHandler(JT_START_SIMPLE_TRACE, [&Trace, Told](DEVICE_JOB& Job) { return Told(Trace.Start(), Job); });
+  SetHandler(JT_STOP_SIMPLE_TRACE, [&Trace, Told](DEVICE_JOB& Job) { return Told(Trace.Stop(), Job); });
+  SetHandler(JT_FLUSH_STRACE_BUFFER, [&Trace](DEVICE_JOB&) { return Trace.Flush(); });
+  SetHandler(JT_READ_SIMPLE_TRACE, [&Trace](DEVICE_JOB& Job) {
+    if (!Holds(Job, 0, Job.Param[0], sizeof(U32))) return -1;
+    const int Result = CountResult(Trace.Read(P(Job, 0), Job.Dyn<U32>(0)), Job.Result);
+    if (Result < 0) return Result;
+    Job.Result2 = Job.Result < Job.Param[0];
+    Job.Result3 = Trace.TakeNewEpoch();
+    return 0;
+  });
+  SetHandler(JT_READ_INST_STATS, [&Trace](DEVICE_JOB& Job) {
+    const U64 NumItems = Job.Param[1];
+    if (!Holds(Job, 0, Job.Param[0], 2 * sizeof(U32)) || !Holds(Job, 1, NumItems, sizeof(U64)) ||
+        !Holds(Job, 2, NumItems, sizeof(U64))) {
+      return -1;
+    }
+    const int Num = Trace.ReadInstStats(P(Job, 0), Job.Dyn<U32>(0), static_cast<U32>(NumItems), Job.Dyn<U64>(1),
+                                        Job.Dyn<U64>(2), &Job.Result2, &Job.Result3);
+    return CountResult(Num, Job.Result);
   });
 }

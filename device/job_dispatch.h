@@ -35,6 +35,7 @@ private:
   void AddLocationHandlers();
   void AddTerminalHandlers();
   void AddSamplingHandlers();
+  void AddTraceHandlers();
 
   CDeviceOps& Ops;
   std::function<bool(DEVICE_JOB&)> RaiseFinished;

@@ -16,6 +16,7 @@
 #include "shell/commands.h"
 #include "shell/main_window.h"
 #include "shell/session_controller.h"
+#include "shell/session_trace.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
@@ -178,6 +179,16 @@ void ExecCommand(COMMAND_CONTEXT&) {
   Device().ScheduleExecVNodeCmd(GetActionArgs(ACTION_DEBUG_EXEC).value(0).toUtf8().constData());
 }
 
+void ReadTraceCache(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_DEBUG_READ_INTO_TRACE_CACHE;
+  U32 Addr = 0;
+  U32 NumBytes = 0;
+  if (!CheckActionArgs(ID) || !GetNumberArg(ID, 0, &Addr) || !GetNumberArg(ID, 1, &NumBytes) || !CheckConnected(ID)) {
+    return;
+  }
+  ReadIntoTraceCache(Addr, NumBytes);
+}
+
 constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_DEBUG_START, Start},
     {ACTION_DEBUG_STOP, Disconnect<ACTION_DEBUG_STOP>},
@@ -204,6 +215,7 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_EXEC_RESET, ExecReset},
     {ACTION_EXEC_DOWNLOAD, ExecDownload},
     {ACTION_DEBUG_EXEC, ExecCommand},
+    {ACTION_DEBUG_READ_INTO_TRACE_CACHE, ReadTraceCache},
 };
 
 }  // namespace

@@ -14,9 +14,6 @@
 
 namespace {
 
-constexpr U32 TRACE_SOURCE_NONE = 0;
-constexpr U32 TRACE_SOURCE_SWO = 3;
-
 QString Arg(U32 ActionID, int Index) {
   return GetActionArgs(ActionID).value(Index);
 }

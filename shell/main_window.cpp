@@ -29,6 +29,7 @@
 #include "shell/look/look.h"
 #include "shell/menus.h"
 #include "shell/program_loader.h"
+#include "shell/session_trace.h"
 #include "shell/settings/colors.h"
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
@@ -283,6 +284,7 @@ void CMainWindow::ShowWindow(CWindow* pWindow) {
   // A floating dock may have the keyboard.
   pWindow->activateWindow();
   pWindow->setFocus();
+  UpdateTrace(NeedsTrace());
 }
 
 void CMainWindow::ShowPC(U32 PC) {
@@ -312,6 +314,14 @@ void CMainWindow::RaiseConsole() {
 }
 
 // The viewer does not edit yet, so that no source can differ.
+bool CMainWindow::NeedsTrace() const {
+  for (const char* sName : {"Code Profile", "Instruction Trace", "Timeline"}) {
+    if (FindWindow(QLatin1String(sName), true)) return true;
+  }
+  return GetVarValue(PREF_SHOW_SRC_CODE_PROFILE) != 0 ||
+         (GetVarValue(PREF_SHOW_ASM_CODE_PROFILE) != 0 && FindWindow(QStringLiteral("Disassembly"), true));
+}
+
 bool CMainWindow::ConfirmModifiedSources() {
   return true;
 }

@@ -59,6 +59,7 @@ public:
   void ShowPC(U32 PC) override;
   void RefreshWindows() override;
   void FocusSourceWindow() override;
+  bool NeedsTrace() const override;
   bool ConfirmModifiedSources() override;
   bool ConfirmProjectErrors(const QStringList& Errors) override;
   bool IsClosing() const override { return m_bClosing; }

@@ -13,6 +13,7 @@
 #include "shell/log/log.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/named_constants.h"
+#include "shell/session_trace.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"
@@ -101,6 +102,7 @@ int CSessionController::ExecScriptFunc(int FuncID) {
 void CSessionController::ConnectDevice(CONNECT_MODES Mode) {
   if (Device().IsConnected()) return;
   CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Connecting..."));
+  UpdateTrace(m_View.NeedsTrace());
   ExecScriptFunc(HOOK_BEFORE_TARGET_CONNECT);
   if (!VScript::HasFunction(HOOK_TARGET_CONNECT)) {
     Device().ScheduleConnect(Mode);

@@ -24,6 +24,8 @@ public:
   // False when the user does not want to start with these errors in the project.
   virtual bool ConfirmProjectErrors(const QStringList& Errors) = 0;
   virtual bool IsClosing() const = 0;
+  // Whether a window shows what instruction trace tells.
+  virtual bool NeedsTrace() const = 0;
   // Brings the console to the front.
   virtual void RaiseConsole() = 0;
 };

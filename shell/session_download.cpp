@@ -14,6 +14,7 @@
 #include "script/vscript.h"
 #include "shell/log/console_print.h"
 #include "shell/session_controller.h"
+#include "shell/session_trace.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/status_bar.h"
@@ -150,6 +151,7 @@ void CSessionController::FinishDownload() {
     Device().RequestInitRegsAfterDownload();
     QThread::msleep(INIT_REGS_WAIT_MS);
   }
+  StartTrace();
   if (GetVarValue(VAR_CONNECT_MODE) == CM_DOWNLOAD_RESET) StartProgram();
   m_View.RefreshWindows();
 }

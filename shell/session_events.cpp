@@ -11,6 +11,7 @@
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
 #include "shell/session_controller.h"
+#include "shell/session_trace.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
@@ -70,9 +71,13 @@ void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
       } else {
         StartPulse();
       }
+      InitTraceCache();
+      StartTrace();
       break;
     case CM_ATTACH_HALT:
       Device().ScheduleHalt();
+      InitTraceCache();
+      StartTrace();
       break;
     default:
       break;

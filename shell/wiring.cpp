@@ -92,6 +92,10 @@ void PlugDeviceSettings() {
                                                 [](U32 Value) { Settings.bSemihosting = Value != 0; }});
   RegisterVarAccessor(VAR_RTT_ENABLED, {[] { return static_cast<U32>(Settings.bRTT.load()); },
                                         [](U32 Value) { Settings.bRTT = Value != 0; }});
+  RegisterVarAccessor(VAR_TRACE_SOURCE,
+                      {[] { return Settings.TraceSource.load(); }, [](U32 Value) { Settings.TraceSource = Value; }});
+  RegisterVarAccessor(VAR_TRACE_PORT_WIDTH, {[] { return Settings.TracePortWidth.load(); },
+                                             [](U32 Value) { Settings.TracePortWidth = Value; }});
   static CDeviceConfig& Config = Device().Context().Config;
   const auto Register = [](U32 ID, DEV_CONFIG_PARAMS Param) {
     RegisterVarAccessor(ID, {[Param] { return static_cast<U32>(Config.Value(Param)); },

@@ -152,3 +152,101 @@ TEST_F(CChannelsTest, AsManySearchRangesAsTheProbeTakes) {
   for (U32 i = 0; i < CRttChannel::MAX_SEARCH_RANGES; ++i) EXPECT_TRUE(Ops.Channels.RTT.AddSearchRange(i, 1));
   EXPECT_FALSE(Ops.Channels.RTT.AddSearchRange(0, 1));
 }
+
+// Each source in each state, with the calls and the refusal that follow.
+TEST_F(CChannelsTest, InstructionTraceStartsWhereItsSourceCanAndSurvivesAsEnabled) {
+  CInstTraceChannel& Trace = Ops.Channels.Trace;
+  Connect();
+  const struct {
+    U32 Source;
+    bool bEnabled;
+    const char* sFailing;
+    const char* sCalls;
+    const char* sLogs;
+  } aCase[] = {
+      {TRACE_SOURCE_ETM, false, "", "", "instruction tracing disabled"},
+      {TRACE_SOURCE_NONE, true, "", "", "instruction tracing disabled"},
+      {TRACE_SOURCE_SWO, true, "", "", "instruction tracing disabled"},
+      {TRACE_SOURCE_ETM, true, "", "ExecCommand SelectTraceSource=1, ExecCommand PortWidth=2, STRACE_Start", nullptr},
+      {TRACE_SOURCE_ETB, true, "", "ExecCommand SelectTraceSource=2, STRACE_Start", nullptr},
+      {TRACE_SOURCE_ETB, true, "STRACE_Start", "ExecCommand SelectTraceSource=2, STRACE_Start, STRACE_Stop",
+       "hardware does not support tracing via trace buffer"},
+      {TRACE_SOURCE_ETB, true, "", "", "hardware does not support tracing via trace buffer"},
+      {TRACE_SOURCE_ETM, true, "", "ExecCommand SelectTraceSource=1, ExecCommand PortWidth=2, STRACE_Start", nullptr},
+  };
+  Ctx.Settings.TracePortWidth = 2;
+  for (const auto& Case : aCase) {
+    Trace.Stop();
+    Ctx.Settings.TraceSource = Case.Source;
+    Do(Case.bEnabled ? JT_ENABLE_SIMPLE_TRACE : JT_DISABLE_SIMPLE_TRACE);
+    Probe.Failing = {{Case.sFailing, 0}};
+    Forget();
+    EXPECT_EQ(Do(JT_START_SIMPLE_TRACE), Case.sLogs ? -1 : 0);
+    EXPECT_EQ(Probe.CallText({"ExecCommand", "STRACE_Start", "STRACE_Stop"}), Case.sCalls);
+    if (Case.sLogs) {
+      EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_TRACE), QLatin1String(Case.sLogs));
+    }
+  }
+  Forget();
+  EXPECT_EQ(Do(JT_START_SIMPLE_TRACE), 0);  // already
+  EXPECT_EQ(Do(JT_FLUSH_STRACE_BUFFER), 0);
+  Ops.Connection.Disconnect();
+  EXPECT_EQ(Probe.CallText({"STRACE_Start", "STRACE_Stop"}), "STRACE_Stop, STRACE_Start, STRACE_Stop");
+  EXPECT_TRUE(Ctx.State.Exec.bTraceEnabled);
+  Connect();
+  EXPECT_FALSE(Trace.IsStarted());
+}
+
+TEST_F(CChannelsTest, InstructionTraceIsReadFromAHaltedTargetOnceAnEpoch) {
+  ConnectHalted();
+  Ctx.Settings.TraceSource = TRACE_SOURCE_ETM;
+  Do(JT_ENABLE_SIMPLE_TRACE);
+  DEVICE_JOB Job;
+  Job.Type = JT_READ_SIMPLE_TRACE;
+  Job.Param[0] = 100;
+  AllocDynParam(Job, 0, 400);
+  const auto Read = [&] {
+    Forget();
+    return Dispatch.Dispatch(Job) == 0 ? std::to_string(Job.Result) + " short " + std::to_string(Job.Result2) +
+                                             " epoch " + std::to_string(Job.Result3)
+                                       : Ctx.ErrorMsg(ERR_MSG_TRACE).toStdString();
+  };
+  EXPECT_EQ(Read(), "ReadSimpleInstTrace: instruction trace not started");
+  ASSERT_EQ(Do(JT_START_SIMPLE_TRACE), 0);
+  Ctx.State.Exec.bTargetRan = true;
+  EXPECT_EQ(Read(), "5 short 1 epoch 1");
+  EXPECT_EQ(Read(), "5 short 1 epoch 0");
+  Ops.Control.Continue();
+  Ctx.State.Exec.bHalted = false;
+  EXPECT_EQ(Read(), "ReadSimpleInstTrace :target not halted");
+  Job.Param[0] = 101;  // more than the answer has room for
+  EXPECT_EQ(Dispatch.Dispatch(Job), -1);
+  FreeDynParams(Job);
+  EXPECT_EQ(Do(JT_READ_SIMPLE_TRACE, {100'001}, 400'004), -1);
+  EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_TRACE), u"Invalid read size"_s);
+}
+
+TEST_F(CChannelsTest, CountersOfRangesComeOneBehindTheOther) {
+  Connect();
+  Ctx.State.aCapability[HW_CAP_STREAMING_TRACE] = true;
+  const U32 aRange[] = {0x100, 0x106, 0xFFFFFFFF, 0x10, 0x200, 0x200, 0x300, 0x304};
+  U64 aFetch[5] = {}, aSkip[5] = {}, TotalFetch = 0, TotalSkip = 0;
+  const auto Read = [&](const U32* paRange, U32 NumRanges, U32 NumItems) {
+    return Ops.Channels.Trace.ReadInstStats(NumRanges, paRange, NumItems, aFetch, aSkip, &TotalFetch, &TotalSkip);
+  };
+  EXPECT_EQ(Read(aRange, 4, 5), 5);
+  EXPECT_EQ(Probe.CallText({"STRACE_GetInstStats"}), "STRACE_GetInstStats 100 8, STRACE_GetInstStats 300 6");
+  const std::vector<U64> Wanted = {0x80, 0x81, 0x82, 0x180, 0x181};
+  EXPECT_EQ(std::vector<U64>(std::begin(aFetch), std::end(aFetch)), Wanted);
+  EXPECT_EQ(aSkip[4], 0x181 | 1ull << 63);
+  EXPECT_TRUE(TotalFetch == 1000 && TotalSkip == 2000);
+  const U32 aBig[] = {0, 1'000'000};
+  const std::tuple<const U32*, U32, const char*> aBad[] = {{aRange, 4, "request exceeds output buffer size"},
+                                                           {aBig, 1, "request exceeds block size"}};
+  for (const auto& [paRange, NumRanges, sError] : aBad) {
+    EXPECT_EQ(Read(paRange, NumRanges, 4), -1);
+    EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_STREAMING_TRACE), QLatin1String(sError));
+  }
+  Ctx.State.aCapability[HW_CAP_STREAMING_TRACE] = false;
+  EXPECT_EQ(Read(aRange, 4, 5), -1);
+}

@@ -237,6 +237,20 @@ void AddChannels(VNODE_API& Api) {
   Api.VNODEARM_SWO_ReadStimulus = [](int Port, U8* paData, U32 NumBytes) {
     return static_cast<U32>(Transfer("SWO_ReadStimulus", static_cast<U32>(Port), NumBytes, paData));
   };
+  Api.VNODE_STRACE_Start = [] { return Call("STRACE_Start") ? 0 : -1; };
+  Api.VNODE_STRACE_Stop = [] { return Call("STRACE_Stop") ? 0 : -1; };
+  Api.VNODE_STRACE_Read = [](U32* paAddr, U32 NumItems) { return Transfer("STRACE_Read", 0, NumItems, paAddr); };
+  Api.VNODE_STRACE_GetInstStats = [](U64* paItems, U32 Addr, U32 NumItems, int, int) {
+    // Counters are their halfwords' numbers, those of skips with the highest bit; the totals 1000 and 2000.
+    const U32 Num = NumItems / 2 - 1;
+    for (U32 i = 0; i < Num; ++i) {
+      paItems[i] = Addr / 2 + i;
+      paItems[Num + 1 + i] = paItems[i] | 1ull << 63;
+    }
+    paItems[Num] = 1000;
+    paItems[2 * Num + 1] = 2000;
+    return Call("STRACE_GetInstStats %x %u", Addr, NumItems) ? static_cast<int>(NumItems) : -1;
+  };
   Api.VNODE_HSS_Start = [](const VNODE_HSS_BLOCK* paBlocks, int NumBlocks, int PeriodUs, int Flags) {
     const VNODE_HSS_BLOCK& Last = paBlocks[NumBlocks - 1];
     const bool bOk = Call("HSS_Start %x last %x+%x every %d %x", NumBlocks, Last.Addr, Last.NumBytes, PeriodUs, Flags);

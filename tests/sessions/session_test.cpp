@@ -61,6 +61,8 @@ TEST_F(BadInput, AFailingLineSaysWhyAndEndsTheSession) {
       {"Project.SetTraceSource Nowhere", "invalid parameter"},
       {"Project.SetSWO (maybe, \"2 MHz\", \"64 MHz\")", "invalid parameter"},
       {"Project.SetRTT 2", "invalid parameter"},
+      {"Debug.ReadIntoTraceCache (0, everything)", "invalid parameter"},
+      {"Debug.ReadIntoTraceCache (0, 0x100)", "not connected"},
       {"Project.SetOSPlugin nothing", "Plugin libary was not found or could not be loaded"},
       {"Project.AddRTTSearchRange (0x20000000, some)", "invalid parameter"},
       {"Project.RelocateSymbols (\"*\", far)", "invalid parameter: \"far\""},
