@@ -15,6 +15,7 @@
 #include "shell/dialogs/variable_box.h"
 #include "shell/look/look.h"
 #include "shell/settings/fonts.h"
+#include "shell/settings/settings_cache.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 #include "ui/message_box.h"
@@ -86,6 +87,7 @@ void CPreferencesDialog::Run(QWidget* pParent) {
   }
   if (GetVarValue(PREF_RESET_DIALOG_DNSA) == 0) return;
   CMessageBox::ResetTimeouts();
+  RemoveSetting(QStringLiteral("AppData/SourceEditor/DoNotShowInfoMsgAgain"));
   SetVarValue(GetVarInfo(PREF_RESET_DIALOG_DNSA), 0, 1);
 }
 

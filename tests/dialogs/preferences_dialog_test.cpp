@@ -206,6 +206,7 @@ private Q_SLOTS:
   void forgettingAnswersHappensOnceAndAfterwards() {
     const SETTING_GROUP Group = {"AppData", "MessageTimeouts"};
     SetSetting(Group, "1", quint64{0xFFFFFFFE});
+    SetSetting({"AppData", "SourceEditor"}, "DoNotShowInfoMsgAgain", true);
     InDialog([&](QWidget* pDialog) {
       QWidget* const pPage = OpenPage(pDialog, "General / Application");
       QTest::keyClick(FindByText<QCheckBox>(pPage, "text", "Reset all dialog options \"Do not show again\""),
@@ -213,7 +214,7 @@ private Q_SLOTS:
       QVERIFY2(HasSetting(Group, "1"), "forgotten before the dialog is closed");
       QTest::keyClick(pDialog, Qt::Key_Escape);
     });
-    QVERIFY(!HasSetting(Group, "1"));
+    QVERIFY(!HasSetting(Group, "1") && !HasSetting({"AppData", "SourceEditor"}, "DoNotShowInfoMsgAgain"));
     QCOMPARE(GetVarValue(PREF_RESET_DIALOG_DNSA) + GetVarSavedValue(PREF_RESET_DIALOG_DNSA), 0u);
   }
 
