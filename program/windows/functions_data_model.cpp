@@ -35,7 +35,7 @@ struct CFunctionsDataModel::ROW {
   QString sClass;
   QAddrRanges Ranges;
   U32 NumBytes = 0;
-  U32 NumInsts = 0;
+  I64 NumInsts = -1;  // counting decodes the code: only when it is asked for
   CSrcLoc Loc;
   std::vector<std::unique_ptr<ROW>> Children;
 };
@@ -131,9 +131,13 @@ void CFunctionsDataModel::Fill(ROW& Row) const {
   Row.NumBytes = ELFAPI_GetSize(Row.hFunc);
   const U32 Addr = ELFAPI_GetAddr(Row.hFunc);
   if (Row.Ranges.isEmpty() && Addr != INVALID_ADDR && Row.NumBytes > 0) Row.Ranges << CAddrRange{Addr, Row.NumBytes};
-  if (!Row.Ranges.isEmpty()) Row.NumInsts = CountProgramInsts(Row.Ranges);
   Row.Loc = ELFAPI_IsInlined(Row.hFunc) ? ELFAPI_GetCallLoc(Row.hFunc) : ELFAPI_GetDeclLoc(Row.hFunc);
   if (!Row.Loc.IsValid()) Row.Loc = ELFAPI_GetFirstSrcLoc(Addr);
+}
+
+U32 CFunctionsDataModel::NumInstsOf(ROW& Row) {
+  if (Row.NumInsts < 0) Row.NumInsts = CountProgramInsts(Row.Ranges);
+  return static_cast<U32>(Row.NumInsts);
 }
 
 ELF_SYM_HANDLE CFunctionsDataModel::FuncOf(const QModelIndex& Index) const {
@@ -189,7 +193,7 @@ QVariant CFunctionsDataModel::TextOf(ROW& Row, int Column) const {
     case COLUMN_SIZE:
       return Row.Ranges.isEmpty() ? QVariant() : GroupedText(Row.NumBytes);
     case COLUMN_INSTS:
-      return Row.Ranges.isEmpty() ? QVariant() : GroupedText(Row.NumInsts);
+      return Row.Ranges.isEmpty() ? QVariant() : GroupedText(NumInstsOf(Row));
     case COLUMN_CLASS:
       return Row.sClass;
     default:
@@ -206,7 +210,7 @@ QVariant CFunctionsDataModel::SortValueOf(ROW& Row, int Column) const {
     case COLUMN_SIZE:
       return static_cast<qlonglong>(Row.NumBytes);
     case COLUMN_INSTS:
-      return static_cast<qlonglong>(Row.NumInsts);
+      return static_cast<qlonglong>(NumInstsOf(Row));
     default:
       return {};
   }

@@ -46,6 +46,7 @@ private:
 
   ROW* RowOf(const QModelIndex& Index) const;
   void Fill(ROW& Row) const;
+  static U32 NumInstsOf(ROW& Row);
   const QString& NameOf(ROW& Row) const;
   void FindChildren(ROW& Row) const;
   bool HasBreakpoint(const ROW& Row) const;

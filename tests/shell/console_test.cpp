@@ -107,19 +107,6 @@ private Q_SLOTS:
     QCOMPARE(Lines().last(), u"there is room again"_s);
   }
 
-  void clearingDropsWhatWaits() {
-    PrintConsole(u"shown"_s);
-    m_pConsole->Drain();
-    PrintConsole(u"waiting"_s);
-    Input().setText(u"typed"_s);
-    m_pConsole->Clear();
-    QCOMPARE(Lines(), QStringList{QString()});
-    QVERIFY(Input().text().isEmpty() && Sidebar().width() == 0);
-    PrintConsole(u"first"_s);
-    QCOMPARE(Lines(), QStringList{u"first"_s});
-    QVERIFY(!StampOf(0).isEmpty() && StampOf(1).isEmpty());
-  }
-
   void everyStampStandsBesideItsMessage_data() {
     QTest::addColumn<QStringList>("Texts");
     for (const QStringList& Texts : {QStringList{u"a\nb\nc"_s, u"d"_s, u"e\n\nf"_s, u"g"_s},
@@ -184,16 +171,6 @@ private Q_SLOTS:
     QVERIFY(Sidebar().grab().toImage() != Before);
   }
 
-  void stampsAreAPreference() {
-    PrintConsole(u"a"_s);
-    m_pConsole->Drain();
-    QVERIFY(Sidebar().isVisible() && Sidebar().width() >= GetTextWidth(FONT_CONSOLE, StampOf(0)));
-    m_pConsole->SetPreference(PREF_SHOW_TIMESTAMPS_CONSOLE, 0);
-    QVERIFY(!Sidebar().isVisible());
-    m_pConsole->SetPreference(PREF_SHOW_TIMESTAMPS_CONSOLE, 1);
-    QVERIFY(Sidebar().isVisible());
-  }
-
   void coloursFollowThePaletteAndTheSettings() {
     const QPalette Before = QApplication::palette();
     const auto Use = [](const QPalette& Palette) {
@@ -217,19 +194,6 @@ private Q_SLOTS:
     QCOMPARE(ColorOf(0).rgba(), 0xFF123456u);
     QCOMPARE(ColorOf(1).rgba(), 0xFF00008Bu);
     ResetColors();
-  }
-
-  void shownTextsFollowTheFont() {
-    PrintConsole(u"plain"_s);
-    PrintConsole(u"fixed"_s, CONSOLE_RGBA_DEFAULT, true);
-    m_pConsole->Drain();
-    const QFont Font(u"DejaVu Serif"_s, 17, QFont::Bold);
-    SetFont(FONT_CONSOLE, Font, false);
-    m_pConsole->SetFont(FONT_CONSOLE, Font);
-    QTest::qWait(0);
-    QCOMPARE(FontToText(FormatOf(0).font()), u"DejaVu Serif,  17pt,  Bold"_s);
-    QCOMPARE(FontToText(FormatOf(1).font()), MonospacedForm(Font).family() + u",  17pt,  Bold"_s);
-    SetFont(FONT_CONSOLE, GetFont(FONT_APP), false);
   }
 
   void keysCopyFromThePaneAndDeleteInTheInput() {

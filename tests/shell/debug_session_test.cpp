@@ -203,59 +203,9 @@ private Q_SLOTS:
     QVERIFY(Halts());
   }
 
-  void aFailedDownloadIsShownAndTheSessionGoesOn() {
-    const CStatusHistory Status;
-    PerformAction(ACTION_DEBUG_SET_RESET_MODE, u"RM_BREAK_AT_SYMBOL"_s);
-    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_DOWNLOAD_RESET"_s);
-    Probe(u"sim.fail EndDownload 1 -4"_s);
-    bool bShown = false;
-    WhenModal([&](QWidget* pDialog) {
-      bShown = true;
-      QCOMPARE(pDialog->windowTitle(), u"Unsuccessfull Data Download"_s);
-      QTRY_COMPARE(Status.Last(), u"Download Failed."_s);
-      QTest::mouseClick(pDialog->findChild<QPushButton*>(), Qt::LeftButton);
-    });
-    PerformAction(ACTION_DEBUG_DOWNLOAD);
-    QTRY_VERIFY(bShown);
-    QVERIFY(Halts());
-    QTRY_COMPARE(Status.Last(), u"CPU halted"_s);
-    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), ELFAPI_GetAddr(ELFAPI_GetEntryFunc()));
-    // Where nobody wants to know of it, and nothing follows, it must not seem to go on.
-    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_ATTACH"_s);
-    PerformAction(ACTION_EDIT_SYS_VAR, u"VAR_VERIFY_DOWNLOAD"_s, 0);
-    Probe(u"sim.fail EndDownload 1 -4"_s);
-    PerformAction(ACTION_DEBUG_DOWNLOAD);
-    QTRY_COMPARE(Status.Last(), u"Writing Memory..."_s);
-    QTRY_COMPARE(Status.Last(), u"CPU halted"_s);
-    PerformAction(ACTION_EDIT_SYS_VAR, u"VAR_VERIFY_DOWNLOAD"_s, 1);
-    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_DOWNLOAD_RESET"_s);
-  }
-
-  void aLostConnectionIsAskedAbout() {
-    Click(ACTION_DEBUG_CONTINUE);
-    QTRY_COMPARE(Buttons(), RUNNING);
-    bool bAsked = false;
-    WhenModal([&bAsked](QWidget* pDialog) {
-      bAsked = true;
-      QCOMPARE(pDialog->windowTitle().trimmed(), u"Target Connection Lost"_s);
-      QTest::mouseClick(static_cast<CMessageBox*>(pDialog)->Button(QDialogButtonBox::Yes), Qt::LeftButton);
-    });
-    Probe(u"sim.lose-connection 0"_s);
-    QTRY_VERIFY(bAsked);
-    CheckDisconnected();
-  }
-
-  void aTargetThatDoesNotAnswerIsNotConnected() {
-    m_pWindow->Console().Clear();
-    Probe(u"sim.refuse-connect 2"_s);
-    Click(ACTION_DEBUG_START);
-    QTRY_COMPARE(Text("StatusMessage"), u"V-Node: error connecting to device"_s);
-    QTRY_COMPARE(Buttons(), DISCONNECTED);
-    QCOMPARE(Text("ConnectionInfo"), u"Disconnected"_s);
-    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"Connection failed"_s));
-  }
-
   void errorsOfTheProjectAreShownBeforeTheStart() {
+    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_DOWNLOAD_RESET"_s);
+    Stop();
     QVERIFY(QFile::remove(m_Dir.filePath(u"program.elf"_s)));
     const auto Start = [this](const char* sButton) {
       WhenModal([sButton](QWidget* pDialog) {

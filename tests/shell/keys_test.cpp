@@ -9,7 +9,6 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
 #include "shell/actions/action_link.h"
-#include "ui/dock_window.h"
 #include "ui/windows/source_window.h"
 
 using namespace Qt::StringLiterals;
@@ -18,7 +17,6 @@ namespace {
 
 const ACTION_STATE IDLE = {};
 const ACTION_STATE RUNNING = {.Connected = true};
-const ACTION_STATE HALTED = {.Connected = true, .Halted = true, .PCHasSource = true};
 // Everything that a rule may ask for; the session's rows have states of their own.
 const ACTION_STATE BUSY = {.Connected = true,
                            .Halted = true,
@@ -72,24 +70,6 @@ private Q_SLOTS:
       }
       Press(sKey);
       QVERIFY2(m_Hits == IDs, qPrintable(sKey));
-    }
-  }
-
-  void theSameKeyMeansWhatTheStateAllows() {
-    const std::tuple<QString, ACTION_STATE, QList<U32>> Rows[] = {
-        {u"F5"_s, IDLE, {ACTION_DEBUG_START}},
-        {u"F5"_s, HALTED, {ACTION_DEBUG_CONTINUE}},
-        {u"F5"_s, RUNNING, {}},
-        {u"Ctrl+F5"_s, RUNNING, {ACTION_DEBUG_HALT}},
-        {u"Ctrl+F5"_s, HALTED, {}},
-        {u"F11"_s, IDLE, {}},
-        {u"F4"_s, RUNNING, {ACTION_DEBUG_RESET}},
-    };
-    for (const auto& [sKey, State, Expected] : Rows) {
-      m_Hits.clear();
-      ::UpdateActions(State);
-      Press(sKey);
-      QCOMPARE(m_Hits, Expected);
     }
   }
 
@@ -150,22 +130,6 @@ private Q_SLOTS:
       QVERIFY2(!m_pWindow->Source().HasFocus(), pTarget->metaObject()->className());
       pTarget->hide();
     }
-  }
-
-  void aDockPassesKeysToItsWindow() {
-    CDockWindow* const pDock = m_pWindow->Console().GetDock();
-    QAction Own(&m_pWindow->Console());
-    Own.setShortcut(QKeySequence(u"Ctrl+9"_s));
-    Own.setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    m_pWindow->Console().addAction(&Own);
-    QSignalSpy Triggered(&Own, &QAction::triggered);
-    pDock->setFocus();
-    QVERIFY(pDock->hasFocus());
-    Press(u"Ctrl+9"_s);
-    QCOMPARE(Triggered.count(), 1);
-    Own.setEnabled(false);
-    Press(u"Ctrl+9"_s);
-    QCOMPARE(Triggered.count(), 1);
   }
 
   void cleanupTestCase() { m_pWindow->close(); }

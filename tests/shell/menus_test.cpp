@@ -137,19 +137,6 @@ private Q_SLOTS:
     }
   }
 
-  void modeButtonsFollowTheModes() {
-    const QAction* const pStart = GetAction(ACTION_DEBUG_START);
-    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_ATTACH"_s);
-    QCOMPARE(pStart->icon().cacheKey(), GetAction(ACTION_DEBUG_ATTACH)->icon().cacheKey());
-    QCOMPARE(pStart->toolTip(), u"Attach to running program (F5)"_s);
-    PerformAction(ACTION_DEBUG_SET_CONNECT_MODE, u"CM_DOWNLOAD_RESET"_s);
-    QCOMPARE(pStart->toolTip(), u"Download and reset program (F5)"_s);
-    PerformAction(ACTION_DEBUG_SET_RESET_MODE, u"RM_RESET_HALT"_s);
-    QCOMPARE(GetAction(ACTION_DEBUG_RESET)->icon().cacheKey(), GetAction(ACTION_DEBUG_RESET_HALT)->icon().cacheKey());
-    PerformAction(ACTION_DEBUG_SET_RESET_MODE, u"3"_s);
-    QCOMPARE(GetAction(ACTION_DEBUG_RESET)->toolTip(), u"Reset and halt (F4)"_s);
-  }
-
   void theWindowMenuFollowsTheDocks() {
     QMenu& Window = *Menu(u"Window"_s);
     const auto Entry = [&Window] {

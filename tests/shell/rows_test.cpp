@@ -45,18 +45,6 @@ private Q_SLOTS:
     }
   }
 
-  void everyServedRowHasItsTexts() {
-    for (U32 ID = 0; ID < NUM_ACTIONS; ++ID) {
-      const QAction* const pAction = GetAction(ID);
-      if (pAction == nullptr) continue;
-      const ACTION_INFO Info = GetActionInfo(ID);
-      const QString sKey = pAction->shortcut().toString();
-      QVERIFY2(!pAction->statusTip().isEmpty() && !pAction->toolTip().isEmpty(), qPrintable(Info.sObjectName));
-      QVERIFY2(pAction->toolTip().contains(sKey), qPrintable(pAction->toolTip()));
-      QVERIFY2(Info.sHotkey.isEmpty() || pAction->shortcut() == QKeySequence(Info.sHotkey), qPrintable(sKey));
-    }
-  }
-
   // By a menu entry, by a key, or from a menu of its own window.
   void everyServedRowWithoutCommandIsReachable() {
     QSet<const QAction*> InMenus;

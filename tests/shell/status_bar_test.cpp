@@ -6,7 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int REFRESH_MS = 200;
-constexpr int LINGER_MS = 250;
 }  // namespace
 
 // The one status bar, shown by itself.
@@ -37,30 +36,6 @@ private Q_SLOTS:
       QCOMPARE(Text("StatusMessage"), sShown);
       QCOMPARE(Progress().isVisible(), bRunning);
     }
-  }
-
-  void progressLingers() {
-    Bar().OnTempStatusMsgChanged(QString());
-    Bar().SetProgressMessage(u"Reading"_s);
-    Bar().StartProgress(10, 20);
-    Bar().SetProgressValue(15);
-    QTRY_VERIFY(Progress().isVisible());
-    QCOMPARE((QList{Progress().minimum(), Progress().value(), Progress().maximum()}), (QList{10, 15, 20}));
-    QElapsedTimer Time;
-    Time.start();
-    Bar().EndProgress();
-    QTRY_VERIFY(!Progress().isVisible());
-    QVERIFY2(Time.elapsed() > LINGER_MS, qPrintable(QString::number(Time.elapsed())));
-    QCOMPARE(Text("StatusMessage"), u"CPU halted"_s);
-  }
-
-  void aNewOperationTakesTheBarOver() {
-    Bar().StartProgress(0, 10);
-    Bar().EndProgress();
-    Bar().StartProgress(0, 0);
-    QTest::qWait(LINGER_MS + 2 * REFRESH_MS);
-    QVERIFY(Progress().isVisible());
-    QCOMPARE(Progress().maximum(), 0);
   }
 
 private:

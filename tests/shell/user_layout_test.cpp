@@ -103,13 +103,6 @@ private Q_SLOTS:
     }
   }
 
-  void filterBarsFollow() {
-    CFrame Frame(SMALL_SIZE);
-    Frame.Apply(u"OpenWindow=\"B\", DockArea=BOTTOM, x=0, y=0, w=0, h=150, FilterBarShown=1\n"_s);
-    QVERIFY(Frame.Windows[1]->TestFlag(WF_FILTER_BAR));
-    QVERIFY(Frame.Measured().contains(u"FilterBarShown=1"_s));
-  }
-
 private:
   // The same docks and bars in the same cells; the extent that belongs to an area, where one is asked for.
   void ComparePlaces(const USER_FILE& Measured, const USER_FILE& Asked) {

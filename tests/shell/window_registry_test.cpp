@@ -67,14 +67,6 @@ private Q_SLOTS:
     }
   }
 
-  void onlyVisibleWindowsCountWhenAsked() {
-    m_Registry.Docks()[1]->hide();
-    QVERIFY(m_Registry.Find(u"Memory1"_s, false));
-    QVERIFY(!m_Registry.Find(u"Memory1"_s, true));
-    m_Registry.Docks()[1]->show();
-    QTRY_VERIFY(m_Registry.Find(u"Memory1"_s, true));
-  }
-
 private:
   QMainWindow m_Main;
   CWindowRegistry m_Registry;

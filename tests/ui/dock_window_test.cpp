@@ -6,7 +6,6 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_link.h"
-#include "shell/actions/command_console.h"
 #include "shell/settings/settings_cache.h"
 #include "ui/dock_window.h"
 #include "ui/message_box.h"
@@ -71,7 +70,7 @@ private Q_SLOTS:
   }
 
   void cleanup() {
-    for (const U32 ID : {ACTION_WINDOW_CLOSE, ACTION_WINDOW_CLEAR, ACTION_WIN_SET_DISPLAY_FORMAT}) {
+    for (const U32 ID : {ACTION_WINDOW_CLOSE, ACTION_WINDOW_CLEAR}) {
       UnregisterActionHandler(ID);
     }
     CMessageBox::SetResponder(nullptr);
@@ -84,17 +83,6 @@ private Q_SLOTS:
     First().GetDock()->close();
     QCOMPARE(Args, QStringList{u"First"_s});
     QVERIFY(First().IsVisible());
-  }
-
-  void theTitleTellsTheFocus() {
-    First().setFocus();
-    QVERIFY(First().HasFocus() && First().GetDock()->HasFocus());
-    const QString sFocused = First().GetDock()->styleSheet();
-    QVERIFY(sFocused.contains(u"titlebar-close-icon-white.png"_s) && sFocused.contains(u"bold"_s));
-    Second().setFocus();
-    QVERIFY(!First().HasFocus() && !First().GetDock()->HasFocus() && Second().GetDock()->HasFocus());
-    QCOMPARE(Second().GetDock()->styleSheet(), sFocused);
-    QVERIFY(!First().GetDock()->styleSheet().contains(u"bold"_s));
   }
 
   void delClearsTheWindowWithTheFocus() {
@@ -201,26 +189,6 @@ private Q_SLOTS:
     First().Clear();
     First().grab();
     QVERIFY(!pFrame->isVisible() && First().centralWidget()->hasFocus());
-  }
-
-  // By row, and with a console that listens: it takes away what an action carries after each run. A window that refuses
-  // the format keeps its mark where it was.
-  void theFormatActionsAskForTheCommand() {
-    const std::pair<U32, QString> Rows[] = {{ACTION_WIN_SET_DISPLAY_FORMAT_AUTO, u"DISPLAY_FORMAT_AUTO"_s},
-                                            {ACTION_WIN_SET_DISPLAY_FORMAT_CHAR, u"DISPLAY_FORMAT_CHAR"_s}};
-    QStringList Args;
-    RegisterActionHandler(ACTION_WIN_SET_DISPLAY_FORMAT,
-                          [&Args] { Args << GetActionArgs(ACTION_WIN_SET_DISPLAY_FORMAT); });
-    LinkActions(&First());
-    connect(&First(), &CWindow::ActionTriggered, this, [](QAction* pAction) { OnActionTriggered(pAction); });
-    connect(&First(), &CWindow::ActionPerformed, this, [](QAction* pAction) { OnActionPerformed(pAction); });
-    for (const auto& [Row, sConstant] : Rows) {
-      Args.clear();
-      QCOMPARE(TriggerAction(Row), 0);
-      GetAction(Row)->trigger();
-      QCOMPARE(Args, (QStringList{u"First"_s, sConstant, u"First"_s, sConstant}));
-      QVERIFY(GetAction(ACTION_WIN_SET_DISPLAY_FORMAT_AUTO)->isChecked());
-    }
   }
 
 private:

@@ -47,21 +47,6 @@ private Q_SLOTS:
     SetVarValue(GetVarInfo(PREF_DIALOG_SHOW_DNSA), 1, 0);
   }
 
-  void theButtonDecidesTheResult() {
-    const std::pair<QDialogButtonBox::StandardButton, int> Rows[] = {
-        {QDialogButtonBox::Yes, CMessageBox::ACCEPTED},   {QDialogButtonBox::Ok, CMessageBox::ACCEPTED},
-        {QDialogButtonBox::Apply, CMessageBox::ACCEPTED}, {QDialogButtonBox::No, CMessageBox::DECLINED},
-        {QDialogButtonBox::Cancel, CMessageBox::OTHER},   {QDialogButtonBox::Discard, CMessageBox::OTHER}};
-    for (const auto& [Which, Result] : Rows) {
-      const std::unique_ptr<CMessageBox> pBox(
-          CMessageBox::Make(u"&A title"_s, u"?"_s, CMessageBox::FOR_GOOD, QString(), Which | QDialogButtonBox::Close));
-      QCOMPARE(pBox->windowTitle(), u"   A title"_s);
-      pBox->Button(Which)->click();
-      QCOMPARE(pBox->Result(), Result);
-      QCOMPARE(pBox->PressedButton(), Which);
-    }
-  }
-
   void aTickedBoxStaysSilentAsLongAsItSays() {
     using BOX = QDialogButtonBox;
     // The last is the answer that is given without a box.
@@ -93,32 +78,6 @@ private Q_SLOTS:
     QVERIFY(std::abs(Until - QDateTime::currentMSecsSinceEpoch() - Hour) < 60'000);
     SetSetting(TIMEOUTS, Keys.first(), static_cast<quint64>(Until - Hour - 60'000));
     QCOMPARE(Ask(1, QDialogButtonBox::No, false), int(CMessageBox::DECLINED));
-  }
-
-  void onlyWhatIsForThisRunGoesAtItsEnd() {
-    for (const int Timeout : {-1, -2, 24}) {
-      CMessageBox::ResetTimeouts();
-      Ask(Timeout, QDialogButtonBox::Yes, true);
-      QCOMPARE(GetSettingKeys(TIMEOUTS).size(), 1);
-      CMessageBox::PurgeSessionTimeouts();
-      QCOMPARE(GetSettingKeys(TIMEOUTS).size(), Timeout == -1 ? 0 : 1);
-    }
-    CMessageBox::ResetTimeouts();
-    QVERIFY(GetSettingKeys(TIMEOUTS).isEmpty());
-  }
-
-  void theCheckBoxSaysForHowLong() {
-    const std::tuple<int, bool, QString> Rows[] = {{-2, true, u"Do not show again"_s},
-                                                   {24, true, u"Do not show again today"_s},
-                                                   {5, true, u"Do not show again for 5 hours"_s},
-                                                   {0, true, QString()},
-                                                   {-2, false, QString()}};
-    for (const auto& [Timeout, bPreference, sText] : Rows) {
-      SetVarValue(GetVarInfo(PREF_DIALOG_SHOW_DNSA), bPreference, 0);
-      const std::unique_ptr<CMessageBox> pBox(CMessageBox::Make(u"T"_s, u"?"_s, Timeout, QString(), ASKED));
-      const QCheckBox* const pCheck = pBox->findChild<QCheckBox*>();
-      QCOMPARE(pCheck->isVisibleTo(pBox.get()) ? pCheck->text() : QString(), sText);
-    }
   }
 
   void theKeyboardAnswers() {

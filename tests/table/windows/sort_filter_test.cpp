@@ -44,45 +44,6 @@ private Q_SLOTS:
     m_pModel.reset();
   }
 
-  void filtersAndOrders() {
-    const struct {
-      int FilterColumn;
-      const char* sFilter;
-      int SortColumn;
-      Qt::SortOrder Order;
-      const char* sShown;
-    } ROWS[] = {
-        {0, "", -1, Qt::AscendingOrder, "pear[q,p],Apple,fig,cherry[z]"},
-        {0, "", 0, Qt::AscendingOrder, "Apple,cherry[z],fig,pear[p,q]"},
-        {0, "", 1, Qt::DescendingOrder, "cherry[z],Apple,pear[q,p],fig"},
-        {0, "e", 0, Qt::DescendingOrder, "pear[q,p],cherry[z],Apple"},
-        {0, "q", 0, Qt::AscendingOrder, ""},
-        {1, "3 - 16", 1, Qt::AscendingOrder, "fig,pear[p,q],Apple"},
-        {2, "> f", 0, Qt::AscendingOrder, "Apple,cherry[z]"},
-        {1, "nonsense", 0, Qt::AscendingOrder, ""},
-        {1, "*", 0, Qt::AscendingOrder, "Apple,cherry[z],fig,pear[p,q]"},
-    };
-    for (const auto& Row : ROWS) {
-      m_pProxy->ClearFilters();
-      m_pProxy->sort(Row.SortColumn, Row.Order);
-      m_pProxy->SetFilter(Row.FilterColumn, QLatin1String(Row.sFilter));
-      QCOMPARE(TextOf(*m_pProxy), QLatin1String(Row.sShown));
-    }
-    m_pProxy->SetFilter(0, u"e"_s);
-    m_pProxy->SetFilter(1, u"3"_s);
-    QCOMPARE(TextOf(*m_pProxy), u"pear[p,q]"_s);
-  }
-
-  void rowsFollowTheirValues() {
-    m_pProxy->sort(1);
-    m_pProxy->SetFilter(1, u"< 100"_s);
-    QCOMPARE(TextOf(*m_pProxy), u"fig,pear[p,q],Apple"_s);
-    m_pModel->setData(m_pModel->Find(u"cherry"_s).siblingAtColumn(1), 0);
-    m_pModel->setData(m_pModel->Find(u"fig"_s).siblingAtColumn(1), 500);
-    m_pModel->setData(m_pModel->Find(u"q"_s).siblingAtColumn(1), 0);
-    QTRY_COMPARE(TextOf(*m_pProxy), u"cherry[z],pear[q,p],Apple"_s);
-  }
-
   void persistentIndexesStayWithTheirRows() {
     QList<QPersistentModelIndex> Items;
     const QStringList Names = {u"fig"_s, u"p"_s, u"cherry"_s};
