@@ -4,13 +4,12 @@ namespace {
 
 constexpr U32 BYTES_PER_KB = 1024;
 constexpr U32 BYTES_PER_MB = BYTES_PER_KB * 1024;
-constexpr const char* TITLES[] = {"Manufacturer", "Device", "Core", "NumCores", "Flash Size", "RAM Size"};
-
-bool IsSize(int Column) {
-  return Column == CDeviceDataModel::COLUMN_FLASH_SIZE || Column == CDeviceDataModel::COLUMN_RAM_SIZE;
-}
-bool IsNumber(int Column) {
-  return Column >= CDeviceDataModel::COLUMN_NUM_CORES;
+QList<TABLE_COLUMN> MakeColumns() {
+  const auto Number = [](const QString& sTitle) {
+    return TABLE_COLUMN{sTitle, COLUMN_INTEGER, 10, COLUMN_TEXT_FILTER, Qt::AlignRight};
+  };
+  return {{QStringLiteral("Manufacturer")},   {QStringLiteral("Device")},           {QStringLiteral("Core")},
+          Number(QStringLiteral("NumCores")), Number(QStringLiteral("Flash Size")), Number(QStringLiteral("RAM Size"))};
 }
 
 QString SizeText(U32 NumBytes) {
@@ -23,7 +22,7 @@ QString SizeText(U32 NumBytes) {
 }  // namespace
 
 CDeviceDataModel::CDeviceDataModel(const QList<DEVICE_RECORD>& Devices, QObject* pParent)
-    : QAbstractTableModel(pParent), m_Devices(Devices) {}
+    : CTableModel(QStringLiteral("DeviceDataModel"), MakeColumns(), pParent), m_Devices(Devices) {}
 
 int CDeviceDataModel::FindDevice(const QString& sName) const {
   for (int Row = 0; Row < m_Devices.size(); ++Row) {
@@ -36,43 +35,25 @@ int CDeviceDataModel::rowCount(const QModelIndex& Parent) const {
   return Parent.isValid() ? 0 : static_cast<int>(m_Devices.size());
 }
 
-int CDeviceDataModel::columnCount(const QModelIndex& Parent) const {
-  return Parent.isValid() ? 0 : NUM_COLUMNS;
-}
-
-QVariant CDeviceDataModel::Value(const DEVICE_RECORD& Device, int Column) const {
-  switch (Column) {
+QVariant CDeviceDataModel::GetItemData(const QModelIndex& Index, int Role) const {
+  if (Role != Qt::DisplayRole && Role != ROLE_SORT_VALUE) return {};
+  const DEVICE_RECORD& Device = m_Devices[Index.row()];
+  const bool bText = Role == Qt::DisplayRole;
+  const auto Answer = [bText](U32 Number, const QString& sText) {
+    return bText ? QVariant(sText) : QVariant(static_cast<qlonglong>(Number));
+  };
+  switch (Index.column()) {
     case COLUMN_MANUFACTURER:
-      return Device.sManufacturer;
+      return bText ? Device.sManufacturer : QVariant();
     case COLUMN_DEVICE:
-      return Device.sName;
+      return bText ? Device.sName : QVariant();
     case COLUMN_CORE:
-      return Device.sCore;
+      return bText ? Device.sCore : QVariant();
     case COLUMN_NUM_CORES:
-      return Device.NumCores;
+      return Answer(static_cast<U32>(Device.NumCores), QString::number(Device.NumCores));
     case COLUMN_FLASH_SIZE:
-      return Device.FlashSize;
+      return Answer(Device.FlashSize, SizeText(Device.FlashSize));
     default:
-      return Device.RAMSize;
+      return Answer(Device.RAMSize, SizeText(Device.RAMSize));
   }
-}
-
-QVariant CDeviceDataModel::data(const QModelIndex& Index, int Role) const {
-  if (!checkIndex(Index, CheckIndexOption::IndexIsValid)) return {};
-  const int Column = Index.column();
-  if (Role == Qt::TextAlignmentRole) {
-    return static_cast<int>(Qt::AlignVCenter | (IsNumber(Column) ? Qt::AlignRight : Qt::AlignLeft));
-  }
-  if (Role != Qt::DisplayRole && Role != SORT_ROLE) return {};
-  const QVariant Data = Value(m_Devices[Index.row()], Column);
-  return Role == Qt::DisplayRole && IsSize(Column) ? SizeText(Data.toUInt()) : Data;
-}
-
-QVariant CDeviceDataModel::headerData(int Section, Qt::Orientation Orientation, int Role) const {
-  if (Orientation != Qt::Horizontal || Section < 0 || Section >= NUM_COLUMNS) return {};
-  if (Role == Qt::DisplayRole) return QLatin1String(TITLES[Section]);
-  if (Role == Qt::TextAlignmentRole) {
-    return static_cast<int>(Qt::AlignVCenter | (IsNumber(Section) ? Qt::AlignRight : Qt::AlignLeft));
-  }
-  return {};
 }

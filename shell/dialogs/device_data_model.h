@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QAbstractTableModel>
-
 #include "shell/dialogs/device_records.h"
+#include "ui/table/table_model.h"
 
 // The devices of the probe library as a table, one a row.
-class CDeviceDataModel : public QAbstractTableModel {
+class CDeviceDataModel : public CTableModel {
   Q_OBJECT
 
 public:
@@ -18,8 +17,6 @@ public:
     COLUMN_RAM_SIZE,
     NUM_COLUMNS
   };
-  // The value that a column is sorted by.
-  static constexpr int SORT_ROLE = Qt::UserRole;
 
   CDeviceDataModel(const QList<DEVICE_RECORD>& Devices, QObject* pParent);
 
@@ -28,12 +25,9 @@ public:
   const DEVICE_RECORD& Device(int Row) const { return m_Devices[Row]; }
 
   int rowCount(const QModelIndex& Parent = {}) const override;
-  int columnCount(const QModelIndex& Parent = {}) const override;
-  QVariant data(const QModelIndex& Index, int Role = Qt::DisplayRole) const override;
-  QVariant headerData(int Section, Qt::Orientation Orientation, int Role = Qt::DisplayRole) const override;
+  QVariant GetItemData(const QModelIndex& Index, int Role) const override;
+  int GetFallbackColumn() const override { return COLUMN_DEVICE; }
 
 private:
-  QVariant Value(const DEVICE_RECORD& Device, int Column) const;
-
   QList<DEVICE_RECORD> m_Devices;
 };

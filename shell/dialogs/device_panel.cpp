@@ -2,24 +2,24 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSpinBox>
-#include <QTableView>
 #include <QVBoxLayout>
 
 #include "device/device_config.h"
-#include "shell/dialogs/column_filter_bar.h"
-#include "shell/dialogs/device_data_proxy_model.h"
+#include "shell/dialogs/device_data_model.h"
 #include "shell/look/look.h"
 #include "shell/settings/fonts.h"
+#include "ui/table/filter_header_view.h"
+#include "ui/table/sort_filter.h"
+#include "ui/table/table_header.h"
+#include "ui/table/tree_view.h"
 
 namespace {
 
 constexpr int SPACING = 8;       // pixels
-constexpr int ROW_MARGIN = 5;    // pixels
 constexpr int CELL_MARGIN = 28;  // pixels beside the widest text
 constexpr int MIN_COLUMN_CHARACTERS = 10;
 constexpr int VISIBLE_ROWS = 10;  // at the start
@@ -28,15 +28,16 @@ constexpr int MAX_CORE_INDEX = 255;
 constexpr int DEVICE_COLUMN = CDeviceDataModel::COLUMN_DEVICE;
 
 // As high as the rows that are wanted at the start.
-class CDeviceTable : public QTableView {
+class CDeviceTable : public CTreeView {
 public:
-  using QTableView::QTableView;
-  QSize sizeHint() const override { return {QTableView::sizeHint().width(), HeightOf(VISIBLE_ROWS)}; }
-  QSize minimumSizeHint() const override { return {QTableView::minimumSizeHint().width(), HeightOf(MIN_VISIBLE_ROWS)}; }
+  using CTreeView::CTreeView;
+  QSize sizeHint() const override { return {CTreeView::sizeHint().width(), HeightOf(VISIBLE_ROWS)}; }
+  QSize minimumSizeHint() const override { return {CTreeView::minimumSizeHint().width(), HeightOf(MIN_VISIBLE_ROWS)}; }
 
 private:
   int HeightOf(int Rows) const {
-    return Rows * verticalHeader()->defaultSectionSize() + horizontalHeader()->sizeHint().height() + 2 * frameWidth();
+    const int RowHeight = static_cast<const CItemDelegate*>(itemDelegate())->RowHeight();
+    return Rows * RowHeight + header()->sizeHint().height() + 2 * frameWidth();
   }
 };
 
@@ -45,12 +46,16 @@ private:
 CDevicePanel::CDevicePanel(const QList<DEVICE_RECORD>& Devices, bool bDeviceNeeded, QWidget* pParent)
     : CConfigPanel(pParent),
       m_pModel(new CDeviceDataModel(Devices, this)),
-      m_pProxy(new CDeviceDataProxyModel(this)),
+      m_pProxy(new CSortFilter(this)),
       m_pTable(new CDeviceTable(this)),
+      m_pHeader(new CTableHeader(m_pTable)),
       m_bDeviceNeeded(bDeviceNeeded) {
   m_pProxy->setSourceModel(m_pModel);
   InitTable();
-  m_pFilters = new CColumnFilterBar(m_pTable, this);
+  m_pFilters = new CFilterHeaderView(m_pTable, m_pHeader, m_pProxy, this);
+  m_pFilters->SetLive();
+  m_pFilters->SetFont(GetFont(FONT_APP));
+  m_pFilters->SetShown(true);
   m_pNothing = new QLabel(m_pTable->viewport());
   m_pChosen = new QLabel(this);
   m_pChosen->setTextFormat(Qt::PlainText);
@@ -65,51 +70,50 @@ CDevicePanel::CDevicePanel(const QList<DEVICE_RECORD>& Devices, bool bDeviceNeed
   m_pEndian->addItem(QStringLiteral("Little"), ENDIAN_LITTLE);
   m_pEndian->addItem(QStringLiteral("Big"), ENDIAN_BIG);
   LayOut();
-  connect(m_pFilters, &CColumnFilterBar::FilterChanged, this, &CDevicePanel::OnFilterChanged);
-  connect(m_pFilters, &CColumnFilterBar::Left, this, &CDevicePanel::OnFilterLeft);
+  // While rows go, the table may select others on its own: nobody chose those.
+  connect(m_pProxy, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] { m_bChanging = true; });
+  connect(m_pProxy, &QAbstractItemModel::layoutChanged, this, &CDevicePanel::OnRowsChanged);
+  connect(m_pFilters, &CFilterHeaderView::Left, this, &CDevicePanel::OnFilterLeft);
   connect(m_pTable->selectionModel(), &QItemSelectionModel::selectionChanged, this, &CDevicePanel::OnSelected);
-  connect(m_pTable, &QTableView::doubleClicked, this, &CDevicePanel::DeviceActivated);
+  connect(m_pTable, &QTreeView::doubleClicked, this, &CDevicePanel::DeviceActivated);
   connect(m_pCoreIndex, &QSpinBox::valueChanged, this, &CConfigPanel::Changed);
   connect(m_pEndian, &QComboBox::currentIndexChanged, this, &CConfigPanel::Changed);
 }
 
 void CDevicePanel::InitTable() {
   m_pTable->setObjectName(QStringLiteral("Devices"));
+  m_pTable->setHeader(m_pHeader);
   m_pTable->setModel(m_pProxy);
   m_pTable->setFont(GetFont(FONT_APP));
-  m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-  m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
-  m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  m_pTable->setAlternatingRowColors(true);
-  m_pTable->setShowGrid(false);
-  m_pTable->setWordWrap(false);
-  m_pTable->setTabKeyNavigation(false);
+  m_pTable->SetFlat(true);
+  m_pTable->setFrameShape(QFrame::StyledPanel);
   m_pTable->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  m_pTable->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  auto* const pDelegate = new CItemDelegate(*this, m_pTable);
+  pDelegate->SetFonts(GetFont(FONT_APP), GetFont(FONT_APP));
+  m_pTable->setItemDelegate(pDelegate);
+  m_pHeader->setFont(GetFont(FONT_TABLE_HEADER));
+  m_pHeader->setSortIndicator(CDeviceDataModel::COLUMN_MANUFACTURER, Qt::AscendingOrder);
   m_pTable->setSortingEnabled(true);
-  m_pTable->sortByColumn(CDeviceDataModel::COLUMN_MANUFACTURER, Qt::AscendingOrder);
-  m_pTable->verticalHeader()->hide();
-  m_pTable->verticalHeader()->setMinimumSectionSize(1);
-  m_pTable->verticalHeader()->setDefaultSectionSize(GetFontHeight(FONT_APP) + ROW_MARGIN);
-  m_pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  QHeaderView* const pHeader = m_pTable->horizontalHeader();
-  pHeader->setFont(GetFont(FONT_TABLE_HEADER));
-  pHeader->setHighlightSections(false);
+  FitColumns();
+}
+
+void CDevicePanel::FitColumns() {
   int Width = m_pTable->verticalScrollBar()->sizeHint().width() + 2 * m_pTable->frameWidth();
   for (int Column = 0; Column < CDeviceDataModel::NUM_COLUMNS; ++Column) {
     int TextWidth = GetTextWidth(FONT_APP, QString(MIN_COLUMN_CHARACTERS, QLatin1Char('n')));
     for (int Row = 0; Row < m_pModel->rowCount(); ++Row)
       TextWidth = std::max(TextWidth, GetTextWidth(FONT_APP, m_pModel->index(Row, Column).data().toString()));
-    pHeader->resizeSection(Column, TextWidth + CELL_MARGIN);
+    m_pHeader->resizeSection(Column, TextWidth + CELL_MARGIN);
     Width += TextWidth + CELL_MARGIN;
   }
   m_pTable->setMinimumWidth(Width);
-  pHeader->setSectionResizeMode(DEVICE_COLUMN, QHeaderView::Stretch);
+  m_pHeader->setStretchLastSection(false);
+  m_pHeader->setSectionResizeMode(DEVICE_COLUMN, QHeaderView::Stretch);
 }
 
 void CDevicePanel::LayOut() {
   auto* const pHeading = new QLabel(QStringLiteral("&Devices that the V-Node library knows:"), this);
-  pHeading->setBuddy(m_pFilters->Filter(DEVICE_COLUMN));
+  pHeading->setBuddy(m_pFilters->Cell(DEVICE_COLUMN));
   auto* const pCore = new QLabel(QStringLiteral("&Core Index:"), this);
   pCore->setBuddy(m_pCoreIndex);
   auto* const pEndian = new QLabel(QStringLiteral("&Endianness:"), this);
@@ -126,7 +130,7 @@ void CDevicePanel::LayOut() {
   pRow->addWidget(pEndian);
   pRow->addWidget(m_pEndian);
   auto* const pTable = new QVBoxLayout;
-  pTable->setSpacing(2);
+  pTable->setSpacing(0);
   pTable->addWidget(m_pFilters);
   pTable->addWidget(m_pTable, 1);
   auto* const pLayout = new QVBoxLayout(this);
@@ -139,7 +143,7 @@ void CDevicePanel::LayOut() {
 
 void CDevicePanel::showEvent(QShowEvent* pEvent) {
   CConfigPanel::showEvent(pEvent);
-  m_pFilters->Filter(DEVICE_COLUMN)->setFocus();
+  m_pFilters->EditFilter(DEVICE_COLUMN);
   SelectChosen();
 }
 
@@ -165,7 +169,7 @@ bool CDevicePanel::IsInputValid() const {
 
 void CDevicePanel::OnSelected() {
   const QModelIndexList Rows = m_pTable->selectionModel()->selectedRows(DEVICE_COLUMN);
-  if (m_bFiltering || Rows.isEmpty()) return;
+  if (m_bChanging || Rows.isEmpty()) return;
   const QString sDevice = Rows.constFirst().data().toString();
   // The library doesn't tell the cases of letters apart: the name stays as a project wrote it.
   if (sDevice.compare(m_sDevice, Qt::CaseInsensitive) == 0) return;
@@ -179,7 +183,7 @@ void CDevicePanel::SelectChosen() {
   const int Row = m_pModel->FindDevice(m_sDevice);
   const QModelIndex Index = Row < 0 ? QModelIndex() : m_pProxy->mapFromSource(m_pModel->index(Row, DEVICE_COLUMN));
   if (!Index.isValid()) return m_pTable->selectionModel()->clear();
-  m_pTable->selectRow(Index.row());
+  m_pTable->setCurrentIndex(Index);
   m_pTable->scrollTo(Index, QAbstractItemView::PositionAtCenter);
 }
 
@@ -198,24 +202,25 @@ void CDevicePanel::ShowState() {
   m_pNothing->setVisible(m_pProxy->rowCount() == 0);
 }
 
-void CDevicePanel::OnFilterChanged(int Column, const QString& sText) {
-  // While rows go, the table selects others on its own: nobody chose those.
-  m_bFiltering = true;
-  m_pProxy->SetFilter(Column, sText);
+void CDevicePanel::OnRowsChanged() {
   SelectChosen();
-  m_bFiltering = false;
+  m_bChanging = false;
   ShowState();
+}
+
+TEXT_MATCH CDevicePanel::GetFilterMatch(const QModelIndex& Index, const QString& sText) const {
+  return m_pProxy->GetMatch(Index.column(), sText);
 }
 
 // From a filter to what it found: to the first row, unless the chosen device is among them.
 void CDevicePanel::OnFilterLeft() {
   if (m_pProxy->rowCount() == 0) return;
   m_pTable->setFocus();
-  if (!m_pTable->selectionModel()->hasSelection()) m_pTable->selectRow(0);
+  if (!m_pTable->selectionModel()->hasSelection()) m_pTable->setCurrentIndex(m_pProxy->index(0, DEVICE_COLUMN));
 }
 
 QList<QWidget*> CDevicePanel::Inputs() const {
   QList<QWidget*> Inputs;
-  for (int Column = 0; Column < CDeviceDataModel::NUM_COLUMNS; ++Column) Inputs << m_pFilters->Filter(Column);
+  for (int Column = 0; Column < CDeviceDataModel::NUM_COLUMNS; ++Column) Inputs << m_pFilters->Cell(Column);
   return Inputs << m_pTable << m_pCoreIndex << m_pEndian;
 }

@@ -1,4 +1,6 @@
 // Completion of commands: what is offered for which line, and what the keys do with it.
+#include <QAbstractItemModelTester>
+#include <QCompleter>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -37,6 +39,7 @@ private Q_SLOTS:
     m_Entered.clear();
     m_pInput = std::make_unique<CCommandInput>(nullptr);
     m_pInput->SetSources(Sources());
+    new QAbstractItemModelTester(m_pInput->findChild<QCompleter*>()->model(), m_pInput.get());
     connect(m_pInput.get(), &CCommandInput::CommandEntered, this, [this](const QString& sText) { m_Entered << sText; });
     m_pInput->resize(400, 24);
     m_pInput->show();

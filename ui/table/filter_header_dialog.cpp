@@ -8,6 +8,12 @@
 #include "shell/look/look.h"
 #include "ui/table/column_filter.h"
 
+namespace {
+
+constexpr int FIELD_WIDTH = 200;  // pixels; the title needs it too
+
+}  // namespace
+
 CFilterHeaderDialog::CFilterHeaderDialog(QWidget* pParent, const QString& sColumn, U32 Kind)
     : CDialog(pParent, QStringLiteral("FilterHeaderDialog"), QStringLiteral("Set Filter: ") + sColumn), m_Kind(Kind) {
   setWindowIcon(GetIcon(QStringLiteral("funnel-small.png")));
@@ -20,7 +26,8 @@ CFilterHeaderDialog::CFilterHeaderDialog(QWidget* pParent, const QString& sColum
   m_pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   pLayout->addLayout(pForm);
   pLayout->addWidget(m_pButtons);
-  for (const QLineEdit* const pField : {m_pMin, m_pMax}) {
+  for (QLineEdit* const pField : {m_pMin, m_pMax}) {
+    pField->setMinimumWidth(FIELD_WIDTH);
     connect(pField, &QLineEdit::textChanged, this, &CFilterHeaderDialog::OnEditBoxTextChanged);
   }
   connect(m_pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);

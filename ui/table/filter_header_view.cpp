@@ -15,6 +15,10 @@ namespace {
 
 constexpr int MAX_FILTER_TEXT = 1024;  // characters; a limited input keeps Escape for itself
 constexpr int ROW_MARGIN = 6;          // pixels
+// The style's own frame can't be seen on a dark ground.
+constexpr char CELL_STYLE[] =
+    "QLineEdit { border: 1px solid palette(mid); border-radius: 2px; padding: 0 1px; }"
+    "QLineEdit:focus { border-color: palette(highlight); }";
 
 }  // namespace
 
@@ -35,6 +39,7 @@ CFilterHeaderView::CFilterHeaderView(QTreeView* pView, CTableHeader* pHeader, CS
   connect(pView->horizontalScrollBar(), &QScrollBar::valueChanged, this, &CFilterHeaderView::LayOut);
   connect(pProxy, &CSortFilter::FiltersChanged, this, &CFilterHeaderView::ShowFilters);
   hide();
+  setStyleSheet(QLatin1String(CELL_STYLE));
   MakeCells();
   SetFont(font());
 }
@@ -62,10 +67,16 @@ void CFilterHeaderView::MakeCells() {
     connect(pCell, &QLineEdit::editingFinished, this, [this, Column] { OnFilterCellEditComplete(Column); });
     connect(pCell, &QWidget::customContextMenuRequested, this,
             [this, Column, pCell](const QPoint& Pos) { ShowMenu(Column, pCell->mapToGlobal(Pos)); });
+    if (m_bLive) connect(pCell, &QLineEdit::textEdited, this, [this, Column] { OnFilterCellEditComplete(Column); });
     m_Cells.insert(Column, pCell);
   }
   ShowFilters();
   LayOutSoon();
+}
+
+void CFilterHeaderView::SetLive() {
+  m_bLive = true;
+  MakeCells();
 }
 
 void CFilterHeaderView::LayOutSoon() {
@@ -129,7 +140,7 @@ bool CFilterHeaderView::EditFilter(int Column) {
 }
 
 void CFilterHeaderView::OnSetFilter(int Column) {
-  const U32 Kind = m_pProxy->headerData(Column, Qt::Horizontal, ROLE_COLUMN_KIND).toUInt();
+  const U32 Kind = m_pProxy->GetFilterKind(Column);
   if (IsTextColumn(Kind)) {
     EditFilter(Column);
     return;
@@ -166,15 +177,16 @@ bool CFilterHeaderView::eventFilter(QObject* pWatched, QEvent* pEvent) {
   const int Key = static_cast<QKeyEvent*>(pEvent)->key();
   const int Column = m_Cells.key(static_cast<QLineEdit*>(pWatched), -1);
   if (Column < 0) return false;
+  // A dialog's own.
+  if (Key == Qt::Key_Escape && m_bLive) return false;
   if (Key == Qt::Key_Escape) {
     m_Cells[Column]->setText(TextOf(Column));
     Q_EMIT Left(Column);
     return true;
   }
-  if (Key == Qt::Key_Down) {
-    OnFilterCellEditComplete(Column);
-    Q_EMIT Left(Column);
-    return true;
-  }
-  return false;
+  const bool bReturn = Key == Qt::Key_Return || Key == Qt::Key_Enter;
+  if (!bReturn && Key != Qt::Key_Down) return false;
+  OnFilterCellEditComplete(Column);
+  if (!bReturn || m_bLive) Q_EMIT Left(Column);
+  return true;
 }

@@ -20,6 +20,8 @@ public:
 
   // Shows or hides the bar. A change removes all filters: none works that is not seen.
   void SetShown(bool bShown);
+  // For dialogs: filters apply while they are typed, Return goes on to the rows, and Escape is the dialog's.
+  void SetLive();
   // The focus to the cell of a column, all of its text selected; false if it has none.
   bool EditFilter(int Column);
   QLineEdit* Cell(int Column) const { return m_Cells.value(Column); }
@@ -53,4 +55,5 @@ private:
   CSortFilter* m_pProxy;
   QMap<int, QLineEdit*> m_Cells;  // by column of the model
   QTimer m_LayoutTimer;
+  bool m_bLive = false;
 };

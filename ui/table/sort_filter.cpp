@@ -28,8 +28,7 @@ void CSortFilter::SetFilter(int Column, const QString& sText) {
   const QString sFilter = sText.isEmpty() ? QString(NO_FILTER) : sText;
   if (sFilter == GetFilter(Column)) return;
   m_Filters.erase(Column);
-  if (sFilter != NO_FILTER && sourceModel())
-    m_Filters.emplace(Column, CColumnFilter(sFilter, KindOf(*sourceModel(), Column)));
+  if (sFilter != NO_FILTER && sourceModel()) m_Filters.emplace(Column, CColumnFilter(sFilter, GetFilterKind(Column)));
   Rebuild();
   Q_EMIT FiltersChanged();
 }
@@ -39,6 +38,11 @@ void CSortFilter::ClearFilters() {
   m_Filters.clear();
   Rebuild();
   Q_EMIT FiltersChanged();
+}
+
+U32 CSortFilter::GetFilterKind(int Column) const {
+  const U32 Flags = headerData(Column, Qt::Horizontal, ROLE_COLUMN_FLAGS).toUInt();
+  return Flags & COLUMN_TEXT_FILTER ? COLUMN_TEXT : headerData(Column, Qt::Horizontal, ROLE_COLUMN_KIND).toUInt();
 }
 
 QString CSortFilter::GetFilter(int Column) const {

@@ -27,6 +27,8 @@ public:
   // "*" where there is none.
   QString GetFilter(int Column) const;
   bool HasFilters() const { return !m_Filters.empty(); }
+  // How the column's filters are read: COLUMN_KINDS.
+  U32 GetFilterKind(int Column) const;
   // The part of an item's text that a filter names, for marking.
   TEXT_MATCH GetMatch(int Column, const QString& sText) const;
 

@@ -34,5 +34,6 @@ enum COLUMN_FLAGS : U32 {
   COLUMN_HIDDEN = 2,     // not shown until the user asks for it
   COLUMN_NO_FILTER = 4,  // no cell in the filter bar
   COLUMN_EDITABLE = 8,
-  COLUMN_VALUE_FONT = 16,  // in the fixed-pitch font of values
+  COLUMN_VALUE_FONT = 16,   // in the fixed-pitch font of values
+  COLUMN_TEXT_FILTER = 32,  // of numbers with a unit: sorted by number, filtered by what is shown
 };
