@@ -4,6 +4,7 @@ namespace {
 
 constexpr U32 BYTES_PER_KB = 1024;
 constexpr U32 BYTES_PER_MB = BYTES_PER_KB * 1024;
+
 QList<TABLE_COLUMN> MakeColumns() {
   const auto Number = [](const QString& sTitle) {
     return TABLE_COLUMN{sTitle, COLUMN_INTEGER, 10, COLUMN_TEXT_FILTER, Qt::AlignRight};
