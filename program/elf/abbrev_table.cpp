@@ -49,6 +49,7 @@ bool CAbbrevTable::ReadSpecs(CByteCursor& Bytes, ABBREV& Abbrev) {
       aConsts.push_back(Bytes.Sleb());
     }
     aSpecs.push_back(Spec);
+    if (Attr < ABBREV::NUM_QUICK_ATTRS) Abbrev.aQuickAttrs[Attr / 64] |= 1ull << Attr % 64;
   }
   Abbrev.NumSpecs = static_cast<U32>(aSpecs.size()) - Abbrev.FirstSpec;
   return true;

@@ -23,6 +23,9 @@ struct SKIP_STEP {
 };
 
 struct ABBREV {
+  static constexpr U32 NUM_QUICK_ATTRS = 128;  // lower numbers are looked up in a set; nearly all are
+
+  U64 aQuickAttrs[NUM_QUICK_ATTRS / 64];
   U32 Code;
   U16 Tag;
   bool bChildren;
@@ -47,6 +50,13 @@ public:
   }
   std::span<const ATTR_SPEC> Specs(const ABBREV& Abbrev) const {
     return {aSpecs.data() + Abbrev.FirstSpec, Abbrev.NumSpecs};
+  }
+  bool Has(const ABBREV& Abbrev, U32 Attr) const {
+    if (Attr < ABBREV::NUM_QUICK_ATTRS) return Abbrev.aQuickAttrs[Attr / 64] >> Attr % 64 & 1;
+    for (const ATTR_SPEC& Spec : Specs(Abbrev)) {
+      if (Spec.Attr == Attr) return true;
+    }
+    return false;
   }
   // Passes over all values of an entry.
   void Skip(const ABBREV& Abbrev, CByteCursor& Bytes) const;

@@ -127,11 +127,32 @@ void DropAbstractVars(DWARF_INFO& Info) {
   Info.Lists.aOriginsOfVars = {};
 }
 
+namespace {
+
+// The walk leaves the list nearly sorted: what is out of order lies within one function or class. Only these
+// stretches are sorted.
+void SortStretches(std::vector<DIE_OWNED>& aOwned) {
+  std::vector<U32> aGreatest(aOwned.size());  // owner up to here
+  U32 Greatest = 0;
+  for (size_t i = 0; i < aOwned.size(); ++i) aGreatest[i] = Greatest = std::max(Greatest, aOwned[i].Owner);
+  U32 Least = ~0u;
+  size_t End = aOwned.size();
+  for (size_t i = aOwned.size(); i-- > 0;) {
+    Least = std::min(Least, aOwned[i].Owner);
+    if (i > 0 && aGreatest[i - 1] > Least) continue;
+    std::sort(aOwned.begin() + static_cast<std::ptrdiff_t>(i), aOwned.begin() + static_cast<std::ptrdiff_t>(End),
+              [](const DIE_OWNED& A, const DIE_OWNED& B) {
+                return A.Owner != B.Owner ? A.Owner < B.Owner : A.Entry < B.Entry;
+              });
+    End = i;
+  }
+}
+
+}  // namespace
+
 void SortOwned(DIE_LISTS& Lists) {
   for (std::vector<DIE_OWNED>* paOwned : {&Lists.aMembers, &Lists.aLocals, &Lists.aBases}) {
-    std::sort(paOwned->begin(), paOwned->end(), [](const DIE_OWNED& A, const DIE_OWNED& B) {
-      return A.Owner != B.Owner ? A.Owner < B.Owner : A.Entry < B.Entry;
-    });
+    SortStretches(*paOwned);
   }
 }
 

@@ -28,12 +28,7 @@ public:
   std::span<const ATTR_SPEC> Specs() const { return pUnit->pAbbrevs->Specs(*pAbbrev); }
   // Offset of the first value in the section.
   U32 ValuesAt() const { return FirstValue; }
-  bool Has(U32 Attr) const {
-    for (const ATTR_SPEC& Spec : Specs()) {
-      if (Spec.Attr == Attr) return true;
-    }
-    return false;
-  }
+  bool Has(U32 Attr) const { return pUnit->pAbbrevs->Has(*pAbbrev, Attr); }
 
 private:
   const DWARF_UNIT* pUnit = nullptr;

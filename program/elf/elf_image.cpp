@@ -1,13 +1,12 @@
 #include "program/elf/elf_image.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "base/endian.h"
 #include "program/elf/elf.h"
 
 namespace {
-
-constexpr size_t PAD_SIZE = 256;  // bytes of zeros behind the file
 
 template <typename RECORD>
 void CopyRecords(const std::vector<U32>& aWords, std::vector<RECORD>& aRecords) {
@@ -24,10 +23,9 @@ T CElfImage::Load(const U8* pData) const {
 template U16 CElfImage::Load<U16>(const U8*) const;
 template U32 CElfImage::Load<U32>(const U8*) const;
 
-void CElfImage::SetData(std::vector<U8> aData) {
-  aBytes = std::move(aData);
-  FileSize = static_cast<U32>(aBytes.size());
-  aBytes.resize(aBytes.size() + PAD_SIZE, 0);
+void CElfImage::SetData(std::unique_ptr<U8[]> pData, U32 Size) {
+  pBytes = std::move(pData);
+  FileSize = Size;
 }
 
 U32 CElfImage::Encoding() const {
@@ -90,7 +88,7 @@ const char* CElfImage::ParseSections() {
 }
 
 const U8* CElfImage::Bytes(U32 Offset, U32 NumBytes) const {
-  return Offset <= FileSize && NumBytes <= FileSize - Offset ? aBytes.data() + Offset : nullptr;
+  return Offset <= FileSize && NumBytes <= FileSize - Offset ? pBytes.get() + Offset : nullptr;
 }
 
 const U8* CElfImage::SectionData(U32 Index) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -9,8 +10,8 @@
 // whatever points outside it reads as absent.
 class CElfImage {
 public:
-  // Takes the file's bytes; a pad of zeros behind them keeps a decoder that looks too far ahead inside the buffer.
-  void SetData(std::vector<U8> aData);
+  // Takes the file's bytes.
+  void SetData(std::unique_ptr<U8[]> pData, U32 Size);
 
   // Each of these returns null, or the reader's message for what is wrong. Called in this order, once.
   const char* ParseHeader();
@@ -46,7 +47,7 @@ public:
   T Load(const U8* pData) const;
 
 private:
-  std::vector<U8> aBytes;
+  std::unique_ptr<U8[]> pBytes;
   U32 FileSize = 0;
   ELF_HEADER Head;
   std::vector<ELF_SEGMENT> aSegments;

@@ -16,20 +16,17 @@ struct FILE_CLOSER {
 constexpr long MAX_FILE_SIZE = 0x7FFFFFFF;  // bytes; offsets in a file are 32 bits wide
 
 // Null, or the message for what went wrong.
-const char* ReadWholeFile(const char* sPath, std::vector<U8>& aData) {
+const char* ReadWholeFile(const char* sPath, std::unique_ptr<U8[]>& pData, U32& Size) {
   const std::unique_ptr<std::FILE, FILE_CLOSER> pStream(std::fopen(sPath, "rb"));
   if (!pStream) return "failed to open file.";
   if (std::fseek(pStream.get(), 0, SEEK_END) != 0) return "invalid file size detected. Could not parse file.";
-  const long Size = std::ftell(pStream.get());
-  if (Size < 1 || Size > MAX_FILE_SIZE) return "invalid file size detected. Could not parse file.";
+  const long NumBytes = std::ftell(pStream.get());
+  if (NumBytes < 1 || NumBytes > MAX_FILE_SIZE) return "invalid file size detected. Could not parse file.";
   std::rewind(pStream.get());
-  try {
-    aData.resize(static_cast<size_t>(Size));
-  } catch (const std::bad_alloc&) {
-    return "could not allocate file data buffer.";
-  }
-  return std::fread(aData.data(), 1, aData.size(), pStream.get()) == aData.size() ? nullptr
-                                                                                  : "could not read file data.";
+  Size = static_cast<U32>(NumBytes);
+  pData.reset(new (std::nothrow) U8[Size]);
+  if (!pData) return "could not allocate file data buffer.";
+  return std::fread(pData.get(), 1, Size, pStream.get()) == Size ? nullptr : "could not read file data.";
 }
 
 bool ParseElf(ELF_FILE& File) {
@@ -115,13 +112,14 @@ void CloseFile() {
 ELF_FILE* ELF_Open(const char* sPath) {
   READER_STATE& State = ReaderState();
   if (State.pFile) return SendMessage("maximum number of files already open."), nullptr;
-  std::vector<U8> aData;
-  if (const char* sError = ReadWholeFile(sPath, aData)) return SendMessage(sError), nullptr;
-  if (aData.size() >= 4 && LoadInt<U32>(aData.data(), false) != ELF_MAGIC) SendMessage("not an elf file.");
+  std::unique_ptr<U8[]> pData;
+  U32 Size = 0;
+  if (const char* sError = ReadWholeFile(sPath, pData, Size)) return SendMessage(sError), nullptr;
+  if (Size >= 4 && LoadInt<U32>(pData.get(), false) != ELF_MAGIC) SendMessage("not an elf file.");
   State.bBusy = true;
   State.pFile = std::make_unique<ELF_FILE>();
   ELF_FILE& File = *State.pFile;
-  File.Image.SetData(std::move(aData));
+  File.Image.SetData(std::move(pData), Size);
   if (!ParseElf(File)) {
     CloseFile();
     return nullptr;

@@ -1,5 +1,7 @@
 #include "program/elf/frame_table.h"
 
+#include <algorithm>
+
 #include "program/elf/elf_frames.h"
 #include "program/elf/reader_state.h"
 

@@ -1,5 +1,7 @@
 #include "program/elf/line_header.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr U64 MIN_VERSION = 2;

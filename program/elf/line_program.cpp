@@ -1,5 +1,7 @@
 #include "program/elf/line_program.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr U32 MAX_OPCODE = 255;

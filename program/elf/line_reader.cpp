@@ -1,5 +1,7 @@
 #include "program/elf/line_reader.h"
 
+#include <algorithm>
+
 #include "program/elf/elf.h"
 #include "program/elf/source_path.h"
 

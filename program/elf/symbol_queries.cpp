@@ -1,4 +1,6 @@
 // Queries about ELF symbols, and those that both kinds of handle answer.
+#include <algorithm>
+
 #include "program/elf/base_type_name.h"
 #include "program/elf/die_lookup.h"
 #include "program/elf/die_ranges.h"

@@ -1,5 +1,6 @@
 #include "program/elf/unit_walker.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "program/elf/collectors.h"
