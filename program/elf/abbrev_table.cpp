@@ -7,7 +7,9 @@ namespace {
 constexpr U64 MAX_NUMBER = 0xFFFF;  // of a tag, an attribute and a form
 constexpr U64 MAX_CODE = 0xFFFFFFFFu;
 // Tables of a sound file stand apart. Those of a damaged one can begin anywhere inside others.
-constexpr U64 MAX_DECODED_TIMES = 8;  // the section's size
+constexpr U64 MAX_DECODED_TIMES = 4;   // the section's size
+constexpr U64 MAX_DECODED = 64 << 20;  // bytes
+constexpr U32 MAX_SPECS = 256;         // of an entry; compilers write about 20
 
 }  // namespace
 
@@ -40,7 +42,8 @@ bool CAbbrevTable::ReadSpecs(CByteCursor& Bytes, ABBREV& Abbrev) {
   Abbrev.FirstSpec = static_cast<U32>(aSpecs.size());
   while (true) {
     const U64 Attr = Bytes.Leb(), Form = Bytes.Leb();
-    if (Attr > MAX_NUMBER || Form > MAX_NUMBER) Bytes.Spoil();
+    const bool bTooMany = aSpecs.size() - Abbrev.FirstSpec >= MAX_SPECS;
+    if (Attr > MAX_NUMBER || Form > MAX_NUMBER || bTooMany) Bytes.Spoil();
     if (!Bytes.Ok()) return false;
     if (Attr == 0 && Form == 0) break;
     ATTR_SPEC Spec = {static_cast<U16>(Attr), static_cast<U16>(Form), 0};
@@ -93,7 +96,7 @@ const CAbbrevTable* CAbbrevTables::At(U64 Offset, const FORM_SIZES& Sizes) {
   const auto Known = Tables.find(Key);
   if (Known != Tables.end()) return Known->second.get();
   CByteCursor Bytes = Sections.Bytes(DEBUG_SECTION::Abbrev);
-  if (NumDecoded > MAX_DECODED_TIMES * Bytes.Left()) return nullptr;
+  if (NumDecoded > std::min(MAX_DECODED_TIMES * Bytes.Left(), MAX_DECODED)) return nullptr;
   Bytes.Skip(Offset);
   if (!Bytes.More()) return nullptr;
   auto pTable = std::make_unique<CAbbrevTable>(Bytes, Sizes);

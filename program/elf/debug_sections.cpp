@@ -11,6 +11,7 @@ namespace {
 
 constexpr size_t MAX_MESSAGE_LENGTH = 2000;
 constexpr U64 MAX_EXPANDED = 0x7FFFFFFF;  // bytes of all compressed sections, like those of a file
+constexpr U32 MAX_COMPLAINTS = 200;       // about one file
 const char COMPRESSED_PREFIX[] = ".zdebug_";
 
 // In the order of DEBUG_SECTION.
@@ -73,13 +74,11 @@ CByteCursor CDebugSections::Contents(U32 Index, bool bZdebug) {
 }
 
 void CDebugSections::Complain(const char* sWhat, const char* sFunction, const char* sItem, U64 Value) const {
+  if (NumComplaints > MAX_COMPLAINTS) return;
   char acText[MAX_MESSAGE_LENGTH + 1];
-  if (sItem) {
-    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s (%s, 0x%llX)", sWhat, sFunction, sItem, Value);
-  } else {
-    std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s", sWhat, sFunction);
-  }
+  std::snprintf(acText, sizeof(acText), "libdwarf: %s in func %s (%s, 0x%llX)", sWhat, sFunction, sItem, Value);
   if (sLastMessage == acText) return;
   sLastMessage = acText;
-  SendMessage(acText, ELF_DWARF_MSG_FLAGS);
+  const bool bLast = ++NumComplaints > MAX_COMPLAINTS;
+  SendMessage(bLast ? "debug info has more errors, which are not listed." : acText, ELF_DWARF_MSG_FLAGS);
 }

@@ -42,7 +42,7 @@ public:
   bool IsBigEndian() const { return Image.IsBigEndian(); }
 
   // Says what is wrong, in which function of the reader, with the name and the value of the offending item. Nothing is
-  // said twice running.
+  // said twice running, and of a file full of damage only the beginning.
   void Complain(const char* sWhat, const char* sFunction, const char* sItem, U64 Value) const;
 
 private:
@@ -54,6 +54,7 @@ private:
   std::vector<std::unique_ptr<U8[]>> aExpanded;  // bytes of compressed sections
   U64 ExpandedSize = 0;
   mutable std::string sLastMessage;
+  mutable U32 NumComplaints = 0;
 
   void AddSection(U32 Index);
   CByteCursor Contents(U32 Index, bool bZdebug);

@@ -201,6 +201,15 @@ TEST_F(ElfUnits, DamagedUnits) {
   }
 }
 
+// Zeros, as a copy leaves them that was broken off, are damage without end: a console has no room for all of it.
+TEST_F(ElfUnits, MessagesAboutMuchDamageEnd) {
+  ASSERT_NE(OpenBytes(CElfBuilder().Add(".debug_abbrev", "00").Add(".debug_info", std::vector<U8>(4000)).Bytes()),
+            nullptr);
+  EXPECT_EQ(aMessages[199], "libdwarf: unit header is cut off in func ReadUnitHeader (offset, 0x31C)");
+  EXPECT_EQ(aMessages[200], "debug info has more errors, which are not listed.");
+  EXPECT_FALSE(aMessages[201].starts_with("libdwarf"));
+}
+
 // Codes need not count from 1, nor ascend; of two abbreviations with one code the first counts.
 TEST_F(ElfUnits, SparseAbbreviations) {
   OpenBytes(CElfBuilder()
