@@ -1,3 +1,4 @@
+#include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QTabBar>
@@ -11,6 +12,7 @@
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_link.h"
 #include "shell/settings/settings_cache.h"
+#include "shell/settings/var_ids.h"
 #include "tests/common/write_file.h"
 #include "ui/tool_tip.h"
 #include "ui/windows/source_editor.h"
@@ -21,6 +23,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr U32 CORTEX_M4 = 0x0E0000FF;
+constexpr int TIP_WAIT_MS = 260;
 const QString EXAMPLE = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/");
 
 }  // namespace
@@ -173,6 +176,55 @@ private Q_SLOTS:
     QCOMPARE(Editor().CursorPos(), Cursor);
   }
 
+  // Where the pointer rests, and the expression whose value is asked for.
+  void tipsAreForCodeAlone() {
+    m_pWindow->Open(WriteFile(m_Dir.filePath(u"tips.c"_s), "count; // count\n/* count */ \"count\" total; none\n"));
+    m_pWindow->SetTipEvaluator([](const QString& sExpression) {
+      if (sExpression == u"total"_s) return u"<outofscope>"_s;
+      return sExpression == u"count"_s || sExpression == u"this->total"_s ? u"1"_s : QString();
+    });
+    const std::tuple<QPoint, QString> Rows[] = {{{2, 0}, u"count"_s},        {{10, 0}, QString()},
+                                                {{4, 1}, QString()},         {{14, 1}, QString()},
+                                                {{22, 1}, u"this->total"_s}, {{28, 1}, QString()}};
+    QString sAsked;
+    connect(m_pWindow.get(), &CSourceWindow::SymbolTooltipRequest, m_pWindow.get(),
+            [&sAsked](const QPoint&, const QString& sExpression) { sAsked = sExpression; });
+    for (const auto& [Pos, sExpected] : Rows) {
+      sAsked.clear();
+      QTest::mouseMove(Editor().viewport(), PointOf(Pos));
+      QTest::qWait(TIP_WAIT_MS);
+      QCOMPARE(sAsked, sExpected);
+    }
+    m_pWindow->SetPreference(PREF_SHOW_TOOLTIPS, 0);
+    QTest::mouseMove(Editor().viewport(), PointOf({2, 0}));
+    QTest::qWait(TIP_WAIT_MS);
+    QCOMPARE(sAsked, QString());
+  }
+
+  void theHeaderBarLeadsToFunctionsAndFollows() {
+    CFileFinder::Get()->SetProjectPath(EXAMPLE + u"traffic_light.vdebug"_s);
+    QCOMPARE(ELFAPI_Load(EXAMPLE + u"traffic_light.elf"_s), 0);
+    m_pWindow->SetPreference(PREF_LOCK_HEADER_BAR, 0);
+    m_pWindow->ShowLocation(ELFAPI_ParseSrcLoc(u"traffic.c:29"_s));
+    auto* const pScopes = m_pWindow->findChild<QComboBox*>(u"comboBoxScope"_s);
+    auto* const pSymbols = m_pWindow->findChild<QComboBox*>(u"comboBoxSymbols"_s);
+    QCOMPARE(pScopes->itemText(0), u"File Scope"_s);
+    QTRY_COMPARE(pScopes->currentText(), u"traffic_tick"_s);
+    Editor().SetCursorPos({0, 35});
+    QTRY_COMPARE(pScopes->currentText(), u"traffic_request"_s);
+    pScopes->setCurrentIndex(0);
+    Q_EMIT pScopes->activated(0);
+    const int Index = pSymbols->findText(u"traffic_init"_s);
+    QVERIFY(Index >= 0 && pSymbols->findText(u"phases"_s) >= 0);
+    Q_EMIT pSymbols->activated(Index);
+    QCOMPARE(m_pWindow->CursorLine(), 17);
+    m_pWindow->SetPreference(PREF_LOCK_HEADER_BAR, 1);
+    const QString sBefore = pScopes->currentText();
+    Editor().SetCursorPos({0, 28});
+    QTest::qWait(TIP_WAIT_MS);
+    QCOMPARE(pScopes->currentText(), sBefore);
+  }
+
   void reloadingReadsTheFileAgain() {
     Open({m_sA, m_sB});
     Editor().SetCursorPos({2, 1});
@@ -189,6 +241,13 @@ private:
   // The last one in front.
   void Open(const QStringList& Paths) {
     for (const QString& sPath : Paths) m_pWindow->Open(sPath);
+  }
+  // A point on a character of the text: column, row.
+  QPoint PointOf(const QPoint& Pos) {
+    const int y = Pos.y() * Editor().RowHeight() + Editor().RowHeight() / 2;
+    int x = 0;
+    while (x < Editor().viewport()->width() && Editor().PosAt({x, y}) != Pos) ++x;
+    return {x, y};
   }
   CSourceEditor& Editor() { return *m_pWindow->findChild<CSourceEditor*>(); }
   QTabBar& Tabs() { return *m_pWindow->findChild<QTabBar*>(); }

@@ -5,321 +5,388 @@
 #include <QTabBar>
 
 #include "device/device.h"
-#include "device/device_context.h"
 #include "program/database/elfapi.h"
-#include "program/database/file_finder.h"
 #include "project/user_file.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/look/look.h"
-#include "shell/settings/colors.h"
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "ui/message_box.h"
 #include "ui/popup_menu.h"
 #include "ui/tool_tip.h"
+#include "ui/windows/document_tabs.h"
 #include "ui/windows/locate_file.h"
-#include "ui/windows/side_bar.h"
-#include "ui/windows/source_document.h"
 #include "ui/windows/source_editor.h"
-
-struct SOURCE_WINDOW_STATE {
-  QTabBar* pTabs = nullptr;
-  CSideBar* pSidebar = nullptr;
-  CSourceEditor* pEditor = nullptr;
-  QList<SOURCE_DOCUMENT> Documents;  // in the order of the tabs
-  int Shown = -1;                    // document that the editor holds
-  CSrcLoc PcLoc;
-  U32 PcAddr = INVALID_ADDR;
-  bool bLoading = false;  // the tab bar changes by ourselves
-  bool bActive = false;   // this code view, not the disassembly, stands for the PC
-
-  SOURCE_DOCUMENT* Active() { return Shown >= 0 && Shown < Documents.size() ? &Documents[Shown] : nullptr; }
-  int IndexOf(const QString& sPath) const;
-  bool IsPcIn(const SOURCE_DOCUMENT& Document) const { return PcLoc.IsValid() && Document.FileNo == PcLoc.File; }
-
-  void Show(int Index);
-  void SaveView();
-  void GoToRow(int Line);
-  void HighlightPcLine();
-  unsigned MarksOf(int Row);
-};
-
-// By the path that it was opened with, or by the place where it lies.
-int SOURCE_WINDOW_STATE::IndexOf(const QString& sPath) const {
-  for (qsizetype i = 0; i < Documents.size(); ++i) {
-    if (Documents[i].sFilePath == sPath) return static_cast<int>(i);
-  }
-  const QString sFound = FindSourceFile(sPath);
-  for (qsizetype i = 0; i < Documents.size(); ++i) {
-    if (Documents[i].bExists && Documents[i].sResolvedPath == sFound) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-void SOURCE_WINDOW_STATE::SaveView() {
-  SOURCE_DOCUMENT* const pDocument = Active();
-  if (pDocument && pDocument->bExists) {
-    pDocument->SliderPos = pEditor->TopRow();
-    pDocument->CursorPos = pEditor->CursorTextPos();
-  }
-}
-
-void SOURCE_WINDOW_STATE::Show(int Index) {
-  SaveView();
-  Shown = Index;
-  SOURCE_DOCUMENT* const pDocument = Active();
-  if (pDocument == nullptr) {
-    pEditor->SetMessage(QString());
-    return;
-  }
-  if (pDocument->bExists) {
-    pEditor->SetText(pDocument->sText, pDocument->sFilePath, pDocument->FileNo);
-    pEditor->SetCursorTextPos(pDocument->CursorPos);
-    pEditor->verticalScrollBar()->setValue(pDocument->SliderPos);
-  } else {
-    pEditor->SetMessage(
-        QStringLiteral("File not found:\n\n%1\n\nPlease use the source files window to locate the file manually")
-            .arg(pDocument->sFilePath));
-  }
-  HighlightPcLine();
-}
-
-void SOURCE_WINDOW_STATE::GoToRow(int Line) {
-  const int Row = pEditor->RowOfLine(static_cast<U32>(Line) + 1);
-  pEditor->EnsureRowVisible(Row);
-  pEditor->SetCursorPos({0, Row});
-}
-
-void SOURCE_WINDOW_STATE::HighlightPcLine() {
-  pEditor->ClearHighlights();
-  SOURCE_DOCUMENT* const pDocument = Active();
-  const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
-  if (pDocument && pDocument->bExists && bHalted && IsPcIn(*pDocument)) {
-    const U32 ColorID = bActive ? COLOR_PC_ACTIVE : COLOR_PC_INACTIVE;
-    pEditor->SetLineHighlight(PcLoc.Line, ColorID);
-    pEditor->SetAddrHighlight(PcAddr, ColorID);
-  }
-  pSidebar->update();
-}
-
-unsigned SOURCE_WINDOW_STATE::MarksOf(int Row) {
-  const SOURCE_DOCUMENT* const pDocument = Active();
-  if (pDocument == nullptr || !pDocument->bExists || pDocument->FileNo == INVALID_FILE_ID) return SIDE_BAR_NONE;
-  if (!pEditor->IsSourceRow(Row)) return SIDE_BAR_NONE;
-  const CSrcLoc Loc = pEditor->LocOfRow(Row);
-  unsigned Marks = SIDE_BAR_NONE;
-  for (const U32 Addr : ELFAPI_GetAddrsOfLoc(Loc)) {
-    Marks |= SIDE_BAR_CODE;
-    BP Entry;
-    if (!CDevice::Get().Context().Breakpoints.GetAt(Addr, Entry)) continue;
-    if (Entry.State == BP_STATE_ENABLED) Marks |= SIDE_BAR_BREAKPOINT;
-    if (Entry.State == BP_STATE_DISABLED) Marks |= SIDE_BAR_BREAKPOINT_DISABLED;
-  }
-  const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
-  if (bHalted && PcLoc.IsValid() && Loc.IsSameLine(PcLoc)) Marks |= bActive ? SIDE_BAR_PC : SIDE_BAR_PC_INACTIVE;
-  return Marks;
-}
+#include "ui/windows/source_header_bar.h"
+#include "ui/windows/source_marks.h"
+#include "ui/windows/source_menus.h"
+#include "ui/windows/source_mouse.h"
 
 CSourceWindow::CSourceWindow(QWidget* pParent)
-    : CWindow(pParent, QStringLiteral("Source")), m_pState(std::make_unique<SOURCE_WINDOW_STATE>()) {
+    : CWindow(pParent, QStringLiteral("Source")),
+      m_pView(new CSourceView(this)),
+      m_pTips(new CSourceTips(&m_pView->Editor())) {
   Flags &= ~(WF_CLEAR_WHEN_HIDDEN | WF_CLEAR_ON_DISCONNECT);
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  auto* const pCentral = new QWidget(this);
-  pCentral->setObjectName(QStringLiteral("CanvasWidget"));
-  auto* const pLayout = new QVBoxLayout(pCentral);
-  pLayout->setContentsMargins(0, 0, 0, 0);
-  pLayout->setSpacing(0);
-  S.pTabs = new QTabBar(pCentral);
-  S.pTabs->setMovable(true);
-  S.pTabs->setTabsClosable(true);
-  S.pTabs->setExpanding(false);
-  S.pTabs->setDocumentMode(true);
-  S.pTabs->setDrawBase(false);
-  S.pTabs->setElideMode(Qt::ElideRight);
-  S.pTabs->setFocusPolicy(Qt::NoFocus);
-  S.pTabs->installEventFilter(this);
-  S.pEditor = new CSourceEditor(pCentral);
-  S.pEditor->setObjectName(QStringLiteral("SourceEditor"));
-  S.pSidebar = new CSideBar(
-      S.pEditor, [this](int Row) { return m_pState->MarksOf(Row); }, pCentral);
-  pLayout->addWidget(S.pTabs);
-  auto* const pRow = new QHBoxLayout;
-  pRow->setSpacing(0);
-  pRow->addWidget(S.pSidebar);
-  pRow->addWidget(S.pEditor, 1);
-  pLayout->addLayout(pRow, 1);
-  setCentralWidget(pCentral);
-  setFocusProxy(S.pEditor);
-
-  connect(S.pTabs, &QTabBar::currentChanged, this, [this](int Index) {
-    if (!m_pState->bLoading) m_pState->Show(Index);
-    Q_EMIT StatusTextChanged();
-  });
-  connect(S.pTabs, &QTabBar::tabMoved, this, [this](int From, int To) {
-    m_pState->Documents.move(From, To);
-    m_pState->Shown = m_pState->pTabs->currentIndex();
-  });
-  connect(S.pTabs, &QTabBar::tabCloseRequested, this,
-          [this](int Index) { PerformAction(ACTION_FILE_CLOSE, m_pState->Documents[Index].sFilePath); });
-  connect(S.pEditor, &CSourceEditor::CustomContextMenuRequested, this, [this](const QPoint& Pos) {
-    CPopupMenu Menu(this);
-    m_pState->pEditor->AddMenuEntries(&Menu, true);
-    const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
-    if (pDocument && !pDocument->bExists) {
-      const QString sPath = pDocument->sFilePath;
-      Menu.AddSeparator();
-      Menu.addAction(QStringLiteral("&Locate File..."), this, [this, sPath] { LocateFile(this, sPath); });
-    }
-    Menu.Run(Pos);
-  });
-  connect(S.pEditor, &CSourceEditor::CursorPositionChanged, this, [this] { Q_EMIT StatusTextChanged(); });
+  setCentralWidget(m_pView);
+  setFocusProxy(&m_pView->Editor());
+  ConnectView();
 }
 
 CSourceWindow::~CSourceWindow() = default;
 
-bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos, const QPoint& CursorPos) {
-  if (sPath.isEmpty()) return false;
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  const int Index = S.IndexOf(sPath);
-  if (Index >= 0) {
-    if (!bInBackground) S.pTabs->setCurrentIndex(Index);
-    return true;
-  }
-  SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
-  if (SliderPos >= 0) Document.SliderPos = SliderPos;
-  if (CursorPos.x() >= 0) Document.CursorPos = CursorPos;
-  S.bLoading = true;
-  S.Documents.prepend(Document);
-  S.pTabs->insertTab(0, QFileInfo(Document.bExists ? Document.sResolvedPath : sPath).fileName());
-  S.pTabs->setTabIcon(0, GetIcon(QStringLiteral("document-text.png")));
-  if (S.Shown >= 0) ++S.Shown;
-  if (!bInBackground || S.Documents.size() == 1) {
-    S.pTabs->setCurrentIndex(0);
-    S.Show(0);
-  }
-  S.bLoading = false;
-  Q_EMIT ContentChanged();
-  return true;
+void CSourceWindow::ConnectView() {
+  CSourceEditor* const pEditor = &m_pView->Editor();
+  auto* const pMouse = new CSourceMouse(pEditor);
+  m_pView->Tabs().Bar()->installEventFilter(this);
+  connect(pMouse, &CSourceMouse::Clicked, this, &CSourceWindow::OnEditorClicked);
+  connect(pMouse, &CSourceMouse::ArgumentOffered, this, &CSourceWindow::ArgumentOffered);
+  connect(m_pTips, &CSourceTips::SymbolTooltipRequest, this, &CSourceWindow::SymbolTooltipRequest);
+  connect(pEditor, &CSourceEditor::CursorPositionChanged, this, [this] {
+    m_pView->HeaderBar().RequestUpdate();
+    UpdateActions();
+    Q_EMIT StatusTextChanged();
+  });
+  connect(pEditor, &CSourceEditor::LineExpansionStateToggled, this, &CSourceWindow::UpdateActions);
+  connect(pEditor, &CSourceEditor::CustomContextMenuRequested, this, &CSourceWindow::ShowContextMenu);
+  connect(pEditor, &CSourceEditor::DocumentStateChanged, this, &CSourceWindow::DocumentStateChanged);
+  connect(pEditor, &CSourceEditor::DocumentEdited, this, [this](const EDIT_EVENT& Event) {
+    m_pTips->Invalidate();
+    Q_EMIT DocumentEdited(Event);
+  });
+  connect(&m_pView->SideBar(), &CSideBar::Clicked, this, &CSourceWindow::OnSidebarClicked);
+  connect(&m_pView->HeaderBar(), &CSourceHeaderBar::UpdateRequested, this, &CSourceWindow::OnHeaderBarUpdate);
+  connect(&m_pView->HeaderBar(), &CSourceHeaderBar::SymbolChosen, this,
+          [this](const CSrcLoc& Loc) { SelectLocation(Loc, true); });
+  connect(&m_pView->Tabs(), &CDocumentTabs::CloseRequested, this,
+          [this](int Index) { PerformAction(ACTION_FILE_CLOSE, m_pView->Documents().At(Index)->sFilePath); });
+  connect(&m_pView->Tabs(), &CDocumentTabs::MenuRequested, this, &CSourceWindow::ShowTabMenu);
+  connect(m_pView, &CSourceView::DocumentShown, this, &CSourceWindow::OnDocumentShown);
+  connect(m_pView, &CSourceView::DocumentsChanged, this, &CSourceWindow::ContentChanged);
 }
 
-bool CSourceWindow::ShowLocation(const CSrcLoc& Loc) {
+// ---- Documents
+
+bool CSourceWindow::Open(const QString& sPath, bool bInBackground, int SliderPos, const QPoint& CursorPos) {
+  return m_pView->Open(sPath, bInBackground, SliderPos, CursorPos);
+}
+
+bool CSourceWindow::SelectLocation(const CSrcLoc& Loc, bool bSetFocus) {
   if (!Loc.IsValid() || !Open(ELFAPI_GetFilePathOf(Loc.File))) return false;
-  m_pState->GoToRow(static_cast<int>(Loc.Line) - 1);
+  m_pView->GoToRow(GetTextEditor().RowOfLine(Loc.Line));
+  if (bSetFocus) setFocus();
   return true;
 }
 
 bool CSourceWindow::ShowLine(U32 Line) {
   if (Line == 0 || Line > static_cast<U32>(NumLines())) return false;
-  m_pState->GoToRow(static_cast<int>(Line) - 1);
+  m_pView->GoToRow(GetTextEditor().RowOfLine(Line));
   return true;
 }
 
+bool CSourceWindow::SelectText(int LineNo, int Col, int Len) {
+  return m_pView->HasText() && LineNo > 0 && GetTextEditor().SelectText(static_cast<U32>(LineNo), Col, Len);
+}
+
+bool CSourceWindow::SelectTextIn(const QString& sPath, int LineNo, int Col, int Len) {
+  return Open(sPath) && SelectText(LineNo, Col, Len);
+}
+
+bool CSourceWindow::Find(const QString& sText) {
+  m_sFindWhat = sText;
+  return FindNext();
+}
+
+bool CSourceWindow::FindNext() {
+  return m_pView->HasText() && !m_sFindWhat.isEmpty() && GetTextEditor().FindNext(m_sFindWhat);
+}
+
+bool CSourceWindow::FindNextUnderCursor() {
+  return m_pView->HasText() && GetTextEditor().FindNextUnderCursor();
+}
+
 void CSourceWindow::ShowNextDocument() {
-  const int NumTabs = m_pState->pTabs->count();
-  if (NumTabs > 0) m_pState->pTabs->setCurrentIndex((m_pState->pTabs->currentIndex() + 1) % NumTabs);
-}
-
-int CSourceWindow::NumLines() const {
-  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
-  return pDocument && pDocument->bExists ? m_pState->pEditor->NumLines() : 0;
-}
-
-int CSourceWindow::CursorLine() const {
-  return m_pState->pEditor->CursorTextPos().y() + 1;
-}
-
-void CSourceWindow::Close(const QString& sPath) {
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  const int Index = S.IndexOf(sPath);
-  if (Index < 0) return;
-  S.SaveView();
-  S.bLoading = true;
-  S.pTabs->removeTab(Index);
-  S.Documents.removeAt(Index);
-  S.bLoading = false;
-  if (Index == S.Shown) {
-    S.Shown = -1;
-    S.Show(S.pTabs->currentIndex());
-  } else if (Index < S.Shown) {
-    --S.Shown;
-  }
-  Q_EMIT ContentChanged();
-}
-
-void CSourceWindow::CloseAllButThis() {
-  const QString sActive = ActiveFile();
-  for (const QString& sPath : OpenFiles()) {
-    if (sPath != sActive) Close(sPath);
-  }
-}
-
-void CSourceWindow::CloseAll() {
-  while (!m_pState->Documents.isEmpty()) Close(m_pState->Documents.first().sFilePath);
-}
-
-bool CSourceWindow::IsOpen(const QString& sPath) const {
-  return m_pState->IndexOf(sPath) >= 0;
-}
-
-QStringList CSourceWindow::OpenFiles() const {
-  QStringList Files;
-  for (const SOURCE_DOCUMENT& Document : m_pState->Documents) Files << Document.sFilePath;
-  return Files;
+  const int NumTabs = m_pView->Documents().Count();
+  if (NumTabs > 0) m_pView->SetCurrent((m_pView->Shown() + 1) % NumTabs);
 }
 
 QString CSourceWindow::ActiveFile() const {
-  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
+  const SOURCE_DOCUMENT* const pDocument = m_pView->Active();
   return pDocument ? pDocument->sFilePath : QString();
 }
 
+int CSourceWindow::NumLines() const {
+  return m_pView->HasText() ? GetTextEditor().NumLines() : 0;
+}
+
+int CSourceWindow::CursorLine() const {
+  return static_cast<int>(GetTextEditor().LineOfRow(GetTextEditor().CursorPos().y()));
+}
+
+QList<int> CSourceWindow::AllIndices() const {
+  QList<int> Indices(m_pView->Documents().Count());
+  std::iota(Indices.begin(), Indices.end(), 0);
+  return Indices;
+}
+
+QList<int> CSourceWindow::OtherIndices() const {
+  QList<int> Indices = AllIndices();
+  Indices.removeOne(m_pView->Shown());
+  return Indices;
+}
+
+void CSourceWindow::CloseIndices(const QList<int>& Indices) {
+  for (auto it = Indices.crbegin(); it != Indices.crend(); ++it) m_pView->Close(*it);
+}
+
+void CSourceWindow::Close(const QString& sPath) {
+  m_pView->Close(m_pView->Documents().IndexOf(sPath));
+}
+
+void CSourceWindow::CloseAll() {
+  CloseIndices(AllIndices());
+  m_ObsvPoints.Clear();
+}
+
+void CSourceWindow::CloseAllButThis() {
+  CloseIndices(OtherIndices());
+}
+
 void CSourceWindow::ReloadDocuments() {
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  S.SaveView();
-  for (SOURCE_DOCUMENT& Document : S.Documents) {
-    SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
-    Fresh.SliderPos = Document.SliderPos;
-    Fresh.CursorPos = Document.CursorPos;
-    Document = Fresh;
-  }
-  const int Index = S.Shown;
-  S.Shown = -1;
-  S.Show(Index);
+  GetTextEditor().UpdateInstructions();
+  m_pView->Reload(AllIndices());
 }
 
 void CSourceWindow::ResolveDocuments() {
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  S.SaveView();
-  for (qsizetype i = 0; i < S.Documents.size(); ++i) {
-    SOURCE_DOCUMENT& Document = S.Documents[i];
-    if (FindSourceFile(Document.sFilePath) == Document.sResolvedPath) continue;
-    SOURCE_DOCUMENT Fresh = LoadSourceDocument(Document.sFilePath);
-    if (!Fresh.bExists) continue;
-    Fresh.SliderPos = Document.SliderPos;
-    Fresh.CursorPos = Document.CursorPos;
-    Document = Fresh;
-    S.pTabs->setTabText(static_cast<int>(i), QFileInfo(Fresh.sResolvedPath).fileName());
-    if (i != S.Shown) continue;
-    S.Shown = -1;
-    S.Show(static_cast<int>(i));
-    if (S.IsPcIn(Document)) S.GoToRow(static_cast<int>(S.PcLoc.Line) - 1);
+  QList<int> Moved;
+  for (const int i : AllIndices()) {
+    const SOURCE_DOCUMENT& Document = *m_pView->Documents().At(i);
+    if (FindSourceFile(Document.sFilePath) != Document.sResolvedPath) Moved << i;
   }
+  if (Moved.isEmpty()) return;
+  m_pView->Reload(Moved, true);
+  if (Moved.contains(m_pView->Shown()) && GetPcLoc().File == m_pView->ActiveFileNo()) m_pView->ShowPcRow(false);
 }
 
+void CSourceWindow::OnDocumentShown() {
+  m_pTips->Invalidate();
+  OnHeaderBarUpdate();
+  UpdateActions();
+  Q_EMIT StatusTextChanged();
+  // In the turn after this one: the box waits for the user.
+  QMetaObject::invokeMethod(this, &CSourceWindow::ShowOutOfDateNotice, Qt::QueuedConnection);
+}
+
+void CSourceWindow::ShowOutOfDateNotice() {
+  const SOURCE_DOCUMENT* const pDocument = m_pView->Active();
+  // Another question comes first, and shows the document anew.
+  if (pDocument == nullptr || QApplication::activeModalWidget() || !CDevice::Get().IsConnected()) return;
+  if (!IsDocumentModified(pDocument->sFilePath)) return;
+  if (!m_pView->Documents().TakeNotice(*pDocument)) return;
+  CMessageBox::Show(pDocument->FileName(),
+                    QStringLiteral("This source file has changed. It no longer matches the version of\n the file used "
+                                   "to build the application beeing debugged."),
+                    CMessageBox::NO_CHECK_BOX, QStringLiteral("document--exclamation.png"), QDialogButtonBox::Ok);
+}
+
+// ---- Changes
+
+bool CSourceWindow::HasModifiedDocument() const {
+  return m_pView->Documents().HasModified() || HasDocumentWithUnsavedChanges();
+}
+
+bool CSourceWindow::IsDocumentModified(const QString& sPath) const {
+  const int Index = m_pView->Documents().IndexOf(sPath);
+  const SOURCE_DOCUMENT* const pDocument = m_pView->Documents().At(Index);
+  return pDocument && (m_pView->Documents().IsModified(*pDocument) || m_pView->Saver().HasUnsavedChanges(Index));
+}
+
+bool CSourceWindow::Save(const QString& sPath) {
+  return m_pView->Saver().Save(m_pView->Documents().IndexOf(sPath));
+}
+
+bool CSourceWindow::NotifyUserClose(const QString& sPath) {
+  return m_pView->Saver().ConfirmClose({m_pView->Documents().IndexOf(sPath)});
+}
+
+bool CSourceWindow::NotifyUserCloseAll() {
+  return m_pView->Saver().ConfirmClose(AllIndices());
+}
+
+bool CSourceWindow::NotifyUserCloseAllButThis() {
+  return m_pView->Saver().ConfirmClose(OtherIndices());
+}
+
+void CSourceWindow::CheckOutsideChanges() {
+  const QList<int> Changed = m_pView->Saver().ConfirmReload();
+  if (!Changed.isEmpty()) m_pView->Reload(Changed, true);
+}
+
+// ---- Places
+
+CODE_PLACE CSourceWindow::PlaceOfRow(int Row) const {
+  if (!m_pView->HasText() || m_pView->ActiveFileNo() == INVALID_FILE_ID || GetTextEditor().LineOfRow(Row) == 0)
+    return {};
+  return {GetTextEditor().LocOfRow(Row), GetTextEditor().AddrOfRow(Row), GetTextEditor().IsInstructionRow(Row)};
+}
+
+CODE_PLACE CSourceWindow::CursorPlace() const {
+  return PlaceOfRow(GetTextEditor().CursorPos().y());
+}
+
+unsigned CSourceWindow::MarksOfRow(int Row) const {
+  return ::MarksOfRow(GetTextEditor(), m_pView->Pc(), Row);
+}
+
+void CSourceWindow::OnEditorClicked(const QPoint& Pos) {
+  if (!m_pView->HasText()) return;
+  const CSourceEditor& Editor = GetTextEditor();
+  const int CharWidth = std::max(1, QFontMetrics(Editor.font()).horizontalAdvance(QLatin1Char('0')));
+  m_ObsvPoints.Add({m_pView->ActiveFileNo(), ActiveFile(), Editor.LineOfRow(Editor.PosAt(Pos).y()),
+                    std::max(0, Pos.x() / CharWidth), Editor.horizontalScrollBar()->value(),
+                    Editor.verticalScrollBar()->value()});
+}
+
+void CSourceWindow::ShowObsvPoint(const OBSERVATION_POINT& Point) {
+  if (!Point.IsValid() || !Open(Point.sFilePath) || !ShowLine(Point.Line)) return;
+  GetTextEditor().horizontalScrollBar()->setValue(Point.HScroll);
+  GetTextEditor().verticalScrollBar()->setValue(Point.VScroll);
+  setFocus();
+}
+
+void CSourceWindow::OnHeaderBarUpdate() {
+  const CODE_PLACE Place = CursorPlace();
+  m_pView->HeaderBar().SetSelection(Place.Loc.IsValid() ? ELFAPI_GetFuncOfLoc(Place.Loc) : 0);
+}
+
+void CSourceWindow::OnSidebarClicked(int Row, int Button) {
+  const CODE_PLACE Place = PlaceOfRow(Row);
+  if (!Place.IsValid()) return;
+  if (Place.bInstruction) {
+    Q_EMIT InstrSelected(Place.Addr);
+  } else if (Place.HasCode()) {
+    Q_EMIT SrcLocSelected(Place.Loc, 0);
+  }
+  if (Button != Qt::RightButton) {
+    Q_EMIT BreakpointToggleRequested(Place);
+    return;
+  }
+  RunMenu(Place, QCursor::pos(), [](CPopupMenu& Menu) { AddMarginEntries(Menu); });
+}
+
+// ---- Menus
+
+void CSourceWindow::RunMenu(const CODE_PLACE& Place, const QPoint& GlobalPos,
+                            const std::function<void(CPopupMenu&)>& AddEntries) {
+  Q_EMIT MenuOpening(Place);
+  UpdateActions();
+  CPopupMenu Menu(this);
+  AddEntries(Menu);
+  Menu.Run(GlobalPos);
+  Q_EMIT MenuClosed();
+}
+
+void CSourceWindow::ShowContextMenu(const QPoint& GlobalPos) {
+  const SOURCE_DOCUMENT* const pDocument = m_pView->Active();
+  if (pDocument && !pDocument->bExists) {
+    const QString sPath = pDocument->sFilePath;
+    CPopupMenu Menu(this);
+    GetTextEditor().AddMenuEntries(&Menu, false);
+    Menu.AddSeparator();
+    Menu.addAction(QStringLiteral("&Locate File..."), this, [this, sPath] { LocateFile(this, sPath); });
+    Menu.Run(GlobalPos);
+    return;
+  }
+  if (!m_pView->HasText()) return;
+  RunMenu(CursorPlace(), GlobalPos, [this](CPopupMenu& Menu) { AddSourceEntries(Menu, GetTextEditor()); });
+}
+
+void CSourceWindow::ShowTabMenu(int Index, const QPoint& GlobalPos) {
+  m_pView->SetCurrent(Index);
+  CPopupMenu Menu(this);
+  AddTabEntries(Menu);
+  Menu.Run(GlobalPos);
+}
+
+void CSourceWindow::UpdateActions() {
+  CWindow::UpdateActions();
+  // Their keys are those of lines here.
+  actionWinAdd->setEnabled(false);
+  actionWinClear->setEnabled(false);
+  UpdateSourceActions(GetTextEditor(), m_pView->HasText());
+}
+
+// ---- Lines and their instructions
+
+void CSourceWindow::ExpandLine() {
+  const CODE_PLACE Place = CursorPlace();
+  if (!Place.Loc.IsValid() || !GetTextEditor().Expand(Place.Loc)) return;
+  m_pView->Expansions().OnToggled(Place.Loc.Line);
+  m_pView->UpdateHighlights();
+  UpdateActions();
+}
+
+void CSourceWindow::CollapseLine() {
+  const CODE_PLACE Place = CursorPlace();
+  if (!Place.Loc.IsValid() || !GetTextEditor().Collapse(Place.Loc)) return;
+  m_pView->Expansions().OnToggled(Place.Loc.Line);
+  m_pView->UpdateHighlights();
+  UpdateActions();
+}
+
+void CSourceWindow::ExpandAll() {
+  if (!m_pView->HasText()) return;
+  m_pView->Expansions().ExpandAll();
+  m_pView->UpdateHighlights();
+  UpdateActions();
+}
+
+void CSourceWindow::CollapseAll(bool bUpdateHistory) {
+  m_pView->Expansions().CollapseAll(bUpdateHistory);
+  m_pView->UpdateHighlights();
+  UpdateActions();
+}
+
+void CSourceWindow::ExpandPcLine() {
+  if (GetPcLoc().IsValid() && GetPcLoc().File == m_pView->ActiveFileNo()) GetTextEditor().Expand(GetPcLoc());
+}
+
+// ---- The PC line
+
 bool CSourceWindow::ShowPC(U32 PC) {
-  SOURCE_WINDOW_STATE& S = *m_pState;
-  S.PcAddr = PC;
-  S.PcLoc = ELFAPI_GetLastSrcLoc(PC);
-  const bool bShown = ShowLocation(S.PcLoc);
-  S.HighlightPcLine();
+  m_pView->Pc().SetPc(PC);
+  const bool bShown = GetPcLoc().IsValid() && Open(ELFAPI_GetFilePathOf(GetPcLoc().File));
+  if (bShown) {
+    if (m_bAutoExpandPcLine) ExpandPcLine();
+    m_pView->ShowPcRow(false);
+  }
+  m_pView->UpdateHighlights();
+  m_pView->UpdateTabs();
+  UpdateActions();
   return bShown;
 }
 
 void CSourceWindow::ClearPC() {
-  m_pState->PcLoc = CSrcLoc();
-  m_pState->PcAddr = INVALID_ADDR;
-  m_pState->HighlightPcLine();
+  m_pView->Pc().ClearPc();
+  m_pView->UpdateHighlights();
+  m_pView->UpdateTabs();
 }
+
+void CSourceWindow::SetReturnAddrs(const CPcHighlights::RETURN_ADDRS& ReturnAddrs) {
+  m_pView->Pc().SetReturnAddrs(ReturnAddrs);
+  m_pView->UpdateHighlights();
+}
+
+void CSourceWindow::SetCounters(const std::function<std::optional<ROW_COUNTERS>(const CODE_PLACE&)>& CountersOf) {
+  GetSideBar().SetCounters([this, CountersOf](int Row) { return CountersOf(PlaceOfRow(Row)); });
+}
+
+void CSourceWindow::SetHeaderBarVisible(bool bVisible) {
+  m_pView->HeaderBar().setVisible(bVisible);
+}
+
+// ---- CWindow
 
 void CSourceWindow::Clear() {
   CloseAll();
@@ -328,7 +395,7 @@ void CSourceWindow::Clear() {
 }
 
 void CSourceWindow::Repaint() {
-  m_pState->HighlightPcLine();
+  m_pView->UpdateHighlights();
   CWindow::Repaint();
 }
 
@@ -338,7 +405,7 @@ void CSourceWindow::Update(U32 NewPC) {
 }
 
 bool CSourceWindow::IsEmpty() const {
-  return m_pState == nullptr || m_pState->Documents.isEmpty();
+  return m_pView == nullptr || m_pView->Documents().IsEmpty();
 }
 
 QString CSourceWindow::GetEmptyWindowText(DEBUG_STATES) const {
@@ -347,19 +414,40 @@ QString CSourceWindow::GetEmptyWindowText(DEBUG_STATES) const {
 
 void CSourceWindow::SetFont(int FontID, const QFont& /*Font*/) {
   if (FontID != FONT_SRC_CODE && FontID != FONT_APP_MONO && FontID != FONT_APP && FontID != FONT_LINE_NUMBERS) return;
-  m_pState->pEditor->SetFonts(::GetFont(FONT_SRC_CODE), ::GetFont(FONT_LINE_NUMBERS));
-  m_pState->pSidebar->UpdateWidth();
+  GetTextEditor().SetFonts(::GetFont(FONT_SRC_CODE), ::GetFont(FONT_LINE_NUMBERS));
+  GetSideBar().UpdateWidth();
 }
 
 void CSourceWindow::SetColor(int /*ColorID*/, const QColor& /*Color*/) {
-  m_pState->HighlightPcLine();
-  m_pState->pEditor->viewport()->update();
+  m_pView->UpdateHighlights();
+  GetTextEditor().viewport()->update();
+  m_pView->Tabs().UpdateStyle();
 }
 
 void CSourceWindow::SetPreference(int VarID, int Value) {
-  if (VarID == PREF_TAB_SPACING) m_pState->pEditor->SetTabSpacing(Value);
-  if (VarID == PREF_LINE_NUMBER_FREQ) m_pState->pEditor->SetLineNumberFreq(Value);
-  if (VarID == PREF_SHOW_SIDEBAR_SRC) m_pState->pSidebar->setVisible(Value != 0);
+  CSourceEditor& Editor = GetTextEditor();
+  switch (VarID) {
+    case PREF_TAB_SPACING:
+      return Editor.SetTabSpacing(Value);
+    case PREF_LINE_NUMBER_FREQ:
+      return Editor.SetLineNumberFreq(Value);
+    case PREF_SHOW_EXPANSION_BAR:
+      return Editor.SetExpansionBarShown(Value != 0);
+    case PREF_INDENT_INLINE_ASSEMBLY:
+      return Editor.SetInlineAssemblyIndented(Value != 0);
+    case PREF_SHOW_ENCODINGS_ASM:
+      return Editor.SetEncodingsShown(Value != 0);
+    case PREF_SHOW_SIDEBAR_SRC:
+      return GetSideBar().setVisible(Value != 0);
+    case PREF_SHOW_SRC_CODE_PROFILE:
+      return GetSideBar().SetCountersShown(Value != 0);
+    case PREF_LOCK_HEADER_BAR:
+      return m_pView->HeaderBar().SetLocked(Value != 0);
+    case PREF_SHOW_TOOLTIPS:
+      return m_pTips->SetEnabled(Value != 0);
+    default:
+      return;
+  }
 }
 
 QString CSourceWindow::GetUserConfigStr() const {
@@ -371,31 +459,37 @@ void CSourceWindow::SetUserConfigStr(const QString& sConfig) {
   if (Shown) PerformAction(ACTION_EDIT_PREFERENCE, QStringLiteral("PREF_SHOW_SRC_CODE_PROFILE"), *Shown ? 1 : 0);
 }
 
+void CSourceWindow::BackupState(int StateID) {
+  m_States[StateID] = m_pView->SaveState();
+}
+
+void CSourceWindow::RestoreState(int StateID, U32 /*DoNotRestoreFlags*/) {
+  const auto it = m_States.constFind(StateID);
+  if (it != m_States.cend()) m_pView->RestoreState(*it);
+}
+
 QString CSourceWindow::GetStatusText() const {
   if (IsEmpty()) return QStringLiteral("Ln 0  Ch 0");
-  const QPoint Pos = m_pState->pEditor->CursorTextPos();
-  return QStringLiteral("Ln %1  Ch %2").arg(Pos.y() + 1).arg(Pos.x() + 1);
+  return QStringLiteral("Ln %1  Ch %2").arg(CursorLine()).arg(GetTextEditor().CursorPos().x() + 1);
 }
 
 QString CSourceWindow::DumpText() const {
-  const SOURCE_DOCUMENT* const pDocument = m_pState->Active();
-  if (pDocument == nullptr) return {};
-  const QString sPlace = m_pState->PcLoc.IsValid() ? ELFAPI_GetSrcLocText(m_pState->PcLoc) : QString();
-  return QFileInfo(pDocument->sFilePath).fileName() + QLatin1Char('\t') + sPlace + QLatin1Char('\n') + pDocument->sText;
+  if (m_pView->Active() == nullptr) return {};
+  const QString sPlace = GetPcLoc().IsValid() ? ELFAPI_GetSrcLocText(GetPcLoc()) : QString();
+  const QString sText = m_pView->HasText() ? GetTextEditor().GetText() : QString();
+  return QFileInfo(ActiveFile()).fileName() + QLatin1Char('\t') + sPlace + QLatin1Char('\n') + sText;
 }
 
 // The whole path of a tab's file.
 void CSourceWindow::OnTooltipRequested(const QPoint& Pos) {
-  const int Index = m_pState->pTabs->tabAt(m_pState->pTabs->mapFromGlobal(Pos));
-  if (Index < 0) return;
-  const SOURCE_DOCUMENT& Document = m_pState->Documents[Index];
-  CToolTip::_GetSingleton()->ShowText(m_pState->pTabs, Pos,
-                                      Document.bExists ? Document.sResolvedPath : Document.sFilePath);
+  QTabBar* const pBar = m_pView->Tabs().Bar();
+  const SOURCE_DOCUMENT* const pDocument = m_pView->Documents().At(pBar->tabAt(pBar->mapFromGlobal(Pos)));
+  if (pDocument) CToolTip::_GetSingleton()->ShowText(pBar, Pos, pDocument->Place());
 }
 
 void CSourceWindow::OnActivationChanged(bool bActive) {
-  m_pState->bActive = bActive;
-  m_pState->HighlightPcLine();
+  m_pView->Pc().SetActive(bActive);
+  m_pView->UpdateHighlights();
 }
 
 void CSourceWindow::OnDeviceDisconnectDone() {
@@ -404,6 +498,6 @@ void CSourceWindow::OnDeviceDisconnectDone() {
 }
 
 void CSourceWindow::OnDeviceResumeDone(RESUME_MODES Mode) {
-  m_pState->HighlightPcLine();
+  m_pView->UpdateHighlights();
   CWindow::OnDeviceResumeDone(Mode);
 }
