@@ -29,9 +29,8 @@ void ShowTriggered(const QString& sConsoleText, const QString& sMsgBoxText) {
 }
 
 BREAKPOINT_LOCATION AtCursor(const CSourceWindow& Source) {
-  const U32 File = ELFAPI_FileId(Source.ActiveFile());
-  if (Source.IsEmpty() || File == INVALID_FILE_ID) return {};
-  return {{File, static_cast<U32>(Source.CursorLine()), 0}, INVALID_ADDR};
+  const CODE_PLACE Place = Source.CursorPlace();
+  return {Place.bInstruction ? CSrcLoc() : Place.Loc, Place.bInstruction ? Place.Addr : INVALID_ADDR};
 }
 
 void AddKey(CSourceWindow& Source, const QKeySequence& Key, void (*Perform)(const BREAKPOINT_LOCATION&)) {

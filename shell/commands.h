@@ -39,4 +39,5 @@ void RegisterWindowCommands(COMMAND_CONTEXT& Context);
 void RegisterEditCommands(COMMAND_CONTEXT& Context);
 void RegisterSettingsCommands(COMMAND_CONTEXT& Context);
 void RegisterViewCommands(COMMAND_CONTEXT& Context);
+void RegisterSourceCommands(COMMAND_CONTEXT& Context);
 void RegisterHelpCommands(COMMAND_CONTEXT& Context);

@@ -1,4 +1,4 @@
-// Edit.*: the dialogs for preferences and system variables, and fonts.
+// Edit.*: the dialogs for preferences and system variables, fonts, and the search in the active document.
 
 #include <QApplication>
 
@@ -9,10 +9,12 @@
 #include "shell/commands.h"
 #include "shell/dialogs/preferences_dialog.h"
 #include "shell/dialogs/sys_vars_editor.h"
+#include "shell/log/console_print.h"
 #include "shell/look/look.h"
 #include "shell/main_window.h"
 #include "shell/settings/fonts.h"
 #include "ui/dialog.h"
+#include "ui/windows/source_window.h"
 
 namespace {
 
@@ -49,10 +51,19 @@ void EditFont(COMMAND_CONTEXT& Context) {
   SpreadApplicationFont();
 }
 
+void EditFind(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_EDIT_FIND;
+  if (!CheckActionArgs(ID)) return;
+  const QString sText = GetActionArgs(ID).value(0);
+  if (Context.Window.Source().NumLines() == 0) return Fail(ID, ActionError::FILE_IS_NOT_OPEN, QString());
+  if (!Context.Window.Source().Find(sText)) PrintConsole(QStringLiteral("\"%1\" was not found").arg(sText));
+}
+
 constexpr COMMAND_HANDLER EDIT_HANDLERS[] = {
     {ACTION_EDIT_PREFERENCES, EditPreferences},
     {ACTION_EDIT_SYS_VARS, EditSysVars},
     {ACTION_EDIT_FONT, EditFont},
+    {ACTION_EDIT_FIND, EditFind},
 };
 
 }  // namespace

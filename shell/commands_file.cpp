@@ -93,15 +93,33 @@ void Close(COMMAND_CONTEXT& Context) {
   if (sPath.isEmpty()) return SuppressEcho(ID);
   SetActionArgs(ID, QStringList{sPath});
   if (!Source.IsOpen(sPath)) return SetActionError(ID, QLatin1String(ActionError::FILE_IS_NOT_OPEN));
+  if (!Source.NotifyUserClose(sPath)) return SuppressEcho(ID);
   Source.Close(sPath);
 }
 
 void CloseAll(COMMAND_CONTEXT& Context) {
-  if (CheckActionArgs(ACTION_FILE_CLOSE_ALL)) Context.Window.Source().CloseAll();
+  constexpr U32 ID = ACTION_FILE_CLOSE_ALL;
+  if (!CheckActionArgs(ID)) return;
+  if (!Context.Window.Source().NotifyUserCloseAll()) return SuppressEcho(ID);
+  Context.Window.Source().CloseAll();
 }
 
 void CloseAllButThis(COMMAND_CONTEXT& Context) {
-  if (CheckActionArgs(ACTION_FILE_CLOSE_ALL_BUT_THIS)) Context.Window.Source().CloseAllButThis();
+  constexpr U32 ID = ACTION_FILE_CLOSE_ALL_BUT_THIS;
+  if (!CheckActionArgs(ID)) return;
+  if (!Context.Window.Source().NotifyUserCloseAllButThis()) return SuppressEcho(ID);
+  Context.Window.Source().CloseAllButThis();
+}
+
+// Without argument the active document. What goes wrong with the file, the console says by itself.
+void Save(COMMAND_CONTEXT& Context) {
+  constexpr U32 ID = ACTION_FILE_SAVE;
+  if (!CheckActionArgs(ID, 0)) return;
+  CSourceWindow& Source = Context.Window.Source();
+  const QString sPath = ArgOf(ID).isEmpty() ? Source.ActiveFile() : ArgOf(ID);
+  SetActionArgs(ID, QStringList{sPath});
+  if (!Source.IsOpen(sPath)) return SetActionError(ID, QLatin1String(ActionError::FILE_IS_NOT_OPEN));
+  SetActionResult(ID, Source.Save(sPath) ? SAVED : NOT_SAVED);
 }
 
 void NewProject(COMMAND_CONTEXT& Context) {
@@ -156,6 +174,7 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_FILE_CLOSE_ALL, CloseAll},
     {ACTION_FILE_CLOSE_ALL_BUT_THIS, CloseAllButThis},
     {ACTION_FILE_NEW_PROJECT, NewProject},
+    {ACTION_FILE_SAVE, Save},
     {ACTION_FILE_SAVE_PROJ_AS, SaveProjectAs},
     {ACTION_FILE_SAVE_ALL, SaveAll},
     {ACTION_FILE_EXIT, Exit},

@@ -1,15 +1,13 @@
-// View.* and the keys of the source window, as far as their windows exist.
+// View.*, as far as their windows exist.
 
 #include "device/device.h"
 #include "program/database/elfapi.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_errors.h"
 #include "shell/actions/action_ids.h"
-#include "shell/actions/action_info.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
 #include "shell/main_window.h"
-#include "ui/input_dialog.h"
 #include "ui/windows/source_window.h"
 
 namespace {
@@ -43,27 +41,8 @@ void ViewSource(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_VIEW_SOURCE;
   if (!CheckActionArgs(ID)) return;
   CSourceWindow& Source = Context.Window.Source();
-  if (!Source.ShowLocation(ELFAPI_ParseSrcLoc(GetActionArgs(ID).value(0))))
+  if (!Source.SelectLocation(ELFAPI_ParseSrcLoc(GetActionArgs(ID).value(0)), true))
     return SetActionError(ID, QLatin1String(ActionError::NO_SOURCE_INFO));
-  Source.setFocus();
-}
-
-void GoToLine(COMMAND_CONTEXT& Context) {
-  const CSourceWindow& Source = Context.Window.Source();
-  if (Source.IsEmpty()) return;
-  CInputDialog Dialog(&Context.Window, QStringLiteral("Go to Line"), QStringLiteral("arrow-curve.png"),
-                      QStringLiteral("Line number (1 to %1):").arg(std::max(1, Source.NumLines())));
-  Dialog.SetText(QString::number(Source.CursorLine()));
-  Dialog.SetMandatory(true);
-  if (Dialog.exec() == QDialog::Accepted) PerformAction(ACTION_VIEW_LINE, Dialog.Text());
-}
-
-void GoToPC(COMMAND_CONTEXT&) {
-  if (IsActionEnabled(ACTION_VIEW_PC_LINE, true)) PerformAction(ACTION_VIEW_PC_LINE);
-}
-
-void ShowNextDocument(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().ShowNextDocument();
 }
 
 constexpr COMMAND_HANDLER HANDLERS[] = {
@@ -71,17 +50,10 @@ constexpr COMMAND_HANDLER HANDLERS[] = {
     {ACTION_VIEW_PC_LINE, ViewPCLine},
     {ACTION_VIEW_LINE, ViewLine},
     {ACTION_VIEW_SOURCE, ViewSource},
-    {ACTION_SRC_VIEW_LINE, GoToLine},
-    {ACTION_SRC_VIEW_PC, GoToPC},
-    {ACTION_SRC_SHOW_NEXT_DOCUMENT, ShowNextDocument},
 };
 
 }  // namespace
 
 void RegisterViewCommands(COMMAND_CONTEXT& Context) {
   RegisterCommands(Context, HANDLERS);
-  // Every code view has this key for itself.
-  QAction* const pGoToPC = GetAction(ACTION_SRC_VIEW_PC);
-  pGoToPC->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  Context.Window.Source().addAction(pGoToPC);
 }

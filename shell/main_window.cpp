@@ -34,6 +34,7 @@
 #include "shell/settings/fonts.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
+#include "shell/source_binding.h"
 #include "shell/startup.h"
 #include "shell/table_windows.h"
 #include "shell/window_table.h"
@@ -199,6 +200,7 @@ void CMainWindow::ConnectWindows() {
   connect(m_pSource, &CWindow::ContentChanged, this, &CMainWindow::UpdateActions, Qt::QueuedConnection);
   connect(m_pLoader.get(), &CProgramLoader::AboutToChange, this, [this] { m_pSource->ClearPC(); });
   connect(m_pLoader.get(), &CProgramLoader::DataFileOpened, this, &CMainWindow::OnDataFileOpened);
+  BindSource(*this);
   BindTableWindows(*this, *m_pLoader);
   BindBreakpoints(*this, *m_pLoader);
 }
@@ -208,22 +210,6 @@ void CMainWindow::ShowStatusOf(const CWindow& Window) {
   const QList<CWindow*>& All = GetWindowList();
   const bool bOther = std::any_of(All.begin(), All.end(), [](const CWindow* pWindow) { return pWindow->HasFocus(); });
   if (Window.HasFocus() || !bOther) CStatusBar::_GetSingleton()->SetActiveWindowStatus(Window.GetStatusText());
-}
-
-void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
-  for (CWindow* const pWindow : GetWindowList()) {
-    pWindow->SetSrcLanguage(ELFAPI_GetSrcLang());
-    pWindow->OnDataFileOpened(sPath);
-  }
-  if (!sPath.isEmpty()) FocusSourceWindow();
-  if (bSame) {
-    m_pSource->ReloadDocuments();
-  } else {
-    m_pSource->CloseAll();
-    const ELF_SYM_HANDLE Main = ELFAPI_GetEntryFunc();
-    const CSrcLoc Loc = Main ? ELFAPI_GetFirstSrcLoc(ELFAPI_GetAddr(Main)) : CSrcLoc();
-    if (Loc.IsValid()) m_pSource->ShowLocation(Loc);
-  }
 }
 
 void CMainWindow::OnWindowShown() {
@@ -250,6 +236,8 @@ void CMainWindow::UpdateActions() {
   State.ProjectOpen = CProject::Get().IsOpen();
   State.ProjectModified = CProject::Get().IsModified();
   State.DocumentOpen = !m_pSource->IsEmpty();
+  State.ActiveDocumentModified = m_pSource->IsActiveDocumentChanged();
+  State.AnyDocumentModified = m_pSource->HasDocumentWithUnsavedChanges();
   State.sActiveDocument = QFileInfo(m_pSource->ActiveFile()).fileName();
   State.HasBreakpoint = !CBreakpointManager::Get().IsEmpty();
   State.PCHasSource = State.Connected && ELFAPI_HasSrcLoc(static_cast<U32>(Device.GetPC()));
@@ -313,7 +301,6 @@ void CMainWindow::RaiseConsole() {
   m_pConsole->DrainAll();
 }
 
-// The viewer does not edit yet, so that no source can differ.
 bool CMainWindow::NeedsTrace() const {
   for (const char* sName : {"Code Profile", "Instruction Trace", "Timeline"}) {
     if (FindWindow(QLatin1String(sName), true)) return true;
@@ -322,28 +309,11 @@ bool CMainWindow::NeedsTrace() const {
          (GetVarValue(PREF_SHOW_ASM_CODE_PROFILE) != 0 && FindWindow(QStringLiteral("Disassembly"), true));
 }
 
-bool CMainWindow::ConfirmModifiedSources() {
-  return true;
-}
-
 bool CMainWindow::ConfirmProjectErrors(const QStringList& Errors) {
   return CWarningsDialog::ShowList(
       QStringLiteral("Project File Errors"), QStringLiteral("The project file contains errors:"), Errors,
       QStringLiteral("Some debugging features might be disabled."),
       [] { QDesktopServices::openUrl(QUrl::fromLocalFile(CProject::Get().GetFileName())); });
-}
-
-void CMainWindow::OpenSourceFile(const QString& sPath) {
-  m_pSource->Open(sPath);
-}
-
-bool CMainWindow::CloseDocuments() {
-  m_pSource->CloseAll();
-  return true;
-}
-
-bool CMainWindow::SaveDocuments() {
-  return true;
 }
 
 // The tips of menu entries and buttons take their turn among the status bar's texts.

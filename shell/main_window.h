@@ -117,6 +117,7 @@ private:
   void UpdateHaltResumeButtons();
   void OnApplicationActivated();
   void OnDataFileOpened(const QString& sPath, bool bSame);
+  void ShowDocumentsOf(const QString& sProgram);
   bool OnKeyPress(QWidget* pWidget, QKeyEvent* pEvent);
   bool IsOwnInput(QWidget* pWidget) const;
   bool PerformAlternateKey(const QString& sKey);

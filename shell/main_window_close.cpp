@@ -18,6 +18,7 @@
 #include "shell/session_controller.h"
 #include "shell/settings/sys_vars.h"
 #include "ui/message_box.h"
+#include "ui/windows/source_window.h"
 
 void CMainWindow::StopTimers() {
   for (QTimer* const pTimer : findChildren<QTimer*>()) pTimer->stop();
@@ -73,5 +74,6 @@ void CMainWindow::OnApplicationActivated() {
   if (!Project.IsOpening() && VScript::CallLevel() == 0 && VScript::Reload() == 1 && VScript::HasError()) {
     PrintProjectError();
   }
+  m_pSource->CheckOutsideChanges();
   UpdateActions();
 }

@@ -39,6 +39,7 @@ void CMainWindow::CreateMenus() {
   RegisterWindowCommands(*m_pCommands);
   RegisterEditCommands(*m_pCommands);
   RegisterViewCommands(*m_pCommands);
+  RegisterSourceCommands(*m_pCommands);
   m_Menus = CreateMenuBar(this);
   m_ToolBars = CreateToolBars(this);
   // So that keys act while no menu is open. Those of a window act in that window only.

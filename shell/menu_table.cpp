@@ -71,6 +71,18 @@ constexpr MENU_ITEM LOCATION_ITEMS[] = {
 };
 constexpr MENU_TABLE LOCATION_MENU = {"Go T&o", LOCATION_ITEMS};
 
+constexpr MENU_ITEM SOURCE_VIEW_ITEMS[] = {
+    Entry(ACTION_SRC_EXPAND_LINE, "&Expand Line", "node-expand.png"),
+    Entry(ACTION_SRC_COLLAPSE_LINE, "&Collapse Line", "node-collapse.png"),
+    Entry(ACTION_SRC_EXPAND_ALL_LINES, "Expand &All Lines", "expand-all.png"),
+    Entry(ACTION_SRC_COLLAPSE_ALL_LINES, "C&ollapse All Lines", "collapse-all.png"),
+    SEPARATOR,
+    Entry(ACTION_SRC_SHOW_CODE_PROFILE, "&Show Execution Counters"),
+    Entry(ACTION_SRC_RESET_CODE_PROFILE, "&Reset Execution Counters"),
+    Entry(ACTION_SRC_LOCK_HEADER_BAR, "&Lock Header Bar"),
+};
+constexpr MENU_TABLE SOURCE_VIEW_MENU = {"Source View", SOURCE_VIEW_ITEMS};
+
 constexpr MENU_ITEM TOOL_BAR_ITEMS[] = {
     Entry(ACTION_TOOLBAR_SHOW_FILE, "&File"),
     Entry(ACTION_TOOLBAR_SHOW_DEBUG, "&Debug"),
@@ -109,6 +121,7 @@ constexpr MENU_ITEM VIEW_ITEMS[] = {
     Entry(ACTION_VIEW_PC, "Show &PC", "view-pc.png"),
     Entry(ACTION_VIEW_PC_LINE, "Show PC Line", "arrow-pc.png"),
     Sub(LOCATION_MENU),
+    Sub(SOURCE_VIEW_MENU),
     SEPARATOR,
     Sub(TOOL_BAR_MENU),
 };

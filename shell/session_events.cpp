@@ -88,6 +88,7 @@ void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
 void CSessionController::OnDeviceConnectFailed(CONNECT_MODES) {
   Status().SetStatusMessage(QStringLiteral("V-Node: error connecting to device"));
   PrintConsoleColor(QStringLiteral("Connection failed"), COLOR_LOGGING_VNODE);
+  SetVarValue(GetVarInfo(VAR_ALLOW_DEBUG_MODIFIED_SRC), 0, 0);
   m_View.OnSessionStateChanged();
 }
 

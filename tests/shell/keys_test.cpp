@@ -68,6 +68,8 @@ private Q_SLOTS:
         ::UpdateActions(State);
         if (IsActionEnabled(IDs[0], true)) break;
       }
+      // The others are their window's business, which has nothing to show here.
+      if (!HasEnableRule(IDs[0])) GetAction(IDs[0])->setEnabled(true);
       Press(sKey);
       QVERIFY2(m_Hits == IDs, qPrintable(sKey));
     }
@@ -82,9 +84,10 @@ private Q_SLOTS:
     for (const auto& [sKey, ID] : Rows) {
       RecordRow(ID);
       ::UpdateActions(RUNNING);
+      if (!HasEnableRule(ID)) GetAction(ID)->setEnabled(true);
       Press(sKey);
       QCOMPARE(m_Hits, Expected << ID);
-      if (ID != ACTION_DEBUG_HALT) UnregisterActionHandler(ID);
+      if (ID == ACTION_TIMELINE_ZOOM_IN) UnregisterActionHandler(ID);
     }
   }
 

@@ -15,7 +15,8 @@ namespace {
 // Commands that ask for what is missing, take what is active instead, or can do without.
 constexpr U32 ARGUMENTS_OPTIONAL[] = {
     ACTION_FILE_OPEN,  ACTION_FILE_OPEN_RECENT_PROGRAM, ACTION_FILE_LOAD,
-    ACTION_FILE_CLOSE, ACTION_FILE_SAVE_PROJ_AS,        ACTION_WINDOW_CLOSE,
+    ACTION_FILE_CLOSE, ACTION_FILE_SAVE,                ACTION_FILE_SAVE_PROJ_AS,
+    ACTION_WINDOW_CLOSE,
 };
 
 bool IsToCome(U32 ID) {

@@ -7,6 +7,7 @@
 #include "device/breakpoints/breakpoint_manager.h"
 #include "device/breakpoints/windows/breakpoint_actions.h"
 #include "device/breakpoints/windows/breakpoint_cells.h"
+#include "device/breakpoints/windows/breakpoint_offer.h"
 #include "device/breakpoints/windows/breakpoints_data_model.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -115,7 +116,7 @@ const CBreakpointRec* CBreakpointWindow::CurrentRecord() const {
 
 void CBreakpointWindow::UpdateActions() {
   CModelViewWindow::UpdateActions();
-  if (actionBpClearAll == nullptr) return;
+  if (actionBpClearAll == nullptr || CBreakpointOffer::Current()) return;
   const CBreakpointRec* const pRecord = CurrentRecord();
   const bool bEnabled = pRecord && pRecord->State == BP_STATE_ENABLED;
   const auto Offer = [](QAction* pAction, bool bOn) {
@@ -131,13 +132,8 @@ void CBreakpointWindow::UpdateActions() {
   actionBpClearAll->setEnabled(!IsEmpty());
 }
 
-BREAKPOINT_LOCATION CBreakpointWindow::TakePlace(U32 ActionID) const {
-  const QString sPlace = GetActionArgs(ActionID).value(0);
-  if (!sPlace.isEmpty()) {
-    SetActionArgs(ActionID);
-    const CSrcLoc Known = Breakpoints().FindByText(sPlace);
-    return Known.IsValid() ? BREAKPOINT_LOCATION{Known, INVALID_ADDR} : ParseBreakpointLocation(sPlace);
-  }
+BREAKPOINT_LOCATION CBreakpointWindow::Place() const {
+  if (const BREAKPOINT_LOCATION* const pOffered = CBreakpointOffer::Current()) return *pOffered;
   const CBreakpointRec* const pRecord = CurrentRecord();
   return pRecord ? PlaceOf(*pRecord) : BREAKPOINT_LOCATION{};
 }
@@ -147,24 +143,23 @@ void CBreakpointWindow::OnActionAddTriggered() {
 }
 
 void CBreakpointWindow::OnActionBPSetTriggered() {
-  PerformBreakpoint(TakePlace(ACTION_BP_SET), ACTION_BREAK_SET_ON_SRC, ACTION_BREAK_SET);
+  PerformBreakpoint(Place(), ACTION_BREAK_SET_ON_SRC, ACTION_BREAK_SET);
 }
 
 void CBreakpointWindow::OnActionBPClearTriggered() {
-  PerformBreakpoint(TakePlace(ACTION_BP_CLEAR), ACTION_BREAK_CLEAR_ON_SRC, ACTION_BREAK_CLEAR);
+  PerformBreakpoint(Place(), ACTION_BREAK_CLEAR_ON_SRC, ACTION_BREAK_CLEAR);
 }
 
 void CBreakpointWindow::OnActionBPEnableTriggered() {
-  PerformBreakpoint(TakePlace(ACTION_BP_ENABLE), ACTION_BREAK_ENABLE_ON_SRC, ACTION_BREAK_ENABLE);
+  PerformBreakpoint(Place(), ACTION_BREAK_ENABLE_ON_SRC, ACTION_BREAK_ENABLE);
 }
 
 void CBreakpointWindow::OnActionBPDisableTriggered() {
-  PerformBreakpoint(TakePlace(ACTION_BP_DISABLE), ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
+  PerformBreakpoint(Place(), ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
 }
 
 void CBreakpointWindow::OnActionBPEditDialogTriggered() {
-  const BREAKPOINT_LOCATION Place = TakePlace(ACTION_BP_EDIT_DIALOG);
-  if (Place.IsValid()) EditBreakpoint(Place);
+  if (Place().IsValid()) EditBreakpoint(Place());
 }
 
 void CBreakpointWindow::OnActionBPClearAllTriggered() {

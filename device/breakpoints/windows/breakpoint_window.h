@@ -49,8 +49,8 @@ protected:
 private:
   QAction* AddBreakpointAction(const char* sObjectName, const char* sText, const char* sIcon, const char* sSlot);
   const CBreakpointRec* CurrentRecord() const;
-  // The place that the action of a row was called with, otherwise that of the current item.
-  BREAKPOINT_LOCATION TakePlace(U32 ActionID) const;
+  // What the actions act on: what another window offers, otherwise the current item.
+  BREAKPOINT_LOCATION Place() const;
   void AddTypeEntries(QMenu* pMenu, const CBreakpointRec& Record);
   void ShowTypeMenu(const QModelIndex& Index);
   void Select(const std::function<bool(const CBreakpointRec&)>& IsWanted);
