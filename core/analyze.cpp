@@ -38,11 +38,14 @@ bool Decode(const SNAPSHOT& Core, U32 Addr, U32 Mode, const U8* pBytes, U32 NumB
 
 using INST_AT = std::pair<U32, VCORE_INST>;
 
-void StoreAll(const std::vector<INST_AT>& aInst) {
+// Nothing when the program or the core has changed since the snapshot. False then.
+bool StoreAll(const SNAPSHOT& Snapshot, const std::vector<INST_AT>& aInst) {
   CORE_STATE& Core = State();
   const std::unique_lock Lock(Core.Mutex);
+  if (Core.Generation != Snapshot.Generation) return false;
   for (const auto& [Addr, Inst] : aInst) Core.Cache.Store(Addr, Inst);
   Core.InstCounts.clear();
+  return true;
 }
 
 // Decodes [Start, End) from pData, or from memory where that is null.
@@ -88,7 +91,7 @@ U32 AnalyzeAdd(U64 Start, U64 End, const U8* pData) {
   const U32 First = AlignedDown(Core, Start);
   std::vector<INST_AT> aInst;
   DecodeRange(Core, First, static_cast<U32>(End), pData, aInst);
-  StoreAll(aInst);
+  StoreAll(Core, aInst);
   return static_cast<U32>(End) - First;
 }
 
@@ -112,7 +115,11 @@ U32 AnalyzeProgram() {
   U32 NumBytes = 0;
   for (const CODE& Code : aCode) {
     const U64 End = static_cast<U64>(Code.Addr) + static_cast<U64>(Code.Bytes.size());
-    NumBytes += AnalyzeAdd(Code.Addr, End, reinterpret_cast<const U8*>(Code.Bytes.constData()));
+    if (End >= INVALID_ADDR) continue;
+    std::vector<INST_AT> aInst;
+    DecodeRange(Snapshot, Code.Addr, static_cast<U32>(End), reinterpret_cast<const U8*>(Code.Bytes.constData()), aInst);
+    if (!StoreAll(Snapshot, aInst)) break;
+    NumBytes += static_cast<U32>(End) - Code.Addr;
   }
   return NumBytes;
 }

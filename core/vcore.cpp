@@ -53,7 +53,7 @@ void UseModel(CORE_STATE* pModel) {
   pModelOfThread = pModel;
 }
 
-void TakeProgram(CORE_STATE& Model) {
+bool TakeProgram(CORE_STATE& Model) {
   CORE_STATE& Core = State();
   bool bDecoded = false;
   {
@@ -66,7 +66,7 @@ void TakeProgram(CORE_STATE& Model) {
     bDecoded = Core.pAPI == Model.pAPI && Core.Cpu == Model.Cpu;
     if (bDecoded) std::swap(Core.Cache, Model.Cache);
   }
-  if (!bDecoded) AnalyzeProgram();
+  return bDecoded;
 }
 
 SNAPSHOT TakeSnapshot() {

@@ -150,7 +150,8 @@ std::shared_ptr<CORE_STATE> NewModel();
 // Everything that this thread calls here is about that model from now on, or about the common one for null.
 void UseModel(CORE_STATE* pModel);
 // The common model takes program, regions, image and decoded instructions from a model that no thread uses any more.
-void TakeProgram(CORE_STATE& Model);
+// False when the present core decodes code in another way: what was decoded is dropped, and AnalyzeProgram is due.
+bool TakeProgram(CORE_STATE& Model);
 
 // Replaces the target image store (load addresses, shared bytes); -1 when a block's size and data disagree.
 int SetImage(const QMemBlocks& Blocks);

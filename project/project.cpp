@@ -73,6 +73,7 @@ void CProject::Close() {
   m_ProgramFileTime = QDateTime();
   m_ProjectIds.clear();
   ClearSvdFiles();
+  if (m_Host.ClearRelocations) m_Host.ClearRelocations();
   if (m_Host.ClearRTTSearchRanges) m_Host.ClearRTTSearchRanges();
   SetModified(false);
   m_bOpen = true;
@@ -86,6 +87,10 @@ void CProject::Create(const QStringList& Commands) {
 
 bool CProject::Save(const QString& sPath) {
   const bool bMakeText = VScript::GetText().isEmpty();
+  if (bMakeText && VScript::HasError() && sPath == GetFileName() && QFileInfo(sPath).size() > 0) {
+    LogMsg(QStringLiteral("\"%1\" was not saved: its text could not be loaded").arg(sPath), MSG_WARNING | MSG_TO_ALL);
+    return false;
+  }
   if (bMakeText) VScript::LoadText(MakeProjectText(GetCommands()));
   if (!VScript::SaveText(sPath)) {
     if (bMakeText) DropText();

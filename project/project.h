@@ -23,6 +23,8 @@ struct PROJECT_HOST {
   // Forgets the paths that the project had given to the file finder, and learns the path of the new one, without
   // symbolic links.
   std::function<void(const QString& sProjectPath)> ResetFileFinder;
+  // Forgets by how much the project had moved symbols.
+  std::function<void()> ClearRelocations;
   // Forgets where the project had the probe look for terminal buffers.
   std::function<void()> ClearRTTSearchRanges;
   // The project was saved: what it names relative to itself is found from there.

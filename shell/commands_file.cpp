@@ -100,15 +100,19 @@ void Close(COMMAND_CONTEXT& Context) {
 void CloseAll(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_FILE_CLOSE_ALL;
   if (!CheckActionArgs(ID)) return;
-  if (!Context.Window.Source().NotifyUserCloseAll()) return SuppressEcho(ID);
-  Context.Window.Source().CloseAll();
+  CSourceWindow& Source = Context.Window.Source();
+  if (!Source.NotifyUserClose(Source.OpenFiles())) return SuppressEcho(ID);
+  Source.CloseAll();
 }
 
 void CloseAllButThis(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_FILE_CLOSE_ALL_BUT_THIS;
   if (!CheckActionArgs(ID)) return;
-  if (!Context.Window.Source().NotifyUserCloseAllButThis()) return SuppressEcho(ID);
-  Context.Window.Source().CloseAllButThis();
+  CSourceWindow& Source = Context.Window.Source();
+  // While the question stands, a halt may bring another document to the front.
+  const QStringList Others = Source.OtherFiles();
+  if (!Source.NotifyUserClose(Others)) return SuppressEcho(ID);
+  Source.CloseFiles(Others);
 }
 
 // Without argument the active document. What goes wrong with the file, the console says by itself.

@@ -72,6 +72,7 @@ void CMainWindow::OnApplicationActivated() {
     }
   }
   if (!Project.IsOpening() && VScript::CallLevel() == 0 && VScript::Reload() == 1 && VScript::HasError()) {
+    RaiseConsole();
     PrintProjectError();
   }
   m_pSource->CheckOutsideChanges();

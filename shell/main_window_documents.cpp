@@ -35,7 +35,7 @@ void CMainWindow::OnDataFileOpened(const QString& sPath, bool bSame) {
 // Those of the former program go, but for changes that the user wants to keep.
 void CMainWindow::ShowDocumentsOf(const QString& sProgram) {
   m_pSource->BackupState(StateIdOf(m_pLoader->GetProgramPath()));
-  if (m_pSource->NotifyUserCloseAll()) m_pSource->CloseAll();
+  if (m_pSource->NotifyUserClose(m_pSource->OpenFiles())) m_pSource->CloseAll();
   m_pSource->ClearLineExpansionHistory();
   m_pSource->RestoreState(StateIdOf(sProgram), 0);
   const ELF_SYM_HANDLE Main = ELFAPI_GetEntryFunc();
@@ -60,7 +60,7 @@ void CMainWindow::OpenSourceFile(const QString& sPath) {
 }
 
 bool CMainWindow::CloseDocuments() {
-  if (!m_pSource->NotifyUserCloseAll()) return false;
+  if (!m_pSource->NotifyUserClose(m_pSource->OpenFiles())) return false;
   m_pSource->CloseAll();
   return true;
 }

@@ -44,6 +44,7 @@ CProgramLoader::CProgramLoader(CSessionController& Session, QWidget* pMainWindow
 
 void CProgramLoader::OpenDataFile(const QString& sPath) {
   if (m_bReading) {
+    SetActionError(ACTION_FILE_OPEN, QStringLiteral("another program is being opened"));
     return PrintConsole(QStringLiteral("\"%1\" was not opened: another program is being opened").arg(sPath));
   }
   if (!m_Clock.isValid()) m_Clock.start();
@@ -63,9 +64,12 @@ void CProgramLoader::OpenDataFile(const QString& sPath) {
 void CProgramLoader::OpenElfDataFile(const QString& sPath) {
   const CCursorShape Wait(Qt::WaitCursor);
   auto pBuild = std::make_unique<CProgramBuild>();
+  // A file that is written again while it is read counts as changed.
+  const QDateTime Time = QFileInfo(sPath).lastModified();
   const PROGRAM_BUILD_RESULT Result = Read(*pBuild, sPath);
   if (Result == PROGRAM_BUILD_STOPPED) return OnCancelled(sPath);
   CProject::Get().SetProgramFile(sPath);
+  CProject::Get().SetProgramFileTime(Time);
   CFileFinder::Get()->SetProgramPath(sPath);
   CDeviceDataProvider::Get().ClearCaches(true);
   if (!Device().IsSessionReady()) Device().ScheduleResetTargetExecState();
@@ -75,6 +79,7 @@ void CProgramLoader::OpenElfDataFile(const QString& sPath) {
     Free(std::move(pBuild));
   } else {
     ELFAPI_Unload();
+    StoreProgramData(QString());
     LogMsg(QStringLiteral("Could not read the program file \"%1\"").arg(sPath), MSG_ERROR | MSG_TO_ALL);
   }
   OnDataFileOpened(sPath);
@@ -90,8 +95,9 @@ PROGRAM_BUILD_RESULT CProgramLoader::Read(CProgramBuild& Build, const QString& s
 void CProgramLoader::OnCancelled(const QString& sPath) {
   SetActionError(ACTION_FILE_OPEN, QLatin1String(ActionError::CANCELLED));
   LogMsg(QStringLiteral("File.Open: \"%1\" was cancelled").arg(sPath), MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
-  CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
+  if (!Device().IsConnected()) CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
   m_bUserChosen = m_bReload = false;
+  Q_EMIT Cancelled();
 }
 
 // The tables of a big program take a tenth of a second to free.

@@ -41,6 +41,8 @@ Q_SIGNALS:
   void Opening(const QString& sPath);
   // The program's views are about to lose their contents.
   void AboutToChange();
+  // The user went back while a program was read.
+  void Cancelled();
   // Everything is read; an empty path: the program was unloaded. bSame: the file was open before.
   void DataFileOpened(const QString& sPath, bool bSame);
 

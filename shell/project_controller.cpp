@@ -41,6 +41,7 @@ CProjectController::CProjectController(IProjectView& View, CSessionController& S
     if (!sPath.isEmpty()) m_RecentPrograms.Update(QString(), sPath);
   });
   connect(&m_Loader, &CProgramLoader::DataFileOpened, this, [this] { m_View.OnProjectStateChanged(); });
+  connect(&m_Loader, &CProgramLoader::Cancelled, this, [this] { m_View.OnProjectStateChanged(); });
 }
 
 void CProjectController::OpenFile(const QString& sPath) {

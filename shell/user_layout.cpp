@@ -84,11 +84,17 @@ public:
 
   void CarryOut(const DOCK_PLAN& Plan) {
     if (Plan.IsEmpty()) return;
+    // Those that are hidden open where they were.
+    QHash<QString, Qt::DockWidgetArea> Areas;
     for (CDockWindow* const pDock : std::as_const(m_Docks)) {
+      Areas.insert(pDock->objectName(), m_Main.dockWidgetArea(pDock));
       pDock->setFloating(false);
       m_Main.removeDockWidget(pDock);
     }
-    for (const QString& sName : Plan.Hidden) Add(Qt::BottomDockWidgetArea, *m_Docks[sName], false);
+    for (const QString& sName : Plan.Hidden) {
+      const Qt::DockWidgetArea Area = Areas.value(sName, Qt::NoDockWidgetArea);
+      Add(Area == Qt::NoDockWidgetArea ? Qt::BottomDockWidgetArea : Area, *m_Docks[sName], false);
+    }
     for (const DOCK_STEP& Step : Plan.Steps) Take(Step);
     for (const DOCK_RECORD& Record : Plan.Floating) Float(Record);
     Resize(Plan.Extents);

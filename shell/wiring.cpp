@@ -67,6 +67,7 @@ void PlugProject() {
     CFileFinder::Get()->Clear();
     CFileFinder::Get()->SetProjectPath(sProjectPath);
   };
+  Host.ClearRelocations = ELFAPI_ClearRelocations;
   Host.ClearRTTSearchRanges = [] { Device().Ops().Channels.RTT.ClearSearchRanges(); };
   Host.SetProjectPath = [](const QString& sProjectPath) { CFileFinder::Get()->SetProjectPath(sProjectPath); };
   Host.DeviceCommands = [] { return VNodeCommands(Device().Context().Config); };

@@ -92,6 +92,8 @@ void CBreakpointManager::Restore(const QList<STORED_BREAKPOINT>& Stored) {
 }
 
 void CBreakpointManager::BackupState() {
+  // Between two programs there is nothing that could take the place of what was put aside.
+  if (IsEmpty() && !ELFAPI_IsLoaded()) return;
   m_Backup = Store();
 }
 

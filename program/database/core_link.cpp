@@ -32,6 +32,6 @@ void UseCore(VCore::CORE_STATE* pCore) {
   VCore::UseModel(pCore);
 }
 
-void TakeCoreProgram(VCore::CORE_STATE& Core) {
-  VCore::TakeProgram(Core);
+bool TakeCoreProgram(VCore::CORE_STATE& Core) {
+  return VCore::TakeProgram(Core);
 }

@@ -25,7 +25,7 @@ QMemBlocks StoreCoreImage(const QMemBlocks& Blocks);
 // one.
 std::shared_ptr<VCore::CORE_STATE> NewCore();
 void UseCore(VCore::CORE_STATE* pCore);
-// The common core model takes the program from one that no thread uses.
-void TakeCoreProgram(VCore::CORE_STATE& Core);
+// The common core model takes the program from one that no thread uses. False when its code has to be decoded anew.
+bool TakeCoreProgram(VCore::CORE_STATE& Core);
 // Decodes the program's functions; they are found by VCore::IsInstruction afterwards.
 void AnalyzeCoreProgram();

@@ -29,6 +29,11 @@ FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
 
 }  // namespace
 
+void ELFAPI_ClearRelocations() {
+  const CDatabaseLock Db;
+  ELF_ClearRelocations();
+}
+
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
   CDatabaseLock Db;
   if (ELF_AddRelocation(sText.toUtf8().constData(), Delta) != 0) return -1;

@@ -106,15 +106,16 @@ ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals
   const CDatabaseLock Db;
   const SYMBOL_NAME Wanted(sName);
   if (Wanted.sName.isEmpty()) return 0;
+  ELF_SYM_LIST Locals;
   if (bLocals) {
-    ELF_SYM_LIST Locals;
     AppendLocals(Locals, Db, Wanted);
     PutInScopeFirst(Locals, Db->Scope.CurrentPC);
-    if (!Locals.isEmpty()) return Locals.first();
+    if (!Locals.isEmpty() && ScopeStart(Locals.first(), Db->Scope.CurrentPC) >= 0) return Locals.first();
   }
   // Inlined instances stand first among the named symbols.
   ELF_SYM_HANDLE Found = bNamed ? FirstFound(Db->NamedIndex, Db->NamedSymbols, Wanted) : 0;
   if (Found == 0 && bTypes) Found = FirstFound(Db->TypeIndex, Db->Types, Wanted);
   if (Found == 0 && bElfSymbols) Found = FirstFound(Db->ElfIndex, Db->Symbols.AllSymbols(), Wanted);
-  return Found;
+  // A local of another block is better than nothing.
+  return Found == 0 ? Locals.value(0, 0) : Found;
 }

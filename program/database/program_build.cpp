@@ -92,10 +92,13 @@ bool BuildTables(DATABASE& Db, CProgress& Progress) {
 
 }  // namespace
 
+// Decoding may ask the target for its state, whose thread may wait for the database: not under its mutex.
 void GiveProgramToCore() {
-  const CDatabaseLock Db;
-  if (!Db->pElf) return;
-  AttachToCore(Db->pElf);
+  {
+    const CDatabaseLock Db;
+    if (!Db->pElf) return;
+    AttachToCore(Db->pElf);
+  }
   AnalyzeCoreProgram();
 }
 
@@ -148,11 +151,15 @@ PROGRAM_BUILD_RESULT CProgramBuild::Read(const QString& sPath, const BUILD_PROGR
 }
 
 void CProgramBuild::TakeOver() {
-  const CBusyMark Busy;
-  CDatabaseLock Db;
-  ELF_ExchangeReader(*m_pReader);
-  TakeCoreProgram(*m_pCore);
-  Db.Exchange(m_pDatabase);
-  VFile::CFileWorker::Get()->SetProgram(Db->DataSegments);
-  DatabaseState().bLoaded = true;
+  bool bDecoded = false;
+  {
+    const CBusyMark Busy;
+    CDatabaseLock Db;
+    ELF_ExchangeReader(*m_pReader);
+    bDecoded = TakeCoreProgram(*m_pCore);
+    Db.Exchange(m_pDatabase);
+    VFile::CFileWorker::Get()->SetProgram(Db->DataSegments);
+    DatabaseState().bLoaded = true;
+  }
+  if (!bDecoded) AnalyzeCoreProgram();
 }

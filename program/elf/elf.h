@@ -262,6 +262,8 @@ U32 ELF_GetRetAddrReg(const ELF_FILE* pFile);
 // Adds Delta to all addresses of the file ("*"), of "START-END", of a section or of a symbol. Outlives a file until the
 // next ELF_Close; a text that names nothing yet is resolved when a file opens. 0, or -1 for an empty or refused text.
 int ELF_AddRelocation(const char* sText, I32 Delta);
+// Forgets those that were added while no file was open; an open file keeps its own until it is closed.
+void ELF_ClearRelocations();
 // Address on the target of an address in the file, by the first entry with Start < Addr + LowAdjust and
 // Addr < End + HighAdjust. Ends of ranges go with (0, 1), everything else with (1, 0).
 U32 ELF_RelocToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust);

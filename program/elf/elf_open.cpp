@@ -157,6 +157,11 @@ bool ELF_IsTargetBigEndian() {
   return ReaderState().bBigEndianTarget;
 }
 
+void ELF_ClearRelocations() {
+  READER_STATE& State = ReaderState();
+  if (!State.pFile) State.Relocations.Clear();
+}
+
 int ELF_AddRelocation(const char* sText, I32 Delta) {
   READER_STATE& State = ReaderState();
   return sText && State.Relocations.Add(sText, Delta, ResolverOf(LoadedFile(State.pFile.get()))) ? 0 : -1;

@@ -30,8 +30,10 @@ QList<BREAKPOINT_TEXT> ListBreakpoints() {
       List << BREAKPOINT_TEXT{Rec.Addr, ACTION_BREAK_CLEAR, HexText(Rec.Addr)};
       continue;
     }
+    // Files in different folders may have the same name.
+    const QString sLine = UniqueLineText(Rec.Loc, CBreakpointManager::Get().PathOf(Rec.Loc));
     for (const CBreakpointRec& Child : Rec.Children) {
-      List << BREAKPOINT_TEXT{Child.Addr, ACTION_BREAK_CLEAR_ON_SRC, Rec.sLocation};
+      List << BREAKPOINT_TEXT{Child.Addr, ACTION_BREAK_CLEAR_ON_SRC, sLine};
     }
   }
   return List;

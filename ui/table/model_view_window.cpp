@@ -194,6 +194,7 @@ void CModelViewWindow::OnDeactivateTimerTimeout() {
 
 void CModelViewWindow::OnWatchdogTimerTimeout() {
   States.ForgetRequests();
+  ReadSoon();
 }
 
 void CModelViewWindow::OnDeviceResumeDone(RESUME_MODES Mode) {

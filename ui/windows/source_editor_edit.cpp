@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "program/database/elfapi.h"
 #include "ui/windows/source_editor_parts.h"
 
 void CSourceEditor::SetEditingAllowed(bool bAllowed) {
@@ -31,7 +32,8 @@ std::optional<QString> CSourceEditor::EditedText(const QString& sFilePath) const
 
 void CSourceEditor::SetSaved(const QString& sFilePath) {
   m_pParts->Edits.SetSaved(sFilePath);
-  if (sFilePath == m_pParts->sFilePath) Q_EMIT DocumentStateChanged(GetFileNo(), false);
+  // The number tells nothing of a document in the background; its listeners look at all of them.
+  Q_EMIT DocumentStateChanged(sFilePath == m_pParts->sFilePath ? GetFileNo() : INVALID_FILE_ID, false);
 }
 
 void CSourceEditor::DropEdits(const QString& sFilePath) {
@@ -53,7 +55,10 @@ bool SOURCE_EDITOR_PARTS::BeginEdit() {
   for (int Row = Range.Start.y(); Row <= Range.End.y(); ++Row) {
     if (Rows.InstructionAt(Row)) return false;
   }
-  if (!Permission.IsGiven(sFilePath)) return false;
+  // While the question stands, another document may come to the front, or a line be opened.
+  const QString sAsked = sFilePath;
+  const int NumRows = Rows.NumRows();
+  if (!Permission.IsGiven(sAsked) || sFilePath != sAsked || Rows.NumRows() != NumRows) return false;
   if (Edits.Has(sFilePath)) return true;
   Edits.Open(sFilePath, Rows.Text().Text());
   Rows.OpenEnd();

@@ -37,9 +37,9 @@ QString CSourceSaver::TextOf(const SOURCE_DOCUMENT& Document) const {
   return m_Editor.EditedText(Document.sFilePath).value_or(Document.sText);
 }
 
-// A dialog that is cancelled leaves the text as the editor has it.
-void CSourceSaver::ChooseLineEnds(SOURCE_DOCUMENT& Document) const {
-  CInputDialog Dialog(QApplication::activeWindow(), QStringLiteral("Save ") + MenuText(Document.FileName()),
+// Nothing where the dialog is cancelled: the text stays as the editor has it.
+std::optional<EOL_FORMAT> CSourceSaver::ChooseLineEnds(const QString& sFileName) const {
+  CInputDialog Dialog(QApplication::activeWindow(), QStringLiteral("Save ") + MenuText(sFileName),
                       QStringLiteral("file-save.png"),
                       QStringLiteral("The document to be saved contains inconsistent line endings.\n"
                                      "Please specify which format is to be used before saving."));
@@ -49,15 +49,22 @@ void CSourceSaver::ChooseLineEnds(SOURCE_DOCUMENT& Document) const {
     Choices << QLatin1String(pConst->sDisplayText);
   }
   Dialog.SetChoices(Choices, EOL_UNIX);
-  if (Dialog.exec() != QDialog::Accepted) return;
+  if (Dialog.exec() != QDialog::Accepted) return {};
   const int Choice = Dialog.Index();
-  if (Choice >= 0 && Choice < static_cast<int>(std::size(EOL_CHOICES))) Document.LineEnding = EOL_CHOICES[Choice];
+  if (Choice < 0 || Choice >= static_cast<int>(std::size(EOL_CHOICES))) return {};
+  return EOL_CHOICES[Choice];
 }
 
 bool CSourceSaver::Save(int Index) {
-  SOURCE_DOCUMENT* const pDocument = m_Documents.At(Index);
+  SOURCE_DOCUMENT* pDocument = m_Documents.At(Index);
   if (pDocument == nullptr || !pDocument->bExists || !HasUnsavedChanges(Index)) return true;
-  if (pDocument->LineEnding == EOL_MIXED) ChooseLineEnds(*pDocument);
+  if (pDocument->LineEnding == EOL_MIXED) {
+    const QString sPath = pDocument->sFilePath;
+    const std::optional<EOL_FORMAT> Chosen = ChooseLineEnds(pDocument->FileName());
+    pDocument = m_Documents.At(m_Documents.IndexOf(sPath));
+    if (pDocument == nullptr) return true;
+    if (Chosen) pDocument->LineEnding = *Chosen;
+  }
   QString sReason;
   if (!WriteSourceDocument(*pDocument, TextOf(*pDocument), &sReason)) {
     PrintConsoleError(QStringLiteral("\"%1\" could not be saved: %2").arg(pDocument->sResolvedPath, sReason));
@@ -70,16 +77,16 @@ bool CSourceSaver::Save(int Index) {
 
 bool CSourceSaver::SaveAll() {
   bool bAll = true;
-  for (int i = 0; i < m_Documents.Count(); ++i) bAll = Save(i) && bAll;
+  for (const QString& sPath : m_Documents.Paths()) bAll = Save(m_Documents.IndexOf(sPath)) && bAll;
   return bAll;
 }
 
-bool CSourceSaver::ConfirmClose(const QList<int>& Indices) {
-  QList<int> Unsaved;
-  QStringList Names;
-  for (const int Index : Indices) {
+bool CSourceSaver::ConfirmClose(const QStringList& Paths) {
+  QStringList Unsaved, Names;
+  for (const QString& sPath : Paths) {
+    const int Index = m_Documents.IndexOf(sPath);
     if (!HasUnsavedChanges(Index)) continue;
-    Unsaved << Index;
+    Unsaved << sPath;
     Names << m_Documents.At(Index)->FileName();
   }
   if (Unsaved.isEmpty()) return true;
@@ -90,19 +97,18 @@ bool CSourceSaver::ConfirmClose(const QList<int>& Indices) {
                                        QDialogButtonBox::Yes | QDialogButtonBox::No | QDialogButtonBox::Cancel);
   if (Answer == CMessageBox::OTHER) return false;
   bool bSaved = true;
-  for (const int Index : Unsaved) {
-    if (Answer == CMessageBox::ACCEPTED) bSaved = Save(Index) && bSaved;
+  for (const QString& sPath : Unsaved) {
+    if (Answer == CMessageBox::ACCEPTED) bSaved = Save(m_Documents.IndexOf(sPath)) && bSaved;
   }
   return bSaved;
 }
 
-QList<int> CSourceSaver::ConfirmReload() {
-  QList<int> Changed;
-  QStringList Names;
+QStringList CSourceSaver::ConfirmReload() {
+  QStringList Changed, Names;
   bool bUnsaved = false;
   for (int i = 0; i < m_Documents.Count(); ++i) {
     if (!HasChangedOutside(*m_Documents.At(i))) continue;
-    Changed << i;
+    Changed << m_Documents.At(i)->sFilePath;
     Names << m_Documents.At(i)->FileName();
     bUnsaved = bUnsaved || HasUnsavedChanges(i);
     m_Documents.SetModified(*m_Documents.At(i));
@@ -118,6 +124,6 @@ QList<int> CSourceSaver::ConfirmReload() {
   const int Answer = CMessageBox::Show(QStringLiteral("Reload Source File"), sText, CMessageBox::NO_CHECK_BOX,
                                        QString(), QDialogButtonBox::Yes | QDialogButtonBox::No);
   if (Answer != CMessageBox::ACCEPTED) return {};
-  for (const int Index : Changed) m_Editor.DropEdits(m_Documents.At(Index)->sFilePath);
+  for (const QString& sPath : Changed) m_Editor.DropEdits(sPath);
   return Changed;
 }

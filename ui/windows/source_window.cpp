@@ -130,14 +130,10 @@ QList<int> CSourceWindow::AllIndices() const {
   return Indices;
 }
 
-QList<int> CSourceWindow::OtherIndices() const {
-  QList<int> Indices = AllIndices();
-  Indices.removeOne(m_pView->Shown());
-  return Indices;
-}
-
-void CSourceWindow::CloseIndices(const QList<int>& Indices) {
-  for (auto it = Indices.crbegin(); it != Indices.crend(); ++it) m_pView->Close(*it);
+QStringList CSourceWindow::OtherFiles() const {
+  QStringList Paths = OpenFiles();
+  Paths.removeOne(ActiveFile());
+  return Paths;
 }
 
 void CSourceWindow::Close(const QString& sPath) {
@@ -145,12 +141,16 @@ void CSourceWindow::Close(const QString& sPath) {
 }
 
 void CSourceWindow::CloseAll() {
-  CloseIndices(AllIndices());
+  CloseFiles(OpenFiles());
   m_ObsvPoints.Clear();
 }
 
 void CSourceWindow::CloseAllButThis() {
-  CloseIndices(OtherIndices());
+  CloseFiles(OtherFiles());
+}
+
+void CSourceWindow::CloseFiles(const QStringList& Paths) {
+  for (const QString& sPath : Paths) Close(sPath);
 }
 
 void CSourceWindow::ReloadDocuments() {
@@ -174,6 +174,7 @@ void CSourceWindow::OnDocumentShown() {
   OnHeaderBarUpdate();
   UpdateActions();
   Q_EMIT StatusTextChanged();
+  Q_EMIT DocumentStateChanged(m_pView->ActiveFileNo(), IsActiveDocumentChanged());
   // In the turn after this one: the box waits for the user.
   QMetaObject::invokeMethod(this, &CSourceWindow::ShowOutOfDateNotice, Qt::QueuedConnection);
 }
@@ -207,19 +208,19 @@ bool CSourceWindow::Save(const QString& sPath) {
 }
 
 bool CSourceWindow::NotifyUserClose(const QString& sPath) {
-  return m_pView->Saver().ConfirmClose({m_pView->Documents().IndexOf(sPath)});
+  return m_pView->Saver().ConfirmClose({sPath});
 }
 
-bool CSourceWindow::NotifyUserCloseAll() {
-  return m_pView->Saver().ConfirmClose(AllIndices());
-}
-
-bool CSourceWindow::NotifyUserCloseAllButThis() {
-  return m_pView->Saver().ConfirmClose(OtherIndices());
+bool CSourceWindow::NotifyUserClose(const QStringList& Paths) {
+  return m_pView->Saver().ConfirmClose(Paths);
 }
 
 void CSourceWindow::CheckOutsideChanges() {
-  const QList<int> Changed = m_pView->Saver().ConfirmReload();
+  QList<int> Changed;
+  for (const QString& sPath : m_pView->Saver().ConfirmReload()) {
+    const int Index = m_pView->Documents().IndexOf(sPath);
+    if (Index >= 0) Changed << Index;
+  }
   if (!Changed.isEmpty()) m_pView->Reload(Changed, true);
 }
 

@@ -59,6 +59,9 @@ public:
   void CloseAll();
   // All but the active document.
   void CloseAllButThis();
+  void CloseFiles(const QStringList& Paths);
+  // All open files but the active one.
+  QStringList OtherFiles() const;
   bool IsOpen(const QString& sPath) const { return m_pView->Documents().IndexOf(sPath) >= 0; }
   QStringList OpenFiles() const { return m_pView->Documents().Paths(); }
   QString ActiveFile() const;
@@ -84,8 +87,7 @@ public:
   bool SaveAll() { return m_pView->Saver().SaveAll(); }
   // Ask what is to become of unsaved changes, before documents are closed; false when they are to stay.
   bool NotifyUserClose(const QString& sPath);
-  bool NotifyUserCloseAll();
-  bool NotifyUserCloseAllButThis();
+  bool NotifyUserClose(const QStringList& Paths);
   // Offers to read those files again that another program has changed; the user has come back from there.
   void CheckOutsideChanges();
 
@@ -171,9 +173,7 @@ protected:
 
 private:
   void ConnectView();
-  void CloseIndices(const QList<int>& Indices);
   QList<int> AllIndices() const;
-  QList<int> OtherIndices() const;
   void ExpandPcLine();
   void ShowObsvPoint(const OBSERVATION_POINT& Point);
   void OnEditorClicked(const QPoint& Pos);

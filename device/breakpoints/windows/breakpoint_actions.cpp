@@ -83,7 +83,14 @@ void EditBreakpoint(BREAKPOINT_LOCATION Location) {
   Dialog.SetBreakpoint(Setting.Props, Setting.State);
   if (Dialog.exec() != QDialog::Accepted) return;
   if (!Dialog.Props().IsSame(Setting.Props)) PerformEdit(Location, Dialog.Props());
-  if (Dialog.State() != Setting.State && Dialog.State() != BP_STATE_MIXED) ToggleBreakpointState(Location);
+  // One that could not be set was shown as disabled.
+  const U32 Shown = Setting.State == BP_STATE_CLEARED ? U32{BP_STATE_DISABLED} : Setting.State;
+  if (Dialog.State() == Shown || Dialog.State() == BP_STATE_MIXED) return;
+  if (Dialog.State() == BP_STATE_ENABLED) {
+    PerformBreakpoint(Location, ACTION_BREAK_ENABLE_ON_SRC, ACTION_BREAK_ENABLE);
+  } else {
+    PerformBreakpoint(Location, ACTION_BREAK_DISABLE_ON_SRC, ACTION_BREAK_DISABLE);
+  }
 }
 
 void AskForBreakpoint() {

@@ -1,6 +1,7 @@
 // The window "Breakpoints" by mouse and keys.
 
 #include <QAbstractItemModelTester>
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -163,6 +164,30 @@ private Q_SLOTS:
     CBreakpointProps Props;
     QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x7E}, Props) && Props.ExtraActionMsgBoxText == u"one of three"_s);
     QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x90}, Props) && Props.ExtraActionMsgBoxText.isEmpty());
+  }
+
+  // A line with one of its addresses off shows a partial tick: what is chosen is what becomes of all of them.
+  void theDialogAppliesWhatIsChosen() {
+    for (const Qt::CheckState Wanted : {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked}) {
+      SetSome();
+      PerformAction(ACTION_BREAK_DISABLE, u"0x0000007E"_s);
+      Settle();
+      ClickOn(u"lines.cpp:29"_s);
+      TakeConsole(*m_pWindow);
+      WhenModal([Wanted](QWidget* pDialog) {
+        auto* const pEnabled = pDialog->findChild<QCheckBox*>("Enabled");
+        QCOMPARE(pEnabled->checkState(), Qt::PartiallyChecked);
+        pEnabled->setCheckState(Wanted);
+        QTest::keyClick(pDialog, Qt::Key_Return);
+      });
+      QTest::keyClick(m_pBreaks->View(), Qt::Key_F8);
+      Settle();
+      const QString sConsole = TakeConsole(*m_pWindow);
+      QCOMPARE(sConsole.contains(u"Break.DisableOnSrc ("_s), Wanted == Qt::Unchecked);
+      QCOMPARE(sConsole.contains(u"Break.EnableOnSrc ("_s), Wanted == Qt::Checked);
+      PerformAction(ACTION_BREAK_CLEAR_ALL);
+      Settle();
+    }
   }
 
   // What the probe has made of them; the simulated core has six comparators.
