@@ -33,7 +33,7 @@ protected:
     API.VNODEARM_SetErrorOutHandler(&Receive<&MESSAGES::Errors>);
   }
   // Asks until the condition holds, for a while of a busy host.
-  static bool WaitFor(const std::function<bool()>& Condition, int TimeoutMs = 5000) {
+  static bool WaitFor(const std::function<bool()>& Condition, int TimeoutMs = 20'000) {
     const auto End = std::chrono::steady_clock::now() + std::chrono::milliseconds(TimeoutMs);
     while (!Condition()) {
       if (std::chrono::steady_clock::now() > End) return false;
@@ -41,7 +41,7 @@ protected:
     }
     return true;
   }
-  static bool WaitForHalt(int TimeoutMs = 5000) {
+  static bool WaitForHalt(int TimeoutMs = 20'000) {
     return WaitFor([] { return API.VNODEARM_IsHalted() == 1; }, TimeoutMs);
   }
   U32 ReadWord(U32 Addr) {

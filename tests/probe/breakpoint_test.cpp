@@ -142,7 +142,7 @@ TEST_F(BreakpointTest, DataEventsStopOnTheirAccess) {
     U32 Handle = 0;
     ASSERT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), 0);
     API.VNODEARM_GoEx(0, 1);
-    EXPECT_EQ(WaitForHalt(Counter ? 2000 : 20), Counter != 0);
+    EXPECT_EQ(WaitForHalt(Counter ? 20'000 : 20), Counter != 0);
     EXPECT_TRUE(!Counter || ReadWord(CFirmware::COUNTER) == Counter);
     EXPECT_EQ(API.VNODEARM_ClrDataEvent(Handle), 0);
     API.VNODEARM_GoEx(0, 1);

@@ -49,10 +49,8 @@ TEST_F(RunControlTest, LockupIsReportedAndCanBeHalted) {
   Connect("Cortex-M3");  // erased flash: no stack, no code
   EXPECT_THAT(Messages.Warnings, testing::IsEmpty()) << "a new board is expected to be empty";
   API.VNODEARM_GoEx(0, 1);
-  for (int i = 0; i < 2000 && Messages.Warnings.empty(); ++i) {
-    std::this_thread::sleep_for(1ms);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
-  }
+  WaitFor([] { return API.VNODEARM_IsHalted() != 0 || !Messages.Warnings.empty(); });
+  EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
   EXPECT_THAT(Messages.Warnings, testing::Contains(testing::HasSubstr("lockup")));
   EXPECT_EQ(API.VNODEARM_Halt(), 0);
   EXPECT_EQ(API.VNODEARM_IsHalted(), 1);

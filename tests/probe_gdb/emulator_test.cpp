@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "server_fixture.h"
-#include "tests/common/free_port.h"
+#include "tests/common/loopback_port.h"
 
 namespace {
 
@@ -56,26 +56,28 @@ protected:
   void SetUp() override {
     CServerTest::SetUp();
     const MACHINE& Machine = GetParam();
-    m_Port = FreePort();
-    m_MonitorPort = FreePort();
+    m_Port.Listen();
+    m_MonitorPort.Listen();
     const std::string sImage =
         std::string(Machine.sMachine).starts_with("none") ? " -device loader,cpu-num=0,file=" : " -kernel ";
-    const std::string sCommand =
-        "qemu-system-arm -S -display none -monitor none -serial none -audiodev none,id=none -gdb tcp:" + Address() +
-        " -qmp tcp:127.0.0.1:" + std::to_string(m_MonitorPort) + ",server=on,wait=off -M " + Machine.sMachine + sImage +
-        Machine.Program();
+    const std::string sCommand = "qemu-system-arm -S -display none -monitor none -serial none -audiodev none,id=none" +
+                                 m_Port.EmulatorOptions("gdb", "-gdb chardev:") +
+                                 m_MonitorPort.EmulatorOptions("qmp", "-qmp chardev:") + " -M " + Machine.sMachine +
+                                 sImage + Machine.Program();
     m_Emulator.setStandardOutputFile(QProcess::nullDevice());
     m_Emulator.setStandardErrorFile(QProcess::nullDevice());
     m_Emulator.startCommand(QString::fromStdString(sCommand));
     if (!m_Emulator.waitForStarted()) GTEST_SKIP() << "qemu-system-arm is not installed";
+    m_Port.Close();
+    m_MonitorPort.Close();
     m_Start = AddressOf(Machine.Program(), "Start");
     m_NextValue = AddressOf(Machine.Program(), "NextValue");
     m_Counter = AddressOf(Machine.Program(), "g_Counter");
     m_Rounds = AddressOf(Machine.Program(), "g_Rounds");
     m_ISA = Machine.bCortexM ? VNODE_BP_THUMB : VNODE_BP_ARM;
     m_PCIndex = Machine.bCortexM ? U32(VNODE_REG_PC) : BANKED_PC;
-    ASSERT_TRUE(WaitFor(
-        [&] { return m_Emulator.state() != QProcess::Running || Connect(Address(), Machine.sDevice) == 0; }, 20'000));
+    ASSERT_TRUE(
+        WaitFor([&] { return m_Emulator.waitForFinished(0) || Connect(m_Port.Address(), Machine.sDevice) == 0; }));
     ASSERT_TRUE(API.VNODEARM_IsConnected());
     Messages.Errors.clear();
   }
@@ -85,36 +87,36 @@ protected:
     m_Emulator.waitForFinished();
   }
 
-  std::string Address() const { return "127.0.0.1:" + std::to_string(m_Port); }
   U32 PC() { return ReadReg(m_PCIndex); }
-  void RunFor(int Milliseconds) {
-    API.VNODEARM_GoEx(0, 1);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(Milliseconds));
-    EXPECT_EQ(API.VNODEARM_Halt(), 0);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
+  // Until the word is above the value: a busy host may give the emulator the processor late.
+  void RunUntilAbove(U32 Addr, U32 Value) {
+    EXPECT_TRUE(WaitFor([&] {
+      API.VNODEARM_GoEx(0, 1);
+      EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      EXPECT_EQ(API.VNODEARM_Halt(), 0);
+      EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
+      return ReadWord(Addr) > Value;
+    }));
   }
 
   QProcess m_Emulator;
-  U16 m_Port = 0, m_MonitorPort = 0;
+  CLoopbackPort m_Port, m_MonitorPort;
   U32 m_Start = 0, m_NextValue = 0, m_Counter = 0, m_Rounds = 0, m_ISA = 0, m_PCIndex = 0;
 };
 
 TEST_P(EmulatorTest, StartsAtTheEntryRunsHaltsAndGoesBackThere) {
   EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
   EXPECT_EQ(PC(), m_Start);
-  RunFor(50);
+  RunUntilAbove(m_Counter, 0);
   const U32 First = ReadWord(m_Counter);
-  EXPECT_GT(First, 0u);
   EXPECT_EQ(ReadWord(m_Counter), First) << "a halted core does not count";
-  RunFor(50);
-  EXPECT_GT(ReadWord(m_Counter), First);
+  RunUntilAbove(m_Counter, First);
   ASSERT_NE(PC(), m_Start);
   EXPECT_EQ(API.VNODEARM_Reset(), 0);
   EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
   EXPECT_EQ(PC(), m_Start);
-  RunFor(20);
-  EXPECT_GT(ReadWord(m_Counter), 0u);
+  RunUntilAbove(m_Counter, 0);
   EXPECT_THAT(Messages.Errors, testing::IsEmpty());
 }
 
@@ -137,8 +139,7 @@ TEST_P(EmulatorTest, BreakpointsStopEachTimeAndNoMoreWhenCleared) {
     EXPECT_EQ(API.VNODEARM_Step(), 0);
     EXPECT_EQ(PC(), m_NextValue + (GetParam().bCortexM ? 2 : 4));
     EXPECT_EQ(API.VNODEARM_ClrBPEx(Handle), 0);
-    RunFor(20);
-    EXPECT_GT(ReadWord(m_Counter), Count + 2);
+    RunUntilAbove(m_Counter, Count + 2);
   }
   EXPECT_THAT(Messages.Errors, testing::IsEmpty());
 }
@@ -161,7 +162,7 @@ TEST_P(EmulatorTest, ABreakpointCanBeSetAndClearedWhileTheCoreRuns) {
 
 TEST_P(EmulatorTest, DataBreakpointsStopAtTheirAccess) {
   U32 Handle = 0;
-  RunFor(10);
+  RunUntilAbove(m_Counter, 0);
   VNODEARM_DATA_EVENT Event = {sizeof(Event), 1, m_Rounds, 0, 0, 0xFFFFFFFF, 5, 0x10, {}};  // write of a word
   ASSERT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), 0);
   API.VNODEARM_GoEx(0, 1);
@@ -177,8 +178,7 @@ TEST_P(EmulatorTest, DataBreakpointsStopAtTheirAccess) {
     EXPECT_EQ(ReadWord(m_Counter), (Before + i) * 1024) << "one round further";
   }
   EXPECT_EQ(API.VNODEARM_ClrDataEvent(Handle), 0);
-  RunFor(30);
-  EXPECT_GT(ReadWord(m_Rounds), Before + 3);
+  RunUntilAbove(m_Rounds, Before + 3);
 
   Event.DataMask = 0;
   EXPECT_EQ(API.VNODEARM_SetDataEvent(&Event, &Handle), VNODE_DATA_EVENT_NO_VALUE_MATCH);
@@ -190,17 +190,19 @@ TEST_P(EmulatorTest, ARunningCoreRunsOnBetweenTwoConnections) {
   ASSERT_TRUE(WaitForHalt());
   const U32 Before = ReadWord(m_Counter);
   EXPECT_EQ(API.VNODEARM_ClrBPEx(-1), 0);
-  API.VNODEARM_GoEx(0, 1);
-  API.VNODEARM_Close();
-  EXPECT_FALSE(API.VNODEARM_IsConnected());
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  ASSERT_EQ(Connect(Address(), GetParam().sDevice), 0);
-  EXPECT_GT(ReadWord(m_Counter), Before + 100);
+  EXPECT_TRUE(WaitFor([&] {
+    API.VNODEARM_GoEx(0, 1);
+    API.VNODEARM_Close();
+    EXPECT_FALSE(API.VNODEARM_IsConnected());
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(Connect(m_Port.Address(), GetParam().sDevice), 0);
+    return ReadWord(m_Counter) > Before + 100;
+  }));
 
   const U32 Stopped = ReadWord(m_Counter);
   API.VNODEARM_Close();
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  ASSERT_EQ(Connect(Address(), GetParam().sDevice), 0);
+  ASSERT_EQ(Connect(m_Port.Address(), GetParam().sDevice), 0);
   EXPECT_EQ(ReadWord(m_Counter), Stopped) << "a halted core stays halted";
 }
 
@@ -212,13 +214,11 @@ TEST_P(EmulatorTest, MemoryOfARunningCoreIsReadThroughTheMonitorAlone) {
   EXPECT_NE(API.VNODEARM_WriteU32(m_Counter, 0), 0);
   API.VNODEARM_Close();
 
-  ASSERT_EQ(Connect(Address() + ",qmp=" + std::to_string(m_MonitorPort), GetParam().sDevice), 0);
+  ASSERT_EQ(Connect(m_Port.Address() + ",qmp=" + std::to_string(m_MonitorPort.Port()), GetParam().sDevice), 0);
   API.VNODEARM_GoEx(0, 1);
-  U32 First = 0, Second = 0;
+  U32 First = 0;
   ASSERT_EQ(API.VNODEARM_ReadMem(m_Counter, 4, &First), 0);
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  ASSERT_EQ(API.VNODEARM_ReadMem(m_Counter, 4, &Second), 0);
-  EXPECT_NE(First, Second);
+  EXPECT_TRUE(WaitFor([&] { return API.VNODEARM_ReadMem(m_Counter, 4, &Value) == 0 && Value != First; }));
   EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
   std::vector<U8> Running(5000), Halted(5000, 1);
   EXPECT_EQ(API.VNODEARM_ReadMem(m_Start, 5000, Running.data()), 0);

@@ -1,6 +1,5 @@
 #include "fake_server.h"
 
-#include <arpa/inet.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -41,14 +40,7 @@ std::string HexOf(const void* pData, size_t NumBytes) {
 CFakeServer::CFakeServer() : Flash(MEMORY_SIZE, 0xFF), Ram(MEMORY_SIZE), m_Erased(MEMORY_SIZE / BLOCK_SIZE) {
   aRegs[15] = FLASH_ADDR + 0x100;
   aRegs[16] = 1u << 24;
-  m_Listener = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in Address = {};
-  Address.sin_family = AF_INET;
-  Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t Size = sizeof(Address);
-  if (bind(m_Listener, reinterpret_cast<sockaddr*>(&Address), Size) < 0 || listen(m_Listener, 1) < 0) std::abort();
-  getsockname(m_Listener, reinterpret_cast<sockaddr*>(&Address), &Size);
-  m_Port = ntohs(Address.sin_port);
+  m_Listener.Listen();
   m_Thread = std::thread(&CFakeServer::Serve, this);
 }
 
@@ -56,7 +48,6 @@ CFakeServer::~CFakeServer() {
   m_bQuit = true;
   shutdown(m_Connection, SHUT_RDWR);
   m_Thread.join();
-  close(m_Listener);
 }
 
 std::string CFakeServer::Packet(const std::string& sBody) {
@@ -81,9 +72,9 @@ void CFakeServer::SendRaw(const std::string& sBytes) {
 
 void CFakeServer::Serve() {
   while (!m_bQuit) {
-    pollfd Item = {m_Listener, POLLIN, 0};
+    pollfd Item = {m_Listener.Socket(), POLLIN, 0};
     if (poll(&Item, 1, 20) <= 0) continue;
-    m_Connection = accept(m_Listener, nullptr, nullptr);
+    m_Connection = accept(m_Listener.Socket(), nullptr, nullptr);
     m_bAcks = true;
     m_sInput.clear();
     ServeConnection();

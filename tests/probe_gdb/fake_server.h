@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/types.h"
+#include "tests/common/loopback_port.h"
 
 // A well-behaved target unless Fault says otherwise: a Cortex-M with 64 KiB of RAM and of flash, halted. Serves one
 // connection after the other on a thread of its own.
@@ -26,7 +27,7 @@ public:
   CFakeServer(const CFakeServer&) = delete;
   CFakeServer& operator=(const CFakeServer&) = delete;
 
-  std::string Address() const { return "127.0.0.1:" + std::to_string(m_Port); }
+  std::string Address() const { return m_Listener.Address(); }
   // The packets that were asked for, without their framing.
   std::vector<std::string> Requests();
   int CountOf(const std::string& sBeginning);
@@ -68,10 +69,9 @@ private:
   std::string Document(const std::string& sRequest) const;
   U8* Byte(U32 Addr);
 
-  int m_Listener = -1;
+  CLoopbackPort m_Listener;
   std::atomic<int> m_Connection{-1};
   std::atomic<bool> m_bQuit{false};
-  U16 m_Port = 0;
   bool m_bAcks = true;
   std::string m_sInput;
   std::mutex m_Mutex;

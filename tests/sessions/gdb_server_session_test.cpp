@@ -1,7 +1,7 @@
 // A session with a core behind a GDB server.
 
 #include "session_runner.h"
-#include "tests/common/free_port.h"
+#include "tests/common/loopback_port.h"
 
 #include <QProcess>
 
@@ -10,13 +10,14 @@ namespace {
 class GdbServerSession : public SessionTest {
 protected:
   // Its memory is empty: the session loads the program.
-  void StartEmulator(const QStringList& Machine) {
+  void StartEmulator(const QString& sMachine) {
     m_Emulator.setStandardOutputFile(QProcess::nullDevice());
     m_Emulator.setStandardErrorFile(Path("emulator.log"));
-    m_Emulator.start(u"qemu-system-arm"_s,
-                     Machine + QStringList{u"-S"_s, u"-display"_s, u"none"_s, u"-monitor"_s, u"none"_s, u"-serial"_s,
-                                           u"none"_s, u"-gdb"_s, u"tcp:"_s + m_sServer});
+    m_Port.Listen();
+    m_Emulator.startCommand(u"qemu-system-arm -S -display none -monitor none -serial none -M "_s + sMachine +
+                            QString::fromStdString(m_Port.EmulatorOptions("gdb", "-gdb chardev:")));
     if (!m_Emulator.waitForStarted()) GTEST_SKIP() << "qemu-system-arm is not installed";
+    m_Port.Close();
   }
   void TearDown() override {
     m_Emulator.kill();
@@ -27,16 +28,16 @@ protected:
     return Write("server.vdebug",
                  u"void OnProjectLoad (void) {\n  Project.SetDevice (\"%1\");\n  Project.SetHostIF (\"IP\", \"%2\");\n"
                  "  Project.SetTargetIF (\"JTAG\");\n  File.Open (\"%3/%4\");\n}\n"_s
-                     .arg(sDevice, m_sServer, QStringLiteral(VEXOR_SOURCE_DIR), sElf)
+                     .arg(sDevice, QString::fromStdString(m_Port.Address()), QStringLiteral(VEXOR_SOURCE_DIR), sElf)
                      .toUtf8());
   }
 
-  const QString m_sServer = u"127.0.0.1:%1"_s.arg(FreePort());
+  CLoopbackPort m_Port;
   QProcess m_Emulator;
 };
 
 TEST_F(GdbServerSession, LoadsGoesToMainBreaksStepsAndResets) {
-  StartEmulator({u"-M"_s, u"mps2-an386"_s});
+  StartEmulator(u"mps2-an386"_s);
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
   const quint32 Main = AddressOf(sElf, u"main"_s);
   const quint32 Function = AddressOf(sElf, u"traffic_init"_s);
@@ -58,7 +59,7 @@ TEST_F(GdbServerSession, LoadsGoesToMainBreaksStepsAndResets) {
 }
 
 TEST_F(GdbServerSession, DebugsACoreThatTheSimulatorDoesNotHave) {
-  StartEmulator({u"-M"_s, u"none"_s, u"-cpu"_s, u"cortex-r5"_s, u"-m"_s, u"16M"_s});
+  StartEmulator(u"none -cpu cortex-r5 -m 16M"_s);
   const QString sElf = u"tests/probe_gdb/firmware/cortex-r5.elf"_s;
   const quint32 Function = AddressOf(sElf, u"NextValue"_s);
   const quint32 Counter = AddressOf(sElf, u"g_Counter"_s);
