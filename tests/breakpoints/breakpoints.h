@@ -10,7 +10,6 @@
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
-#include "tests/common/files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,25 +45,5 @@ protected:
   static void Load(const QString& sElf) {
     CFileFinder::Get()->SetProgramPath(sElf);
     ASSERT_EQ(ELFAPI_Load(sElf), 0) << sElf.toStdString();
-  }
-  // The line that ends with a comment "LINE sName".
-  static CSrcLoc LineOf(const QString& sName) {
-    const QStringList Lines = QString::fromUtf8(ReadBytes(DATA + u"lines.cpp"_s)).split('\n');
-    for (qsizetype i = 0; i < Lines.size(); ++i) {
-      if (Lines[i].endsWith(u"// LINE "_s + sName)) return ELFAPI_ParseSrcLoc(u"lines.cpp:%1"_s.arg(i + 1));
-    }
-    return {};
-  }
-  // "location state context" of each row, those of children behind ">".
-  static QStringList Rows() {
-    QStringList Texts;
-    const auto Text = [](const CBreakpointRec& Row) {
-      return u"%1 %2 %3"_s.arg(Row.sLocation).arg(Row.State).arg(Row.Context).trimmed();
-    };
-    for (const CBreakpointRec& Row : Manager().Rows()) {
-      Texts << Text(Row);
-      for (const CBreakpointRec& Child : Row.Children) Texts << u"> "_s + Text(Child);
-    }
-    return Texts;
   }
 };

@@ -12,35 +12,6 @@ BP_SETTING Setting(U32 State, U32 Type, const QString& sText = {}, U32 SkipCount
   return Setting;
 }
 
-TEST(Store, ComesBackAsItWas) {
-  const QString sHard = QString::fromUtf8("a == \"x,y\" // #% =\t\n[\\] ü€");
-  QList<STORED_BREAKPOINT> Stored = {
-      {QStringLiteral("src/main.c"), 12, QStringLiteral("x = y;"), 0, {Setting(BP_STATE_ENABLED, BP_TYPE_ANY)}},
-      {sHard, 1, sHard, 0, {Setting(BP_STATE_DISABLED, BP_TYPE_SOFT, sHard, 0xFFFFFFFF)}},
-      {{}, 0, {}, 0x2000FFFE, {Setting(BP_STATE_ENABLED, BP_TYPE_HARD, QStringLiteral("n > 3"), 2)}},
-      {QStringLiteral("C:\\a b\\x.cpp"),
-       7,
-       {},
-       0,
-       {Setting(BP_STATE_ENABLED, BP_TYPE_ANY), Setting(BP_STATE_DISABLED, BP_TYPE_ANY, QStringLiteral("i"))}},
-  };
-  const QString sText = MakeBreakpointText(Stored);
-  // among the lines of windows, with the line ends of the file
-  const QString sFile =
-      QStringLiteral("OpenWindow=\"Source\", x=1\n%1TableHeader=\"Breakpoints\"\n").arg(sText).replace('\n', "\r\n");
-  const QList<STORED_BREAKPOINT> Read = ParseBreakpointText(sFile);
-  ASSERT_EQ(Read.size(), Stored.size()) << sText.toStdString();
-  for (qsizetype i = 0; i < Stored.size(); ++i) {
-    EXPECT_EQ(Read[i].sPath, Stored[i].sPath);
-    EXPECT_EQ(Read[i].Line, Stored[i].Line);
-    EXPECT_EQ(Read[i].sLineText, Stored[i].sLineText);
-    EXPECT_EQ(Read[i].Addr, Stored[i].Addr);
-    ASSERT_EQ(Read[i].Settings.size(), Stored[i].Settings.size());
-    for (qsizetype j = 0; j < Stored[i].Settings.size(); ++j)
-      EXPECT_TRUE(Read[i].Settings[j].IsSame(Stored[i].Settings[j])) << sText.toStdString();
-  }
-}
-
 TEST(Store, PassesOverWhatIsNoBreakpoint) {
   // line, whether it is one, and then its state, type and skip count
   const std::tuple<const char*, bool, U32, U32, U32> aCases[] = {

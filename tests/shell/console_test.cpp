@@ -1,5 +1,3 @@
-#include <thread>
-
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QTemporaryDir>
@@ -89,13 +87,8 @@ private Q_SLOTS:
   }
 
   // Keys that arrive while the burst is being shown are not lost.
-  void aBurstOfTwoThreadsIsKeptAsFarAsTheRingGoes() {
-    const auto Write = [] {
-      for (int i = 0; i < 5000; ++i) PrintConsole(u"message"_s);
-    };
-    std::thread First(Write), Second(Write);
-    First.join();
-    Second.join();
+  void aBurstIsKeptAsFarAsTheRingGoes() {
+    for (U32 i = 0; i < 10 * CONSOLE_RING_SLOTS; ++i) PrintConsole(u"message"_s);
     const QString sTyped = u"typed meanwhile"_s;
     for (const QChar Key : sTyped) {
       QTest::keyClick(&Input(), Key.toLatin1());
@@ -107,53 +100,17 @@ private Q_SLOTS:
     QCOMPARE(Lines().last(), u"there is room again"_s);
   }
 
-  void everyStampStandsBesideItsMessage_data() {
-    QTest::addColumn<QStringList>("Texts");
+  void everyStampStandsBesideItsMessage() {
     for (const QStringList& Texts : {QStringList{u"a\nb\nc"_s, u"d"_s, u"e\n\nf"_s, u"g"_s},
                                      {u"a\n"_s, u"b"_s},
                                      {u" "_s, u"b"_s},
                                      {QString(300, u'x'), u"b"_s},
                                      {u"a\r\nb"_s, u"c"_s},
                                      {u"日本語 ก็ม้"_s, u"b"_s}}) {
-      QTest::addRow("%s", qPrintable(Texts.join(u'|'))) << Texts;
+      init();
+      CheckStamps(Texts);
+      if (QTest::currentTestFailed()) return qWarning("%s", qPrintable(Texts.join(u'|')));
     }
-  }
-
-  void everyStampStandsBesideItsMessage() {
-    QFETCH(QStringList, Texts);
-    QList<int> FirstLines;
-    bool bMono = false;
-    for (const QString& sText : Texts) {
-      FirstLines << (FirstLines.isEmpty() ? 0 : View().document()->blockCount());
-      PrintConsole(sText, CONSOLE_RGBA_DEFAULT, bMono);
-      m_pConsole->Drain();
-      bMono = !bMono;
-    }
-    const auto HasInk = [this](int Line) {
-      QRectF Place;
-      View().VisitVisibleLines([&](int Visible, const QRectF& Rect) {
-        if (Visible == Line) Place = Rect;
-      });
-      const QImage Image =
-          Sidebar().grab(QRect(0, qRound(Place.top()), Sidebar().width(), qRound(Place.height()))).toImage();
-      QImage Plain(Image);
-      Plain.fill(Image.pixel(0, 0));
-      return Image != Plain;
-    };
-    const auto Check = [&] {
-      QTest::qWait(0);
-      for (int Line = 0; Line < View().document()->blockCount(); ++Line) {
-        QCOMPARE(HasInk(Line), FirstLines.contains(Line));
-      }
-    };
-    Check();
-    const QFont Uneven = UnevenFont();
-    if (Uneven == QFont()) QSKIP("every font here is as high as its fixed-pitch form");
-    SetFont(FONT_CONSOLE, Uneven, false);
-    m_pConsole->SetFont(FONT_CONSOLE, GetFont(FONT_CONSOLE));
-    m_pConsole->resize(500, 500);
-    Check();
-    SetFont(FONT_CONSOLE, GetFont(FONT_APP), false);
   }
 
   void stampsScrollWithTheText() {
@@ -224,6 +181,41 @@ private Q_SLOTS:
   }
 
 private:
+  void CheckStamps(const QStringList& Texts) {
+    QList<int> FirstLines;
+    bool bMono = false;
+    for (const QString& sText : Texts) {
+      FirstLines << (FirstLines.isEmpty() ? 0 : View().document()->blockCount());
+      PrintConsole(sText, CONSOLE_RGBA_DEFAULT, bMono);
+      m_pConsole->Drain();
+      bMono = !bMono;
+    }
+    const auto HasInk = [this](int Line) {
+      QRectF Place;
+      View().VisitVisibleLines([&](int Visible, const QRectF& Rect) {
+        if (Visible == Line) Place = Rect;
+      });
+      const QImage Image =
+          Sidebar().grab(QRect(0, qRound(Place.top()), Sidebar().width(), qRound(Place.height()))).toImage();
+      QImage Plain(Image);
+      Plain.fill(Image.pixel(0, 0));
+      return Image != Plain;
+    };
+    const auto Check = [&] {
+      QTest::qWait(0);
+      for (int Line = 0; Line < View().document()->blockCount(); ++Line) {
+        QCOMPARE(HasInk(Line), FirstLines.contains(Line));
+      }
+    };
+    Check();
+    const QFont Uneven = UnevenFont();
+    if (Uneven == QFont()) QSKIP("every font here is as high as its fixed-pitch form");
+    SetFont(FONT_CONSOLE, Uneven, false);
+    m_pConsole->SetFont(FONT_CONSOLE, GetFont(FONT_CONSOLE));
+    m_pConsole->resize(500, 500);
+    Check();
+    SetFont(FONT_CONSOLE, GetFont(FONT_APP), false);
+  }
   CCommandInput& Input() { return *m_pConsole->findChild<CCommandInput*>(); }
   CConsoleView& View() { return *m_pConsole->findChild<CConsoleView*>(); }
   CTimeStampBar& Sidebar() { return *m_pConsole->findChild<CTimeStampBar*>(); }

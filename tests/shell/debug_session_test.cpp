@@ -167,8 +167,8 @@ private Q_SLOTS:
     PerformAction(ACTION_FILE_LOAD, m_Dir.filePath(u"data.bin"_s), u"0x20020000"_s);
     QTRY_COMPARE(Status.Last(), u"Download Complete."_s);
     QTest::qWait(PROGRESS_END_MS);
-    QVERIFY(IsPulsing());
-    QCOMPARE(Text("StatusMessage"), u"CPU running..."_s);
+    QTRY_VERIFY(IsPulsing());
+    QTRY_COMPARE(Text("StatusMessage"), u"CPU running..."_s);
     Stop();
     ClickEntry(ACTION_DEBUG_START, ACTION_DEBUG_ATTACH_HALT);
     QVERIFY(Halts());
@@ -210,14 +210,11 @@ private Q_SLOTS:
     const auto Start = [this](const char* sButton) {
       WhenModal([sButton](QWidget* pDialog) {
         QCOMPARE(pDialog->windowTitle(), u"Project File Errors"_s);
-        const auto Button = [pDialog](const char* sText) {
-          for (QPushButton* const pButton : pDialog->findChildren<QPushButton*>()) {
-            if (pButton->text().remove(u'&') == QLatin1String(sText)) return pButton;
-          }
-          return static_cast<QPushButton*>(nullptr);
-        };
-        QVERIFY(Button("Ignore")->isDefault());
-        QTest::mouseClick(Button(sButton), Qt::LeftButton);
+        QMap<QString, QPushButton*> Buttons;
+        for (auto* const pButton : pDialog->findChildren<QPushButton*>())
+          Buttons[pButton->text().remove(u'&')] = pButton;
+        QVERIFY(Buttons.value(u"Ignore"_s)->isDefault());
+        QTest::mouseClick(Buttons.value(QLatin1String(sButton)), Qt::LeftButton);
         QCOMPARE(pDialog->isVisible(), qstrcmp(sButton, "Edit") == 0);
       });
       Click(ACTION_DEBUG_START);

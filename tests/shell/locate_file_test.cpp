@@ -7,6 +7,7 @@
 #include <QTabBar>
 #include <QTemporaryDir>
 
+#include "../dialogs/drive.h"
 #include "frame.h"
 #include "program/database/file_finder.h"
 #include "shell/actions/action_dispatch.h"
@@ -40,14 +41,12 @@ private Q_SLOTS:
   }
 
   void oneShownFileLeadsToTheOthers() {
-    QTimer::singleShot(0, qApp, [] {
-      auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-      QVERIFY(pMenu);
-      pMenu->setActiveAction(pMenu->actions().last());
+    WhenPopup([](QWidget* pMenu) {
+      static_cast<QMenu*>(pMenu)->setActiveAction(pMenu->actions().last());
       QTest::keyClick(pMenu, Qt::Key_Return);
     });
-    QTimer::singleShot(100, qApp, [this] {
-      auto* const pDialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    WhenModal([this](QWidget* pModal) {
+      auto* const pDialog = qobject_cast<QFileDialog*>(pModal);
       QVERIFY(pDialog);
       QCOMPARE(pDialog->windowTitle(), u"Locate File"_s);
       QCOMPARE(pDialog->nameFilters(), (QStringList{u"Source Files (*.c)"_s, u"All Files (*)"_s}));

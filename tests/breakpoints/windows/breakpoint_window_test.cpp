@@ -1,4 +1,4 @@
-// The window "Breakpoints" by mouse and keys.
+// Breakpoints by mouse and keys: the window "Breakpoints", the dialogs, and keys in the source view.
 
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
@@ -190,6 +190,81 @@ private Q_SLOTS:
     }
   }
 
+  void theDialogEditsProperties() {
+    m_pWindow->Source().ShowLine(LINE_INLINE);
+    Press(Qt::Key_F9);
+    WhenModal([](QWidget* pDialog) {
+      QCOMPARE(pDialog->windowTitle(), u"Breakpoint Properties"_s);
+      auto* const pHint = pDialog->findChild<QLabel*>("ConditionHint");
+      QVERIFY(!pHint->isVisible());
+      QVERIFY(!pDialog->findChild<QRadioButton*>("OnChange")->isEnabled());
+      auto* const pCondition = pDialog->findChild<QComboBox*>("Condition");
+      QTest::keyClicks(pCondition->lineEdit(), "pass_count > 3");
+      QVERIFY(pHint->isVisible() && pHint->text().contains("every halt counts"));
+      QTest::mouseClick(pDialog->findChild<QRadioButton*>("OnChange"), Qt::LeftButton, {}, QPoint(8, 8));
+      auto* const pSkip = pDialog->findChild<QSpinBox*>("Skip");
+      pSkip->setFocus();
+      pSkip->selectAll();
+      QTest::keyClicks(pSkip, "1000");
+      QTest::keyClicks(pDialog->findChild<QComboBox*>("ConsoleMessage")->lineEdit(), "one, two");
+      QTest::mouseClick(pDialog->findChild<QCheckBox*>("Enabled"), Qt::LeftButton, {}, QPoint(8, 8));
+      QTest::keyClick(pDialog, Qt::Key_Return);
+    });
+    Press(Qt::Key_F8);
+    const QString sConsole = TakeConsole(*m_pWindow);
+    QVERIFY2(
+        sConsole.contains(u"Break.Edit (\"lines.cpp:29\", \"pass_count > 3\", 1, 1000, \"\", \"one, two\", \"\");"_s) &&
+            sConsole.contains(u"Break.DisableOnSrc (\"lines.cpp:29\");"_s),
+        qPrintable(sConsole));
+    QCOMPARE(DeviceList(), (QStringList{u"4c 3 0"_s, u"7e 3 0"_s, u"90 3 0"_s}));
+    BP Entry;
+    QVERIFY(CDevice::Get().Context().Breakpoints.GetAt(0x90, Entry) && Entry.bConditional);
+
+    // Another breakpoint: what was entered last is offered, and not taken unasked.
+    m_pWindow->Source().ShowLine(LINE_PASS);
+    Press(Qt::Key_F9);
+    TakeConsole(*m_pWindow);
+    WhenModal([](QWidget* pDialog) {
+      auto* const pCondition = pDialog->findChild<QComboBox*>("Condition");
+      QCOMPARE(pCondition->currentText(), QString());
+      QCOMPARE(pCondition->itemText(0), u"pass_count > 3"_s);
+      QVERIFY(pDialog->findChild<QRadioButton*>("OnChange")->isChecked());
+      QCOMPARE(pDialog->findChild<QComboBox*>("ConsoleMessage")->itemText(0), u"one, two"_s);
+      QTest::keyClick(pDialog, Qt::Key_Return);
+    });
+    Press(Qt::Key_F8);
+    QCOMPARE(TakeConsole(*m_pWindow), QString());
+  }
+
+  // The text, what it does, and what the dialog offers the next time.
+  void theInputDialogSetsAndClears() {
+    const std::pair<const char*, const char*> aSteps[] = {
+        {"lines.cpp:56", "Break.SetOnSrc (\"lines.cpp:56\");"},
+        {"lines.cpp:56", "Break.ClearOnSrc (\"lines.cpp:56\");"},
+        {"lines.cpp:3", "Setting breakpoint on next code line lines.cpp:12 instead."},
+        {"add", "Break.ClearOnSrc (\"lines.cpp:12\");"},  // a function, though its name is a number
+        {"0xadd", "Break.Set (0x00000ADC);"},
+        {"adc", "Break.Clear (0x00000ADC);"},
+        {"main", "Break.SetOnSrc (\"lines.cpp:47\");"},
+        {"lines.cpp", "invalid parameter: \"lines.cpp\""},
+        {"nobody", "invalid parameter: \"nobody\""},
+    };
+    QString sLast;
+    for (const auto& [sText, sWanted] : aSteps) {
+      WhenModal([&, sText = sText](QWidget* pDialog) {
+        QCOMPARE(pDialog->windowTitle(), u"Set/Clear Breakpoint"_s);
+        auto* const pLine = pDialog->findChild<QLineEdit*>();
+        if (!sLast.isEmpty()) QCOMPARE(pLine->text(), sLast);
+        TypeOver(pLine, QLatin1String(sText));
+      });
+      Press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+      const QString sConsole = TakeConsole(*m_pWindow);
+      QVERIFY2(sConsole.contains(QLatin1String(sWanted)), qPrintable(sConsole));
+      sLast = QLatin1String(sText);
+      Settle();
+    }
+  }
+
   // What the probe has made of them; the simulated core has six comparators.
   void tellsTheImplementationInASession() {
     SetSome();
@@ -220,16 +295,7 @@ private Q_SLOTS:
       PerformAction(ACTION_BREAK_SET_ON_SRC_EX, sLine, u"BP_TYPE_HARD"_s);
     const auto State = [&] { return Find(u"lines.cpp:56"_s).siblingAtColumn(BREAKPOINT_STATE).data().toString(); };
     QTRY_COMPARE(State(), u"Off"_s);
-    CToolTip::PAIRS Pairs;
-    m_pBreaks->GetItemTooltip(m_pBreaks->Proxy()->mapToSource(Find(u"lines.cpp:56"_s)), Pairs);
-    QVERIFY(Pairs.contains({u"Not set"_s, u"no breakpoint unit and no memory to hold it"_s}));
-    ClickOn(u"lines.cpp:56"_s);
-    QTest::keyClick(m_pBreaks->View(), Qt::Key_F9, Qt::ShiftModifier);
-    Settle();
-    QTRY_COMPARE(State(), u"Off"_s);
-    ClickOn(u"lines.cpp:43"_s);
-    QTest::keyClick(m_pBreaks->View(), Qt::Key_F9);
-    Settle();
+    PerformAction(ACTION_BREAK_CLEAR_ON_SRC, u"lines.cpp:43"_s);
     ClickOn(u"lines.cpp:56"_s);
     QTest::keyClick(m_pBreaks->View(), Qt::Key_F9, Qt::ShiftModifier);
     QTRY_COMPARE(State(), u"On"_s);
@@ -255,7 +321,9 @@ private Q_SLOTS:
     QVERIFY(m_pBreaks->IsEmpty());
     SetSome();
     PerformAction(ACTION_BREAK_DISABLE, u"0x7E"_s);
-    PerformAction(ACTION_BREAK_EDIT, u"lines.cpp:56"_s, u"a < b"_s, 1, 7, u"t"_s, u"c, d"_s, u"look // here, #1"_s);
+    const QString sHard = QString::fromUtf8("a == \"x,y\" // #% =\\t\n[\\] ü€");
+    const CBreakpointProps Hard = {sHard, u"t"_s, true, 7, sHard, u"c, d"_s, {}};
+    QVERIFY(CBreakpointManager::Get().Edit({Line(56), INVALID_ADDR}, Hard));
     PerformAction(ACTION_BREAK_EDIT, u"0x90"_s, QString(), 0, 3, QString(), QString(), QString());
     Settle();
     const QString sBefore = m_pBreaks->DumpText();
@@ -265,11 +333,7 @@ private Q_SLOTS:
     Open(u"one.vdebug"_s);
     QCOMPARE(m_pBreaks->DumpText(), sBefore);
     CBreakpointProps Props;
-    QVERIFY(CBreakpointManager::Get().GetProps({Line(56), INVALID_ADDR}, Props));
-    QCOMPARE((QStringList{Props.Condition, Props.FilterTaskID, Props.ExtraActionConsoleText}),
-             (QStringList{u"a < b"_s, u"t"_s, u"c, d"_s}));
-    QCOMPARE(Props.ExtraActionMsgBoxText, u"look // here, #1"_s);
-    QVERIFY(Props.DoTriggerOnChange && Props.SkipCount == 7);
+    QVERIFY(CBreakpointManager::Get().GetProps({Line(56), INVALID_ADDR}, Props) && Props.IsSame(Hard));
     SetSettingsInMemory(true);
   }
 
@@ -279,6 +343,14 @@ private:
     PerformAction(ACTION_BREAK_SET_ON_SRC, u"lines.cpp:56"_s);
     PerformAction(ACTION_BREAK_SET_ON_SRC, u"lines.cpp:29"_s);
     PerformAction(ACTION_BREAK_SET_EX, u"0x100"_s, u"BP_TYPE_SOFT"_s);
+    Settle();
+  }
+  void Press(Qt::Key Key, Qt::KeyboardModifiers Modifiers = Qt::NoModifier) {
+    m_pWindow->activateWindow();  // a dialog was in front
+    QVERIFY(QTest::qWaitForWindowActive(m_pWindow));
+    m_pWindow->Source().setFocus();
+    QVERIFY(QApplication::focusWidget());
+    QTest::keyClick(QApplication::focusWidget(), Key, Modifiers);
     Settle();
   }
   QModelIndex Find(const QString& sLocation) const {

@@ -263,18 +263,6 @@ private Q_SLOTS:
     QVERIFY(!(m_pWindow->View()->currentIndex().siblingAtColumn(1).flags() & Qt::ItemIsEditable));
   }
 
-  void formatsOfItems() {
-    const QModelIndex Fig = m_pWindow->Sample().Find(u"fig"_s);
-    ClickItem(u"fig"_s);
-    m_pWindow->findChild<QAction*>(u"actionDisplayAsHex"_s)->trigger();
-    QCOMPARE(m_pWindow->GetItemDisplayFormat(Fig), 16);
-    QVERIFY(m_pWindow->findChild<QAction*>(u"actionDisplayAsHex"_s)->isChecked());
-    ClickItem(u"Apple"_s);
-    QVERIFY(!m_pWindow->findChild<QAction*>(u"actionDisplayAsHex"_s)->isChecked());
-    m_pWindow->SetDisplayFormat(10);
-    QCOMPARE(m_pWindow->GetItemDisplayFormat(Fig), 10);
-  }
-
   void rangesOfTheDialog() {
     const struct {
       const char* sFilter;
