@@ -95,12 +95,21 @@ public:
       Ranges = MergedRanges(Ranges + CodeRangesOf(Unit));
       m_Merged.insert(Unit);
     }
+    if (m_Effort > MAX_EFFORT) return;
+    const qsizetype NumBefore = File.Ranges.size();
     for (const CAddrRange& Range : Ranges) {
       if (Range.Start <= File.HighAddr && Range.End() > File.LowAddr) File.Ranges.append(Range);
     }
+    m_Effort += File.Ranges.size() - NumBefore + Ranges.size() / COMPARISONS_OF_RANGE;
   }
 
 private:
+  // Each of the many files of a damaged program could stand in one unit of many ranges: files after the limit have
+  // none.
+  static constexpr qsizetype MAX_EFFORT = 1 << 23;  // ranges of all files
+  static constexpr qsizetype COMPARISONS_OF_RANGE = 32;
+
+  qsizetype m_Effort = 0;
   QHash<ELF_SYM_HANDLE, QAddrRanges> m_Ranges;
   QSet<ELF_SYM_HANDLE> m_Merged;  // those that are complete
 };

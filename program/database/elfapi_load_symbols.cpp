@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr qsizetype MAX_FILE_NAME = 255;  // characters
+
 using LIST_SIZE = U32 (*)(const ELF_FILE*);
 using LIST_ENTRY = ELF_SYM_HANDLE (*)(const ELF_FILE*, U32);
 
@@ -52,7 +54,10 @@ QSet<QString> UnitFileNames(const ELF_FILE* pElf) {
     for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(pElf, i); ++Unit) Units.insert(ELF_GetSrcFileUnit(pElf, i, Unit));
   }
   QSet<QString> Names;
-  for (const ELF_SYM_HANDLE Unit : Units) Names.insert(FileNameOf(QString::fromUtf8(ELF_GetName(Unit))));
+  for (const ELF_SYM_HANDLE Unit : Units) {
+    const QString sName = FileNameOf(QString::fromUtf8(ELF_GetName(Unit)));
+    if (sName.size() <= MAX_FILE_NAME) Names.insert(sName);
+  }
   return Names;
 }
 

@@ -8,6 +8,7 @@
 
 namespace {
 
+constexpr qsizetype MAX_CHARS = 1 << 26;  // of all names; those of a damaged file may be parts of each other
 const QString SCOPE_MARK = QStringLiteral("::");
 const QString OPERATOR = QStringLiteral("operator");
 
@@ -92,8 +93,11 @@ void CNameIndex::Clear() {
 const ELF_SYM_LIST& CNameIndex::FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols) {
   if (!m_ByName) {
     m_ByName.emplace();
+    qsizetype NumChars = 0;
     for (const ELF_SYM_HANDLE Sym : Symbols) {
       const QString sKey = IndexedName(Sym);
+      NumChars += sKey.size();
+      if (NumChars > MAX_CHARS) break;
       if (!sKey.isEmpty()) (*m_ByName)[sKey].append(Sym);
     }
   }

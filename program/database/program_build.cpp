@@ -1,6 +1,7 @@
 #include "program/database/program_build.h"
 
 #include <QElapsedTimer>
+#include <new>
 
 #include "base/msg_flags.h"
 #include "device/data_files/vfile.h"
@@ -147,7 +148,13 @@ PROGRAM_BUILD_RESULT CProgramBuild::Read(const QString& sPath, const BUILD_PROGR
   if (!Progress.GoesOn()) return PROGRAM_BUILD_STOPPED;
   if (!m_pDatabase->pElf) return PROGRAM_REFUSED;
   m_pDatabase->sPath = sPath;
-  return BuildTables(*m_pDatabase, Progress) ? PROGRAM_BUILT : PROGRAM_BUILD_STOPPED;
+  try {
+    return BuildTables(*m_pDatabase, Progress) ? PROGRAM_BUILT : PROGRAM_BUILD_STOPPED;
+  } catch (const std::bad_alloc&) {
+    DatabaseLog(QStringLiteral("\"%1\": not enough memory for the tables of the program").arg(sPath),
+                MSG_ERROR | MSG_TO_ALL);
+    return PROGRAM_REFUSED;
+  }
 }
 
 void CProgramBuild::TakeOver() {

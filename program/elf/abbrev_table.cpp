@@ -99,6 +99,7 @@ const CAbbrevTable* CAbbrevTables::At(U64 Offset, const FORM_SIZES& Sizes) {
   if (NumDecoded > std::min(MAX_DECODED_TIMES * Bytes.Left(), MAX_DECODED)) return nullptr;
   Bytes.Skip(Offset);
   if (!Bytes.More()) return nullptr;
+  Bytes.Limit(std::min(Bytes.Left(), MAX_DECODED));
   auto pTable = std::make_unique<CAbbrevTable>(Bytes, Sizes);
   NumDecoded += Bytes.Position() - Offset;
   return Tables.emplace(Key, std::move(pTable)).first->second.get();

@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr size_t MAX_LISTED = 1 << 22;  // entries of a list; a damaged file could have an entry with each byte
+
 bool IsDefinition(const CDieReader& Reader, const CDie& Die) {
   return !Reader.Has(Die, DW_AT_declaration) && !Reader.Has(Die, DW_AT_artificial);
 }
@@ -109,6 +111,8 @@ bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Func) {
   const bool bOwned = CollectOwned(Info, Die, Entry, Tag, Func);
   std::vector<U32>* paList = ListOf(Info, Die, Tag, Func != 0);
   if (!paList) return bOwned;
+  if (paList->size() >= MAX_LISTED)
+    return Info.Sections.Complain("too many entries of a kind", "Collect", "tag", Tag), bOwned;
   paList->push_back(Entry);
   if (Tag == DW_TAG_subprogram) NoteEntryFunc(Info, Die, Entry);
   if (Tag == DW_TAG_variable) NoteOrigin(Info, Die);

@@ -10,8 +10,9 @@
 namespace {
 
 constexpr size_t MAX_MESSAGE_LENGTH = 2000;
-constexpr U64 MAX_EXPANDED = 0x7FFFFFFF;  // bytes of all compressed sections, like those of a file
-constexpr U32 MAX_COMPLAINTS = 200;       // about one file
+// Bytes of all compressed sections: few bytes of a damaged file could stand for many.
+constexpr U64 MAX_EXPANDED = 512 << 20;
+constexpr U32 MAX_COMPLAINTS = 200;  // about one file
 const char COMPRESSED_PREFIX[] = ".zdebug_";
 
 // In the order of DEBUG_SECTION.
@@ -39,18 +40,18 @@ CDebugSections::CDebugSections(const CElfImage& Image) : Image(Image) {
   for (U32 i = 0; i < Image.Sections().size(); ++i) AddSection(i);
 }
 
-// The first section of a name counts.
+// The first section of a name counts, damaged or not.
 void CDebugSections::AddSection(U32 Index) {
   const char* sName = Image.SectionName(Index);
   const U32 Number = NumberOf(sName);
-  if (Number == NUM_SECTIONS || aIndexes[Number] >= 0 || !Image.SectionData(Index)) return;
+  if (Number == NUM_SECTIONS || aIndexes[Number] >= 0 || !aBytes[Number].Ok() || !Image.SectionData(Index)) return;
   const CByteCursor Bytes = Contents(Index, IsZdebug(sName));
+  aBytes[Number] = Bytes;
   if (!Bytes.Ok()) {
     SendMessageF("section %s is damaged and was left out.", sName);
     return;
   }
   aIndexes[Number] = static_cast<I32>(Index);
-  aBytes[Number] = Bytes;
 }
 
 // The section's own bytes, expanded if they are compressed; spoilt where that fails.

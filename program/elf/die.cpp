@@ -1,5 +1,7 @@
 #include "program/elf/die.h"
 
+#include <algorithm>
+
 #include "program/elf/die_index.h"
 
 namespace {
@@ -203,6 +205,7 @@ std::optional<U64> CAttribute::Index() const {
 const char* CAttribute::TextAt(const CDebugSections& Sections, DEBUG_SECTION Section, U64 Offset) const {
   CByteCursor Bytes = Sections.Bytes(Section);
   Bytes.Skip(Offset);
+  Bytes.Limit(std::min<U64>(Bytes.Left(), MAX_NAME_LENGTH));
   const char* sText = Bytes.Text();
   if (!sText) Complain(Sections, "text lies outside its section");
   return sText;
@@ -211,6 +214,7 @@ const char* CAttribute::TextAt(const CDebugSections& Sections, DEBUG_SECTION Sec
 const char* CAttribute::Text(const CDebugSections& Sections) const {
   if (AttrForm == DW_FORM_string) {
     CByteCursor Bytes = Value;
+    Bytes.Limit(std::min<U64>(Bytes.Left(), MAX_NAME_LENGTH));
     return Bytes.Text();
   }
   if (AttrForm == DW_FORM_strp) return TextAt(Sections, DEBUG_SECTION::Str, Number().value_or(~0ull));

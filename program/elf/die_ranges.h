@@ -11,3 +11,7 @@ struct ADDR_RANGE {
 
 // The code ranges of an entry, as the file has them; none for an entry without code.
 std::vector<ADDR_RANGE> RangesOf(const DWARF_INFO& Info, U32 Entry);
+
+// Call once after the walk. The many functions of a damaged file may all name one long list: where all lists together
+// are longer than their sections can hold, each keeps only its share.
+void LimitRanges(DWARF_INFO& Info);

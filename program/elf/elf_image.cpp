@@ -4,9 +4,14 @@
 #include <cstring>
 
 #include "base/endian.h"
+#include "program/elf/byte_cursor.h"
 #include "program/elf/elf.h"
 
 namespace {
+
+// The bytes of segments are copied: in a damaged file they may lie over each other.
+constexpr U64 MAX_SEGMENT_TIMES = 4;  // the file's size
+constexpr U64 MAX_PAIRS = 1 << 26;    // of segments and sections, which are compared with each other
 
 template <typename RECORD>
 void CopyRecords(const std::vector<U32>& aWords, std::vector<RECORD>& aRecords) {
@@ -58,6 +63,7 @@ const char* CElfImage::ParseHeader() {
 }
 
 bool CElfImage::LoadWords(std::vector<U32>& aWords, U32 Offset, U32 Distance, U32 Count, U32 NumWords) const {
+  if (Count > 1 && Distance < NumWords * 4) return false;  // headers over each other
   aWords.reserve(static_cast<size_t>(Count) * NumWords);
   for (U32 i = 0; i < Count; ++i) {
     const U64 At = Offset + static_cast<U64>(i) * Distance;
@@ -74,7 +80,11 @@ const char* CElfImage::ParseSegments() {
     return "could not parse segment headers.";
   }
   CopyRecords(aWords, aSegments);
-  return nullptr;
+  U64 NumBytes = 0;
+  for (U32 i = 0; i < aSegments.size(); ++i) {
+    if (aSegments[i].Type == PT_LOAD && SegmentData(i)) NumBytes += aSegments[i].FileSize;
+  }
+  return NumBytes > MAX_SEGMENT_TIMES * FileSize ? "could not parse segment headers." : nullptr;
 }
 
 const char* CElfImage::ParseSections() {
@@ -83,6 +93,7 @@ const char* CElfImage::ParseSections() {
     return "could not section headers.";
   }
   CopyRecords(aWords, aSections);
+  if (aSegments.size() * aSections.size() > MAX_PAIRS) return "could not section headers.";
   StrTabSection = FindSection(".strtab");
   return nullptr;
 }
@@ -117,7 +128,7 @@ U32 CElfImage::SegmentSectionOffset(U32 Index) const {
 const char* CElfImage::String(U32 StringSection, U32 Offset) const {
   const U8* pData = SectionData(StringSection);
   if (!pData || Offset >= aSections[StringSection].Size) return "";
-  const U32 MaxLength = aSections[StringSection].Size - Offset;
+  const U32 MaxLength = std::min(aSections[StringSection].Size - Offset, MAX_NAME_LENGTH);
   return std::memchr(pData + Offset, 0, MaxLength) ? reinterpret_cast<const char*>(pData + Offset) : "";
 }
 

@@ -34,7 +34,8 @@ public:
   const U8* SegmentData(U32 Index) const;
   U32 SegmentSectionOffset(U32 Index) const;
 
-  // The terminated text at Offset of a section of strings; empty if it does not end inside the section.
+  // The terminated text at Offset of a section of strings; empty if it does not end inside the section or is longer
+  // than any name.
   const char* String(U32 StringSection, U32 Offset) const;
   const char* SectionName(U32 Index) const;
   I32 FindSection(std::string_view sName) const;

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <new>
 
 #include "base/endian.h"
 #include "program/elf/elf_file.h"
@@ -78,6 +79,17 @@ bool ParseDwarf(ELF_FILE& File) {
   return true;
 }
 
+bool Parse(ELF_FILE& File) {
+  try {
+    if (!ParseElf(File)) return false;
+    if (!ParseDwarf(File)) SendMessage("debug info could not be parsed.");
+    return true;
+  } catch (const std::bad_alloc&) {
+    SendMessage("could not allocate file structure.");
+    return false;
+  }
+}
+
 // The address range that the name of a section or symbol stands for.
 bool ResolveRange(const ELF_FILE& File, const char* sName, CRelocationMap::RANGE& Range) {
   const I32 Section = File.Image.FindSection(sName);
@@ -120,12 +132,7 @@ ELF_FILE* ELF_Open(const char* sPath) {
   State.pFile = std::make_unique<ELF_FILE>();
   ELF_FILE& File = *State.pFile;
   File.Image.SetData(std::move(pData), Size);
-  if (!ParseElf(File)) {
-    CloseFile();
-    return nullptr;
-  }
-  if (!ParseDwarf(File)) SendMessage("debug info could not be parsed.");
-  if (!GoOnOpening(1, 1)) {
+  if (!Parse(File) || !GoOnOpening(1, 1)) {
     CloseFile();
     return nullptr;
   }

@@ -69,11 +69,15 @@ private:
   // Versions 2 to 4: lists of texts that an empty one ends.
   DWARF_DAMAGE ReadOldTables() {
     AddDir("");
-    for (const char* sDir = Bytes.Text(); sDir && *sDir; sDir = Bytes.Text()) AddDir(sDir);
+    for (const char* sDir = Bytes.Text(); sDir && *sDir; sDir = Bytes.Text()) {
+      if (Header.aDirs.size() <= MAX_LINE_FILES) AddDir(sDir);
+    }
     for (const char* sName = Bytes.Text(); sName && *sName; sName = Bytes.Text()) {
       Header.aFiles.push_back({sName, Bytes.Leb()});
       Bytes.Leb();  // time
       Bytes.Leb();  // length
+      if (Header.aDirs.size() + Header.aFiles.size() > MAX_LINE_FILES)
+        return {"table with too many entries", "file", MAX_LINE_FILES};
     }
     if (Bytes.Ok()) return {};
     return {"table of files longer than its header", "file", Header.aFiles.size()};
@@ -89,6 +93,7 @@ private:
     const U64 Count = Bytes.Leb();
     if (Count != 0 && aFormats.empty()) return {"table without formats", sItem, Count};
     for (U64 i = 0; i < Count && Bytes.Ok(); ++i) {
+      if (i == MAX_LINE_FILES) return {"table with too many entries", sItem, Count};
       const U64 At = Bytes.Position();
       LINE_FILE Entry;
       for (const ENTRY_FORMAT& Format : aFormats) {

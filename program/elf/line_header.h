@@ -16,6 +16,9 @@ struct LINE_SECTIONS {
   CByteCursor Str;      // .debug_str
 };
 
+// Directories or files of a table; more are damage.
+inline constexpr size_t MAX_LINE_FILES = 1 << 20;
+
 // What stands in front of a line program.
 struct LINE_HEADER {
   U32 Version = 0;

@@ -154,6 +154,7 @@ bool CLineProgram::RunExtended() {
     case LNE_DEFINE_FILE: {
       const char* sName = Operands.Text();
       aDefined.push_back({sName, Operands.Leb()});
+      if (aDefined.size() > MAX_LINE_FILES) Refuse("too many files", "files", MAX_LINE_FILES);
       if (Bytes.Ok() && !Operands.Ok()) Refuse("file outside its opcode", "length", Length);
       return false;
     }

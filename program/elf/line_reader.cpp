@@ -8,6 +8,8 @@
 namespace {
 
 constexpr U64 MAX_COLUMN = 0xFFFF;
+constexpr U64 MAX_ENTRIES = 1 << 24;      // of all headers
+constexpr size_t MAX_LINES = 1 << 25;     // of a file; a damaged one can ask for a row with each byte
 constexpr size_t MAX_PATH_LENGTH = 4096;  // bytes; longer ones are damage, and many of them would fill the memory
 
 LINE_SECTIONS SectionsOf(const CDebugSections& Sections) {
@@ -21,6 +23,15 @@ U8 FlagsOf(const LINE_ROW& Row) {
   if (Row.bEndSequence) Flags |= ELF_LINE_END_SEQUENCE;
   if (Row.bPrologueEnd) Flags |= ELF_LINE_PROLOGUE_END;
   return Flags;
+}
+
+// Where the table counts directories from the one of compilation, and in tables of assemblers that name it again, a
+// relative one is not joined to itself.
+std::string_view DirOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir) {
+  if (File.Dir >= Header.aDirs.size()) return "";
+  const std::string_view sDir = Header.aDirs[File.Dir];
+  const bool bCompDir = Header.FirstFile == 0 && sDir == Header.aDirs[0];
+  return bCompDir && !sCompDir.empty() ? "" : sDir;
 }
 
 }  // namespace
@@ -40,7 +51,7 @@ bool CLineReader::ReadHeader(U32 Offset, LINE_HEADER& Header) const {
 
 I32 CLineReader::PathOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir) {
   if (!File.sName || !*File.sName) return -1;
-  const std::string_view sDir = File.Dir < Header.aDirs.size() ? Header.aDirs[File.Dir] : "";
+  const std::string_view sDir = DirOf(Header, File, sCompDir);
   const std::string_view sName = File.sName;
   const size_t Length = sCompDir.size() + sDir.size() + sName.size();
   if (Length > MAX_PATH_LENGTH) return Complain({"path of a source file is too long", "length", Length}), -1;
@@ -52,8 +63,14 @@ I32 CLineReader::ReadFiles(const CDie& Unit) {
   TABLE_STATE* pState = StateOf(Unit, Offset);
   if (!pState || pState->bFilesRead) return pState ? pState->FileTable : -1;
   pState->bFilesRead = true;
+  // Each entry takes a byte at least.
+  if (NumEntriesRead > std::min(Sections().Bytes(DEBUG_SECTION::Line).Left(), MAX_ENTRIES)) {
+    return Complain({"line tables lie over each other", "offset", Offset}), -1;
+  }
   LINE_HEADER Header;
-  if (!ReadHeader(Offset, Header)) return -1;
+  const bool bGood = ReadHeader(Offset, Header);
+  NumEntriesRead += Header.aDirs.size() + Header.aFiles.size();
+  if (!bGood) return -1;
   const char* sCompDir = Reader.Text(Unit, DW_AT_comp_dir);
   std::vector<I32> aFiles;
   for (const LINE_FILE& File : Header.aFiles) aFiles.push_back(PathOf(Header, File, sCompDir ? sCompDir : ""));
@@ -91,10 +108,12 @@ void CLineReader::AppendRows(const LINE_HEADER& Header, I32 FileTable, const std
       Number = Row.File;
       File = Table.FileOf(FileTable, static_cast<I64>(Number));
     }
+    if (Table.Lines().size() >= MAX_LINES) break;
     Table.AddLine(
         {static_cast<U32>(Row.Addr), Row.Line, File, static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
   }
-  if (!Program.Damage().sWhat) return;
-  Complain(Program.Damage());
+  const bool bTooMany = Table.Lines().size() >= MAX_LINES;
+  if (!Program.Damage().sWhat && !bTooMany) return;
+  Complain(bTooMany ? DWARF_DAMAGE{"too many lines", "lines", MAX_LINES} : Program.Damage());
   Table.DropLinesFrom(NumBefore);
 }

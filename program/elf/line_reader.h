@@ -27,6 +27,7 @@ private:
   CSourceTable& Table;
   std::unordered_map<U32, TABLE_STATE> Tables;  // by offset in .debug_line
   U64 NumBytesRead = 0;                         // of all programs
+  U64 NumEntriesRead = 0;                       // directories and files of all headers
 
   const CDebugSections& Sections() const { return Reader.DebugSections(); }
   TABLE_STATE* StateOf(const CDie& Unit, U32& Offset);

@@ -18,6 +18,7 @@ public:
   bool Next(RANGE_ENTRY& Entry);
   // False if the list ended by damage.
   bool Ok() const { return Bytes.Ok(); }
+  U64 Position() const { return Bytes.Position(); }
 
 private:
   CByteCursor Bytes;

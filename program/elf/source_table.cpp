@@ -7,6 +7,7 @@ const char* const apNoFileNames[] = {"<built-in>", "<stdin>"};
 
 // More than any program has; a damaged file could ask for a product of its counts.
 constexpr U64 MAX_PATH_BYTES = 256 * 1024 * 1024;
+constexpr U64 BYTES_OF_ENTRY = 256;  // what a path takes apart from its text, here and in other tables
 constexpr U64 MAX_UNITS_OF_FILES = 16 * 1024 * 1024;
 
 }  // namespace
@@ -17,8 +18,8 @@ I32 CSourceTable::Intern(const std::string& sPath) {
   }
   const auto At = FileByPath.find(sPath);
   if (At != FileByPath.end()) return At->second;
-  if (NumPathBytes + sPath.size() > MAX_PATH_BYTES) return -1;
-  NumPathBytes += sPath.size();
+  if (NumPathBytes + sPath.size() + BYTES_OF_ENTRY > MAX_PATH_BYTES) return -1;
+  NumPathBytes += sPath.size() + BYTES_OF_ENTRY;
   const I32 File = static_cast<I32>(aFiles.size());
   aFiles.push_back({sPath, {}});
   FileByPath.emplace(aFiles.back().sPath, File);

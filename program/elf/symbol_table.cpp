@@ -8,6 +8,7 @@ namespace {
 constexpr U32 MAX_DERIVED_SIZE = 10000000;  // bytes: a larger gap to the next symbol is no size
 constexpr size_t NUM_NEIGHBOURS = 9;        // symbols behind an object that can give its size
 constexpr U32 MIN_FUNCTION_VALUE = 2;
+constexpr U64 MAX_NAME_TIMES = 16;  // the file's size: many symbols of a damaged file could share one long name
 
 }  // namespace
 
@@ -20,7 +21,8 @@ bool CSymbolTable::Parse(const CElfImage& Image) {
     const ELF_SECTION& Section = aSections[i];
     if ((Section.Type != SHT_SYMTAB && Section.Type != SHT_DYNSYM) || Section.Size == 0) continue;
     const U8* pData = Image.SectionData(i);
-    if (!pData) return false;
+    const bool bOverlap = aEntries.size() + Section.Size / SYMBOL_ENTRY_SIZE > Image.Size() / SYMBOL_ENTRY_SIZE;
+    if (!pData || bOverlap) return false;
     aParts.push_back({static_cast<U32>(aEntries.size()), Section.Link});
     for (U32 At = 0; Section.Size - At >= SYMBOL_ENTRY_SIZE; At += SYMBOL_ENTRY_SIZE) aEntries.push_back(pData + At);
     if (Section.EntSize != 0) NumSymbols += Section.Size / Section.EntSize;
@@ -32,6 +34,7 @@ bool CSymbolTable::Parse(const CElfImage& Image) {
         Image.Load<U32>(pEntry),     Image.Load<U32>(pEntry + 4), Image.Load<U32>(pEntry + 8), pEntry[12], pEntry[13],
         Image.Load<U16>(pEntry + 14)};
   }
+  if (!AreNamesSound()) return false;
   aByValue.resize(aSymbols.size());
   for (U32 i = 0; i < aByValue.size(); ++i) aByValue[i] = i;
   std::stable_sort(aByValue.begin(), aByValue.end(),
@@ -40,6 +43,12 @@ bool CSymbolTable::Parse(const CElfImage& Image) {
   SizeFunctions();
   ListFunctions();
   return true;
+}
+
+bool CSymbolTable::AreNamesSound() const {
+  U64 NumBytes = 0;
+  for (U32 i = 0; i < Count(); ++i) NumBytes += std::strlen(Name(i));
+  return NumBytes <= MAX_NAME_TIMES * pImage->Size();
 }
 
 bool CSymbolTable::SectionEnd(const ELF_SYMBOL& Symbol, U64& End) const {

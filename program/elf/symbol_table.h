@@ -8,7 +8,7 @@
 // All symbols of all symbol tables of a file, by position, by value and, for the named functions, by address.
 class CSymbolTable {
 public:
-  // False if a table of symbols lies outside the file.
+  // False if a table of symbols lies outside the file, if tables lie over each other, or their names do.
   bool Parse(const CElfImage& Image);
 
   U32 Count() const { return static_cast<U32>(aSymbols.size()); }
@@ -34,6 +34,7 @@ private:
   std::vector<U32> aByValue;
   std::vector<U32> aFunctions;
 
+  bool AreNamesSound() const;
   bool SectionEnd(const ELF_SYMBOL& Symbol, U64& End) const;
   U32 ObjectSize(size_t Position) const;
   void SizeObjects();

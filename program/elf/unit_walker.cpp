@@ -4,11 +4,13 @@
 #include <cstring>
 
 #include "program/elf/collectors.h"
+#include "program/elf/die_ranges.h"
 #include "program/elf/reader_state.h"
 
 namespace {
 
 constexpr U16 FIRST_VERSION_WITH_STR_OFFSETS = 5;
+constexpr U32 MAX_UNITS = 1 << 20;  // of a section; a damaged one could be full of headers without entries
 
 ELF_SRC_LANG LanguageOfNumber(I64 Number) {
   switch (Number) {
@@ -65,13 +67,16 @@ bool CUnitWalker::Walk() {
   Info.Index.ResolveSpecifications();
   DropAbstractVars(Info);
   SortOwned(Info.Lists);
+  LimitRanges(Info);
   Info.EntryFunc = FindEntryFunc(Info);
   return true;
 }
 
 void CUnitWalker::ReadHeaders(bool bTypes, std::vector<DWARF_UNIT>& aUnits) {
   const CByteCursor Section = Info.Sections.Bytes(bTypes ? DEBUG_SECTION::Types : DEBUG_SECTION::Info);
+  U32 Count = 0;
   for (U32 Offset = 0; Offset < Section.Left();) {
+    if (++Count > MAX_UNITS) return Info.Sections.Complain("too many units", "ReadUnitHeader", "offset", Offset);
     DWARF_UNIT Unit;
     Unit.Offset = Offset;
     Unit.bTypes = bTypes;
