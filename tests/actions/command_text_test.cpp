@@ -86,31 +86,4 @@ TEST(CommandText, EveryCommandSurvivesPrintAndParse) {
   }
 }
 
-TEST(CommandText, AnyBytesAreParsedWithoutHarm) {
-  std::mt19937 Random(7);
-  const QString sAlphabet = "File.Open(),;\"^ \t\n0x1void";
-  for (int i = 0; i < 20000; ++i) {
-    QString sLine;
-    for (U32 n = Random() % 24; n > 0; --n) sLine += sAlphabet.at(static_cast<qsizetype>(Random() % sAlphabet.size()));
-    const COMMAND_LINE Command = SplitCommandLine(sLine);
-    EXPECT_FALSE(Command.sName.contains(u' '));
-    for (const QString& sArg : Command.Args) EXPECT_LE(sArg.size(), sLine.size());
-  }
-}
-
-TEST(CommandText, ParsedArgumentsReplaceStoredOnes) {
-  RegisterActionHandler(ACTION_FILE_LOAD, [] {});
-  SetActionArgs(ACTION_FILE_LOAD, QStringList{"old", "1"});
-  bool bOk = false;
-  EXPECT_EQ(ParseCommand("FILE.LOAD (\"a.bin\", 0x100)", &bOk).ActionID, U32(ACTION_FILE_LOAD));
-  EXPECT_TRUE(bOk);
-  EXPECT_EQ(GetActionArgs(ACTION_FILE_LOAD), (QStringList{"a.bin", "0x100"}));
-  EXPECT_EQ(GetCommandText(ACTION_FILE_LOAD), "File.Load (\"a.bin\", 0x100);");
-  ParseCommand("File.Load", &bOk);
-  EXPECT_TRUE(GetActionArgs(ACTION_FILE_LOAD).isEmpty());
-  EXPECT_EQ(ParseCommand("File.Lod x", &bOk).ActionID, U32(NUM_ACTIONS));
-  EXPECT_FALSE(bOk);
-  UnregisterActionHandler(ACTION_FILE_LOAD);
-}
-
 }  // namespace

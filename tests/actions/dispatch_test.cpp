@@ -14,7 +14,6 @@
 #include "shell/actions/builtin_commands.h"
 #include "shell/actions/command_console.h"
 #include "shell/log/console_print.h"
-#include "shell/settings/sys_vars.h"
 #include "tests/common/print.h"
 
 using namespace Qt::StringLiterals;
@@ -77,18 +76,6 @@ TEST_F(DispatchTest, LinkingDecoratesAndTheLastOneOwnsTheRow) {
   EXPECT_EQ(GetAction(ACTION_MEMORY_FILL), nullptr);
   EXPECT_EQ(GetHotkey(ACTION_MEMORY_FILL), QString());
   EXPECT_EQ(GetUnlinkedActions(), QStringList{"actionOfNobody"});
-}
-
-TEST_F(DispatchTest, ADestroyedWindowLeavesNothingBehind) {
-  auto pWindow = std::make_unique<CTestWindow>();
-  pWindow->Add("actionViewMemory", [] {});
-  LinkActions(pWindow.get());
-  EXPECT_EQ(0, PerformAction(ACTION_VIEW_MEMORY, 5));
-  pWindow.reset();
-  Console();
-  EXPECT_EQ(-1, PerformAction(ACTION_VIEW_MEMORY, 5));
-  EXPECT_EQ(GetAction(ACTION_VIEW_MEMORY), nullptr);
-  EXPECT_THAT(Console(), ElementsAre("View.Memory: Command disabled"));
 }
 
 TEST_F(DispatchTest, ACommandWithoutAWindowCannotBeExecuted) {
@@ -244,14 +231,10 @@ TEST_F(DispatchTest, AHandlerMayDestroyItsOwnWindow) {
 
 TEST_F(DispatchTest, BuiltInCommandsListThemselves) {
   RegisterBuiltinCommands();
-  PerformAction(ACTION_EDIT_PREFERENCE, "pref_tab_spacing", 4, 1);
-  EXPECT_EQ(GetVarSavedValue(PREF_TAB_SPACING), 4u);
-  PerformAction(ACTION_EDIT_PREFERENCE, "PREF_TAB_SPACING", 6, 0);
-  EXPECT_EQ(GetVarValue(PREF_TAB_SPACING), 6u);
   ExecuteCommand("Util.Log (\"a, b\")");
   ExecuteCommand("Util.Sleep soon");
-  EXPECT_THAT(Console(), ElementsAre("Edit.Preference (PREF_TAB_SPACING, 4);", "Util.Log (\"a, b\");", "a, b",
-                                     "Util.Sleep (soon);", "!Util.Sleep (soon): not a number"));
+  EXPECT_THAT(Console(),
+              ElementsAre("Util.Log (\"a, b\");", "a, b", "Util.Sleep (soon);", "!Util.Sleep (soon): not a number"));
   EXPECT_EQ(COMMAND_RAN, ExecuteCommand("HELP"));
   const std::vector<std::string> Lines = Console();
   ASSERT_GE(Lines.size(), 8u);

@@ -62,19 +62,4 @@ TEST_F(CBreakpointsTest, FailuresOfTheLibrary) {
   EXPECT_EQ(Ops.Breakpoints.StateAt(ADDR), BP_STATE_ENABLED);
 }
 
-TEST_F(CBreakpointsTest, TheListTakes256) {
-  Connect();
-  std::vector<U32> aAddr;
-  for (U32 i = 0; i < 257; ++i) aAddr.push_back(ADDR + 2 * i);
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoints(257, aAddr.data(), BP_STATE_ENABLED, BP_TYPE_ANY), 256);
-  EXPECT_TRUE(HasLog("breakpoint list full."));
-  EXPECT_EQ(Ctx.Breakpoints.Count(), 256);
-  EXPECT_EQ(Probe.BPs.size(), 256u) << "no breakpoint in the library without an entry";
-  EXPECT_EQ(Ops.Breakpoints.SetBreakpoint(aAddr[9], BP_STATE_DISABLED, BP_TYPE_ANY), 0) << "known addresses still fit";
-  EXPECT_EQ(Ctx.Breakpoints.BpListFind(aAddr[20]), 20);
-  EXPECT_EQ(Ops.Breakpoints.ClearBreakpoints(10, aAddr.data()), 10);
-  EXPECT_EQ(Ctx.Breakpoints.BpListFind(aAddr[20]), 10) << "used slots stay contiguous";
-  EXPECT_EQ(Ops.Breakpoints.ClearAllBreakpoints(BP_STATE_ENABLED), 246);
-}
-
 }  // namespace

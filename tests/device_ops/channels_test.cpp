@@ -78,6 +78,8 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
   const auto Read = [](U32 Type, U64 Bytes) { return [=](THIS& T) { return T.Do(Type, {0, Bytes}, Bytes + 1); }; };
   const auto Start = [](THIS& T) { return T.Do(JT_START_SWO_TRACE, {0, 0, 1}); };
   const auto Nothing = [](THIS&) {};
+  const auto Hss = [](const std::vector<U32>& Ranges) { return [=](THIS& T) { return T.StartHss(Ranges); }; };
+  const auto Fail = [](const char* sCall) { return [=](THIS& T) { T.Probe.Failing[sCall] = 0; }; };
   const struct {
     STATE State;
     std::function<void(THIS&)> Prepare;
@@ -89,11 +91,10 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
       {OFF, Nothing, Read(JT_READ_RTT, 1'000'000), "ReadRTT: invalid transfer size: 1000000"},
       {STARTED, [](THIS& T) { T.Ctx.Settings.bRTT = false; }, Read(JT_READ_RTT, 9), "ReadRTT: not enabled"},
       {CONNECTED, Nothing, Read(JT_READ_RTT, 9), "ReadRTT: not started"},
-      {STARTED, [](THIS& T) { T.Probe.Failing["RTT_Read"] = 0; }, Read(JT_READ_RTT, 9),
-       "ReadRTT: VNODE API call failed"},
+      {STARTED, Fail("RTT_Read"), Read(JT_READ_RTT, 9), "ReadRTT: VNODE API call failed"},
       {OFF, Nothing, Read(JT_WRITE_RTT, 9), "WriteRTT: Not connected"},
       {CONNECTED, Nothing, Read(JT_WRITE_RTT, 9), "WriteReadRTT: not started"},
-      {CONNECTED, [](THIS& T) { T.Probe.Failing["RTT_Control"] = 0; }, [](THIS& T) { return T.Do(JT_START_RTT); },
+      {CONNECTED, Fail("RTT_Control"), [](THIS& T) { return T.Do(JT_START_RTT); },
        "Starting RTT; StartRTT: VNODE API call failed: -1"},
       {CONNECTED,
        [](THIS& T) {
@@ -114,18 +115,10 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
        "Could not find compatible SWO frequencies for CPU clock given."},
       {CONNECTED, Nothing, Read(JT_READ_SWO_TRACE, 4001), "ReadSWOTrace: invalid read request size"},
       {CONNECTED, Nothing, Read(JT_READ_SWO_TRACE, 9), "ReadSWOTrace: SWO trace not started"},
-      {OFF, Nothing, [](THIS& T) { return T.StartHss({}); }, "StartHSS: invalid address range input"},
-      {OFF, Nothing, [](THIS& T) { return T.StartHss(std::vector<U32>(1024, 0)); },
-       "StartHSS: invalid address range input"},
-      {OFF, Nothing,
-       [](THIS& T) {
-         return T.StartHss({0, 4});
-       },
-       "StartHSS: not connected"},
-      {CONNECTED, [](THIS& T) { T.Probe.Failing["HSS_Start"] = 0; },
-       [](THIS& T) {
-         return T.StartHss({0, 4});
-       },
+      {OFF, Nothing, Hss({}), "StartHSS: invalid address range input"},
+      {OFF, Nothing, Hss(std::vector<U32>(1024, 0)), "StartHSS: invalid address range input"},
+      {OFF, Nothing, Hss({0, 4}), "StartHSS: not connected"},
+      {CONNECTED, Fail("HSS_Start"), Hss({0, 4}),
        "Starting HSS; StartHSS: Target hardware does not support high speed sampling"},
       {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_STOP_HSS); }, "StopHSS: hss data capture not active"},
       {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_READ_HSS, {9}, 9); }, "ReadHSS: not started"},
@@ -146,11 +139,6 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
     EXPECT_EQ(Case.Do(*this), -1) << Case.sLog;
     EXPECT_EQ(Sink.TakeLogs(), Case.sLog);
   }
-}
-
-TEST_F(CChannelsTest, AsManySearchRangesAsTheProbeTakes) {
-  for (U32 i = 0; i < CRttChannel::MAX_SEARCH_RANGES; ++i) EXPECT_TRUE(Ops.Channels.RTT.AddSearchRange(i, 1));
-  EXPECT_FALSE(Ops.Channels.RTT.AddSearchRange(0, 1));
 }
 
 // Each source in each state, with the calls and the refusal that follow.

@@ -5,19 +5,6 @@ namespace {
 
 using CConfigTest = CDeviceOpsTest;
 
-TEST_F(CConfigTest, XMLHoldsEveryValueInOrder) {
-  Ops.Configurator.SetConfigParam(DCP_CONNECT_MODE, HOST_IF_IP);
-  Ops.Configurator.SetConfigParam(DCP_HOST_NAME, "lab & co");
-  Ops.Configurator.SetConfigParam(DCP_USB_SERIAL_NO, 0x1A2B);
-  Ops.Configurator.SetConfigParam(DCP_SPEED, 4000000);
-  EXPECT_EQ(Ctx.Config.ToXML().simplified().replace("> <", "><").toStdString(),
-            "<VNodeSettings>"
-            "<HostInterface ConnectMode=\"0x2\" USBSerialNo=\"0x1A2B\" HostName=\"lab &amp; co\" UseSerialNo=\"0x0\"/>"
-            "<TargetDevice CoreIndex=\"0x0\" Endian=\"0x0\" DeviceName='\"Test MCU\"'/>"
-            "<TargetInterface TargetIF=\"0x1\" DRPre=\"0x0\" IRPre=\"0x0\" MultipleTargets=\"0x0\" Speed=\"4000\" "
-            "UseAdaptive=\"0x0\" UseMaxSpeed=\"0x0\"/></VNodeSettings>");
-}
-
 TEST_F(CConfigTest, ReaderTakesAnyElementAnyBaseAndDefaults) {
   const char sXML[] =
       "<x><A DRPre='12' Endian='junk'/><B DRPre='99' IRPre='0X1f' Speed='auto' Unknown='1' USBSerialNo='0xFFFFFFFF'/>"
@@ -64,18 +51,6 @@ TEST_F(CConfigTest, SpeedValuesDependOnEachOther) {
   EXPECT_EQ(Probe.CallText({"SetSpeed"}), "SetSpeed 7d0");
 }
 
-TEST_F(CConfigTest, WrongParametersAreRefused) {
-  const auto Set = [this](int Param, auto Value) {
-    EXPECT_EQ(Ops.Configurator.SetConfigParam(static_cast<DEV_CONFIG_PARAMS>(Param), Value), -1);
-    EXPECT_EQ(Sink.TakeEvents(), "");
-    return Sink.TakeLogs();
-  };
-  EXPECT_EQ(Set(16, 1), "Unknown configuration parameter with ID 16");
-  EXPECT_EQ(Set(21, "x"), "Unknown configuration parameter with ID 21");
-  EXPECT_EQ(Set(DCP_HOST_NAME, static_cast<const char*>(nullptr)), "Invalid configuration parameter string value");
-  EXPECT_EQ(Set(DCP_SPEED, "x"), "Invalid configuration parameter");
-}
-
 TEST(InterfaceSpeed, TextsOfASpeed) {
   const std::pair<const char*, I64> aCase[] = {{"4000", 4000000},
                                                {"0x10", 16000},
@@ -102,11 +77,6 @@ TEST(InterfaceSpeed, TextsOfASpeed) {
     const U32 Speed = ParseInterfaceSpeed(QLatin1String(sText), &bOk);
     EXPECT_EQ(bOk ? I64{Speed} : -1, Hz) << sText;
   }
-}
-
-TEST_F(CConfigTest, LongTextsAreCut) {
-  Ops.Configurator.SetConfigParam(DCP_HOST_NAME, QByteArray(300, 'h').constData());
-  EXPECT_EQ(Ctx.Config.Text(DCP_HOST_NAME).size(), 255);
 }
 
 }  // namespace

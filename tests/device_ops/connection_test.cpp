@@ -92,22 +92,6 @@ TEST_F(CConnectionTest, ARefusedDeviceEndsItAndARefusedScriptDoesNot) {
   EXPECT_EQ(Probe.Count("Close"), 1);
 }
 
-TEST_F(CConnectionTest, StateAfterADisconnect) {
-  ConnectHalted();
-  Ops.Control.RunTo(0x8000120);
-  Ctx.State.CoreSpeed = 1000000;
-  DEVICE_EXEC_FLAGS& Exec = Ctx.State.Exec;
-  Exec.bTraceEnabled = Exec.bUserHalt = Exec.bVerdictPending = Exec.bHaltPending = true;
-  Exec.bRunning = false;
-  Ops.Connection.Disconnect();
-  EXPECT_FALSE(Exec.bHalted || Exec.bAccessible || Exec.bSessionReady || Exec.bUserHalt);
-  EXPECT_FALSE(Exec.bVerdictPending || Exec.bHaltPending);
-  EXPECT_TRUE(Exec.bTraceEnabled) << "instruction trace stays enabled";
-  EXPECT_TRUE(Exec.bRunning) << "a device that is connected next is watched";
-  EXPECT_EQ(Ctx.State.HiddenBP.Addr, NO_REQUEST);
-  EXPECT_EQ(Ctx.State.CoreSpeed, 0u) << "the next target has a clock of its own";
-}
-
 TEST_F(CConnectionTest, LossIsReportedOnceAndLeavesBreakpointsAlone) {
   Connect();
   Probe.Failing["IsHalted"] = 0;

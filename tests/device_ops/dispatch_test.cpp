@@ -52,16 +52,3 @@ TEST_F(CDispatchTest, CountsBeyondTheirBlocksFail) {
     FreeDynParams(Job);
   }
 }
-
-TEST_F(CDispatchTest, ExecutionStateOfZeroesIsTheTargetsOwn) {
-  ConnectHalted();
-  Probe.Regs[15] = 0x8000100;
-  Probe.Regs[13] = 0x20001000;
-  const auto StateOf = [&](U64 PC, U64 SP) {
-    DEVICE_JOB Job = MakeJob(JT_SET_TARGET_EXEC_STATE, {PC, SP}, {});
-    EXPECT_EQ(Dispatch.Dispatch(Job), 0);
-    return std::pair{Job.Param[0], Job.Param[1]};
-  };
-  EXPECT_EQ(StateOf(0x8000400, 0x20000800), (std::pair<U64, U64>{0x8000400, 0x20000800}));
-  EXPECT_EQ(StateOf(0, 0), (std::pair<U64, U64>{0x8000100, 0x20001000}));
-}

@@ -29,20 +29,6 @@ TEST_F(CRegistersTest, Failures) {
   EXPECT_EQ(Sink.TakeEvents(), "cancel; lost");
 }
 
-TEST_F(CRegistersTest, ValuesAndAlignmentOfThePC) {
-  ConnectHalted();
-  Probe.Regs[15] = Probe.Regs[14] = 0x8000101;
-  U64 Value = 0;
-  EXPECT_EQ(Ops.Registers.ReadReg(15, &Value), 0);
-  EXPECT_EQ(Value, 0x8000100u);
-  const U32 aReg[] = {14, 15, 40};
-  std::vector<U64> aValue(3);
-  std::vector<U8> aStatus(3);
-  EXPECT_EQ(Ops.Registers.ReadRegs(3, aReg, aValue.data(), aStatus.data()), 0);
-  EXPECT_EQ(aValue, (std::vector<U64>{0x8000101, 0x8000100, ~0ull})) << "register 40 does not exist";
-  EXPECT_EQ(aStatus, (std::vector<U8>{0, 0, 1}));
-}
-
 TEST_F(CRegistersTest, CoprocessorRegisters) {
   U64 Value = 0;
   const auto Access = [&](const char* sReg) {

@@ -40,23 +40,17 @@ private Q_SLOTS:
   void cleanup() { Tip().HideNow(); }
 
   void comesAndGoesAMomentAfterItWasAskedFor() {
-    Show();
-    QVERIFY(!Tip().isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(Tip().isVisible(), LIMIT_MS);
-    QCOMPARE(Texts(), QStringList{"text"});
-    Tip().Hide();
-    QVERIFY(Tip().isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!Tip().isVisible(), LIMIT_MS);
-  }
-
-  void showsTitleAndPairs() {
     Tip().ShowPairs(m_pOwner.get(), QPoint(100, 100), "counter", {{"Dec", "12"}, {"Hex", "0x<b>0C"}});
+    QVERIFY(!Tip().isVisible());
     QTRY_VERIFY_WITH_TIMEOUT(Tip().isVisible(), LIMIT_MS);
     QCOMPARE(Texts(), (QStringList{"counter", "Dec", "12", "Hex", "0x<b>0C"}));
     for (const QLabel* const pLabel : Tip().findChildren<QLabel*>()) {
       QVERIFY(Tip().rect().contains(pLabel->geometry()));
       QVERIFY(pLabel->width() >= pLabel->fontMetrics().horizontalAdvance(pLabel->text()));
     }
+    Tip().Hide();
+    QVERIFY(Tip().isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!Tip().isVisible(), LIMIT_MS);
   }
 
   void showsNothingWhileTurnedOff() {
@@ -73,9 +67,9 @@ private Q_SLOTS:
     ShowAndWait();
     Tip().Hide();
     Show(QPoint(160, 100), "other");
+    QTRY_COMPARE_WITH_TIMEOUT(Texts(), QStringList{"other"}, LIMIT_MS);
     QTest::qWait(SHOWN_MS);
-    QVERIFY(Tip().isVisible());
-    QCOMPARE(Texts(), QStringList{"other"});
+    QVERIFY2(Tip().isVisible(), "the hiding of the first one hides its successor");
     // A tip without a text is none.
     Show(QPoint(200, 100), "");
     QTRY_VERIFY_WITH_TIMEOUT(!Tip().isVisible(), LIMIT_MS);
@@ -126,12 +120,9 @@ private Q_SLOTS:
         QCOMPARE(CToolTip::PlaceFor(Pointer + Left, Size, Screen.translated(Left)), Place.topLeft() + Left);
       }
     }
-  }
-
-  void wrapsWhatIsTooWide() {
     Tip().ShowText(m_pOwner.get(), QPoint(100, 100), u"word "_s.repeated(400));
     QTRY_VERIFY_WITH_TIMEOUT(Tip().isVisible(), LIMIT_MS);
-    QVERIFY(Tip().screen()->availableGeometry().contains(Tip().geometry()));
+    QVERIFY2(Tip().screen()->availableGeometry().contains(Tip().geometry()), "what is too wide is wrapped");
   }
 
 private:

@@ -4,7 +4,6 @@
 #include <QTemporaryDir>
 
 #include "project/file_classes.h"
-#include "project/project.h"
 #include "project/recent_list.h"
 #include "tests/common/files.h"
 #include "tests/common/print.h"
@@ -35,11 +34,6 @@ TEST(FileClasses, AFileWithoutSuffixIsKnownByItsStart) {
   EXPECT_FALSE(IsElfFile(WriteBytes(Dir.filePath("short"), Program.first(7))));
   EXPECT_FALSE(IsElfFile(WriteBytes(Dir.filePath("text"), "hello world, hello world")));
   EXPECT_FALSE(IsElfFile(Dir.filePath("missing")));
-}
-
-TEST(FileClasses, AProjectsUserFileHasItsWholeName) {
-  EXPECT_EQ(CProject::GetUserFileName("a/b.c.vdebug"), "a/b.c.vdebug.user");
-  EXPECT_EQ(CProject::GetUserFileName("plain"), "");
 }
 
 TEST(RecentList, KeepsTheLatestFirstAndOnce) {

@@ -151,11 +151,6 @@ TEST(ProjectText, FailuresHaveTheirTextsAndChangeNothing) {
   }
 }
 
-TEST(ProjectText, ANewProjectOffersEveryHook) {
-  const QString sMade = MakeProjectText({});
-  for (int ID = 2; ID <= NUM_HOOKS; ++ID) EXPECT_TRUE(sMade.contains("//void " + GetHookName(ID))) << ID;
-}
-
 // The fuzz target's rules on texts cut out of and pasted into a real one.
 TEST(ProjectText, RulesHoldForDamagedTexts) {
   const QString sPieces = USER_TEXT + "/* */ // \" ' \\ { } ( ) ; \r\n if else OnProjectLoad Project.SetDevice";

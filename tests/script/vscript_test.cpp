@@ -132,36 +132,6 @@ TEST_F(CVScriptTest, ANumberIsNoString) {
                                           "Invalid user function parameter: \"1\""));
 }
 
-TEST_F(CVScriptTest, MessagesAreShownWithoutTheirCommand) {
-  Run("Util.Sleep(Util.Log(\"one\")); Util.Log(\"\"); Util.Log(\"two\");");
-  EXPECT_THAT(ConsoleLines(ANY_COLOR), ElementsAre("one", "Util.Sleep (0);", "two"));
-  EXPECT_THAT(m_Calls, ElementsAre("0"));
-}
-
-TEST_F(CVScriptTest, ResultsOfCommandsAreUnsigned) {
-  Handle(ACTION_ELF_GET_BASE_ADDR, [] { SetActionResult(ACTION_ELF_GET_BASE_ADDR, 0xFFFFFFFF); });
-  Handle(ACTION_DEBUG_RUN_TO, [] { SetActionResult(ACTION_DEBUG_RUN_TO, static_cast<U64>(-1)); });
-  Run("Util.Sleep(Elf.GetBaseAddr() == 0xFFFFFFFF); Util.Sleep(Debug.RunTo(\"main\") == 0xFFFFFFFF);"
-      "Util.Sleep(Elf.GetBaseAddr() < 0); Util.Sleep(Debug.Halt() == 0xFFFFFFFF);");
-  EXPECT_THAT(m_Calls, ElementsAre("1", "1", "0", "1")) << "the last command has no handler";
-}
-
-TEST_F(CVScriptTest, HooksNest) {
-  std::vector<int> Running;
-  Handle(ACTION_DEBUG_CONNECT, [&] {
-    EXPECT_EQ(0, VScript::ExecFunction(HOOK_AFTER_TARGET_CONNECT));
-    Running = {VScript::CurrentFuncID(), VScript::CallLevel()};
-  });
-  ASSERT_EQ(0, Load("void OnProjectLoad (void) { int i; i = 7; Debug.Connect(); Util.Sleep(i); i = 1 / (i - 7); }\n"
-                    "void AfterTargetConnect (void) { int i; i = 9; Util.Sleep(i); }"));
-  EXPECT_GT(0, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD));
-  EXPECT_THAT(m_Calls, ElementsAre("9", "7"));
-  EXPECT_THAT(Running, ElementsAre(static_cast<int>(HOOK_ON_PROJECT_LOAD), 1));
-  EXPECT_EQ("Error in script function void OnProjectLoad (void);", ErrorText());
-  EXPECT_EQ(-1, VScript::GetErrorLine());
-  EXPECT_TRUE(VScript::CallLevel() == 0 && VScript::CurrentFuncID() == HOOK_NONE);
-}
-
 TEST_F(CVScriptTest, TheInnermostHookIsBlamed) {
   Handle(ACTION_DEBUG_CONNECT, [] { VScript::ExecFunction(HOOK_AFTER_TARGET_CONNECT); });
   ASSERT_EQ(0, Load("void OnProjectLoad (void) { Debug.Connect(); Util.Sleep(1); }\n"
@@ -169,18 +139,6 @@ TEST_F(CVScriptTest, TheInnermostHookIsBlamed) {
   VScript::ExecFunction(HOOK_ON_PROJECT_LOAD);
   EXPECT_EQ("Error in script function void AfterTargetConnect (void);", ErrorText());
   EXPECT_THAT(m_Calls, IsEmpty());
-}
-
-TEST_F(CVScriptTest, ARunningFunctionEndsWhenTheHostWantsToClose) {
-  ASSERT_EQ(0, Load("void OnProjectLoad (void) { while (1) { } Window.Show(\"behind\"); }"));
-  VScript::SetHost({{}, [] { VScript::RequestClose(); }, {}});
-  EXPECT_EQ(0, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD));
-  VScript::SetHost({});
-  EXPECT_FALSE(VScript::HasError() || VScript::HasFunction(HOOK_ON_PROJECT_LOAD));
-  EXPECT_EQ(0, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD)) << "refused, but no failure";
-  EXPECT_THAT(m_Calls, IsEmpty());
-  EXPECT_EQ(0, Load(LOAD_ONLY));
-  EXPECT_TRUE(VScript::HasFunction(HOOK_ON_PROJECT_LOAD));
 }
 
 TEST_F(CVScriptTest, AnErrorShowsItsPlace) {
@@ -209,29 +167,6 @@ TEST_F(CVScriptTest, AnErrorShowsItsPlace) {
   }
   EXPECT_EQ(0, Load(LOAD_ONLY));
   EXPECT_TRUE(VScript::GetErrorExcerpt().isEmpty());
-}
-
-TEST_F(CVScriptTest, AnEndlessHookCanBeStopped) {
-  std::vector<bool> Running;
-  VSCRIPT_HOST Host;
-  Host.ProcessEvents = [] {
-    EXPECT_FALSE(VScript::IsStopping());
-    VScript::Stop();
-    EXPECT_TRUE(VScript::IsStopping());
-    EXPECT_GT(0, VScript::ExecFunction(HOOK_AFTER_TARGET_HALT)) << "no other hook begins";
-  };
-  Host.OnRunning = [&](bool bRunning) { Running.push_back(bRunning); };
-  VScript::SetHost(Host);
-  VScript::Stop();
-  EXPECT_FALSE(VScript::IsStopping()) << "nothing runs";
-  ASSERT_EQ(0, Load("void OnProjectLoad (void) {\n  while (1) { }\n}\n"
-                    "void AfterTargetHalt (void) { Window.Show(\"never\"); }"));
-  EXPECT_EQ(-1, VScript::ExecFunction(HOOK_ON_PROJECT_LOAD));
-  EXPECT_EQ("Script stopped by the user at line 2", ErrorText());
-  EXPECT_FALSE(VScript::IsStopping());
-  EXPECT_THAT(Running, ElementsAre(true, false));
-  EXPECT_EQ(-1, VScript::ExecFunction(HOOK_AFTER_TARGET_HALT)) << "off until the next load";
-  EXPECT_THAT(m_Calls, IsEmpty());
 }
 
 TEST_F(CVScriptTest, AScriptThatIsDroppedWhileItRunsLeavesNoTrace) {

@@ -113,15 +113,11 @@ TEST_F(FailedSession, CommandsAreRefusedInTheirOwnWords) {
       {"-Debug.SetConnectMode 3", "Debug.SetConnectMode (3): invalid parameter"},
       {"-Debug.SetResetMode CM_ATTACH", "invalid parameter"},
       {"-Debug.SetSteppingMode x", "invalid parameter"},
-      {"-Exec.Reset", "Exec.Reset(): not connected"},
       {"Debug.Start\n@wait halted", "connected to target device"},
       {"-Debug.Connect", "Debug.Connect(): already connected"},
-      {"-Exec.Connect", "Exec.Connect(): already connected"},
       {"-Debug.SetNextPC xyz", "Debug.SetNextPC (xyz): invalid parameter"},
       {"-Debug.RunTo nowhere", "Debug.RunTo (\"nowhere\"): invalid parameter"},
-      {"-Exec.Download none.hex", "Exec.Download (\"none.hex\"): file not found"},
       {"Debug.Continue\n@wait running\n-Debug.StepInto", "Debug.StepInto(): program is running"},
-      {"-Exec.Download none.hex", "Exec.Download (\"none.hex\"): program is running"},
   };
   QString sCommands;
   for (const auto& [sCommand, sAnswer] : aCases) sCommands += QLatin1String(sCommand) + u'\n';

@@ -5,34 +5,6 @@ namespace {
 using ExampleSession = SessionTest;
 using BadInput = SessionTest;
 
-TEST_F(ExampleSession, GoesToMainBreaksStepsResetsAndStops) {
-  // program, and a function that is called from main
-  for (const auto& [sName, sFunction] : {std::pair{u"traffic_light"_s, u"traffic_init"_s},
-                                         {u"thermostat"_s, u"thermostat_step"_s},
-                                         {u"weather_station"_s, u"_ZN7station7Station4pollEm"_s}}) {
-    SCOPED_TRACE(sName.toStdString());
-    const QString sBase = u"examples/%1/%1."_s.arg(sName);
-    const quint32 Main = AddressOf(sBase + u"elf"_s, u"main"_s);
-    const quint32 Function = AddressOf(sBase + u"elf"_s, sFunction);
-    ASSERT_TRUE(Main && Function);
-    const SESSION_RESULT Run = RunSession(
-        u"File.Open (\"%1vdebug\");\n@wait idle\nDebug.Start();\n@wait halted\nTarget.GetReg PC\n"
-        "Break.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\n"
-        "Debug.StepInto\n@wait halted\nTarget.GetReg (\"PC\")\nTarget.ReadU32 0\nTarget.GetReg SP\n"
-        "Debug.Reset\n@wait halted\nTarget.GetReg PC\nDebug.Stop();\n@wait disconnected\n"_s.arg(sBase)
-            .arg(Function, 0, 16));
-    Run.Expect(0, {"\nDebug.Start();\n", "\nDebug.Continue();\n", "\nDebug.StepInto();\n", "\nDebug.Reset();\n",
-                   "\nDebug.Stop();\n", "\nTarget.GetReg (\"PC\");\n"});
-    EXPECT_EQ(Main, Run.Value(0));
-    EXPECT_EQ(Function, Run.Value(1));
-    EXPECT_TRUE(Run.Value(2) == Function + 2 || Run.Value(2) == Function + 4) << Run.Value(2);
-    const qint64 Top = Run.Value(3);
-    EXPECT_EQ(0, Top % 8) << "the first word of the vector table is the initial stack pointer";
-    EXPECT_TRUE(Run.Value(4) < Top && Run.Value(4) > Top - 1024) << Run.Value(4);
-    EXPECT_EQ(Main, Run.Value(5)) << "a reset runs to main again";
-  }
-}
-
 // The reset ahead of a download halts the target in the startup code of the program that it has already.
 TEST_F(ExampleSession, ASecondStartShowsNothingButMain) {
   const QString sStart = u"Debug.Start\n@wait halted\n"_s;
@@ -84,13 +56,6 @@ TEST_F(BadInput, ABadProjectIsReportedAndTheProgramGoesOn) {
        "Error in script function void OnProjectLoad (void);"},
   };
   for (const auto& [sText, sError] : aCases) RunWithFile(Write("bad.vdebug", sText)).Expect(0, {sError, "still here"});
-}
-
-TEST_F(BadInput, UnknownDeviceFailsTheConnection) {
-  RunSession(
-      u"Project.SetDevice NoSuchPart\nProject.SetHostIF USB\nProject.SetTargetIF SWD\n"
-      "Debug.Connect\n@wait idle\nUtil.Log (\"still here\");\n@wait connected 300\n"_s)
-      .Expect(1, {"Connect: could not configure V-Node", "Connection failed", "still here"});
 }
 
 TEST_F(BadInput, HalfAProgramFileIsRefused) {

@@ -21,19 +21,6 @@ bool TryElsewhere(CDeviceMutex& Mutex, std::chrono::milliseconds Limit) {
 
 }  // namespace
 
-TEST(DeviceMutex, BelongsToOneThreadAsOftenAsItLikes) {
-  CDeviceMutex Mutex;
-  std::unique_lock Outer(Mutex);
-  {
-    std::unique_lock Inner(Mutex, 0ms);
-    EXPECT_TRUE(Inner.owns_lock());
-  }
-  EXPECT_FALSE(TryElsewhere(Mutex, 0ms)) << "the inner lock gives nothing free";
-  Outer.unlock();
-  EXPECT_TRUE(TryElsewhere(Mutex, 0ms));
-  EXPECT_FALSE(Mutex.IsWanted());
-}
-
 TEST(DeviceMutex, WaitsNoLongerThanItsLimit) {
   CDeviceMutex Mutex;
   std::unique_lock Holder(Mutex);

@@ -99,49 +99,10 @@ TEST_F(JobLoop, BatchIsLimitedAndPollsBeforeEveryJob) {
   EXPECT_EQ(Loop.ProcessJobs(), 50u);
 }
 
-TEST_F(JobLoop, WhoWaitsForTheDeviceGetsItBetweenTwoJobs) {
-  std::atomic<bool> bServed{false};
-  std::thread Reader;
-  Runner.Handler = [&](DEVICE_JOB&) {
-    if (Runner.aExecuted.size() != 2) return 0;
-    Reader = std::thread([&] { bServed = std::unique_lock(Loop.DeviceMutex(), std::chrono::seconds(10)).owns_lock(); });
-    while (!Loop.DeviceMutex().IsWanted()) std::this_thread::yield();
-    return 0;
-  };
-  for (int i = 0; i < 5; ++i) Schedule(JT_READ_REG);
-  {
-    std::lock_guard Lock(Loop.DeviceMutex());
-    EXPECT_EQ(Loop.ProcessJobs(), 2u);
-  }
-  Reader.join();
-  EXPECT_TRUE(bServed);
-  EXPECT_EQ(Loop.ProcessJobs(), 3u);
-}
-
-TEST_F(JobLoop, FullEventRingDropsTheJob) {
-  while (Runner.Events.Put({DE_PROGRESS_VALUE, 0, 0})) {
-  }
-  const CJobRings::JOB_REF Ref = Schedule(JT_CONNECT);
-  Loop.ProcessJobs();
-  EXPECT_EQ(Ref.pJob->Type, JT_NONE);
-  EXPECT_FALSE(Rings.IsPending(Ref));
-}
-
 TEST_F(JobLoop, WritesOfRegistersRefreshTheState) {
   for (const U32 Type : {JT_WRITE_REG, JT_WRITE_LOCATION, JT_WRITE_MEM}) Schedule(Type);
   Loop.ProcessJobs();
   EXPECT_EQ(Runner.NumRefreshes, 2u);
-}
-
-TEST_F(JobLoop, WaitOutcomes) {
-  EXPECT_EQ(WaitForPendingJob(Rings, JT_CONNECT, 0, ALIVE), JOB_WAIT_NO_JOB);
-  Schedule(JT_CONNECT);
-  EXPECT_EQ(WaitForPendingJob(Rings, JT_CONNECT, 20, ALIVE), JOB_WAIT_TIMEOUT);
-  const JOB_WAIT_HOOKS Ended = {[] { return false; }, [] { return false; }, {}};
-  EXPECT_EQ(WaitForPendingJob(Rings, JT_CONNECT, -1, Ended), JOB_WAIT_TIMEOUT);
-  JOB_WAIT_HOOKS Working = ALIVE;
-  Working.ProcessEvents = [&] { Loop.ProcessJobs(); };
-  EXPECT_EQ(WaitForPendingJob(Rings, JT_CONNECT, -1, Working), JOB_WAIT_FINISHED);
 }
 
 // Everything at once, for the thread sanitizer too.

@@ -27,22 +27,6 @@ DEVICE_JOB* TakeOne(CJobRings& Rings) {
 
 }  // namespace
 
-TEST(JobTypes, DynamicParameterSizes) {
-  const std::pair<U64, DYN_PARAM_RESULT> aCase[] = {
-      {0, DYN_BAD_SIZE}, {1, DYN_OK}, {1000000000, DYN_OK}, {1000000001, DYN_BAD_SIZE}};
-  for (const auto& [NumBytes, Result] : aCase) {
-    DEVICE_JOB New;
-    EXPECT_EQ(AllocDynParam(New, 2, NumBytes), Result) << NumBytes;
-    EXPECT_EQ(New.pDyn[2] != nullptr, Result == DYN_OK);
-    if (Result == DYN_OK) {
-      EXPECT_EQ(New.DynSize[2], NumBytes + 1);
-      EXPECT_EQ(New.Dyn<char>(2)[NumBytes], 0);
-      EXPECT_EQ(AllocDynParam(New, 2, 8), DYN_ALREADY_TAKEN);
-    }
-    FreeDynParams(New);
-  }
-}
-
 TEST(JobRings, FullRingRefusesUntilASlotIsReleased) {
   CJobRings Rings;
   for (U32 i = 0; i < CJobRings::RING_SIZE; ++i) ASSERT_EQ(Schedule(Rings, JT_HALT, i), CJobRings::SCHEDULED);
@@ -90,20 +74,6 @@ TEST(JobRings, JobWithoutItsParameterDoesNotStallTheRing) {
   EXPECT_EQ(pJob->Type, JT_HALT);
   EXPECT_FALSE(Rings.IsPending(Ref)) << "nobody waits for it for ever";
   EXPECT_EQ(Ref.pJob->Type, JT_NONE);
-}
-
-TEST(JobRings, ValidityOfPointers) {
-  CJobRings Rings;
-  Schedule(Rings, JT_HALT);
-  DEVICE_JOB* pJob = TakeOne(Rings);
-  DEVICE_JOB Foreign = Job(JT_HALT);
-  EXPECT_TRUE(Rings.IsValid(pJob));
-  EXPECT_FALSE(Rings.IsValid(nullptr));
-  EXPECT_FALSE(Rings.IsValid(&Foreign));
-  EXPECT_FALSE(Rings.IsValid(reinterpret_cast<DEVICE_JOB*>(reinterpret_cast<char*>(pJob) + 8)));
-  EXPECT_FALSE(Rings.IsValid(pJob + 1)) << "free slot";
-  Rings.Release(pJob);
-  EXPECT_FALSE(Rings.IsValid(pJob));
 }
 
 TEST(JobRings, CancelSelectsByTypeAndRing) {
