@@ -76,10 +76,7 @@ TEST_F(CoreTest, RegistersOfEveryMode) {
       // core, status register
       {CORE_ID_ARM9, 0x10, {7, 10, 14, 15, 16, 9, 8, NONE}},  // USR
       {CORE_ID_ARM9, 0x11, {7, 18, 22, 23, 24, 9, 8, 17}},    // FIQ
-      {CORE_ID_ARM9, 0x12, {7, 10, 14, 32, 33, 9, 8, 31}},    // IRQ
       {CORE_ID_ARM9, 0x13, {7, 10, 14, 26, 27, 9, 8, 25}},    // SVC
-      {CORE_ID_ARM9, 0x17, {7, 10, 14, 29, 30, 9, 8, 28}},    // ABT
-      {CORE_ID_ARM9, 0x1B, {7, 10, 14, 35, 36, 9, 8, 34}},    // UND
       {CORE_ID_ARM9, 0x1F, {7, 10, 14, 15, 16, 9, 8, NONE}},  // SYS
       {0x080000FF, 0x00, {7, 10, 14, 35, 36, 9, 8, 34}},      // no mode has this number
       {0x0C0000FF, 0x12, {7, 10, 14, 32, 33, 9, 8, 31}},      // Cortex-R
@@ -105,11 +102,9 @@ TEST_F(CoreTest, ResetState) {
       {"big endian", CORE_ID_M4, 1, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"Cortex-M0 has no VTOR", CORE_ID_CORTEX_M0, 0, true, 0, {{13, 0x20000800}, {15, 0x100}}},
       {"no vectors", CORE_ID_M4, 0, false, -1, {}},
-      {"Cortex-M3", 0x030000FF, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"Cortex-M33", CORE_ID_M33, 0, true, 0, {{13, 0x20001000}, {15, 0x4000}}},
       {"ARM7", 0x0700004F, 0, false, 0, {{9, 0}}},
       {"ARM9", CORE_ID_ARM9, 0, true, 0, {{9, 0}}},
-      {"Cortex-A", 0x080000FF, 0, false, 0, {{9, 0}}},
       {"Cortex-R", 0x0C0000FF, 0, false, 0, {{9, 0}}},
   };
   for (const auto& [sName, CoreId, Endianness, bVectors, Result, aWritten] : aCase) {

@@ -30,11 +30,6 @@ protected:
     VCore::Disassemble(Addr, sText);
     return sText.toStdString();
   }
-  static std::string Label(U32 Addr) {
-    QString sName;
-    U32 Offset = 0;
-    return VCore::GetLabel(Addr, sName, Offset) == 1 ? sName.toStdString() + "+" + std::to_string(Offset) : "";
-  }
   // The answer of one of the neighbour queries, INVALID_ADDR where it refuses.
   static U32 Neighbour(int (*pfGet)(U32, U32&), U32 Addr) {
     U32 Result = 0;
@@ -128,15 +123,6 @@ TEST_F(ProgramTest, StraightRanges) {
   EXPECT_FALSE(VCore::IsStraightRange(0x08000010, 0x08000012));  // semihosting request
   EXPECT_TRUE(VCore::IsStraightRange(0x08000014, 0x08000014));
   EXPECT_TRUE(VCore::IsStraightRange(0x20000000, 0xFFFFFFFF));  // nothing known there; ends at once
-}
-
-TEST_F(ProgramTest, Labels) {
-  EXPECT_EQ(Label(0x08000031), "twice+0");
-  EXPECT_EQ(Label(0x20000000), "counter+0");
-  EXPECT_EQ(Label(0x08000066), "reset+6");
-  EXPECT_EQ(Label(0x08000000), "vectors+0");
-  EXPECT_EQ(Label(0x401), "odd_size+0");
-  EXPECT_EQ(Label(0x400), "");
 }
 
 // Memory comes from the file first, so that disassembly shows the program while the target runs.

@@ -91,17 +91,6 @@ TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
   }
 }
 
-TEST_F(LogTest, SinksThatAreOffTakeNothing) {
-  LogMsg("no debug information", MSG_WARNING | MSG_SRC_ELF | MSG_TO_CONSOLE);
-  EXPECT_EQ(TakeConsole(), QStringList{"ElfLib: no debug information"});
-  SetConsoleExists(false);
-  EXPECT_EQ("", StdoutOf([] { EXPECT_EQ(0, LogMsg("lost", MSG_ERROR | MSG_TO_ALL)); }));
-  EXPECT_EQ(TakeConsole(), QStringList());
-  EXPECT_FALSE(IsLogSinkActive(MSG_TO_ALL));
-  EXPECT_EQ(-1, LogMsg("", MSG_TO_ALL));
-  EXPECT_EQ(-1, LogMsg(static_cast<const char*>(nullptr), MSG_TO_ALL));
-}
-
 TEST_F(LogTest, PrefixIsLeftOutWhereItDoesNotFit) {
   OpenAppLog();
   LogMsg(QByteArray(2040, 'a').constData(), MSG_SRC_PROBE | MSG_TO_FILE);  // 8 bytes of prefix would make 2048
@@ -122,17 +111,6 @@ TEST_F(LogTest, FileIsWrittenWhenTheIntervalIsFull) {
   CloseLogFiles();
   EXPECT_TRUE(ReadBytes(sPath).endsWith(" i  rest\n"));
   EXPECT_EQ(GetLogFilePath(), nullptr);
-}
-
-TEST_F(LogTest, UnreadableIntervalsGiveTheDefault) {
-  for (const char* sInterval : {"0", "-5", "many", ""}) {
-    SetLogInterval(sInterval);
-    OpenAppLog();
-    LogMsg(QByteArray(500, 'x').constData(), MSG_TO_FILE);
-    EXPECT_EQ(ReadBytes(sPath), "") << sInterval;
-    LogMsg("0123456789", MSG_TO_FILE);
-    EXPECT_EQ(ReadBytes(sPath).size(), 512) << sInterval;
-  }
 }
 
 TEST_F(LogTest, StartEmptiesTheFileAndABadPathIsSilent) {
@@ -184,22 +162,6 @@ TEST_F(LogTest, AKilledProgramLosesAtMostOneInterval) {
   const QList<QByteArray> Lines = ReadBytes(sPath).trimmed().split('\n');
   EXPECT_GT(Lines.size(), NUM_LINES - INTERVAL / 5);  // a line has 5 bytes
   for (qsizetype i = 0; i < Lines.size(); ++i) ASSERT_EQ(Lines[i].toInt(), 1000 + i);
-}
-
-TEST_F(LogTest, TheConsoleLogIsCutAtItsOwnSizeToo) {
-  const QString sLog = Dir.filePath("console.log");
-  ASSERT_EQ(0, OpenLogFile(LOG_FILE_CONSOLE, sLog.toUtf8().constData()));
-  const auto SizeAfter = [&](int NumLines) {
-    for (int i = 0; i < NumLines; ++i) {
-      PrintConsole(QString(999, u'x'));
-      if (i % int{CONSOLE_DRAIN_MAX} == 0) TakeConsole();
-    }
-    TakeConsole();
-    return QFile(sLog).size();
-  };
-  EXPECT_EQ(SizeAfter(16'000), 16'000'000);
-  EXPECT_EQ(SizeAfter(1), 16'001'000) << "not above the limit yet";
-  EXPECT_EQ(SizeAfter(1), 17'000);
 }
 
 TEST_F(LogTest, QtMessagesStayOutOfTheConsoleUnlessCritical) {

@@ -53,15 +53,6 @@ TEST(ContrastTest, TextsAreReadableOnDarkDesktops) {
   }
 }
 
-TEST(ContrastTest, ColoursOfOneKindStayApartOnADarkDesktop) {
-  UseDesktop(DARK_DESKTOPS[1], Qt::white);
-  QSet<QRgb> Colors;
-  for (const U32 ID : {COLOR_SYNTAX_KEYWORD, COLOR_SYNTAX_STRING, COLOR_SYNTAX_COMMENT, COLOR_SYNTAX_TEXT}) {
-    Colors << GetTextColor(ID).rgb();
-  }
-  EXPECT_EQ(Colors.size(), 4);
-}
-
 TEST(ContrastTest, LightDesktopAndTheUsersOwnColoursStayAsTheyAre) {
   UseDesktop({0xFFEFEFEF, 0xFFFFFFFF}, Qt::black);
   for (const U32 ID : TEXT_COLORS) EXPECT_EQ(GetTextColor(ID), GetColor(ID)) << GetColorInfo(ID)->sName;

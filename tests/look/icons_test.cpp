@@ -118,16 +118,6 @@ int EdgePixels(const QImage& Image) {
                    NumVisible(Image.copy(0, 0, 1, Last + 1)), NumVisible(Image.copy(Last, 0, 1, Last + 1))});
 }
 
-// Painted by an icon into a square of 16 at that scale.
-QImage Painted(const QIcon& Icon, qreal Scale) {
-  QImage Image(qRound(16 * Scale), qRound(16 * Scale), QImage::Format_ARGB32_Premultiplied);
-  Image.setDevicePixelRatio(Scale);
-  Image.fill(Qt::transparent);
-  QPainter Painter(&Image);
-  Icon.paint(&Painter, QRect(0, 0, 16, 16));
-  Painter.end();
-  return Image;
-}
 }  // namespace
 
 TEST_F(IconTest, EveryNameInTheSourcesIsThatOfADrawing) {
@@ -187,14 +177,6 @@ TEST_F(IconTest, DisabledOnesAreTold) {
   });
 }
 
-TEST_F(IconTest, UnknownNamesGiveEmptyIcons) {
-  for (const char* sName : {"", "no-such-icon.png", "arrow-pc", "arrow-pc.svg", "dark", "dark/arrow-pc.png",
-                            "../icons/arrow-pc.png", "Arrow-PC.png"}) {
-    EXPECT_TRUE(GetIcon(QLatin1String(sName)).isNull()) << sName;
-    EXPECT_TRUE(GetIconPath(QLatin1String(sName)).isEmpty()) << sName;
-  }
-}
-
 TEST_F(IconTest, AKeptIconFollowsThePalette) {
   const QAction Action(GetIcon(u"document-text.png"_s), QString());
   QList<QImage> Shown;
@@ -205,18 +187,4 @@ TEST_F(IconTest, AKeptIconFollowsThePalette) {
   }
   EXPECT_NE(Shown[0], Shown[1]);
   EXPECT_EQ(Shown[0], Shown[2]);
-}
-
-// What was drawn for a size is shown there pixel by pixel, not a larger picture made smaller.
-TEST_F(IconTest, PaintsTheDrawingOfTheScale) {
-  const QIcon Icon = GetIcon(u"edit-find.png"_s);
-  const QImage One = Pixels(QImage(u":/icons/edit-find.png"_s));
-  const QImage Two = Pixels(QImage(u":/icons/edit-find@2x.png"_s));
-  EXPECT_EQ(Pixels(Picture(Icon, 16, 1.0)), One);
-  EXPECT_EQ(Pixels(Painted(Icon, 1.0)), One);
-  EXPECT_EQ(Pixels(Painted(Icon, 2.0)), Two);
-  EXPECT_EQ(Pixels(Picture(Icon, 32, 1.0)), Two);
-  EXPECT_EQ(Picture(Icon, 20, 1.0).width(), 20);
-  EXPECT_EQ(Picture(Icon, 16, 1.5).width(), 24);
-  EXPECT_LE(Picture(Icon, 11, 1.0).width(), 11);
 }

@@ -46,6 +46,7 @@ TEST(MemoryMap, FilesOfSegments) {
           <MemorySegment name="B" start="0" access="ReadOnly"/><MemorySegment name="C" start="0" size="1"/>
           <MemorySegment start="0" size="1" access="ReadOnly"/><MemorySegment name="E" start="x" size="1" access=""/>
           <MemorySegment name="F" start="0" size="0" access=""/>
+          <MemorySegment name="H" start="0xFFFFFFFFFFFFFFFE" size="2" access=""/>
           <MemorySegment name="G" start="16" size="1" access="ReadOnly"/></Map>)",
        "10+1 1 G/",
        "'start' attribute expected but missing.|'size' attribute expected but missing.|"
@@ -71,30 +72,6 @@ TEST(MemoryMap, FilesOfSegments) {
   }
   EXPECT_EQ(CMemoryMap().LoadMapFile(Dir.filePath(QStringLiteral("none.xml"))), -1);
   SetConsoleExists(false);
-}
-
-TEST(MemoryMap, RegionsAndSummary) {
-  CMemoryMap Map;
-  const auto Add = [&](U64 Addr, U64 Size, U8 Type) {
-    MEMORY_REGION Region;
-    Region.Addr = Addr;
-    Region.Size = Size;
-    Region.Type = Type;
-    return Map.AddRegion(Region);
-  };
-  EXPECT_EQ(Add(0x100, 0, REGION_SEGMENT), -1);
-  EXPECT_EQ(Add(~U64{0} - 1, 2, REGION_SEGMENT), -1);
-  EXPECT_EQ(Add(0x100, 1, NUM_REGION_TYPES), -1);
-  EXPECT_EQ(Add(0x1000, 0x20, REGION_SECTION), 0);
-  EXPECT_EQ(Add(0x100, 0x2000, REGION_SEGMENT), 0);
-  Map.Tidy(REGION_SEGMENT);
-  EXPECT_EQ(Map.GetSummary().LowestStart, 0x100u);
-  EXPECT_EQ(Map.GetSummary().HighestStart, 0x1000u);
-  EXPECT_EQ(Map.GetSummary().HighestEnd, 0x2100u);
-  EXPECT_EQ(Map.GetSummary().NumRegions, 2u);
-  Map.Clear();
-  EXPECT_EQ(Map.GetSummary().NumRegions, 0u);
-  EXPECT_EQ(Map.GetRegion(REGION_SEGMENT, 0), nullptr);
 }
 
 }  // namespace

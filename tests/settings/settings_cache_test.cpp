@@ -80,16 +80,6 @@ TEST_F(SettingsTest, ValuesOfTheWrongKindGiveTheDefault) {
   EXPECT_FALSE(HasSetting(MainWindow, "Other"));
 }
 
-TEST_F(SettingsTest, KeysDirectlyBelowAGroup) {
-  const SETTING_GROUP AppData = {"AppData/"};
-  SetSetting(MainWindow, "Version", "V1.00");
-  SetSetting({"AppData", "MainWindowX"}, "Key", 1);
-  EXPECT_EQ(GetSettingKeys(MainWindow), QStringList{"Version"});
-  EXPECT_TRUE(GetSettingKeys(AppData).isEmpty());
-  EXPECT_TRUE(HasSetting(AppData, "/MainWindow//Version"));
-  RemoveSetting("AppData/MainWindowX/Key");
-}
-
 TEST_F(SettingsTest, DamagedStoreIsPutAsideAndDefaultsApply) {
   const QByteArray Damages[] = {
       "[AppData]\nno equals sign here\nMainWindow\\Version=V9\n[[\x01\xFE\n",

@@ -1,22 +1,13 @@
-// Spans of disassembly rows, made up and real.
-
-#include <cstring>
+// Spans of disassembly rows.
 
 #include <gtest/gtest.h>
 
-#include <QRegularExpression>
-
-#include "core/decoder/disasm.h"
 #include "span_rules.h"
-#include "tests/common/files.h"
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr I32 IDLE = SYNTAX_IDLE;
 constexpr I32 IMMEDIATE = SYNTAX_IN_IMMEDIATE;
-constexpr int MNEMONIC_COLUMNS = CSyntaxHighlighter::DEFAULT_MNEMONIC_COLUMNS;
 
 // A text and the picture of its spans.
 struct LISTING_ROW {
@@ -53,53 +44,6 @@ TEST(ListingScanner, RowsOfDisassembly) {
       ASSERT_EQ(BrokenOrder(Text, sText.size()), "");
       EXPECT_EQ(Picture(Text, sText.size()), Row.sPicture);
       EXPECT_EQ(Text.State, Row.StateOut);
-    }
-  }
-}
-
-// The instructions of a code image as rows, operands at the column behind the mnemonic.
-QStringList DecodedRows(const char* sFile) {
-  const QByteArray Code = ReadBytes(QString(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_") + sFile);
-  DISASM_CONTEXT Context;
-  DISASM_SetMode(Context, DISASM_THUMB);
-  QStringList asRow;
-  for (qsizetype Pos = 0; Pos + 4 <= Code.size();) {
-    char sText[128];
-    const int Length =
-        DISASM_DecodeThumb(Context, static_cast<U32>(Pos), reinterpret_cast<const U8*>(Code.data()) + Pos, 4, sText,
-                           sizeof(sText), nullptr);
-    Pos += Length > 0 ? Length : 2;
-    if (Length <= 0) continue;
-    const char* const pTab = std::strchr(sText, '\t');
-    const qsizetype NumChars = pTab ? pTab - sText : 0;
-    asRow += pTab ? QString::fromLatin1(sText, NumChars).leftJustified(MNEMONIC_COLUMNS) + QLatin1String(pTab + 1)
-                  : QString::fromLatin1(sText);
-  }
-  return asRow;
-}
-
-// Every register of the row that stands where operands begin, as a pattern finds it.
-void CheckRegisters(const QString& sRow, const std::string& sPicture) {
-  static const QRegularExpression REGISTER(u"(?<=[ \\[{,])(SP|PC|LR|R[0-9]|R1[01])(?![A-Za-z0-9_.])"_s);
-  for (auto Match = REGISTER.globalMatch(sRow); Match.hasNext();) {
-    const QRegularExpressionMatch Found = Match.next();
-    EXPECT_EQ(sPicture.substr(Found.capturedStart(), Found.capturedLength()),
-              std::string("Rrr").substr(0, Found.capturedLength()));
-  }
-}
-
-TEST(ListingScanner, RowsThatTheDecoderWrites) {
-  const CSyntaxHighlighter Highlighter;
-  for (const char* const sFile : {"v6m.bin", "v7em.bin"}) {
-    const QStringList asRow = DecodedRows(sFile);
-    EXPECT_GT(asRow.size(), 50) << sFile;
-    for (const QString& sRow : asRow) {
-      SCOPED_TRACE(sRow.toStdString());
-      ASSERT_EQ(BrokenRule(Highlighter, SYNTAX_ASM_LISTING, sRow, IDLE), "");
-      const std::string sPicture = Picture(HighlightText(Highlighter, SYNTAX_ASM_LISTING, sRow), sRow.size());
-      EXPECT_EQ(sPicture[0], 'M');
-      EXPECT_EQ(sPicture.find('M', 1), std::string::npos) << sPicture;
-      CheckRegisters(sRow, sPicture);
     }
   }
 }

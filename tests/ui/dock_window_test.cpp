@@ -128,43 +128,29 @@ private Q_SLOTS:
     }
   }
 
-  void aHaltReachesThoseWhoCanBeSeen_data() {
-    QTest::addColumn<int>("Mode");
-    QTest::addColumn<QString>("Place");
-    QTest::addColumn<bool>("Updated");
-    QTest::newRow("visible") << int(WIN_UPDATE_VISIBLE) << u"seen"_s << true;
-    QTest::newRow("tab behind another") << int(WIN_UPDATE_VISIBLE) << u"tab"_s << false;
-    QTest::newRow("tab of an open window") << int(WIN_UPDATE_OPEN) << u"tab"_s << true;
-    QTest::newRow("closed") << int(WIN_UPDATE_OPEN) << u"closed"_s << false;
-    QTest::newRow("closed, always") << int(WIN_UPDATE_ALWAYS) << u"closed"_s << true;
-  }
-
+  // In the order of the update modes, who is updated at each place; nobody by a halt that a newer one has overtaken.
   void aHaltReachesThoseWhoCanBeSeen() {
-    QFETCH(int, Mode);
-    QFETCH(QString, Place);
-    QFETCH(bool, Updated);
-    First().SetUpdateMode(static_cast<WIN_UPDATE_MODES>(Mode));
-    if (Place == u"tab"_s) {
-      m_pMain->tabifyDockWidget(First().GetDock(), Second().GetDock());
-      Second().GetDock()->raise();
-      QTRY_VERIFY(!First().IsVisible());
-      QVERIFY(First().IsOpen() && First().IsObscured());
-    } else if (Place == u"closed"_s) {
-      First().GetDock()->hide();
-    }
-    First().PCs.clear();
     const U32 PC = static_cast<U32>(CDevice::Get().GetPC());
-    First().OnDeviceHaltDone(PC, HR_GENERAL);
-    First().OnDeviceStepped(PC);
-    QCOMPARE(First().PCs, QList<U32>(Updated ? 2 : 0, PC));
-  }
-
-  void anOlderHaltIsIgnored() {
-    const U32 PC = static_cast<U32>(CDevice::Get().GetPC());
-    First().OnDeviceHaltDone(PC + 8, HR_GENERAL);
-    First().OnDeviceStepped(PC + 8);
-    First().OnDeviceHaltDone(0xFFFFFFFF, HR_GENERAL);
-    QVERIFY(First().PCs.isEmpty());
+    const auto Updated = [&](WIN_UPDATE_MODES Mode) {
+      First().SetUpdateMode(Mode);
+      First().PCs.clear();
+      for (const U32 Halted : {PC, PC + 8, 0xFFFFFFFF}) {
+        First().OnDeviceHaltDone(Halted, HR_GENERAL);
+        First().OnDeviceStepped(Halted);
+      }
+      return First().PCs == QList<U32>(2, PC) ? u"+"_s : First().PCs.isEmpty() ? u"-"_s : u"?"_s;
+    };
+    const auto All = [&] {
+      return Updated(WIN_UPDATE_VISIBLE) + Updated(WIN_UPDATE_OPEN) + Updated(WIN_UPDATE_ALWAYS);
+    };
+    QCOMPARE(All(), u"+++"_s);
+    m_pMain->tabifyDockWidget(First().GetDock(), Second().GetDock());
+    Second().GetDock()->raise();
+    QTRY_VERIFY(!First().IsVisible());
+    QVERIFY(First().IsOpen() && First().IsObscured());
+    QCOMPARE(All(), u"-++"_s);
+    First().GetDock()->hide();
+    QCOMPARE(All(), u"--+"_s);
   }
 
   void disconnectingClears() {

@@ -47,17 +47,6 @@ private Q_SLOTS:
     m_Marks.clear();
   }
 
-  void clicksGiveRowAndButton() {
-    const QSignalSpy Clicks(m_pBar, &CSideBar::Clicked);
-    for (const Qt::MouseButton Button : {Qt::LeftButton, Qt::RightButton}) {
-      QTest::mouseClick(m_pBar, Button, {}, {5, YOf(23)});
-      QCOMPARE(Clicks.last(), (QVariantList{23, static_cast<int>(Button)}));
-    }
-    m_pEditor->SetText(u"x\n"_s, u"a.c"_s, 1);
-    QTest::mouseClick(m_pBar, Qt::LeftButton, {}, {5, m_pEditor->RowHeight() * 3});
-    QCOMPARE(Clicks.size(), 2);
-  }
-
   // Marks that look the same would leave the user in the dark; those that are the same to him look the same.
   void marksDiffer() {
     const unsigned Marks[] = {SIDE_BAR_NONE,

@@ -1,4 +1,3 @@
-#include <QClipboard>
 #include <QRandomGenerator>
 #include <QScreen>
 #include <QScrollBar>
@@ -134,65 +133,6 @@ private Q_SLOTS:
     QCOMPARE(Bar.maximum(), 0);
   }
 
-  void theMouseSelects() {
-    HideColumns();
-    SetText(TEXT);
-    Click(0, 4);
-    QCOMPARE(m_pEditor->CursorPos(), QPoint(4, 0));
-    Click(1, 4);
-    QCOMPARE(m_pEditor->CursorPos(), QPoint(1, 1));
-    Click(1, 4 + 7, Qt::ShiftModifier);
-    QCOMPARE(m_pEditor->SelectedText(), u"count_1"_s);
-    QTest::mouseDClick(m_pEditor->viewport(), Qt::LeftButton, Qt::NoModifier, PointAt(0, 6));
-    QCOMPARE(m_pEditor->SelectedText(), u"main"_s);
-    Click(8, 50);
-    QCOMPARE(m_pEditor->CursorPos(), QPoint(1, 3));
-  }
-
-  void selectAllAndCopyByKey() {
-    SetText(TEXT);
-    QApplication::clipboard()->setText(u"before"_s);
-    Key(Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QApplication::clipboard()->text(), u"before"_s);
-    Key(Qt::Key_A, Qt::ControlModifier);
-    Key(Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QApplication::clipboard()->text(), TEXT.chopped(1));
-  }
-
-  // Instruction rows and more than one colour: see the tests of the rows and of the highlights.
-  void aMarkedRowIsPaintedInItsColour() {
-    SetText(u"line\n"_s.repeated(30));
-    m_pEditor->SetLineHighlight(4, COLOR_PC_ACTIVE);
-    const auto ColorAt = [this](int y) {
-      const QImage Image = m_pEditor->viewport()->grab().toImage();
-      return Image.pixelColor(Image.width() - 5, y * m_pEditor->RowHeight() + m_pEditor->RowHeight() / 2);
-    };
-    QCOMPARE(ColorAt(3), GetColor(COLOR_PC_ACTIVE));
-    QVERIFY(ColorAt(2) != GetColor(COLOR_PC_ACTIVE));
-    m_pEditor->verticalScrollBar()->setValue(2);
-    QCOMPARE(ColorAt(1), GetColor(COLOR_PC_ACTIVE));
-    SetText(u"line\n"_s.repeated(30));
-    QVERIFY(ColorAt(3) != GetColor(COLOR_PC_ACTIVE));
-  }
-
-  void theSignalsTellWhatChanged() {
-    SetText(TEXT);
-    const QSignalSpy Moves(m_pEditor.get(), &CSourceEditor::CursorPositionChanged);
-    const QSignalSpy Selections(m_pEditor.get(), &CSourceEditor::TextSelectionChanged);
-    const std::tuple<Qt::Key, Qt::KeyboardModifiers, int, int> Rows[] = {{Qt::Key_Right, {}, 1, 0},
-                                                                         {Qt::Key_Right, Qt::ShiftModifier, 2, 1},
-                                                                         {Qt::Key_Right, Qt::ShiftModifier, 3, 2},
-                                                                         {Qt::Key_Home, {}, 4, 3},
-                                                                         {Qt::Key_Left, {}, 4, 3},
-                                                                         {Qt::Key_A, Qt::ControlModifier, 5, 4},
-                                                                         {Qt::Key_A, Qt::ControlModifier, 5, 4}};
-    for (const auto& [Code, Modifiers, NumMoves, NumSelections] : Rows) {
-      Key(Code, Modifiers);
-      QCOMPARE(Moves.size(), NumMoves);
-      QCOMPARE(Selections.size(), NumSelections);
-    }
-  }
-
   // A press on the selection may begin a drag: it counts as a click once the button is let go.
   void aPressOnTheSelectionWaits() {
     HideColumns();
@@ -211,36 +151,17 @@ private Q_SLOTS:
     QTest::mouseMove(m_pEditor->viewport(), PointAt(1, 9));
     QTest::mouseRelease(m_pEditor->viewport(), Qt::LeftButton, {}, PointAt(1, 9));
     QCOMPARE(m_pEditor->SelectedText(), u"main(void) {\n\tcount"_s);
+    Click(1, 4);  // within the tab
+    QCOMPARE(m_pEditor->CursorPos(), QPoint(1, 1));
+    Click(1, 4 + 7, Qt::ShiftModifier);
+    QCOMPARE(m_pEditor->SelectedText(), u"count_1"_s);
+    QTest::mouseDClick(m_pEditor->viewport(), Qt::LeftButton, Qt::NoModifier, PointAt(0, 6));
+    QCOMPARE(m_pEditor->SelectedText(), u"main"_s);
     QTest::mouseClick(m_pEditor->viewport(), Qt::RightButton, {}, PointAt(0, 6));
     QVERIFY(m_pEditor->HasSelection());
     QTest::mouseClick(m_pEditor->viewport(), Qt::RightButton, {}, PointAt(1, 12));
     QCOMPARE(m_pEditor->CursorPos().y(), 1);
     QVERIFY(!m_pEditor->HasSelection());
-  }
-
-  void wordsUnderTheMouse() {
-    HideColumns();
-    SetText(TEXT);
-    const std::tuple<int, int, QString> Rows[] = {{0, 0, u"int"_s},     {0, 2, u"int"_s},   {0, 3, QString()},
-                                                  {1, 5, u"count_1"_s}, {1, 1, QString()},  {1, 11, QString()},
-                                                  {2, 0, QString()},    {0, 40, QString()}, {7, 0, QString()}};
-    for (const auto& [Row, Column, sWord] : Rows) {
-      // In the midst of a character.
-      QCOMPARE(m_pEditor->WordAt(PointAt(Row, Column) + QPoint(3, 0)), sWord);
-    }
-  }
-
-  void theNextMatchIsSelected() {
-    SetText(u"one\ntwo one\n"_s + u"x\n"_s.repeated(50) + u"ones\n"_s);
-    const QPoint Ends[] = {{7, 1}, {3, 52}, {3, 0}};
-    for (const QPoint& End : Ends) {
-      QVERIFY(m_pEditor->FindNextUnderCursor());
-      QCOMPARE(m_pEditor->SelectedText(), u"one"_s);
-      QCOMPARE(m_pEditor->CursorPos(), End);
-      QVERIFY(m_pEditor->TopRow() <= End.y() && End.y() < m_pEditor->TopRow() + PAGE);
-    }
-    QVERIFY(!m_pEditor->FindNext(u"three"_s));
-    QCOMPARE(m_pEditor->CursorPos(), Ends[2]);
   }
 
   // Lines 35 (in two places) and 38 of the example.
@@ -301,8 +222,10 @@ private Q_SLOTS:
     for (int i = 0; i < 3; ++i) {
       QCOMPARE(Image.pixelColor(Image.width() - 5, PointAt(37 + i, 0).y()), GetColor(Expected[i]));
     }
-    m_pEditor->SetText(u"x\n"_s, u"other.c"_s, Loc.File + 1);
+    m_pEditor->SetText(u"x\n"_s.repeated(60), u"other.c"_s, Loc.File + 1);
     QCOMPARE(m_pEditor->PcRow(), -1);
+    m_pEditor->verticalScrollBar()->setValue(35);
+    QVERIFY(m_pEditor->viewport()->grab().toImage().pixelColor(590, PointAt(37, 0).y()) != GetColor(COLOR_PC_INACTIVE));
   }
 
   // What is scrolled and painted in part is what is painted whole.

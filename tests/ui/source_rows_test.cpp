@@ -174,34 +174,6 @@ private Q_SLOTS:
     QCOMPARE(Rows.RowOfCode(0x110), First - 1);
   }
 
-  void allLinesOpenAndStayAtTheirText() {
-    CSourceRows Rows;
-    LoadMain(Rows);
-    Rows.ExpandAll();
-    const QSrcLocs All = Rows.ExpandedLocs();
-    QVERIFY(All.size() > 20);
-    const U32 Moved = All[5].Line;
-    const int NumRows = Rows.NumRows();
-    const QString sFirst = Rows.RowText(Rows.RowOfLine(Moved) + 1).toString();
-    Rows.Replace(Rows.Text().StartOf(static_cast<int>(Moved) - 1), 0, u"new\nlines\n");
-    QCOMPARE(Rows.NumRows(), NumRows + 2);
-    QVERIFY(!Rows.IsExpanded(Moved));
-    QCOMPARE(Rows.RowText(Rows.RowOfLine(Moved + 2) + 1).toString(), sFirst);
-    Rows.Replace(Rows.Text().StartOf(static_cast<int>(Moved) - 1), 10, {});
-    QCOMPARE(Rows.ExpandedLocs(), All);
-  }
-
-  void positionsAndRowsAgree() {
-    CSourceRows Rows;
-    LoadMain(Rows);
-    Rows.Expand(38);
-    for (int Position = 0; Position < Rows.Text().Size(); ++Position) {
-      QCOMPARE(Rows.PositionOf(Rows.PosOf(Position)), Position);
-    }
-    const int Row = Rows.RowOfLine(38) + 1;
-    QCOMPARE(Rows.PositionOf({5, Row}), Rows.Text().StartOf(38) - 1);
-  }
-
   void columnsAndPixelsAgree() {
     CTextMetrics Metrics;
     Metrics.SetTabSpacing(4);

@@ -1,10 +1,9 @@
-// A source file without its window: bytes and line ends, and the colours of the columns.
+// A source file without its window: its bytes, its encoding and its line ends.
 
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "tests/common/write_file.h"
-#include "ui/windows/observation_points.h"
 #include "ui/windows/source_document.h"
 
 using namespace Qt::StringLiterals;
@@ -65,51 +64,6 @@ private Q_SLOTS:
       QVERIFY(!HasChangedOutside(Document));
       QCOMPARE(QDir(Dir.path()).entryList(QDir::Files), QStringList{u"x.c"_s});
     }
-  }
-
-  void aFileThatCantBeWrittenIsLeftAlone() {
-    QTemporaryDir Dir;
-    SOURCE_DOCUMENT Document = LoadSourceDocument(WriteFile(Dir.filePath(u"x.c"_s), "old\n"));
-    Document.sResolvedPath = Dir.filePath(u"none/x.c"_s);
-    QString sReason;
-    QVERIFY(!WriteSourceDocument(Document, u"new\n"_s, &sReason) && !sReason.isEmpty());
-    QCOMPARE(Document.sText, u"old\n"_s);
-  }
-
-  // The same bytes with another time are no change, and a change is one once.
-  void changesOutsideAreFoundByContents() {
-    QTemporaryDir Dir;
-    const QString sPath = WriteFile(Dir.filePath(u"x.c"_s), "old\n");
-    SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
-    int Seconds = 0;
-    for (const auto& [Bytes, bChanged] :
-         {std::pair<QByteArray, bool>{"old\n", false}, {"new\n", true}, {"new\n", false}}) {
-      WriteFile(sPath, Bytes);
-      QFile File(sPath);
-      QVERIFY(File.open(QIODevice::ReadWrite));
-      QVERIFY(File.setFileTime(QDateTime::currentDateTime().addSecs(++Seconds), QFileDevice::FileModificationTime));
-      File.close();
-      QCOMPARE(HasChangedOutside(Document), bChanged);
-    }
-    QFile::remove(sPath);
-    QVERIFY(!HasChangedOutside(Document));
-  }
-
-  void theWayBackGoesAround() {
-    CObservationPoints Points;
-    QVERIFY(!Points.Prev().IsValid());
-    for (const U32 Line : {10u, 10u, 20u, 30u}) Points.Add({1, u"a.c"_s, Line, 0, 0, 0});
-    Points.Add({2, u"b.c"_s, 30, 0, 0, 0});
-    const auto Walk = [&Points](const QString& sSteps) {
-      QStringList Lines;
-      for (const QChar Step : sSteps) Lines << QString::number((Step == u'<' ? Points.Prev() : Points.Next()).Line);
-      return Lines.join(u' ');
-    };
-    QCOMPARE(Points.Count(), 4);
-    QCOMPARE(Walk(u"<<<<>>"_s), u"30 20 10 30 10 20"_s);
-    Points.Add({2, u"b.c"_s, 30, 5, 0, 0});  // the line of the last one
-    QCOMPARE(Walk(u"<"_s), u"30"_s);
-    QCOMPARE(Points.Count(), 4);
   }
 
   void lineEndsAreDetected() {

@@ -23,7 +23,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr U32 CORTEX_M4 = 0x0E0000FF;
-constexpr int TIP_WAIT_MS = 260;
 const QString EXAMPLE = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/");
 
 }  // namespace
@@ -86,16 +85,10 @@ private Q_SLOTS:
     }
   }
 
-  void theBackgroundLeavesTheActiveTab() {
-    m_pWindow->Open(m_sA);
-    Editor().SetCursorPos({3, 0});
-    for (int i = 0; i < 2; ++i) m_pWindow->Open(m_sB, true);
-    QCOMPARE(Editor().CursorPos(), QPoint(3, 0));
-    QCOMPARE(State(), u"b.c [a.c]: text of a"_s);
-  }
-
   void aTabKeepsItsView() {
     m_pWindow->Open(m_sLong, false, 90, {1, 95});
+    m_pWindow->Open(m_sA, true);
+    QCOMPARE(Editor().TopRow(), 90);
     m_pWindow->Open(m_sA);
     QCOMPARE(Editor().TopRow(), 0);
     m_pWindow->Open(m_sLong);
@@ -109,15 +102,6 @@ private Q_SLOTS:
              u"[them.c]: File not found:\n\n/none/of/them.c\n\n"
              "Please use the source files window to locate the file manually"_s);
     QVERIFY(!m_pWindow->ShowLine(1));
-  }
-
-  void closingShowsTheNeighbour() {
-    Open({m_sA, m_sB, m_sC, m_sB});
-    m_pWindow->Close(m_sB);
-    m_pWindow->Close(u"/not/open.c"_s);
-    QCOMPARE(State(), u"c.c [a.c]: text of a"_s);
-    m_pWindow->CloseAll();
-    QVERIFY(m_pWindow->IsEmpty() && m_pWindow->ActiveFile().isEmpty() && !m_pWindow->centralWidget()->isVisible());
   }
 
   void closingAnotherTabLeavesTheViewAlone() {
@@ -152,30 +136,6 @@ private Q_SLOTS:
     QVERIFY(Editor().hasFocus());
   }
 
-  void linesAreShownByNumber() {
-    m_pWindow->Open(m_sLong);
-    QVERIFY(m_pWindow->ShowLine(150));
-    QCOMPARE(Editor().CursorPos(), QPoint(0, 149));
-    for (const U32 Line : {0u, 201u, 0xFFFFFFFFu}) QVERIFY(!m_pWindow->ShowLine(Line));
-    QCOMPARE(m_pWindow->CursorLine(), 150);
-  }
-
-  void thePcLineIsFollowedFromFileToFile() {
-    CFileFinder::Get()->SetProjectPath(EXAMPLE + u"traffic_light.vdebug"_s);
-    QCOMPARE(ELFAPI_Load(EXAMPLE + u"traffic_light.elf"_s), 0);
-    for (const char* const sPlace : {"traffic.c:29", "main.c:38", "traffic.c:12"}) {
-      const CSrcLoc Loc = ELFAPI_ParseSrcLoc(QLatin1String(sPlace));
-      QVERIFY(m_pWindow->ShowPC(ELFAPI_GetAddrOfLoc(Loc)));
-      QVERIFY2(m_pWindow->ActiveFile().endsWith(QString::fromLatin1(sPlace).section(QLatin1Char(':'), 0, 0)), sPlace);
-      QCOMPARE(m_pWindow->CursorLine(), static_cast<int>(Loc.Line));
-    }
-    QCOMPARE(Tabs().count(), 2);
-    const QPoint Cursor = Editor().CursorPos();
-    QVERIFY(!m_pWindow->ShowPC(0xFFFF0000));
-    QVERIFY(m_pWindow->ActiveFile().endsWith(u"traffic.c"_s));
-    QCOMPARE(Editor().CursorPos(), Cursor);
-  }
-
   // Where the pointer rests, and the expression whose value is asked for.
   void tipsAreForCodeAlone() {
     m_pWindow->Open(WriteFile(m_Dir.filePath(u"tips.c"_s), "count; // count\n/* count */ \"count\" total; none\n"));
@@ -192,12 +152,12 @@ private Q_SLOTS:
     for (const auto& [Pos, sExpected] : Rows) {
       sAsked.clear();
       QTest::mouseMove(Editor().viewport(), PointOf(Pos));
-      QTest::qWait(TIP_WAIT_MS);
+      LetTimersFire();
       QCOMPARE(sAsked, sExpected);
     }
     m_pWindow->SetPreference(PREF_SHOW_TOOLTIPS, 0);
     QTest::mouseMove(Editor().viewport(), PointOf({2, 0}));
-    QTest::qWait(TIP_WAIT_MS);
+    LetTimersFire();
     QCOMPARE(sAsked, QString());
   }
 
@@ -210,6 +170,7 @@ private Q_SLOTS:
     auto* const pSymbols = m_pWindow->findChild<QComboBox*>(u"comboBoxSymbols"_s);
     QCOMPARE(pScopes->itemText(0), u"File Scope"_s);
     QTRY_COMPARE(pScopes->currentText(), u"traffic_tick"_s);
+    QVERIFY(!m_pWindow->ShowPC(0xFFFF0000) && m_pWindow->CursorLine() == 29);
     Editor().SetCursorPos({0, 35});
     QTRY_COMPARE(pScopes->currentText(), u"traffic_request"_s);
     pScopes->setCurrentIndex(0);
@@ -221,7 +182,7 @@ private Q_SLOTS:
     m_pWindow->SetPreference(PREF_LOCK_HEADER_BAR, 1);
     const QString sBefore = pScopes->currentText();
     Editor().SetCursorPos({0, 28});
-    QTest::qWait(TIP_WAIT_MS);
+    LetTimersFire();
     QCOMPARE(pScopes->currentText(), sBefore);
   }
 
@@ -241,6 +202,10 @@ private:
   // The last one in front.
   void Open(const QStringList& Paths) {
     for (const QString& sPath : Paths) m_pWindow->Open(sPath);
+  }
+  void LetTimersFire() {
+    const auto IsWaiting = [](const QTimer* pTimer) { return pTimer->isSingleShot() && pTimer->isActive(); };
+    QTRY_VERIFY(std::ranges::none_of(m_pWindow->findChildren<QTimer*>(), IsWaiting));
   }
   // A point on a character of the text: column, row.
   QPoint PointOf(const QPoint& Pos) {

@@ -47,7 +47,7 @@ private:
 
   QComboBox* m_pScopes;
   QComboBox* m_pSymbols;
-  QTimer m_UpdateTimer;
+  QTimer m_UpdateTimer{this};
   QList<SCOPE> m_Scopes;
   ELF_SYM_LIST m_Symbols;    // functions and inlined instances of the file, by line
   ELF_SYM_LIST m_Variables;  // that the file declares

@@ -42,7 +42,7 @@ private:
 
   CSourceEditor* m_pEditor;
   EVALUATE m_Evaluate;
-  QTimer m_Timer;
+  QTimer m_Timer{this};
   QPoint m_Pos;                   // of the pointer
   QPoint m_PressPos{-100, -100};  // of the last press: no tip comes up right there
   QStringList m_Code;
