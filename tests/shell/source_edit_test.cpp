@@ -104,7 +104,8 @@ private Q_SLOTS:
     const int TopRow = m_S.Editor().TopRow();
     int Time = 0;
     for (const auto& [Answer, sFirst] : {std::pair{QDialogButtonBox::No, "line"}, {QDialogButtonBox::Yes, "new2"}}) {
-      Change("long.c", QByteArray("new") + QByteArray::number(++Time) + QByteArray("\nline").repeated(199), Time);
+      ++Time;
+      Change("long.c", QByteArray("new") + QByteArray::number(Time) + QByteArray("\nline").repeated(199), Time);
       QCOMPARE(ComeBack(Answer), u"Reload Source File"_s);
       QCOMPARE(m_S.Editor().LineText(1), QLatin1String(sFirst));
       QCOMPARE(m_S.Editor().CursorPos(), QPoint(2, 150));

@@ -108,7 +108,7 @@ public:
     }
     if (Texts.size() != Listed.size() || Probed.size() > Listed.size()) return u"the probe has others"_s;
     for (const U32 Addr : Listed.keys()) {
-      const unsigned Marks = Source().MarksOfRow(Editor().RowOfCode(Addr));
+      const unsigned Marks = Source().MarksOfRow(Editor().Rows().RowOfCode(Addr));
       if (!(Marks & (SIDE_BAR_BREAKPOINT | SIDE_BAR_BREAKPOINT_DISABLED))) return u"the margin shows none"_s;
     }
     return Texts.join(u' ');

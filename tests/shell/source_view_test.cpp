@@ -9,6 +9,7 @@ constexpr U32 LINE_INIT = 40;  // a call
 constexpr U32 LINE_SIDE = 41;
 constexpr U32 LINE_TIMER = 42;
 constexpr U32 LINE_LAST = 44;
+constexpr int NUM_STEPS = 50;
 
 QString Set(U32 Addr, QChar State = u'+') {
   return QString::number(Addr, 16) + State;
@@ -63,11 +64,24 @@ private Q_SLOTS:
       QVERIFY2(sConsole.contains(Step.sEcho), qPrintable(Step.sEcho + u" not in "_s + sConsole));
       QCOMPARE(m_S.Breakpoints(), Step.sBreakpoints);
     }
-    // A line without code hands its breakpoint on, and takes it back.
-    for (const char* const sEcho : {"Break.SetOnSrc (\"main.c:7\");", "Break.ClearOnSrc (\"main.c:17\");"}) {
-      m_S.ClickMargin(m_S.Editor().RowOfLine(7));
-      QVERIFY(m_S.TakeConsole().contains(QLatin1String(sEcho)));
+    // A line without code hands its breakpoint on; the breakpoint is cleared where it stands.
+    for (const auto& [Line, sEcho] : {std::pair{7u, "Break.SetOnSrc (\"main.c:7\");"},
+                                      {7u, "Break.SetOnSrc (\"main.c:7\");"},
+                                      {17u, "Break.ClearOnSrc (\"main.c:17\");"}}) {
+      m_S.ClickMargin(m_S.Editor().RowOfLine(Line));
+      const QString sConsole = m_S.TakeConsole();
+      QVERIFY2(sConsole.contains(QLatin1String(sEcho)), qPrintable(sConsole));
     }
+    // The core has six comparators: what could not be set stands there all the same.
+    for (U32 Addr = m_Side; Addr < m_Side + 12; Addr += 2)
+      PerformAction(ACTION_BREAK_SET_EX, u"0x"_s + QString::number(Addr, 16), u"BP_TYPE_HARD"_s);
+    PerformAction(ACTION_BREAK_SET_ON_SRC_EX, u"main.c:40"_s, u"BP_TYPE_HARD"_s);
+    m_S.Settle();
+    QVERIFY(m_S.TakeConsole().contains(u"could not be set"_s));
+    m_S.ClickMargin(Row);
+    QVERIFY(m_S.TakeConsole().contains(u"Break.ClearOnSrc (\"main.c:40\");"_s));
+    PerformAction(ACTION_BREAK_CLEAR_ALL);
+    m_S.Settle();
   }
 
   void menusOfferWhatIsPossible() {
@@ -96,8 +110,8 @@ private Q_SLOTS:
     const int NumRows = m_S.Editor().NumRows();
     m_S.Press(Qt::Key_Plus, Qt::ControlModifier);
     const int Row = m_S.Editor().RowOfLine(LINE_SIDE);
-    QVERIFY(m_S.Editor().IsExpanded(Row) && m_S.Editor().IsInstructionRow(Row + 2));
-    const U32 Second = m_S.Editor().AddrOfRow(Row + 2);
+    QVERIFY(m_S.Editor().Rows().IsExpandedAt(Row) && m_S.Editor().Rows().IsInstruction(Row + 2));
+    const U32 Second = m_S.Editor().Rows().AddrOfRow(Row + 2);
     const struct {
       int Row;
       QString sEcho;
@@ -120,7 +134,7 @@ private Q_SLOTS:
     // The line stays open over another document, and closes again.
     m_S.Source().Open(m_S.Path("traffic.c"));
     m_S.Source().ShowNextDocument();
-    QVERIFY(m_S.Editor().IsExpanded(Row));
+    QVERIFY(m_S.Editor().Rows().IsExpandedAt(Row));
     m_S.GoTo(LINE_SIDE);
     m_S.Press(Qt::Key_Minus, Qt::ControlModifier);
     QCOMPARE(m_S.Editor().NumRows(), NumRows);
@@ -144,7 +158,7 @@ private Q_SLOTS:
     m_S.GoTo(LINE_SIDE);
     m_S.Press(Qt::Key_Plus, Qt::ControlModifier);
     const int Row = m_S.Editor().RowOfLine(LINE_SIDE) + 2;
-    const U32 Addr = m_S.Editor().AddrOfRow(Row);
+    const U32 Addr = m_S.Editor().Rows().AddrOfRow(Row);
     m_S.Editor().SetCursorPos({0, Row});
     m_S.Press(Qt::Key_F10, Qt::ControlModifier);
     QVERIFY(HaltsWith([&] { return m_S.Pc() == Addr; }));
@@ -190,6 +204,39 @@ private Q_SLOTS:
     QCOMPARE(m_S.Source().CursorLine(), 17);
   }
 
+  // F11 is held down. Each halt that is told is drawn once, in one more turn for another file, and a step that another
+  // one has overtaken is not told.
+  void aHeldKeyStepsSmoothly() {
+    struct CHaltCounter : public CDeviceEventListener {
+      void OnDeviceStepped(U32) override { ++NumHalts; }
+      int NumHalts = 0;
+    } Counter;
+    int NumDrawn = 0;
+    m_S.Source().SetReturnAddrs([&NumDrawn] {
+      ++NumDrawn;
+      return QAddrList();
+    });
+    const QSignalSpy Tabs(&m_S.Tabs(), &QTabBar::currentChanged);
+    U32 End = 0;
+    for (const bool bHeld : {false, true}) {
+      PerformAction(ACTION_DEBUG_RESET);
+      QVERIFY(HaltsWith([this] { return m_S.Pc() == m_S.AddrOf("main.c:38"); }));
+      NumDrawn = Counter.NumHalts = 0;
+      const qsizetype NumTabs = Tabs.size();
+      for (int i = 0; i < NUM_STEPS; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F11);
+        if (!bHeld) QTRY_COMPARE_WITH_TIMEOUT(Counter.NumHalts, i + 1, FRAME_WAIT_MS);
+      }
+      m_S.Settle();
+      QVERIFY(Counter.NumHalts > 0 && Counter.NumHalts <= NUM_STEPS);
+      QCOMPARE(NumDrawn, Counter.NumHalts + static_cast<int>(Tabs.size() - NumTabs));
+      QCOMPARE(static_cast<U32>(m_S.Source().CursorLine()), ELFAPI_GetLastSrcLoc(m_S.Pc()).Line);
+      if (!bHeld) End = m_S.Pc();
+      QCOMPARE(m_S.Pc(), End);
+    }
+    m_S.Source().SetReturnAddrs({});
+  }
+
   void preferencesByTheirRows() {
     const bool bLocked = GetAction(ACTION_SRC_LOCK_HEADER_BAR)->isChecked();
     PerformAction(ACTION_SRC_LOCK_HEADER_BAR);
@@ -199,6 +246,14 @@ private Q_SLOTS:
     QVERIFY(m_S.Source().GetUserConfigStr().contains(u"ExecCountersShown=1"_s));
     m_S.Press(Qt::Key_E, Qt::ControlModifier);
     QVERIFY(!m_S.Source().GetSideBar().AreCountersShown());
+    const int Row = m_S.Editor().RowOfLine(LINE_SIDE) + 1;
+    m_S.GoTo(LINE_SIDE);
+    m_S.Press(Qt::Key_Plus, Qt::ControlModifier);
+    for (const int NumBlanks : {0, 1}) {
+      PerformAction(ACTION_EDIT_PREFERENCE, u"PREF_SHOW_HEX_BLOCKS"_s, NumBlanks);
+      QCOMPARE(m_S.Editor().Rows().RowText(Row).indexOf(u' '), NumBlanks ? 4 : 8);
+    }
+    m_S.Press(Qt::Key_Minus, Qt::AltModifier);
   }
 
   void allCanBeClosed() {

@@ -82,6 +82,13 @@ private Q_SLOTS:
     QCOMPARE(Ground(ROW_OF_COUNTERS), GetColor(COLOR_EXEC_PROFILE_BAD_INSTR));
     QCOMPARE(Ground(ROW_OF_COUNTERS + 1), GetColor(COLOR_EXEC_PROFILE_GOOD_INSTR));
     QCOMPARE(Ground(ROW_OF_COUNTERS + 2), Ground(ROW_OF_COUNTERS + 3));
+    // What was fetched has a dot of its own.
+    const auto Dot = [&](int Row, unsigned Marks) {
+      m_Marks[Row] = Marks;
+      return PictureOf(Row).copy(0, 0, Width, m_pEditor->RowHeight());
+    };
+    const QImage Executed = Dot(ROW_OF_COUNTERS + 4, SIDE_BAR_CODE | SIDE_BAR_EXECUTED);
+    QVERIFY(Dot(ROW_OF_COUNTERS, SIDE_BAR_CODE) == Executed && Dot(ROW_OF_COUNTERS + 2, SIDE_BAR_CODE) != Executed);
     // A zero is shown, none is not.
     QVERIFY(PictureOf(ROW_OF_COUNTERS + 2) != PictureOf(ROW_OF_COUNTERS + 3));
     m_pBar->SetCountersShown(false);

@@ -108,6 +108,9 @@ private Q_SLOTS:
     Composed.setCommitString(u"\u4E2D"_s);
     QCoreApplication::sendEvent(m_pEditor.get(), &Composed);
     QVERIFY(m_pEditor->LineText(4) == u"\u4E2D\tint b;"_s);
+    // Half a pair, which the text field does not take.
+    QKeyEvent Half(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(QChar(0xD800)));
+    QCoreApplication::sendEvent(m_pEditor.get(), &Half);
     // Both halves of a pair go at once.
     m_pEditor->SetCursorPos({4, 2});
     Type(Qt::Key_Backspace);
@@ -247,7 +250,7 @@ private Q_SLOTS:
     QVERIFY(m_pEditor->Expand(Loc));
     const QString sBefore = m_pEditor->GetText();
     m_pEditor->SetCursorPos({3, 38});
-    QVERIFY(m_pEditor->IsInstructionRow(38));
+    QVERIFY(m_pEditor->Rows().IsInstruction(38));
     Type("a");
     Select({0, 37}, {0, 39});
     Type(Qt::Key_Delete);
@@ -255,7 +258,7 @@ private Q_SLOTS:
     // A new line above moves them with their text.
     m_pEditor->SetCursorPos({0, 0});
     Type(Qt::Key_Return);
-    QVERIFY(m_pEditor->IsInstructionRow(39) && !m_pEditor->IsInstructionRow(38));
+    QVERIFY(m_pEditor->Rows().IsInstruction(39) && !m_pEditor->Rows().IsInstruction(38));
     ELFAPI_Unload();
   }
 
@@ -271,7 +274,7 @@ private:
     while (m_pEditor->CursorPos().y() < Row) Type(Qt::SHIFT | Qt::Key_Down);
     while (m_pEditor->CursorPos().y() > Row) Type(Qt::SHIFT | Qt::Key_Up);
     Type(Qt::SHIFT | Qt::Key_Home);
-    const qsizetype Column = std::min<qsizetype>(Cursor.x(), m_pEditor->RowText(Row).size());
+    const qsizetype Column = std::min<qsizetype>(Cursor.x(), m_pEditor->Rows().RowText(Row).size());
     while (m_pEditor->CursorPos().x() < Column) Type(Qt::SHIFT | Qt::Key_Right);
   }
 

@@ -176,7 +176,8 @@ private Q_SLOTS:
       QTest::mouseClick(m_pEditor->viewport(), Qt::LeftButton, {}, {4, PointAt(Row, 0).y()});
     };
     ClickIndicator(37);
-    QVERIFY(m_pEditor->IsExpanded(37) && m_pEditor->IsInstructionRow(38) && m_pEditor->ExpandedLocs() == QSrcLocs{Loc});
+    QVERIFY(m_pEditor->Rows().IsExpandedAt(37) && m_pEditor->Rows().IsInstruction(38) &&
+            m_pEditor->Rows().ExpandedLocs() == QSrcLocs{Loc});
     // The cursor moves with its text, the view stays.
     QCOMPARE(m_pEditor->CursorPos(), QPoint(4, 42));
     QCOMPARE(m_pEditor->CursorTextPos(), QPoint(4, 40));
@@ -187,9 +188,9 @@ private Q_SLOTS:
     m_pEditor->SetCursorPos({20, 39});
     ClickIndicator(37);
     QCOMPARE(Toggles.size(), 2);
-    QVERIFY(!m_pEditor->IsExpanded(37) && m_pEditor->CursorPos().y() == 37);
+    QVERIFY(!m_pEditor->Rows().IsExpandedAt(37) && m_pEditor->CursorPos().y() == 37);
     m_pEditor->ExpandAll();
-    QCOMPARE(m_pEditor->LineOfRow(m_pEditor->TopRow()), 31u);
+    QCOMPARE(m_pEditor->Rows().LineOfRow(m_pEditor->TopRow()), 31u);
     m_pEditor->CollapseAll();
     QCOMPARE(m_pEditor->TopRow(), 30);
     QCOMPARE(m_pEditor->NumRows(), m_pEditor->NumLines());
@@ -203,7 +204,7 @@ private Q_SLOTS:
     for (int i = 0; i < 2; ++i) Key(Qt::Key_Down, Qt::ShiftModifier);
     QCOMPARE(m_pEditor->SelectedText(), u"int main(void) {\n0000 0140   B510       PUSH        {R4, LR}\n"_s);
     Key(Qt::Key_End, Qt::ControlModifier);
-    QCOMPARE(m_pEditor->LineOfRow(m_pEditor->CursorPos().y()), Last);
+    QCOMPARE(m_pEditor->Rows().LineOfRow(m_pEditor->CursorPos().y()), Last);
   }
 
   void thePcHasARow() {

@@ -186,6 +186,20 @@ private Q_SLOTS:
     QCOMPARE(pScopes->currentText(), sBefore);
   }
 
+  // Opened by its place, and known to be the program's once there is a rule for that; edits stay.
+  void aRuleMakesAFileTheProgramsOwn() {
+    QCOMPARE(ELFAPI_Load(EXAMPLE + u"traffic_light.elf"_s), 0);
+    m_pWindow->Open(WriteFile(m_Dir.filePath(u"main.c"_s), "int x;\n"));
+    QCOMPARE(Editor().GetFileNo(), INVALID_FILE_ID);
+    Editor().setFocus();
+    QTest::keyClick(&Editor(), Qt::Key_A);
+    CFileFinder::Get()->AddFileAlias(ELFAPI_GetFilePathOf(ELFAPI_ParseSrcLoc(u"main.c:38"_s).File),
+                                     m_Dir.filePath(u"main.c"_s));
+    m_pWindow->ResolveDocuments();
+    QCOMPARE(Editor().GetFileNo(), ELFAPI_ParseSrcLoc(u"main.c:38"_s).File);
+    QCOMPARE(Editor().GetText(), u"aint x;\n"_s);
+  }
+
   void reloadingReadsTheFileAgain() {
     Open({m_sA, m_sB});
     Editor().SetCursorPos({2, 1});

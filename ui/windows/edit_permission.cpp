@@ -16,7 +16,7 @@ enum EDIT_RESTRICTION : U32 { NOT_WHILE_DEBUGGING = 1, NEVER_EDIT = 2 };
 const SETTING_GROUP SETTINGS = {QStringLiteral("AppData"), QStringLiteral("SourceEditor")};
 const QString DO_NOT_ASK = QStringLiteral("DoNotShowInfoMsgAgain");
 
-EDIT_ANSWER AskUser() {
+QDialogButtonBox::StandardButton AskUser() {
   const std::unique_ptr<CMessageBox> pBox(CMessageBox::Make(
       QStringLiteral("Edit Document"),
       QStringLiteral("You are about to edit this document. Note that edited documents might not match\n"
@@ -26,14 +26,7 @@ EDIT_ANSWER AskUser() {
       QDialogButtonBox::Yes | QDialogButtonBox::YesToAll | QDialogButtonBox::No));
   pBox->Button(QDialogButtonBox::YesToAll)->setText(QStringLiteral("Yes and do not show again"));
   pBox->exec();
-  switch (pBox->PressedButton()) {
-    case QDialogButtonBox::Yes:
-      return EDIT_YES;
-    case QDialogButtonBox::YesToAll:
-      return EDIT_YES_ALWAYS;
-    default:
-      return EDIT_NO;
-  }
+  return pBox->PressedButton();
 }
 
 }  // namespace
@@ -50,8 +43,9 @@ bool CEditPermission::IsPossible() const {
 bool CEditPermission::IsGiven(const QString& sPath) {
   if (!IsPossible()) return false;
   if (!IsInSession() || m_Confirmed.contains(sPath) || GetSetting(SETTINGS, DO_NOT_ASK, false).toBool()) return true;
-  const EDIT_ANSWER Answer = m_Ask ? m_Ask() : AskUser();
-  if (Answer == EDIT_YES_ALWAYS) SetSetting(SETTINGS, DO_NOT_ASK, true);
-  if (Answer != EDIT_NO) m_Confirmed.insert(sPath);
-  return Answer != EDIT_NO;
+  const QDialogButtonBox::StandardButton Answer = AskUser();
+  if (Answer == QDialogButtonBox::YesToAll) SetSetting(SETTINGS, DO_NOT_ASK, true);
+  const bool bGiven = Answer == QDialogButtonBox::Yes || Answer == QDialogButtonBox::YesToAll;
+  if (bGiven) m_Confirmed.insert(sPath);
+  return bGiven;
 }

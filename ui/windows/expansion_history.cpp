@@ -4,7 +4,7 @@
 
 void CExpansionHistory::OnToggled(U32 Line) {
   const CSrcLoc Loc{m_Editor.GetFileNo(), Line, 0};
-  if (m_Editor.IsExpanded(m_Editor.RowOfLine(Line))) {
+  if (m_Editor.Rows().IsExpandedAt(m_Editor.RowOfLine(Line))) {
     m_Locs.insert(Loc);
   } else {
     m_Locs.remove(Loc);
@@ -13,7 +13,7 @@ void CExpansionHistory::OnToggled(U32 Line) {
 
 void CExpansionHistory::ExpandAll() {
   m_Editor.ExpandAll();
-  for (const CSrcLoc& Loc : m_Editor.ExpandedLocs()) m_Locs.insert(Loc);
+  for (const CSrcLoc& Loc : m_Editor.Rows().ExpandedLocs()) m_Locs.insert(Loc);
 }
 
 void CExpansionHistory::CollapseAll(bool bUpdateHistory) {

@@ -14,10 +14,10 @@ public:
   virtual int TopRow() const = 0;
   // In pixels.
   virtual int RowHeight() const = 0;
-  // Row at a y of the viewport, -1 behind the last one.
+  // Row at a y of the viewport, -1 outside of it and behind the last one.
   int RowAt(int y) const {
     const int Row = TopRow() + y / RowHeight();
-    return y >= 0 && Row < NumRows() ? Row : -1;
+    return y >= 0 && y < viewport()->height() && Row < NumRows() ? Row : -1;
   }
 
 Q_SIGNALS:

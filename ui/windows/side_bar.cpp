@@ -84,9 +84,13 @@ void CSideBar::UpdateWidth() {
   setFixedWidth(IconColumnWidth() + (m_bCountersShown ? 2 * CounterColumnWidth() : 0));
 }
 
-void CSideBar::PaintIcons(QPainter& Painter, int Row, int y) const {
+std::optional<ROW_COUNTERS> CSideBar::CountersAt(int Row) const {
+  return m_bCountersShown && m_CountersOf && Row >= 0 ? m_CountersOf(Row) : std::nullopt;
+}
+
+void CSideBar::PaintIcons(QPainter& Painter, int Row, int y, bool bFetched) const {
   const int RowHeight = m_pView->RowHeight();
-  const unsigned Marks = m_MarksOf(Row);
+  const unsigned Marks = m_MarksOf(Row) | (bFetched ? SIDE_BAR_EXECUTED : SIDE_BAR_NONE);
   for (const MARK_ICON& Icon : ICONS) {
     if ((Marks & Icon.Among) != Icon.Marks) continue;
     const int Size = IconSize(RowHeight, Icon.Size);
@@ -95,17 +99,15 @@ void CSideBar::PaintIcons(QPainter& Painter, int Row, int y) const {
   }
 }
 
-void CSideBar::PaintCounters(QPainter& Painter, int Row, int y) const {
-  const std::optional<ROW_COUNTERS> Counters = m_CountersOf ? m_CountersOf(Row) : std::nullopt;
-  if (!Counters) return;
-  const QColor Ground = ProfileColor(Counters->Profile);
+void CSideBar::PaintCounters(QPainter& Painter, const ROW_COUNTERS& Counters, int y) const {
+  const QColor Ground = ProfileColor(Counters.Profile);
   const int Width = CounterColumnWidth();
   const QRect Columns(IconColumnWidth(), y, 2 * Width, m_pView->RowHeight());
   if (Ground.isValid()) Painter.fillRect(Columns, Ground);
   Painter.setFont(m_pView->font());
   Painter.setPen(Ground.isValid() ? QColor(Qt::black) : palette().color(QPalette::WindowText));
   int Right = IconColumnWidth() + Width;
-  for (const U64 Count : {Counters->RunCount(), Counters->FetchCount}) {
+  for (const U64 Count : {Counters.RunCount(), Counters.FetchCount}) {
     Painter.drawText(QRect(Right - Width, y, Width - COUNTER_MARGIN, m_pView->RowHeight()),
                      Qt::AlignRight | Qt::AlignVCenter, CounterText(Count));
     Right += Width;
@@ -116,17 +118,18 @@ void CSideBar::paintEvent(QPaintEvent* pEvent) {
   QPainter Painter(this);
   Painter.fillRect(pEvent->rect(), palette().color(QPalette::Window));
   const int RowHeight = m_pView->RowHeight();
-  for (int Row = m_pView->TopRow(), y = 0; Row < m_pView->NumRows() && y < height(); ++Row, y += RowHeight) {
-    PaintIcons(Painter, Row, y);
-    if (m_bCountersShown) PaintCounters(Painter, Row, y);
+  // Not beside the view's scroll bar.
+  const int Height = m_pView->viewport()->height();
+  for (int Row = m_pView->TopRow(), y = 0; Row < m_pView->NumRows() && y < Height; ++Row, y += RowHeight) {
+    const std::optional<ROW_COUNTERS> Counters = CountersAt(Row);
+    PaintIcons(Painter, Row, y, Counters && Counters->FetchCount > 0);
+    if (Counters) PaintCounters(Painter, *Counters, y);
   }
 }
 
 bool CSideBar::ShowCounterTip(const QPoint& Pos, const QPoint& GlobalPos) {
-  const int Row = m_pView->RowAt(Pos.y());
-  if (!m_bCountersShown || !m_CountersOf || Row < 0 || Pos.x() < IconColumnWidth()) return false;
-  const std::optional<ROW_COUNTERS> Counters = m_CountersOf(Row);
-  if (!Counters) return false;
+  const std::optional<ROW_COUNTERS> Counters = CountersAt(m_pView->RowAt(Pos.y()));
+  if (!Counters || Pos.x() < IconColumnWidth()) return false;
   const double Load = Counters->TotalFetchCount > 0 ? 100.0 * static_cast<double>(Counters->FetchCount) /
                                                           static_cast<double>(Counters->TotalFetchCount)
                                                     : 0.0;

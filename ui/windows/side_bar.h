@@ -68,8 +68,10 @@ protected:
 private:
   int IconColumnWidth() const;
   int CounterColumnWidth() const;
-  void PaintIcons(QPainter& Painter, int Row, int y) const;
-  void PaintCounters(QPainter& Painter, int Row, int y) const;
+  // Nothing while they are not shown.
+  std::optional<ROW_COUNTERS> CountersAt(int Row) const;
+  void PaintIcons(QPainter& Painter, int Row, int y, bool bFetched) const;
+  void PaintCounters(QPainter& Painter, const ROW_COUNTERS& Counters, int y) const;
   bool ShowCounterTip(const QPoint& Pos, const QPoint& GlobalPos);
 
   CRowView* m_pView;

@@ -74,6 +74,7 @@ bool WriteSourceDocument(SOURCE_DOCUMENT& Document, const QString& sText, QStrin
     }
   }
   QSaveFile File(Document.sResolvedPath);
+  File.setDirectWriteFallback(true);  // in a folder that takes no other files
   if (!File.open(QIODevice::WriteOnly) || File.write(Bytes) != Bytes.size() || !File.commit()) {
     *psReason = File.errorString();
     return false;

@@ -35,5 +35,6 @@ SOURCE_DOCUMENT LoadSourceDocument(const QString& sPath);
 // time, so that the same change is not found twice.
 bool HasChangedOutside(SOURCE_DOCUMENT& Document);
 // Writes a text as the document's file, in its encoding and with its line ends: beside it, then in its place, so that
-// the file is whole at every moment. False, with the reason, when it can't be written; the document is as before then.
+// the file is whole at every moment; only where its folder takes no other file, over it. False, with the reason, when
+// it can't be written; the document is as before then.
 bool WriteSourceDocument(SOURCE_DOCUMENT& Document, const QString& sText, QString* psReason);

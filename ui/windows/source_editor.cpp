@@ -107,55 +107,11 @@ int CSourceEditor::TopRow() const {
   return verticalScrollBar()->value();
 }
 
-bool CSourceEditor::IsSourceRow(int Row) const {
-  return m_pParts->Rows.IsSource(Row);
-}
-
-bool CSourceEditor::IsInstructionRow(int Row) const {
-  return m_pParts->Rows.InstructionAt(Row) != nullptr;
-}
-
-QString CSourceEditor::RowText(int Row) const {
-  return m_pParts->Rows.RowText(Row).toString();
-}
-
-int CSourceEditor::RowOfLine(U32 Line) const {
-  return m_pParts->Rows.RowOfLine(Line);
-}
-
-U32 CSourceEditor::LineOfRow(int Row) const {
-  return m_pParts->Rows.LineOfRow(Row);
-}
-
-CSrcLoc CSourceEditor::LocOfRow(int Row) const {
-  return m_pParts->Rows.LocOfRow(Row);
-}
-
-U32 CSourceEditor::AddrOfRow(int Row) const {
-  return m_pParts->Rows.AddrOfRow(Row);
-}
-
-int CSourceEditor::RowOfAddr(U32 Addr) const {
-  return m_pParts->Rows.RowOfAddr(Addr);
-}
-
-int CSourceEditor::RowOfCode(U32 Addr) const {
-  return m_pParts->Rows.RowOfCode(Addr);
-}
-
-QAddrRanges CSourceEditor::RangesOfRow(int Row) const {
-  return m_pParts->Rows.RangesOfRow(Row);
+const CSourceRows& CSourceEditor::Rows() const {
+  return m_pParts->Rows;
 }
 
 // ---- Instruction rows
-
-bool CSourceEditor::HasCode(int Row) const {
-  return m_pParts->Rows.HasCode(LineOfRow(Row));
-}
-
-bool CSourceEditor::IsExpanded(int Row) const {
-  return m_pParts->Rows.IsExpanded(LineOfRow(Row));
-}
 
 bool CSourceEditor::Expand(const CSrcLoc& Loc) {
   bool bDone = false;
@@ -177,10 +133,6 @@ void CSourceEditor::CollapseAll() {
   m_pParts->ChangeRows([this] { m_pParts->Rows.CollapseAll(); });
 }
 
-QSrcLocs CSourceEditor::ExpandedLocs() const {
-  return m_pParts->Rows.ExpandedLocs();
-}
-
 void CSourceEditor::UpdateInstructions() {
   m_pParts->ChangeRows([this] { m_pParts->Rows.UpdateInstructions(); });
 }
@@ -188,7 +140,6 @@ void CSourceEditor::UpdateInstructions() {
 void SOURCE_EDITOR_PARTS::ToggleExpansion(int Row) {
   const U32 Line = Rows.LineOfRow(Row);
   const bool bExpanded = Rows.IsExpanded(Line);
-  if (!bExpanded) Q_EMIT Editor.LineExpansionRequested(static_cast<int>(Line));
   const CSrcLoc Loc = Rows.LocOfRow(Row);
   if (bExpanded ? Editor.Collapse(Loc) : Editor.Expand(Loc)) {
     Q_EMIT Editor.LineExpansionStateToggled(static_cast<int>(Line));
@@ -230,7 +181,7 @@ void CSourceEditor::SetPcLoc(const CSrcLoc& Loc, U32 Addr) {
 int CSourceEditor::PcRow() const {
   if (!m_pParts->PcLoc.IsValid() || m_pParts->PcLoc.File != GetFileNo()) return -1;
   const int Row = m_pParts->Rows.RowOfAddr(m_pParts->PcAddr);
-  return Row >= 0 && IsInstructionRow(Row) ? Row : RowOfLine(m_pParts->PcLoc.Line);
+  return Rows().IsInstruction(Row) ? Row : RowOfLine(m_pParts->PcLoc.Line);
 }
 
 // ---- Cursor and selection

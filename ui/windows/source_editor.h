@@ -8,11 +8,11 @@
 #include <QMenu>
 #include <QPoint>
 
-#include "base/addr_range.h"
 #include "base/src_loc.h"
 #include "base/types.h"
 #include "ui/syntax/syntax_highlighter.h"
 #include "ui/windows/row_view.h"
+#include "ui/windows/source_rows.h"
 #include "ui/windows/source_types.h"
 
 struct SOURCE_EDITOR_PARTS;
@@ -50,32 +50,17 @@ public:
   int NumRows() const override;
   int RowHeight() const override;
   int TopRow() const override;
-  bool IsSourceRow(int Row) const;
-  bool IsInstructionRow(int Row) const;
-  QString RowText(int Row) const;
-  int RowOfLine(U32 Line) const;
-  // Of an instruction row, the line that it belongs to.
-  U32 LineOfRow(int Row) const;
-  CSrcLoc LocOfRow(int Row) const;
-  // An instruction's address, or the first address of a line with code.
-  U32 AddrOfRow(int Row) const;
-  // The instruction row of an address, or the source row of a closed line whose first address it is.
-  int RowOfAddr(U32 Addr) const;
-  // Instruction row of an address if its line is open, else its source row.
-  int RowOfCode(U32 Addr) const;
-  // The code that a row stands for: a line's addresses in runs without a gap, or one instruction.
-  QAddrRanges RangesOfRow(int Row) const;
+  // Which lines, instructions and addresses the rows stand for.
+  const CSourceRows& Rows() const;
+  int RowOfLine(U32 Line) const { return Rows().RowOfLine(Line); }
 
   // --- Instruction rows
-  bool HasCode(int Row) const;
-  bool IsExpanded(int Row) const;
   // False when nothing changes: the line has no code, or is open (closed) already. The cursor stays at its text, the
   // view where it is.
   bool Expand(const CSrcLoc& Loc);
   bool Collapse(const CSrcLoc& Loc);
   void ExpandAll();
   void CollapseAll();
-  QSrcLocs ExpandedLocs() const;
   // The program, its memory or the way in which instructions are shown has changed: makes their texts anew.
   void UpdateInstructions();
 
@@ -142,8 +127,6 @@ public:
   // Whether a session is connected, in which the first edit of a document has to be confirmed; the device is asked
   // where none is given.
   void SetSessionQuery(std::function<bool()> IsInSession);
-  // Answers the question in the place of the user.
-  void SetEditQuestion(std::function<EDIT_ANSWER()> Ask);
   bool HasUnsavedChanges(const QString& sFilePath) const;
   // Of a document with edits; nothing for another.
   std::optional<QString> EditedText(const QString& sFilePath) const;
@@ -163,11 +146,8 @@ public:
 
 Q_SIGNALS:
   void CursorPositionChanged(QPoint TextPos);
-  void TextSelectionChanged();
   // A point of the screen. If nobody listens, the editor shows a menu of its own.
   void CustomContextMenuRequested(QPoint GlobalPos);
-  // The user opens a line, by the indicator or a menu entry; it is opened right after.
-  void LineExpansionRequested(int DocLine);
   // The user has opened or closed a line.
   void LineExpansionStateToggled(int DocLine);
   // The text is no longer the one on the disk, or is again.

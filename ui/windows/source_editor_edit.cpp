@@ -18,10 +18,6 @@ void CSourceEditor::SetSessionQuery(std::function<bool()> IsInSession) {
   m_pParts->Permission.SetSessionQuery(std::move(IsInSession));
 }
 
-void CSourceEditor::SetEditQuestion(std::function<EDIT_ANSWER()> Ask) {
-  m_pParts->Permission.SetQuestion(std::move(Ask));
-}
-
 bool CSourceEditor::HasUnsavedChanges(const QString& sFilePath) const {
   return m_pParts->Edits.IsModified(sFilePath);
 }
@@ -105,8 +101,7 @@ void SOURCE_EDITOR_PARTS::OnChanged(const QString& sPath, int Position, int NumR
     Q_EMIT Editor.Scrolled();
   }
   bChanged = true;
-  Q_EMIT Editor.DocumentEdited(
-      {Rows.FileNo(), Position, NumRemoved, static_cast<int>(sAdded.size()), FirstMoved, NumLines});
+  Q_EMIT Editor.DocumentEdited({Rows.FileNo(), FirstMoved, NumLines});
 }
 
 namespace {

@@ -66,11 +66,7 @@ void SOURCE_EDITOR_PARTS::MoveCursor(CHANGE Change, bool bShow) {
   if (bShow) ShowCursor();
   RestartBlink();
   UpdateAfterMove(Pos, Anchor);
-  const bool bWasSelected = Pos != Anchor;
-  const bool bMoved = Cursor.Pos() != Pos;
-  if (bMoved) Q_EMIT Editor.CursorPositionChanged(Cursor.Pos());
-  const bool bSame = bWasSelected == Cursor.HasSelection() && (!bWasSelected || (!bMoved && Anchor == Cursor.Anchor()));
-  if (!bSame) Q_EMIT Editor.TextSelectionChanged();
+  if (Cursor.Pos() != Pos) Q_EMIT Editor.CursorPositionChanged(Cursor.Pos());
 }
 
 template <typename CHANGE>

@@ -55,7 +55,8 @@ CSourceEdits::DOCUMENT* CSourceEdits::Find(const QString& sPath) {
 void CSourceEdits::Open(const QString& sPath, const QString& sText) {
   if (Has(sPath)) return;
   DOCUMENT& Document = m_Documents[sPath];
-  Document.pField = std::make_unique<QPlainTextEdit>(m_pHost);
+  // Without a parent, for keys that it ignores would go there: to the editor that sent them.
+  Document.pField = std::make_unique<QPlainTextEdit>();
   QPlainTextEdit& Field = *Document.pField;
   Field.hide();
   Field.setFocusPolicy(Qt::NoFocus);

@@ -20,7 +20,7 @@ class CSourceEdits : public QObject {
   Q_OBJECT
 
 public:
-  explicit CSourceEdits(QWidget* pHost) : QObject(pHost), m_pHost(pHost) {}
+  using QObject::QObject;
 
   bool Has(const QString& sPath) const { return m_Documents.contains(sPath); }
   // Makes the field of a document that has none.
@@ -54,6 +54,5 @@ private:
   const DOCUMENT* Find(const QString& sPath) const { return const_cast<CSourceEdits*>(this)->Find(sPath); }
   void OnContentsChange(const QString& sPath, int Position, int NumRemoved, int NumAdded);
 
-  QWidget* m_pHost;
   std::map<QString, DOCUMENT> m_Documents;
 };

@@ -124,7 +124,9 @@ void CSourceHeaderBar::RequestUpdate() {
 }
 
 void CSourceHeaderBar::OnHeaderBarUpdateTimerTimeout() {
-  if (!m_pScopes->view()->isVisible() && !m_pSymbols->view()->isVisible()) Q_EMIT UpdateRequested();
+  // The lists are not changed under the user's hand.
+  if (m_pScopes->view()->isVisible() || m_pSymbols->view()->isVisible()) return m_UpdateTimer.start();
+  Q_EMIT UpdateRequested();
 }
 
 void CSourceHeaderBar::OnComboBoxScopeIndexChanged(int Index) {

@@ -35,11 +35,11 @@ unsigned MarksOfLine(const CSrcLoc& Loc) {
 
 unsigned MarksOfRow(const CSourceEditor& Editor, const CPcHighlights& Pc, int Row) {
   if (Editor.IsMessage() || Editor.GetFileNo() == INVALID_FILE_ID) return SIDE_BAR_NONE;
-  const bool bInstruction = Editor.IsInstructionRow(Row);
-  const CSrcLoc Loc = Editor.LocOfRow(Row);
-  const U32 Addr = Editor.AddrOfRow(Row);
+  const bool bInstruction = Editor.Rows().IsInstruction(Row);
+  const CSrcLoc Loc = Editor.Rows().LocOfRow(Row);
+  const U32 Addr = Editor.Rows().AddrOfRow(Row);
   unsigned Marks = bInstruction ? MarksOfAddr(Addr) : MarksOfLine(Loc);
-  if (bInstruction || Editor.HasCode(Row)) Marks |= SIDE_BAR_CODE;
+  if (bInstruction || Editor.Rows().HasCodeAt(Row)) Marks |= SIDE_BAR_CODE;
   const bool bHalted = CDevice::Get().IsConnected() && CDevice::Get().IsHalted();
   const bool bPc = bInstruction ? Addr == Pc.PcAddr() : Pc.PcLoc().IsValid() && Loc.IsSameLine(Pc.PcLoc());
   if (bHalted && bPc) Marks |= Pc.IsActive() ? SIDE_BAR_PC : SIDE_BAR_PC_INACTIVE;

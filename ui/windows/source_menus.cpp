@@ -79,7 +79,7 @@ void Offer(U32 ID, bool bOn) {
 }  // namespace
 
 void AddSourceEntries(CPopupMenu& Menu, CSourceEditor& Editor) {
-  const bool bInstruction = Editor.IsInstructionRow(Editor.CursorPos().y());
+  const bool bInstruction = Editor.Rows().IsInstruction(Editor.CursorPos().y());
   AddEntries(Menu, TEXT_ITEMS, bInstruction ? ACTION_SRC_SET_NEXT_STMNT : ACTION_SRC_SET_NEXT_PC);
   Editor.AddMenuEntries(&Menu, false);
   Menu.AddSeparator();
@@ -96,9 +96,9 @@ void AddTabEntries(CPopupMenu& Menu) {
 
 void UpdateSourceActions(const CSourceEditor& Editor, bool bHasText) {
   const int Row = Editor.CursorPos().y();
-  const bool bInstruction = bHasText && Editor.IsInstructionRow(Row);
-  const bool bCode = bInstruction || (bHasText && Editor.HasCode(Row));
-  const bool bExpanded = bHasText && (bInstruction || Editor.IsExpanded(Row));
+  const bool bInstruction = bHasText && Editor.Rows().IsInstruction(Row);
+  const bool bCode = bInstruction || (bHasText && Editor.Rows().HasCodeAt(Row));
+  const bool bExpanded = bHasText && (bInstruction || Editor.Rows().IsExpandedAt(Row));
   const bool bConnected = CDevice::Get().IsConnected();
   const bool bHalted = bConnected && CDevice::Get().IsHalted();
   Offer(ACTION_SRC_FIND_NEXT_UNDER_CURSOR, bHasText);
@@ -111,5 +111,5 @@ void UpdateSourceActions(const CSourceEditor& Editor, bool bHasText) {
   Offer(ACTION_SRC_EXPAND_LINE, bCode && !bExpanded);
   Offer(ACTION_SRC_COLLAPSE_LINE, bExpanded);
   Offer(ACTION_SRC_EXPAND_ALL_LINES, bHasText && ELFAPI_GetFileRange(Editor.GetFileNo()).Size > 0);
-  Offer(ACTION_SRC_COLLAPSE_ALL_LINES, bHasText && !Editor.ExpandedLocs().isEmpty());
+  Offer(ACTION_SRC_COLLAPSE_ALL_LINES, bHasText && !Editor.Rows().ExpandedLocs().isEmpty());
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/vcore.h"
 #include "shell/look/look.h"
 #include "shell/settings/colors.h"
 
@@ -72,7 +73,8 @@ ROW_GROUND CSourcePainter::GroundOf(int Row) const {
   }
   if (const INSTRUCTION_ROWS* const pRows = m_S.Rows.InstructionsOf(Result.Line)) {
     Result.bExpanded = true;
-    Result.bOneInstruction = pRows->size() <= 1;
+    Result.bOneInstruction =
+        pRows->back().Addr + pRows->back().Length - pRows->front().Addr <= VCore::GetInfo().MaxInstLen;
     Result.bColorBelow = std::ranges::any_of(
         *pRows, [this](const INSTRUCTION_ROW& Instruction) { return m_S.Highlights.HasAddr(Instruction.Addr); });
   }

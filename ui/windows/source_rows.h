@@ -8,7 +8,8 @@
 #include "ui/windows/source_types.h"
 
 // A document as rows: the lines of its text, and the instructions of those lines that are opened. Asks the program
-// database what code a line has. Rows count from 0, lines from 1.
+// database what code a line has. Rows count from 0, lines from 1. A row, line or address that there is not is answered
+// with -1, 0, INVALID_ADDR or nothing.
 class CSourceRows {
 public:
   // FileNo: of the program database; the number of a file that is not the program's gives lines without code.
@@ -18,17 +19,26 @@ public:
 
   int NumRows() const { return m_Text.NumLines() + m_Expansions.NumRows(); }
   bool IsSource(int Row) const;
+  bool IsInstruction(int Row) const { return InstructionAt(Row) != nullptr; }
   const INSTRUCTION_ROW* InstructionAt(int Row) const;
   // Valid until the next change, or the next question for an instruction's text.
   QStringView RowText(int Row) const;
   int RowLength(int Row) const { return static_cast<int>(RowText(Row).size()); }
   int RowOfLine(U32 Line) const;
+  // Of an instruction row, the line that it belongs to.
   U32 LineOfRow(int Row) const;
   CSrcLoc LocOfRow(int Row) const;
+  // An instruction's address, or the first address of a line with code.
   U32 AddrOfRow(int Row) const;
+  // The instruction row of an address, or the source row of a closed line whose first address it is.
   int RowOfAddr(U32 Addr) const;
+  // Instruction row of an address if its line is open, else its source row.
   int RowOfCode(U32 Addr) const;
+  // The code that a row stands for: a line's addresses in runs without a gap, or one instruction.
   QAddrRanges RangesOfRow(int Row) const;
+  // The line of the row has code; is open.
+  bool HasCodeAt(int Row) const { return HasCode(LineOfRow(Row)); }
+  bool IsExpandedAt(int Row) const { return IsExpanded(LineOfRow(Row)); }
 
   // Instruction addresses of a line, ascending; empty while they can't be told.
   QAddrList CodeOf(U32 Line) const;

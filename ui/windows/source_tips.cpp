@@ -64,8 +64,8 @@ QString CSourceTips::CodeLine(int Line) {
 QString CSourceTips::CodeWordAt(const QPoint& Point) {
   TEXT_POS Pos;
   const QString sWord = m_pEditor->IsOnText(Point) ? m_pEditor->WordAt(Point, &Pos) : QString();
-  if (sWord.isEmpty() || !m_pEditor->IsSourceRow(Pos.y())) return {};
-  const QString sLine = CodeLine(static_cast<int>(m_pEditor->LineOfRow(Pos.y())) - 1);
+  if (sWord.isEmpty() || !m_pEditor->Rows().IsSource(Pos.y())) return {};
+  const QString sLine = CodeLine(static_cast<int>(m_pEditor->Rows().LineOfRow(Pos.y())) - 1);
   return QStringView(sLine).mid(Pos.x(), sWord.size()) == sWord ? sWord : QString();
 }
 

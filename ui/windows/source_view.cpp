@@ -112,8 +112,14 @@ void CSourceView::OnTabIndexChanged(int Index) {
 void CSourceView::Reload(const QList<int>& Indices, bool bOnlyFound) {
   SaveView();
   for (const int Index : Indices) {
-    if (m_Saver.HasUnsavedChanges(Index) || !m_Documents.Reload(Index, bOnlyFound)) continue;
-    m_pEditor->DropEdits(m_Documents.At(Index)->sFilePath);
+    SOURCE_DOCUMENT& Document = *m_Documents.At(Index);
+    if (m_Saver.HasUnsavedChanges(Index)) {
+      Document.FileNo = ELFAPI_FileId(Document.sFilePath);
+    } else if (m_Documents.Reload(Index, bOnlyFound)) {
+      m_pEditor->DropEdits(Document.sFilePath);
+    } else {
+      continue;
+    }
     if (Index != m_Shown) continue;
     m_Shown = -1;
     Show(Index);
@@ -153,18 +159,14 @@ void CSourceView::Show(int Index) {
   Q_EMIT DocumentShown();
 }
 
-void CSourceView::GoToRow(int Row, bool bCenter) {
+void CSourceView::GoToRow(int Row) {
   if (Row < 0) return;
-  if (bCenter) {
-    m_pEditor->CenterRow(Row);
-  } else {
-    m_pEditor->EnsureRowVisible(Row);
-  }
+  m_pEditor->EnsureRowVisible(Row);
   m_pEditor->SetCursorPos({0, Row});
 }
 
-void CSourceView::ShowPcRow(bool bCenter) {
-  GoToRow(m_pEditor->PcRow(), bCenter);
+void CSourceView::ShowPcRow() {
+  GoToRow(m_pEditor->PcRow());
 }
 
 void CSourceView::UpdateHighlights() {

@@ -58,11 +58,11 @@ public:
   bool Open(const QString& sPath, bool bInBackground, int SliderPos, const QPoint& CursorPos);
   void Close(int Index);
   void SetCurrent(int Index);
-  // Reads documents again that have no unsaved changes; with bOnlyFound those only that are found.
+  // Looks documents up again, and reads those that have no unsaved changes; with bOnlyFound those only that are found.
   void Reload(const QList<int>& Indices, bool bOnlyFound = false);
-  void GoToRow(int Row, bool bCenter = false);
-  // The PC's row of the active document: into view, to the middle when bCenter is true, and selected.
-  void ShowPcRow(bool bCenter);
+  // Puts the cursor there, in view.
+  void GoToRow(int Row);
+  void ShowPcRow();
   void UpdateHighlights();
   void UpdateTabs();
   SOURCE_VIEW_STATE SaveState();

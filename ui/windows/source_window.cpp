@@ -121,7 +121,7 @@ int CSourceWindow::NumLines() const {
 }
 
 int CSourceWindow::CursorLine() const {
-  return static_cast<int>(GetTextEditor().LineOfRow(GetTextEditor().CursorPos().y()));
+  return static_cast<int>(GetTextEditor().Rows().LineOfRow(GetTextEditor().CursorPos().y()));
 }
 
 QList<int> CSourceWindow::AllIndices() const {
@@ -162,14 +162,16 @@ void CSourceWindow::ResolveDocuments() {
   QList<int> Moved;
   for (const int i : AllIndices()) {
     const SOURCE_DOCUMENT& Document = *m_pView->Documents().At(i);
-    if (FindSourceFile(Document.sFilePath) != Document.sResolvedPath) Moved << i;
+    const bool bMoved = FindSourceFile(Document.sFilePath) != Document.sResolvedPath;
+    if (bMoved || ELFAPI_FileId(Document.sFilePath) != Document.FileNo) Moved << i;
   }
   if (Moved.isEmpty()) return;
   m_pView->Reload(Moved, true);
-  if (Moved.contains(m_pView->Shown()) && GetPcLoc().File == m_pView->ActiveFileNo()) m_pView->ShowPcRow(false);
+  if (Moved.contains(m_pView->Shown()) && GetPcLoc().File == m_pView->ActiveFileNo()) m_pView->ShowPcRow();
 }
 
 void CSourceWindow::OnDocumentShown() {
+  if (m_bAutoExpandPcLine && IsStandingStill()) ExpandPcLine();
   m_pTips->Invalidate();
   OnHeaderBarUpdate();
   UpdateActions();
@@ -227,13 +229,14 @@ void CSourceWindow::CheckOutsideChanges() {
 // ---- Places
 
 CODE_PLACE CSourceWindow::PlaceOfRow(int Row) const {
-  if (!m_pView->HasText() || m_pView->ActiveFileNo() == INVALID_FILE_ID || GetTextEditor().LineOfRow(Row) == 0)
+  if (!m_pView->HasText() || m_pView->ActiveFileNo() == INVALID_FILE_ID || GetTextEditor().Rows().LineOfRow(Row) == 0)
     return {};
-  return {GetTextEditor().LocOfRow(Row), GetTextEditor().AddrOfRow(Row), GetTextEditor().IsInstructionRow(Row)};
+  return {GetTextEditor().Rows().LocOfRow(Row), GetTextEditor().Rows().AddrOfRow(Row),
+          GetTextEditor().Rows().IsInstruction(Row)};
 }
 
 CODE_PLACE CSourceWindow::CursorPlace() const {
-  return PlaceOfRow(GetTextEditor().CursorPos().y());
+  return m_MenuPlace ? *m_MenuPlace : PlaceOfRow(GetTextEditor().CursorPos().y());
 }
 
 unsigned CSourceWindow::MarksOfRow(int Row) const {
@@ -244,7 +247,7 @@ void CSourceWindow::OnEditorClicked(const QPoint& Pos) {
   if (!m_pView->HasText()) return;
   const CSourceEditor& Editor = GetTextEditor();
   const int CharWidth = std::max(1, QFontMetrics(Editor.font()).horizontalAdvance(QLatin1Char('0')));
-  m_ObsvPoints.Add({m_pView->ActiveFileNo(), ActiveFile(), Editor.LineOfRow(Editor.PosAt(Pos).y()),
+  m_ObsvPoints.Add({m_pView->ActiveFileNo(), ActiveFile(), Editor.Rows().LineOfRow(Editor.PosAt(Pos).y()),
                     std::max(0, Pos.x() / CharWidth), Editor.horizontalScrollBar()->value(),
                     Editor.verticalScrollBar()->value()});
 }
@@ -284,7 +287,10 @@ void CSourceWindow::RunMenu(const CODE_PLACE& Place, const QPoint& GlobalPos,
   UpdateActions();
   CPopupMenu Menu(this);
   AddEntries(Menu);
+  // A halt may take the cursor elsewhere meanwhile.
+  m_MenuPlace = Place;
   Menu.Run(GlobalPos);
+  m_MenuPlace.reset();
   Q_EMIT MenuClosed();
 }
 
@@ -360,7 +366,7 @@ bool CSourceWindow::ShowPC(U32 PC) {
   const bool bShown = GetPcLoc().IsValid() && Open(ELFAPI_GetFilePathOf(GetPcLoc().File));
   if (bShown) {
     if (m_bAutoExpandPcLine) ExpandPcLine();
-    m_pView->ShowPcRow(false);
+    m_pView->ShowPcRow();
   }
   m_pView->UpdateHighlights();
   m_pView->UpdateTabs();
@@ -438,6 +444,8 @@ void CSourceWindow::SetPreference(int VarID, int Value) {
       return Editor.SetInlineAssemblyIndented(Value != 0);
     case PREF_SHOW_ENCODINGS_ASM:
       return Editor.SetEncodingsShown(Value != 0);
+    case PREF_SHOW_HEX_BLOCKS:
+      return Editor.UpdateInstructions();
     case PREF_SHOW_SIDEBAR_SRC:
       return GetSideBar().setVisible(Value != 0);
     case PREF_SHOW_SRC_CODE_PROFILE:
@@ -497,6 +505,12 @@ void CSourceWindow::OnDeviceDisconnectDone() {
   ClearPC();
   CWindow::OnDeviceDisconnectDone();
 }
+
+void CSourceWindow::OnDeviceHaltDone(U32 /*PC*/, HALT_REASONS /*Reason*/) {
+  UpdateActions();
+}
+
+void CSourceWindow::OnDeviceStepped(U32 /*PC*/) {}
 
 void CSourceWindow::OnDeviceResumeDone(RESUME_MODES Mode) {
   m_pView->UpdateHighlights();

@@ -93,6 +93,7 @@ public:
 
   // --- Places
   CODE_PLACE PlaceOfRow(int Row) const;
+  // While a menu is open, the place that it was opened for.
   CODE_PLACE CursorPlace() const;
   // SIDE_BAR_MARKS that the margin shows beside a row.
   unsigned MarksOfRow(int Row) const;
@@ -148,6 +149,9 @@ public:
   void ShowContextMenu(const QPoint& GlobalPos) override;
 
   void OnDeviceDisconnectDone() override;
+  // The session shows each halt here, by ShowPC, whether the window can be seen or not: once is enough.
+  void OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) override;
+  void OnDeviceStepped(U32 PC) override;
   void OnDeviceResumeDone(RESUME_MODES Mode) override;
   void OnActivationChanged(bool bActive) override;
   void OnTooltipRequested(const QPoint& Pos) override;
@@ -189,5 +193,6 @@ private:
   CObservationPoints m_ObsvPoints;
   QHash<int, SOURCE_VIEW_STATE> m_States;
   QString m_sFindWhat;
+  std::optional<CODE_PLACE> m_MenuPlace;  // of the menu that is open
   bool m_bAutoExpandPcLine = false;
 };

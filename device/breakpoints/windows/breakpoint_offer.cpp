@@ -10,25 +10,23 @@ constexpr U32 ROWS[] = {ACTION_BP_SET, ACTION_BP_CLEAR, ACTION_BP_ENABLE, ACTION
 
 const BREAKPOINT_LOCATION* pCurrent = nullptr;
 
-U32 StateAt(BREAKPOINT_LOCATION* pPlace) {
+// Nothing where no breakpoint stands. One that could not be set is cleared, but stands there.
+std::optional<U32> StateAt(const BREAKPOINT_LOCATION& Place) {
   const CBreakpointManager& Breakpoints = CBreakpointManager::Get();
   BP Entry;
   BP_SETTING Setting;
-  if (!pPlace->IsSource()) return Breakpoints.GetAt(pPlace->Addr, Entry) ? Entry.State : U32{BP_STATE_CLEARED};
-  if (Breakpoints.GetOnSrc(pPlace->Loc, Setting)) return Setting.State;
-  const CSrcLoc Instead = LineWithCode(pPlace->Loc);
-  if (!Breakpoints.GetOnSrc(Instead, Setting)) return BP_STATE_CLEARED;
-  pPlace->Loc = Instead;
-  return Setting.State;
+  if (Place.IsSource()) return Breakpoints.GetOnSrc(Place.Loc, Setting) ? std::optional(Setting.State) : std::nullopt;
+  return Place.IsValid() && Breakpoints.GetAt(Place.Addr, Entry) ? std::optional(Entry.State) : std::nullopt;
 }
 
 }  // namespace
 
 CBreakpointOffer::CBreakpointOffer(const BREAKPOINT_LOCATION& Place) : m_Place(Place) {
   pCurrent = &m_Place;
-  m_State = Place.IsValid() ? StateAt(&m_Place) : U32{BP_STATE_CLEARED};
-  m_bDerived = m_State != BP_STATE_CLEARED && !Place.IsSource() && CBreakpointManager::Get().IsDerived(Place.Addr);
-  const bool bSet = m_State != BP_STATE_CLEARED;
+  m_State = StateAt(m_Place);
+  const bool bSet = m_State.has_value();
+  m_bDerived =
+      bSet && m_State != BP_STATE_CLEARED && !Place.IsSource() && CBreakpointManager::Get().IsDerived(Place.Addr);
   const bool aEnabled[] = {Place.IsValid() && !bSet, bSet && !m_bDerived, bSet && m_State != BP_STATE_ENABLED,
                            m_State == BP_STATE_ENABLED, bSet};
   static_assert(std::size(aEnabled) == std::size(ROWS));
@@ -49,7 +47,7 @@ const BREAKPOINT_LOCATION* CBreakpointOffer::Current() {
 }
 
 U32 CBreakpointOffer::ToggleID() const {
-  if (m_State == BP_STATE_CLEARED) return ACTION_BP_SET;
+  if (!m_State) return ACTION_BP_SET;
   if (!m_bDerived) return ACTION_BP_CLEAR;
   return m_State == BP_STATE_ENABLED ? ACTION_BP_DISABLE : ACTION_BP_ENABLE;
 }

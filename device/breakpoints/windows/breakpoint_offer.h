@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "device/breakpoints/breakpoint_location.h"
 
 // While it exists, the actions of the Breakpoints window act on a place of another window, and are enabled as they make
@@ -19,6 +21,6 @@ public:
 
 private:
   BREAKPOINT_LOCATION m_Place;
-  U32 m_State;
+  std::optional<U32> m_State;  // BP_STATE, nothing without a breakpoint
   bool m_bDerived;
 };
