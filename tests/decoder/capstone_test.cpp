@@ -2,6 +2,7 @@
 #include <capstone/capstone.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "decode_helper.h"
@@ -9,11 +10,12 @@
 namespace {
 
 constexpr U32 ADDR = 0x1000;
+constexpr U32 FIRST_WIDE = 0xE8000000;
 
 class CPeer {
 public:
-  CPeer() {
-    cs_open(CS_ARCH_ARM, static_cast<cs_mode>(CS_MODE_THUMB | CS_MODE_MCLASS), &Handle);
+  explicit CPeer(int Mode) {
+    cs_open(CS_ARCH_ARM, static_cast<cs_mode>(Mode), &Handle);
     cs_option(Handle, CS_OPT_DETAIL, CS_OPT_ON);
     pInst = cs_malloc(Handle);
   }
@@ -76,26 +78,48 @@ void CompareFlow(U32 Word, const DECODED& Ours, const cs_insn& Theirs) {
   }
 }
 
+// Whether memory is accessed, and where a literal is.
+void CompareMemory(U32 Base, const DECODED& Ours, const cs_insn& Theirs) {
+  const std::string_view sName = Theirs.mnemonic;
+  const auto BeginsWith = [&](auto... s) { return (sName.starts_with(s) || ...); };
+  if (BeginsWith("it")) return;
+  const cs_arm& Arm = Theirs.detail->arm;
+  const cs_arm_op* pEnd = Arm.operands + Arm.op_count;
+  const cs_arm_op* pMem = std::find_if(Arm.operands, pEnd, [](const cs_arm_op& Op) { return Op.type == ARM_OP_MEM; });
+  const bool bList = BeginsWith("ldm", "stm", "pop", "push", "vldm", "vstm", "fldm", "fstm", "vpush", "vpop");
+  ASSERT_EQ((Ours.Info.Flags & IF_MEM) != 0, bList || (pMem != pEnd && !BeginsWith("pl"))) << Ours.sText;
+  const bool bByPc = pMem != pEnd && pMem->mem.base == ARM_REG_PC && pMem->mem.index == ARM_REG_INVALID;
+  const bool bLiteral = BeginsWith("ldr", "vldr", "pld") && !BeginsWith("ldrex", "pldw");
+  if (!bByPc || !bLiteral || !std::string_view(Theirs.op_str).ends_with(']')) return;
+  ASSERT_NE(Ours.Info.Flags & IF_TARGET, 0u) << Ours.sText;
+  ASSERT_EQ(Ours.Info.Target, Base + static_cast<U32>(pMem->mem.disp)) << Ours.sText;
+}
+
 // True when both decode it.
-bool Compare(CPeer& Peer, U32 Word, const std::vector<U16>& aHalfword) {
-  const DECODED Ours = DecodeOne(ADDR, aHalfword);
+bool Compare(CPeer& Peer, bool bArm, U32 Word) {
+  std::vector<U16> aHalfword = {static_cast<U16>(Word >> 16), static_cast<U16>(Word)};
+  if (bArm) std::swap(aHalfword[0], aHalfword[1]);
+  if (!bArm && Word < FIRST_WIDE) aHalfword.erase(aHalfword.begin());
+  const DECODED Ours = bArm ? DecodeArm(ADDR, Word) : DecodeOne(ADDR, aHalfword);
   const cs_insn* pTheirs = Peer.Decode(BytesOf(aHalfword));
   if (Ours.Length < 0 || pTheirs == nullptr) return false;
   CompareFlow(Word, Ours, *pTheirs);
+  CompareMemory(ADDR + (bArm ? 8 : 4), Ours, *pTheirs);
   return true;
 }
 
-TEST(Peer, AllHalfwordsAndSampleOfWords) {
+TEST(Peer, AllHalfwordsAndSamplesOfWords) {
   constexpr U32 NUM_WORDS = 400'000;
-  CPeer Peer;
-  for (U32 Word = 0; Word < 0xE800 && !HasFatalFailure(); ++Word) Compare(Peer, Word, {static_cast<U16>(Word)});
+  CPeer Thumb(CS_MODE_THUMB | CS_MODE_MCLASS), Arm(CS_MODE_ARM);
+  for (U32 Word = 0; Word < 0xE800 && !HasFatalFailure(); ++Word) Compare(Thumb, false, Word);
   std::mt19937 Random(20260);
-  U32 NumBoth = 0;
-  for (U32 i = 0; i < NUM_WORDS && !HasFatalFailure(); ++i) {
-    const U32 Word = Random() | 0xE8000000u;
-    NumBoth += Compare(Peer, Word, {static_cast<U16>(Word >> 16), static_cast<U16>(Word)}) ? 1 : 0;
+  for (const bool bArm : {false, true}) {
+    U32 NumBoth = 0;
+    for (U32 i = 0; i < NUM_WORDS && !HasFatalFailure(); ++i) {
+      NumBoth += Compare(bArm ? Arm : Thumb, bArm, Random() | (bArm ? 0 : FIRST_WIDE)) ? 1 : 0;
+    }
+    EXPECT_GT(NumBoth, NUM_WORDS / 3);  // otherwise the sample says little
   }
-  EXPECT_GT(NumBoth, NUM_WORDS / 3);  // otherwise the sample says little
 }
 
 }  // namespace

@@ -37,26 +37,25 @@ TEST(CpuRegisterFiles, EveryCoreHasAFileWithTheProbesNumbers) {
 }
 
 TEST(CpuRegisterFiles, SpecialRegistersOfTheCortexM4) {
-  const std::pair<QString, U32> aReg[] = {
-      {u"SP"_s, VNODE_REG_SP},
-      {u"LR"_s, VNODE_REG_LR},
-      {u"xPSR"_s, VNODE_REG_XPSR},
-      {u"MSP"_s, VNODE_REG_MSP},
-      {u"PSP"_s, VNODE_REG_PSP},
-      {u"APSR"_s, VNODE_REG_APSR},
-      {u"EPSR"_s, VNODE_REG_EPSR},
-      {u"IPSR"_s, VNODE_REG_IPSR},
-      {u"PRIMASK"_s, VNODE_REG_PRIMASK},
-      {u"BASEPRI"_s, VNODE_REG_BASEPRI},
-      {u"FAULTMASK"_s, VNODE_REG_FAULTMASK},
-      {u"CONTROL"_s, VNODE_REG_CONTROL},
-      {u"FPSCR"_s, VNODE_REG_FPSCR},
-      {u"S0"_s, VNODE_REG_S0},
-      {u"S31"_s, VNODE_NUM_REGS - 1},
-  };
+  const std::pair<const char16_t*, U32> aReg[] = {{u"SP", VNODE_REG_SP},
+                                                  {u"LR", VNODE_REG_LR},
+                                                  {u"xPSR", VNODE_REG_XPSR},
+                                                  {u"MSP", VNODE_REG_MSP},
+                                                  {u"PSP", VNODE_REG_PSP},
+                                                  {u"APSR", VNODE_REG_APSR},
+                                                  {u"EPSR", VNODE_REG_EPSR},
+                                                  {u"IPSR", VNODE_REG_IPSR},
+                                                  {u"PRIMASK", VNODE_REG_PRIMASK},
+                                                  {u"BASEPRI", VNODE_REG_BASEPRI},
+                                                  {u"FAULTMASK", VNODE_REG_FAULTMASK},
+                                                  {u"CONTROL", VNODE_REG_CONTROL},
+                                                  {u"FPSCR", VNODE_REG_FPSCR},
+                                                  {u"S0", VNODE_REG_S0},
+                                                  {u"S31", VNODE_NUM_REGS - 1}};
   CCpuRegisterFile File;
   ASSERT_EQ(File.Load(CCpuRegisterFile::GetSVDFileNameForCore(sConfigDir, CORE_ID_M4)), 0);
-  for (const auto& [sName, Index] : aReg) {
+  for (const auto& [sText, Index] : aReg) {
+    const QString sName = QString::fromUtf16(sText);
     EXPECT_EQ(File.GetVNodeRegIdx(sName), static_cast<int>(Index)) << qPrintable(sName);
     EXPECT_EQ(File.GetRegName(Index), sName);
   }
@@ -83,6 +82,9 @@ TEST(CpuRegisterFiles, BankedRegisters) {
       EXPECT_EQ(pRegister->VNodeRegIdx, VCore::MapRegIndex(Reg)) << qPrintable(sMode) << Reg;
     }
     EXPECT_EQ(File.GetVNodeRegIdx(u"SP"_s), File.GetVNodeRegIdx(u"R13_"_s + sMode));
+    const CPU_REGISTER* pSaved = File.Find(u"SPSR_"_s + sMode);
+    EXPECT_EQ(pSaved ? pSaved->VNodeRegIdx : INVALID_REG_INDEX, VCore::MapRegIndex(VCORE_REG_SPSR))
+        << qPrintable(sMode);
     VCore::Exit();
   }
 }
