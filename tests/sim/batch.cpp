@@ -159,12 +159,8 @@ const char* CBatch::MachineOf(const CORE& Core) {
   return Core.Fpu == sim::FPU::V5_DOUBLE ? "mps2-an500" : nullptr;
 }
 
-bool CBatch::KnowsMachine(const CORE& Core) {
-  return MachineOf(Core) != nullptr;
-}
-
 bool CBatch::HasQemu(const CORE& Core) {
-  return KnowsMachine(Core) && std::system("command -v qemu-system-arm > /dev/null") == 0;
+  return MachineOf(Core) && std::system("command -v qemu-system-arm > /dev/null") == 0;
 }
 
 }  // namespace sim_test

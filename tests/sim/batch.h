@@ -29,8 +29,6 @@ public:
   static const char* MachineOf(const CORE& Core);
   // Whether there is such a machine, and QEMU itself.
   static bool HasQemu(const CORE& Core);
-  // QEMU has a machine with that core.
-  static bool KnowsMachine(const CORE& Core);
 
 private:
   U32 AppendWords(const U32* paWords, size_t Num);

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <string>
 #include <vector>
 
 #include "device/probe_api/register_index.h"
@@ -25,14 +23,6 @@ inline sim::BOARD_SPEC MakeSpec(sim::ARCH Arch = sim::ARCH::ARMV7EM, sim::FPU Fp
   Spec.Flash = {0, FLASH_SIZE};
   Spec.RAM[0] = {RAM_START, RAM_SIZE};
   return Spec;
-}
-
-// Flash with the compiled program of a core.
-inline std::vector<U8> ReadImage(const std::string& sName) {
-  std::vector<U8> aImage(FLASH_SIZE, 0xFF);
-  std::ifstream File(VEXOR_SOURCE_DIR "/tests/sim/firmware/program_" + sName + ".bin", std::ios::binary);
-  EXPECT_GT(File.read(reinterpret_cast<char*>(aImage.data()), FLASH_SIZE).gcount(), 0) << sName;
-  return aImage;
 }
 
 class CBoard : public sim::CMachine {

@@ -1,6 +1,7 @@
 #pragma once
 // Runs the cases of an image that tests/sim/firmware/harness.macros frames.
 
+#include <span>
 #include <string>
 
 #include "tests/sim/board.h"
@@ -76,5 +77,15 @@ public:
 private:
   const IMAGE_LABELS& m_Image;
 };
+
+// Each case on a board of its own, run and stepped.
+inline void ExpectAll(const IMAGE_LABELS& Image, sim::FPU Fpu, std::span<const EXCEPTION_CASE> Cases) {
+  for (const EXCEPTION_CASE& Case : Cases) {
+    for (const bool bStepped : {false, true}) {
+      SCOPED_TRACE(std::string(Case.sName) + (bStepped ? ", stepped" : ", run"));
+      CExceptionBoard(Image, Fpu).Expect(Case, bStepped);
+    }
+  }
+}
 
 }  // namespace sim_test

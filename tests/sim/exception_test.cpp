@@ -52,20 +52,9 @@ const EXCEPTION_CASE ROWS[] = {
     {"Vtor", L_vtor, "", {77}},
 };
 
-class CException : public testing::TestWithParam<EXCEPTION_CASE> {};
-
-TEST_P(CException, RunAndStepped) {
-  const EXCEPTION_CASE& Case = GetParam();
-  for (const bool bStepped : {false, true}) {
-    SCOPED_TRACE(bStepped ? "stepped" : "run");
-    CExceptionBoard Board(CORE_IMAGE, sim::FPU::NONE);
-    Board.Expect(Case, bStepped);
-    EXPECT_TRUE(Case.Label != L_bus_read || Board.Word(BFAR) == 0x60000004);
-  }
+TEST(CException, RunAndStepped) {
+  ExpectAll(CORE_IMAGE, sim::FPU::NONE, ROWS);
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, CException, testing::ValuesIn(ROWS),
-                         [](const auto& Info) { return std::string(Info.param.sName); });
 
 TEST(CExceptionDetails, VectorCatchStopsAtTheHandler) {
   // case, bit of DEMCR, exception; 0: another cause than the one to catch
@@ -78,6 +67,7 @@ TEST(CExceptionDetails, VectorCatchStopsAtTheHandler) {
     Board.Select(Label);
     EXPECT_EQ(Board.Run(MANY, nullptr, false), Exc ? STOP::VECTOR_CATCH : STOP::BKPT);
     EXPECT_EQ(Board.Pc(), Exc ? L_handler : L_done);
+    EXPECT_TRUE(Label != L_bus_read || Board.Word(BFAR) == 0x60000004);
     EXPECT_EQ(Board.Reg(VNODE_REG_IPSR), Exc);
     EXPECT_EQ(Board.Word(DFSR), Exc ? 8u : 2u) << "vector catch or BKPT";
   }

@@ -39,30 +39,8 @@ const EXCEPTION_CASE CASES[] = {
     {"BusRead", L_bus_read, "+5 -5", {0x60000000, ONE}, 0x00008200},
 };
 
-class CFpException : public testing::TestWithParam<EXCEPTION_CASE> {};
-
-TEST_P(CFpException, RunAndStepped) {
-  for (const bool bStepped : {false, true}) {
-    SCOPED_TRACE(bStepped ? "stepped" : "run");
-    CExceptionBoard Board(FP_IMAGE, sim::FPU::V4_SINGLE);
-    Board.Expect(GetParam(), bStepped);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, CFpException, testing::ValuesIn(CASES),
-                         [](const auto& Info) { return std::string(Info.param.sName); });
-
-// Without an FPU there are no extended frames, no registers of it, and no access to be had.
-TEST(CFpNone, NothingIsThere) {
-  CExceptionBoard Board(FP_IMAGE, sim::FPU::NONE);
-  U32 Value;
-  EXPECT_FALSE(Board.ReadReg(VNODE_REG_FPSCR, &Value));
-  EXPECT_FALSE(Board.WriteReg(VNODE_REG_S0, 1));
-  Board.SetWord(0xE000ED88, 0x00F00000);
-  EXPECT_EQ(Board.Word(0xE000ED88), 0u);
-  EXPECT_EQ(Board.Word(0xE000EF34), 0u);
-  Board.WriteReg(VNODE_REG_CONTROL, 7);
-  EXPECT_EQ(Board.Reg(VNODE_REG_CONTROL), 3u);
+TEST(CFpException, RunAndStepped) {
+  ExpectAll(FP_IMAGE, sim::FPU::V4_SINGLE, CASES);
 }
 
 }  // namespace

@@ -78,12 +78,11 @@ public:
   }
 };
 
-class CProtection : public testing::TestWithParam<PROTECTION_CASE> {};
-
-TEST_P(CProtection, RunAndTraced) {
-  const PROTECTION_CASE& Case = GetParam();
-  for (const bool bTraced : {false, true}) {
-    SCOPED_TRACE(bTraced ? "traced" : "run");
+TEST(CProtection, RunAndTraced) {
+  for (U32 i = 0; i < 2 * std::size(ROWS); i++) {
+    const PROTECTION_CASE& Case = ROWS[i / 2];
+    const bool bTraced = i % 2;
+    SCOPED_TRACE(std::string(Case.sName) + (bTraced ? ", traced" : ", run"));
     CProtectedBoard Board(Case.aCode);
     Board.SetRegion(2, PART, Case.PartRasr);
     Board.SetWord(MPU_CTRL, Case.Control);
@@ -100,21 +99,6 @@ TEST_P(CProtection, RunAndTraced) {
       EXPECT_EQ(Board.Word(MMFAR), Case.MMFAR);
     }
   }
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, CProtection, testing::ValuesIn(ROWS),
-                         [](const auto& Info) { return std::string(Info.param.sName); });
-
-TEST(CProtectionRegisters, RegionsAndReset) {
-  CProtectedBoard Board(LOAD);
-  EXPECT_EQ(Board.Word(0xE000ED90), 8u << 8);
-  EXPECT_EQ(Board.Word(MPU_RBAR), RAM_START | 1) << "the region set last is the one that can be seen";
-  Board.SetWord(0xE000ED98, 0);
-  EXPECT_EQ(Board.Word(MPU_RASR), Rasr(16, 6));
-  Board.SetWord(MPU_CTRL, ON);
-  Board.Reset();
-  EXPECT_EQ(Board.Word(MPU_CTRL), 0u);
-  EXPECT_EQ(Board.Word(MPU_RASR), 0u);
 }
 
 TEST(CNoDebugger, BreakpointsGoToTheMonitorOrFault) {

@@ -82,28 +82,6 @@ TEST(CStep, FaultInsideABlockCanBeRepeated) {
   EXPECT_EQ(Board.Reg(2), 1234u);
 }
 
-TEST(CBreakpoint, StopsBeforeTheInstructionAndGoesOn) {
-  for (const bool bSoft : {false, true}) {
-    CBoard Board;
-    Board.Load({Movs(1, 1), Movs(1, 2), Movs(1, 3), 0xE7FB});  // loops
-    bSoft ? Board.SetSoftBreakpoint(CODE_START + 2) : static_cast<void>(Board.SetCodeBreakpoint(CODE_START + 2));
-    EXPECT_EQ(Board.Word(CODE_START), 0x21022101u) << "memory reads as written";
-    for (U32 Round = 0; Round < 3; Round++) {
-      EXPECT_EQ(Board.Run(MANY, nullptr, true), STOP::BREAKPOINT);
-      EXPECT_EQ(Board.Pc(), CODE_START + 2);
-      EXPECT_EQ(Board.Reg(1), 1u);
-      EXPECT_EQ(Board.InstructionCount(), 1 + 4 * Round);
-    }
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::BREAKPOINT);
-    EXPECT_EQ(Board.InstructionCount(), 9u) << "nothing ran";
-    EXPECT_EQ(Board.Step(), STOP::SLICE_END);
-    EXPECT_EQ(Board.Reg(1), 2u);
-    bSoft ? Board.ClearSoftBreakpoint(CODE_START + 2) : Board.ClearCodeBreakpoint(CODE_START + 2);
-    EXPECT_EQ(Board.Run(MANY, nullptr, false), STOP::SLICE_END);
-    EXPECT_EQ(Board.InstructionCount(), 10 + MANY);
-  }
-}
-
 // Code in RAM that rewrites the instruction behind itself, and a breakpoint there.
 TEST(CCode, StoresToCodeTakeEffect) {
   CBoard Board;

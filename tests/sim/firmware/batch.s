@@ -7,6 +7,7 @@
   .cpu cortex-m7
   .fpu fpv5-d16
   .thumb
+  .include "results.macros"
 
   .equ RAM, 0x20000000
   .equ RAM_SIZE, 0x4000
@@ -108,28 +109,5 @@ finish:
   b next
 
 end:
-  ldr r2, =RESULT_PTR
-  ldr r2, [r2]
-  ldr r3, =RESULTS
-  subs r2, r3
-  ldr r4, =RAM
-  adr r0, name
-  movs r1, #5                   @ write, binary
-  movs r5, #9
-  stm r4, {r0, r1, r5}
-  movs r0, #1                   @ open
-  mov r1, r4
-  bkpt 0xAB
-  stm r4, {r0, r3}
-  str r2, [r4, #8]
-  movs r0, #5                   @ write
-  mov r1, r4
-  bkpt 0xAB
-  movs r0, #0x18                @ exit
-  ldr r1, =0x20026
-  bkpt 0xAB
-  .align 2
-name:
-  .asciz "batch.out"
-  .align 2
+  WRITE_RESULTS RESULT_PTR, RAM
   .ltorg

@@ -6,6 +6,7 @@
   .cpu cortex-m4
   .fpu fpv4-sp-d16
   .thumb
+  .include "results.macros"
 
   .equ CUR, 0x20000000          @ the present record
   .equ RES, 0x20000004          @ where its results go
@@ -245,31 +246,9 @@ recover:
   b next
 
 end:
-  ldr r2, =RES
-  ldr r2, [r2]
-  ldr r3, =RESULTS
-  subs r2, r3
-  ldr r4, =PARAMS
-  adr r0, name
-  movs r1, #5                   @ write, binary
-  movs r5, #9
-  stm r4, {r0, r1, r5}
-  movs r0, #1                   @ open
-  mov r1, r4
-  bkpt 0xAB
-  stm r4, {r0, r3}
-  str r2, [r4, #8]
-  movs r0, #5                   @ write
-  mov r1, r4
-  bkpt 0xAB
-  movs r0, #0x18                @ exit
-  ldr r1, =0x20026
-  bkpt 0xAB
+  WRITE_RESULTS RES, PARAMS
   .align 2
 own_regions:                    @ 1 MB to read and execute, 128 KB for everything
   .word 0x00000010, 0x06000027
   .word 0x20000011, 0x03000021
-name:
-  .asciz "batch.out"
-  .align 2
   .ltorg
