@@ -1,5 +1,4 @@
 #include <functional>
-#include <sstream>
 
 #include "probe_fixture.h"
 
@@ -72,32 +71,4 @@ TEST_F(FaultTest, HitsTheCallsThatItWasGivenFor) {
     for (size_t i = 0; i < 4; ++i) sCalls += API.VNODEARM_WriteU32(RAM_START, 0) == 0 ? 'g' : 'f';
     EXPECT_EQ(sCalls, sExpected) << sCommand;
   }
-  const U32 Value = 0;
-  ASSERT_EQ(Exec("sim.fail WriteMem 1 -7"), "");
-  EXPECT_EQ(API.VNODEARM_WriteMemEx(RAM_START, 4, &Value, 4), -7);
-}
-
-TEST_F(FaultTest, TargetThatDoesNotHalt) {
-  for (const auto& [sHow, HaltResult] : {std::pair("1", -1), std::pair("silent", 0)}) {
-    API.VNODEARM_GoEx(0, 0);
-    ASSERT_EQ(Exec(std::string("sim.no-halt ") + sHow), "");
-    EXPECT_EQ(API.VNODEARM_Halt(), HaltResult);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 0);
-    EXPECT_EQ(API.VNODEARM_Reset(), 0);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 0) << "after a reset";
-    ASSERT_EQ(Exec("sim.no-halt 0"), "");
-    EXPECT_EQ(API.VNODEARM_Halt(), 0);
-    EXPECT_EQ(API.VNODEARM_IsHalted(), 1);
-  }
-}
-
-TEST_F(FaultTest, RefusesWrongArguments) {
-  std::istringstream Commands(
-      "fail;fail Halt;fail NoSuchFunction 1;fail Halt one;fail Halt 1 2 3;fail Halt 1 AFTER;fail Halt 1 AFTER -1;"
-      "fail Halt AFTER 1;fail-download;fail-download never;fail-download verify x;refuse-connect;lose-connection -1;"
-      "slow -1;slow 10001;no-halt 2;no-halt 1 1;bad-memory 0x1000;bad-memory 0x1000 0;clear-faults 1");
-  for (std::string sCommand; std::getline(Commands, sCommand, ';');) {
-    EXPECT_EQ(Exec("sim." + sCommand), "invalid arguments") << sCommand;
-  }
-  EXPECT_EQ(API.VNODEARM_Halt(), 0) << "nothing was injected";
 }

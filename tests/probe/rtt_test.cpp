@@ -89,19 +89,6 @@ TEST_F(RttTest, CarriesLongTextsWhileTheCoreRuns) {
   EXPECT_LT(Write("x"), 0);
 }
 
-TEST_F(RttTest, FillsAQueueAndNoMore) {
-  LoadV7();
-  RunTicks(A_Ticks, 1);
-  ASSERT_EQ(Start(), 0);
-  EXPECT_EQ(Write(std::string(100, 'x')), static_cast<int>(QUEUE_SIZE) - 1);
-  EXPECT_EQ(Write("x"), 0);
-  EXPECT_EQ(ReadWord(DOWN + WR_OFF), QUEUE_SIZE - 1);
-  WriteWord(DOWN + RD_OFF, 5);
-  EXPECT_EQ(Write("abcdefgh"), 5);
-  EXPECT_EQ(ReadWord(DOWN + WR_OFF), 4u);
-  EXPECT_EQ(ReadWord(ReadWord(DOWN + BUFFER)), 0x65646362u) << "went on at the start of the buffer";
-}
-
 TEST_F(RttTest, RefusesBlocksThatMakeNoSense) {
   LoadV7();
   RunTicks(A_Ticks, 1);

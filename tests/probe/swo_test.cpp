@@ -86,18 +86,6 @@ TEST_F(SwoTest, DropsWhatDoesNotFitAndSaysSo) {
               testing::Contains(HasSubstr(std::to_string(4 * NUM_WORDS - Pending) + " bytes are lost")));
 }
 
-TEST_F(SwoTest, ExistsOnCoresWithStimulusPortsOnly) {
-  EXPECT_EQ(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO), 0) << "not connected";
-  Connect("nRF51822_xxAA");
-  EXPECT_EQ(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO), 0);
-  EXPECT_LT(Enable(1), 0);
-  EXPECT_LT(API.VNODEARM_SWO_DisableTarget(1), 0);
-  API.VNODEARM_Close();
-  LoadV7();
-  EXPECT_NE(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO), 0);
-  EXPECT_EQ(API.VNODEARM_EMU_HasCapEx(VNODE_CAP_SWO + 1), 0);
-}
-
 TEST_F(SwoTest, SpeedsAreFractionsOfTheClock) {
   LoadV7();
   const std::pair<U32, U32> ROWS[] = {{64'000'000, 4'000'000}, {168'000'000, 6'000'000}, {16'000'000, 4'000'000},
