@@ -38,6 +38,7 @@ CBoard::~CBoard() {
 
 void CBoard::Halt() {
   CAccess Access(*this);
+  Access->SetHaltingDebug(true);  // a script may have turned it off
   m_bRunning = false;
 }
 

@@ -8,7 +8,6 @@ namespace {
 constexpr U32 ADDR = 0x1000;
 
 const std::pair<U32, const char*> aText[] = {
-    {0xe0921003, "ADDS\tR1, R2, R3"},
     {0x00921003, "ADDSEQ\tR1, R2, R3"},
     {0xe0821183, "ADD\tR1, R2, R3, LSL #3"},
     {0xe0821023, "ADD\tR1, R2, R3, LSR #32"},  // amount 0 is 32
@@ -16,13 +15,11 @@ const std::pair<U32, const char*> aText[] = {
     {0xe29f1010, "ADDS\tR1, PC, #0x10"},  // sets the flags, so it is no address
     {0xe7cf1212, "BFI\tR1, R2, #4, #12"},
     {0xe6a71252, "SSAT\tR1, #8, R2, ASR #4"},
-    {0xe5121004, "LDR\tR1, [R2, #-0x04]"},
     {0xe5b21004, "LDR\tR1, [R2, #0x04]!"},
     {0xe14210f8, "STRD\tR1, R2, [R2, #-0x08]"},
     {0xe59f1008, "LDR\tR1, [PC, #0x08]\t; [0x00001010]"},
     {0xe49d1004, "POP\t{R1}"},
     {0xe1a21f94, "STREXD\tR1, R4, R5, [R2]"},
-    {0x0afffffe, "BEQ\t0x00001000"},
     {0xfb00003e, "BLX\t0x00001102"},
     {0xe169f001, "MSR\tSPSR_fc, R1"},
     {0xe1021200, "MRS\tR1, R10_usr"},
@@ -30,7 +27,6 @@ const std::pair<U32, const char*> aText[] = {
     {0xe7f000f0, "UDF\t#00"},
     {0xf10e00d3, "CPSID\tif, #19"},
     {0xf9ed0513, "SRSIB\tSP!, #0x13"},
-    {0xf57ff04b, "DSB\tISH"},
     {0xee011f10, "MCR\tp15, #0x00, R1, c1, c0, #0x00"},
     {0xec921f08, "LDC\tp15, c1, [R2], {8}"},
 };

@@ -7,13 +7,11 @@ namespace {
 
 const std::pair<U32, const char*> aText[] = {
     {0xf2002844, "VADD.I8\tQ1, Q0, Q2"},
-    {0xf2020d40, "VADD.F32\tQ0, Q1, Q0"},
     {0xf28f0050, "VSHR.S8\tQ0, Q0, #1"},
     {0xf3a00f12, "VCVT.U32.F32\tD0, D2, #32"},
     {0xf2890a10, "VSHLL.S8\tQ0, D0, #1"},
     {0xf3820e3f, "VMOV.I64\tD0, #0xFF00FF00FFFFFFFF"},
     {0xf2870f10, "VMOV.F32\tD0, #1"},
-    {0xf2810c1f, "VMOV.I32\tD0, #0x1FFF"},
     {0xf2902242, "VMLAL.S16\tQ1, D0, D2[0]"},
     {0xf3a2086b, "VMUL.I32\tQ0, Q1, D11[1]"},
     {0xf2b12402, "VEXT.8\tD2, D1, D2, #4"},

@@ -11,9 +11,7 @@ const std::pair<std::vector<U16>, const char*> aTexts[] = {
     {{0x4810}, "LDR\tR0, [PC, #0x40]\t; [0x00001044]"},
     {{0xde05}, "UDF\t#05"},
     {{0xc906}, "LDM\tR1, {R1-R2}"},  // the base is loaded, so it is not written back
-    {{0xe8bd, 0x87f0}, "POP.W\t{R4-R10, PC}"},
     {{0xe8e1, 0x2304}, "STRD\tR2, R3, [R1], #0x10"},
-    {{0xeb01, 0x0282}, "ADD.W\tR2, R1, R2, LSL #2"},
     {{0xea4f, 0x1131}, "ROR\tR1, R1, #0x04"},
     {{0xea41, 0x0231}, "ORR.W\tR2, R1, R1, RRX #1"},
     {{0xf5a1, 0x7280}, "SUB.W\tR2, R1, #0x100"},
@@ -25,7 +23,6 @@ const std::pair<std::vector<U16>, const char*> aTexts[] = {
     {{0xf3ef, 0x8088}, "MRS\tR0, MSP_NS"},
     {{0xee06, 0x0f10}, "MCR\tp15, #0, R0, c6, c0, #0"},
     {{0xeeb7, 0x0a00}, "VMOV.F32\tS0, #1"},
-    {{0xed91, 0x1a02}, "VLDR.32\tS2, [R1, #0x08]"},
     {{0xed2d, 0x8b04}, "VPUSH\t{D8-D9}"},
     {{0xee20, 0x0b10}, "VMOV\tD0[1], R0"},
     {{0xea5f, 0x901f}, "CSET\tR0, EQ"},

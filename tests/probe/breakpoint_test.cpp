@@ -73,8 +73,11 @@ TEST_F(BreakpointTest, MayBeSetWhileTheCoreRuns) {
   Load(CFirmware::Counter(0));
   for (U32 Type : {HARD, SOFT}) {
     const U32 Original = ReadWord(LOOP);
+    ASSERT_EQ(API.VNODEARM_WriteU32(0xE000EDF0, 0xA05F0000), 0);  // halting debug is off, until the next halt
     API.VNODEARM_GoEx(0, 1);
     EXPECT_FALSE(WaitForHalt(20));
+    ASSERT_EQ(API.VNODEARM_Halt(), 0);
+    API.VNODEARM_GoEx(0, 1);
     const int Handle = API.VNODEARM_SetBPEx(LOOP, Type);
     ASSERT_TRUE(WaitForHalt()) << Type;
     EXPECT_EQ(PC(), LOOP);

@@ -33,7 +33,7 @@ TEST_F(HssTest, SamplesAtAFixedPeriodOfTheTargetsTime) {
     SCOPED_TRACE(PeriodUs);
     ASSERT_EQ(API.VNODE_HSS_Start(BLOCKS, 2, static_cast<int>(PeriodUs), 1), 0);
     RunTicks(A_Ticks, 30);
-    const std::vector<SAMPLE> Samples = ReadSamples(1000);
+    const std::vector<SAMPLE> Samples = ReadSamples(100'000);
     ASSERT_GE(Samples.size(), 29'000 / PeriodUs);
     for (size_t i = 0; i < Samples.size(); i++) {
       ASSERT_EQ(Samples[i].TimeUs, i * PeriodUs);

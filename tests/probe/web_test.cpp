@@ -120,18 +120,6 @@ TEST_F(WebTest, ShowsTheStateOfTheBoard) {
   EXPECT_EQ(Halted[u"breakpoints"].toArray().at(0)["implementation"_L1], u"breakpoint unit"_s);
   EXPECT_THAT(Request("GET /", OwnHost()), testing::AllOf(HasSubstr("0x08000180"), HasSubstr("0x20000100"),
                                                           HasSubstr("sim.fail SetBPEx"), HasSubstr("STM32F407IE")));
-  API.VNODEARM_GoEx(0, 0);
-  const QJsonValue Running = State()[u"target"];
-  EXPECT_EQ(Running["state"_L1], u"running"_s);
-  EXPECT_TRUE(Running["registers"_L1].toObject().isEmpty());
-  Exec("sim.lose-connection 0");
-  API.VNODEARM_IsHalted();
-  EXPECT_EQ(RunState(), "connection lost");
-}
-
-TEST_F(WebTest, ShowsOpenChannels) {
-  Connect("Cortex-M4");
-  Load(CFirmware::Counter(0));
   const auto Channels = [this] { return State()[u"channels"].toVariant().toStringList().join(u'|').toStdString(); };
   EXPECT_EQ(Channels(), "");
   ASSERT_GE(API.VNODEARM_SWO_EnableTarget(64'000'000, 1'000'000, 0, 5), 0);
@@ -144,6 +132,13 @@ TEST_F(WebTest, ShowsOpenChannels) {
   API.VNODE_HSS_Stop();
   API.VNODE_RTTERMINAL_Control(1, nullptr);
   EXPECT_EQ(Channels(), "");
+  API.VNODEARM_GoEx(0, 0);
+  const QJsonValue Running = State()[u"target"];
+  EXPECT_EQ(Running["state"_L1], u"running"_s);
+  EXPECT_TRUE(Running["registers"_L1].toObject().isEmpty());
+  Exec("sim.lose-connection 0");
+  API.VNODEARM_IsHalted();
+  EXPECT_EQ(RunState(), "connection lost");
 }
 
 TEST_F(WebTest, TellsSleepAndLockup) {

@@ -13,14 +13,12 @@ int CServerTest::Connect(const std::string& sServer, const char* sDevice, U32 Co
 
 U32 CServerTest::ReadReg(U32 Index) {
   U32 Value = 0;
-  U8 Status = 1;
-  EXPECT_EQ(API.VNODEARM_ReadRegs(&Index, &Value, &Status, 1), 0);
-  EXPECT_EQ(Status, 0) << "register " << Index;
+  EXPECT_TRUE(HasReg(Index, &Value)) << "register " << Index;
   return Value;
 }
 
-bool CServerTest::HasReg(U32 Index) {
+bool CServerTest::HasReg(U32 Index, U32* pValue) {
   U32 Value = 0;
   U8 Status = 1;
-  return API.VNODEARM_ReadRegs(&Index, &Value, &Status, 1) == 0 && Status == 0;
+  return API.VNODEARM_ReadRegs(&Index, pValue ? pValue : &Value, &Status, 1) == 0 && Status == 0;
 }

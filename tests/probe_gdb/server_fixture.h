@@ -13,5 +13,5 @@ protected:
   int Connect(const std::string& sServer, const char* sDevice, U32 CoreIndex = 0);
   // Value of a register; fails the test when the target does not have it.
   U32 ReadReg(U32 Index);
-  bool HasReg(U32 Index);
+  bool HasReg(U32 Index, U32* pValue = nullptr);
 };
