@@ -23,8 +23,6 @@ const std::pair<U32, const char*> aText[] = {
     {0xfb00003e, "BLX\t0x00001102"},
     {0xe169f001, "MSR\tSPSR_fc, R1"},
     {0xe1021200, "MRS\tR1, R10_usr"},
-    {0xef123456, "SVC\t#0x123456"},
-    {0xe7f000f0, "UDF\t#00"},
     {0xf10e00d3, "CPSID\tif, #19"},
     {0xf9ed0513, "SRSIB\tSP!, #0x13"},
     {0xee011f10, "MCR\tp15, #0x00, R1, c1, c0, #0x00"},

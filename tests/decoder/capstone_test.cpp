@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr U32 ADDR = 0x1000;
+constexpr U32 ADDR = 0xE0100000;  // targets keep all their bits
 constexpr U32 FIRST_WIDE = 0xE8000000;
 
 class CPeer {

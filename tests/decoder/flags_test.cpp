@@ -147,17 +147,6 @@ TEST(Flags, ArmWithoutCondition) {
   EXPECT_EQ(DecodeArm(0, 0xe1400070).Info.Flags, IF_BRANCH | IF_UNCONDITIONAL);
 }
 
-// Targets keep all their bits, above 256 MB and round the end of the address space.
-TEST(Flags, TargetsOfHighAddresses) {
-  const std::pair<std::vector<U16>, U32> aBranch[] = {
-      {{0xd0fe}, 0}, {{0xe7fe}, 0}, {{0xb100}, 4}, {{0xf000, 0xb800}, 4}, {{0xf000, 0x8000}, 4}, {{0xf7ff, 0xfffe}, 0}};
-  for (const U32 Addr : {0x10000000u, 0xE0100000u, 0xFFFFFFF8u}) {
-    for (const auto& [aHalfword, Distance] : aBranch) {
-      EXPECT_EQ(DecodeOne(Addr, aHalfword).Info.Target, static_cast<U32>(Addr + Distance)) << std::hex << aHalfword[0];
-    }
-  }
-}
-
 // What only other profiles have is no instruction on the M profile.
 TEST(Flags, NotOnTheMProfile) {
   const std::vector<U16> aaWord[] = {
