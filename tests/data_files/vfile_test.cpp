@@ -46,13 +46,9 @@ TEST_F(VFileTest, TellsClassesByNameAndFirstBytes) {
       "ELF\1\1\1\0\0\0\0\0more",
       16);
   const std::tuple<const char*, QByteArray, VFile::FILE_CLASS> aCases[] = {
-      {"a.bin", "", VFile::FILE_CLASS_BINARY},
       {"a.elf", "no elf", VFile::FILE_CLASS_ELF},
       {"a.axf", "", VFile::FILE_CLASS_ELF},
       {"a.b.out", "", VFile::FILE_CLASS_ELF},
-      {"a.mot", "", VFile::FILE_CLASS_SREC},
-      {"a.srec", "", VFile::FILE_CLASS_SREC},
-      {"a.hex", "", VFile::FILE_CLASS_HEX},
       {"a.HEX", "", VFile::FILE_CLASS_NONE},
       {"a.txt", "", VFile::FILE_CLASS_NONE},
       {"plain", Identification.first(4), VFile::FILE_CLASS_NONE},

@@ -48,13 +48,6 @@ TEST(ConsolePrint, LongTextsAreCutAtACharacterAndCountOnlyTheirOwnLines) {
   EXPECT_EQ(PrintAndTake(QString(1000, u'y')).Text, std::string(1000, 'y'));
 }
 
-TEST(ConsolePrint, DrainTakesAHundredMessagesAtATime) {
-  ClearConsoleRing();
-  PrintConsole(QString());
-  for (int i = 0; i < 130; ++i) PrintConsole(QString::number(i));
-  for (const U32 Expected : {100u, 30u, 0u}) EXPECT_EQ(DrainConsole([](const CONSOLE_MSG&) {}), Expected);
-}
-
 TEST(ConsolePrint, TimeStampTexts) {
   const std::pair<U64, const char*> Cases[] = {
       {3'723'004'005, "1:02:03.004 005"}, {12'345'678, "12.345 678"}, {7, "0.000 007"},

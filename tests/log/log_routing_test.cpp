@@ -91,15 +91,6 @@ TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
   }
 }
 
-TEST_F(LogTest, PrefixIsLeftOutWhereItDoesNotFit) {
-  OpenAppLog();
-  LogMsg(QByteArray(2040, 'a').constData(), MSG_SRC_PROBE | MSG_TO_FILE);  // 8 bytes of prefix would make 2048
-  LogMsg(QByteArray(2039, 'b').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
-  LogMsg(QByteArray(5000, 'c').constData(), MSG_SRC_PROBE | MSG_TO_FILE);
-  EXPECT_EQ(ReadBytes(sPath),
-            QByteArray(2040, 'a') + "\nV-Node: " + QByteArray(2039, 'b') + '\n' + QByteArray(2047, 'c') + '\n');
-}
-
 TEST_F(LogTest, FileIsWrittenWhenTheIntervalIsFull) {
   SetLogInterval("20");
   OpenAppLog();

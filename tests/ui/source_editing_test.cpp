@@ -150,32 +150,6 @@ private Q_SLOTS:
     QVERIFY(!m_pEditor->HasUnsavedChanges(PATH));
   }
 
-  void theStateIsThatOfTheDisk() {
-    QSignalSpy States(m_pEditor.get(), &CSourceEditor::DocumentStateChanged);
-    const auto Expect = [&](bool bUnsaved) {
-      QVERIFY(!States.isEmpty());
-      QCOMPARE(States.last(), (QVariantList{FILE_NO, bUnsaved}));
-      QCOMPARE(m_pEditor->HasUnsavedChanges(PATH), bUnsaved);
-      States.clear();
-    };
-    QVERIFY(!m_pEditor->HasUnsavedChanges(PATH) && !m_pEditor->EditedText(PATH));
-    Type("a");
-    Expect(true);
-    m_pEditor->SetSaved(PATH);
-    Expect(false);
-    // The same key again joins the last step of the history: it is a change all the same.
-    Type("b");
-    Expect(true);
-    Type(Qt::CTRL | Qt::Key_Z);
-    Expect(false);
-    Type(Qt::CTRL | Qt::Key_Z);
-    Expect(true);
-    Type("c");
-    Expect(true);
-    m_pEditor->DropEdits(PATH);
-    QVERIFY(!m_pEditor->HasUnsavedChanges(PATH));
-  }
-
   void documentsKeepTheirEdits() {
     Type("x");
     m_pEditor->SetText(u"other\n"_s, u"/src/b.c"_s, FILE_NO + 1);

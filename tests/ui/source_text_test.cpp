@@ -68,9 +68,6 @@ private Q_SLOTS:
 
   void lineEndsAreDetected() {
     const std::pair<QString, EOL_FORMAT> Rows[] = {
-        {u"a\nb\n"_s, EOL_UNIX},
-        {u"a\r\nb\r\n"_s, EOL_WINDOWS},
-        {u"a\rb\r"_s, EOL_MAC},
         {u"a\r\nb\nc\r\n"_s, EOL_MIXED},
         {u"a"_s, EOL_MAC},
         {QString(), EOL_MAC},

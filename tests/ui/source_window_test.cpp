@@ -66,8 +66,6 @@ private Q_SLOTS:
     QCOMPARE(State(), u"[b.c] a.c: text of b\nline 2"_s);
     Tabs().setCurrentIndex(1);
     QCOMPARE(State(), u"b.c [a.c]: text of a"_s);
-    m_pWindow->ShowNextDocument();
-    QCOMPARE(m_pWindow->ActiveFile(), m_sB);
   }
 
   void aFileHasOneTab() {
@@ -112,9 +110,6 @@ private Q_SLOTS:
       QCOMPARE(m_pWindow->ActiveFile(), m_sB);
       QCOMPARE(Editor().SelectedText(), u"text of b"_s);
     }
-    Open({m_sA, m_sC, m_sB});
-    m_pWindow->CloseAllButThis();
-    QCOMPARE(State(), u"[b.c]: text of b\nline 2"_s);
   }
 
   void theCloseButtonIsACommand() {
@@ -202,10 +197,8 @@ private Q_SLOTS:
 
   void reloadingReadsTheFileAgain() {
     Open({m_sA, m_sB});
-    Editor().SetCursorPos({2, 1});
     WriteFile(m_sB, "new\nlines\nhere\n");
     m_pWindow->ReloadDocuments();
-    QCOMPARE(Editor().CursorPos(), QPoint(2, 1));
     QCOMPARE(State(), u"[b.c] a.c: new\nlines\nhere"_s);
     QFile::remove(m_sB);
     m_pWindow->ReloadDocuments();

@@ -9,8 +9,8 @@ namespace {
 
 constexpr qsizetype MAX_KEPT = 4096;  // lines with spans
 
-}  // namespace
-
+// The state in which a line that begins in a state leaves the next: in a block comment, or, where a backslash joins the
+// two, in a line comment or string.
 SYNTAX_STATE StateBehind(QStringView sLine, SYNTAX_STATE State) {
   const qsizetype Size = sLine.size();
   const auto Is = [&](qsizetype i, char16_t Char) { return i < Size && sLine[i].unicode() == Char; };
@@ -35,6 +35,8 @@ SYNTAX_STATE StateBehind(QStringView sLine, SYNTAX_STATE State) {
   const bool bJoined = Size > 0 && sLine.back() == u'\\';
   return State == SYNTAX_IN_BLOCK_COMMENT || bJoined ? State : SYNTAX_IDLE;
 }
+
+}  // namespace
 
 void CSourceColors::SetText(const CSourceText& Text, SYNTAX_LANGUAGE Language) {
   m_Language = Language;

@@ -31,7 +31,3 @@ private:
   std::vector<U8> m_States;  // SYNTAX_STATE at each line's start
   QHash<int, ROW_SPANS> m_Spans;
 };
-
-// The state in which a line that begins in a state leaves the next: in a block comment, or, where a backslash joins the
-// two, in a line comment or string.
-SYNTAX_STATE StateBehind(QStringView sLine, SYNTAX_STATE State);

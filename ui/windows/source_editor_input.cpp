@@ -101,7 +101,8 @@ void CSourceEditor::mousePressEvent(QMouseEvent* pEvent) {
   Q_EMIT MousePressed(Point, pEvent->button(), pEvent->modifiers());
   const int Row = RowAt(Point.y());
   const bool bOnBar = Point.x() >= P.Layout.NumberWidth() && Point.x() < P.Layout.BarEnd();
-  if (pEvent->button() == Qt::LeftButton && bOnBar && Rows().IsSource(Row) && Rows().HasCodeAt(Row)) return P.ToggleExpansion(Row);
+  if (pEvent->button() == Qt::LeftButton && bOnBar && Rows().IsSource(Row) && Rows().HasCodeAt(Row))
+    return P.ToggleExpansion(Row);
   const bool bOnSelection = P.Cursor.HasSelection() && IsOnText(Point) && P.Cursor.IsSelected(Pos);
   if (pEvent->button() == Qt::RightButton && !bOnSelection) SetCursorPos(Pos);
   if (pEvent->button() != Qt::LeftButton) return;
