@@ -175,6 +175,12 @@ private Q_SLOTS:
       const int Row = m_S.Editor().RowOfLine(CBreakpointManager::Get().Rows().first().Loc.Line);
       QVERIFY(m_S.Source().MarksOfRow(Row) & (SIDE_BAR_BREAKPOINT | SIDE_BAR_BREAKPOINT_DISABLED));
     }
+    // Edits that are not saved take it back with them.
+    m_S.Editor().SetCursorTextPos({0, 2});
+    for (int i = 0; i < 2; ++i) m_S.Press(Qt::Key_Return);
+    QCOMPARE(CBreakpointManager::Get().Rows().first().sLocation, u"statistics.c:20"_s);
+    BoxesOf([this] { m_S.Press(Qt::Key_F4, Qt::ControlModifier); }, {QDialogButtonBox::No});
+    QCOMPARE(CBreakpointManager::Get().Rows().first().sLocation, u"statistics.c:18"_s);
     PerformAction(ACTION_BREAK_CLEAR_ALL);
   }
 

@@ -179,7 +179,7 @@ private Q_SLOTS:
         auto* const pBox = qobject_cast<CMessageBox*>(QApplication::activeModalWidget());
         if (!pBox) return;
         sText = pBox->Button(QDialogButtonBox::YesToAll)->text();
-        pBox->Button(Button)->click();
+        Button == QDialogButtonBox::NoButton ? pBox->reject() : pBox->Button(Button)->click();
       });
       if (sPath != m_pEditor->GetFilePath()) m_pEditor->SetText(TEXT, sPath, FILE_NO);
       const QString sBefore = m_pEditor->GetText();

@@ -152,6 +152,7 @@ Q_SIGNALS:
   void LineExpansionStateToggled(int DocLine);
   // The text is no longer the one on the disk, or is again.
   void DocumentStateChanged(U32 FileNo, bool bHasUnsavedChanges);
+  // Edits that are dropped are told backwards.
   void DocumentEdited(EDIT_EVENT Event);
   // Ahead of what the editor itself does with the event; points of the viewport.
   void MousePressed(QPoint Pos, Qt::MouseButton Button, Qt::KeyboardModifiers Modifiers);

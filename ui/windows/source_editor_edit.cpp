@@ -33,7 +33,11 @@ void CSourceEditor::SetSaved(const QString& sFilePath) {
 }
 
 void CSourceEditor::DropEdits(const QString& sFilePath) {
-  m_pParts->Edits.Drop(sFilePath);
+  // Whoever has followed the lines follows them back.
+  for (const EDIT_EVENT& Move : m_pParts->Edits.Drop(sFilePath)) {
+    const U32 FirstLine = Move.FirstLine + static_cast<U32>(Move.NumLines);
+    Q_EMIT DocumentEdited({ELFAPI_FileId(sFilePath), FirstLine, -Move.NumLines});
+  }
 }
 
 bool CSourceEditor::CanUndo() const {
@@ -101,7 +105,9 @@ void SOURCE_EDITOR_PARTS::OnChanged(const QString& sPath, int Position, int NumR
     Q_EMIT Editor.Scrolled();
   }
   bChanged = true;
-  Q_EMIT Editor.DocumentEdited({Rows.FileNo(), FirstMoved, NumLines});
+  const EDIT_EVENT Event = {Rows.FileNo(), FirstMoved, NumLines};
+  if (NumLines != 0) Edits.NoteMove(sPath, Event);
+  Q_EMIT Editor.DocumentEdited(Event);
 }
 
 namespace {

@@ -101,7 +101,21 @@ bool CSourceEdits::IsModified(const QString& sPath) const {
 }
 
 void CSourceEdits::SetSaved(const QString& sPath) {
-  if (const DOCUMENT* const pDocument = Find(sPath)) pDocument->pField->document()->setModified(false);
+  DOCUMENT* const pDocument = Find(sPath);
+  if (pDocument == nullptr) return;
+  pDocument->pField->document()->setModified(false);
+  pDocument->Moves.clear();
+}
+
+void CSourceEdits::NoteMove(const QString& sPath, const EDIT_EVENT& Move) {
+  if (DOCUMENT* const pDocument = Find(sPath)) pDocument->Moves.push_back(Move);
+}
+
+std::vector<EDIT_EVENT> CSourceEdits::Drop(const QString& sPath) {
+  const auto Dropped = m_Documents.extract(sPath);
+  if (Dropped.empty()) return {};
+  const std::vector<EDIT_EVENT>& Moves = Dropped.mapped().Moves;
+  return {Moves.rbegin(), Moves.rend()};
 }
 
 bool CSourceEdits::CanUndo(const QString& sPath) const {

@@ -3,10 +3,13 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include <QKeyEvent>
 #include <QObject>
 #include <QPlainTextEdit>
+
+#include "ui/windows/source_types.h"
 
 // The ends of a selection, as positions in a text; the cursor is at Pos.
 struct EDIT_SELECTION {
@@ -25,7 +28,10 @@ public:
   bool Has(const QString& sPath) const { return m_Documents.contains(sPath); }
   // Makes the field of a document that has none.
   void Open(const QString& sPath, const QString& sText);
-  void Drop(const QString& sPath) { m_Documents.erase(sPath); }
+  // Lines have moved by an edit.
+  void NoteMove(const QString& sPath, const EDIT_EVENT& Move);
+  // The moves since the text was that of the disk, newest first, which went with the edits.
+  std::vector<EDIT_EVENT> Drop(const QString& sPath);
   std::optional<QString> Text(const QString& sPath) const;
   bool IsModified(const QString& sPath) const;
   // What the text is now counts as unmodified.
@@ -49,6 +55,7 @@ private:
   struct DOCUMENT {
     std::unique_ptr<QPlainTextEdit> pField;
     int Size = 0;
+    std::vector<EDIT_EVENT> Moves;  // of lines, since the text was saved
   };
   DOCUMENT* Find(const QString& sPath);
   const DOCUMENT* Find(const QString& sPath) const { return const_cast<CSourceEdits*>(this)->Find(sPath); }
