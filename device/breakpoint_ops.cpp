@@ -202,6 +202,12 @@ BP_STATES CBreakpointOps::StateAt(U32 Addr) const {
 }
 
 int CBreakpointOps::SetHiddenBreakpoint(U32 Addr, U32 PendingJob) {
+  const int Result = SetHidden(Addr, PendingJob);
+  NoteImplementations();
+  return Result;
+}
+
+int CBreakpointOps::SetHidden(U32 Addr, U32 PendingJob) {
   if (Ctx.IsConnected()) {
     const auto Type = static_cast<BP_TYPES>(Ctx.Settings.BreakpointType.load());
     VNODEARM_BP_INFO Info;
@@ -241,6 +247,7 @@ void CBreakpointOps::RemoveHiddenBreakpoint() {
   BP Entry;
   if (Ctx.Breakpoints.GetAt(Addr, Entry) && Entry.State == BP_STATE_ENABLED) return;
   if (ClearInLibrary(Addr) < 0) Ctx.LogErrorMsg(QStringLiteral("ClearBreakpoint: VNODE API call failed"));
+  NoteImplementations();
 }
 
 void CBreakpointOps::ForgetHiddenBreakpoint() {

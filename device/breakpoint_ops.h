@@ -52,6 +52,7 @@ private:
   int SetInLibrary(U32 Addr, BP_TYPES Type);
   int ClearInLibrary(U32 Addr);
   int SyncLibrary(U32 Addr, BP_STATES State, BP_TYPES Type, BP_TYPES OldType);
+  int SetHidden(U32 Addr, U32 PendingJob);
   int FailHidden(U32 Addr);
   int SetOne(U32 Addr, BP_STATES State, BP_TYPES Type);
   int ClearOne(U32 Addr);

@@ -19,9 +19,9 @@ int CountResult(int Count, U64& Result) {
   return Count < 0 ? -1 : 0;
 }
 
-// A write that did not put every byte is a failure.
-int WriteResult(U64 NumWritten, U64 NumWanted) {
-  return NumWritten == NumWanted ? 0 : -1;
+// What did less than was wanted has failed.
+int AllOrFailed(U64 NumDone, U64 NumWanted) {
+  return NumDone == NumWanted ? 0 : -1;
 }
 
 }  // namespace
@@ -119,15 +119,14 @@ void CJobDispatch::AddBreakpointHandlers() {
     if (!Holds(Job, 0, Job.Param[0], sizeof(U32))) return -1;
     const int Result = Ops.Breakpoints.SetBreakpoints(P(Job, 0), Job.Dyn<U32>(0), static_cast<BP_STATES>(P(Job, 1)),
                                                       static_cast<BP_TYPES>(P(Job, 2)));
-    Job.Result = static_cast<U64>(static_cast<I64>(Result));
-    return Result;
+    Job.Result = static_cast<U64>(Result);
+    return AllOrFailed(Job.Result, Job.Param[0]);
   });
   SetHandler(JT_CLEAR_BP, [this](DEVICE_JOB& Job) { return Ops.Breakpoints.ClearBreakpoint(P(Job, 0)); });
   SetHandler(JT_CLEAR_BPS, [this](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, Job.Param[0], sizeof(U32))) return -1;
-    const int Result = Ops.Breakpoints.ClearBreakpoints(P(Job, 0), Job.Dyn<U32>(0));
-    Job.Result = static_cast<U64>(static_cast<I64>(Result));
-    return Result;
+    Job.Result = static_cast<U64>(Ops.Breakpoints.ClearBreakpoints(P(Job, 0), Job.Dyn<U32>(0)));
+    return AllOrFailed(Job.Result, Job.Param[0]);
   });
   SetHandler(JT_CLEAR_ALL_BPS, [this](DEVICE_JOB&) { return Ops.Breakpoints.ClearAllBreakpoints(); });
   SetHandler(JT_RESET_BPS, [this](DEVICE_JOB&) { return Ops.Breakpoints.ResetBreakpoints(); });
@@ -158,7 +157,7 @@ void CJobDispatch::AddMemoryHandlers() {
     if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
     const U32 NumWritten =
         Ops.Memory.WriteMem(P(Job, 0), P(Job, 1), P(Job, 2), static_cast<I8>(Job.Param[3]), P(Job, 4), Job.Dyn<U8>(0));
-    return WriteResult(NumWritten, Job.Param[1]);
+    return AllOrFailed(NumWritten, Job.Param[1]);
   });
   SetHandler(JT_WRITE_MEM_MULTIPLE, [this](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, Job.Param[0], 2 * sizeof(U32)) || !Holds(Job, 1, Job.Param[1], 1)) return -1;
@@ -167,7 +166,7 @@ void CJobDispatch::AddMemoryHandlers() {
     for (U32 i = 0; i < P(Job, 0); ++i) NumWanted += paRanges[2 * i + 1] - paRanges[2 * i];
     const U32 NumWritten = Ops.Memory.WriteMemMultiple(P(Job, 0), paRanges, P(Job, 1), Job.Dyn<U8>(1), P(Job, 2),
                                                        static_cast<I8>(Job.Param[3]), P(Job, 4));
-    return WriteResult(NumWritten, NumWanted);
+    return AllOrFailed(NumWritten, NumWanted);
   });
 }
 
@@ -210,7 +209,7 @@ void CJobDispatch::AddTerminalHandlers() {
   SetHandler(JT_WRITE_RTT, [&RTT](DEVICE_JOB& Job) {
     if (!Holds(Job, 0, Job.Param[1], 1)) return -1;
     CountResult(RTT.Write(P(Job, 0), P(Job, 1), Job.Dyn<U8>(0)), Job.Result2);
-    const int Result = WriteResult(Job.Result2, Job.Param[1]);
+    const int Result = AllOrFailed(Job.Result2, Job.Param[1]);
     Job.Result = static_cast<U64>(static_cast<I64>(Result));
     return Result;
   });

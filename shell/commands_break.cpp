@@ -98,21 +98,16 @@ bool GetLineArg(U32 ActionID, CSrcLoc* pLoc) {
   return pLoc->IsValid();
 }
 
-// How a line is set, or the one that stands in for it.
-bool FindOnSrc(CSrcLoc* pLoc, BP_SETTING& Setting) {
-  if (Breakpoints().GetOnSrc(*pLoc, Setting)) return true;
-  *pLoc = LineWithCode(*pLoc);
-  return Breakpoints().GetOnSrc(*pLoc, Setting);
-}
-
 void SetOnLine(U32 ActionID, U32 Type) {
   CSrcLoc Loc;
   BP_SETTING Setting;
   if (!GetLineArg(ActionID, &Loc)) return;
   const CSrcLoc Wanted = Loc;
-  if (FindOnSrc(&Loc, Setting) && Setting.State == BP_STATE_ENABLED && Setting.Type == Type) {
+  const bool bSet = Breakpoints().FindOnSrc(&Loc, Setting);
+  if (bSet && Setting.State == BP_STATE_ENABLED && Setting.Type == Type) {
     return SetError(ActionID, ActionError::BREAKPOINT_ALREADY_SET);
   }
+  if (!bSet) Loc = LineWithCode(Loc);
   if (!(Loc == Wanted)) PrintConsole(MovedBreakpointText(ELFAPI_GetSrcLocText(Wanted), ELFAPI_GetSrcLocText(Loc)));
   if (!Breakpoints().SetOnSrc(Loc, BP_STATE_ENABLED, Type)) SetActionError(ActionID, QLatin1String(LIST_FULL_TEXT));
 }
@@ -132,7 +127,7 @@ void ClearOnSrc(COMMAND_CONTEXT&) {
   CSrcLoc Loc;
   BP_SETTING Setting;
   if (!CheckActionArgs(ID) || !GetLineArg(ID, &Loc)) return;
-  if (!FindOnSrc(&Loc, Setting)) return SetError(ID, ActionError::BREAKPOINT_NOT_SET);
+  if (!Breakpoints().FindOnSrc(&Loc, Setting)) return SetError(ID, ActionError::BREAKPOINT_NOT_SET);
   Breakpoints().ClearOnSrc(Loc);
 }
 
@@ -141,7 +136,7 @@ void SetStateOnSrc(COMMAND_CONTEXT&) {
   CSrcLoc Loc;
   BP_SETTING Setting;
   if (!CheckActionArgs(ID) || !GetLineArg(ID, &Loc)) return;
-  const bool bSet = FindOnSrc(&Loc, Setting);
+  const bool bSet = Breakpoints().FindOnSrc(&Loc, Setting);
   if (STATE == BP_STATE_DISABLED && !bSet) return SetError(ID, ActionError::BREAKPOINT_NOT_SET);
   if (STATE == BP_STATE_ENABLED && (!bSet || Setting.State == BP_STATE_ENABLED)) {
     return SetError(ID, ActionError::BREAKPOINT_NOT_DISABLED);

@@ -34,6 +34,8 @@ public:
   };
   // Compares with the device's list once nothing is under way; an empty list before.
   QList<FAILURE> Settle();
+  // A change of the address has been scheduled and is not settled.
+  bool IsWanted(U32 Addr) const { return m_Wanted.contains(Addr); }
   // Nothing has been scheduled since.
   bool IsSettled() const { return m_Wanted.isEmpty() && !m_bAllCleared; }
 

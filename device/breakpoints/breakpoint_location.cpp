@@ -80,7 +80,8 @@ QString LineText(const QString& sPath, U32 Line) {
   return QStringLiteral("%1:%2").arg(sPath.mid(Slash + 1)).arg(Line);
 }
 
-QString UniqueLineText(const CSrcLoc& Loc, const QString& sPath) {
+QString UniqueLineText(const CSrcLoc& Loc, QString sPath) {
+  if (sPath.isEmpty()) sPath = ELFAPI_GetFilePathOf(Loc.File);
   const QString sShort = LineText(sPath, Loc.Line);
   return ELFAPI_ParseSrcLoc(sShort) == Loc ? sShort : QStringLiteral("%1:%2").arg(sPath).arg(Loc.Line);
 }

@@ -29,7 +29,8 @@ QString MovedBreakpointText(const QString& sWanted, const QString& sInstead);
 
 // "main.c:12" of the path of a source file.
 QString LineText(const QString& sPath, U32 Line);
-// A text that names this line and no other: with the whole path where the bare name won't do.
-QString UniqueLineText(const CSrcLoc& Loc, const QString& sPath);
+// A text that names this line and no other: with the whole path where the bare name won't do. The path is the one that
+// the program has, where none is given.
+QString UniqueLineText(const CSrcLoc& Loc, QString sPath = QString());
 // What a line of a source file reads, trimmed; empty when the file can't be read.
 QString SourceLineText(const QString& sPath, U32 Line);

@@ -98,6 +98,20 @@ bool CBreakpointManager::GetOnSrc(const CSrcLoc& Loc, BP_SETTING& Setting) const
   return true;
 }
 
+bool CBreakpointManager::FindOnSrc(CSrcLoc* pLoc, BP_SETTING& Setting) const {
+  if (GetOnSrc(*pLoc, Setting)) return true;
+  const CSrcLoc Instead = LineWithCode(*pLoc);
+  if (!GetOnSrc(Instead, Setting)) return false;
+  *pLoc = Instead;
+  return true;
+}
+
+bool CBreakpointManager::DoPropsDiffer(const CSrcLoc& Loc) const {
+  const QAddrList Addrs = AddrsOf({Loc, INVALID_ADDR});
+  return std::any_of(Addrs.cbegin(), Addrs.cend(),
+                     [&](U32 Addr) { return !m_Props.value(Addr).IsSame(m_Props.value(Addrs.first())); });
+}
+
 CSrcLoc CBreakpointManager::FindByText(const QString& sText) const {
   for (const SOURCE_BREAKPOINT& Source : m_Sources.All()) {
     if (sText == QStringLiteral("%1:%2").arg(Source.sPath).arg(Source.Loc.Line)) return Source.Loc;
@@ -257,12 +271,19 @@ void CBreakpointManager::Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING
   NoteEmpty();
 }
 
+// In the text that the user sees.
+QString CBreakpointManager::TextOfLine(const SOURCE_BREAKPOINT& Source) const {
+  const std::optional<QString> sEdited = m_EditedText ? m_EditedText(Source.sPath) : std::nullopt;
+  return sEdited ? sEdited->split(QLatin1Char('\n')).value(Source.Loc.Line - 1).trimmed()
+                 : SourceLineText(Source.sPath, Source.Loc.Line);
+}
+
 bool CBreakpointManager::SetOnSrc(const CSrcLoc& Loc, U32 State, U32 Type) {
   const QAddrList Addrs = ELFAPI_GetAddrsOfLoc(Loc);
   if (Addrs.size() > CBreakpointList::MAX_BREAKPOINTS) return false;
   SOURCE_BREAKPOINT& Source = m_Sources.Add(Loc, ELFAPI_GetFilePathOf(Loc.File));
   Source.Addrs = Addrs;
-  if (Source.sLineText.isEmpty()) Source.sLineText = SourceLineText(Source.sPath, Loc.Line);
+  if (Source.sLineText.isEmpty()) Source.sLineText = TextOfLine(Source);
   QList<BP_SETTING> Settings = SettingsOf(Source);
   for (BP_SETTING& Setting : Settings) {
     if (State != BP_STATE_MIXED) Setting.State = State;

@@ -30,6 +30,10 @@ public:
   // How a source line is set (state may be BP_STATE_MIXED, type BP_TYPE_MIXED); false when it has no breakpoint. The
   // state is BP_STATE_CLEARED when it could not be set.
   bool GetOnSrc(const CSrcLoc& Loc, BP_SETTING& Setting) const;
+  // The same of a line or, where that has none, of the line with code that stands in for it, which pLoc names then.
+  bool FindOnSrc(CSrcLoc* pLoc, BP_SETTING& Setting) const;
+  // The addresses of a source breakpoint have different properties.
+  bool DoPropsDiffer(const CSrcLoc& Loc) const;
   // The line of the source breakpoint that a text names as windows and the user file do: the only way to one whose file
   // the program no longer has. All-zero if there is none.
   CSrcLoc FindByText(const QString& sText) const;
@@ -71,6 +75,10 @@ public:
   QString GetUserConfigStr() const;
   void SetUserConfigStr(const QString& sConfig);
 
+  // The text, with unsaved changes, of a source file that is being edited; nothing for any other. Breakpoints are set
+  // on its lines.
+  using EDITED_TEXT = std::function<std::optional<QString>(const QString& sPath)>;
+  void SetEditedText(const EDITED_TEXT& EditedText) { m_EditedText = EditedText; }
   void SetEvaluator(const BREAKPOINT_EVALUATOR& Evaluator) { m_Evaluator = Evaluator; }
   const BREAKPOINT_EVALUATOR& Evaluator() const { return m_Evaluator; }
 
@@ -111,6 +119,7 @@ private:
   QString PlaceText(U32 Addr) const;
   void SetProps(U32 Addr, const CBreakpointProps& Props);
   void DropProps(const QAddrList& Addrs);
+  QString TextOfLine(const SOURCE_BREAKPOINT& Source) const;
   void Apply(SOURCE_BREAKPOINT& Source, const QList<BP_SETTING>& Settings);
   QList<STORED_BREAKPOINT> Store() const;
   void Restore(const QList<STORED_BREAKPOINT>& Stored);
@@ -128,6 +137,7 @@ private:
   QHash<U32, PROBLEM> m_Problems;        // by address
   QList<STORED_BREAKPOINT> m_Backup;
   BREAKPOINT_EVALUATOR m_Evaluator;
+  EDITED_TEXT m_EditedText;
   QStringList m_Reasons;  // why something failed lately
   bool m_bEmpty = true;   // as told last
   bool m_bCheckWaits = false;

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include <QTimer>
+
 #include "base/text.h"
 #include "device/breakpoints/breakpoint_manager.h"
 #include "device/device.h"
 #include "device/device_context.h"
+#include "device/device_event_worker.h"
 #include "device/device_ops.h"
 #include "shell/log/console_print.h"
 #include "shell/log/log.h"
@@ -20,14 +23,15 @@ CDevice& Device() {
   return CDevice::Get();
 }
 
-// The latest reason that names the address, without its name, otherwise the latest.
+// The latest reason that names the address, without its name, otherwise the latest that speaks of breakpoints.
 QString ReasonFor(U32 Addr, const QStringList& Reasons) {
   const QString sAddr = AddrText(Addr) + QLatin1String(": ");
   for (qsizetype i = Reasons.size(); i-- > 0;) {
     const qsizetype Start = Reasons[i].indexOf(sAddr, 0, Qt::CaseInsensitive);
     if (Start >= 0) return Reasons[i].mid(Start + sAddr.size());
   }
-  return Reasons.isEmpty() ? QStringLiteral("the probe has refused it") : Reasons.last();
+  const QStringList General = Reasons.filter(QStringLiteral("breakpoint"), Qt::CaseInsensitive);
+  return General.isEmpty() ? QStringLiteral("the probe has refused it") : General.last();
 }
 
 }  // namespace
@@ -54,16 +58,14 @@ void CBreakpointManager::CheckOutcome() {
   if (m_Entries.IsSettled()) m_Reasons.clear();
 }
 
-// The reason of a failure is among the events that are on their way.
+// The reason of a failure is among the events that are on their way; there may be many.
 void CBreakpointManager::CheckOutcomeLater() {
   if (std::exchange(m_bCheckWaits, true)) return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        m_bCheckWaits = false;
-        OnDeviceBPStateChanged();
-      },
-      Qt::QueuedConnection);
+  QTimer::singleShot(CDeviceEventWorker::TICK_MS, this, [this] {
+    m_bCheckWaits = false;
+    if (Device().HasEvents()) return CheckOutcomeLater();
+    OnDeviceBPStateChanged();
+  });
 }
 
 // Without a connection nothing stands in the way; the next connect tells whether anything does then.
@@ -79,7 +81,9 @@ void CBreakpointManager::CheckImplementations() {
   m_Problems.removeIf([](const auto& It) { return It->bListed; });
   U32 ImpFlags = 0;
   for (const BP& Entry : Device().Context().Breakpoints.GetAll()) {
-    if (Entry.State != BP_STATE_ENABLED || Device().Ops().Breakpoints.GetImplementation(Entry.Addr, ImpFlags)) continue;
+    // What is being set just now is judged when that is done.
+    if (Entry.State != BP_STATE_ENABLED || m_Entries.IsWanted(Entry.Addr)) continue;
+    if (Device().Ops().Breakpoints.GetImplementation(Entry.Addr, ImpFlags)) continue;
     ReportFailure(Entry.Addr, static_cast<BP_TYPES>(Entry.Type), true);
   }
 }

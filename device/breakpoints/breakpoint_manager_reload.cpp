@@ -56,7 +56,8 @@ void CBreakpointManager::RestoreOnSrc(const STORED_BREAKPOINT& Stored) {
   const CSrcLoc Wanted = LocOf(Stored);
   const CSrcLoc Loc = LineWithCode(Wanted);
   QAddrList Addrs = ELFAPI_GetAddrsOfLoc(Loc);
-  if (Addrs.size() > CBreakpointList::MAX_BREAKPOINTS) Addrs.clear();
+  const bool bTooMany = Addrs.size() > CBreakpointList::MAX_BREAKPOINTS;
+  if (bTooMany) Addrs.clear();
   const QString sWanted = LineText(Stored.sPath, Wanted.Line);
   const QString sNow = LineText(Stored.sPath, Loc.Line);
   if (!(Loc == Wanted)) PrintConsole(MovedBreakpointText(sWanted, sNow));
@@ -66,8 +67,11 @@ void CBreakpointManager::RestoreOnSrc(const STORED_BREAKPOINT& Stored) {
   Source.sLineText = Stored.sLineText;
   QList<BP_SETTING> Settings = Stored.Settings;
   if (Addrs.isEmpty()) {
-    if (ELFAPI_IsLoaded())
+    if (bTooMany) {
+      PrintConsoleError(QStringLiteral("Breakpoint %1 could not be set: %2").arg(sNow, QLatin1String(LIST_FULL_TEXT)));
+    } else if (ELFAPI_IsLoaded()) {
       PrintConsole(QStringLiteral("Breakpoint %1: there is no code at this line any more.").arg(sWanted));
+    }
   } else if (const QString sText = SourceLineText(Source.sPath, Loc.Line); !sText.isEmpty()) {
     if (!Stored.sLineText.isEmpty() && sText != Stored.sLineText) {
       for (BP_SETTING& Setting : Settings) Setting.State = BP_STATE_DISABLED;

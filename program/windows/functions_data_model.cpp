@@ -4,7 +4,7 @@
 
 #include "base/stable_hash.h"
 #include "base/text.h"
-
+#include "device/breakpoints/breakpoint_location.h"
 #include "program/database/elfapi.h"
 #include "program/windows/inst_count.h"
 #include "shell/look/look.h"
@@ -163,7 +163,7 @@ QString CFunctionsDataModel::CommandTextOf(const QModelIndex& Index) const {
   if (!ELFAPI_IsInlined(hFunc) && ELFAPI_FindSymbol(sName, true, false, false, true) == hFunc) return sName;
   const U32 Addr = ELFAPI_GetAddr(hFunc);
   const CSrcLoc Loc = ELFAPI_GetFirstSrcLoc(Addr);
-  if (Loc.IsValid()) return ELFAPI_GetSrcLocText({Loc.File, Loc.Line, 0});
+  if (Loc.IsValid()) return UniqueLineText(Loc);
   return Addr != INVALID_ADDR ? HexText(Addr) : sName;
 }
 

@@ -5,7 +5,6 @@
 #include "base/msg_flags.h"
 #include "base/text.h"
 #include "device/breakpoints/breakpoint_manager.h"
-#include "program/database/elfapi.h"
 #include "program/windows/functions_data_model.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
@@ -117,7 +116,7 @@ void CFunctionsWindow::OnItemClicked(const QModelIndex& Index) {
 void CFunctionsWindow::OnItemDoubleClicked(const QModelIndex& Index) {
   const CSrcLoc Loc = pFunctions->LocOf(Index);
   if (Loc.IsValid()) {
-    PerformAction(ACTION_VIEW_SOURCE, ELFAPI_GetSrcLocText(Loc));
+    PerformAction(ACTION_VIEW_SOURCE, UniqueLineText(Loc));
   } else if (GetAction(ACTION_VIEW_DISASSEMBLY)) {
     PerformAction(ACTION_VIEW_DISASSEMBLY, pFunctions->CommandTextOf(Index));
   }
@@ -132,7 +131,8 @@ void CFunctionsWindow::AddItemEntries(CPopupMenu& Menu, const QModelIndex& Index
     if (GetAction(Command.ActionID) == nullptr) continue;
     const bool bSource = Command.ActionID == ACTION_VIEW_SOURCE;
     const CSrcLoc Loc = bSource ? pFunctions->LocOf(Index) : CSrcLoc();
-    const QString sText = bSource ? ELFAPI_GetSrcLocText(Loc) : pFunctions->CommandTextOf(Index);
+    const QString sLine = Loc.IsValid() ? UniqueLineText(Loc) : QString();
+    const QString sText = bSource ? sLine : pFunctions->CommandTextOf(Index);
     QAction* const pEntry = Menu.addAction(GetIcon(QLatin1String(Command.sIcon)), QLatin1String(Command.sText));
     pEntry->setEnabled(!sText.isEmpty());
     connect(pEntry, &QAction::triggered, this, [&Command, sText] { PerformAction(Command.ActionID, sText); });

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include "breakpoints.h"
+#include "tests/common/files.h"
 
 namespace {
 
@@ -94,6 +95,14 @@ TEST_F(Breakpoints, ComeBackAfterTheProgramHasChanged) {
   EXPECT_EQ(Manager().Rows().size(), 5);
   Reload("before");
   EXPECT_EQ(List().Count(), 5);
+
+  // One that is set in a text that is saved later has its line from there.
+  Manager().ClearAll();
+  Manager().SetEditedText([](const QString&) { return QString::fromUtf8(ReadBytes(DATA + u"after/moved.c"_s)); });
+  Manager().SetOnSrc(Loc(14), BP_STATE_ENABLED, BP_TYPE_ANY);
+  Manager().SetEditedText({});
+  Reload("after");
+  EXPECT_THAT(Short(), ElementsAre("moved.c:14 1 changes"));
 }
 
 TEST_F(Breakpoints, MoveWithTheLinesOfAnEditedFile) {

@@ -6,12 +6,6 @@
 
 namespace {
 
-BP_SETTING Setting(U32 State, U32 Type, const QString& sText = {}, U32 SkipCount = 0) {
-  BP_SETTING Setting{State, Type, {}};
-  Setting.Props = {sText, sText, !sText.isEmpty(), SkipCount, sText, sText, {}};
-  return Setting;
-}
-
 TEST(Store, PassesOverWhatIsNoBreakpoint) {
   // line, whether it is one, and then its state, type and skip count
   const std::tuple<const char*, bool, U32, U32, U32> aCases[] = {

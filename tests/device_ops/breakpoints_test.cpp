@@ -38,6 +38,12 @@ TEST_F(CBreakpointsTest, LibraryFollowsTheList) {
   Program.bArm = true;
   Ops.Breakpoints.SetBreakpoint(ADDR, BP_STATE_ENABLED, BP_TYPE_ANY);
   EXPECT_EQ(Probe.CallText(), "SetBPEx 8000200 fffffff1");
+  // A hidden one may change what others have.
+  U32 ImpFlags = 0;
+  Ops.Breakpoints.SetHiddenBreakpoint(ADDR + 8, JT_RUN_TO);
+  EXPECT_TRUE(Ops.Breakpoints.GetImplementation(ADDR + 8, ImpFlags));
+  Ops.Breakpoints.RemoveHiddenBreakpoint();
+  EXPECT_FALSE(Ops.Breakpoints.GetImplementation(ADDR + 8, ImpFlags));
 }
 
 TEST_F(CBreakpointsTest, FailuresOfTheLibrary) {

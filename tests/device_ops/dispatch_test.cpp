@@ -52,3 +52,14 @@ TEST_F(CDispatchTest, CountsBeyondTheirBlocksFail) {
     FreeDynParams(Job);
   }
 }
+TEST_F(CDispatchTest, BreakpointsThatFailFailTheirJob) {
+  Connect();
+  for (const U32 Type : {JT_SET_BPS, JT_CLEAR_BPS}) {
+    DEVICE_JOB Job = MakeJob(Type, {2, BP_STATE_ENABLED}, {8});
+    std::copy_n(std::array<U32, 2>{0x8000200, 0x8000202}.data(), 2, Job.Dyn<U32>(0));
+    Probe.Failing = {{"SetBPEx", 1}};
+    EXPECT_EQ(Dispatch.Dispatch(Job), Type == JT_SET_BPS ? -1 : 0);
+    EXPECT_EQ(Job.Result, Type == JT_SET_BPS ? 1u : 2u);
+    FreeDynParams(Job);
+  }
+}

@@ -59,6 +59,7 @@ TEST(SortKeys, Orders) {
       {"shown numbers", Texts(u"10|9|0x10||N/A"_s), COLUMN_INTEGER, "abcde", "dbace", "ecabd"},
       {"shown groups", Texts(u"1\u2008000|999"_s), COLUMN_INTEGER, "ab", "ba", "ab"},
       {"shown hexadecimal groups", Texts(u"2000\u200800FF|2000\u200800F0"_s), COLUMN_HEX, "ab", "ba", "ab"},
+      {"digits alone", Texts(u"2000\u20080400|1000\u2008ABCD"_s), COLUMN_INTEGER | COLUMN_HEX, "ab", "ba", "ab"},
       {"shown floats", Texts(u"1.5|-2|1e-3"_s), COLUMN_FLOAT, "abc", "bca", "acb"},
       {"equal shown numbers stay", Texts(u"7|0x7"_s), COLUMN_INTEGER, "ba", "ba", "ba"},
       {"close floats by second value", {Number(0.5, 2.0), Number(0.5 + 1e-16, 1.0)}, COLUMN_FLOAT, "ab", "ba", "ab"},

@@ -47,7 +47,10 @@ bool CFilterHeaderDialog::IsNumber(const QString& sText) const {
 }
 
 void CFilterHeaderDialog::OnEditBoxTextChanged() {
-  m_pButtons->button(QDialogButtonBox::Ok)->setEnabled(IsNumber(m_pMin->text()) && IsNumber(m_pMax->text()));
+  const FILTER_INFO Info = CColumnFilter(GetFilter(), m_Kind).Info();
+  const bool bRange = GetFilter() == NO_FILTER ||
+                      (Info.bValid && (m_Kind & COLUMN_FLOAT ? Info.FloatMin <= Info.FloatMax : Info.Min <= Info.Max));
+  m_pButtons->button(QDialogButtonBox::Ok)->setEnabled(IsNumber(m_pMin->text()) && IsNumber(m_pMax->text()) && bRange);
 }
 
 // The forms that GetFilter writes; of any other the user starts anew.

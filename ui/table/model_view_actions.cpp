@@ -180,7 +180,12 @@ bool CModelViewWindow::OnKeyPressed(QKeyEvent* pEvent) {
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (Current.isValid()) OnItemDoubleClicked(pProxy->mapToSource(pView->currentIndex()));
+      // As a double click: what can be edited is.
+      if (pView->currentIndex().flags() & Qt::ItemIsEditable) {
+        pView->edit(pView->currentIndex());
+      } else if (Current.isValid()) {
+        OnItemDoubleClicked(pProxy->mapToSource(pView->currentIndex()));
+      }
       return Current.isValid();
     default:
       return false;

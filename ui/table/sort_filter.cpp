@@ -56,15 +56,16 @@ TEXT_MATCH CSortFilter::GetMatch(int Column, const QString& sText) const {
 }
 
 bool CSortFilter::AcceptsItem(const CColumnFilter& Filter, const QModelIndex& Item) const {
-  if (!Filter.IsText()) {
-    const QVariant Value = Item.data(ROLE_SORT_VALUE);
-    if (Value.isValid()) {
-      return Filter.IsFloat() ? Filter.AcceptsFloat(Value.toDouble()) : Filter.AcceptsInteger(Value.toLongLong());
-    }
-    if (!Item.data(ROLE_NO_FILTER).toBool()) return Filter.AcceptsNumberText(Item.data().toString());
-    return true;
+  const QVariant Value = Filter.IsText() ? QVariant() : Item.data(ROLE_SORT_VALUE);
+  bool bAccepted = false;
+  if (Filter.IsText()) {
+    bAccepted = Filter.AcceptsText(Item.data().toString());
+  } else if (!Value.isValid()) {
+    bAccepted = Filter.AcceptsNumberText(Item.data().toString());
+  } else {
+    bAccepted = Filter.IsFloat() ? Filter.AcceptsFloat(Value.toDouble()) : Filter.AcceptsInteger(Value.toLongLong());
   }
-  return Filter.AcceptsText(Item.data().toString()) || Item.data(ROLE_NO_FILTER).toBool();
+  return bAccepted || Item.data(ROLE_NO_FILTER).toBool();
 }
 
 bool CSortFilter::AcceptsRow(int SourceRow, const QModelIndex& SourceParent) const {

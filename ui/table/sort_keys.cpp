@@ -23,16 +23,13 @@ bool IsFloatValue(const QVariant& Value) {
 
 }  // namespace
 
-void CSortKeys::TakeNumberText(const QString& sText, KEY* pKey) {
-  QString sNumber = sText;
-  const bool bGroups = sNumber.contains(GROUP_BLANK);
-  if (bGroups) sNumber.remove(GROUP_BLANK);
-  sNumber = sNumber.trimmed();
+void CSortKeys::TakeNumberText(const QString& sText, KEY* pKey) const {
+  const QString sNumber = QString(sText).remove(GROUP_BLANK).trimmed();
   bool bOk = false;
-  pKey->Integer = sNumber.toLongLong(&bOk, DETECT);
+  pKey->Integer = sNumber.toLongLong(&bOk, m_bHex ? HEXADECIMAL : DETECT);
   if (!bOk) pKey->Integer = sNumber.toLongLong(&bOk);
   // Groups of hexadecimal digits are one number.
-  if (!bOk && bGroups) pKey->Integer = sNumber.toLongLong(&bOk, HEXADECIMAL);
+  if (!bOk && sText.contains(GROUP_BLANK)) pKey->Integer = sNumber.toLongLong(&bOk, HEXADECIMAL);
   pKey->Float = static_cast<double>(pKey->Integer);
   if (!bOk) {
     pKey->Float = sNumber.toDouble(&bOk);

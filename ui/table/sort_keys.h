@@ -26,7 +26,8 @@ class CSortKeys {
 public:
   // Fallback gives the text of a row, counted as the cells are added; it is asked at most once for each row.
   using FALLBACK = std::function<QString(size_t Row)>;
-  CSortKeys(U32 ColumnKind, FALLBACK Fallback) : m_bText(IsTextColumn(ColumnKind)), m_Fallback(std::move(Fallback)) {}
+  CSortKeys(U32 ColumnKind, FALLBACK Fallback)
+      : m_bText(IsTextColumn(ColumnKind)), m_bHex((ColumnKind & COLUMN_HEX) != 0), m_Fallback(std::move(Fallback)) {}
 
   bool IsText() const { return m_bText; }
   void Reserve(size_t NumRows) { m_Keys.reserve(NumRows); }
@@ -58,9 +59,10 @@ private:
   const KEY& KeyOf(int Row) const { return m_Keys[static_cast<size_t>(Row)]; }
   const QString& TextOf(size_t Row) const { return m_Keys[Row].sText; }
   const QString& FallbackOf(size_t Row) const;
-  static void TakeNumberText(const QString& sText, KEY* pKey);
+  void TakeNumberText(const QString& sText, KEY* pKey) const;
 
   bool m_bText;
+  bool m_bHex;
   FALLBACK m_Fallback;
   std::vector<KEY> m_Keys;
   mutable std::vector<QString> m_Fallbacks;  // folded; null where not asked for yet

@@ -205,6 +205,12 @@ bool CSourceWindow::IsDocumentModified(const QString& sPath) const {
   return pDocument && (m_pView->Documents().IsModified(*pDocument) || m_pView->Saver().HasUnsavedChanges(Index));
 }
 
+std::optional<QString> CSourceWindow::UnsavedText(const QString& sPath) const {
+  const int Index = m_pView->Documents().IndexOf(sPath);
+  if (!m_pView->Saver().HasUnsavedChanges(Index)) return {};
+  return m_pView->Editor().EditedText(m_pView->Documents().At(Index)->sFilePath);
+}
+
 bool CSourceWindow::Save(const QString& sPath) {
   return m_pView->Saver().Save(m_pView->Documents().IndexOf(sPath));
 }

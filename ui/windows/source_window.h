@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include <QHash>
 #include <QPoint>
@@ -79,6 +80,8 @@ public:
   // A file was saved, or changed by another program, since the program was built, or has unsaved changes.
   bool HasModifiedDocument() const;
   bool IsDocumentModified(const QString& sPath) const;
+  // The text of an open document that has unsaved changes; nothing for any other file.
+  std::optional<QString> UnsavedText(const QString& sPath) const;
   void ResetFileSaveStates() { m_pView->Documents().ResetModified(); }
   // While it is on, a modified document that comes to the front is told of, once.
   void SetShowDocOutOfDateNotifications(bool bOn) { m_pView->Documents().SetNotices(bOn); }

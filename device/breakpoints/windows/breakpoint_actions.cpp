@@ -5,7 +5,6 @@
 #include "base/text.h"
 #include "device/breakpoints/breakpoint_manager.h"
 #include "device/breakpoints/windows/breakpoint_dialog.h"
-#include "program/database/elfapi.h"
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/settings/settings_cache.h"
@@ -22,13 +21,7 @@ CBreakpointManager& Breakpoints() {
 
 // How a place is set; a line without code becomes the one that stands in for it.
 bool FindSetting(BREAKPOINT_LOCATION* pLocation, BP_SETTING& Setting) {
-  if (pLocation->IsSource()) {
-    if (Breakpoints().GetOnSrc(pLocation->Loc, Setting)) return true;
-    const CSrcLoc Instead = LineWithCode(pLocation->Loc);
-    if (!Breakpoints().GetOnSrc(Instead, Setting)) return false;
-    pLocation->Loc = Instead;
-    return true;
-  }
+  if (pLocation->IsSource()) return Breakpoints().FindOnSrc(&pLocation->Loc, Setting);
   BP Entry;
   if (!Breakpoints().GetAt(pLocation->Addr, Entry)) return false;
   Setting.State = Entry.State;
@@ -45,8 +38,7 @@ void PerformEdit(const BREAKPOINT_LOCATION& Location, const CBreakpointProps& Pr
 
 QString LocationArg(const BREAKPOINT_LOCATION& Location) {
   if (!Location.IsSource()) return HexText(Location.Addr);
-  const QString sPath = Breakpoints().PathOf(Location.Loc);
-  return UniqueLineText(Location.Loc, sPath.isEmpty() ? ELFAPI_GetFilePathOf(Location.Loc.File) : sPath);
+  return UniqueLineText(Location.Loc, Breakpoints().PathOf(Location.Loc));
 }
 
 void PerformBreakpoint(const BREAKPOINT_LOCATION& Location, U32 OnSrcID, U32 AtAddrID) {
@@ -82,7 +74,8 @@ void EditBreakpoint(BREAKPOINT_LOCATION Location) {
   CBreakpointDialog Dialog(QApplication::activeWindow(), LocationArg(Location), bDerived, Breakpoints().Evaluator());
   Dialog.SetBreakpoint(Setting.Props, Setting.State);
   if (Dialog.exec() != QDialog::Accepted) return;
-  if (!Dialog.Props().IsSame(Setting.Props)) PerformEdit(Location, Dialog.Props());
+  if (!Dialog.Props().IsSame(Setting.Props) || Breakpoints().DoPropsDiffer(Location.Loc))
+    PerformEdit(Location, Dialog.Props());
   // One that could not be set was shown as disabled.
   const U32 Shown = Setting.State == BP_STATE_CLEARED ? U32{BP_STATE_DISABLED} : Setting.State;
   if (Dialog.State() == Shown || Dialog.State() == BP_STATE_MIXED) return;

@@ -124,7 +124,8 @@ void CBreakpointDialog::SetBreakpoint(const CBreakpointProps& Props, U32 State) 
   const bool bOnChange = Props.Condition.isEmpty() ? Setting(ON_CHANGE, false).toBool() : Props.DoTriggerOnChange;
   (bOnChange ? m_pOnChange : m_pWhenTrue)->setChecked(true);
   m_pCondition->setEditText(Props.Condition);
-  m_pSkip->setValue(static_cast<int>(std::min<U32>(Props.SkipCount, INT_MAX)));
+  m_SkipCount = Props.SkipCount;
+  m_pSkip->setValue(static_cast<int>(std::min<U32>(m_SkipCount, INT_MAX)));
   m_pTask->setEditText(Props.FilterTaskID);
   m_pPopup->setEditText(Props.ExtraActionMsgBoxText);
   m_pConsole->setEditText(Props.ExtraActionConsoleText);
@@ -135,7 +136,9 @@ CBreakpointProps CBreakpointDialog::Props() const {
   CBreakpointProps Props;
   Props.Condition = m_pCondition->currentText().trimmed();
   Props.DoTriggerOnChange = !Props.Condition.isEmpty() && m_pOnChange->isChecked();
-  Props.SkipCount = static_cast<U32>(m_pSkip->value());
+  // One that is greater than the field can show stays as it is.
+  Props.SkipCount =
+      m_pSkip->value() == INT_MAX ? std::max<U32>(m_SkipCount, INT_MAX) : static_cast<U32>(m_pSkip->value());
   Props.FilterTaskID = m_pTask->currentText().trimmed();
   Props.ExtraActionMsgBoxText = m_pPopup->currentText();
   Props.ExtraActionConsoleText = m_pConsole->currentText();

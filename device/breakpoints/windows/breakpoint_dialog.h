@@ -39,6 +39,7 @@ private:
   QRadioButton* m_pOnChange;
   QLabel* m_pConditionHint;
   QSpinBox* m_pSkip;
+  U32 m_SkipCount = 0;  // as it was given
   QComboBox* m_pTask;
   QLabel* m_pTaskHint;
   QComboBox* m_pPopup;

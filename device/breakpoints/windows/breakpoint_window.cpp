@@ -167,9 +167,12 @@ void CBreakpointWindow::OnActionBPClearAllTriggered() {
 }
 
 void CBreakpointWindow::OnTypeMenuActionTriggered(QAction* pAction) {
-  const CBreakpointRec* const pRecord = CurrentRecord();
-  if (pAction && pRecord)
-    PerformAction(ACTION_BREAK_SET_TYPE, LocationArg(PlaceOf(*pRecord)), pAction->data().toUInt());
+  SetType(GetCurrentItem(), pAction);
+}
+
+void CBreakpointWindow::SetType(const QModelIndex& Index, const QAction* pEntry) {
+  const CBreakpointRec* const pRecord = m_pRows->GetRecord(Index);
+  if (pEntry && pRecord) PerformAction(ACTION_BREAK_SET_TYPE, LocationArg(PlaceOf(*pRecord)), pEntry->data().toUInt());
 }
 
 // ---- Menus
@@ -202,19 +205,22 @@ void CBreakpointWindow::AddItemEntries(CPopupMenu& Menu, const QModelIndex& Inde
     Menu.AddSeparator();
     QAction* const pShow = Menu.addAction(GetIcon(QStringLiteral("document-text.png")), QStringLiteral("Show S&ource"));
     pShow->setEnabled(pRecord->Loc.IsValid());
-    connect(pShow, &QAction::triggered, this, [this, Index] { OnItemDoubleClicked(Index); });
+    connect(pShow, &QAction::triggered, this,
+            [this, Item = QPersistentModelIndex(Index)] { OnItemDoubleClicked(Item); });
     Menu.AddSeparator();
   }
   Menu.AddAction(GetAction(ACTION_BP_OPEN_DIALOG));
   Menu.AddAction(actionBpClearAll);
 }
 
-void CBreakpointWindow::ShowTypeMenu(const QModelIndex& Index) {
-  const CBreakpointRec* const pRecord = m_pRows->GetRecord(Index);
-  const QRect Cell = View()->visualRect(Proxy()->mapFromSource(Index));
+void CBreakpointWindow::ShowTypeMenu(const QPersistentModelIndex& Item) {
+  const CBreakpointRec* const pRecord = m_pRows->GetRecord(Item);
+  if (pRecord == nullptr) return;
+  const QRect Cell = View()->visualRect(Proxy()->mapFromSource(Item));
   CPopupMenu Menu(this);
   AddTypeEntries(&Menu, *pRecord);
-  OnTypeMenuActionTriggered(Menu.Run(View()->viewport()->mapToGlobal(Cell.bottomLeft())));
+  // Rows come and go, and others become the current one, while the menu waits.
+  SetType(Item, Menu.Run(View()->viewport()->mapToGlobal(Cell.bottomLeft())));
 }
 
 // ---- Places
@@ -222,6 +228,8 @@ void CBreakpointWindow::ShowTypeMenu(const QModelIndex& Index) {
 void CBreakpointWindow::OnItemClicked(const QModelIndex& Index) {
   const CBreakpointRec* const pRecord = m_pRows->GetRecord(Index);
   if (pRecord == nullptr) return;
+  // Those who hear of the place may change the rows.
+  const QPersistentModelIndex Item = Index;
   m_bTelling = true;
   if (pRecord->bIsSource) {
     Q_EMIT SrcLocSelected(pRecord->Loc, 0);
@@ -229,7 +237,7 @@ void CBreakpointWindow::OnItemClicked(const QModelIndex& Index) {
     Q_EMIT InstrSelected(pRecord->Addr);
   }
   m_bTelling = false;
-  if (Index.column() == BREAKPOINT_PERMITTED_IMP) ShowTypeMenu(Index);
+  if (Item.column() == BREAKPOINT_PERMITTED_IMP) ShowTypeMenu(Item);
 }
 
 void CBreakpointWindow::OnItemDoubleClicked(const QModelIndex& Index) {

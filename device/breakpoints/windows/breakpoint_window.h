@@ -52,7 +52,8 @@ private:
   // What the actions act on: what another window offers, otherwise the current item.
   BREAKPOINT_LOCATION Place() const;
   void AddTypeEntries(QMenu* pMenu, const CBreakpointRec& Record);
-  void ShowTypeMenu(const QModelIndex& Index);
+  void ShowTypeMenu(const QPersistentModelIndex& Item);
+  void SetType(const QModelIndex& Index, const QAction* pEntry);
   void Select(const std::function<bool(const CBreakpointRec&)>& IsWanted);
 
   CBreakpointsDataModel* m_pRows;

@@ -146,7 +146,9 @@ QVariant CBreakpointsDataModel::GetItemData(const QModelIndex& Index, int Role) 
     case ROLE_HAS_VALUE:
       return Index.column() == BREAKPOINT_SKIP ? QVariant(pRecord->Props.SkipCount > 0) : QVariant();
     case ROLE_ITEM_ID:
-      return StableHash32(pRecord->sLocation + (pRecord->bIsDerived ? QLatin1String(" derived") : QLatin1String()));
+      // Files in different folders may have the same name.
+      return StableHash32(pRecord->sLocation + QLatin1String(pRecord->bIsDerived ? " derived " : " ") +
+                          QString::number(pRecord->bIsSource ? pRecord->Loc.File : 0));
     default:
       return {};
   }

@@ -166,11 +166,15 @@ private Q_SLOTS:
     QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x90}, Props) && Props.ExtraActionMsgBoxText.isEmpty());
   }
 
-  // A line with one of its addresses off shows a partial tick: what is chosen is what becomes of all of them.
+  // A line with one of its addresses off shows a partial tick: what is chosen, and what else is shown, is what becomes
+  // of all of them.
   void theDialogAppliesWhatIsChosen() {
     for (const Qt::CheckState Wanted : {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked}) {
       SetSome();
       PerformAction(ACTION_BREAK_DISABLE, u"0x0000007E"_s);
+      const CBreakpointProps Rare = {{}, {}, false, 3'000'000'000, {}, {}, {}};
+      CBreakpointManager::Get().Edit({Line(29), INVALID_ADDR}, Rare);
+      CBreakpointManager::Get().Edit({{}, 0x90}, {});
       Settle();
       ClickOn(u"lines.cpp:29"_s);
       TakeConsole(*m_pWindow);
@@ -185,6 +189,8 @@ private Q_SLOTS:
       const QString sConsole = TakeConsole(*m_pWindow);
       QCOMPARE(sConsole.contains(u"Break.DisableOnSrc ("_s), Wanted == Qt::Unchecked);
       QCOMPARE(sConsole.contains(u"Break.EnableOnSrc ("_s), Wanted == Qt::Checked);
+      CBreakpointProps Props;
+      QVERIFY(CBreakpointManager::Get().GetProps({{}, 0x90}, Props) && Props.IsSame(Rare));
       PerformAction(ACTION_BREAK_CLEAR_ALL);
       Settle();
     }

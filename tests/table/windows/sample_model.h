@@ -14,6 +14,8 @@ public:
                      {QStringLiteral("Count"), COLUMN_INTEGER, 12, COLUMN_EDITABLE, Qt::AlignRight},
                      {QStringLiteral("Addr"), COLUMN_INTEGER | COLUMN_HEX, 12, COLUMN_VALUE_FONT}}) {}
 
+  bool bAddRow = false;  // the last row is for new items
+  bool HasAddRow() const override { return bAddRow; }
   bool IsFlat() const override { return false; }
   bool HasDisplayFormats() const override { return true; }
   int rowCount(const QModelIndex& Parent = QModelIndex()) const override {

@@ -70,6 +70,14 @@ private Q_SLOTS:
     m_pModel.reset();
   }
 
+  void noFilterHidesTheRowForNewItems() {
+    m_pModel->bAddRow = true;
+    for (const int Column : {0, 1}) {
+      m_pProxy->SetFilter(Column, Column == 0 ? u"p"_s : u"< 10"_s);
+      QCOMPARE(TextOf(*m_pProxy), Column == 0 ? u"pear[q,p],Apple,cherry[z]"_s : u"pear[q,p],cherry[z]"_s);
+    }
+  }
+
   // Whatever happens below, the proxy shows the rows that the toolkit's own does.
   void randomChanges() {
     std::mt19937 Random(11);
