@@ -52,6 +52,7 @@ TEST_F(CDispatchTest, CountsBeyondTheirBlocksFail) {
     FreeDynParams(Job);
   }
 }
+
 TEST_F(CDispatchTest, BreakpointsThatFailFailTheirJob) {
   Connect();
   for (const U32 Type : {JT_SET_BPS, JT_CLEAR_BPS}) {

@@ -3,6 +3,12 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+namespace {
+
+constexpr int END_MS = 10'000;  // for the end of a session that waited in vain
+
+}  // namespace
+
 qint64 SESSION_RESULT::Value(int Index) const {
   const QStringList Values = Lines.filter(QRegularExpression(u"^=> 0x[0-9A-F]+$"_s));
   return Index < Values.size() ? Values[Index].mid(5).toLongLong(nullptr, 16) : -1;
@@ -32,7 +38,9 @@ SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments,
   return Result;
 }
 
-SESSION_RESULT RunSession(const QString& sText, const QStringList& Options, int LimitMS) {
+SESSION_RESULT RunSession(QString sText, const QStringList& Options, int LimitMS) {
+  static const QRegularExpression Wait(u"^(@wait \\w+)$"_s, QRegularExpression::MultilineOption);
+  sText.replace(Wait, u"\\1 %1"_s.arg(LimitMS - END_MS));
   return RunProgram(QStringLiteral(VEXOR_BIN_DIR "/vexor"), Options + QStringList{u"-batch"_s, u"-"_s}, sText.toUtf8(),
                     LimitMS);
 }

@@ -23,8 +23,9 @@ struct SESSION_RESULT {
   void Expect(int WantedCode, TEXTS Printed = {}, TEXTS NotPrinted = {}) const;
 };
 
-// Runs a batch session from a text, in the source directory. Options go in front of -batch.
-SESSION_RESULT RunSession(const QString& sText, const QStringList& Options = {}, int LimitMS = 60'000);
+// Runs a batch session from a text, in the source directory. Options go in front of -batch. Waits of the text without a
+// limit of their own last as long as the session may: a slow machine is no failure.
+SESSION_RESULT RunSession(QString sText, const QStringList& Options = {}, int LimitMS = 60'000);
 // Opens a file, waits, and logs "still here".
 SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS = 10'000);
 // Runs any of our programs.

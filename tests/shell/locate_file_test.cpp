@@ -10,8 +10,6 @@
 #include "../dialogs/drive.h"
 #include "frame.h"
 #include "program/database/file_finder.h"
-#include "shell/actions/action_dispatch.h"
-#include "shell/actions/action_ids.h"
 #include "tests/common/write_file.h"
 #include "ui/windows/locate_file.h"
 #include "ui/windows/source_editor.h"
@@ -70,13 +68,6 @@ private Q_SLOTS:
       QVERIFY(ConsoleText(*m_pWindow).contains(sError));
       QVERIFY(Shown().startsWith(u"File not found"_s));
     }
-  }
-
-  void aRuleOfAProjectShowsWhatWasMissing() {
-    PerformAction(ACTION_PROJ_ADD_FILE_ALIAS, u"/build/agent/src/main.c"_s, Path("moved/src/main.c"));
-    QCOMPARE(Shown(), u"src/main"_s);
-    m_pWindow->Source().ShowNextDocument();
-    QVERIFY(Shown().startsWith(u"File not found"_s));
   }
 
 private:

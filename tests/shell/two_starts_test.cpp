@@ -63,8 +63,6 @@ private Q_SLOTS:
   }
 
   void first() {
-    QCOMPARE(GetVarValue(PREF_SHOW_TIMESTAMPS_CONSOLE), 1U);
-    QVERIFY(m_pWindow->Console().IsVisible());
     QVERIFY(m_pWindow->Projects().RecentProjects().Paths().isEmpty());
     m_pWindow->setGeometry(GEOMETRY);
     m_pWindow->FindToolBar(u"File"_s)->show();

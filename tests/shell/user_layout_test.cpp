@@ -76,17 +76,6 @@ private Q_SLOTS:
     }
   }
 
-  void aKindThatIsNotNamedStays() {
-    CFrame Frame(SMALL_SIZE);
-    Frame.Dock("A")->show();
-    Frame.Bar("B")->hide();
-    const QString sBefore = Frame.Measured();
-    for (const QString& sText : {QString(), Lines("Unknown LEFT 0 0 1 1, Unknown 0 1 0"), u"\x01=,,\"\n"_s}) {
-      Frame.Apply(sText);
-      QCOMPARE(Frame.Measured(), sBefore);
-    }
-  }
-
   // To the right, above, to the left and below, and a window that is bigger than the screen.
   void whatFloatsStaysInReach() {
     const QRect Screen = QGuiApplication::primaryScreen()->availableGeometry();

@@ -25,7 +25,7 @@ QByteArray Ask(const QUrl& URL) {
   QTcpSocket Socket;
   Socket.connectToHost(URL.host(), static_cast<quint16>(URL.port()));
   Socket.write("GET " + URL.path().toUtf8() + " HTTP/1.0\r\nHost: " + URL.authority().toUtf8() + "\r\n\r\n");
-  while (Socket.waitForReadyRead(1000)) continue;
+  while (Socket.waitForReadyRead(PAGE_WAIT_MS)) continue;  // it closes behind its answer
   return Socket.readAll();
 }
 
@@ -50,7 +50,9 @@ private Q_SLOTS:
 
   void cleanup() {
     PerformAction(ACTION_DEBUG_STOP);
-    QTRY_VERIFY(!CDevice::Get().IsConnected() && !CDevice::Get().IsJobPending(JT_ANY) && !CDevice::Get().HasEvents());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !CDevice::Get().IsConnected() && !CDevice::Get().IsJobPending(JT_ANY) && !CDevice::Get().HasEvents(),
+        FRAME_WAIT_MS);
     QTRY_COMPARE(Text(), u"No target connection"_s);
     QVERIFY(!Button()->isVisible());
     QVERIFY(m_pWindow->DumpText().isEmpty());
@@ -64,7 +66,7 @@ private Q_SLOTS:
       CWebViewProcess::SetProgram(sProgram);
       AnswerWith(sAnswer);
       Connect();
-      QTRY_COMPARE(Text(), u"The page can't be shown here"_s);
+      QTRY_COMPARE_WITH_TIMEOUT(Text(), u"The page can't be shown here"_s, FRAME_WAIT_MS);
       QTRY_COMPARE(Button()->text().trimmed(), u"Open in Browser"_s);
       QDesktopServices::setUrlHandler(u"http"_s, this, "OnURL");
       QTest::mouseClick(Button(), Qt::LeftButton);
@@ -86,14 +88,14 @@ private Q_SLOTS:
     QTest::qWait(100);
     QVERIFY(m_pWindow->DumpText().isEmpty());
     QTest::keyClick(m_pFrame, Qt::Key_O, Qt::ShiftModifier | Qt::AltModifier);
-    QTRY_VERIFY(!m_pWindow->DumpText().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_pWindow->DumpText().isEmpty(), FRAME_WAIT_MS);
     AnswerWith("end");  // at the blank page behind the session
   }
 
   void theProgramLoadsThePageOfEachSession() {
     if (!QFileInfo(HELPER).isExecutable()) QSKIP("built without a web engine");
     // The program of the test before ends at the blank page behind its session.
-    QTRY_VERIFY(!m_pWindow->findChild<CWebViewProcess*>()->IsRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_pWindow->findChild<CWebViewProcess*>()->IsRunning(), FRAME_WAIT_MS);
     CWebViewProcess::SetProgram(HELPER);
     for (int i = 0; i < 2; ++i) {
       Connect();

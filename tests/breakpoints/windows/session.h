@@ -19,9 +19,7 @@
 using namespace Qt::StringLiterals;
 
 constexpr int LINE_INLINE = 29;  // three addresses
-constexpr int LINE_LOOP = 43;    // six
 constexpr int LINE_PASS = 56;    // one
-constexpr U32 ADDR_PASS = 0x158;
 
 // Lets the device do what was asked for.
 inline void Settle() {

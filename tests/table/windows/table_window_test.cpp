@@ -65,15 +65,6 @@ private Q_SLOTS:
     m_pWindow.reset();
   }
 
-  void aClickOnTheHeaderSorts() {
-    ClickHeader(0);
-    QCOMPARE(Rows(), u"Apple cherry fig pear"_s);
-    ClickHeader(0);
-    QCOMPARE(Rows(), u"pear fig cherry Apple"_s);
-    ClickHeader(1);
-    QCOMPARE(Rows(), u"fig pear Apple cherry"_s);
-  }
-
   void aFilterIsAppliedWhenTheEditEnds() {
     Type(0, "e");
     QCOMPARE(Rows(), u"pear Apple fig cherry"_s);
