@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/elf/query_all.h"
+#include "fuzz/query_all.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* pData, size_t NumBytes) {
   const int Handle = memfd_create("elf_fuzz", 0);

@@ -3,10 +3,9 @@
 // the list or expression and the addresses that it names by number.
 #include <cstdlib>
 
+#include "program/elf/addr_list.h"
 #include "program/elf/elf_types.h"
 #include "program/elf/location_expr.h"
-#include "program/elf/location_list.h"
-#include "program/elf/range_list.h"
 
 namespace {
 
@@ -48,12 +47,12 @@ extern "C" int LLVMFuzzerTestOneInput(const U8* pData, size_t NumBytes) {
     Translate(Bytes);
     return 0;
   }
-  Translate(FindLocation(CLocationListReader(Bytes, Version, List), PC));
+  Translate(FindLocation({CAddrListReader::LOCATIONS, Bytes, Version, List}, PC));
   U64 NumEntries = 0;
-  CLocationListReader Locations(Bytes, Version, List);
-  for (LOCATION_ENTRY Entry; Locations.Next(Entry); ++NumEntries) Translate(Entry.Expr);
-  CRangeListReader Ranges(Bytes, Version, List);
-  for (RANGE_ENTRY Entry; Ranges.Next(Entry); ++NumEntries) {
+  CAddrListReader Locations(CAddrListReader::LOCATIONS, Bytes, Version, List);
+  for (LIST_ENTRY Entry; Locations.Next(Entry); ++NumEntries) Translate(Entry.Expr);
+  CAddrListReader Ranges(CAddrListReader::RANGES, Bytes, Version, List);
+  for (LIST_ENTRY Entry; Ranges.Next(Entry); ++NumEntries) {
   }
   if (NumEntries > 2 * NumBytes) std::abort();
   return 0;

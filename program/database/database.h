@@ -123,7 +123,8 @@ using STEP_DONE = std::function<bool(const char* sStep)>;
 bool LoadFilesAndLines(DATABASE& Db, const STEP_DONE& StepDone);
 bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone);
 
-// Builds the tables of the open file anew after its addresses have changed.
+// Builds the tables of the open file anew after its addresses have changed. The caller has the core model decode the
+// program when the lock has gone.
 void RebuildTables(CDatabaseLock& Db);
 
 // ELFAPI_GetScopeName without inline namespaces, which a user may leave out.

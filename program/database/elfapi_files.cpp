@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "program/database/core_link.h"
 #include "program/database/database.h"
 #include "program/database/file_finder.h"
 #include "program/elf/elf.h"
@@ -35,9 +36,13 @@ void ELFAPI_ClearRelocations() {
 }
 
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
-  CDatabaseLock Db;
-  if (ELF_AddRelocation(sText.toUtf8().constData(), Delta) != 0) return -1;
-  RebuildTables(Db);
+  {
+    CDatabaseLock Db;
+    if (ELF_AddRelocation(sText.toUtf8().constData(), Delta) != 0) return -1;
+    if (!Db->pElf) return 0;
+    RebuildTables(Db);
+  }
+  AnalyzeCoreProgram();
   return 0;
 }
 

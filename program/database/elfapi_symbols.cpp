@@ -83,8 +83,9 @@ ELF_SYM_HANDLE ELFAPI_FindSymbolAt(U32 Addr) {
 
 int ELFAPI_ClassifyAddr(U32 Addr) {
   const CDatabaseLock Db;
-  const ELF_SYM_HANDLE Sym = ELFAPI_GetSymbolAt(Addr);
-  if (ELFAPI_GetMappingName(Addr, false) == QLatin1String("$Data") || ELFAPI_IsVariable(Sym)) return 1;
+  const ELF_SYM_LIST Symbols = Db->Symbols.At(Addr);
+  const bool bVariable = std::any_of(Symbols.begin(), Symbols.end(), ELFAPI_IsVariable);
+  if (bVariable || ELFAPI_GetMappingName(Addr, false) == QLatin1String("$Data")) return 1;
   const CSrcLoc Loc = ELFAPI_GetSrcLocExact(Addr);
   return Loc.IsValid() && ELFAPI_GetAddrOfLoc(Loc) == Addr ? 0 : -1;
 }

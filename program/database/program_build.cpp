@@ -82,13 +82,12 @@ bool BuildTables(DATABASE& Db, CProgress& Progress) {
   LoadImage(Db);
   if (!StepDone("Program data segments initialized in")) return false;
   if (!LoadFilesAndLines(Db, StepDone) || !LoadSymbols(Db, StepDone)) return false;
-  AnalyzeCoreProgram();
   // What was asked of unfinished tables.
   Db.Caches = {};
   DatabaseLog(QStringLiteral("ELF-API wrapper initialized in ") + TimeText(Timer));
   DatabaseLog(QStringLiteral("Function count: %1").arg(Db.Functions.Functions().size()));
   DatabaseLog(QStringLiteral("Global variable count: %1").arg(Db.GlobalVars.size()));
-  return Progress.GoOn(BUILD_PROGRESS_END);
+  return true;
 }
 
 }  // namespace
@@ -104,7 +103,6 @@ void GiveProgramToCore() {
 }
 
 void RebuildTables(CDatabaseLock& Db) {
-  if (!Db->pElf) return;
   const CBusyMark Busy;
   auto pNew = std::make_unique<DATABASE>();
   pNew->pElf = Db->pElf;
@@ -149,7 +147,9 @@ PROGRAM_BUILD_RESULT CProgramBuild::Read(const QString& sPath, const BUILD_PROGR
   if (!m_pDatabase->pElf) return PROGRAM_REFUSED;
   m_pDatabase->sPath = sPath;
   try {
-    return BuildTables(*m_pDatabase, Progress) ? PROGRAM_BUILT : PROGRAM_BUILD_STOPPED;
+    if (!BuildTables(*m_pDatabase, Progress)) return PROGRAM_BUILD_STOPPED;
+    AnalyzeCoreProgram();
+    return Progress.GoOn(BUILD_PROGRESS_END) ? PROGRAM_BUILT : PROGRAM_BUILD_STOPPED;
   } catch (const std::bad_alloc&) {
     DatabaseLog(QStringLiteral("\"%1\": not enough memory for the tables of the program").arg(sPath),
                 MSG_ERROR | MSG_TO_ALL);

@@ -1,5 +1,11 @@
 #include "program/elf/attr_form.h"
 
+namespace {
+
+constexpr U32 MAX_FIXED_SIZE = 16;  // bytes
+
+}  // namespace
+
 I32 FixedFormSize(U32 Form, const FORM_SIZES& Sizes) {
   switch (Form) {
     case DW_FORM_flag_present:
@@ -48,28 +54,12 @@ I32 FixedFormSize(U32 Form, const FORM_SIZES& Sizes) {
   }
 }
 
+// Zeros are a value of every form but the indirect one, which names another.
 bool IsKnownForm(U32 Form) {
-  switch (Form) {
-    case DW_FORM_block1:
-    case DW_FORM_block2:
-    case DW_FORM_block4:
-    case DW_FORM_block:
-    case DW_FORM_exprloc:
-    case DW_FORM_string:
-    case DW_FORM_sdata:
-    case DW_FORM_udata:
-    case DW_FORM_ref_udata:
-    case DW_FORM_strx:
-    case DW_FORM_addrx:
-    case DW_FORM_loclistx:
-    case DW_FORM_rnglistx:
-    case DW_FORM_GNU_addr_index:
-    case DW_FORM_GNU_str_index:
-    case DW_FORM_indirect:
-      return true;
-    default:
-      return FixedFormSize(Form, FORM_SIZES()) != FORM_SIZE_VARIES;
-  }
+  static const U8 aZeros[MAX_FIXED_SIZE] = {};
+  CByteCursor Bytes(aZeros, sizeof(aZeros), false);
+  if (Form != DW_FORM_indirect) SkipForm(Bytes, Form, FORM_SIZES());
+  return Bytes.Ok();
 }
 
 U32 DirectForm(CByteCursor& Bytes, U32 Form) {

@@ -62,7 +62,7 @@ ELF_SYM_LOC FromExpr(const DWARF_INFO& Info, U32 Owner, const CDie& Die, U32 Att
   const CByteCursor List = ListBytesOf(Info, Owner, Attribute, LOCATION_LISTS);
   if (!List.More()) return {};
   const LIST_CONTEXT ListContext = ListContextOf(Info, Owner);
-  const CByteCursor Expr = FindLocation(CLocationListReader(List, Unit.Version, ListContext), PC);
+  const CByteCursor Expr = FindLocation({CAddrListReader::LOCATIONS, List, Unit.Version, ListContext}, PC);
   return TranslateExpr(Expr, Sizes, bFrameBase, Context);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "program/elf/range_list.h"
 #include "program/elf/unit_bases.h"
 
 namespace {
@@ -16,8 +15,8 @@ U64 ReadList(const DWARF_INFO& Info, U32 Entry, CByteCursor List, std::vector<AD
   const LIST_CONTEXT Context = ListContextOf(Info, Entry);
   const U64 NumBytes = List.Left();
   List.Limit(std::min(NumBytes, Info.MaxRangeBytes));
-  CRangeListReader Reader(List, Info.Index.UnitOf(Entry).Version, Context);
-  for (RANGE_ENTRY Range; Reader.Next(Range);) {
+  CAddrListReader Reader(CAddrListReader::RANGES, List, Info.Index.UnitOf(Entry).Version, Context);
+  for (LIST_ENTRY Range; Reader.Next(Range);) {
     const U32 Low = static_cast<U32>(Range.Low), High = static_cast<U32>(Range.High);
     if (High >= Low && High != 0) aOut.push_back({Low, High});
   }

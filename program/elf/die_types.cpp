@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr size_t MAX_DIMENSIONS = 64;
+
 bool IsResolvedTag(U32 Tag) {
   return IsClassTag(Tag) || IsReferenceTag(Tag) || Tag == DW_TAG_base_type || Tag == DW_TAG_array_type ||
          Tag == DW_TAG_ptr_to_member_type || Tag == DW_TAG_subprogram;
@@ -21,6 +23,11 @@ bool HasFixedPlace(const DWARF_INFO& Info, U32 Entry) {
   return !bValueOnly && aExpr[0] == DW_OP_addrx;
 }
 
+// A bound that another entry holds is known only while the program runs.
+std::optional<I64> FixedBound(const CDieLookup& Lookup, U32 Subrange, U32 Attr) {
+  return Lookup.Reference(Subrange, Attr) ? std::nullopt : Lookup.Integer(Subrange, Attr);
+}
+
 }  // namespace
 
 bool IsReferenceTag(U32 Tag) {
@@ -31,10 +38,11 @@ std::vector<U32> Dimensions(const DWARF_INFO& Info, U32 Array) {
   const CDieLookup Lookup(Info);
   std::vector<U32> aCounts;
   for (U32 Child = Info.Index.FirstChild(Array); Child; Child = Info.Index.NextSibling(Child)) {
+    if (aCounts.size() == MAX_DIMENSIONS) break;
     if (Info.Index.Get(Child).Tag != DW_TAG_subrange_type) continue;
-    const I64 Lower = Lookup.Integer(Child, DW_AT_lower_bound).value_or(0);
-    const I64 Upper = Lookup.Integer(Child, DW_AT_upper_bound).value_or(0);
-    const std::optional<I64> Count = Lookup.Integer(Child, DW_AT_count);
+    const I64 Lower = FixedBound(Lookup, Child, DW_AT_lower_bound).value_or(0);
+    const I64 Upper = FixedBound(Lookup, Child, DW_AT_upper_bound).value_or(0);
+    const std::optional<I64> Count = FixedBound(Lookup, Child, DW_AT_count);
     // Wraps: "no elements" has the greatest upper bound.
     aCounts.push_back(Count ? static_cast<U32>(*Count) : static_cast<U32>(Upper) - static_cast<U32>(Lower) + 1);
   }

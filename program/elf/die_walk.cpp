@@ -1,12 +1,20 @@
 #include "program/elf/die_walk.h"
 
 #include "program/elf/collectors.h"
+#include "program/elf/reader_state.h"
 
 namespace {
 
-constexpr size_t MAX_DEPTH = 1000;  // levels of entries; no compiler nests so deep
+constexpr size_t MAX_DEPTH = 1000;        // levels of entries; no compiler nests so deep
+constexpr U32 ENTRIES_OF_TURN = 1 << 14;  // between two questions whether to go on; some milliseconds
 
 }  // namespace
+
+bool GoOnWalking(const DWARF_INFO& Info, U64 Position) {
+  const U64 NumOfTypes = Info.Sections.Bytes(DEBUG_SECTION::Types).Left();
+  const U64 NumBefore = Info.Index.CurrentUnit().bTypes ? 0 : NumOfTypes;
+  return GoOnOpening(NumBefore + Position, NumOfTypes + Info.Sections.Bytes(DEBUG_SECTION::Info).Left());
+}
 
 DWARF_DAMAGE CDieWalk::WalkUnit() {
   const DWARF_UNIT& Unit = Info.Index.CurrentUnit();
@@ -18,6 +26,7 @@ DWARF_DAMAGE CDieWalk::WalkUnit() {
   for (bool bEnd = false; !bEnd && Bytes.More();) {
     const DWARF_DAMAGE Damage = WalkEntry(Bytes, bEnd);
     if (Damage.sWhat) return Damage;
+    if (Info.Index.Count() % ENTRIES_OF_TURN == 0 && !GoOnWalking(Info, Bytes.Position())) break;
   }
   return {};
 }

@@ -22,3 +22,6 @@ private:
 
   DWARF_DAMAGE WalkEntry(CByteCursor& Bytes, bool& bEnd);
 };
+
+// False when the opening of the file shall end. Position is that in the section of the current unit.
+bool GoOnWalking(const DWARF_INFO& Info, U64 Position);

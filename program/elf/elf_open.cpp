@@ -72,6 +72,7 @@ bool ParseDwarf(ELF_FILE& File) {
     SendMessageF("debug info has more than %u entries, which is more than can be numbered.", MaxEntries);
     return false;
   }
+  if (!GoOnOpening(1, 1)) return true;
   const std::clock_t FrameStart = std::clock();
   pDwarf->Frames.Load(pDwarf->Sections, File.Image);
   File.pDwarf = std::move(pDwarf);

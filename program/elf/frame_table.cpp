@@ -93,7 +93,9 @@ void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image) {
 }
 
 void CFrameTable::SortFrom(size_t First) {
-  for (size_t i = First; i < aFdes.size(); ++i) aByLow.push_back(static_cast<U32>(i));
+  for (size_t i = First; i < aFdes.size(); ++i) {
+    if (aFdes[i].Low < aFdes[i].High) aByLow.push_back(static_cast<U32>(i));
+  }
   std::sort(aByLow.begin(), aByLow.end(), [this](U32 A, U32 B) {
     if (aFdes[A].Low != aFdes[B].Low) return aFdes[A].Low < aFdes[B].Low;
     return aFdes[A].High != aFdes[B].High ? aFdes[A].High > aFdes[B].High : A < B;

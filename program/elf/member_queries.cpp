@@ -59,7 +59,7 @@ I32 ELF_FindMember(ELF_SYM_HANDLE hSym, const char* sName) {
   const std::span<const DIE_OWNED> aMembers = OwnedBy(hSym, &DIE_LISTS::aMembers, true);
   for (size_t i = 0; i < aMembers.size(); ++i) {
     const char* sMember = ELF_GetName(MemberHandle(DieHandle(aMembers[i].Entry)));
-    if (sMember && std::strcmp(sMember, sName) == 0) return static_cast<I32>(i);
+    if (sMember && sName && std::strcmp(sMember, sName) == 0) return static_cast<I32>(i);
   }
   return -1;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "program/elf/addr_list.h"
 #include "program/elf/dwarf_info.h"
-#include "program/elf/location_list.h"
 
 // Where the unit of an entry finds its addresses and lists.
 

@@ -54,14 +54,10 @@ bool CUnitWalker::Walk() {
   ReadHeaders(true, aUnits);
   ReadHeaders(false, aUnits);
   Info.Index.SetUnits(std::move(aUnits));
-  const U64 NumBytes =
-      Info.Sections.Bytes(DEBUG_SECTION::Types).Left() + Info.Sections.Bytes(DEBUG_SECTION::Info).Left();
-  U64 NumRead = 0;
   for (DWARF_UNIT& Unit : Info.Index.Units()) {
     WalkUnit(Unit);
     if (Info.Index.IsFull()) return false;
-    NumRead += Unit.End - Unit.Offset;
-    if (!GoOnOpening(NumRead, NumBytes)) return true;
+    if (!GoOnWalking(Info, Unit.End)) return true;
   }
   ReadTypeUnitFiles();
   Info.Index.ResolveSpecifications();
@@ -99,7 +95,7 @@ void CUnitWalker::WalkUnit(DWARF_UNIT& Unit) {
   CStopWatch Watch;
   Info.Index.BeginUnit(Unit);
   const CDie Top = Info.Reader.LoadIn(Unit, Unit.FirstEntry);
-  if (!Top) return;
+  if (!Top) return SendMessage("Could not parse debug info for compilation unit.");
   NoteTopEntry(Unit, Top);
   const DWARF_DAMAGE Damage = Entries.WalkUnit();
   if (Info.Index.IsFull()) return;

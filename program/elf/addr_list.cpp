@@ -1,4 +1,4 @@
-#include "program/elf/location_list.h"
+#include "program/elf/addr_list.h"
 
 #include <algorithm>
 
@@ -7,6 +7,7 @@ namespace {
 constexpr U32 FIRST_VERSION_WITH_KINDS = 5;
 constexpr U64 HIGHEST_ADDR = 0xFFFFFFFFu;
 
+// Of locations. Those of ranges have no default, by which all that follow are one less, and no views.
 enum LIST_ENTRY_KIND : U32 {
   LLE_END_OF_LIST = 0,
   LLE_BASE_ADDRESSX = 1,
@@ -18,21 +19,22 @@ enum LIST_ENTRY_KIND : U32 {
   LLE_START_END = 7,
   LLE_START_LENGTH = 8,
   LLE_GNU_VIEW_PAIR = 9,
+  LLE_UNKNOWN = 10,
 };
 
-bool Covers(const LOCATION_ENTRY& Entry, U32 PC) {
+bool Covers(const LIST_ENTRY& Entry, U32 PC) {
   const U64 Low = std::min(Entry.Low, HIGHEST_ADDR), High = std::min(Entry.High, HIGHEST_ADDR);
   return Low == High ? PC == Low : PC >= Low && PC < High;
 }
 
 }  // namespace
 
-bool CLocationListReader::Next(LOCATION_ENTRY& Entry) {
+bool CAddrListReader::Next(LIST_ENTRY& Entry) {
   Entry = {};
   return Version < FIRST_VERSION_WITH_KINDS ? NextOfPairs(Entry) : NextOfKinds(Entry);
 }
 
-bool CLocationListReader::NextOfPairs(LOCATION_ENTRY& Entry) {
+bool CAddrListReader::NextOfPairs(LIST_ENTRY& Entry) {
   const U64 Selector = Context.AddrSize == 8 ? ~0ull : HIGHEST_ADDR;
   while (true) {
     const U64 Low = Address(), High = Address();
@@ -43,20 +45,26 @@ bool CLocationListReader::NextOfPairs(LOCATION_ENTRY& Entry) {
     }
     Entry.Low = Base + Low;
     Entry.High = Base + High;
-    Entry.Expr = Bytes.Take(Bytes.Int<U16>());
+    if (ListKind == LOCATIONS) Entry.Expr = Bytes.Take(Bytes.Int<U16>());
     return Bytes.Ok();
   }
 }
 
-U64 CLocationListReader::Indexed() {
+U64 CAddrListReader::Indexed() {
   const std::optional<U64> Addr = Context.Pool.Get(Bytes.Leb());
   if (!Addr) Bytes.Spoil();
   return Addr.value_or(0);
 }
 
-bool CLocationListReader::NextOfKinds(LOCATION_ENTRY& Entry) {
+U32 CAddrListReader::EntryKind() {
+  const U32 Kind = static_cast<U32>(Bytes.Int<U8>());
+  if (ListKind == LOCATIONS || Kind < LLE_DEFAULT_LOCATION) return Kind;
+  return Kind < LLE_START_LENGTH ? Kind + 1 : U32(LLE_UNKNOWN);
+}
+
+bool CAddrListReader::NextOfKinds(LIST_ENTRY& Entry) {
   while (Bytes.More()) {
-    switch (Bytes.Int<U8>()) {
+    switch (EntryKind()) {
       case LLE_END_OF_LIST:
         return false;
       case LLE_BASE_ADDRESSX:
@@ -96,16 +104,16 @@ bool CLocationListReader::NextOfKinds(LOCATION_ENTRY& Entry) {
         Bytes.Spoil();
         return false;
     }
-    Entry.Expr = Bytes.Take(Bytes.Leb());
+    if (ListKind == LOCATIONS) Entry.Expr = Bytes.Take(Bytes.Leb());
     return Bytes.Ok();
   }
   Bytes.Spoil();
   return false;
 }
 
-CByteCursor FindLocation(CLocationListReader Reader, U32 PC) {
+CByteCursor FindLocation(CAddrListReader Reader, U32 PC) {
   CByteCursor Default;
-  LOCATION_ENTRY Entry;
+  LIST_ENTRY Entry;
   while (Reader.Next(Entry)) {
     if (!Entry.Expr.More()) continue;
     if (PC == 0 || (!Entry.bDefault && Covers(Entry, PC))) return Entry.Expr;
