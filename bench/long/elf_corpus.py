@@ -7,6 +7,7 @@ usage: bench/long/elf_corpus.py build/release/bin [--part N OF] [--keep FOLDER] 
 Needs gcc-arm-none-eabi, clang-14, readelf, llvm-dwarfdump-14 and gdb-multiarch."""
 
 import argparse
+import itertools
 import pathlib
 import subprocess
 import sys
@@ -18,6 +19,25 @@ sys.dont_write_bytecode = True
 
 import compare  # noqa: E402
 import programs  # noqa: E402
+
+
+def all_combinations():
+    """Every compiler, version, level, machine and way of linking that goes together."""
+    extras = {
+        "gcc": [([], []), (["-flto"], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]),
+                (["-fdebug-types-section"], []), (["-gstrict-dwarf"], [])],
+        "clang": [([], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]), (["-fdebug-types-section"], [])],
+    }
+    for compiler, version, level, machine in itertools.product(
+            extras, (2, 3, 4, 5), ("-O0", "-Og", "-O1", "-O2", "-O3", "-Os"), programs.MACHINES):
+        if compiler == "clang" and machine in ("be32", "bethumb"):
+            continue  # the linker wants instructions in the byte order of the data for the one; it relaxes neither
+        for options, link in extras[compiler]:
+            if "-fdebug-types-section" in options and version < 4:
+                continue
+            name = f"{compiler}_v{version}_{level[1:]}_{machine}" + "".join(
+                "_" + option.split("-")[-1] for option in options)
+            yield programs.Program(name, compiler, machine, version, level, options, link)
 
 
 def build(combinations, folder):
@@ -39,7 +59,7 @@ def main():
     arguments.add_argument("--keep", type=pathlib.Path)
     arguments.add_argument("--only", default=",".join(compare.GROUPS))
     options = arguments.parse_args()
-    combinations = list(programs.all_combinations())[options.part[0]::options.part[1]]
+    combinations = list(all_combinations())[options.part[0]::options.part[1]]
     table = compare.Table()
     with tempfile.TemporaryDirectory() as temporary:
         folder = options.keep or pathlib.Path(temporary)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "program/database/elfapi.h"
+#include "program/database/elfapi_types.h"
 
 // Asks the database everything about the loaded program, as the windows would.
 class CAskProgram {
@@ -25,7 +26,10 @@ private:
     Sum += ELFAPI_GetTag(Sym) + ELFAPI_GetSize(Sym) + ELFAPI_GetAddr(Sym);
     Sum += ELFAPI_GetQualifiedName(Sym).size() + ELFAPI_GetScopeName(Sym).size();
     Sum += ELFAPI_GetDeclLoc(Sym).Line + ELFAPI_GetLoc(Sym).Line + ELFAPI_GetCallLoc(Sym).Line;
-    Sum += ELFAPI_GetFunctionOf(Sym);
+    Sum += ELFAPI_GetFunctionOf(Sym) + ELFAPI_GetTypeName(Sym).size() + ELFAPI_GetConstValue(Sym).size();
+    const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+    Sum += ELFAPI_GetMembers(Type).size() + ELFAPI_GetBases(Type).size() + ELFAPI_GetBaseNames(Type).size();
+    Sum += ELFAPI_GetLocation(Sym, ELFAPI_GetEntryPC()).Type;
   }
 
   void Function(ELF_SYM_HANDLE Func) {

@@ -50,9 +50,6 @@ protected:
     EXPECT_GT(NumLoaded, NumCopies / 4) << "the questions need files that still open";
   }
 
-private:
-  QTemporaryDir m_Dir;
-
   bool Load(const QByteArray& Bytes) {
     const QString sPath = m_Dir.filePath(QStringLiteral("damaged.elf"));
     QFile File(sPath);
@@ -65,6 +62,8 @@ private:
     if (bLoaded) CAskProgram();
     return bLoaded;
   }
+
+  QTemporaryDir m_Dir;
 };
 
 TEST_F(DamagedPrograms, ChangedBytes) {
@@ -83,6 +82,17 @@ TEST_F(DamagedPrograms, CutAnywhere) {
     const bool bZeros = Random() % 2;  // a copy that was begun and not completed
     return bZeros ? Bytes.first(End) + QByteArray(Bytes.size() - End, '\0') : Bytes.first(End);
   });
+}
+
+// The counts of a header are the classic way to make a reader allocate without end.
+TEST_F(DamagedPrograms, AbsurdHeaderFields) {
+  constexpr int HEADER_SIZE = 52;
+  const QByteArray Whole = BytesOf(QStringLiteral(VEXOR_SOURCE_DIR "/tests/elf/data/gcc_dwarf5_O2.elf"));
+  for (int Offset = 0; Offset < HEADER_SIZE; ++Offset) {
+    for (const char Value : {'\0', '\1', '\2', '\x7F', '\x80', '\xFF'}) {
+      Load(QByteArray(Whole).replace(Offset, 1, QByteArray(1, Value)));
+    }
+  }
 }
 
 }  // namespace

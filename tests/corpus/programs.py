@@ -1,7 +1,6 @@
 """The programs of the corpus: how each is compiled and linked from the sources in src."""
 
 import dataclasses
-import itertools
 import pathlib
 import re
 import subprocess
@@ -74,25 +73,6 @@ COMMITTED = [
     Program("clang_v5_O1_types", "clang", level="-O1", options=["-fdebug-types-section"]),
     Program("mixed", version=5, level="-O1", units={"records.c": ("gcc", 2), "model.cpp": ("clang", 4)}),
 ]
-
-
-def all_combinations():
-    """Every compiler, version, level, machine and way of linking that goes together."""
-    extras = {
-        "gcc": [([], []), (["-flto"], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]),
-                (["-fdebug-types-section"], []), (["-gstrict-dwarf"], [])],
-        "clang": [([], []), (["-ffunction-sections"], ["-Wl,--gc-sections"]), (["-fdebug-types-section"], [])],
-    }
-    for compiler, version, level, machine in itertools.product(
-            extras, (2, 3, 4, 5), ("-O0", "-Og", "-O1", "-O2", "-O3", "-Os"), MACHINES):
-        if compiler == "clang" and machine in ("be32", "bethumb"):
-            continue  # the linker wants instructions in the byte order of the data for the one; it relaxes neither
-        for options, link in extras[compiler]:
-            if "-fdebug-types-section" in options and version < 4:
-                continue
-            name = f"{compiler}_v{version}_{level[1:]}_{machine}" + "".join(
-                "_" + option.split("-")[-1] for option in options)
-            yield Program(name, compiler, machine, version, level, options, link)
 
 
 def _command(program, source):

@@ -6,29 +6,6 @@ namespace {
 
 using FunctionsTest = DemoProgramTest;
 
-TEST_F(FunctionsTest, AgreesWithTheSymbolTable) {
-  QMap<U32, U32> SizeOfAddr;
-  for (const QByteArray& Line : ReadBytes(DEMO_DIR + u"demo.symbols.txt"_s).split('\n')) {
-    const QByteArrayList Fields = Line.split(' ');
-    if (Fields.size() < 4 || !QByteArray("TW").contains(Fields[2]) || Fields[3] == "Table") continue;  // Table: data
-    SizeOfAddr.insert(Fields[0].toUInt(nullptr, 16), Fields[1].toUInt(nullptr, 16));
-  }
-  ASSERT_EQ(SizeOfAddr.size(), 10);
-  QList<U32> Addrs;
-  for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) {
-    const U32 Addr = ELFAPI_GetAddr(Func);
-    if (Addr == INVALID_ADDR) continue;
-    Addrs.append(Addr);
-    const U32 Size = SizeOfAddr.value(Addr);
-    EXPECT_EQ(ELFAPI_GetSize(Func), Size);
-    EXPECT_EQ(ELFAPI_GetFuncAt(Addr, true), Func);
-    EXPECT_EQ(ELFAPI_GetFuncAt(Addr + Size - 2, true), Func);
-    EXPECT_NE(ELFAPI_GetFuncAt(Addr + Size, true), Func);
-    EXPECT_TRUE(ELFAPI_IsInFunction(Func, Addr + Size - 1) && !ELFAPI_IsInFunction(Func, Addr + Size));
-  }
-  EXPECT_EQ(Addrs, SizeOfAddr.keys());
-}
-
 TEST_F(FunctionsTest, InlinedInstanceIsTheInnermostFunction) {
   const U32 Addr = ELFAPI_GetAddrOfLoc(Loc("shared.h:11"));
   const ELF_SYM_HANDLE Inner = ELFAPI_GetFuncAt(Addr);

@@ -11,6 +11,7 @@
 
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
+#include "program/elf/elf_types.h"
 
 inline std::string DataPath(const std::string& sName) {
   return VEXOR_SOURCE_DIR "/tests/elf/data/" + sName;
@@ -80,6 +81,12 @@ protected:
   }
   ELF_SYM_HANDLE Function(const std::string& sName) const {
     return Find(ELF_GetNumFunctions, ELF_GetFunction, sName, true);
+  }
+  static ELF_SYM_HANDLE Local(ELF_SYM_HANDLE hFunc, const std::string& sName) {
+    for (U32 i = 0; i < ELF_GetNumLocals(hFunc); ++i) {
+      if (NameOf(ELF_GetLocal(hFunc, i)) == sName) return ELF_GetLocal(hFunc, i);
+    }
+    return 0;
   }
   ELF_SYM_HANDLE Variable(const std::string& sName) const {
     return Find(ELF_GetNumGlobalVars, ELF_GetGlobalVar, sName);

@@ -13,6 +13,7 @@ TEST_F(ElfOpen, DamagedHeadersAreRefusedWithTheirTexts) {
       {31, 0x70, "could not parse segment headers."},
       {35, 0x70, "could not section headers."},
       {49, 0x7F, "could not section headers."},
+      {46, 0, "could not section headers."},  // each over the others
   };
   for (const auto& [Offset, Value, sMessage] : aCases) {
     std::vector<char> aBytes = BytesOf("plain.elf");

@@ -210,6 +210,37 @@ TEST_F(ElfUnits, MessagesAboutMuchDamageEnd) {
   EXPECT_FALSE(aMessages[201].starts_with("libdwarf"));
 }
 
+// Many functions that name one long list: where all lists together are longer than the section, each keeps its share.
+TEST_F(ElfUnits, RangeListsOverEachOther) {
+  std::string sList, sFunctions;
+  for (U32 i = 1; i <= 100; ++i) sList += Hex(16 * i) + Hex(16 * i + 8);
+  for (const auto& [NumFunctions, NumRanges] : {std::pair(3u, 100u), std::pair(40u, 12u)}) {
+    while (sFunctions.size() < 10 * NumFunctions) sFunctions += "0200000000";
+    OpenBytes(CElfBuilder()
+                  .Add(".debug_abbrev", "01 11 01 0000  02 2e 00 55 17 0000 00")
+                  .Add(".debug_info", Unit(4, false, "01" + sFunctions + "00"))
+                  .Add(".debug_ranges", sList + "0000000000000000")
+                  .Bytes());
+    EXPECT_EQ(ELF_GetNumRanges(EntryOf(1 + NumFunctions)), NumRanges);
+    EXPECT_EQ(ELF_GetRangeLow(EntryOf(2), 0), 16u);
+  }
+}
+
+// Version 5 counts the directory of compilation among the others, and assemblers name it twice.
+TEST_F(ElfUnits, ARelativeCompilationDirectoryIsJoinedOnce) {
+  const std::string sHeader =
+      "02 01 01 fd 0c 01  01 0108 03 73726300 73726300 696e6300  02 0108 020b 03 612e6300 00 622e6300 01 632e6800 02";
+  const U32 Length = static_cast<U32>(HexBytes(sHeader).size());
+  OpenBytes(CElfBuilder()
+                .Add(".debug_abbrev", "01 11 00 1b 08 10 17 0000 00")
+                .Add(".debug_info", Unit(5, false, "01 73726300 00000000"))
+                .Add(".debug_line", Hex(Length + 8) + "0500 04 00" + Hex(Length) + sHeader)
+                .Bytes());
+  std::string sFiles;
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(pFile); ++i) sFiles += std::string(ELF_GetSrcFile(pFile, i)) + " ";
+  EXPECT_EQ(sFiles, "src/a.c src/b.c src/inc/c.h ");
+}
+
 // Codes need not count from 1, nor ascend; of two abbreviations with one code the first counts.
 TEST_F(ElfUnits, SparseAbbreviations) {
   OpenBytes(CElfBuilder()

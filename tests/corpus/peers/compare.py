@@ -80,6 +80,7 @@ GROUPS = {
         ("frame rows", facts.own_frames(folder / INSPECT, path), facts.readelf_frames(path))],
     "stack": lambda folder, path, info: _pairs_of_stack(folder / INSPECT, path),
     "lines": lambda folder, path, info: gdb_peer.pairs_of_lines(folder, path),
+    "elf": lambda folder, path, info: facts.pairs_of_elf(folder / INSPECT, path),
     "data": lambda folder, path, info: gdb_peer.pairs_of_data(folder, path),
 }
 

@@ -335,3 +335,40 @@ def compiler_stack(path, own):
     kept = {line for line, _ in own}
     lines = (row.split("\t") for row in path.with_suffix(".su").read_text().splitlines())
     return {(int(line), int(size)) for _, line, size in lines if int(line) in kept}
+
+
+# ---- Symbols by number, rows of the line tables and segments, against readelf
+
+def pairs_of_elf(inspect, path):
+    peer = _readelf_symbols(path)
+    own = [(int(value, 16), kind, binding, name, int(size)) for value, size, kind, binding, _, name in
+           (row[:6] for row in rows(inspect, "symbols", path))]
+    # The reader fills in sizes that are missing.
+    own = [(*row[:4], row[4] * (other[4] != 0)) for row, other in zip(own, peer)] + own[len(peer):]
+    yield "symbols", set(enumerate(own)), set(enumerate(peer))
+    yield "rows of line tables", _counted(
+        (int(row[0], 16), "end" if "E" in row[4] else row[2]) for row in rows(inspect, "lines", path)), _counted(
+        (int(address, 16), "end" if line == "-" else line) for line, address in _matches(
+            r"\S.*?\s+(\d+|-)\s+(0x[0-9a-f]+|0)(?:\[\d+\])?(?:\s+(?:\d+|x|END))*\s*$", "--debug-dump=decodedline", path))
+    yield "segments", _counted(
+        (int(row[0], 16), int(row[1], 16), int(row[2]), int(row[3])) for row in rows(inspect, "segments", path)), _counted(
+        tuple(int(fields[i], 16) for i in (1, 0, 2, 3)) for fields in _matches(
+            r"\s+LOAD\s+\S+ (\S+) (\S+) (\S+) (\S+)", "-lW", path))
+
+
+def _matches(pattern, option, path):
+    """Groups of the lines of readelf's answer that match."""
+    text = subprocess.run(["readelf", option, path], capture_output=True, text=True, errors="replace",
+                          timeout=TIME_LIMIT_S, check=True).stdout
+    return [match.groups() for match in map(re.compile(pattern).match, text.splitlines()) if match]
+
+
+def _counted(found):
+    return set(collections.Counter(found).items())
+
+
+def _readelf_symbols(path):
+    """Value, type, binding, name and size; readelf shows a section's own name as that of its symbol."""
+    return [(int(value, 16), kind, binding, "" if kind == "SECTION" else name or "", int(size, 0))
+            for value, size, kind, binding, name in _matches(
+                r"\s*\d+: ([0-9a-f]{8})\s+(\S+) (\S+)\s+(\S+)\s+\S+\s+\S+(?: (.*))?$", "-sW", path)]

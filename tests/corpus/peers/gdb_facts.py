@@ -1,6 +1,6 @@
 """Runs inside gdb, and prints what it knows of its program: one fact a row, columns separated by tabs.
 
-  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; TYPE_NAMES, VARIABLE_NAMES = ['node'], ['sink']" -x gdb_facts.py FILE"""
+  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; VARIABLE_NAMES = ['sink']" -x gdb_facts.py FILE"""
 
 import gdb
 
@@ -20,21 +20,6 @@ def lines_at_addresses():
                 block = block.superblock
             name = block.function.name if block and block.function else ""
             row("at", f"{address:#010x}", found.symtab.filename if found.symtab else "", found.line, name)
-
-
-def symtabs():
-    seen = {}
-    for low, high in CODE_RANGES:
-        for address in range(low, high, STEP):
-            symtab = gdb.find_pc_line(address).symtab
-            if symtab:
-                seen[symtab.objfile.filename, symtab.filename] = symtab
-    return list(seen.values())
-
-
-def addresses_of_lines(symtab):
-    for entry in symtab.linetable():
-        row("line", symtab.filename, entry.line, f"{entry.pc:#010x}")
 
 
 def type_text(of):
@@ -73,83 +58,10 @@ def variable(symbol):
             type_text(symbol.type))
 
 
-def variables(block):
-    if block.is_global or block.is_static:
-        for symbol in block:
-            variable(symbol)
-
-
-def variables_by_name():
-    """Those of units without code, which stand in no block of it."""
-    for name in VARIABLE_NAMES:
-        variable(gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name))
-
-
-def record(name, record_type, offset):
-    for field in record_type.fields():
-        if not hasattr(field, "bitpos") or field.artificial:
-            continue
-        start = offset + field.bitpos
-        bits = field.bitsize
-        own_name = (field.name or "").split("::")[-1] if field.is_base_class else field.name or ""
-        row("base" if field.is_base_class else "member", name + own_name, start, bits, field.type.sizeof)
-        inner = field.type.strip_typedefs()
-        if inner.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION) and not inner.name and not field.is_base_class:
-            record(name + field.name + "." if field.name else name, inner, start)
-
-
-def print_type(name, named):
-    target = named.strip_typedefs()
-    if target.name and target.name != name and named.code == gdb.TYPE_CODE_TYPEDEF:
-        return
-    if target.code in (gdb.TYPE_CODE_STRUCT, gdb.TYPE_CODE_UNION):
-        record(name + "::", target, 0)
-    elif target.code == gdb.TYPE_CODE_ENUM:
-        for field in target.fields():
-            row("enumerator", name, field.name.split("::")[-1], field.enumval)
-
-
-def types(block, seen):
-    for symbol in block:
-        if symbol.addr_class == gdb.SYMBOL_LOC_TYPEDEF and symbol.name not in seen:
-            seen.add(symbol.name)
-            print_type(symbol.name, symbol.type)
-
-
-def types_by_name(seen):
-    """Types of type units stand in no block of the code."""
-    for name in TYPE_NAMES:
-        found = lookup(name)
-        if found and name not in seen:
-            seen.add(name)
-            print_type(name, found)
-
-
-def lookup(name):
-    for keyword in ("", "struct ", "union ", "enum "):
-        try:
-            return gdb.lookup_type(keyword + name)
-        except gdb.error:
-            pass
-    return None
-
-
 def main():
     lines_at_addresses()
-    for symtab in symtabs():
-        addresses_of_lines(symtab)
-    blocks, seen = {}, set()
-    for low, high in CODE_RANGES:
-        for address in range(low, high, STEP):
-            block = gdb.block_for_pc(address)
-            while block:
-                blocks[block.start, block.end, block.is_global, block.is_static, str(block.function)] = block
-                block = block.superblock
-    for block in blocks.values():
-        variables(block)
-        types(block, seen)
-    types_by_name(seen)
-    variables_by_name()
+    for name in VARIABLE_NAMES:
+        variable(gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name))
 
 
 main()

@@ -19,8 +19,8 @@ def _by_kind(text):
     return found
 
 
-def _gdb_facts(path, ranges, types=(), variables=()):
-    setting = f"python CODE_RANGES = {ranges}; TYPE_NAMES, VARIABLE_NAMES = {list(types)}, {list(variables)}"
+def _gdb_facts(path, ranges, variables=()):
+    setting = f"python CODE_RANGES = {ranges}; VARIABLE_NAMES = {list(variables)}"
     result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
     return _by_kind(result.stdout)
 
@@ -60,7 +60,7 @@ def _bare_type(text):
 
 
 def pairs_of_lines(folder, path):
-    """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
+    """(kind, own facts, gdb's facts) of lines and functions by address."""
     result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
                             timeout=facts.TIME_LIMIT_S, check=True)
     own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path))
@@ -71,35 +71,15 @@ def pairs_of_lines(folder, path):
            {(address, *peer_at[address][:2]) for address in both})
     yield ("function at address", {(address, _bare(own_at[address][2])) for address in both},
            {(address, _bare(peer_at[address][2])) for address in both})
-    yield ("addresses of a line",
-           {(_file(file), int(line), int(address, 16)) for file, line, address in own["line"]},
-           {(_file(file), int(line), int(address, 16)) for file, line, address in peer["line"] if int(line)})
 
 
 def pairs_of_data(folder, path):
-    """The same of variables and types."""
-    members, enumerators = facts.own_types(_own(folder), path)
-    names = sorted({name.rsplit("::", 1)[0] for name in [row[1] for row in members] + [row[0] for row in enumerators]})
-    variables = facts.own_globals(_own(folder), path)
-    peer = _gdb_facts(path, _code_ranges(folder, path), names, sorted({row[0] for row in variables}))
-    yield ("global variables (gdb)",  # those with an address: gdb's list has no others
-           {(_bare(name), place, size) for name, place, size, _ in variables
-            if isinstance(place, int) and place},
-           {(_bare(name), int(address, 16), int(size)) for name, address, size, _ in peer["variable"]
-            if int(address, 16)})
+    """The same of types of variables. What these consist of, and sizes, are the other peer's."""
+    variables = facts.rows(_own(folder), "variables", path)
+    peer = _gdb_facts(path, _code_ranges(folder, path), sorted({row[3] for row in variables}))
     own_types = {(_bare(row[3]), int(row[0], 16), _bare_type(row[2]))
-                 for row in facts.rows(_own(folder), "variables", path) if row[0].startswith("0x")}
+                 for row in variables if row[0].startswith("0x")}
     peer_types = {(_bare(name), int(address, 16), _bare_type(text)) for name, address, _, text in peer["variable"] if text}
     places = {row[1] for row in peer_types if row[1]}
     yield ("types of variables (gdb)", {row for row in own_types if row[1] in places},
            {row for row in peer_types if row[1]})
-    yield ("members (gdb)", {(kind, _tail(name), *bits) for kind, name, *bits in members},
-           {(kind, _tail(name), int(start), int(bits), int(size))
-            for kind in ("member", "base") for name, start, bits, size in peer[kind]})
-    yield ("enumerators (gdb)", {(_tail(name), value) for name, value in enumerators},
-           {(_tail(f"{owner}::{name}"), int(value)) for owner, name, value in peer["enumerator"]})
-
-
-def _tail(name):
-    """Type and member, the arguments of templates as gdb spells them."""
-    return "::".join(name.replace("long int", "long").replace("short int", "short").split("::")[-2:])

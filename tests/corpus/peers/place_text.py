@@ -2,40 +2,28 @@
 
 import re
 
-REGISTERS = {"SP": 13, "LR": 14, "PC": 15}
-
-
-def _register(text):
-    return REGISTERS.get(text, int(text[1:]) if text[1:].isdigit() else None)
-
-
 def _offset(base, number):
     return base if number == 0 else f"{base} {'+' if number > 0 else '-'} {abs(number)}"
 
 
+# The text of a place by what its one operation looks like.
+_PLACES = [
+    (r"DW_OP_addr 0x([0-9a-f]+)$", lambda address: f"0x{int(address, 16):08x}"),
+    (r"DW_OP_reg(?:x |)(\d+)", "R{}".format),
+    (r"DW_OP_breg(\d+) \w+([+-]\d+)", lambda register, number: _offset(f"[R{register}", int(number)) + "]"),
+    (r"DW_OP_bregx \w+?(\d+) ?([+-]\d+)", lambda register, number: _offset(f"[R{register}", int(number)) + "]"),
+    (r"DW_OP_fbreg ([+-]?\d+)", lambda number: _offset("[BP", int(number)) + "]"),
+    (r"DW_OP_const\w+ ([+-]?(?:0x[0-9a-f]+|\d+))", lambda number: f"const {int(number, 0)}"),
+    (r"DW_OP_lit(\d+)", "const {}".format),
+    (r"DW_OP_(?:GNU_)?entry_value\((.*)\)$", lambda inner: "on entry " + _one(inner)),
+]
+
+
 def _one(operation):
     """The place that one operation alone describes, '-' for one that the reader does not follow."""
-    match = re.match(r"DW_OP_addr 0x([0-9a-f]+)$", operation)
-    if match:
-        return f"0x{int(match[1], 16):08x}"
-    match = re.match(r"DW_OP_reg(?:x |)(\d+)", operation)
-    if match:
-        return f"R{match[1]}"
-    match = re.match(r"DW_OP_breg(\d+) \w+([+-]\d+)", operation) or re.match(r"DW_OP_bregx \w+?(\d+) ?([+-]\d+)", operation)
-    if match:
-        return _offset(f"[R{match[1]}", int(match[2])) + "]"
-    match = re.match(r"DW_OP_fbreg ([+-]?\d+)", operation)
-    if match:
-        return _offset("[BP", int(match[1])) + "]"
-    match = re.match(r"DW_OP_const\w+ ([+-]?(?:0x[0-9a-f]+|\d+))", operation)
-    if match:
-        return f"const {int(match[1], 0)}"
-    match = re.match(r"DW_OP_lit(\d+)", operation)
-    if match:
-        return f"const {match[1]}"
-    match = re.match(r"DW_OP_(?:GNU_)?entry_value\((.*)\)$", operation)
-    if match:
-        return "on entry " + _one(match[1])
+    for pattern, text in _PLACES:
+        if match := re.match(pattern, operation):
+            return text(*match.groups())
     return "-"
 
 

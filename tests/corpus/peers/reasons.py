@@ -21,9 +21,6 @@ class Context:
         position = bisect.bisect_right(self._addresses, address)
         return self._rows[self._addresses[position - 1]] if position else []
 
-    def rows_at(self, address):
-        return self._rows.get(address, [])
-
 
 def of(context, kind, side, row, own, peer):
     """The reason for one row that only one side has; None where there is none."""
@@ -38,22 +35,6 @@ def _one_of_several_lines(context, side, row, own, peer):
     return (file, line) in context.rows_near(address) and len(set(context.rows_near(address))) > 1
 
 
-def _later_row_of_address(context, side, row, own, peer):
-    file, line, address = row
-    return side == "peer" and (file, line) in context.rows_at(address)[1:]
-
-
-def _row_that_goes_on(context, side, row, own, peer):
-    file, line, address = row
-    before = context.rows_near(address - 1)
-    return side == "here" and (file, line) in context.rows_at(address) and (file, line) in before
-
-
-def _before_another_file(context, side, row, own, peer):
-    file, line, address = row
-    return side == "here" and any(other != file for other, _ in context.rows_at(address))
-
-
 def _thumb_bit(context, side, row, own, peer):
     return any(entry.number("DW_AT_low_pc") == row[0] | 1 for entry in context.info.all()
                if entry.is_tag("subprogram"))
@@ -62,16 +43,6 @@ def _thumb_bit(context, side, row, own, peer):
 def _inlined_without_call(context, side, row, own, peer):
     return any(low <= row[0] < high and not entry.has("DW_AT_call_line") for entry in context.info.all()
                if entry.is_tag("inlined_subroutine") for low, high in context.info.ranges(entry))
-
-
-def _without_bound(context, side, row, own, peer):
-    return row[1] == "tail::values"
-
-
-def _nested_in_type_unit(context, side, row, own, peer):
-    owner = row[1].split("::")[0]
-    return side == "here" and any(entry.text("DW_AT_name") == owner and entry.parent and entry.parent.parent
-                                  for entry in context.info.in_type_units())
 
 
 def _named_in_another_unit(context, side, row, own, peer):
@@ -102,19 +73,10 @@ _KNOWN = [
      "an entry of a location list without length holds at its address here, nowhere in the peers"),
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb the last"),
-    ("addresses of a line", _later_row_of_address,
-     "several lines begin at one address: the database gives it to the first row of the table"),
-    ("addresses of a line", _row_that_goes_on,
-     "gdb leaves out a row that goes on with the line of the row before"),
-    ("addresses of a line", _before_another_file,
-     "gdb leaves out a line that ends where it begins when the table goes on in another file"),
     ("function at address", _thumb_bit,
      "assemblers write the Thumb bit into the start of a function: gdb begins it one byte later"),
     ("function at address", _inlined_without_call,
      "gdb shows an inlined instance only where its call is described, which needs version 3"),
-    ("members (gdb)", _without_bound, "an array without bound counts as one element here, as none in gdb"),
-    ("members (gdb)", _nested_in_type_unit, "gdb finds no type that stands inside another one of a type unit"),
-    ("global variables (gdb)", _named_in_another_unit,
+    ("types of variables (gdb)", _named_in_another_unit,
      "gdb finds no constant whose name stands in another unit, as link-time optimisation leaves it"),
-    ("types of variables (gdb)", _named_in_another_unit, "the same"),
 ]

@@ -20,7 +20,6 @@ arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--gc-sections,--build-id
 
 # What other tools say about it: the rows of the line table, the symbols, and the image in other formats.
 arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h) ' >demo.lines.txt
-arm-none-eabi-nm -n -S demo.elf >demo.symbols.txt
 arm-none-eabi-objcopy -O srec demo.elf demo.srec
 arm-none-eabi-objcopy -O ihex demo.elf demo.hex
 arm-none-eabi-objcopy -O binary -j .text demo.elf demo.bin
