@@ -1,6 +1,5 @@
 // Named constants, colours, fonts, and the command line.
 
-#include <optional>
 #include <set>
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTest>
 
 #include "shell/look/look.h"

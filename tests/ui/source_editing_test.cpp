@@ -5,7 +5,6 @@
 #include <QInputMethodEvent>
 #include <QPushButton>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 #include <QTest>
 
 #include "core/vcore.h"
