@@ -42,6 +42,7 @@ void CProject::Open(const QString& sPath) {
 
 void CProject::OnOpenTimeout() {
   if (m_sPendingPath.isEmpty() || VScript::CurrentFuncID() != HOOK_NONE || VScript::CallLevel() != 0) return;
+  if (m_Host.IsBusy && m_Host.IsBusy()) return;
   m_OpenTimer.stop();
   const QString sPath = m_sPendingPath;
   m_bLoading = true;

@@ -13,6 +13,8 @@
 
 // What the project asks of the layers above it; the shell sets it once.
 struct PROJECT_HOST {
+  // Whether the open project has to stay for now: its program is being read.
+  std::function<bool()> IsBusy;
   // A file of that description as the file finder sees it.
   std::function<QString(const QString& sPath)> ResolvePath;
   // Whether the processor's registers are described, or a description could be named for the device's core.

@@ -23,6 +23,7 @@ bool WriteTextFile(const QString& sPath, QString sText) {
   sText = WithUnixLineEnds(sText).replace(QLatin1Char('\n'), QLatin1String("\r\n"));
   const QByteArray Bytes = sText.toUtf8();
   QSaveFile File(sPath);
+  File.setDirectWriteFallback(true);  // a file that may be written can stand where no other may be made
   // The flush is not superfluous: commit() does not see that its own failed, and puts a cut file in the old one's
   // place.
   if (File.open(QIODevice::WriteOnly) && File.write(Bytes) == Bytes.size() && File.flush() && File.commit())

@@ -31,7 +31,7 @@ QString ArgOf(U32 ActionID) {
   return GetActionArgs(ActionID).value(0);
 }
 
-void Open(COMMAND_CONTEXT& Context) {
+void OpenFound(COMMAND_CONTEXT& Context) {
   constexpr U32 ID = ACTION_FILE_OPEN;
   if (!CheckActionArgs(ID, 0)) return;
   QString sPath = ArgOf(ID);
@@ -49,6 +49,11 @@ void Open(COMMAND_CONTEXT& Context) {
   if (!QFileInfo(sFound).isFile()) sFound = CFileFinder::Get()->ResolvePath(sPath);
   if (!QFileInfo(sFound).isFile()) return SetPathError(ID, ActionError::FILE_NOT_FOUND, sPath);
   Context.Projects.OpenFile(QFileInfo(sFound).absoluteFilePath());
+}
+
+void Open(COMMAND_CONTEXT& Context) {
+  OpenFound(Context);
+  Context.Loader.EndOpen();
 }
 
 void OpenRecent(COMMAND_CONTEXT& Context) {

@@ -33,6 +33,7 @@
 namespace {
 
 constexpr int TIMING_STEP_PS = 50;
+constexpr U64 RESULT_FAILED = static_cast<U64>(-1);
 
 CDevice& Device() {
   return CDevice::Get();
@@ -173,9 +174,11 @@ void SetBPType(COMMAND_CONTEXT&) {
 
 template <U32 ID, U32 VAR>
 void SetTraceVar(COMMAND_CONTEXT&) {
+  SetActionResult(ID, RESULT_FAILED);
   if (!CheckActionArgs(ID)) return;
   const VAR_EDIT Edit = EditSysVar(GetVarName(VAR), Arg(ID, 0));
-  if (!Edit.sError.isEmpty()) SetActionError(ID, Edit.sError, Edit.sDetail);
+  if (!Edit.sError.isEmpty()) return SetActionError(ID, Edit.sError, Edit.sDetail);
+  SetActionResult(ID, 0);
 }
 
 void SetTraceTiming(COMMAND_CONTEXT&) {

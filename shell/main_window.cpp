@@ -115,7 +115,7 @@ void CMainWindow::CreateControllers() {
   m_pLoader = std::make_unique<CProgramLoader>(*m_pSession, this);
   m_pProjects = std::make_unique<CProjectController>(*this, *m_pSession, *m_pLoader);
   m_pCommands = std::make_unique<COMMAND_CONTEXT>(COMMAND_CONTEXT{*this, *m_pSession, *m_pProjects, *m_pLoader});
-  PlugLayersTogether(*m_pSession);
+  PlugLayersTogether(*m_pSession, *m_pLoader);
   m_pLoader->SetAddressQuestion([this](const QString& sPath, U32* pAddr) {
     CGenericMemoryDialog Dialog(this, MEMORY_DIALOG_LOAD);
     Dialog.SetFile(sPath, true);
@@ -299,6 +299,11 @@ void CMainWindow::RaiseConsole() {
   m_pConsole->GetDock()->raise();
   // The error that is shown next must not be lost behind the many lines of a loop.
   m_pConsole->DrainAll();
+}
+
+void CMainWindow::FocusConsole() {
+  RaiseConsole();
+  m_pConsole->setFocus();
 }
 
 bool CMainWindow::NeedsTrace() const {

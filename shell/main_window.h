@@ -64,6 +64,7 @@ public:
   bool ConfirmProjectErrors(const QStringList& Errors) override;
   bool IsClosing() const override { return m_bClosing; }
   void RaiseConsole() override;
+  void FocusConsole() override;
 
   // --- IProjectView
   void OnProjectStateChanged() override { UpdateActions(); }

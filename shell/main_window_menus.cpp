@@ -77,7 +77,9 @@ void CMainWindow::UpdateRecentMenus() {
   const auto Fill = [this](QMenu* pMenu, const QStringList& Paths, bool bProgram) {
     pMenu->clear();
     for (int i = 0; i < Paths.size(); ++i) {
-      connect(pMenu->addAction(RecentText(i, Paths[i])), &QAction::triggered, this, [this, sPath = Paths[i], bProgram] {
+      QAction* const pEntry = pMenu->addAction(RecentText(i, Paths[i]));
+      pEntry->setData(Paths[i]);
+      connect(pEntry, &QAction::triggered, this, [this, sPath = Paths[i], bProgram] {
         m_pLoader->SetUserChosen(bProgram);
         PerformAction(ACTION_FILE_OPEN, sPath);
       });

@@ -9,7 +9,6 @@
 #include "shell/actions/action_dispatch.h"
 #include "shell/actions/action_ids.h"
 #include "shell/commands.h"
-#include "shell/log/console_print.h"
 #include "shell/log/log.h"
 
 namespace {
@@ -76,10 +75,11 @@ void HintAtPlugins() {
   if (CPluginHost::Get().IsLoaded()) return;
   for (const KNOWN_OS& System : KNOWN_SYSTEMS) {
     if (ELFAPI_FindSymbol(QLatin1String(System.sSymbol), true, false, false, true) == 0) continue;
-    PrintConsole(QStringLiteral("The target application seems to be using %1, but %1-awareness is not enabled.\n"
-                                "To enable %1-awareness in Vexor, add command 'Project.SetOSPlugin(\"%2\")' to "
-                                "the project file.")
-                     .arg(QLatin1String(System.sName), QLatin1String(System.sPlugin)));
+    LogMsg(QStringLiteral("The target application seems to be using %1, but %1-awareness is not enabled.\n"
+                          "To enable %1-awareness in Vexor, add command 'Project.SetOSPlugin(\"%2\")' to "
+                          "the project file.")
+               .arg(QLatin1String(System.sName), QLatin1String(System.sPlugin)),
+           MSG_WARNING | MSG_TO_ALL);
   }
 }
 

@@ -44,7 +44,7 @@ CProgramLoader::CProgramLoader(CSessionController& Session, QWidget* pMainWindow
 
 void CProgramLoader::OpenDataFile(const QString& sPath) {
   if (m_bReading) {
-    SetActionError(ACTION_FILE_OPEN, QStringLiteral("another program is being opened"));
+    SetActionError(ACTION_FILE_OPEN, QLatin1String(PROGRAM_IS_BEING_OPENED));
     return PrintConsole(QStringLiteral("\"%1\" was not opened: another program is being opened").arg(sPath));
   }
   if (!m_Clock.isValid()) m_Clock.start();
@@ -61,6 +61,10 @@ void CProgramLoader::OpenDataFile(const QString& sPath) {
   m_Clock.invalidate();
 }
 
+void CProgramLoader::EndOpen() {
+  if (!m_bReading) m_bUserChosen = m_bReload = false;
+}
+
 void CProgramLoader::OpenElfDataFile(const QString& sPath) {
   const CCursorShape Wait(Qt::WaitCursor);
   auto pBuild = std::make_unique<CProgramBuild>();
@@ -75,6 +79,10 @@ void CProgramLoader::OpenElfDataFile(const QString& sPath) {
   if (!Device().IsSessionReady()) Device().ScheduleResetTargetExecState();
   ClearProgramViews();
   if (Result == PROGRAM_BUILT) {
+    if (ELFAPI_IsLoaded() && ELFAPI_HasRelocations()) {
+      LogMsg("The symbols are not relocated any more: Project.RelocateSymbols was for the program as it was.",
+             MSG_WARNING | MSG_TO_ALL);
+    }
     pBuild->TakeOver();
     Free(std::move(pBuild));
   } else {
@@ -95,8 +103,7 @@ PROGRAM_BUILD_RESULT CProgramLoader::Read(CProgramBuild& Build, const QString& s
 void CProgramLoader::OnCancelled(const QString& sPath) {
   SetActionError(ACTION_FILE_OPEN, QLatin1String(ActionError::CANCELLED));
   LogMsg(QStringLiteral("File.Open: \"%1\" was cancelled").arg(sPath), MSG_INFO | MSG_TO_STDOUT | MSG_TO_FILE);
-  if (!Device().IsConnected()) CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
-  m_bUserChosen = m_bReload = false;
+  m_Session.ShowRunState();
   Q_EMIT Cancelled();
 }
 
@@ -110,7 +117,6 @@ void CProgramLoader::OpenBinDataFile(const QString& sPath) {
     U32 Addr = 0;
     if (!m_AskAddress || !m_AskAddress(sPath, &Addr)) {
       PrintConsole(QStringLiteral("\"%1\" was not opened: no base address").arg(sPath));
-      m_bUserChosen = m_bReload = false;
       return;
     }
     m_Session.SetLoadAddress(Addr);
@@ -157,11 +163,7 @@ void CProgramLoader::OnDataFileOpened(const QString& sPath) {
   }
   m_Session.EvalBreakSymbol();
   Q_EMIT DataFileOpened(sPath, bSame);
-  if (sPath.isEmpty() || !Device().IsConnected()) {
-    CStatusBar::_GetSingleton()->SetStatusMessage(QStringLiteral("Ready"));
-  } else {
-    ContinueSession(sPath);
-  }
+  ContinueSession(sPath);
   m_Session.EvalBreakSymbol();
   if (IsElfFile(sPath)) {
     const QString sText =
@@ -174,13 +176,18 @@ void CProgramLoader::OnDataFileOpened(const QString& sPath) {
 }
 
 void CProgramLoader::ContinueSession(const QString& sPath) {
-  if (!Device().IsSessionReady() || !IsElfFile(sPath) || (m_bReload && sPath == m_sProgramPath)) {
+  if (!sPath.isEmpty() && Device().IsConnected() && WantsDownload(sPath)) {
     m_Session.ResetDevice(RM_BEFORE_DOWNLOAD);
-  } else if (m_bUserChosen) {
-    const CCursorShape Arrow(Qt::ArrowCursor);
-    const int Answer = CMessageBox::Show(
-        QStringLiteral("Download Program"), QStringLiteral("Program file opened. Download to target?"),
-        CMessageBox::NO_CHECK_BOX, QString(), QDialogButtonBox::Yes | QDialogButtonBox::No);
-    if (Answer == CMessageBox::ACCEPTED) m_Session.ResetDevice(RM_BEFORE_DOWNLOAD);
+  } else {
+    m_Session.ShowRunState();
   }
+}
+
+bool CProgramLoader::WantsDownload(const QString& sPath) {
+  if (!Device().IsSessionReady() || !IsElfFile(sPath) || (m_bReload && sPath == m_sProgramPath)) return true;
+  if (!m_bUserChosen) return false;
+  const CCursorShape Arrow(Qt::ArrowCursor);
+  return CMessageBox::Show(QStringLiteral("Download Program"),
+                           QStringLiteral("Program file opened. Download to target?"), CMessageBox::NO_CHECK_BOX,
+                           QString(), QDialogButtonBox::Yes | QDialogButtonBox::No) == CMessageBox::ACCEPTED;
 }

@@ -12,6 +12,9 @@
 
 class CSessionController;
 
+// The error of what has to wait for a program that is being read.
+inline constexpr const char* PROGRAM_IS_BEING_OPENED = "another program is being opened";
+
 // Opens program and data files: reads them, tells everybody, and starts the download where a session is running. Main
 // thread.
 class CProgramLoader : public QObject {
@@ -31,6 +34,9 @@ public:
   // The file was chosen by the user, so a download during a session is asked for; it is a reload of a changed file.
   void SetUserChosen(bool bOn) { m_bUserChosen = bOn; }
   void SetReload(bool bOn) { m_bReload = bOn; }
+  // What was set ahead of a File.Open that has ended, with a program or without, is over; one that is being read keeps
+  // it.
+  void EndOpen();
   // The program file that was opened last.
   const QString& GetProgramPath() const { return m_sProgramPath; }
   // Asks for the base address of a binary file; false when the user gave none. Set by the shell.
@@ -57,6 +63,7 @@ private:
   void ClearProgramViews();
   void OnDataFileOpened(const QString& sPath);
   void ContinueSession(const QString& sPath);
+  bool WantsDownload(const QString& sPath);
   void ConfigTargetEndianess();
 
   CSessionController& m_Session;

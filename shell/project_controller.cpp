@@ -58,7 +58,11 @@ void CProjectController::OpenFile(const QString& sPath) {
   }
 }
 
-bool CProjectController::LeaveProject() {
+bool CProjectController::LeaveProject(U32 ActionID) {
+  if (m_Loader.IsReading()) {
+    SetActionError(ActionID, QLatin1String(PROGRAM_IS_BEING_OPENED));
+    return false;
+  }
   if (CDevice::Get().IsConnected()) {
     const int Answer = CMessageBox::Show(QStringLiteral("Stop Debugging"), QStringLiteral("Close this Session?"),
                                          CMessageBox::NO_CHECK_BOX, QStringLiteral("control-power-red.png"),
@@ -74,7 +78,7 @@ void CProjectController::OpenProject(const QString& sPath) {
   if (CProject::Get().IsLoading(sProject)) {
     return PrintConsole(QStringLiteral("\"%1\" was not opened: it is being opened already").arg(sPath));
   }
-  if (!QFileInfo(sPath).isFile() || !LeaveProject()) return;
+  if (!QFileInfo(sPath).isFile() || !LeaveProject(ACTION_FILE_OPEN)) return;
   SetCompanionScript(sProject);
   m_Session.SetLoadAddress(0);
   m_Loader.OpenDataFile(QString());
@@ -90,7 +94,7 @@ void CProjectController::SetCompanionScript(const QString& sProject) {
 }
 
 void CProjectController::NewProject() {
-  if (!LeaveProject()) {
+  if (!LeaveProject(ACTION_FILE_NEW_PROJECT)) {
     SuppressEcho(ACTION_FILE_NEW_PROJECT);
     return;
   }
@@ -103,17 +107,21 @@ void CProjectController::NewProject() {
 }
 
 void CProjectController::CreateProject(const QString& sFilePath, const QStringList& Commands) {
-  if (!LeaveProject()) return;
+  if (!LeaveProject(ACTION_FILE_NEW_PROJECT_WIZARD)) return;
+  const QString sPath = sFilePath.isEmpty() ? QString() : QFileInfo(sFilePath).absoluteFilePath();
   CProject::Get().Close();
-  VScript::SetFilePath(sFilePath);
-  CFileFinder::Get()->SetProjectPath(sFilePath);
+  VScript::SetFilePath(sPath);
+  CFileFinder::Get()->SetProjectPath(sPath);
   ResetSymbolSettings();
   m_Session.SetLoadAddress(0);
   m_Loader.OpenDataFile(QString());
   m_Session.SetLoadingProject(true);
   CProject::Get().Create(Commands);
   m_Session.SetLoadingProject(false);
-  if (VScript::HasError()) PrintProjectError();
+  if (VScript::HasError()) {
+    m_View.FocusConsole();
+    PrintProjectError();
+  }
   LoadDefaultRegisterFile();
   m_View.OnProjectStateChanged();
 }
@@ -154,7 +162,7 @@ void CProjectController::OnProjectFileOpened(const QString& sPath) {
     PrintProjectError();
     SetActionError(ACTION_FILE_OPEN, VScript::GetErrorText());
     m_View.KeepUserFile(CProject::GetUserFileName(sPath));
-    m_View.RaiseConsole();
+    m_View.FocusConsole();
     return;
   }
   ResetSymbolSettings();
@@ -171,8 +179,8 @@ void CProjectController::LoadDefaultRegisterFile() {
   if (CRegisterFiles::Get().HasCpuRegisters()) return;
   const QString sFile = CRegisterFiles::DefaultFile();
   if (sFile.isEmpty()) {
-    PrintConsole(QStringLiteral(
-        "Project Warning: no CPU register set description file specified and could not determine default."));
+    LogMsg("Project Warning: no CPU register set description file specified and could not determine default.",
+           MSG_WARNING | MSG_TO_ALL);
     return;
   }
   LogMsg(

@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include "base/types.h"
 #include "project/recent_list.h"
 
 class CProgramLoader;
@@ -18,7 +19,7 @@ public:
   // Closes the open documents; false when the user refuses.
   virtual bool CloseDocuments() = 0;
   virtual bool SaveDocuments() = 0;
-  virtual void RaiseConsole() = 0;
+  virtual void FocusConsole() = 0;  // shows it, with what waits to be printed
   virtual void LoadUserFile(const QString& sPath) = 0;
   // The project's own layout is not used, and stays as it is.
   virtual void KeepUserFile(const QString& sPath) = 0;
@@ -52,8 +53,9 @@ public:
   QString sDefaultDirSave;
 
 private:
-  // The three questions before a project goes; false: it stays.
-  bool LeaveProject();
+  // The three questions before a project goes; false: it stays. Refused, as an error of the action, while a program is
+  // read: events are delivered meanwhile, so that a hook may ask for another project.
+  bool LeaveProject(U32 ActionID);
   // The probe script beside a project, "x.vnode" of "x.vdebug", goes to the device.
   void SetCompanionScript(const QString& sProject);
   void OnProjectFileOpened(const QString& sPath);

@@ -71,6 +71,8 @@ public:
   // Base address that was chosen for a binary program file.
   void SetLoadAddress(U32 Addr) { m_LoadAddress = Addr; }
   U32 GetLoadAddress() const { return m_LoadAddress; }
+  // "CPU halted" or "CPU running...", or without connection "Ready", in the status bar.
+  void ShowRunState();
   void SetLoadingProject(bool bLoading) { m_bLoadingProject = bLoading; }
 
   // --- Device events
@@ -118,7 +120,6 @@ private:
   // A bar that pulses for as long as the target runs; that of a transfer meanwhile takes its place for a time.
   void StartPulse();
   void EndPulse();
-  void ShowRunState();
 
   ISessionView& m_View;
   DOWNLOAD_KINDS m_DownloadKind = DOWNLOAD_PROGRAM;

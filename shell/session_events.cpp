@@ -22,6 +22,7 @@
 namespace {
 
 constexpr int HALT_DELAY_MS = 100;
+constexpr QLatin1String READY("Ready");
 constexpr QLatin1String CPU_HALTED("CPU halted");
 constexpr QLatin1String CPU_RUNNING("CPU running...");
 
@@ -46,7 +47,8 @@ void CSessionController::EndPulse() {
 }
 
 void CSessionController::ShowRunState() {
-  Status().SetStatusMessage(Device().IsHalted() ? CPU_HALTED : CPU_RUNNING);
+  const QLatin1String sState = Device().IsHalted() ? CPU_HALTED : CPU_RUNNING;
+  Status().SetStatusMessage(Device().IsConnected() ? sState : READY);
 }
 
 void CSessionController::OnDeviceConnectDone(CONNECT_MODES Mode) {
@@ -93,7 +95,7 @@ void CSessionController::OnDeviceConnectFailed(CONNECT_MODES) {
 }
 
 void CSessionController::OnDeviceConnectCanceled(CONNECT_MODES) {
-  Status().SetStatusMessage(QStringLiteral("Ready"));
+  Status().SetStatusMessage(READY);
   PrintConsole(QStringLiteral("Connection aborted"));
   m_View.OnSessionStateChanged();
 }
@@ -105,7 +107,7 @@ void CSessionController::OnDeviceAboutToDisconnect() {
 
 void CSessionController::OnDeviceDisconnectDone() {
   PrintConsoleColor(QStringLiteral("V-Node: disconnected from target device"), COLOR_LOGGING_VNODE);
-  Status().SetStatusMessage(QStringLiteral("Ready"));
+  Status().SetStatusMessage(READY);
   EndPulse();
   UpdateConnectionInfo();
   m_View.OnSessionStateChanged();

@@ -84,26 +84,23 @@ public:
 
   void CarryOut(const DOCK_PLAN& Plan) {
     if (Plan.IsEmpty()) return;
-    // Those that are hidden open where they were.
-    QHash<QString, Qt::DockWidgetArea> Areas;
     for (CDockWindow* const pDock : std::as_const(m_Docks)) {
-      Areas.insert(pDock->objectName(), m_Main.dockWidgetArea(pDock));
+      m_Areas.insert(pDock, m_Main.dockWidgetArea(pDock));
       pDock->setFloating(false);
       m_Main.removeDockWidget(pDock);
     }
-    for (const QString& sName : Plan.Hidden) {
-      const Qt::DockWidgetArea Area = Areas.value(sName, Qt::NoDockWidgetArea);
-      Add(Area == Qt::NoDockWidgetArea ? Qt::BottomDockWidgetArea : Area, *m_Docks[sName], false);
-    }
+    for (const QString& sName : Plan.Hidden) AddHidden(m_Docks[sName]);
     for (const DOCK_STEP& Step : Plan.Steps) Take(Step);
     for (const DOCK_RECORD& Record : Plan.Floating) Float(Record);
     Resize(Plan.Extents);
   }
 
 private:
-  void Add(Qt::DockWidgetArea Area, CDockWindow& Dock, bool bShown) {
-    m_Main.addDockWidget(Area, &Dock);
-    Dock.setVisible(bShown);
+  // Where it was: it opens there, or comes back there when it does not float any more.
+  void AddHidden(CDockWindow* pDock) {
+    const Qt::DockWidgetArea Area = m_Areas.value(pDock);
+    m_Main.addDockWidget(Area == Qt::NoDockWidgetArea ? Qt::BottomDockWidgetArea : Area, pDock);
+    pDock->hide();
   }
 
   void Take(const DOCK_STEP& Step) {
@@ -118,7 +115,7 @@ private:
 
   void Float(const DOCK_RECORD& Record) {
     CDockWindow* const pDock = m_Docks[Record.sName];
-    Add(Qt::BottomDockWidgetArea, *pDock, false);
+    AddHidden(pDock);
     pDock->setFloating(true);
     if (Record.w > 0 && Record.h > 0) pDock->resize(Record.w, Record.h);
     pDock->move(OnAScreen({Record.x, Record.y}, pDock->size()));
@@ -145,6 +142,7 @@ private:
 
   QMainWindow& m_Main;
   QHash<QString, CDockWindow*> m_Docks;
+  QHash<const CDockWindow*, Qt::DockWidgetArea> m_Areas;  // as they were
 };
 
 void ArrangeToolBars(const QList<TOOL_BAR_STEP>& Steps, QMainWindow& Main, const QList<QToolBar*>& ToolBars) {

@@ -19,6 +19,7 @@
 #include "shell/log/log.h"
 #include "shell/look/look.h"
 #include "shell/main_window.h"
+#include "shell/program_loader.h"
 #include "shell/register_files.h"
 #include "shell/session_controller.h"
 #include "shell/settings/color_ids.h"
@@ -55,8 +56,9 @@ void PlugMessages(CSessionController& Session) {
   VFile::CFileWorker::Get()->SetProgressSink(Progress);
 }
 
-void PlugProject() {
+void PlugProject(CProgramLoader& Loader) {
   PROJECT_HOST Host;
+  Host.IsBusy = [&Loader] { return Loader.IsReading(); };
   Host.ResolvePath = [](const QString& sPath) { return CFileFinder::Get()->FindFile(sPath); };
   Host.HasCpuRegisters = [] {
     return CRegisterFiles::Get().HasCpuRegisters() || !CRegisterFiles::DefaultFile().isEmpty();
@@ -140,9 +142,9 @@ void OnSysVarChanged(CSessionController& Session, U32 ID, U32 Value) {
 
 }  // namespace
 
-void PlugLayersTogether(CSessionController& Session) {
+void PlugLayersTogether(CSessionController& Session, CProgramLoader& Loader) {
   PlugMessages(Session);
-  PlugProject();
+  PlugProject(Loader);
   PlugScript();
   PlugDeviceSettings();
   AddSysVarListener([&Session](U32 ID, U32 Value) { OnSysVarChanged(Session, ID, Value); });

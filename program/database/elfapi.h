@@ -106,6 +106,7 @@ int ELFAPI_ClassifyAddr(U32 Addr);
 
 // Moves symbols of the loaded program and of those loaded later, see ELF_AddRelocation: 0, or -1 for a refused text.
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta);
+bool ELFAPI_HasRelocations();
 // Forgets what was to be moved in the next program. A loaded one keeps its addresses until it is unloaded.
 void ELFAPI_ClearRelocations();
 

@@ -35,6 +35,11 @@ void ELFAPI_ClearRelocations() {
   ELF_ClearRelocations();
 }
 
+bool ELFAPI_HasRelocations() {
+  const CDatabaseLock Db;
+  return ELF_HasRelocations();
+}
+
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
   {
     CDatabaseLock Db;

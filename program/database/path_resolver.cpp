@@ -204,7 +204,7 @@ const CPathResolver::LISTING& CPathResolver::ListingOf(const SEARCH& Search) con
     bool bInProject = false;
     const QString sDir = SearchDir(sEntry, bInProject);
     if (sDir.isEmpty()) continue;
-    QDirIterator Files(sDir, QDir::Files | QDir::Hidden | QDir::System);
+    QDirIterator Files(sDir, QDir::Files | QDir::Hidden);  // a link that leads nowhere is none
     while (Files.hasNext()) {
       Files.next();
       const QString sFile = Files.fileName();

@@ -262,6 +262,7 @@ U32 ELF_GetRetAddrReg(const ELF_FILE* pFile);
 // Adds Delta to all addresses of the file ("*"), of "START-END", of a section or of a symbol. Outlives a file until the
 // next ELF_Close; a text that names nothing yet is resolved when a file opens. 0, or -1 for an empty or refused text.
 int ELF_AddRelocation(const char* sText, I32 Delta);
+bool ELF_HasRelocations();
 // Forgets those that were added while no file was open; an open file keeps its own until it is closed.
 void ELF_ClearRelocations();
 // Address on the target of an address in the file, by the first entry with Start < Addr + LowAdjust and

@@ -170,6 +170,10 @@ void ELF_ClearRelocations() {
   if (!State.pFile) State.Relocations.Clear();
 }
 
+bool ELF_HasRelocations() {
+  return !ReaderState().Relocations.IsEmpty();
+}
+
 int ELF_AddRelocation(const char* sText, I32 Delta) {
   READER_STATE& State = ReaderState();
   return sText && State.Relocations.Add(sText, Delta, ResolverOf(LoadedFile(State.pFile.get()))) ? 0 : -1;

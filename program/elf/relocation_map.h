@@ -20,6 +20,7 @@ public:
   bool Add(const char* sText, I32 Delta, const RESOLVER& Resolve);
   void ResolveAll(const RESOLVER& Resolve);
   void Clear() { aEntries.clear(); }
+  bool IsEmpty() const { return aEntries.empty(); }
 
   U32 ToTarget(U32 Addr, U32 LowAdjust, U32 HighAdjust) const;
   U32 ToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust) const;

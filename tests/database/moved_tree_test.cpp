@@ -71,11 +71,14 @@ TEST_F(MovedFilesTest, WhatLeadsElsewhereIsRefusedAndUndone) {
 TEST_F(MovedFilesTest, ABurstReadsDirectoriesOnceAndEndsWithItsMemory) {
   m_Finder.AddSearchPath(Full("@/dir/one"));
   m_Finder.AddSearchPath(Full("@/dir/two"));
+  Make({"@/dir/two/w.c"});
+  ASSERT_TRUE(QFile::link(u"none"_s, Full("@/dir/one/w.c")));
   {
     const CFindBurst Outer;
     const CFindBurst Inner;
     EXPECT_EQ(Resolve("gone/x.c"), "@/dir/one/x.c");
     EXPECT_EQ(Resolve("gone/one"), "") << "a directory is no file";
+    EXPECT_EQ(Resolve("gone/w.c"), "@/dir/two/w.c") << "nor is a link that leads nowhere";
     Make({"@/dir/two/y.c"});
     EXPECT_EQ(Resolve("gone/y.c"), "") << "seen after the burst";
     m_Finder.AddSearchPath(Full("@/odd"));

@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QTimer>
 
-inline constexpr int DRIVE_LIMIT_MS = 5000;
+inline constexpr int DRIVE_LIMIT_MS = 20000;
 
 // Runs Drive once Find gives a widget, and closes that widget if Drive has not. To be called before what shows it.
 inline void WhenShown(const std::function<QWidget*()>& Find, const std::function<void(QWidget*)>& Drive) {

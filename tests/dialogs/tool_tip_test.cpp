@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int SHOWN_MS = 150;   // by then a tip is there, on an idle machine
-constexpr int LIMIT_MS = 2000;  // on a busy one
+constexpr int SHOWN_MS = 150;    // by then a tip is there, on an idle machine
+constexpr int LIMIT_MS = 20000;  // on a busy one
 
 CToolTip& Tip() {
   return *CToolTip::_GetSingleton();

@@ -1,4 +1,4 @@
-// Saving when the disk is full, the directory is read-only, or the file is not where its name stands.
+// Saving when the disk is full, the directory or the file is read-only, or the file is not where its name stands.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -60,7 +60,7 @@ protected:
   QTemporaryDir m_Dir;
 };
 
-TEST_F(SavingTest, AFullDiskOrAReadOnlyDirectoryKeepsTheOldFileAndSaysSo) {
+TEST_F(SavingTest, AFullDiskOrAReadOnlyFileKeepsTheOldTextAndSaysSo) {
   const QString sDir = Path("locked");
   ASSERT_TRUE(QDir().mkpath(sDir));
   const QString sPath = WriteBytes(sDir + "/a.vdebug", "old\r\n");
@@ -68,6 +68,11 @@ TEST_F(SavingTest, AFullDiskOrAReadOnlyDirectoryKeepsTheOldFileAndSaysSo) {
   ASSERT_EQ(chmod(sPath.toUtf8().constData(), 0666), 0);
   ASSERT_EQ(chmod(sDir.toUtf8().constData(), 0555), 0);
   ASSERT_EQ(chmod(m_Dir.path().toUtf8().constData(), 0755), 0);
+  {
+    const CPlainUser Plain;
+    EXPECT_TRUE(WriteTextFile(sPath, "old\n")) << "a file that may be written";
+  }
+  ASSERT_EQ(chmod(sPath.toUtf8().constData(), 0444), 0);
   ExpectFailure<CPlainUser>(sPath);
   chmod(sDir.toUtf8().constData(), 0755);
 }

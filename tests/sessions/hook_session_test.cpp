@@ -144,6 +144,7 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
        "Project.SetTraceSource (\"None\");",
        ""},
       {"Project.SetBPType (BP_TYPE_HARD);", {}, {}, "Project.SetBPType (BP_TYPE_HARD);", ""},
+      {"if (Project.SetTraceSource (\"x\") == 0xFFFFFFFF) Util.Log (\"no source\");", {}, {}, "\nno source\n", ""},
   };
   for (const auto& Case : aCases) {
     const QString sText =

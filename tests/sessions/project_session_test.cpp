@@ -86,11 +86,14 @@ TEST_F(ProjectSession, ABackslashInAPathIsNoEscape) {
   EXPECT_EQ(AddressOf(sElf, u"main"_s), Run.Value(1)) << Run.sOutput.toStdString();
 }
 
-TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComes) {
+TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComesForThisOneOnly) {
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
-  const SESSION_RESULT Run =
-      RunSession(u"Project.RelocateSymbols (\"*\", 0x100);\nFile.Open %1\nElf.GetEntryFuncPC\n"_s.arg(sElf));
-  EXPECT_EQ(AddressOf(sElf, u"main"_s) + 0x100, Run.Value(0)) << Run.sOutput.toStdString();
+  const SESSION_RESULT Run = RunSession(
+      u"Project.RelocateSymbols (\"*\", 0x100);\nFile.Open %1\nElf.GetEntryFuncPC\nUtil.Log again\nFile.Open %1\n"
+      "Elf.GetEntryFuncPC\n"_s.arg(sElf));
+  const quint32 Main = AddressOf(sElf, u"main"_s);
+  EXPECT_EQ(std::pair(Run.Value(0), Run.Value(1)), std::pair(qint64{Main} + 0x100, qint64{Main}));
+  EXPECT_GT(Run.sOutput.indexOf(u"The symbols are not relocated any more: "), Run.sOutput.indexOf(u"\nagain"));
 }
 
 }  // namespace

@@ -182,6 +182,20 @@ private Q_SLOTS:
     QCOMPARE(Echo(), QStringList{u"Debug.Start();"_s});
   }
 
+  // What was chosen and could not be opened says nothing of what is opened next.
+  void aProgramThatNobodyChoseIsNotOffered() {
+    const QString sGone = WriteFile(m_Dir.filePath(u"gone.elf"_s));
+    m_pWindow->Projects().RecentPrograms().Update(QString(), sGone);
+    QVERIFY(QFile::remove(sGone));
+    QList<QAction*> Entries = m_pWindow->findChildren<QAction*>();
+    erase_if(Entries, [&sGone](const QAction* pEntry) { return pEntry->data() != sGone; });
+    QCOMPARE(Entries.size(), 1);
+    Entries.first()->trigger();
+    const auto Open = [this] { PerformAction(ACTION_FILE_OPEN, m_Dir.filePath(u"program.elf"_s)); };
+    QCOMPARE(BoxesOf(Open, {}), QStringList());
+    QTRY_COMPARE(Text("StatusMessage"), u"CPU halted"_s);
+  }
+
   void aFailedResetLeavesTheState() {
     const CStatusHistory Status;
     Probe(u"sim.fail Reset 1"_s);

@@ -23,6 +23,7 @@ namespace {
 const QString EXAMPLES = QStringLiteral(VEXOR_SOURCE_DIR "/examples/");
 const QString FIRST = EXAMPLES + u"traffic_light/traffic_light.elf"_s;
 const QString PROJECT = EXAMPLES + u"traffic_light/traffic_light.vdebug"_s;
+const QString OTHER_PROJECT = EXAMPLES + u"thermostat/thermostat.vdebug"_s;
 const QString SECOND = EXAMPLES + u"thermostat/thermostat.elf"_s;
 
 constexpr int POLL_MS = 10;
@@ -73,8 +74,11 @@ private Q_SLOTS:
       }
       QTest::keyClick(m_pWindow, Qt::Key_N, Qt::ControlModifier);
       PerformAction(ACTION_FILE_OPEN, FIRST);
+      PerformAction(ACTION_FILE_OPEN, OTHER_PROJECT);
     });
     QVERIFY(bOldAnswers);
+    QCOMPARE(CProject::Get().GetFileName(), PROJECT);
+    QVERIFY(ConsoleText(*m_pWindow).contains(u"thermostat.vdebug\"): another program is being opened"_s));
     QVERIFY2(Values.size() >= 3 && std::is_sorted(Values.begin(), Values.end()) && Values.last() > Values.first(),
              "progress is shown");
     QCOMPARE(Texts, QSet<QString>{u"Opening File..."_s});

@@ -119,6 +119,7 @@ private Q_SLOTS:
 
   void broken() {
     QVERIFY2(ConsoleText(*m_pWindow).contains(u"Error in project file"_s), qPrintable(ConsoleText(*m_pWindow)));
+    QVERIFY(m_pWindow->Console().isAncestorOf(m_pWindow->focusWidget()));
   }
 
   // All defaults, and a word about it where the user sees it.

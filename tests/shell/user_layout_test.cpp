@@ -83,9 +83,12 @@ private Q_SLOTS:
          {"A FLOATING 32000 100 300 200, B 1 32000 100", "A FLOATING 100 -900 300 200, B 1 100 -900",
           "A FLOATING -32000 32000 300 200, B 1 -32000 32000", "A FLOATING 9000 9000 32767 32767, B 1 9000 9000"}) {
       CFrame Frame(SMALL_SIZE);
+      Frame.Apply(Lines("A LEFT 0 0 210 200"));
       Frame.Apply(Lines(sPlaces));
       QVERIFY(Frame.Dock("A")->isFloating() && Frame.Bar("B")->isFloating());
       QVERIFY2(Screen.contains(Frame.Dock("A")->pos()) && Screen.contains(Frame.Bar("B")->pos()), sPlaces);
+      Frame.Dock("A")->setFloating(false);
+      QCOMPARE(Frame.dockWidgetArea(Frame.Dock("A")), Qt::LeftDockWidgetArea);
     }
   }
 
