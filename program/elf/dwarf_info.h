@@ -48,6 +48,7 @@ struct DWARF_INFO {
   U32 MaxVersion = 0;
   U32 NumTypeUnits = 0;
   U32 NumWanted = 0;          // entries that a list took
+  bool bListsFull = false;    // a list left entries out
   U64 MaxRangeBytes = ~0ull;  // of the range list of an entry
   ELF_SRC_LANG Language = ELF_SRC_LANG_C;
   U32 EntryFunc = 0;

@@ -64,6 +64,7 @@ bool CUnitWalker::Walk() {
   DropAbstractVars(Info);
   SortOwned(Info.Lists);
   LimitRanges(Info);
+  if (Info.bListsFull) SendMessage("debug info has more functions, variables or types than can be listed.");
   Info.EntryFunc = FindEntryFunc(Info);
   return true;
 }
