@@ -240,8 +240,8 @@ TEST_F(DeviceSession, ABusyDeviceDoesNotHoldUpABlockingRead) {
   EXPECT_LT(Clock.elapsed(), 5000) << "a busy machine may take its time";
   bEnd = true;
   LongJob.join();
-  Do("sim.slow 1");
-  for (int i = 0; i < 1000; ++i) Device.ScheduleReadReg(0);
+  Do("sim.slow 5");  // a batch of jobs takes longer than the read may wait
+  for (int i = 0; i < 200; ++i) Device.ScheduleReadReg(0);
   EXPECT_EQ(Read(), 0) << "between two of many jobs";
   EXPECT_TRUE(Device.IsJobPending(JT_READ_REG));
   EXPECT_EQ(0, std::memcmp(aData, LOOP_CODE, sizeof(aData)));
