@@ -27,9 +27,15 @@ QAddrRanges ElfSymbolRanges(ELF_SYM_HANDLE Sym) {
   return Range.IsNone() ? QAddrRanges() : QAddrRanges{Range};
 }
 
-ELF_SYM_HANDLE FuncAround(ELF_SYM_HANDLE Instance) {
+// The function around an instance. Known has that around the scopes met before: many instances may stand deep in one.
+ELF_SYM_HANDLE FuncAround(ELF_SYM_HANDLE Instance, QHash<ELF_SYM_HANDLE, ELF_SYM_HANDLE>& Known) {
+  ELF_SYM_LIST Scopes;
   ELF_SYM_HANDLE Func = ELF_GetParent(Instance);
-  while (Func != 0 && ELF_GetTag(Func) != ELF_TAG_FUNC) Func = ELF_GetParent(Func);
+  for (; Func != 0 && ELF_GetTag(Func) != ELF_TAG_FUNC && !Known.contains(Func); Func = ELF_GetParent(Func)) {
+    Scopes.append(Func);
+  }
+  Func = Known.value(Func, Func);
+  for (const ELF_SYM_HANDLE Scope : Scopes) Known.insert(Scope, Func);
   return Func;
 }
 
@@ -55,10 +61,11 @@ QAddrRanges CodeRangesOf(ELF_SYM_HANDLE Func) {
 
 void CFunctionTable::BuildInlined(const ELF_SYM_LIST& Instances) {
   // In a function that the linker dropped, the ranges of an instance read as offsets from address 0.
+  QHash<ELF_SYM_HANDLE, ELF_SYM_HANDLE> Known;
   ELF_SYM_HANDLE Func = 0;
   bool bIsDropped = false;
   for (const ELF_SYM_HANDLE Instance : Instances) {
-    const ELF_SYM_HANDLE Around = FuncAround(Instance);
+    const ELF_SYM_HANDLE Around = FuncAround(Instance, Known);
     if (Around != Func) bIsDropped = IsDropped(Around);
     Func = Around;
     if (bIsDropped) continue;
