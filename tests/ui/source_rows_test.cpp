@@ -223,7 +223,7 @@ private Q_SLOTS:
         {Source(3), std::nullopt},
         {Source(1), ROW_COLOR{COLOR_PC_ACTIVE}},
         {With(Source(1), &ROW_GROUND::bEmpty), std::nullopt},
-        {With(Source(1), &ROW_GROUND::bMarksCursor), ROW_COLOR{COLOR_PC_ACTIVE}},
+        {With(Source(1), &ROW_GROUND::bMarksCursor), ROW_COLOR{COLOR_HIGHLIGHT_LIGHT}},
         {With(Source(3), &ROW_GROUND::bMarksCursor), ROW_COLOR{COLOR_HIGHLIGHT_LIGHT}},
         {With(Source(1), &ROW_GROUND::bExpanded), ROW_COLOR{COLOR_PC_ACTIVE}},
         {Opened, ROW_COLOR{COLOR_PC_INACTIVE}},

@@ -36,15 +36,11 @@ std::optional<ROW_COLOR> CSourceHighlights::SourceColor(const ROW_GROUND& Row) c
 
 std::optional<ROW_COLOR> CSourceHighlights::ColorOf(const ROW_GROUND& Row) const {
   if (Row.bEmpty) return std::nullopt;
+  const bool bOddGroup = Row.bInstruction && Row.Group % 2 != 0;
   if (Row.bHoldsCursor && m_bBacktrace) return ROW_COLOR{COLOR_PC_BACKTRACE};
-  // The cursor goes to the PC's row at each halt: that row has to stay the one that shows the PC.
-  if (!Row.bInstruction) {
-    if (const std::optional<ROW_COLOR> Color = SourceColor(Row)) return Color;
-    return Row.bMarksCursor ? std::optional(ROW_COLOR{COLOR_HIGHLIGHT_LIGHT}) : std::nullopt;
-  }
-  const bool bOddGroup = Row.Group % 2 != 0;
+  if (Row.bMarksCursor) return ROW_COLOR{COLOR_HIGHLIGHT_LIGHT, bOddGroup};
+  if (!Row.bInstruction) return SourceColor(Row);
   const auto Given = m_Addrs.constFind(Row.Addr);
   if (Given != m_Addrs.constEnd()) return ROW_COLOR{*Given};
-  if (Row.bMarksCursor) return ROW_COLOR{COLOR_HIGHLIGHT_LIGHT, bOddGroup};
   return ROW_COLOR{bOddGroup ? COLOR_INLINE_ASM_BACKG_ALTERNATE : COLOR_INLINE_ASM_BACKG};
 }

@@ -11,7 +11,7 @@ struct ROW_GROUND {
   bool bInstruction = false;
   bool bEmpty = false;           // no text
   bool bHoldsCursor = false;     // and nothing is selected
-  bool bMarksCursor = false;     // the same, and the editor has the focus
+  bool bMarksCursor = false;     // the same, and the editor has the focus: goes before the colours that are given
   U32 Line = 0;                  // of the source row
   U32 Addr = INVALID_ADDR;       // of the instruction row
   int Group = 0;                 // of the instruction row
