@@ -60,8 +60,10 @@ void PlugProject(CProgramLoader& Loader) {
   PROJECT_HOST Host;
   Host.IsBusy = [&Loader] { return Loader.IsReading(); };
   Host.ResolvePath = [](const QString& sPath) { return CFileFinder::Get()->FindFile(sPath); };
+  // While the device is being set, which core it has is not known.
   Host.HasCpuRegisters = [] {
-    return CRegisterFiles::Get().HasCpuRegisters() || !CRegisterFiles::DefaultFile().isEmpty();
+    return CDevice::Get().IsJobPending(JT_SET_CONFIG_PARAM) || CRegisterFiles::Get().HasCpuRegisters() ||
+           !CRegisterFiles::DefaultFile().isEmpty();
   };
   Host.AddSvdFile = [](const QString& sPath) { CRegisterFiles::Get().Add(CFileFinder::Get()->FindFile(sPath)); };
   Host.ClearSvdFiles = [] { CRegisterFiles::Get().Clear(); };

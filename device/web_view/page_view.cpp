@@ -10,6 +10,7 @@
 #include <QWindow>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -54,8 +55,17 @@ CPageView::CPageView() : m_Input(STDIN_FILENO, QSocketNotifier::Read) {
 
 void CPageView::OnLoading(const QWebEngineLoadingInfo& Info) {
   const QByteArray sURL = Info.url().toEncoded();
+  m_bLoading = Info.status() == QWebEngineLoadingInfo::LoadStartedStatus;
   if (Info.status() == QWebEngineLoadingInfo::LoadSucceededStatus) Tell("loaded " + sURL);
   if (Info.status() == QWebEngineLoadingInfo::LoadFailedStatus) Tell("failed " + sURL);
+  if (!m_bLoading) QMetaObject::invokeMethod(this, &CPageView::LoadNext, Qt::QueuedConnection);
+}
+
+// The engine drops a page that is asked for while it begins with another.
+void CPageView::LoadNext() {
+  if (m_bLoading || m_Next.isEmpty()) return;
+  m_bLoading = true;
+  load(std::exchange(m_Next, QUrl()));
 }
 
 void CPageView::OnInput() {
@@ -77,7 +87,8 @@ void CPageView::Obey(const QList<QByteArray>& Words) {
   if (sWord == "show" || sWord == "hide") {
     setVisible(sWord == "show");
   } else if (sWord == "load" && Words.size() == 2) {
-    load(QUrl::fromEncoded(Words[1]));
+    m_Next = QUrl::fromEncoded(Words[1]);
+    LoadNext();
   } else if (sWord == "parent" && Words.size() == 2) {
     Embed(static_cast<WId>(Words[1].toULongLong()));
   } else if (sWord == "size" && Words.size() == 3) {
