@@ -1,10 +1,10 @@
 #include "script/text_file.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 #include "base/msg_flags.h"
+#include "base/save_file.h"
 #include "base/text.h"
 #include "shell/log/log.h"
 
@@ -21,13 +21,8 @@ QString ReadTextFile(const QString& sPath, bool* pOk) {
 
 bool WriteTextFile(const QString& sPath, QString sText) {
   sText = WithUnixLineEnds(sText).replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-  const QByteArray Bytes = sText.toUtf8();
-  QSaveFile File(sPath);
-  File.setDirectWriteFallback(true);  // a file that may be written can stand where no other may be made
-  // The flush is not superfluous: commit() does not see that its own failed, and puts a cut file in the old one's
-  // place.
-  if (File.open(QIODevice::WriteOnly) && File.write(Bytes) == Bytes.size() && File.flush() && File.commit())
-    return true;
-  LogMsg(QStringLiteral("Could not write \"%1\": %2").arg(sPath, File.errorString()), MSG_WARNING | MSG_TO_ALL);
+  QString sReason;
+  if (SaveFile(sPath, sText.toUtf8(), &sReason)) return true;
+  LogMsg(QStringLiteral("Could not write \"%1\": %2").arg(sPath, sReason), MSG_WARNING | MSG_TO_ALL);
   return false;
 }

@@ -31,6 +31,11 @@ private:
   bool m_bWasRoot;
 };
 
+struct FULL_DISK_OF_A_PLAIN_USER {
+  CPlainUser Plain;
+  CFileSizeLimit Full;
+};
+
 class SavingTest : public testing::Test {
 protected:
   SavingTest() {
@@ -48,7 +53,7 @@ protected:
     OpenLogFile(LOG_FILE_APPLICATION, sLog.toUtf8().constData());
     {
       const TROUBLE Trouble;
-      EXPECT_FALSE(WriteTextFile(sPath, QString("new\n").repeated(10000)));
+      for (int Lines : {1, 10'000}) EXPECT_FALSE(WriteTextFile(sPath, QString("new\n").repeated(Lines)));
     }
     CloseLogFiles();
     EXPECT_EQ(ReadBytes(sPath), "old\r\n");
@@ -72,6 +77,7 @@ TEST_F(SavingTest, AFullDiskOrAReadOnlyFileKeepsTheOldTextAndSaysSo) {
     const CPlainUser Plain;
     EXPECT_TRUE(WriteTextFile(sPath, "old\n")) << "a file that may be written";
   }
+  ExpectFailure<FULL_DISK_OF_A_PLAIN_USER>(sPath);
   ASSERT_EQ(chmod(sPath.toUtf8().constData(), 0444), 0);
   ExpectFailure<CPlainUser>(sPath);
   chmod(sDir.toUtf8().constData(), 0755);

@@ -2,8 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include "base/save_file.h"
 #include "base/stable_hash.h"
 #include "base/text.h"
 #include "program/database/elfapi.h"
@@ -73,12 +73,7 @@ bool WriteSourceDocument(SOURCE_DOCUMENT& Document, const QString& sText, QStrin
       return false;
     }
   }
-  QSaveFile File(Document.sResolvedPath);
-  File.setDirectWriteFallback(true);  // in a folder that takes no other files
-  if (!File.open(QIODevice::WriteOnly) || File.write(Bytes) != Bytes.size() || !File.commit()) {
-    *psReason = File.errorString();
-    return false;
-  }
+  if (!SaveFile(Document.sResolvedPath, Bytes, psReason)) return false;
   Document.Encoding = Encoding;
   Document.sText = sText;
   Document.TextHash = HashOf(Bytes);
