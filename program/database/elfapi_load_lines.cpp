@@ -106,7 +106,7 @@ public:
 private:
   // Each of the many files of a damaged program could stand in one unit of many ranges: files after the limit have
   // none.
-  static constexpr qsizetype MAX_EFFORT = 1 << 23;  // ranges of all files
+  static constexpr qsizetype MAX_EFFORT = 1 << 25;  // ranges of all files
   static constexpr qsizetype COMPARISONS_OF_RANGE = 32;
 
   qsizetype m_Effort = 0;
@@ -122,8 +122,8 @@ void SetFileRanges(DATABASE& Db, CReaderFiles& ReaderFiles) {
     for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(Db.pElf, i); ++Unit) {
       UnitRanges.AddTo(File, ELF_GetSrcFileUnit(Db.pElf, i, Unit));
     }
+    File.Ranges = MergedRanges(File.Ranges);
   }
-  for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) Db.Files.At(i).Ranges = MergedRanges(Db.Files.At(i).Ranges);
 }
 
 void RemoveStrayLines(DATABASE& Db) {

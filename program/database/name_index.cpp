@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr qsizetype MAX_CHARS = 1 << 26;  // of all names; those of a damaged file may be parts of each other
+// Names of a damaged file may be parts of each other.
+constexpr qsizetype MAX_CHARS = 1 << 26;       // of different names
+constexpr qsizetype MAX_READ_CHARS = 1 << 30;  // of all symbols
 const QString SCOPE_MARK = QStringLiteral("::");
 const QString OPERATOR = QStringLiteral("operator");
 
@@ -93,12 +95,14 @@ void CNameIndex::Clear() {
 const ELF_SYM_LIST& CNameIndex::FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols) {
   if (!m_ByName) {
     m_ByName.emplace();
-    qsizetype NumChars = 0;
+    qsizetype NumChars = 0, NumRead = 0;
     for (const ELF_SYM_HANDLE Sym : Symbols) {
       const QString sKey = IndexedName(Sym);
-      NumChars += sKey.size();
-      if (NumChars > MAX_CHARS) break;
-      if (!sKey.isEmpty()) (*m_ByName)[sKey].append(Sym);
+      NumRead += sKey.size();
+      if (NumRead > MAX_READ_CHARS) break;
+      if (sKey.isEmpty()) continue;
+      if (!m_ByName->contains(sKey) && (NumChars += sKey.size()) > MAX_CHARS) continue;
+      (*m_ByName)[sKey].append(Sym);
     }
   }
   return ListOf(*m_ByName, sName);

@@ -4,7 +4,7 @@
 
 // Bytes of a name with its end. Longer ones are damage: without a limit, each of many names could reach to the end of
 // its section.
-inline constexpr U32 MAX_NAME_LENGTH = 16 * 1024;
+inline constexpr U32 MAX_NAME_LENGTH = 64 * 1024;
 
 // Reads the fields of a record one after the other. Reading past the end gives 0 and spoils the cursor for good.
 class CByteCursor {

@@ -207,7 +207,7 @@ const char* CAttribute::TextAt(const CDebugSections& Sections, DEBUG_SECTION Sec
   Bytes.Skip(Offset);
   Bytes.Limit(std::min<U64>(Bytes.Left(), MAX_NAME_LENGTH));
   const char* sText = Bytes.Text();
-  if (!sText) Complain(Sections, "text lies outside its section");
+  if (!sText) Complain(Sections, "text is too long or lies outside its section");
   return sText;
 }
 

@@ -30,7 +30,7 @@ U8 FlagsOf(const LINE_ROW& Row) {
 std::string_view DirOf(const LINE_HEADER& Header, const LINE_FILE& File, const std::string& sCompDir) {
   if (File.Dir >= Header.aDirs.size()) return "";
   const std::string_view sDir = Header.aDirs[File.Dir];
-  const bool bCompDir = Header.FirstFile == 0 && sDir == Header.aDirs[0];
+  const bool bCompDir = Header.FirstFile == 0 && sDir == Header.aDirs[0] && !IsAbsoluteSourcePath(std::string(sDir));
   return bCompDir && !sCompDir.empty() ? "" : sDir;
 }
 
