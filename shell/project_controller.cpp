@@ -46,7 +46,7 @@ CProjectController::CProjectController(IProjectView& View, CSessionController& S
 
 void CProjectController::OpenFile(const QString& sPath) {
   if (sPath.isEmpty() || !QFileInfo(sPath).isFile()) return;
-  m_Loader.StartClock();
+  if (!m_Loader.IsReading()) m_Loader.StartClock();
   if (IsProjectFile(sPath)) {
     OpenProject(sPath);
   } else if (IsSourceFile(sPath)) {

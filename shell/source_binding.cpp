@@ -48,5 +48,6 @@ void BindSource(CMainWindow& Window) {
   QObject::connect(&Source, &CSourceWindow::DocumentStateChanged, &Window, &CMainWindow::OnSessionStateChanged);
   QObject::connect(&Source, &CSourceWindow::DocumentEdited, &Window, MoveBreakpoints);
   CBreakpointManager::Get().SetEditedText([&Source](const QString& sPath) { return Source.UnsavedText(sPath); });
+  QObject::connect(&Source, &QObject::destroyed, [] { CBreakpointManager::Get().SetEditedText({}); });
   Source.OnContentChanged();  // linking has enabled all its actions
 }

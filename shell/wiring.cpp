@@ -1,6 +1,7 @@
 #include "shell/wiring.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 #include "device/data_files/vfile.h"
 #include "device/device.h"
@@ -58,12 +59,13 @@ void PlugMessages(CSessionController& Session) {
 
 void PlugProject(CProgramLoader& Loader) {
   PROJECT_HOST Host;
-  Host.IsBusy = [&Loader] { return Loader.IsReading(); };
+  Host.IsBusy = [pLoader = QPointer(&Loader)] { return pLoader && pLoader->IsReading(); };
   Host.ResolvePath = [](const QString& sPath) { return CFileFinder::Get()->FindFile(sPath); };
   // While the device is being set, which core it has is not known.
   Host.HasCpuRegisters = [] {
-    return CDevice::Get().IsJobPending(JT_SET_CONFIG_PARAM) || CRegisterFiles::Get().HasCpuRegisters() ||
-           !CRegisterFiles::DefaultFile().isEmpty();
+    const bool bBeingSet =
+        CDevice::Get().Context().Facts.Get().Core == 0 && CDevice::Get().IsJobPending(JT_SET_CONFIG_PARAM);
+    return bBeingSet || CRegisterFiles::Get().HasCpuRegisters() || !CRegisterFiles::DefaultFile().isEmpty();
   };
   Host.AddSvdFile = [](const QString& sPath) { CRegisterFiles::Get().Add(CFileFinder::Get()->FindFile(sPath)); };
   Host.ClearSvdFiles = [] { CRegisterFiles::Get().Clear(); };

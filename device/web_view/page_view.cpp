@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QTimer>
 #include <QWebEngineLoadingInfo>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr QSize FIRST_SIZE(640, 720);  // of a window of its own
+constexpr int MAX_WAIT_MS = 2000;      // for the end of a page that nobody wants any more
 constexpr double PAGE_ZOOM = 0.85;     // makes the texts as large as those of the windows around
 
 // Shows what this host serves, and nothing that a page there might lead to.
@@ -68,6 +70,12 @@ void CPageView::LoadNext() {
   load(std::exchange(m_Next, QUrl()));
 }
 
+void CPageView::OnWaitedLong() {
+  if (m_Next.isEmpty()) return;
+  m_bLoading = false;
+  LoadNext();
+}
+
 void CPageView::OnInput() {
   char acPart[4096];
   const ssize_t Num = read(STDIN_FILENO, acPart, sizeof(acPart));
@@ -88,6 +96,7 @@ void CPageView::Obey(const QList<QByteArray>& Words) {
     setVisible(sWord == "show");
   } else if (sWord == "load" && Words.size() == 2) {
     m_Next = QUrl::fromEncoded(Words[1]);
+    if (m_bLoading) QTimer::singleShot(MAX_WAIT_MS, this, &CPageView::OnWaitedLong);
     LoadNext();
   } else if (sWord == "parent" && Words.size() == 2) {
     Embed(static_cast<WId>(Words[1].toULongLong()));

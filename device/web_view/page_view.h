@@ -23,6 +23,7 @@ private:
   void OnInput();
   void OnLoading(const QWebEngineLoadingInfo& Info);
   void LoadNext();
+  void OnWaitedLong();
   void Obey(const QList<QByteArray>& Words);
   void Embed(WId Parent);
   void TakePlace();
