@@ -133,7 +133,6 @@ private Q_SLOTS:
     const auto Use = [](const QPalette& Palette) {
       QApplication::setPalette(Palette);
       UpdatePaletteColors();
-      QTest::qWait(0);
     };
     Use(QPalette(QColor(40, 40, 40), QColor(40, 40, 40)));
     PrintConsoleColor(u"user"_s, COLOR_LOGGING_USER);
@@ -141,14 +140,13 @@ private Q_SLOTS:
     SetColorRgb(COLOR_LOGGING_ERROR, 0xFF200000, false);
     PrintConsoleError(u"chosen by the user"_s);
     m_pConsole->Drain();
-    QVERIFY(ColorOf(0).lightness() > 200 && ColorOf(1).lightness() > 150);
+    QTRY_VERIFY(ColorOf(0).lightness() > 200 && ColorOf(1).lightness() > 150);
     QCOMPARE(ColorOf(2).rgba(), 0xFF200000u);
     Use(Before);
-    QVERIFY(ColorOf(0).lightness() < 200);
+    QTRY_VERIFY(ColorOf(0).lightness() < 200);
     SetColorRgb(COLOR_LOGGING_USER, 0xFF123456, false);
     m_pConsole->SetColor(COLOR_LOGGING_USER, GetColor(COLOR_LOGGING_USER));
-    QTest::qWait(0);
-    QCOMPARE(ColorOf(0).rgba(), 0xFF123456u);
+    QTRY_COMPARE(ColorOf(0).rgba(), 0xFF123456u);
     QCOMPARE(ColorOf(1).rgba(), 0xFF00008Bu);
     ResetColors();
   }
@@ -201,19 +199,19 @@ private:
       Plain.fill(Image.pixel(0, 0));
       return Image != Plain;
     };
-    const auto Check = [&] {
-      QTest::qWait(0);
-      for (int Line = 0; Line < View().document()->blockCount(); ++Line) {
-        QCOMPARE(HasInk(Line), FirstLines.contains(Line));
-      }
+    const auto AreStamped = [&] {
+      bool bRight = true;
+      for (int Line = 0; Line < View().document()->blockCount(); ++Line)
+        bRight = bRight && HasInk(Line) == FirstLines.contains(Line);
+      return bRight;
     };
-    Check();
+    QTRY_VERIFY(AreStamped());
     const QFont Uneven = UnevenFont();
     if (Uneven == QFont()) QSKIP("every font here is as high as its fixed-pitch form");
     SetFont(FONT_CONSOLE, Uneven, false);
     m_pConsole->SetFont(FONT_CONSOLE, GetFont(FONT_CONSOLE));
     m_pConsole->resize(500, 500);
-    Check();
+    QTRY_VERIFY(AreStamped());
     SetFont(FONT_CONSOLE, GetFont(FONT_APP), false);
   }
   CCommandInput& Input() { return *m_pConsole->findChild<CCommandInput*>(); }
