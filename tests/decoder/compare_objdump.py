@@ -16,7 +16,7 @@ ROW = re.compile(r"\s*([0-9a-f]+):\t([0-9a-f]{4}(?: [0-9a-f]{4})?|[0-9a-f]{8}|[0
 
 
 def run(*command):
-    result = subprocess.run(command, capture_output=True, text=True, errors="replace", timeout=60)
+    result = subprocess.run(command, capture_output=True, text=True, errors="replace", timeout=300)
     if result.returncode != 0:
         sys.exit(f"{' '.join(command)}: exit {result.returncode}: {result.stderr}")
     return result.stdout.splitlines()
@@ -48,7 +48,7 @@ def texts_agree(inspect, compare, path):
         agree = True
         for mode in ([], ["arm"]):
             result = subprocess.run([compare, "light", "arch=8", f"rows={rows.name}", *mode],
-                                    capture_output=True, text=True, timeout=60)
+                                    capture_output=True, text=True, timeout=300)
             if result.returncode != 0:
                 print(result.stdout)
                 agree = False

@@ -14,7 +14,7 @@ import sys
 from remote_board import EMULATOR, RemoteBoard
 
 SKIPPED = 77
-SESSION_LIMIT_S = 120
+SESSION_LIMIT_S = 300
 MAX_STACK_WORDS = 64
 MAX_SHOWN = 10  # differences of one point
 REGISTERS = [f"R{i}" for i in range(13)] + ["SP", "LR", "PC", "xPSR"]
@@ -52,7 +52,7 @@ WAYS = [
 
 class Symbols:
     def __init__(self, inspect, program):
-        rows = subprocess.run([inspect, "symbols", program], capture_output=True, text=True, timeout=60, check=True)
+        rows = subprocess.run([inspect, "symbols", program], capture_output=True, text=True, timeout=300, check=True)
         self._values = {}
         for row in rows.stdout.splitlines():
             value, _, kind, _, _, name = row.split("\t")

@@ -133,7 +133,7 @@ private Q_SLOTS:
     }
     // The line stays open over another document, and closes again.
     m_S.Source().Open(m_S.Path("traffic.c"));
-    m_S.Source().ShowNextDocument();
+    m_S.Source().Open(m_S.Path("main.c"));
     QVERIFY(m_S.Editor().Rows().IsExpandedAt(Row));
     m_S.GoTo(LINE_SIDE);
     m_S.Press(Qt::Key_Minus, Qt::ControlModifier);
