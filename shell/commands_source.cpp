@@ -15,6 +15,12 @@
 
 namespace {
 
+// What the window does without more.
+template <auto OPERATION>
+void Do(COMMAND_CONTEXT& Context) {
+  (Context.Window.Source().*OPERATION)();
+}
+
 // ---- Going somewhere
 
 void GoToLine(COMMAND_CONTEXT& Context) {
@@ -29,26 +35,6 @@ void GoToLine(COMMAND_CONTEXT& Context) {
 
 void GoToPC(COMMAND_CONTEXT&) {
   if (IsActionEnabled(ACTION_VIEW_PC_LINE, true)) PerformAction(ACTION_VIEW_PC_LINE);
-}
-
-void ShowNextDocument(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().ShowNextDocument();
-}
-
-void GoBack(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().SelectPrevObsvPoint();
-}
-
-void GoForward(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().SelectNextObsvPoint();
-}
-
-void FindNext(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().FindNext();
-}
-
-void FindNextUnderCursor(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().FindNextUnderCursor();
 }
 
 // ---- Execution
@@ -69,25 +55,11 @@ void RunToCursor(COMMAND_CONTEXT& Context) {
   if (Place.HasCode()) PerformAction(ACTION_DEBUG_RUN_TO, PlaceText(Place));
 }
 
-// ---- Lines and their instructions
-
-void ExpandLine(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().ExpandLine();
-}
-
-void CollapseLine(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().CollapseLine();
-}
-
-void ExpandAllLines(COMMAND_CONTEXT& Context) {
-  Context.Window.Source().ExpandAll();
-}
+// ---- What is shown
 
 void CollapseAllLines(COMMAND_CONTEXT& Context) {
   Context.Window.Source().CollapseAll(true);
 }
-
-// ---- What is shown
 
 template <U32 PREFERENCE>
 void TogglePreference(COMMAND_CONTEXT&) {
@@ -95,38 +67,24 @@ void TogglePreference(COMMAND_CONTEXT&) {
                 GetVarValue(PREFERENCE) == 0 ? 1 : 0);
 }
 
-void ResetCodeProfile(COMMAND_CONTEXT& Context) {
-  Q_EMIT Context.Window.Source().ResetExecCounters();
-}
-
 constexpr COMMAND_HANDLER HANDLERS[] = {
-    {ACTION_SRC_FIND_NEXT, FindNext},
-    {ACTION_SRC_FIND_NEXT_UNDER_CURSOR, FindNextUnderCursor},
-    {ACTION_SRC_SHOW_NEXT_DOCUMENT, ShowNextDocument},
+    {ACTION_SRC_FIND_NEXT, Do<&CSourceWindow::FindNext>},
+    {ACTION_SRC_FIND_NEXT_UNDER_CURSOR, Do<&CSourceWindow::FindNextUnderCursor>},
+    {ACTION_SRC_SHOW_NEXT_DOCUMENT, Do<&CSourceWindow::ShowNextDocument>},
     {ACTION_SRC_VIEW_LINE, GoToLine},
     {ACTION_SRC_VIEW_PC, GoToPC},
     {ACTION_SRC_SET_NEXT_STMNT, SetNext},
     {ACTION_SRC_SET_NEXT_PC, SetNext},
     {ACTION_SRC_RUN_TO_CURSOR, RunToCursor},
-    {ACTION_SRC_EXPAND_LINE, ExpandLine},
-    {ACTION_SRC_EXPAND_ALL_LINES, ExpandAllLines},
-    {ACTION_SRC_COLLAPSE_LINE, CollapseLine},
+    {ACTION_SRC_EXPAND_LINE, Do<&CSourceWindow::ExpandLine>},
+    {ACTION_SRC_EXPAND_ALL_LINES, Do<&CSourceWindow::ExpandAll>},
+    {ACTION_SRC_COLLAPSE_LINE, Do<&CSourceWindow::CollapseLine>},
     {ACTION_SRC_COLLAPSE_ALL_LINES, CollapseAllLines},
-    {ACTION_SRC_VIEW_NEXT_OBSV_POINT, GoForward},
-    {ACTION_SRC_VIEW_PREV_OBSV_POINT, GoBack},
+    {ACTION_SRC_VIEW_NEXT_OBSV_POINT, Do<&CSourceWindow::SelectNextObsvPoint>},
+    {ACTION_SRC_VIEW_PREV_OBSV_POINT, Do<&CSourceWindow::SelectPrevObsvPoint>},
     {ACTION_SRC_SHOW_CODE_PROFILE, TogglePreference<PREF_SHOW_SRC_CODE_PROFILE>},
     {ACTION_SRC_LOCK_HEADER_BAR, TogglePreference<PREF_LOCK_HEADER_BAR>},
-    {ACTION_SRC_RESET_CODE_PROFILE, ResetCodeProfile},
-};
-
-// Those that are in no menu of the main window but in one of the source window's.
-struct LABEL {
-  U32 ID;
-  const char* sText;
-  const char* sIcon;
-};
-constexpr LABEL LABELS[] = {
-    {ACTION_SRC_VIEW_PC, "Show &PC Line", "arrow-pc.png"},
+    {ACTION_SRC_RESET_CODE_PROFILE, Do<&CSourceWindow::ResetExecCounters>},
 };
 
 // What stands for a preference has its check mark.
@@ -151,10 +109,9 @@ void RegisterSourceCommands(COMMAND_CONTEXT& Context) {
   }
   for (const U32 ID : {ACTION_SRC_SHOW_NEXT_DOCUMENT, ACTION_SRC_VIEW_LINE})
     GetAction(ID)->setShortcutContext(Qt::WindowShortcut);
-  for (const LABEL& Label : LABELS) {
-    GetAction(Label.ID)->setText(QLatin1String(Label.sText));
-    GetAction(Label.ID)->setIcon(GetIcon(QLatin1String(Label.sIcon)));
-  }
+  // In no menu of the main window, where the others have their texts from.
+  GetAction(ACTION_SRC_VIEW_PC)->setText(QStringLiteral("Show &PC Line"));
+  GetAction(ACTION_SRC_VIEW_PC)->setIcon(GetIcon(QStringLiteral("arrow-pc.png")));
   for (const auto& Check : CHECKS) GetAction(Check.first)->setCheckable(true);
   UpdateChecks();
   AddPreferenceListener([](U32, U32) { UpdateChecks(); });
