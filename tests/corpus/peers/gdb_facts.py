@@ -22,6 +22,21 @@ def lines_at_addresses():
             row("at", f"{address:#010x}", found.symtab.filename if found.symtab else "", found.line, name)
 
 
+def symtabs():
+    seen = {}
+    for low, high in CODE_RANGES:
+        for address in range(low, high, STEP):
+            symtab = gdb.find_pc_line(address).symtab
+            if symtab:
+                seen[symtab.objfile.filename, symtab.filename] = symtab
+    return list(seen.values())
+
+
+def addresses_of_lines(symtab):
+    for entry in symtab.linetable():
+        row("line", symtab.filename, entry.line, f"{entry.pc:#010x}")
+
+
 def type_text(of):
     """The type as vexor-inspect writes it, without qualifiers and the keywords of records: what it is made of stands on
     the right, a typedef only where what it names has no name. Empty for pointers to members."""
@@ -60,6 +75,8 @@ def variable(symbol):
 
 def main():
     lines_at_addresses()
+    for symtab in symtabs():
+        addresses_of_lines(symtab)
     for name in VARIABLE_NAMES:
         variable(gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name))
 

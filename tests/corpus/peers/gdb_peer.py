@@ -60,7 +60,7 @@ def _bare_type(text):
 
 
 def pairs_of_lines(folder, path):
-    """(kind, own facts, gdb's facts) of lines and functions by address."""
+    """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
     result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
                             timeout=facts.TIME_LIMIT_S, check=True)
     own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path))
@@ -71,6 +71,9 @@ def pairs_of_lines(folder, path):
            {(address, *peer_at[address][:2]) for address in both})
     yield ("function at address", {(address, _bare(own_at[address][2])) for address in both},
            {(address, _bare(peer_at[address][2])) for address in both})
+    yield ("addresses of a line",
+           {(_file(file), int(line), int(address, 16)) for file, line, address in own["line"]},
+           {(_file(file), int(line), int(address, 16)) for file, line, address in peer["line"] if int(line)})
 
 
 def pairs_of_data(folder, path):

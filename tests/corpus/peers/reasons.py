@@ -21,6 +21,9 @@ class Context:
         position = bisect.bisect_right(self._addresses, address)
         return self._rows[self._addresses[position - 1]] if position else []
 
+    def rows_at(self, address):
+        return self._rows.get(address, [])
+
 
 def of(context, kind, side, row, own, peer):
     """The reason for one row that only one side has; None where there is none."""
@@ -33,6 +36,22 @@ def of(context, kind, side, row, own, peer):
 def _one_of_several_lines(context, side, row, own, peer):
     address, file, line = row
     return (file, line) in context.rows_near(address) and len(set(context.rows_near(address))) > 1
+
+
+def _later_row_of_address(context, side, row, own, peer):
+    file, line, address = row
+    return side == "peer" and (file, line) in context.rows_at(address)[1:]
+
+
+def _row_that_goes_on(context, side, row, own, peer):
+    file, line, address = row
+    before = context.rows_near(address - 1)
+    return side == "here" and (file, line) in context.rows_at(address) and (file, line) in before
+
+
+def _before_another_file(context, side, row, own, peer):
+    file, line, address = row
+    return side == "here" and any(other != file for other, _ in context.rows_at(address))
 
 
 def _thumb_bit(context, side, row, own, peer):
@@ -73,6 +92,12 @@ _KNOWN = [
      "an entry of a location list without length holds at its address here, nowhere in the peers"),
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb the last"),
+    ("addresses of a line", _later_row_of_address,
+     "several lines begin at one address: the database gives it to the first row of the table"),
+    ("addresses of a line", _row_that_goes_on,
+     "gdb leaves out a row that goes on with the line of the row before"),
+    ("addresses of a line", _before_another_file,
+     "gdb leaves out a line that ends where it begins when the table goes on in another file"),
     ("function at address", _thumb_bit,
      "assemblers write the Thumb bit into the start of a function: gdb begins it one byte later"),
     ("function at address", _inlined_without_call,
