@@ -332,17 +332,10 @@ void CSourceWindow::UpdateActions() {
 
 // ---- Lines and their instructions
 
-void CSourceWindow::ExpandLine() {
+void CSourceWindow::ShowInstructions(bool bOn) {
   const CODE_PLACE Place = CursorPlace();
-  if (!Place.Loc.IsValid() || !GetTextEditor().Expand(Place.Loc)) return;
-  m_pView->Expansions().OnToggled(Place.Loc.Line);
-  m_pView->UpdateHighlights();
-  UpdateActions();
-}
-
-void CSourceWindow::CollapseLine() {
-  const CODE_PLACE Place = CursorPlace();
-  if (!Place.Loc.IsValid() || !GetTextEditor().Collapse(Place.Loc)) return;
+  if (!Place.Loc.IsValid()) return;
+  if (!(bOn ? GetTextEditor().Expand(Place.Loc) : GetTextEditor().Collapse(Place.Loc))) return;
   m_pView->Expansions().OnToggled(Place.Loc.Line);
   m_pView->UpdateHighlights();
   UpdateActions();

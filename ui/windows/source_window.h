@@ -105,8 +105,8 @@ public:
   void SelectNextObsvPoint() { ShowObsvPoint(m_ObsvPoints.Next()); }
 
   // --- Lines and their instructions
-  void ExpandLine();
-  void CollapseLine();
+  void ExpandLine() { ShowInstructions(true); }
+  void CollapseLine() { ShowInstructions(false); }
   void ExpandAll() override;
   void CollapseAll() override { CollapseAll(true); }
   // With bUpdateHistory they stay closed when the document is shown again.
@@ -182,6 +182,8 @@ private:
   void ConnectView();
   QList<int> AllIndices() const;
   void ExpandPcLine();
+  // Of the line of CursorPlace.
+  void ShowInstructions(bool bOn);
   void ShowObsvPoint(const OBSERVATION_POINT& Point);
   void OnEditorClicked(const QPoint& Pos);
   void OnSidebarClicked(int Row, int Button);
