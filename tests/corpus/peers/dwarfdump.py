@@ -8,6 +8,7 @@ TIME_LIMIT_S = 120
 
 ADDRESS_HEADER_SIZE = 8  # of a list of addresses in the 32-bit format
 LENGTH_FIELD_SIZE = 4
+_RECORDS = ["structure_type", "class_type", "union_type"]
 
 _ENTRY = re.compile(r"^0x([0-9a-f]{8,16}):( +)(DW_TAG_\w+|NULL)")
 _ATTRIBUTE = re.compile(r"^ +(DW_AT_\w+)\t\((.*)$", re.DOTALL)
@@ -49,8 +50,12 @@ class DebugInfo:
         self.roots, self._by_offset, self._signatures = [], {}, {}
         self._read(result.stdout.splitlines())
         self._addresses = self._read_addresses(path)
+        with open(path, "rb") as file:
+            self._byte_order = "big" if file.read(6)[5] == 2 else "little"  # EI_DATA
         self._definitions = {id(self.target(entry, "DW_AT_specification")): entry for entry in self.all()
                              if entry.has("DW_AT_specification")}
+        self._records = {self._record_key(entry): entry for entry in reversed(list(self.all()))
+                         if entry.is_tag(*_RECORDS) and entry.has("DW_AT_byte_size")}
 
     @staticmethod
     def _read_addresses(path):
@@ -63,11 +68,17 @@ class DebugInfo:
             offset += int(header, 16) + LENGTH_FIELD_SIZE
         return lists
 
-    def _with_addresses(self, entry, expression):
-        """An expression with the addresses that it names by their index."""
+    def _in_numbers(self, entry, expression):
+        """An expression with the addresses that it names by their index, and bytes of a constant as its number."""
         base = self.root(entry).number("DW_AT_addr_base")
-        return re.sub(r"DW_OP_addrx (0x[0-9a-f]+)", lambda match: f"DW_OP_addr {self._addresses[base][int(match[1], 16)]:#x}",
-                      expression)
+        expression = re.sub(r"DW_OP_addrx (0x[0-9a-f]+)",
+                            lambda match: f"DW_OP_addr {self._addresses[base][int(match[1], 16)]:#x}", expression)
+        return re.sub(r"DW_OP_implicit_value 0x\d((?: 0x[0-9a-f]{2})+)", self._constant, expression)
+
+    def _constant(self, match):
+        values = bytes(int(byte, 16) for byte in match[1].split())
+        number = int.from_bytes(values, self._byte_order, signed=len(values) == 8)
+        return f"DW_OP_constu {number}"
 
     def _read(self, lines):
         types, way, entry, attribute = False, [], None, None
@@ -135,8 +146,14 @@ class DebugInfo:
         return None
 
     def definition(self, entry):
-        """The entry that completes a declaration, or the entry itself."""
-        return self._definitions.get(id(entry), entry)
+        """The entry that completes a declaration, or the entry itself; a record's may stand in another unit."""
+        found = self._definitions.get(id(entry), entry)
+        if found is entry and entry.is_tag(*_RECORDS) and entry.has("DW_AT_declaration"):
+            return self._records.get(self._record_key(entry), entry)
+        return found
+
+    def _record_key(self, entry):
+        return entry.is_tag("union_type"), self.qualified(entry)
 
     def name(self, entry):
         holder = self.holder(entry, "DW_AT_name")
@@ -160,7 +177,7 @@ class DebugInfo:
         parts = [self.name(entry) or ""]
         scope = self.first_form(entry).parent
         while scope:
-            if scope.is_tag("class_type", "structure_type", "union_type", "namespace", "enumeration_type"):
+            if scope.is_tag(*_RECORDS, "namespace", "enumeration_type"):
                 scope = self.first_form(scope)
                 if self.name(scope):
                     parts.append(self.name(scope))
@@ -190,7 +207,7 @@ class DebugInfo:
     def places(self, entry):
         """[(low, high, expression)] of a location; low and high are None for one that holds everywhere."""
         holder = self.holder(entry, "DW_AT_location")
-        text = self._with_addresses(entry, holder.attributes["DW_AT_location"]) if holder else ""
+        text = self._in_numbers(entry, holder.attributes["DW_AT_location"]) if holder else ""
         if text.startswith("DW_OP") or not text:
             return [(None, None, text)] if text else []
         found = re.findall(r"\[0x([0-9a-f]+), 0x([0-9a-f]+)\): ([^\n]*)", text)

@@ -23,12 +23,14 @@ def lines_at_addresses():
 
 
 def symtabs():
+    """The tables of the files with code: a header has one for each unit that uses it."""
     seen = {}
     for low, high in CODE_RANGES:
         for address in range(low, high, STEP):
             symtab = gdb.find_pc_line(address).symtab
             if symtab:
-                seen[symtab.objfile.filename, symtab.filename] = symtab
+                unit = symtab.global_block()
+                seen[symtab.filename, unit.start, unit.end] = symtab
     return list(seen.values())
 
 
@@ -39,7 +41,7 @@ def addresses_of_lines(symtab):
 
 def type_text(of):
     """The type as vexor-inspect writes it, without qualifiers and the keywords of records: what it is made of stands on
-    the right, a typedef only where what it names has no name. Empty for pointers to members."""
+    the right, a typedef only where what it names has no name. A pointer to a member is shown as the member's type."""
     text, pending = "", ""
     while True:
         if of.code == gdb.TYPE_CODE_TYPEDEF:
@@ -57,11 +59,22 @@ def type_text(of):
             continue
         elif of.code == gdb.TYPE_CODE_FUNC:
             text = "(" + ", ".join(type_text(field.type) for field in of.fields()) + ")" + text
-        elif of.code in (gdb.TYPE_CODE_MEMBERPTR, gdb.TYPE_CODE_METHODPTR):
-            return ""
-        else:
+        elif of.code == gdb.TYPE_CODE_METHODPTR:
+            method = of.target()
+            return type_text(method.target()) + "(" + ", ".join(type_text(field.type) for field in method.fields()[1:]) + ")"
+        elif of.code != gdb.TYPE_CODE_MEMBERPTR:
             return (of.name or pending) + text
         of = of.target()
+
+
+def symbols_of_units():
+    """The variables outside functions of the units with code, and those that are asked for by name."""
+    units = {}
+    for symtab in symtabs():
+        unit = symtab.global_block()
+        units[unit.start, unit.end] = [*unit, *symtab.static_block()]
+    yield from (symbol for symbols in units.values() for symbol in symbols)
+    yield from (gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name) for name in VARIABLE_NAMES)
 
 
 def variable(symbol):
@@ -77,8 +90,8 @@ def main():
     lines_at_addresses()
     for symtab in symtabs():
         addresses_of_lines(symtab)
-    for name in VARIABLE_NAMES:
-        variable(gdb.lookup_global_symbol(name) or gdb.lookup_static_symbol(name))
+    for symbol in symbols_of_units():
+        variable(symbol)
 
 
 main()

@@ -21,7 +21,8 @@ def _by_kind(text):
 
 def _gdb_facts(path, ranges, variables=()):
     setting = f"python CODE_RANGES = {ranges}; VARIABLE_NAMES = {list(variables)}"
-    result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True, errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
+    result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True,
+                            errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
     return _by_kind(result.stdout)
 
 
@@ -66,23 +67,20 @@ def pairs_of_lines(folder, path):
     own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path))
     own_at = {int(address, 16): (_file(file), int(line), inner) for address, file, line, inner, _ in own["at"]}
     peer_at = {int(address, 16): (_file(file), int(line), name) for address, file, line, name in peer["at"]}
-    both = own_at.keys() & peer_at.keys()
-    yield ("line at address", {(address, *own_at[address][:2]) for address in both},
-           {(address, *peer_at[address][:2]) for address in both})
-    yield ("function at address", {(address, _bare(own_at[address][2])) for address in both},
-           {(address, _bare(peer_at[address][2])) for address in both})
+    yield ("line at address", {(address, *own_at.get(address, ("", 0))[:2]) for address in peer_at},
+           {(address, *found[:2]) for address, found in peer_at.items()})
+    yield ("function at address", {(address, _bare(own_at.get(address, [""])[-1])) for address in peer_at},
+           {(address, _bare(found[2])) for address, found in peer_at.items()})
     yield ("addresses of a line",
            {(_file(file), int(line), int(address, 16)) for file, line, address in own["line"]},
            {(_file(file), int(line), int(address, 16)) for file, line, address in peer["line"] if int(line)})
 
 
 def pairs_of_data(folder, path):
-    """The same of types of variables. What these consist of, and sizes, are the other peer's."""
-    variables = facts.rows(_own(folder), "variables", path)
+    """The same of variables with an address: name, size and type. Scopes, and what a record consists of, are the other
+    peer's."""
+    variables = [row for row in facts.rows(_own(folder), "variables", path) if row[0].startswith("0x")]
     peer = _gdb_facts(path, _code_ranges(folder, path), sorted({row[3] for row in variables}))
-    own_types = {(_bare(row[3]), int(row[0], 16), _bare_type(row[2]))
-                 for row in variables if row[0].startswith("0x")}
-    peer_types = {(_bare(name), int(address, 16), _bare_type(text)) for name, address, _, text in peer["variable"] if text}
-    places = {row[1] for row in peer_types if row[1]}
-    yield ("types of variables (gdb)", {row for row in own_types if row[1] in places},
-           {row for row in peer_types if row[1]})
+    yield ("types of variables (gdb)",
+           {(_bare(name), int(address, 16), int(size), _bare_type(text)) for address, size, text, name, *_ in variables},
+           {(_bare(name), int(address, 16), int(size), _bare_type(text)) for name, address, size, text in peer["variable"]})

@@ -10,11 +10,16 @@ class Context:
 
     def __init__(self, inspect, path, info):
         self.path, self.info = path, info
-        self._rows = {}
+        self._rows, self._ends = {}, set()
         for address, file, line, _, flags in facts.rows(inspect, "lines", path):
-            if "E" not in flags and line != "0":
+            if "E" in flags:
+                self._ends.add(int(address, 16))
+            elif line != "0":
                 self._rows.setdefault(int(address, 16), []).append((file.rsplit("/", 1)[-1], int(line)))
         self._addresses = sorted(self._rows)
+        # Starts of variables and functions that are in the program.
+        self.symbols = {(kind, int(value, 16) & ~(kind == "FUNC"))
+                        for value, _, kind, *_ in facts.rows(inspect, "symbols", path)}
 
     def rows_near(self, address):
         """File and line of all rows at the nearest address at or below this one."""
@@ -23,6 +28,16 @@ class Context:
 
     def rows_at(self, address):
         return self._rows.get(address, [])
+
+    def rows_where_line_began(self, address):
+        """The rows before those near the address, where these do nothing but go on with the last line of them."""
+        position = bisect.bisect_right(self._addresses, address) - 1
+        while position > 0 and self._addresses[position] not in self._ends:
+            before = self._rows[self._addresses[position - 1]]
+            if set(self._rows[self._addresses[position]]) != {before[-1]}:
+                break
+            position -= 1
+        return self._rows[self._addresses[position]] if position >= 0 else []
 
 
 def of(context, kind, side, row, own, peer):
@@ -34,8 +49,15 @@ def of(context, kind, side, row, own, peer):
 
 
 def _one_of_several_lines(context, side, row, own, peer):
-    address, file, line = row
-    return (file, line) in context.rows_near(address) and len(set(context.rows_near(address))) > 1
+    address, *place = row
+    rows = context.rows_near(address)
+    return len(set(rows)) > 1 and (tuple(place) == rows[0] if side == "here" else tuple(place) in rows[1:])
+
+
+def _where_line_began(context, side, row, own, peer):
+    address, *place = row
+    rows = context.rows_where_line_began(address)
+    return rows != context.rows_near(address) and tuple(place) in (rows[-1:] if side == "here" else rows)
 
 
 def _later_row_of_address(context, side, row, own, peer):
@@ -71,8 +93,19 @@ def _named_in_another_unit(context, side, row, own, peer):
         info.root(entry) is not info.root(info.origin(entry)) for entry in info.all() if info.origin(entry))
 
 
+def _dropped_variable(context, side, row, own, peer):
+    return side == "here" and row[1] == 0 and ("OBJECT", 0) not in context.symbols
+
+
+def _line_of_dropped_function(context, side, row, own, peer):
+    return side == "peer" and ("FUNC", 0) not in context.symbols and any(
+        low == 0 and low <= row[2] < high for entry in context.info.all() if entry.is_tag("subprogram")
+        for low, high in context.info.ranges(entry))
+
+
 def _entry_without_length(context, side, row, own, peer):
-    """Own rows at such an entry say what it says, or begin behind it; the peer's go on over it."""
+    """Own rows at such an entry say what it says, or begin behind it; the peer's go on over it, or begin behind it what
+    goes on here."""
     _, name, _, place, first, end = row
     for entry in context.info.all():
         if entry.is_tag("variable", "formal_parameter") and (context.info.name(entry) or "") == name:
@@ -82,7 +115,7 @@ def _entry_without_length(context, side, row, own, peer):
                 here = first <= low < end
                 if here and (side == "peer" or facts.place_of(expression) == place):
                     return True
-                if side == "here" and low == first - facts.STEP:
+                if low == first - facts.STEP and (side == "here" or (*row[:4], low, end) in own):
                     return True
     return False
 
@@ -91,7 +124,11 @@ _KNOWN = [
     ("places of locals", _entry_without_length,
      "an entry of a location list without length holds at its address here, nowhere in the peers"),
     ("line at address", _one_of_several_lines,
-     "several lines begin at one address: the database takes the first row of the table, gdb the last"),
+     "several lines begin at one address: the database takes the first row of the table, gdb a later one"),
+    ("line at address", _where_line_began,
+     "gdb leaves out a row that goes on with the line of the row before, and answers with a row of where that began"),
+    ("addresses of a line", _line_of_dropped_function,
+     "a function that the linker dropped stands at address 0, with its lines in gdb where the program has data there"),
     ("addresses of a line", _later_row_of_address,
      "several lines begin at one address: the database gives it to the first row of the table"),
     ("addresses of a line", _row_that_goes_on,
@@ -104,4 +141,6 @@ _KNOWN = [
      "gdb shows an inlined instance only where its call is described, which needs version 3"),
     ("types of variables (gdb)", _named_in_another_unit,
      "gdb finds no constant whose name stands in another unit, as link-time optimisation leaves it"),
+    ("types of variables (gdb)", _dropped_variable,
+     "a variable that the linker dropped stands at address 0: gdb leaves it out"),
 ]
