@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const U8* pData, size_t NumBytes) {
   const int Handle = memfd_create("program_fuzz", 0);
   if (Handle < 0 || write(Handle, pData, NumBytes) != static_cast<ssize_t>(NumBytes)) __builtin_trap();
-  if (ELFAPI_Load(QStringLiteral("/proc/self/fd/%1").arg(Handle)) == 0) CAskProgram();
+  if (ELFAPI_Load(QStringLiteral("/proc/self/fd/%1").arg(Handle)) == 0) AskProgram();
   ELFAPI_Unload();
   close(Handle);
   return 0;

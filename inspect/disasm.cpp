@@ -10,6 +10,7 @@ namespace {
 
 constexpr U32 SHT_PROGRAM_BITS = 1;
 constexpr U32 SHF_CODE = 2 | 4;  // allocated, executable
+
 void PrintRange(const INSPECT_OPTIONS& Options, U32 Start, U32 End) {
   U32 Addr = std::max(Start, Options.From);
   End = std::min(End, Options.To);

@@ -65,3 +65,9 @@ private:
     }
   }
 };
+
+// The answers must go somewhere, or the compiler leaves out the reads that this is for.
+inline void AskProgram() {
+  [[maybe_unused]] static volatile U64 Sink;
+  Sink = CAskProgram().Total();
+}

@@ -11,6 +11,7 @@ TEST_F(ElfDwarf, SampleProgramInAllVersions) {
   const std::pair<std::string, U32> aPrograms[] = {
       {"gcc_dwarf2_O0.elf", 2}, {"gcc_dwarf3_O2.elf", 3}, {"gcc_dwarf4_O2.elf", 4}, {"gcc_dwarf5_O0.elf", 5},
       {"gcc_dwarf5_O2.elf", 5}, {"mixed.elf", 5},         {"big_endian.elf", 4},    {"gcc_dwarf5_lto.elf", 5},
+      {"clang_dwarf4.elf", 4},  {"clang_dwarf5.elf", 5},
   };
   for (const auto& [sName, Version] : aPrograms) {
     SCOPED_TRACE(sName);

@@ -40,61 +40,63 @@ struct EXPR_CASE {
   const char* sMessage = "";
 };
 
+constexpr const char* TOO_LONG = "DW_OP_implicit_value with data size greater than 8 bytes is not supported";
+constexpr const char* NO_ENTRY = "'DW_OP_entry_value' operation encountered that does not specify an entry location.";
+
+constexpr EXPR_CASE EXPR_CASES[] = {
+    {"03 10000020", "[20000010]"},
+    {"03 10000020 23 08", "[20000018]"},
+    {"03 10000020 9f", "value [20000010]"},
+    {"08 ff", "const 255"},
+    {"09 ff", "const -1"},
+    {"0a 0080", "const 32768"},
+    {"0b 0080", "const -32768"},
+    {"0d ffffffff", "const -1"},
+    {"0e 0100000001000000", "const 4294967297"},
+    {"11 7f 9f", "value const -1"},
+    {"3f 9f", "value const 15"},
+    {"53", "R3"},
+    {"90 8002", "R256"},
+    {"53 9f", "value R3"},
+    {"53 93 04 54 93 04", "-"},
+    {"77 78", "[R7 - 8]", "R7 - 8"},
+    {"77 00", "[R7]", "R7"},
+    {"77 78 9f", "value [R7 - 8]", "value R7 - 8"},
+    {"77 78 23 10", "[R7 + 8]", "R7 + 8"},
+    {"92 0d 10", "[R13 + 16]", "R13 + 16"},
+    {"70 00 71 00 1c 9f", "-"},
+    {"91 6c", "[BP - 20]"},
+    {"91 6c 06", "-"},
+    {"91 6c 96", "[BP - 20]"},
+    {"91 ffffffff0f", "[BP - 1]"},
+    {"23 0c", "Parent loc + 12"},
+    {"9c", "R13 + 16"},
+    {"9e 04 0000803f", "const 1065353216"},
+    {"9e 0a 01000000000000000200", "const 1", nullptr, TOO_LONG},
+    {"a1 01", "[20000400]"},
+    {"fb 00", "[20000010]"},
+    {"a1 02", "-"},
+    {"a2 01 9f", "value const 536871936"},
+    {"a3 01 50", "entry R0"},
+    {"f3 01 51 9f", "value entry R1"},
+    {"a3 02 7d 08", "entry [R13 + 8]", "entry R13 + 8"},
+    {"a3 00", "-", nullptr, NO_ENTRY},
+    {"a3 06 a3 04 a3 02 a3 00", "-", nullptr, NO_ENTRY},
+    {"a3 03 50 23 01", "-", nullptr, NO_ENTRY},
+    {"a0 10000000 00", "-"},
+    {"fa 10000000 9f", "-"},
+    // Damage.
+    {"", "-"},
+    {"03 100000", "-"},
+    {"50 e7", "-"},
+    {"9e ff01 00", "-"},
+    {"91 80", "-"},
+};
+
 }  // namespace
 
 TEST(Location, Expressions) {
-  const char* sTooLong = "DW_OP_implicit_value with data size greater than 8 bytes is not supported";
-  const char* sNoEntry = "'DW_OP_entry_value' operation encountered that does not specify an entry location.";
-  const EXPR_CASE aCases[] = {
-      {"03 10000020", "[20000010]"},
-      {"03 10000020 23 08", "[20000018]"},
-      {"03 10000020 9f", "value [20000010]"},
-      {"08 ff", "const 255"},
-      {"09 ff", "const -1"},
-      {"0a 0080", "const 32768"},
-      {"0b 0080", "const -32768"},
-      {"0d ffffffff", "const -1"},
-      {"0e 0100000001000000", "const 4294967297"},
-      {"11 7f 9f", "value const -1"},
-      {"3f 9f", "value const 15"},
-      {"53", "R3"},
-      {"90 8002", "R256"},
-      {"53 9f", "value R3"},
-      {"53 93 04 54 93 04", "-"},
-      {"77 78", "[R7 - 8]", "R7 - 8"},
-      {"77 00", "[R7]", "R7"},
-      {"77 78 9f", "value [R7 - 8]", "value R7 - 8"},
-      {"77 78 23 10", "[R7 + 8]", "R7 + 8"},
-      {"92 0d 10", "[R13 + 16]", "R13 + 16"},
-      {"70 00 71 00 1c 9f", "-"},
-      {"91 6c", "[BP - 20]"},
-      {"91 6c 06", "-"},
-      {"91 6c 96", "[BP - 20]"},
-      {"91 ffffffff0f", "[BP - 1]"},
-      {"23 0c", "Parent loc + 12"},
-      {"9c", "R13 + 16"},
-      {"9e 04 0000803f", "const 1065353216"},
-      {"9e 0a 01000000000000000200", "const 1", nullptr, sTooLong},
-      {"a1 01", "[20000400]"},
-      {"fb 00", "[20000010]"},
-      {"a1 02", "-"},
-      {"a2 01 9f", "value const 536871936"},
-      {"a3 01 50", "entry R0"},
-      {"f3 01 51 9f", "value entry R1"},
-      {"a3 02 7d 08", "entry [R13 + 8]", "entry R13 + 8"},
-      {"a3 00", "-", nullptr, sNoEntry},
-      {"a3 06 a3 04 a3 02 a3 00", "-", nullptr, sNoEntry},
-      {"a3 03 50 23 01", "-", nullptr, sNoEntry},
-      {"a0 10000000 00", "-"},
-      {"fa 10000000 9f", "-"},
-      // Damage.
-      {"", "-"},
-      {"03 100000", "-"},
-      {"50 e7", "-"},
-      {"9e ff01 00", "-"},
-      {"91 80", "-"},
-  };
-  for (const EXPR_CASE& Case : aCases) {
+  for (const EXPR_CASE& Case : EXPR_CASES) {
     for (const bool bFrameBase : {false, true}) {
       SCOPED_TRACE(Case.sBytes);
       CTestContext Context;

@@ -58,79 +58,80 @@ std::string Answer(ELF_SYM_HANDLE hSym, U32 Attr) {
   return sText.empty() ? "none" : "bytes " + sText;
 }
 
+constexpr U32 NAME = ELF_ATTR_NAME, NUMBER = ELF_ATTR_CONST_VALUE, TYPE = ELF_ATTR_TYPE;
+struct FORM_CASE {
+  U16 Version;
+  bool b64;
+  U32 Attr;
+  const char* sForm;  // as it stands in the abbreviation
+  const char* sValue;
+  const char* sAnswer;
+};
+constexpr FORM_CASE FORM_CASES[] = {
+    {2, false, NUMBER, "0b", "ff", "255"},
+    {3, false, NUMBER, "05", "ffff", "65535"},
+    {4, false, NUMBER, "06", "01000080", "2147483649"},
+    {5, false, NUMBER, "07", "ffffffffffffffff", "-1"},
+    {5, false, NUMBER, "0f", "8001", "128"},
+    {5, false, NUMBER, "0d", "807f", "-128"},
+    {5, false, NUMBER, "21 7e", "", "-2"},
+    {5, false, NUMBER, "16", "0b 2a", "42"},
+    {5, false, NUMBER, "16", "81 3e 01", "8192"},
+    {4, false, NUMBER, "0c", "07", "1"},
+    {4, false, NUMBER, "19", "", "1"},
+    {4, false, NUMBER, "17", "78563412", "305419896"},
+    {4, true, NUMBER, "17", "7856341200000000", "305419896"},
+    {4, false, NUMBER, "01", "00100000", "4096"},
+    {5, false, NUMBER, "1b", "00", "4096"},
+    {5, false, NUMBER, "29", "01", "8192"},
+    {5, false, NUMBER, "2a", "0100", "8192"},
+    {5, false, NUMBER, "2b", "010000", "8192"},
+    {5, false, NUMBER, "2c", "01000000", "8192"},
+    {4, false, NUMBER, "81 3e", "00", "4096"},
+    {5, false, NUMBER, "1b", "09", "none"},
+    {4, false, NUMBER, "0a", "02 0102", "bytes 0102"},
+    {4, false, NUMBER, "03", "0200 0102", "bytes 0102"},
+    {4, false, NUMBER, "04", "02000000 0102", "bytes 0102"},
+    {4, false, NUMBER, "09", "02 0102", "bytes 0102"},
+    {4, false, NUMBER, "18", "01 30", "bytes 30"},
+    {5, false, NUMBER, "1e", "000102030405060708090a0b0c0d0e0f", "bytes 000102030405060708090a0b0c0d0e0f"},
+    {5, false, NUMBER, "22", "03", "none"},
+    {5, false, NUMBER, "23", "03", "none"},
+    {2, false, NAME, "08", "6f6e6500", "one"},
+    {2, false, NAME, "0e", "05000000", "one"},
+    {3, true, NAME, "0e", "0500000000000000", "one"},
+    {5, false, NAME, "1f", "00000000", "line"},
+    {5, false, NAME, "1a", "02", "two"},
+    {5, false, NAME, "25", "01", "one"},
+    {5, false, NAME, "26", "0100", "one"},
+    {5, false, NAME, "27", "010000", "one"},
+    {5, false, NAME, "28", "01000000", "one"},
+    {4, false, NAME, "82 3e", "02", "two"},
+    {5, false, NAME, "1a", "ffffffffffffffffff01", "none"},
+    {5, false, NAME, "0e", "ffff0000", "none"},
+    {5, false, NAME, "1d", "00000000", "none"},
+    {5, false, NAME, "a1 3e", "00000000", "none"},
+    {4, false, TYPE, "11", "0b", "entry 1"},
+    {4, false, TYPE, "12", "0b00", "entry 1"},
+    {4, false, TYPE, "13", "0b000000", "entry 1"},
+    {4, false, TYPE, "14", "0b00000000000000", "entry 1"},
+    {4, false, TYPE, "15", "0b", "entry 1"},
+    {4, false, TYPE, "10", "0b000000", "entry 1"},
+    {2, true, TYPE, "10", "17000000", "entry 1"},
+    {3, true, TYPE, "10", "1700000000000000", "entry 1"},
+    {4, false, TYPE, "13", "0a000000", "none"},
+    {4, false, TYPE, "14", "0b000000000000ff", "none"},
+    {4, false, TYPE, "20", "0102030405060708", "none"},
+    {5, false, TYPE, "1c", "00000000", "none"},
+    {5, false, TYPE, "24", "0000000000000000", "none"},
+    {5, false, TYPE, "a0 3e", "00000000", "none"},
+};
+
 }  // namespace
 
 // One value of each form, with a byte size of 0x5A behind it that is only found if the form's length is right.
 TEST_F(ElfUnits, EveryForm) {
-  constexpr U32 NAME = ELF_ATTR_NAME, NUMBER = ELF_ATTR_CONST_VALUE, TYPE = ELF_ATTR_TYPE;
-  struct FORM_CASE {
-    U16 Version;
-    bool b64;
-    U32 Attr;
-    const char* sForm;  // as it stands in the abbreviation
-    const char* sValue;
-    const char* sAnswer;
-  };
-  const FORM_CASE aCases[] = {
-      {2, false, NUMBER, "0b", "ff", "255"},
-      {3, false, NUMBER, "05", "ffff", "65535"},
-      {4, false, NUMBER, "06", "01000080", "2147483649"},
-      {5, false, NUMBER, "07", "ffffffffffffffff", "-1"},
-      {5, false, NUMBER, "0f", "8001", "128"},
-      {5, false, NUMBER, "0d", "807f", "-128"},
-      {5, false, NUMBER, "21 7e", "", "-2"},
-      {5, false, NUMBER, "16", "0b 2a", "42"},
-      {5, false, NUMBER, "16", "81 3e 01", "8192"},
-      {4, false, NUMBER, "0c", "07", "1"},
-      {4, false, NUMBER, "19", "", "1"},
-      {4, false, NUMBER, "17", "78563412", "305419896"},
-      {4, true, NUMBER, "17", "7856341200000000", "305419896"},
-      {4, false, NUMBER, "01", "00100000", "4096"},
-      {5, false, NUMBER, "1b", "00", "4096"},
-      {5, false, NUMBER, "29", "01", "8192"},
-      {5, false, NUMBER, "2a", "0100", "8192"},
-      {5, false, NUMBER, "2b", "010000", "8192"},
-      {5, false, NUMBER, "2c", "01000000", "8192"},
-      {4, false, NUMBER, "81 3e", "00", "4096"},
-      {5, false, NUMBER, "1b", "09", "none"},
-      {4, false, NUMBER, "0a", "02 0102", "bytes 0102"},
-      {4, false, NUMBER, "03", "0200 0102", "bytes 0102"},
-      {4, false, NUMBER, "04", "02000000 0102", "bytes 0102"},
-      {4, false, NUMBER, "09", "02 0102", "bytes 0102"},
-      {4, false, NUMBER, "18", "01 30", "bytes 30"},
-      {5, false, NUMBER, "1e", "000102030405060708090a0b0c0d0e0f", "bytes 000102030405060708090a0b0c0d0e0f"},
-      {5, false, NUMBER, "22", "03", "none"},
-      {5, false, NUMBER, "23", "03", "none"},
-      {2, false, NAME, "08", "6f6e6500", "one"},
-      {2, false, NAME, "0e", "05000000", "one"},
-      {3, true, NAME, "0e", "0500000000000000", "one"},
-      {5, false, NAME, "1f", "00000000", "line"},
-      {5, false, NAME, "1a", "02", "two"},
-      {5, false, NAME, "25", "01", "one"},
-      {5, false, NAME, "26", "0100", "one"},
-      {5, false, NAME, "27", "010000", "one"},
-      {5, false, NAME, "28", "01000000", "one"},
-      {4, false, NAME, "82 3e", "02", "two"},
-      {5, false, NAME, "1a", "ffffffffffffffffff01", "none"},
-      {5, false, NAME, "0e", "ffff0000", "none"},
-      {5, false, NAME, "1d", "00000000", "none"},
-      {5, false, NAME, "a1 3e", "00000000", "none"},
-      {4, false, TYPE, "11", "0b", "entry 1"},
-      {4, false, TYPE, "12", "0b00", "entry 1"},
-      {4, false, TYPE, "13", "0b000000", "entry 1"},
-      {4, false, TYPE, "14", "0b00000000000000", "entry 1"},
-      {4, false, TYPE, "15", "0b", "entry 1"},
-      {4, false, TYPE, "10", "0b000000", "entry 1"},
-      {2, true, TYPE, "10", "17000000", "entry 1"},
-      {3, true, TYPE, "10", "1700000000000000", "entry 1"},
-      {4, false, TYPE, "13", "0a000000", "none"},
-      {4, false, TYPE, "14", "0b000000000000ff", "none"},
-      {4, false, TYPE, "20", "0102030405060708", "none"},
-      {5, false, TYPE, "1c", "00000000", "none"},
-      {5, false, TYPE, "24", "0000000000000000", "none"},
-      {5, false, TYPE, "a0 3e", "00000000", "none"},
-  };
-  for (const FORM_CASE& Case : aCases) {
+  for (const FORM_CASE& Case : FORM_CASES) {
     SCOPED_TRACE(std::string(Case.sForm) + ": " + Case.sValue + " in version " + std::to_string(Case.Version));
     const std::string sAbbrevs =
         "01 11 01 72 06 73 06 0000  02 34 00" + Hex(static_cast<U8>(Case.Attr)) + Case.sForm + "0b 0b 0000 00";
