@@ -1,6 +1,7 @@
 """Differences between the tools that are known, with the reason for each."""
 
 import bisect
+import re
 
 import facts
 
@@ -17,6 +18,7 @@ class Context:
             elif line != "0":
                 self._rows.setdefault(int(address, 16), []).append((file.rsplit("/", 1)[-1], int(line)))
         self._addresses = sorted(self._rows)
+        self.in_words = b".note.iar" in path.read_bytes()  # the name of a section
         # Starts of variables and functions that are in the program.
         self.symbols = {(kind, int(value, 16) & ~(kind == "FUNC"))
                         for value, _, kind, *_ in facts.rows(inspect, "symbols", path)}
@@ -103,6 +105,12 @@ def _line_of_dropped_function(context, side, row, own, peer):
         for low, high in context.info.ranges(entry))
 
 
+def _frame_in_words(context, side, row, own, peer):
+    def in_bytes(low, high, cfa, rules):
+        return low, high, re.sub(r" (\d+)$", lambda match: f" {4 * int(match[1])}", cfa), rules
+    return context.in_words and (in_bytes(*row) in own if side == "peer" else row in {in_bytes(*other) for other in peer})
+
+
 def _entry_without_length(context, side, row, own, peer):
     """Own rows at such an entry say what it says, or begin behind it; the peer's go on over it, or begin behind it what
     goes on here."""
@@ -123,6 +131,8 @@ def _entry_without_length(context, side, row, own, peer):
 _KNOWN = [
     ("places of locals", _entry_without_length,
      "an entry of a location list without length holds at its address here, nowhere in the peers"),
+    ("frame rows", _frame_in_words,
+     "a section of the file says that its frames are counted in words, which readelf shows as they stand"),
     ("line at address", _one_of_several_lines,
      "several lines begin at one address: the database takes the first row of the table, gdb a later one"),
     ("line at address", _where_line_began,

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds the programs that the tests of the program database load: demo.elf, and the same program for address 0 with
-# debug information for its assembler file as low.elf. Needs gcc-arm-none-eabi.
+# Builds the programs that the tests of the program database load: demo.elf, the same program for address 0 with
+# debug information for its assembler file as low.elf, and foreign.elf. Needs gcc-arm-none-eabi.
 set -e
 cd "$(dirname "$0")"
 flags="-mcpu=cortex-m4 -mthumb -g3 -gdwarf-5 -ffile-prefix-map=$PWD=/demo -ffreestanding"
@@ -23,3 +23,7 @@ arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h)
 arm-none-eabi-objcopy -O srec demo.elf demo.srec
 arm-none-eabi-objcopy -O ihex demo.elf demo.hex
 arm-none-eabi-objcopy -O binary -j .text demo.elf demo.bin
+
+# What other compilers write, by hand.
+arm-none-eabi-gcc -c foreign.S -o "$out/foreign.o"
+arm-none-eabi-gcc -nostdlib -Wl,--build-id=none,-e,Start,-Ttext,0x8000,-Tdata,0x20000000 "$out/foreign.o" -o foreign.elf
