@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 
 #include "program/elf/elf.h"
 
@@ -65,12 +66,25 @@ void CProgramView::LoadSegments(ELF_FILE* pFile) {
   for (U32 i = 0; i < ELF_GetNumSegments(pFile); ++i) {
     const U8* pData = ELF_GetSegmentData(pFile, i);
     const U32 Size = ELF_GetSegmentFileSize(pFile, i);
-    const U32 Addr = ELF_RelocToFile(ELF_GetSegmentVAddr(pFile, i), 1, 0);
     if (ELF_GetSegmentType(pFile, i) != PT_LOADABLE || pData == nullptr || Size == 0) continue;
-    const U32 Kept = std::min(Size, INVALID_ADDR - Addr);
-    aSegment.push_back({Addr, QByteArray(reinterpret_cast<const char*>(pData), Kept), {}});
+    AddPieces(ELF_GetSegmentVAddr(pFile, i), QByteArray(reinterpret_cast<const char*>(pData), Size));
   }
   std::sort(aSegment.begin(), aSegment.end(), ByAddr<SEGMENT>);
+}
+
+void CProgramView::AddPieces(U32 FileAddr, const QByteArray& Data) {
+  const U64 Size = static_cast<U64>(Data.size());
+  for (U64 Offset = 0; Offset < Size;) {
+    const U32 Start = static_cast<U32>(FileAddr + Offset);
+    U32 Edge = ELF_NextRelocEdge(Start);
+    const U32 Addr = ELF_RelocToFile(Start, 1, 0);
+    // Most edges are no cut: "*" ends at the end of memory, and what is moved alike stays together.
+    while (Edge != INVALID_ADDR && ELF_RelocToFile(Edge, 1, 0) - Edge == Addr - Start) Edge = ELF_NextRelocEdge(Edge);
+    const U64 Left = std::min<U64>(Size - Offset, Edge != INVALID_ADDR ? Edge - Start : Size);
+    const U64 Kept = std::min<U64>(Left, INVALID_ADDR - Addr);
+    aSegment.push_back({Addr, Start, Data.mid(static_cast<qsizetype>(Offset), static_cast<qsizetype>(Kept)), {}});
+    Offset += Left;
+  }
 }
 
 void CProgramView::LoadSymbols(ELF_FILE* pFile, U32 InstAlign) {
@@ -109,9 +123,23 @@ int CProgramView::LoadRegions(ELF_FILE* pFile, U32 InstAlign) {
     Region.Kind = KindOfMappingSymbol(Region.sName);
     aRegion.push_back(Region);
   }
+  if (ELF_HasRelocations()) AddRegionsOfPieces();
   std::stable_sort(aRegion.begin(), aRegion.end(), ByAddr<VCORE_REGION>);
   IndexRegions();
   return static_cast<int>(aRegion.size());
+}
+
+void CProgramView::AddRegionsOfPieces() {
+  std::map<U32, size_t> ByFileAddr;
+  for (size_t i = 0; i < aRegion.size(); ++i)
+    ByFileAddr[ELF_RelocFromFile(static_cast<U32>(aRegion[i].Addr), 1, 0)] = i;
+  for (const SEGMENT& Segment : aSegment) {
+    auto it = ByFileAddr.upper_bound(Segment.FileAddr);
+    if (it == ByFileAddr.begin() || (--it)->first == Segment.FileAddr) continue;
+    VCORE_REGION Region = aRegion[it->second];
+    Region.Addr = Segment.Addr;
+    aRegion.push_back(Region);
+  }
 }
 
 void CProgramView::IndexRegions() {

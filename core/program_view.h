@@ -41,8 +41,10 @@ public:
   bool FindLabel(U32 Addr, U32 InstAlign, QString& sName, U32& Offset) const;
 
 private:
+  // A segment, or a piece of one whose parts are relocated in different ways.
   struct SEGMENT {
     U32 Addr;
+    U32 FileAddr;  // before relocation
     QByteArray Data;
     std::vector<I32> aRegionOfChunk;  // position of the region at the start of each chunk
   };
@@ -52,7 +54,10 @@ private:
     QString sName;
   };
   void LoadSegments(ELF_FILE* pFile);
+  void AddPieces(U32 FileAddr, const QByteArray& Data);
   void LoadSymbols(ELF_FILE* pFile, U32 InstAlign);
+  // What a mapping symbol says of code goes with the code when only a part of it is moved.
+  void AddRegionsOfPieces();
   void IndexRegions();
   const SEGMENT* SegmentAt(U32 Addr) const;
 

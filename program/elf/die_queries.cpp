@@ -79,3 +79,12 @@ const char* ELF_GetDeclFile(ELF_SYM_HANDLE hSym) {
   const ELF_FILE* pFile = FileOfDie(hSym, Entry);
   return pFile ? CDieLookup(*pFile->pDwarf).DeclFile(Entry) : nullptr;
 }
+
+const char* ELF_GetCompDir(ELF_SYM_HANDLE hSym) {
+  U32 Entry;
+  const ELF_FILE* pFile = FileOfDie(hSym, Entry);
+  if (!pFile) return nullptr;
+  const DWARF_INFO& Info = *pFile->pDwarf;
+  const CDie Unit = Info.Reader.Load(Info.Index.Ref(Info.Index.UnitOf(Entry).TopEntry));
+  return Unit ? Info.Reader.Text(Unit, DW_AT_comp_dir) : nullptr;
+}

@@ -204,6 +204,8 @@ ELF_SYM_HANDLE ELF_GetAbstractOrigin(ELF_SYM_HANDLE hSym);
 ELF_SYM_HANDLE ELF_GetDefinition(ELF_SYM_HANDLE hSym);
 // Path of the file of the declaration, for an inlined instance that of the call; the unit's name where it is unknown.
 const char* ELF_GetDeclFile(ELF_SYM_HANDLE hSym);
+// Directory in which the unit of the entry was compiled; null when unknown.
+const char* ELF_GetCompDir(ELF_SYM_HANDLE hSym);
 
 // ---- Lists, in file order. A declaration or an artificial entry is in none of them ----------------------------------
 
@@ -270,6 +272,8 @@ void ELF_ClearRelocations();
 U32 ELF_RelocToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust);
 // The reverse: address in the file of an address on the target.
 U32 ELF_RelocFromFile(U32 Addr, U32 LowAdjust, U32 HighAdjust);
+// Lowest address above Addr, both in the file, where something that is relocated begins or ends; 0xFFFFFFFF if none.
+U32 ELF_NextRelocEdge(U32 Addr);
 
 // ---- Target image ---------------------------------------------------------------------------------------------------
 

@@ -186,3 +186,7 @@ U32 ELF_RelocToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust) {
 U32 ELF_RelocFromFile(U32 Addr, U32 LowAdjust, U32 HighAdjust) {
   return ReaderState().Relocations.ToFile(Addr, LowAdjust, HighAdjust);
 }
+
+U32 ELF_NextRelocEdge(U32 Addr) {
+  return ReaderState().Relocations.NextEdge(Addr);
+}

@@ -1,5 +1,6 @@
 #include "program/elf/relocation_map.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -75,4 +76,14 @@ U32 CRelocationMap::ToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust) const {
     }
   }
   return Addr;
+}
+
+U32 CRelocationMap::NextEdge(U32 Addr) const {
+  U32 Next = INVALID_ADDR;
+  for (const ENTRY& Entry : aEntries) {
+    for (const U32 Edge : {Entry.Range.Start, Entry.Range.End}) {
+      if (Edge > Addr) Next = std::min(Next, Edge);
+    }
+  }
+  return Next;
 }

@@ -24,6 +24,8 @@ public:
 
   U32 ToTarget(U32 Addr, U32 LowAdjust, U32 HighAdjust) const;
   U32 ToFile(U32 Addr, U32 LowAdjust, U32 HighAdjust) const;
+  // Lowest start or end of an entry above Addr, 0xFFFFFFFF if there is none.
+  U32 NextEdge(U32 Addr) const;
 
 private:
   struct ENTRY {
