@@ -22,7 +22,7 @@ struct ELF_FILE;
 
 // Where names of local variables are looked up.
 struct SCOPE {
-  U32 CurrentPC = 0;
+  U32 CurrentPC = INVALID_ADDR;
   ELF_SYM_HANDLE CurrentFunc = 0;
   ELF_SYM_LIST LocalVars;
   CNameIndex Names;
@@ -48,7 +48,7 @@ struct SYMBOL_CACHES {
   QHash<std::pair<ELF_SYM_HANDLE, U32>, ELF_SYM_LOC> Places;  // by symbol and PC
 };
 
-// The paths at which the file finder finds the program's files, by lower-cased path.
+// The paths at which the file finder finds the program's files, by their key.
 struct FOUND_PATHS {
   U32 Generation = 0;  // of the finder's settings
   QHash<QString, FILE_INDEX> Files;
@@ -124,8 +124,8 @@ bool LoadFilesAndLines(DATABASE& Db, const STEP_DONE& StepDone);
 bool LoadSymbols(DATABASE& Db, const STEP_DONE& StepDone);
 
 // Builds the tables of the open file anew after its addresses have changed. The caller has the core model decode the
-// program when the lock has gone.
-void RebuildTables(CDatabaseLock& Db);
+// program when the lock has gone. False, and the tables are as they were, when there is not enough memory.
+bool RebuildTables(CDatabaseLock& Db);
 
 // ELFAPI_GetScopeName without inline namespaces, which a user may leave out.
 QString ScopeNameWithoutInline(ELF_SYM_HANDLE Sym);

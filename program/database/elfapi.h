@@ -178,13 +178,14 @@ ELF_SYM_LIST ELFAPI_GetInlinedFuncs(ELF_SYM_HANDLE Func);
 ELF_SYM_LIST ELFAPI_GetFileFunctions(U32 FileId);
 // Paths of the source files that exist on this host, then the redirected ones.
 QStringList ELFAPI_GetSourceFiles();
-// Sets the scope in which names of local variables are looked up.
+// Sets the scope in which names of local variables are looked up: where the target has halted, told before anybody is
+// told of the halt, and INVALID_ADDR without one. A program that takes the loaded one's place keeps it.
 void ELFAPI_SetCurrentPC(U32 PC);
 
 // ---- Files
 
 // Identifier of a source file of the program, by the path in the program file, by its new path after a redirection, or
-// by the path at which the file finder finds it. INVALID_FILE_ID when the program has no such file.
+// by the path at which the file finder finds it; case, "." and ".." and the kind of slashes do not count. INVALID_FILE_ID when the program has no such file.
 U32 ELFAPI_FileId(const QString& sPath);
 // Path of a file as the program file gives it, or as redirected.
 QString ELFAPI_GetFilePathOf(U32 FileId);

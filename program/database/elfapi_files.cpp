@@ -3,7 +3,6 @@
 #include <QSet>
 #include <algorithm>
 
-#include "base/text.h"
 #include "program/database/core_link.h"
 #include "program/database/database.h"
 #include "program/database/file_finder.h"
@@ -21,11 +20,11 @@ FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
     Db->FoundPaths.emplace();
     Db->FoundPaths->Generation = Generation;
     for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
-      const QString sKey = NormalisedPath(pFinder->FindFile(Db->Files.At(i).sOwnPath)).toLower();
+      const QString sKey = FilePathKey(pFinder->FindFile(Db->Files.At(i).sOwnPath));
       if (!sKey.isEmpty() && !Db->FoundPaths->Files.contains(sKey)) Db->FoundPaths->Files.insert(sKey, i);
     }
   }
-  return Db->FoundPaths->Files.value(NormalisedPath(sPath).toLower(), -1);
+  return Db->FoundPaths->Files.value(FilePathKey(sPath), -1);
 }
 
 }  // namespace
@@ -45,7 +44,7 @@ int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
     CDatabaseLock Db;
     if (ELF_AddRelocation(sText.toUtf8().constData(), Delta) != 0) return -1;
     if (!Db->pElf) return 0;
-    RebuildTables(Db);
+    if (!RebuildTables(Db)) return -1;
   }
   AnalyzeCoreProgram();
   return 0;
@@ -131,16 +130,17 @@ QHash<U32, QAddrRanges> ELFAPI_GetFileCode() {
 
 QStringList ELFAPI_GetSourceFiles() {
   const CDatabaseLock Db;
-  QStringList Existing, Redirected;
-  for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
-    const FILE_ENTRY& File = Db->Files.At(i);
-    if (File.bRedirected) {
-      if (!Redirected.contains(File.sPath)) Redirected.append(File.sPath);
-    } else if (File.bExists) {
-      Existing.append(File.sPath);
+  QStringList Paths;
+  QSet<U32> Known;  // files that were redirected to one path share it
+  for (const bool bRedirected : {false, true}) {
+    for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
+      const FILE_ENTRY& File = Db->Files.At(i);
+      if (File.bRedirected != bRedirected || (!bRedirected && !File.bExists) || Known.contains(File.Id)) continue;
+      Known.insert(File.Id);
+      Paths.append(File.sPath);
     }
   }
-  return Existing + Redirected;
+  return Paths;
 }
 
 U32 ELFAPI_GetFileAt(U32 Addr) {

@@ -121,21 +121,23 @@ QAddrList ELFAPI_GetLocAddrs(const CSrcLoc& Loc) {
 CSrcLoc ELFAPI_NextSrcLoc(const CSrcLoc& Loc) {
   const CDatabaseLock Db;
   I64 Nearest = -1;
-  for (const FILE_INDEX File : Db->Files.FindId(Loc.File)) {
+  const QList<FILE_INDEX> Files = Db->Files.FindId(Loc.File);
+  for (const FILE_INDEX File : Files) {
     const I64 Line = Db->Lines.NextLine(File, Loc.Line);
     if (Line >= 0 && (Nearest < 0 || Line < Nearest)) Nearest = Line;
   }
   if (Nearest < 0 || Nearest - Loc.Line > MAX_LINES_AHEAD) return {};
-  return {Loc.File, static_cast<U32>(Nearest), 0};
+  return {Db->Files.At(Files.first()).Id, static_cast<U32>(Nearest), 0};
 }
 
 CSrcLoc ELFAPI_PrevSrcLoc(const CSrcLoc& Loc) {
   const CDatabaseLock Db;
   I64 Nearest = -1;
-  for (const FILE_INDEX File : Db->Files.FindId(Loc.File)) {
+  const QList<FILE_INDEX> Files = Db->Files.FindId(Loc.File);
+  for (const FILE_INDEX File : Files) {
     Nearest = std::max(Nearest, Db->Lines.PrevLine(File, Loc.Line));
   }
-  return Nearest < 0 ? CSrcLoc() : CSrcLoc{Loc.File, static_cast<U32>(Nearest), 0};
+  return Nearest < 0 ? CSrcLoc() : CSrcLoc{Db->Files.At(Files.first()).Id, static_cast<U32>(Nearest), 0};
 }
 
 U32 ELFAPI_NextProgramAddr(U32 Addr) {

@@ -6,6 +6,7 @@
 #include "program/database/core_link.h"
 #include "program/database/database.h"
 #include "program/elf/elf.h"
+#include "program/elf/source_path.h"
 
 namespace {
 
@@ -89,7 +90,7 @@ public:
     }
   }
 
-  void AddTo(FILE_ENTRY& File, ELF_SYM_HANDLE Unit) {
+  void AddTo(FILE_ENTRY& File, ELF_SYM_HANDLE Unit, bool bIsMain) {
     QAddrRanges& Ranges = m_Ranges[Unit];
     if (!m_Merged.contains(Unit)) {
       Ranges = MergedRanges(Ranges + CodeRangesOf(Unit));
@@ -100,6 +101,7 @@ public:
     for (const CAddrRange& Range : Ranges) {
       if (Range.Start <= File.HighAddr && Range.End() > File.LowAddr) File.Ranges.append(Range);
     }
+    if (bIsMain) File.MainRanges += File.Ranges.mid(NumBefore);
     m_Effort += File.Ranges.size() - NumBefore + Ranges.size() / COMPARISONS_OF_RANGE;
   }
 
@@ -114,13 +116,46 @@ private:
   QSet<ELF_SYM_HANDLE> m_Merged;  // those that are complete
 };
 
+// Tells the main files of units, by the paths that lines have: several files of a program may have one bare name.
+class CMainFiles {
+public:
+  explicit CMainFiles(const CFileTable& Files) : m_Files(Files) {}
+
+  bool IsMain(FILE_INDEX File, ELF_SYM_HANDLE Unit) {
+    const auto it = m_Units.constFind(Unit);
+    const UNIT_FILE& Main = it != m_Units.cend() ? *it : *m_Units.insert(Unit, Find(Unit));
+    if (Main.File >= 0) return File == Main.File;
+    return !Main.sEnd.isEmpty() && FilePathKey(m_Files.At(File).sOwnPath).endsWith(Main.sEnd);
+  }
+
+private:
+  struct UNIT_FILE {
+    FILE_INDEX File = -1;
+    QString sEnd;  // of its path's key, where the directory is unknown
+  };
+
+  UNIT_FILE Find(ELF_SYM_HANDLE Unit) const {
+    const char* sName = ELF_GetName(Unit);
+    const char* sDir = ELF_GetCompDir(Unit);
+    if (!sName || !*sName) return {};
+    const QString sPath = QString::fromStdString(JoinSourcePath(sDir ? sDir : "", "", sName));
+    return {m_Files.FindOwnPath(sPath), QLatin1Char('/') + FilePathKey(QString::fromUtf8(sName))};
+  }
+
+  const CFileTable& m_Files;
+  QHash<ELF_SYM_HANDLE, UNIT_FILE> m_Units;
+};
+
 void SetFileRanges(DATABASE& Db, CReaderFiles& ReaderFiles) {
   CUnitRanges UnitRanges(Db.pElf);
+  CMainFiles MainFiles(Db.Files);
   for (U32 i = 0; i < ELF_GetNumSrcFiles(Db.pElf); ++i) {
-    FILE_ENTRY& File = Db.Files.At(ReaderFiles.OfReaderFile(i));
+    const FILE_INDEX Index = ReaderFiles.OfReaderFile(i);
+    FILE_ENTRY& File = Db.Files.At(Index);
     if (File.HighAddr < File.LowAddr) continue;
     for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(Db.pElf, i); ++Unit) {
-      UnitRanges.AddTo(File, ELF_GetSrcFileUnit(Db.pElf, i, Unit));
+      const ELF_SYM_HANDLE hUnit = ELF_GetSrcFileUnit(Db.pElf, i, Unit);
+      UnitRanges.AddTo(File, hUnit, MainFiles.IsMain(Index, hUnit));
     }
     File.Ranges = MergedRanges(File.Ranges);
   }

@@ -1,15 +1,10 @@
 // The part of a load that builds the tables of symbols and functions.
 
-#include <QSet>
-#include <algorithm>
-
 #include "base/msg_flags.h"
 #include "program/database/database.h"
 #include "program/elf/elf.h"
 
 namespace {
-
-constexpr qsizetype MAX_FILE_NAME = 255;  // characters
 
 using LIST_SIZE = U32 (*)(const ELF_FILE*);
 using LIST_ENTRY = ELF_SYM_HANDLE (*)(const ELF_FILE*, U32);
@@ -43,32 +38,11 @@ ELF_SYM_LIST ReadLists(DATABASE& Db) {
   return Inlined;
 }
 
-QString FileNameOf(const QString& sPath) {
-  return sPath.mid(std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\'))) + 1);
-}
-
-// Names of the main files of all compilation units.
-QSet<QString> UnitFileNames(const ELF_FILE* pElf) {
-  QSet<ELF_SYM_HANDLE> Units;
-  for (U32 i = 0; i < ELF_GetNumSrcFiles(pElf); ++i) {
-    for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(pElf, i); ++Unit) Units.insert(ELF_GetSrcFileUnit(pElf, i, Unit));
-  }
-  QSet<QString> Names;
-  for (const ELF_SYM_HANDLE Unit : Units) {
-    const QString sName = FileNameOf(QString::fromUtf8(ELF_GetName(Unit)));
-    if (sName.size() <= MAX_FILE_NAME) Names.insert(sName);
-  }
-  return Names;
-}
-
 void BuildFileTree(DATABASE& Db) {
   // The main file of a unit shares its ranges with the headers in it, and the last file found is the answer.
-  const QSet<QString> UnitNames = UnitFileNames(Db.pElf);
-  for (const bool bMainFiles : {false, true}) {
+  for (const auto Ranges : {&FILE_ENTRY::Ranges, &FILE_ENTRY::MainRanges}) {
     for (FILE_INDEX i = 0; i < Db.Files.Count(); ++i) {
-      const FILE_ENTRY& File = Db.Files.At(i);
-      if (UnitNames.contains(FileNameOf(File.sOwnPath)) != bMainFiles) continue;
-      for (const CAddrRange& Range : File.Ranges) {
+      for (const CAddrRange& Range : Db.Files.At(i).*Ranges) {
         Db.FileTree.Add(Range.Start, Range.Start + (Range.Size > 2 ? Range.Size - 2 : 0), static_cast<U64>(i));
       }
     }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/stable_hash.h"
+#include "base/text.h"
 
 namespace {
 
@@ -26,14 +27,18 @@ INTERNED& Interned() {
 std::optional<U32> InternedId(const QString& sPath) {
   INTERNED& Table = Interned();
   const std::lock_guard Lock(Table.Mutex);
-  const auto it = Table.IdOfKey.constFind(sPath.toLower());
+  const auto it = Table.IdOfKey.constFind(FilePathKey(sPath));
   return it != Table.IdOfKey.cend() ? std::optional(it.value()) : std::nullopt;
 }
 
 }  // namespace
 
+QString FilePathKey(const QString& sPath) {
+  return NormalisedPath(sPath).toLower();
+}
+
 U32 InternFileId(const QString& sPath) {
-  const QString sKey = sPath.toLower();
+  const QString sKey = FilePathKey(sPath);
   INTERNED& Table = Interned();
   const std::lock_guard Lock(Table.Mutex);
   const auto it = Table.IdOfKey.constFind(sKey);
@@ -66,15 +71,17 @@ CAddrRange FILE_ENTRY::Range() const {
 
 void CFileTable::Clear() {
   m_Files.clear();
+  m_BySpelling.clear();
   m_ByOwnKey.clear();
   m_ById.clear();
 }
 
 FILE_INDEX CFileTable::Add(const QString& sPath) {
-  const QString sKey = sPath.toLower();
-  const auto it = m_ByOwnKey.constFind(sKey);
-  if (it != m_ByOwnKey.cend()) return it.value();
-  const FILE_INDEX Index = Count();
+  const QString sKey = FilePathKey(sPath);
+  const FILE_INDEX Known = m_ByOwnKey.value(sKey, -1);
+  const FILE_INDEX Index = Known >= 0 ? Known : Count();
+  m_BySpelling.insert(sPath, Index);
+  if (Known >= 0) return Known;
   FILE_ENTRY Entry;
   Entry.sPath = Entry.sOwnPath = sPath;
   Entry.Id = InternFileId(sPath);
@@ -84,8 +91,25 @@ FILE_INDEX CFileTable::Add(const QString& sPath) {
   return Index;
 }
 
+FILE_INDEX CFileTable::FindOwnPath(const QString& sPath) const {
+  const auto it = m_BySpelling.constFind(sPath);
+  return it != m_BySpelling.cend() ? it.value() : m_ByOwnKey.value(FilePathKey(sPath), -1);
+}
+
+QList<FILE_INDEX> CFileTable::FindPresentId(U32 Id) const {
+  QList<FILE_INDEX> Indices;
+  const auto [First, End] = m_ById.equal_range(Id);
+  for (auto it = First; it != End; ++it) {
+    if (At(it.value()).Id == Id) Indices.append(it.value());
+  }
+  std::sort(Indices.begin(), Indices.end());
+  return Indices;
+}
+
 QList<FILE_INDEX> CFileTable::FindId(U32 Id) const {
-  QList<FILE_INDEX> Indices = m_ById.values(Id);
+  QList<FILE_INDEX> Indices = FindPresentId(Id);
+  if (!Indices.isEmpty()) return Indices;
+  Indices = m_ById.values(Id);
   std::sort(Indices.begin(), Indices.end());
   return Indices;
 }
@@ -94,7 +118,7 @@ U32 CFileTable::IdOfPath(const QString& sPath) const {
   const FILE_INDEX Own = FindOwnPath(sPath);
   if (Own >= 0) return At(Own).Id;
   const std::optional<U32> Id = InternedId(sPath);
-  const QList<FILE_INDEX> Files = Id ? FindId(*Id) : QList<FILE_INDEX>();
+  const QList<FILE_INDEX> Files = Id ? FindPresentId(*Id) : QList<FILE_INDEX>();
   return Files.isEmpty() ? NO_FILE_ID : At(Files.first()).Id;
 }
 
@@ -105,7 +129,8 @@ void CFileTable::TestExistence() {
 }
 
 bool CFileTable::Redirect(const QString& sOldPath, const QString& sNewPath) {
-  const QList<FILE_INDEX> Files = FindId(IdOfPath(sOldPath));
+  const FILE_INDEX Own = FindOwnPath(sOldPath);
+  const QList<FILE_INDEX> Files = Own >= 0 ? QList<FILE_INDEX>{Own} : FindPresentId(IdOfPath(sOldPath));
   const U32 NewId = InternFileId(sNewPath);
   const bool bExists = QFileInfo::exists(sNewPath);
   for (const FILE_INDEX Index : Files) {
@@ -113,7 +138,7 @@ bool CFileTable::Redirect(const QString& sOldPath, const QString& sNewPath) {
     Entry.sPath = sNewPath;
     Entry.Id = NewId;
     Entry.bExists = bExists;
-    Entry.bRedirected = Entry.sOwnPath.compare(sNewPath, Qt::CaseInsensitive) != 0;
+    Entry.bRedirected = FilePathKey(Entry.sOwnPath) != FilePathKey(sNewPath);
     if (!m_ById.contains(NewId, Index)) m_ById.insert(NewId, Index);
   }
   return !Files.isEmpty();
@@ -122,5 +147,9 @@ bool CFileTable::Redirect(const QString& sOldPath, const QString& sNewPath) {
 void CFileTable::RedirectLike(const CFileTable& Other) {
   for (const FILE_ENTRY& File : Other.m_Files) {
     if (File.bRedirected) Redirect(File.sOwnPath, File.sPath);
+  }
+  for (auto it = Other.m_ById.cbegin(); it != Other.m_ById.cend(); ++it) {
+    const FILE_INDEX Index = FindOwnPath(Other.At(it.value()).sOwnPath);
+    if (Index >= 0 && !m_ById.contains(it.key(), Index)) m_ById.insert(it.key(), Index);
   }
 }

@@ -19,20 +19,35 @@ QString TimeText(const QElapsedTimer& Timer) {
   return QStringLiteral("%1 ms").arg(Timer.elapsed());
 }
 
+// Makes this thread ask the new tables.
+class CDatabaseScope {
+public:
+  explicit CDatabaseScope(DATABASE* pDatabase) { UseDatabase(pDatabase); }
+  ~CDatabaseScope() { UseDatabase(nullptr); }
+  CDatabaseScope(const CDatabaseScope&) = delete;
+  CDatabaseScope& operator=(const CDatabaseScope&) = delete;
+};
+
 // Makes this thread ask the new program.
 class CBuildScope {
 public:
-  CBuildScope(READER_STATE* pReader, VCore::CORE_STATE* pCore, DATABASE* pDatabase) {
+  CBuildScope(READER_STATE* pReader, VCore::CORE_STATE* pCore, DATABASE* pDatabase) : m_Database(pDatabase) {
     ELF_UseReader(pReader);
     UseCore(pCore);
-    UseDatabase(pDatabase);
   }
   ~CBuildScope() {
-    UseDatabase(nullptr);
     UseCore(nullptr);
     ELF_UseReader(nullptr);
   }
+
+private:
+  CDatabaseScope m_Database;
 };
+
+void LogNoMemory(const QString& sPath) {
+  DatabaseLog(QStringLiteral("\"%1\": not enough memory for the tables of the program").arg(sPath),
+              MSG_ERROR | MSG_TO_ALL);
+}
 
 // Once it is told to stop, it stays so.
 class CProgress {
@@ -102,21 +117,26 @@ void GiveProgramToCore() {
   AnalyzeCoreProgram();
 }
 
-void RebuildTables(CDatabaseLock& Db) {
+bool RebuildTables(CDatabaseLock& Db) {
   const CBusyMark Busy;
   auto pNew = std::make_unique<DATABASE>();
   pNew->pElf = Db->pElf;
   pNew->sPath = Db->sPath;
   const CFileTable& OldFiles = Db->Files;
   const U32 CurrentPC = Db->Scope.CurrentPC;
-  UseDatabase(pNew.get());
-  CProgress Progress({});
-  BuildTables(*pNew, Progress);
-  pNew->Files.RedirectLike(OldFiles);
-  ELFAPI_SetCurrentPC(CurrentPC);
-  UseDatabase(nullptr);
+  try {
+    const CDatabaseScope Scope(pNew.get());
+    CProgress Progress({});
+    BuildTables(*pNew, Progress);
+    pNew->Files.RedirectLike(OldFiles);
+    ELFAPI_SetCurrentPC(CurrentPC);
+  } catch (const std::bad_alloc&) {
+    LogNoMemory(Db->sPath);
+    return false;
+  }
   Db.Exchange(pNew);
   VFile::CFileWorker::Get()->SetProgram(Db->DataSegments);
+  return true;
 }
 
 CProgramBuild::CProgramBuild() = default;
@@ -151,8 +171,7 @@ PROGRAM_BUILD_RESULT CProgramBuild::Read(const QString& sPath, const BUILD_PROGR
     AnalyzeCoreProgram();
     return Progress.GoOn(BUILD_PROGRESS_END) ? PROGRAM_BUILT : PROGRAM_BUILD_STOPPED;
   } catch (const std::bad_alloc&) {
-    DatabaseLog(QStringLiteral("\"%1\": not enough memory for the tables of the program").arg(sPath),
-                MSG_ERROR | MSG_TO_ALL);
+    LogNoMemory(sPath);
     return PROGRAM_REFUSED;
   }
 }
@@ -162,9 +181,12 @@ void CProgramBuild::TakeOver() {
   {
     const CBusyMark Busy;
     CDatabaseLock Db;
+    // The target may stand still meanwhile.
+    const U32 CurrentPC = Db->Scope.CurrentPC;
     ELF_ExchangeReader(*m_pReader);
     bDecoded = TakeCoreProgram(*m_pCore);
     Db.Exchange(m_pDatabase);
+    ELFAPI_SetCurrentPC(CurrentPC);
     VFile::CFileWorker::Get()->SetProgram(Db->DataSegments);
     DatabaseState().bLoaded = true;
   }

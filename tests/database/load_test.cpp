@@ -121,6 +121,51 @@ TEST_F(LoadTest, ARelocatedProgramMovesOnce) {
   EXPECT_EQ(CodeAnswers(0x08000000), Expected) << "it goes with the program";
 }
 
+// A function in the middle of the section, with what the mapping symbols around it say.
+TEST_F(LoadTest, APartOfASegmentMoves) {
+  constexpr U32 MOVE = 0x00010000;
+  const CSrcLoc Line = ELFAPI_GetFirstSrcLoc(AddrOf("UseShapes"));
+  QAddrList Expected = ELFAPI_GetLocBlocks(Line);
+  ASSERT_FALSE(Expected.isEmpty());
+  for (U32& Addr : Expected) Addr += MOVE;
+  ASSERT_EQ(ELFAPI_AddRelocation(u"UseShapes"_s, MOVE), 0);
+  EXPECT_EQ(ELFAPI_GetLocBlocks(Line), Expected);
+  EXPECT_TRUE(VCore::IsInstruction(0x080101fe) && !VCore::IsInstruction(0x080001fe));
+  for (const auto& [Addr, sMapping] : {std::pair{0x080001fc, u"$Thumb"_s},
+                                       {0x080001fe, {}},
+                                       {0x080101fe, u"$Thumb"_s},
+                                       {0x08010230, u"$Thumb"_s},
+                                       {0x08010240, u"$Data"_s},
+                                       {0x08000244, u"$Thumb"_s}}) {
+    EXPECT_EQ(ELFAPI_GetMappingName(static_cast<U32>(Addr), false), sMapping) << std::hex << Addr;
+  }
+}
+
+// The header that two units share, under other names: of two spellings, and of other units' main files.
+TEST_F(LoadTest, FilesAreToldApartByTheirWholePaths) {
+  const QAddrList Shared = AddrsOf("shared.h:11");
+  const QByteArray Bytes = ReadBytes(DEMO_ELF);
+  const qsizetype First = Bytes.indexOf("shared.h"), Second = Bytes.indexOf("shared.h", First + 1);
+  const auto LoadWith = [&](const char* sFirst, const char* sSecond) {
+    return LoadBytes(QByteArray(Bytes).replace(First, 8, sFirst).replace(Second, 8, sSecond));
+  };
+  ASSERT_EQ(LoadWith("./a/../x", "./b/../x"), 0);
+  ASSERT_EQ(Shared.size(), 2);
+  EXPECT_EQ(ELFAPI_GetAddrsOfLoc({FileId("\\Demo\\x"), 11, 0}), Shared);
+  ASSERT_EQ(LoadWith("second.c", "/first.c"), 0);
+  EXPECT_EQ(ELFAPI_GetFilePathOf(ELFAPI_GetFileAt(AddrOf("FirstStep"))), u"/demo/first.c");
+  EXPECT_EQ(ELFAPI_GetFilePathOf(ELFAPI_GetFileAt(AddrOf("SecondStep"))), u"/demo/second.c");
+  EXPECT_EQ(Names(ELFAPI_GetFileFunctions(FileId("/demo/second.c"))), "SecondStep LongStatement Clamp");
+}
+
+TEST_F(LoadTest, TheScopeOutlivesTheProgram) {
+  ELFAPI_SetCurrentPC(AddrOf("FirstStep"));
+  const std::string Locals = Names(ELFAPI_GetLocalVars());
+  ASSERT_NE(Locals, "");
+  ASSERT_EQ(ELFAPI_Load(DEMO_ELF), 0);
+  EXPECT_EQ(Names(ELFAPI_GetLocalVars()), Locals);
+}
+
 TEST_F(LoadTest, ARedirectedFileIsTheSameFile) {
   const QString sOld = u"/demo/first.c"_s, sNew = DEMO_DIR + u"first.c"_s;
   const CSrcLoc OldLoc = Loc("first.c:16");
@@ -141,7 +186,7 @@ TEST_F(LoadTest, ARedirectedFileIsTheSameFile) {
     for (const U32 Asked : {OldLoc.File, Id}) {
       EXPECT_EQ(ELFAPI_GetAddrOfLoc({Asked, OldLoc.Line, 0}), Addrs.first() + Move);
       EXPECT_EQ(ELFAPI_GetFileFunctions(Asked), Functions);
-      EXPECT_EQ(ELFAPI_NextSrcLoc({Asked, OldLoc.Line, 0}).Line, 17u);
+      EXPECT_EQ(ELFAPI_NextSrcLoc({Asked, OldLoc.Line, 0}), (CSrcLoc{Id, 17, 0}));
     }
     EXPECT_EQ(ELFAPI_GetFirstSrcLoc(Addrs.first() + Move).File, Id);
     EXPECT_EQ(ELFAPI_GetFileAt(Addrs.first() + Move), Id);
@@ -234,6 +279,25 @@ TEST(FileTableTest, PathsWithOneHashGetDifferentIdentifiers) {
   EXPECT_EQ(Files.IdOfPath(sB), IdB);
   EXPECT_EQ(Files.FindId(IdB), QList<FILE_INDEX>{1});
   EXPECT_EQ(InternFileId(sA), IdA);
+}
+
+TEST(FileTableTest, ARedirectionTakesThePlaceOfTheOneBefore) {
+  const QString sA = u"/p/a.c"_s, sB = u"/p/b.c"_s, sM = u"/p/moved.c"_s;
+  CFileTable Files;
+  for (const QString& sPath : {sA, sB}) Files.Add(sPath);
+  Files.Redirect(sA, sM);
+  const U32 IdM = Files.IdOfPath(u"/p/x/../MOVED.c"_s);
+  EXPECT_EQ(Files.FindId(IdM), QList<FILE_INDEX>{0});
+  Files.Redirect(sA, sB);
+  EXPECT_EQ(Files.IdOfPath(sM), INVALID_FILE_ID);
+  CFileTable Again;
+  for (const QString& sPath : {sA, sB}) Again.Add(sPath);
+  Again.RedirectLike(Files);
+  EXPECT_EQ(Again.FindId(IdM), QList<FILE_INDEX>{0}) << "what was told is good still";
+  EXPECT_EQ(Again.FindId(InternFileId(sB)), (QList<FILE_INDEX>{0, 1}));
+  Again.Redirect(sB, sM);
+  EXPECT_EQ(Again.FindId(InternFileId(sB)), QList<FILE_INDEX>{0});
+  EXPECT_EQ(Again.FindId(IdM), QList<FILE_INDEX>{1});
 }
 
 }  // namespace

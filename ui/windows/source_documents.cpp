@@ -1,12 +1,14 @@
 #include "ui/windows/source_documents.h"
 
+#include "base/text.h"
+
 int CSourceDocuments::IndexOf(const QString& sPath) const {
   for (int i = 0; i < Count(); ++i) {
     if (m_List[i].sFilePath == sPath) return i;
   }
-  const QString sFound = FindSourceFile(sPath);
+  const QString sFound = NormalisedPath(FindSourceFile(sPath));
   for (int i = 0; i < Count(); ++i) {
-    if (m_List[i].bExists && m_List[i].sResolvedPath == sFound) return i;
+    if (m_List[i].bExists && NormalisedPath(m_List[i].sResolvedPath) == sFound) return i;
   }
   return -1;
 }
