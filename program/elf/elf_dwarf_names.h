@@ -30,6 +30,8 @@ enum ELF_DWARF_TAG : U32 {
   ELF_TAG_VOLATILE = 0x35,
   ELF_TAG_NAMESPACE = 0x39,
   ELF_TAG_TYPE_UNIT = 0x41,
+  ELF_TAG_CALL_SITE = 0x48,
+  ELF_TAG_GNU_CALL_SITE = 0x4109,  // before version 5
 };
 
 enum ELF_DWARF_ATTR : U32 {
@@ -56,4 +58,5 @@ enum ELF_DWARF_ATTR : U32 {
   ELF_ATTR_CALL_COLUMN = 0x57,
   ELF_ATTR_CALL_FILE = 0x58,
   ELF_ATTR_CALL_LINE = 0x59,
+  ELF_ATTR_CALL_ORIGIN = 0x7f,  // of a call site; before version 5 it is the abstract origin
 };

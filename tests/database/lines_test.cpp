@@ -61,6 +61,34 @@ TEST_F(LinesTest, WalksTheLinesOfAFile) {
   EXPECT_EQ(ELFAPI_NextSrcLoc({Loc("first.c:1").File, 0xFFFFFFFF, 0}).Line, 0u);
 }
 
+TEST_F(LinesTest, AddressesAroundAnAddress) {
+  constexpr U32 CODE = 0x08000000;
+  EXPECT_EQ(ELFAPI_GetLocAddrs(Loc("first.c:17")), (QAddrList{CODE + 0x28})) << "its other block is not its first";
+  EXPECT_EQ(ELFAPI_GetLocBlocks(Loc("first.c:17")), (QAddrList{CODE + 0x28, CODE + 0x34}));
+  EXPECT_EQ(ELFAPI_GetLocAddrs(Loc("first.c:23")), (QAddrList{CODE + 0x56, CODE + 0x58, CODE + 0x5A, CODE + 0x5E}));
+  const std::tuple<U32, U32, U32> aCases[] = {
+      // address, the line entry in front of it, the next address of another line
+      {CODE + 0x14, INVALID_ADDR, CODE + 0x16},   {CODE + 0x5A, CODE + 0x56, CODE + 0x60},
+      {CODE + 0x5E, CODE + 0x56, CODE + 0x60},    {CODE + 0x6A, CODE + 0x68, CODE + 0x74},
+      {CODE + 0x256, CODE + 0x254, INVALID_ADDR},
+  };
+  for (const auto& [Addr, Before, Next] : aCases) {
+    U32 Found = INVALID_ADDR;
+    EXPECT_EQ(ELFAPI_PrevProgramAddr(Addr), Before) << std::hex << Addr;
+    EXPECT_EQ(ELFAPI_NextSrcAddr(Addr, Found), Next == INVALID_ADDR ? -1 : 0) << std::hex << Addr;
+    EXPECT_EQ(Found, Next) << std::hex << Addr;
+  }
+  EXPECT_TRUE(ELFAPI_IsInFunction(Global("main"), CODE + 0x72));
+  EXPECT_FALSE(ELFAPI_IsInFunction(Global("main"), CODE + 0x74) || ELFAPI_IsInFunction(Global("main"), CODE + 0x52));
+  EXPECT_EQ(Names(ELFAPI_GetSymbolsAt(CODE + 0x54, true, false)), "main main $t");
+  EXPECT_EQ(Names(ELFAPI_GetSymbolsAt(CODE + 0x54, false, false)), "main $t");
+  EXPECT_EQ(ELFAPI_GetNumCfiBlocks(), 10u);
+  EXPECT_EQ(ELFAPI_GetFileRanges(FileId("/demo/first.c")), (QAddrRanges{{CODE + 0x14, 0x60}}));
+  EXPECT_FALSE(ELFAPI_IsFileLoc(CODE + 0x54));
+  ELFAPI_RedirectFile(u"/demo/first.c"_s, DEMO_DIR + u"first.c"_s);
+  EXPECT_TRUE(ELFAPI_IsFileLoc(CODE + 0x54));
+}
+
 TEST_F(LinesTest, StatementStartsAndExecutableLines) {
   const QAddrList Main23 = AddrsOf("first.c:23");
   ASSERT_EQ(Main23.size(), 2);

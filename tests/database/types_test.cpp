@@ -4,6 +4,7 @@
 
 #include "program/database/elfapi_types.h"
 #include "program/elf/elf.h"
+#include "program/elf/elf_dwarf_names.h"
 
 namespace {
 
@@ -58,6 +59,41 @@ TEST_F(TypesTest, MembersAlsoOfBaseClasses) {
   const ELF_SYM_LOC MixinPlace = ELFAPI_GetLocation(ELFAPI_GetBases(Device).value(1), 0);
   EXPECT_EQ(MixinPlace.Type, U32(ELF_LOC_PARENT_LOC));
   EXPECT_EQ(MixinPlace.Offset, 12);
+}
+
+TEST_F(TypesTest, BitsSignsAndConstants) {
+  struct CASE {
+    const char* sMember;
+    U32 Offset, BigEndianOffset, Size;
+    bool bSigned;
+  };
+  const CASE aCases[] = {
+      {"valid", 0, 31, 1, false}, {"mode", 1, 28, 3, false},  {"level", 4, 21, 7, true},
+      {"rest", 0, 0, 0, false},   {"wide", 24, 0, 40, false},
+  };
+  for (const QString& sFile : CORPUS_FILES + QStringList{u"gcc_v4_O1_be8"_s}) {
+    SCOPED_TRACE(sFile.toStdString());
+    LoadCorpus(sFile);
+    for (const CASE& Case : aCases) {
+      SCOPED_TRACE(Case.sMember);
+      const MEMBER_PLACE Place = ELFAPI_FindMember(Global("status"), QLatin1String(Case.sMember));
+      const ELF_SYM_HANDLE Member = ELFAPI_GetMember(Place.Class, static_cast<U32>(Place.Member));
+      EXPECT_EQ(ELFAPI_GetBitOffset(Member), ELFAPI_GetEncoding() == 1 ? Case.BigEndianOffset : Case.Offset);
+      EXPECT_EQ(ELFAPI_GetBitSize(Member), Case.Size);
+      EXPECT_EQ(ELFAPI_IsSigned(Member), Case.bSigned);
+      EXPECT_EQ(ELFAPI_GetAccess(Member), U32(ELF_ACCESS_PUBLIC));
+    }
+    const ELF_SYM_HANDLE Colour = ELFAPI_FindSymbol(u"colour"_s, false, false, true, false);
+    const MEMBER_PLACE Negative = ELFAPI_FindMember(Colour, u"COLOUR_NEGATIVE"_s);
+    const ELF_SYM_HANDLE Enumerator = ELFAPI_GetMember(Negative.Class, static_cast<U32>(Negative.Member));
+    EXPECT_EQ(ELFAPI_GetConstValue(Enumerator).toHex(), "fdffffff");
+    EXPECT_TRUE(ELFAPI_GetTag(Enumerator) == ELF_TAG_ENUMERATOR && ELFAPI_GetTag(0) == ELF_TAG_INVALID);
+    EXPECT_TRUE(ELFAPI_IsStatic(Local("apply", "calls")) && !ELFAPI_IsStatic(Local("apply", "a")));
+    EXPECT_TRUE(ELFAPI_IsVariable(Local("apply", "a")) && !ELFAPI_IsVariable(Global("apply")));
+    EXPECT_EQ(ELFAPI_GetRttBlock(), 0u);
+  }
+  ASSERT_EQ(ELFAPI_Load(QStringLiteral(VEXOR_SOURCE_DIR "/tests/elf/data/gcc_dwarf5_O2.elf")), 0);
+  EXPECT_EQ(ELFAPI_GetTag(ELFAPI_GetRttBlock()), ELF_TAG_VARIABLE);
 }
 
 TEST_F(TypesTest, PlacesOfVariables) {

@@ -49,6 +49,26 @@ TEST_F(ElfDwarf, ScopesOfClassMembers) {
   }
 }
 
+// What a function says of its calls is walked over, and can be asked for.
+TEST_F(ElfDwarf, CallSites) {
+  // file, tag of a call, attribute that names the function called
+  const std::tuple<const char*, U32, U32> aCases[] = {
+      {"gcc_dwarf5_O2.elf", ELF_TAG_CALL_SITE, ELF_ATTR_CALL_ORIGIN},
+      {"gcc_dwarf4_O2.elf", ELF_TAG_GNU_CALL_SITE, ELF_ATTR_ABSTRACT_ORIGIN},
+  };
+  for (const auto& [sFile, Tag, Callee] : aCases) {
+    SCOPED_TRACE(sFile);
+    Open(sFile);
+    const ELF_SYM_HANDLE hMain = Function("main");
+    std::string sCalled;
+    for (ELF_SYM_HANDLE hChild = ELF_GetFirstChild(hMain); hChild; hChild = ELF_GetNextSibling(hChild)) {
+      if (ELF_GetTag(hChild) == Tag) sCalled += NameOf(ELF_GetAttrDie(hChild, Callee)) + ' ';
+    }
+    EXPECT_EQ(sCalled, "Accumulate ");
+    for (U32 i = 0; i < ELF_GetNumLocals(hMain); ++i) EXPECT_NE(ELF_GetTag(ELF_GetLocal(hMain, i)), Tag);
+  }
+}
+
 TEST_F(ElfDwarf, TreeOfEntries) {
   Open("gcc_dwarf5_O0.elf");
   const ELF_SYM_HANDLE hMain = Function("main");
@@ -68,11 +88,14 @@ TEST_F(ElfDwarf, TreeOfEntries) {
 
 TEST_F(ElfDwarf, SourceFilesAndTheirUnits) {
   Open("mixed.elf");
-  std::map<std::string, U32> NumUnits;
-  for (U32 i = 0; i < ELF_GetNumSrcFiles(pFile); ++i)
-    NumUnits[ELF_GetSrcFile(pFile, i)] = ELF_GetSrcFileNumUnits(pFile, i);
-  EXPECT_EQ(NumUnits,
-            (std::map<std::string, U32>{{"/sample/sample.c", 1}, {"/sample/sample.h", 2}, {"/sample/other.c", 1}}));
+  std::map<std::string, std::string> Units;
+  for (U32 i = 0; i < ELF_GetNumSrcFiles(pFile); ++i) {
+    for (U32 Unit = 0; Unit < ELF_GetSrcFileNumUnits(pFile, i); ++Unit)
+      Units[ELF_GetSrcFile(pFile, i)] += NameOf(ELF_GetSrcFileUnit(pFile, i, Unit)) + ' ';
+  }
+  EXPECT_EQ(Units, (std::map<std::string, std::string>{{"/sample/sample.c", "sample.c "},
+                                                       {"/sample/sample.h", "sample.c other.c "},
+                                                       {"/sample/other.c", "other.c "}}));
 }
 
 TEST_F(ElfDwarf, FileWithoutDebugInformation) {

@@ -1,3 +1,4 @@
+#include "base/endian.h"
 #include "elf_fixture.h"
 
 using ElfOpen = CElfTest;
@@ -40,6 +41,53 @@ TEST_F(ElfOpen, FilesThatAreNoProgramsAreRefused) {
   aMessages.clear();
   EXPECT_EQ(ELF_Open(DataPath("absent.elf").c_str()), nullptr);
   EXPECT_EQ(aMessages, TEXTS{"failed to open file."});
+}
+
+TEST_F(ElfOpen, HeadersOfSegmentsAndSections) {
+  Open("plain.elf");
+  EXPECT_EQ(ELF_GetFileClass(pFile), 1u);
+  EXPECT_EQ(ELF_GetFileSize(pFile), BytesOf("plain.elf").size());
+  const std::array<U32, 8> aSegments[] = {
+      // type, flags, offset, addresses, sizes in the file and in memory, distance of the first section
+      {1, 5, 0x1000, 0x8000, 0x8000, 0xCA, 0xCA, 0},
+      {1, 7, 0x2000, 0x20000000, 0x80CA, 0x20, 0x80, 0},
+  };
+  ASSERT_EQ(ELF_GetNumSegments(pFile), 2u);
+  for (U32 i = 0; i < 2; ++i) {
+    const std::array<U32, 8> aFound = {ELF_GetSegmentType(pFile, i),    ELF_GetSegmentFlags(pFile, i),
+                                       ELF_GetSegmentOffset(pFile, i),  ELF_GetSegmentVAddr(pFile, i),
+                                       ELF_GetSegmentPAddr(pFile, i),   ELF_GetSegmentFileSize(pFile, i),
+                                       ELF_GetSegmentMemSize(pFile, i), ELF_GetSegmentSectionOffset(pFile, i)};
+    EXPECT_EQ(aFound, aSegments[i]);
+  }
+  std::string sNames;
+  for (U32 i = 0; i < ELF_GetNumSections(pFile); ++i) sNames += std::string(ELF_GetSectionName(pFile, i)) + ' ';
+  EXPECT_EQ(sNames, " .text .data .bss .comment .ARM.attributes .symtab .strtab .shstrtab ");
+  const U32 Symtab = static_cast<U32>(ELF_FindSection(pFile, ".symtab"));
+  EXPECT_TRUE(ELF_GetSectionEntSize(pFile, Symtab) == 16 && ELF_GetSectionNumEntries(pFile, Symtab) == 0x29);
+  ELF_RELOCATION Relocation;
+  EXPECT_EQ(ELF_GetRelocation(pFile, Symtab, 0, &Relocation), -1);
+  EXPECT_EQ(ELF_GetRetAddrReg(Open("gcc_dwarf5_O0.elf")), 14u);
+}
+
+// The table of symbols called one of relocations: the same words mean offset, information and addend.
+TEST_F(ElfOpen, Relocations) {
+  constexpr size_t TYPE = 4;
+  constexpr char RELA = 4, REL = 9;
+  for (const char Type : {RELA, REL}) {
+    const std::vector<char> aBytes = WithSectionByte("plain.elf", ".symtab", TYPE, Type);
+    const U32 Section = static_cast<U32>(ELF_FindSection(pFile, ".symtab"));
+    const U32 Last = ELF_GetSectionNumEntries(pFile, Section) - 1;
+    const U8* pLast = ELF_GetSectionData(pFile, Section) + 16 * Last;
+    const U32 Offset = LoadInt<U32>(pLast, false), Info = LoadInt<U32>(pLast + 4, false);
+    const I32 Addend = static_cast<I32>(LoadInt<U32>(pLast + 8, false));
+    OpenBytes(aBytes);
+    ELF_RELOCATION Found;
+    ASSERT_EQ(ELF_GetRelocation(pFile, Section, Last, &Found), 0);
+    EXPECT_TRUE(Found.Offset == Offset && Found.Type == (Info & 0xFF) && Found.Symbol == Info >> 8);
+    EXPECT_EQ(Found.Addend, Type == RELA ? Addend : 0);
+    EXPECT_EQ(ELF_GetRelocation(pFile, Section, Last + 1, &Found), -1);
+  }
 }
 
 TEST_F(ElfOpen, OneFileAtATime) {
