@@ -21,8 +21,8 @@ std::vector<U8> SectionOf(const std::vector<const char*>& aEntries) {
 
 class CFrames {
 public:
-  CFrames(const std::vector<U8>& aBytes, bool bEh) {
-    Section = {aBytes.data(), static_cast<U32>(aBytes.size()), 0x4000, bEh, false, [](U32) { return 0x9000u; }};
+  CFrames(const std::vector<U8>& aBytes, bool bEh, bool bBigEndian = false) {
+    Section = {aBytes.data(), static_cast<U32>(aBytes.size()), 0x4000, bEh, bBigEndian, [](U32) { return 0x9000u; }};
     CFrameSectionReader(aCies, aFdes, [this](const char* sWhat, const char*, U64) { sDamage = sWhat; }).Read(Section);
   }
 
@@ -142,6 +142,12 @@ TEST(Frames, FormsOfEntries) {
       "ffffffff 1200000000000000 0000000000000000 00800000 10000000 0e 08");
   EXPECT_EQ(CFrames(aWide, false).Ranges(), "8000-8010 ");
   EXPECT_EQ(CFrames(aWide, false).RowAt(0x8000), "R13+8");
+  const std::vector<U8> aBig = HexBytes(
+      "0000000c ffffffff 01 00 02 7c 0e 0c 0d 00"
+      "00000011 00000000 00008000 00001000 03 0001 0e 08");
+  EXPECT_EQ(CFrames(aBig, false, true).Ranges(), "8000-9000 ");
+  EXPECT_EQ(CFrames(aBig, false, true).RowAt(0x8000), "R13+0");
+  EXPECT_EQ(CFrames(aBig, false, true).RowAt(0x8002), "R13+8");
 }
 
 using ElfFrames = CElfTest;
