@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "device/breakpoints/breakpoint_manager.h"
 #include "device/device.h"
 #include "device/device_context.h"
 #include "device/interface_speed.h"
@@ -204,6 +205,11 @@ void RelocateSymbols(COMMAND_CONTEXT& Context) {
   if (!bOk || Offset < INT32_MIN || Offset > UINT32_MAX) return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 1));
   if (ELFAPI_AddRelocation(Arg(ID, 0), static_cast<I32>(Offset)) < 0)
     return Fail(ID, ActionError::INVALID_PARAMETER, Arg(ID, 0));
+  if (ELFAPI_IsLoaded()) {
+    // The lines that have breakpoints are elsewhere now.
+    CBreakpointManager::Get().BackupState();
+    CBreakpointManager::Get().RestoreState();
+  }
   Context.Session.EvalBreakSymbol();
   Context.Window.RefreshWindows();
 }
