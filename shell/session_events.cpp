@@ -106,6 +106,7 @@ void CSessionController::OnDeviceAboutToDisconnect() {
 }
 
 void CSessionController::OnDeviceDisconnectDone() {
+  ELFAPI_SetCurrentPC(INVALID_ADDR);
   PrintConsoleColor(QStringLiteral("V-Node: disconnected from target device"), COLOR_LOGGING_VNODE);
   Status().SetStatusMessage(READY);
   EndPulse();
@@ -134,6 +135,7 @@ void CSessionController::OnDeviceResumeDone(RESUME_MODES) {
 }
 
 void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
+  ELFAPI_SetCurrentPC(PC);
   if (Mode == RM_BEFORE_DOWNLOAD) {
     if (GetVarValue(VAR_CONNECT_MODE) != CM_DOWNLOAD_RESET) return;
     ExecScriptFunc(HOOK_AFTER_TARGET_RESET);
@@ -164,7 +166,11 @@ void CSessionController::OnDeviceResetDone(U32 PC, RESET_MODES Mode) {
 // What was under way is said to be so no longer: the target stands or runs as before.
 void CSessionController::ShowTargetState() {
   ShowRunState();
-  if (Device().IsHalted()) m_View.ShowPC(static_cast<U32>(Device().GetPC()));
+  if (Device().IsHalted()) {
+    const U32 PC = static_cast<U32>(Device().GetPC());
+    ELFAPI_SetCurrentPC(PC);
+    m_View.ShowPC(PC);
+  }
   m_View.RefreshWindows();
   m_View.OnSessionStateChanged();
 }
@@ -178,7 +184,9 @@ void CSessionController::OnDeviceRunToSymbolFailed(U32) {
   if (Device().IsConnected()) ShowTargetState();
 }
 
+// The session hears of a halt ahead of the windows, which ask for the names that are in scope there.
 void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
+  ELFAPI_SetCurrentPC(PC);
   // The target may run on: the next halt is on its way.
   if (std::exchange(m_bBeforeDownload, false) || !IsStandingStill()) return;
   m_View.ShowPC(PC);
@@ -191,6 +199,7 @@ void CSessionController::OnDeviceHaltDone(U32 PC, HALT_REASONS Reason) {
 }
 
 void CSessionController::OnDeviceStepped(U32 PC) {
+  ELFAPI_SetCurrentPC(PC);
   Status().SetStatusMessage(CPU_HALTED);
   EndPulse();
   m_HaltedTimer.start(HALT_DELAY_MS);

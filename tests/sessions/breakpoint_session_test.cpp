@@ -185,6 +185,28 @@ TEST_F(BreakpointSession, SurviveReconnectAndReload) {
   EXPECT_EQ(3, Result.Value(1)) << "the counters begin anew with a reset";
 }
 
+TEST_F(BreakpointSession, LinesGoWithRelocatedSymbolsAndAddressesStay) {
+  RunLines(
+      u"Break.SetOnSrc {end of pass}\nBreak.Set 0x200\nProject.RelocateSymbols * 0x1000\n"
+      "-Break.Clear 0x158\n-Break.Clear 0x1158\nBreak.Clear 0x200\nBreak.ClearOnSrc {end of pass}\n"_s)
+      .Expect(0, {"Break.Clear (0x158): Breakpoint not set",
+                  "Break.Clear (0x1158): Derived breakpoints cannot be cleared individually"});
+}
+
+// Names of local variables are those of the function in which the target stands.
+TEST_F(BreakpointSession, LocalsAreKnownWhereTheTargetHasHalted) {
+  const SESSION_RESULT Result =
+      RunLines(QLatin1String(START) + u"-Break.Set total\nBreak.SetOnSrc {loop}\n"_s + QLatin1String(GO) +
+               u"Break.Set total\nElf.GetExprValue pass_count\nTarget.WriteU32 ({&pass_count}, 77)\n"
+               "Elf.GetExprValue pass_count\nElf.GetExprValue loop\nDebug.Stop\n@wait disconnected\n"
+               "Break.ClearAll\n-Break.Set total\n"_s);
+  Result.Expect(0, {"data type: ulong\n"});
+  EXPECT_EQ(Result.sOutput.count(u"Break.Set (total): invalid parameter"_s), 2) << Result.sOutput.toStdString();
+  EXPECT_EQ(Result.Value(0), 0);
+  EXPECT_EQ(Result.Value(1), 77);
+  EXPECT_EQ(Result.Value(2), AddressOf(u"tests/breakpoints/data/lines_O0.elf"_s, u"_Z4loopm"_s));
+}
+
 // A project's own function sets them, and they go with it.
 TEST_F(BreakpointSession, LiveWithTheirProject) {
   const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O0.elf");
