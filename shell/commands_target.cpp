@@ -7,12 +7,15 @@
 #include "shell/actions/action_ids.h"
 #include "shell/command_args.h"
 #include "shell/commands.h"
+#include "shell/expr_value.h"
 #include "shell/log/console_print.h"
 #include "shell/settings/named_constants.h"
 #include "shell/settings/sys_vars.h"
 #include "shell/settings/var_ids.h"
 
 namespace {
+
+constexpr U64 RESULT_FAILED = static_cast<U64>(-1);
 
 CDevice& Device() {
   return CDevice::Get();
@@ -60,10 +63,29 @@ void GetEndianess(COMMAND_CONTEXT&) {
   SetActionResult(ACTION_ELF_GET_ENDIANESS, ELFAPI_IsLoaded() ? ELFAPI_GetEncoding() : INVALID_ADDR);
 }
 
+// The answer is on the console, too. Whatever the expression engine would be needed for does not parse.
+void GetExprValue(COMMAND_CONTEXT&) {
+  constexpr U32 ID = ACTION_ELF_GET_EXPR_VALUE;
+  SetActionResult(ID, RESULT_FAILED);
+  if (!CheckActionArgs(ID)) return;
+  const QString sText = GetActionArgs(ID).value(0);
+  const EXPR_VALUE Value = EvalOperand(sText);
+  if (Value.Outcome == EXPR_NOT_PARSED) {
+    return SetActionError(ID, QLatin1String(ActionError::ERROR_PARSING_EXPRESSION), QuotedArg(sText));
+  }
+  if (Value.Outcome == EXPR_FAILED) {
+    return SetActionError(ID,
+                          QLatin1String(ActionError::ERROR_EVALUATING_EXPRESSION) + QLatin1Char(' ') + Value.sError);
+  }
+  for (const QString& sLine : ExprValueLines(sText, Value)) PrintConsole(sLine);
+  SetActionResult(ID, static_cast<U32>(Value.Integer));
+}
+
 constexpr COMMAND_HANDLER TARGET_HANDLERS[] = {
     {ACTION_TARGET_SET_ACCESS_WIDTH, SetAccessWidth}, {ACTION_TARGET_SET_ENDIANESS, SetEndianess},
     {ACTION_ELF_GET_BASE_ADDR, GetBaseAddr},          {ACTION_ELF_GET_ENTRY_POINT_PC, GetEntryPointPC},
     {ACTION_ELF_GET_ENTRY_FUNC_PC, GetEntryFuncPC},   {ACTION_ELF_GET_ENDIANESS, GetEndianess},
+    {ACTION_ELF_GET_EXPR_VALUE, GetExprValue},
 };
 
 }  // namespace

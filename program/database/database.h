@@ -77,6 +77,8 @@ struct DATABASE {
   CNameIndex NamedIndex;
   CNameIndex TypeIndex;
   CNameIndex ElfIndex;
+  std::optional<ELF_SYM_LIST> Enumerators;  // when first asked
+  CNameIndex EnumeratorIndex;
   CAddrIndex NamedAddrs;
   SCOPE Scope;
   SYMBOL_CACHES Caches;

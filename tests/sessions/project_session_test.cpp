@@ -86,6 +86,61 @@ TEST_F(ProjectSession, ABackslashInAPathIsNoEscape) {
   EXPECT_EQ(AddressOf(sElf, u"main"_s), Run.Value(1)) << Run.sOutput.toStdString();
 }
 
+TEST_F(ProjectSession, AProgramIsAskedForItsAddresses) {
+  const struct {
+    const char* sFile;
+    qint64 Base, Entry, Endianess;
+  } aCases[] = {
+      {"", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF},
+      {"tests/database/data/demo.elf", 0x08000000, 0x08000008, 0},
+      {"tests/corpus/data/gcc_v4_O1_be8.elf", 0x8000, 0x8000, 1},
+  };
+  QString sSession;
+  for (const auto& Case : aCases) {
+    if (*Case.sFile) sSession += u"File.Open %1\n"_s.arg(QLatin1String(Case.sFile));
+    sSession += u"Elf.GetBaseAddr\nElf.GetEntryPointPC\nElf.GetEndianess\n"_s;
+  }
+  const SESSION_RESULT Run = RunSession(sSession);
+  Run.Expect(0);
+  int Index = 0;
+  for (const auto& Case : aCases) {
+    for (const qint64 Wanted : {Case.Base, Case.Entry, Case.Endianess})
+      EXPECT_EQ(Run.Value(Index++), Wanted) << Case.sFile << " " << Index;
+  }
+}
+
+// Without a target: what the program itself knows.
+TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
+  const QString sElf = u"tests/corpus/data/gcc_v5_O0.elf"_s;
+  const std::pair<const char*, qint64> aCases[] = {
+      {"0x10", 0x10},
+      {"-2", 0xFFFFFFFE},
+      {"2.75", 2},
+      {"COLOUR_NEGATIVE", 0xFFFFFFFD},
+      {"Level::medium", 4},
+      {"walk", AddressOf(sElf, u"walk"_s)},
+      {"&walk", AddressOf(sElf, u"walk"_s)},
+      {"sizeof (struct node)", 16},
+      {"sizeof nodes", 48},
+      {"counter", -1},
+      {"nobody", -1},
+      {"counter + 1", -1},
+      {"", -1},
+  };
+  QString sSession = u"File.Open %1\n"_s.arg(sElf);
+  for (const auto& [sExpr, Value] : aCases)
+    sSession += u"%1Elf.GetExprValue (\"%2\")\n"_s.arg(Value < 0 ? u"-"_s : QString(), QLatin1String(sExpr));
+  const SESSION_RESULT Run = RunSession(sSession);
+  Run.Expect(0, {"(\"counter\"): Error evaluating expression. data readout error",
+                 "(\"nobody\"): Error evaluating expression. unknown symbol",
+                 "(\"counter + 1\"): Error parsing expression", "value bytes: FD FF FF FF\n"});
+  int Index = 0;
+  for (const auto& [sExpr, Value] : aCases) {
+    if (Value < 0) continue;
+    EXPECT_EQ(Run.Value(Index++), Value) << sExpr;
+  }
+}
+
 TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComesForThisOneOnly) {
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
   const SESSION_RESULT Run = RunSession(

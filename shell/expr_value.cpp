@@ -1,0 +1,181 @@
+#include "shell/expr_value.h"
+
+#include <QRegularExpression>
+#include <bit>
+#include <cmath>
+
+#include "device/device.h"
+#include "program/database/elfapi_types.h"
+#include "program/elf/elf_dwarf_names.h"
+#include "script/api_stubs.h"
+
+namespace {
+
+constexpr U32 WORD_BYTES = 4;
+constexpr int RULE_LENGTH = 112;  // dashes
+const QLatin1String UNKNOWN_SYMBOL("unknown symbol");
+const QLatin1String NO_VALUE("the symbol has no value that can be read without the expression engine");
+const QLatin1String READ_ERROR("data readout error");
+
+EXPR_VALUE Failed(const QString& sError) {
+  return {EXPR_FAILED, sError, 0, 0, {}, {}, {}};
+}
+
+QByteArray LittleEndian(U64 Value, U32 NumBytes) {
+  QByteArray Bytes;
+  for (U32 i = 0; i < NumBytes; ++i) Bytes.append(static_cast<char>(Value >> (8 * i)));
+  return Bytes;
+}
+
+EXPR_VALUE Number(I64 Value, U32 NumBytes, const QString& sType, const QString& sPlace = QStringLiteral("const")) {
+  return {EXPR_HAS_VALUE, {},   Value, static_cast<double>(Value), LittleEndian(static_cast<U64>(Value), NumBytes),
+          sPlace,         sType};
+}
+
+EXPR_VALUE Address(U32 Addr, const QString& sType) {
+  return Addr == INVALID_ADDR ? Failed(NO_VALUE) : Number(Addr, WORD_BYTES, sType);
+}
+
+bool IsName(const QString& sText) {
+  static const QRegularExpression Form(QStringLiteral("^(::)?[A-Za-z_][\\w<>,: *&~]*$"));
+  return Form.match(sText).hasMatch();
+}
+
+// Of several with one name a function with code of its own rather than what was inlined elsewhere.
+ELF_SYM_HANDLE FindOperand(const QString& sName) {
+  const ELF_SYM_HANDLE Found = ELFAPI_FindSymbol(sName, true, true, false, true);
+  if (!ELFAPI_IsInlined(Found)) return Found;
+  for (const ELF_SYM_HANDLE Sym : ELFAPI_FindSymbols(sName, true, false, false, true)) {
+    if (!ELFAPI_IsInlined(Sym) && ELFAPI_GetAddr(Sym) != INVALID_ADDR) return Sym;
+  }
+  return Found;
+}
+
+I64 SignExtended(U64 Value, U32 NumBytes) {
+  const U32 Shift = 64 - 8 * NumBytes;
+  return static_cast<I64>(Value << Shift) >> Shift;
+}
+
+bool ReadTarget(U32 Addr, U32 NumBytes, U64* pValue) {
+  if (!CDevice::Get().IsConnected()) return false;
+  bool bOk = false;
+  *pValue = ReadTargetInt(Addr, std::min(NumBytes, WORD_BYTES), &bOk);
+  if (!bOk || NumBytes <= WORD_BYTES) return bOk;
+  const U64 Second = ReadTargetInt(Addr + WORD_BYTES, WORD_BYTES, &bOk);
+  *pValue = ELFAPI_GetEncoding() == 1 ? *pValue << 32 | Second : Second << 32 | *pValue;
+  return bOk;
+}
+
+bool IsScalar(ELF_SYM_HANDLE Type) {
+  const U32 Tag = ELFAPI_GetTag(Type);
+  const U32 NumBytes = ELFAPI_GetSize(Type);
+  return (Tag == ELF_TAG_BASE_TYPE || Tag == ELF_TAG_ENUM || Tag == ELF_TAG_POINTER) &&
+         (NumBytes == 1 || NumBytes == 2 || NumBytes == 4 || NumBytes == 8);
+}
+
+// The bits of a variable or constant, as its type says.
+EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
+  const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+  const U32 NumBytes = ELFAPI_GetSize(Type);
+  const QString sBase = ELFAPI_GetTypeName(Type);
+  if (!ELFAPI_IsSigned(Type) && NumBytes < sizeof(Bits)) Bits &= (U64{1} << (8 * NumBytes)) - 1;
+  EXPR_VALUE Value = Number(ELFAPI_IsSigned(Type) ? SignExtended(Bits, NumBytes) : static_cast<I64>(Bits), NumBytes,
+                            ELFAPI_GetTypeName(Sym), sPlace);
+  if (sBase == QLatin1String("float")) {
+    Value.Real = std::bit_cast<float>(static_cast<U32>(Bits));
+  } else if (sBase == QLatin1String("double") && NumBytes == sizeof(double)) {
+    Value.Real = std::bit_cast<double>(Bits);
+  } else {
+    return Value;
+  }
+  // What is no number or too big for one has no integer.
+  Value.Integer = std::abs(Value.Real) < 0x1p63 ? static_cast<I64>(Value.Real) : 0;
+  return Value;
+}
+
+// False for what is no constant, or more than a number.
+bool ReadConst(ELF_SYM_HANDLE Sym, I64* pValue) {
+  const QByteArray Bytes = ELFAPI_GetConstValue(Sym);
+  U64 Bits = 0;
+  if (Bytes.isEmpty() || Bytes.size() > static_cast<qsizetype>(sizeof(Bits))) return false;
+  std::memcpy(&Bits, Bytes.constData(), static_cast<size_t>(Bytes.size()));
+  *pValue = SignExtended(Bits, static_cast<U32>(Bytes.size()));
+  return true;
+}
+
+EXPR_VALUE ValueOfSymbol(ELF_SYM_HANDLE Sym) {
+  if (ELFAPI_IsFunction(Sym)) return Address(ELFAPI_GetAddr(Sym), QStringLiteral("void*"));
+  I64 Const = 0;
+  const bool bConst = ReadConst(Sym, &Const);
+  if (bConst && ELFAPI_GetTag(Sym) == ELF_TAG_ENUMERATOR) return Number(Const, WORD_BYTES, QStringLiteral("int"));
+  const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+  if (!IsScalar(Type)) return Failed(NO_VALUE);
+  if (bConst) return ValueOfBits(static_cast<U64>(Const), Sym, QStringLiteral("const"));
+  const U32 Addr = ELFAPI_GetAddr(Sym);
+  if (Addr == INVALID_ADDR) return Failed(NO_VALUE);
+  U64 Bits = 0;
+  if (!ReadTarget(Addr, ELFAPI_GetSize(Type), &Bits)) return Failed(READ_ERROR);
+  return ValueOfBits(Bits, Sym, QStringLiteral("[%1]").arg(Addr, 0, 16).toUpper());
+}
+
+EXPR_VALUE SizeOf(QString sName) {
+  static const QRegularExpression Tag(QStringLiteral("^(struct|union|class|enum) +"));
+  sName.remove(Tag);
+  ELF_SYM_HANDLE Sym = FindOperand(sName);
+  if (Sym == 0) Sym = ELFAPI_FindSymbol(sName, false, false, true, false);
+  if (Sym == 0) return Failed(UNKNOWN_SYMBOL);
+  ELF_ARRAY_INFO Array;
+  const U32 NumBytes = ELFAPI_GetArrayInfo(Sym, Array) ? Array.TotalSize : ELFAPI_GetSize(Sym);
+  return NumBytes != 0 ? Number(NumBytes, WORD_BYTES, QStringLiteral("uint")) : Failed(NO_VALUE);
+}
+
+EXPR_VALUE Literal(const QString& sText) {
+  static const QRegularExpression IsUnsigned(QStringLiteral("^\\d"));
+  bool bOk = false;
+  const U64 Value = sText.toULongLong(&bOk, 0);
+  if (bOk && IsUnsigned.match(sText).hasMatch())
+    return Number(static_cast<I64>(Value), 8, QStringLiteral("unsigned long long"));
+  const I64 Negative = sText.toLongLong(&bOk, 0);
+  if (bOk && sText.startsWith(QLatin1Char('-'))) return Number(Negative, 8, QStringLiteral("long long"));
+  static const QRegularExpression Real(QStringLiteral("^-?\\d+\\.\\d*([eE][+-]?\\d+)?$"));
+  if (!Real.match(sText).hasMatch()) return {};
+  EXPR_VALUE Result = Number(static_cast<I64>(sText.toDouble()), 8, QStringLiteral("double"));
+  Result.Real = sText.toDouble();
+  Result.Bytes = LittleEndian(std::bit_cast<U64>(Result.Real), 8);
+  return Result;
+}
+
+}  // namespace
+
+EXPR_VALUE EvalOperand(const QString& sExpression) {
+  const QString sText = sExpression.trimmed();
+  const EXPR_VALUE Constant = Literal(sText);
+  if (Constant.Outcome == EXPR_HAS_VALUE) return Constant;
+  static const QRegularExpression Size(QStringLiteral("^sizeof\\s*(?:\\(([^()]*)\\)|\\s([^()]*))$"));
+  if (const QRegularExpressionMatch Match = Size.match(sText); Match.hasMatch()) {
+    const QString sName = (Match.captured(1) + Match.captured(2)).trimmed();
+    return IsName(sName) && !sName.endsWith(QLatin1Char('*')) ? SizeOf(sName) : EXPR_VALUE();
+  }
+  const bool bAddress = sText.startsWith(QLatin1Char('&'));
+  const QString sName = bAddress ? sText.mid(1).trimmed() : sText;
+  if (!IsName(sName)) return {};
+  ELF_SYM_HANDLE Sym = FindOperand(sName);
+  if (Sym == 0 && !bAddress) Sym = ELFAPI_FindEnumerator(sName);
+  if (Sym == 0) return Failed(UNKNOWN_SYMBOL);
+  if (!bAddress) return ValueOfSymbol(Sym);
+  return Address(ELFAPI_GetAddr(Sym), ELFAPI_GetTypeName(Sym) + QLatin1Char('*'));
+}
+
+QStringList ExprValueLines(const QString& sText, const EXPR_VALUE& Value) {
+  const QString sRule(RULE_LENGTH, QLatin1Char('-'));
+  return {sRule,
+          sText,
+          QStringLiteral("value as double: %1").arg(Value.Real),
+          QStringLiteral("value as dec int: %1").arg(Value.Integer),
+          QStringLiteral("value as hex int: 0x%1").arg(QString::number(static_cast<U64>(Value.Integer), 16).toUpper()),
+          QStringLiteral("value bytes: ") + QString::fromLatin1(Value.Bytes.toHex(' ').toUpper()),
+          QStringLiteral("data location: ") + Value.sPlace,
+          QStringLiteral("data type: ") + Value.sType,
+          QStringLiteral("byte size: %1").arg(Value.Bytes.size()),
+          sRule};
+}
