@@ -1,7 +1,7 @@
 # Shared by ./run and ./test: the packages that Debian 12 has to have, and the build. Sourced, not run.
 
 VEXOR_BUILD_PACKAGES=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev
-  zlib1g-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev libgmock-dev
+  zlib1g-dev libzstd-dev librapidxml-dev nlohmann-json3-dev libmicrohttpd-dev libgtest-dev libgmock-dev
   breeze-icon-theme fonts-dejavu-core)
 # A third more to download, and no need: without it the web control window offers the user's browser.
 VEXOR_OPTIONAL_PACKAGES=(qt6-webengine-dev)

@@ -1,6 +1,7 @@
 #include "program/elf/compressed_section.h"
 
 #include <zlib.h>
+#include <zstd.h>
 
 #include <cstring>
 
@@ -8,8 +9,9 @@
 
 namespace {
 
-constexpr U64 METHOD_ZLIB = 1;
-constexpr U64 MAX_RATIO = 1032;  // the most bytes that one byte of a stream can stand for
+// The most bytes that one byte of a stream can stand for.
+constexpr U64 MAX_ZLIB_RATIO = 1032;
+constexpr U64 MAX_ZSTD_RATIO = 32768;  // a block of 128 KiB takes four bytes at least
 const char ZDEBUG_MAGIC[] = {'Z', 'L', 'I', 'B'};
 
 void SetStream(const CByteCursor& Bytes, COMPRESSED_SECTION& Out) {
@@ -17,15 +19,33 @@ void SetStream(const CByteCursor& Bytes, COMPRESSED_SECTION& Out) {
   Out.StreamSize = static_cast<U32>(Bytes.Left());
 }
 
+// Each fills the bytes of the section. False where the stream does not give just as many.
+bool Inflate(const COMPRESSED_SECTION& Section, U8* pBytes) {
+  z_stream Stream = {};
+  if (inflateInit(&Stream) != Z_OK) return false;
+  Stream.next_in = const_cast<U8*>(Section.pStream);
+  Stream.avail_in = Section.StreamSize;
+  Stream.next_out = pBytes;
+  Stream.avail_out = static_cast<uInt>(Section.Size);
+  const bool bWhole = inflate(&Stream, Z_FINISH) == Z_STREAM_END && Stream.avail_out == 0;
+  inflateEnd(&Stream);
+  return bWhole;
+}
+
+bool Unzstd(const COMPRESSED_SECTION& Section, U8* pBytes) {
+  // Errors are numbers above every size.
+  return ZSTD_decompress(pBytes, Section.Size, Section.pStream, Section.StreamSize) == Section.Size;
+}
+
 }  // namespace
 
 bool ParseCompressedSection(const U8* pData, U32 Size, bool bBigEndian, COMPRESSED_SECTION& Out) {
   CByteCursor Bytes(pData, Size, bBigEndian);
-  const U64 Method = Bytes.Int<U32>();
+  Out.Method = static_cast<COMPRESSION>(Bytes.Int<U32>());
   Out.Size = Bytes.Int<U32>();
   Bytes.Skip(sizeof(U32));  // its alignment
   SetStream(Bytes, Out);
-  return Bytes.Ok() && Method == METHOD_ZLIB;
+  return Bytes.Ok() && (Out.Method == COMPRESSION::Zlib || Out.Method == COMPRESSION::Zstd);
 }
 
 bool ParseZdebugSection(const U8* pData, U32 Size, COMPRESSED_SECTION& Out) {
@@ -38,15 +58,10 @@ bool ParseZdebugSection(const U8* pData, U32 Size, COMPRESSED_SECTION& Out) {
 }
 
 std::unique_ptr<U8[]> Expand(const COMPRESSED_SECTION& Section, U64 MaxSize) {
-  if (Section.Size > MaxSize || Section.Size > Section.StreamSize * MAX_RATIO) return nullptr;
+  const bool bZstd = Section.Method == COMPRESSION::Zstd;
+  const U64 MaxRatio = bZstd ? MAX_ZSTD_RATIO : MAX_ZLIB_RATIO;
+  if (Section.Size > MaxSize || Section.Size > Section.StreamSize * MaxRatio) return nullptr;
   std::unique_ptr<U8[]> pBytes(new (std::nothrow) U8[Section.Size + 1]);
-  z_stream Stream = {};
-  if (!pBytes || inflateInit(&Stream) != Z_OK) return nullptr;
-  Stream.next_in = const_cast<U8*>(Section.pStream);
-  Stream.avail_in = Section.StreamSize;
-  Stream.next_out = pBytes.get();
-  Stream.avail_out = static_cast<uInt>(Section.Size);
-  const bool bWhole = inflate(&Stream, Z_FINISH) == Z_STREAM_END && Stream.avail_out == 0;
-  inflateEnd(&Stream);
-  return bWhole ? std::move(pBytes) : nullptr;
+  if (!pBytes) return nullptr;
+  return (bZstd ? Unzstd(Section, pBytes.get()) : Inflate(Section, pBytes.get())) ? std::move(pBytes) : nullptr;
 }

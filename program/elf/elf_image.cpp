@@ -59,11 +59,21 @@ const char* CElfImage::ParseHeader() {
   Head.SectionEntSize = Load<U16>(pData + 46);
   Head.NumSections = Load<U16>(pData + 48);
   Head.NameSection = Load<U16>(pData + 50);
+  ReadExtendedNumbers();
   return nullptr;
+}
+
+void CElfImage::ReadExtendedNumbers() {
+  const U8* pFirst = Head.SectionOffset != 0 ? Bytes(Head.SectionOffset, SECTION_HEADER_SIZE) : nullptr;
+  if (!pFirst) return;
+  if (Head.NumSections == 0) Head.NumSections = Load<U32>(pFirst + 20);
+  if (Head.NameSection == EXTENDED_NUMBER) Head.NameSection = Load<U32>(pFirst + 24);
+  if (Head.NumSegments == EXTENDED_NUMBER) Head.NumSegments = Load<U32>(pFirst + 28);
 }
 
 bool CElfImage::LoadWords(std::vector<U32>& aWords, U32 Offset, U32 Distance, U32 Count, U32 NumWords) const {
   if (Count > 1 && Distance < NumWords * 4) return false;  // headers over each other
+  if (Count > FileSize / (NumWords * 4)) return false;
   aWords.reserve(static_cast<size_t>(Count) * NumWords);
   for (U32 i = 0; i < Count; ++i) {
     const U64 At = Offset + static_cast<U64>(i) * Distance;

@@ -55,5 +55,6 @@ private:
   std::vector<ELF_SECTION> aSections;
   I32 StrTabSection = -1;
 
+  void ReadExtendedNumbers();
   bool LoadWords(std::vector<U32>& aWords, U32 Offset, U32 Distance, U32 Count, U32 NumWords) const;
 };

@@ -15,7 +15,13 @@ inline constexpr U32 EI_CLASS = 4, EI_DATA = 5, EI_VERSION = 6;
 
 enum SEGMENT_TYPE : U32 { PT_LOAD = 1 };
 enum SECTION_TYPE : U32 { SHT_NULL = 0, SHT_SYMTAB = 2, SHT_RELA = 4, SHT_NOBITS = 8, SHT_REL = 9, SHT_DYNSYM = 11 };
-enum SECTION_FLAG : U32 { SHF_ALLOC = 2, SHF_COMPRESSED = 0x800 };
+enum SECTION_FLAG : U32 { SHF_ALLOC = 2, SHF_EXECINSTR = 4, SHF_COMPRESSED = 0x800 };
+
+// Numbers of the header for those that it has no room for: they stand in the first section header.
+inline constexpr U32 EXTENDED_NUMBER = 0xFFFF;
+
+// From here on an address in debug information is none: linkers mark code so that they dropped.
+inline constexpr U32 LOWEST_TOMBSTONE = 0xFFFFFFFE;
 
 struct ELF_HEADER {
   U8 Ident[16] = {};
@@ -28,10 +34,10 @@ struct ELF_HEADER {
   U32 Flags = 0;
   U16 HeaderSize = 0;
   U16 SegmentEntSize = 0;
-  U16 NumSegments = 0;
+  U32 NumSegments = 0;
   U16 SectionEntSize = 0;
-  U16 NumSections = 0;
-  U16 NameSection = 0;
+  U32 NumSections = 0;
+  U32 NameSection = 0;
 };
 
 struct ELF_SEGMENT {

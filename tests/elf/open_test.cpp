@@ -1,4 +1,5 @@
 #include "base/endian.h"
+#include "elf_builder.h"
 #include "elf_fixture.h"
 
 using ElfOpen = CElfTest;
@@ -103,4 +104,51 @@ TEST_F(ElfOpen, OneFileAtATime) {
   EXPECT_EQ(ELF_GetEncoding(pClosed), ELF_ENCODING_INVALID);
   EXPECT_EQ(ELF_GetEntryPoint(pClosed), INVALID_ADDR);
   EXPECT_EQ(ELF_GetTag(hSym), ELF_TAG_INVALID);
+}
+
+// Numbers that the header has no room for stand in the first section header.
+TEST_F(ElfOpen, ExtendedNumbers) {
+  Open("plain.elf");
+  const U32 NumSegments = ELF_GetNumSegments(pFile), NumSections = ELF_GetNumSections(pFile);
+  std::vector<char> aBytes = BytesOf("plain.elf");
+  U8* pHeader = reinterpret_cast<U8*>(aBytes.data());
+  U8* pFirst = pHeader + LoadInt<U32>(pHeader + 32, false);
+  StoreInt<U32>(pFirst + 20, NumSections, false);
+  StoreInt<U32>(pFirst + 24, LoadInt<U16>(pHeader + 50, false), false);
+  StoreInt<U32>(pFirst + 28, NumSegments, false);
+  StoreInt<U16>(pHeader + 44, 0xFFFF, false);
+  StoreInt<U16>(pHeader + 48, 0, false);
+  StoreInt<U16>(pHeader + 50, 0xFFFF, false);
+  ASSERT_NE(OpenBytes(aBytes), nullptr);
+  EXPECT_EQ(ELF_GetNumSegments(pFile), NumSegments);
+  EXPECT_EQ(ELF_GetNumSections(pFile), NumSections);
+  EXPECT_GT(ELF_FindSection(pFile, ".text"), 0);
+  StoreInt<U32>(pFirst + 20, 0x7FFFFFFF, false);
+  EXPECT_EQ(OpenBytes(aBytes), nullptr);
+  EXPECT_THAT(aMessages, testing::Contains("could not section headers."));
+}
+
+// A unit of 14 bytes with one entry, in a block that is stored as it is.
+TEST_F(ElfOpen, SectionsCompressedByZstd) {
+  constexpr U32 COMPRESSED = 0x800;
+  const std::string sStream = "28b52ffd 20 0e 710000 0a000000 0400 00000000 04 01 6100";
+  const std::tuple<std::string, bool> aCases[] = {
+      {"02000000 0e000000 01000000" + sStream, true},
+      {"02000000 0d000000 01000000" + sStream, false},
+      {"02000000 0f000000 01000000" + sStream, false},
+      {"02000000 ffffffff 01000000" + sStream, false},
+      {"03000000 0e000000 01000000" + sStream, false},
+      {"02000000 0e000000 01000000 28b52ffc" + sStream.substr(8), false},
+      {"02000000 0e000000 01000000" + sStream.substr(0, sStream.size() - 2), false},
+      {"02000000 0e000000 01000000", false},
+  };
+  for (const auto& [sSection, bGood] : aCases) {
+    OpenBytes(CElfBuilder()
+                  .Add(".debug_abbrev", "01 11 00 03 08 0000 00")
+                  .Add(".debug_info", HexBytes(sSection), COMPRESSED)
+                  .Bytes());
+    const ELF_SYM_HANDLE hUnit = ELF_GetDieByOffset(pFile, 11, false);
+    EXPECT_EQ(NameOf(hUnit), bGood ? "a" : "") << sSection;
+    EXPECT_EQ(testing::Value(aMessages, testing::Contains("section .debug_info is damaged and was left out.")), !bGood);
+  }
 }
