@@ -20,7 +20,7 @@ bool HasFixedPlace(const DWARF_INFO& Info, U32 Entry) {
   if (aExpr.empty()) return false;
   const bool bValueOnly = aExpr.back() == DW_OP_stack_value;
   if (aExpr[0] == DW_OP_addr) return !bValueOnly || aExpr.size() == 1u + Info.Index.UnitOf(Owner).AddrSize;
-  return !bValueOnly && aExpr[0] == DW_OP_addrx;
+  return !bValueOnly && (aExpr[0] == DW_OP_addrx || aExpr[0] == DW_OP_GNU_addr_index);
 }
 
 // A bound that another entry holds is known only while the program runs.

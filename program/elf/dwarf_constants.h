@@ -141,4 +141,9 @@ enum DWARF_LANGUAGE : U32 {
   DW_LANG_C_plus_plus_20 = 0x2b,
 };
 
-enum DWARF_OPERATION : U32 { DW_OP_addr = 0x03, DW_OP_stack_value = 0x9f, DW_OP_addrx = 0xa1 };
+enum DWARF_OPERATION : U32 {
+  DW_OP_addr = 0x03,
+  DW_OP_stack_value = 0x9f,
+  DW_OP_addrx = 0xa1,
+  DW_OP_GNU_addr_index = 0xfb,
+};

@@ -127,10 +127,10 @@ void CUnitWalker::NoteTopEntry(DWARF_UNIT& Unit, const CDie& Top) {
 void CUnitWalker::ReadSources(DWARF_UNIT& Unit, const CDie& Top) {
   CStopWatch Watch;
   Unit.FileTable = Lines.ReadFiles(Top);
-  Info.Sources.AddUnit(Unit.FileTable, Unit.TopEntry);
   Watch.AddTo(Spent.Files);
-  Lines.ReadLines(Top);
+  Lines.ReadLines(Top);  // these can name more files
   Watch.AddTo(Spent.Lines);
+  Info.Sources.AddUnit(Unit.FileTable, Unit.TopEntry);
 }
 
 // A type unit shares the file table of a compilation unit, and only that one knows the compilation directory.

@@ -1,5 +1,6 @@
 #include "program/elf/elf_types.h"
 
+#include "elf_builder.h"
 #include "elf_fixture.h"
 
 // On the programs of the corpus, which every compiler and version of DWARF describes in its own way.
@@ -103,6 +104,18 @@ TEST_F(ElfTypes, StaticLocals) {
     EXPECT_EQ(TypeOf(Local(hApply, "calls")), "static int");
     EXPECT_FALSE(ELF_IsStatic(Variable("counter"))) << "in no function";
   }
+}
+
+// A place by its number in the pool of addresses, as split units of version 4 have it.
+TEST_F(ElfTypes, StaticLocalByANumber) {
+  OpenBytes(CElfBuilder()
+                .Add(".debug_abbrev", "01 11 01 b342 17 0000  02 2e 01 0000  03 34 00 02 18 0000 00")
+                .Add(".debug_info", "12000000 0400 00000000 04  01 00000000  02  03 02 fb00  00 00")
+                .Add(".debug_addr", "10000020")
+                .Bytes());
+  const ELF_SYM_HANDLE hLocal = ELF_GetLocal(ELF_GetDieByOffset(pFile, 16, false), 0);
+  EXPECT_EQ(ELF_GetLocation(hLocal, 0).Addr, 0x20000010u);
+  EXPECT_TRUE(ELF_IsStatic(hLocal));
 }
 
 TEST_F(ElfTypes, ConstantsAndNeutralValues) {
