@@ -7,7 +7,8 @@
 // - While a file is being opened or closed, and for a pointer or handle that belongs to no loaded file, a query gives
 //   its neutral value, which is 0 or null where nothing else is said. The same holds for an index outside its list.
 // - Texts stay valid until the next call that returns a text. They are UTF-8 as the file has them.
-// - Addresses that come out went through ELF_RelocToFile, those of a pc going in through ELF_RelocFromFile.
+// - Addresses that come out went through ELF_RelocToFile, those of a pc going in through ELF_RelocFromFile. Those of
+//   segments and sections, of ELF_GetRelocation and of ELF_GetAttrValue are the file's own.
 
 #include <functional>
 #include <memory>
@@ -149,9 +150,9 @@ U32 ELF_GetNumFuncSymbols(const ELF_FILE* pFile);
 ELF_SYM_HANDLE ELF_GetFuncSymbol(const ELF_FILE* pFile, U32 Index);
 
 struct ELF_SYMBOL_EXTENT {
-  U32 Lowest = 0;   // lowest symbol value
-  U32 Highest = 0;  // highest value + size, saturated at 0xFFFFFFFF
-  U32 NumSymbols = 0;
+  U32 Lowest = 0;   // lowest value of a symbol of this file that names an address, not a section of debug information
+  U32 Highest = 0;  // highest value + size of one, saturated at 0xFFFFFFFF
+  U32 NumSymbols = 0;  // all
 };
 
 ELF_SYMBOL_EXTENT ELF_GetSymbolExtent(const ELF_FILE* pFile);
@@ -172,10 +173,14 @@ const char* ELF_GetName(ELF_SYM_HANDLE hSym);
 U32 ELF_GetSize(ELF_SYM_HANDLE hSym);
 // Section that holds the symbol: st_shndx, or the index of the section of debug information; -1 if there is none.
 I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym);
-// Address ranges: [low, high), low being -1 (0xFFFFFFFF) and high 0 past the end. An ELF symbol has one.
+// Address ranges: [low, high), low being -1 (0xFFFFFFFF) and high 0 past the end. An ELF symbol has one. Where low has
+// the Thumb bit, so has high. A range that the linker marked as dropped by an address at the end of memory is empty.
 U32 ELF_GetNumRanges(ELF_SYM_HANDLE hSym);
 U32 ELF_GetRangeLow(ELF_SYM_HANDLE hSym, U32 Index);
 U32 ELF_GetRangeHigh(ELF_SYM_HANDLE hSym, U32 Index);
+// True for a range of code that the linker dropped: the debug information keeps it from 0 on, where no function symbol
+// of a section with code has that size, or from an address at the end of memory on.
+bool ELF_IsDropped(const ELF_FILE* pFile, U32 Low, U32 High);
 
 // ---- Debug information entries; every one of these is 0 for the handle of an ELF symbol -----------------------------
 
@@ -252,7 +257,8 @@ U32 ELF_GetSrcLineFlags(const ELF_FILE* pFile, U32 Index);
 
 // ---- Call frame information -----------------------------------------------------------------------------------------
 
-// Frame description entries: code range [low, high). Low is -1 and high 0 outside the list.
+// Frame description entries: code range [low, high). Low is -1 and high 0 outside the list. Those of code that the
+// linker dropped are not in it.
 U32 ELF_GetNumFdes(const ELF_FILE* pFile);
 U32 ELF_GetFdeLow(const ELF_FILE* pFile, U32 Index);
 U32 ELF_GetFdeHigh(const ELF_FILE* pFile, U32 Index);
@@ -278,5 +284,5 @@ U32 ELF_NextRelocEdge(U32 Addr);
 // ---- Target image ---------------------------------------------------------------------------------------------------
 
 // The file's bytes for the run-time addresses [Start, End), which one loadable segment must wholly contain with bytes
-// of its own; null otherwise. Owned by the file.
+// of its own, and which symbol relocation must not have moved apart; null otherwise. Owned by the file.
 const U8* ELF_ReadImage(const ELF_FILE* pFile, U32 Start, U32 End);

@@ -158,5 +158,9 @@ int ELF_GetRelocation(const ELF_FILE* pFile, U32 Section, U32 Index, ELF_RELOCAT
 
 const U8* ELF_ReadImage(const ELF_FILE* pFile, U32 Start, U32 End) {
   const ELF_FILE* pLoaded = LoadedFile(pFile);
-  return pLoaded ? pLoaded->Image.ReadImage(Start, End) : nullptr;
+  if (!pLoaded || Start >= End) return nullptr;
+  // What moved apart, or away, is no longer there.
+  const U32 First = AddrToFile(Start), Last = AddrToFile(End - 1);
+  if (Last - First != End - 1 - Start || AddrToTarget(First) != Start) return nullptr;
+  return pLoaded->Image.ReadImage(First, Last + 1);
 }

@@ -28,10 +28,22 @@ const ELF_SYMBOL* SymbolOf(ELF_SYM_HANDLE hSym) {
 U32 CodeSize(const DWARF_INFO& Info, U32 Entry) {
   U32 Lowest = INVALID_ADDR, Highest = 0;
   for (const ADDR_RANGE& Range : RangesOf(Info, Entry)) {
+    if (Range.Low == Range.High) continue;
     Lowest = std::min(Lowest, Range.Low);
     Highest = std::max(Highest, Range.High);
   }
   return Highest > Lowest && Highest - Lowest < MAX_CODE_SIZE ? Highest - Lowest : 0;
+}
+
+// End of a range of code: where its start has the Thumb bit, so has its end.
+U32 CodeEndToTarget(U32 Low, U32 High) {
+  const U32 ThumbBit = Low & 1u;
+  return EndToTarget(High - ThumbBit) + ThumbBit;
+}
+
+U32 SymbolEndToTarget(const ELF_SYMBOL& Symbol) {
+  const U32 End = Symbol.Value + Symbol.Size;
+  return Symbol.IsFunction() ? CodeEndToTarget(Symbol.Value, End) : EndToTarget(End);
 }
 
 // The ranges of the entry asked last: a caller takes number, lows and highs one after the other.
@@ -90,8 +102,19 @@ ELF_SYM_HANDLE ELF_GetFuncSymbol(const ELF_FILE* pFile, U32 Index) {
 }
 
 ELF_SYMBOL_EXTENT ELF_GetSymbolExtent(const ELF_FILE* pFile) {
-  const ELF_FILE* pLoaded = LoadedFile(pFile);
-  return pLoaded ? pLoaded->Symbols.Extent() : ELF_SYMBOL_EXTENT();
+  ELF_SYMBOL_EXTENT Extent;
+  Extent.NumSymbols = ELF_GetNumSymbols(pFile);
+  Extent.Lowest = INVALID_ADDR;
+  for (U32 i = 0; i < Extent.NumSymbols; ++i) {
+    const ELF_SYMBOL& Symbol = *pFile->Symbols.Get(i);
+    if (!pFile->Symbols.HasAddress(Symbol)) continue;
+    const U32 Value = AddrToTarget(Symbol.Value), End = SymbolEndToTarget(Symbol);
+    Extent.Lowest = std::min(Extent.Lowest, Value);
+    Extent.Highest =
+        std::max(Extent.Highest, Symbol.Size > INVALID_ADDR - Symbol.Value ? INVALID_ADDR : std::max(Value, End));
+  }
+  if (Extent.Lowest > Extent.Highest) Extent.Lowest = 0;
+  return Extent;
 }
 
 ELF_HANDLE_KIND ELF_GetHandleKind(ELF_SYM_HANDLE hSym) {
@@ -156,8 +179,14 @@ U32 ELF_GetRangeLow(ELF_SYM_HANDLE hSym, U32 Index) {
   return Index < aRanges.size() ? AddrToTarget(aRanges[Index].Low) : INVALID_ADDR;
 }
 
+bool ELF_IsDropped(const ELF_FILE* pFile, U32 Low, U32 High) {
+  const ELF_FILE* pLoaded = LoadedFile(pFile);
+  const U32 FileLow = AddrToFile(Low);
+  return pLoaded && pLoaded->Symbols.IsDropped(FileLow, FileLow + (High - Low));
+}
+
 U32 ELF_GetRangeHigh(ELF_SYM_HANDLE hSym, U32 Index) {
-  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return Index == 0 ? EndToTarget(pSymbol->Value + pSymbol->Size) : 0;
+  if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return Index == 0 ? SymbolEndToTarget(*pSymbol) : 0;
   const std::vector<ADDR_RANGE>& aRanges = RangesOfHandle(hSym);
-  return Index < aRanges.size() ? EndToTarget(aRanges[Index].High) : 0;
+  return Index < aRanges.size() ? CodeEndToTarget(aRanges[Index].Low, aRanges[Index].High) : 0;
 }

@@ -42,6 +42,7 @@ bool CSymbolTable::Parse(const CElfImage& Image) {
   SizeObjects();
   SizeFunctions();
   ListFunctions();
+  ListSizesAtZero();
   return true;
 }
 
@@ -112,6 +113,18 @@ void CSymbolTable::ListFunctions() {
   }
 }
 
+void CSymbolTable::ListSizesAtZero() {
+  for (const U32 Index : aByValue) {
+    const ELF_SYMBOL& Symbol = aSymbols[Index];
+    if (Symbol.Value > 1) break;  // 1 with the Thumb bit
+    const ELF_SECTION* pSection = Symbol.IsFunction() ? pImage->Section(Symbol.Section) : nullptr;
+    if (pSection && (pSection->Flags & SHF_ALLOC) && (pSection->Flags & SHF_EXECINSTR)) {
+      aSizesAtZero.push_back(Symbol.Size);
+    }
+  }
+  std::sort(aSizesAtZero.begin(), aSizesAtZero.end());
+}
+
 const char* CSymbolTable::Name(U32 Index) const {
   if (Index >= aSymbols.size()) return "";
   auto Part = std::upper_bound(aParts.begin(), aParts.end(), Index,
@@ -147,14 +160,13 @@ I32 CSymbolTable::FindName(const char* sName) const {
   return -1;
 }
 
-ELF_SYMBOL_EXTENT CSymbolTable::Extent() const {
-  ELF_SYMBOL_EXTENT Extent;
-  Extent.NumSymbols = Count();
-  if (aSymbols.empty()) return Extent;
-  Extent.Lowest = aSymbols[aByValue.front()].Value;
-  for (const ELF_SYMBOL& Symbol : aSymbols) {
-    const U64 End = static_cast<U64>(Symbol.Value) + Symbol.Size;
-    Extent.Highest = std::max(Extent.Highest, static_cast<U32>(std::min<U64>(End, 0xFFFFFFFFu)));
-  }
-  return Extent;
+bool CSymbolTable::HasAddress(const ELF_SYMBOL& Symbol) const {
+  if (Symbol.Section == 0 || Symbol.Type() == ELF_SYMBOL_FILE) return false;
+  const ELF_SECTION* pSection = pImage->Section(Symbol.Section);
+  return !pSection || (pSection->Flags & SHF_ALLOC) != 0;
+}
+
+bool CSymbolTable::IsDropped(U32 Low, U32 High) const {
+  if (Low == 0) return !std::binary_search(aSizesAtZero.begin(), aSizesAtZero.end(), High);
+  return Low >= LOWEST_TOMBSTONE || (Low == 1 && High == 1);  // two zeros would end a list of ranges
 }

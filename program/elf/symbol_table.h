@@ -20,7 +20,11 @@ public:
   I32 FindAt(U32 Addr, I32 Type) const;
   // The first symbol of that name, -1 if there is none.
   I32 FindName(const char* sName) const;
-  ELF_SYMBOL_EXTENT Extent() const;
+  // False for a symbol that names no address: one of another file, of a file's name or of a section that is not loaded.
+  bool HasAddress(const ELF_SYMBOL& Symbol) const;
+  // True for a range of code that the linker dropped, as debug information still has it: where no code can be, or from
+  // 0 on with another length than the functions have that stand there.
+  bool IsDropped(U32 Low, U32 High) const;
 
 private:
   struct PART {  // the symbols of one section, and where their names are
@@ -33,6 +37,7 @@ private:
   std::vector<PART> aParts;
   std::vector<U32> aByValue;
   std::vector<U32> aFunctions;
+  std::vector<U32> aSizesAtZero;  // of the functions there, ascending
 
   bool AreNamesSound() const;
   bool SectionEnd(const ELF_SYMBOL& Symbol, U64& End) const;
@@ -40,4 +45,5 @@ private:
   void SizeObjects();
   void SizeFunctions();
   void ListFunctions();
+  void ListSizesAtZero();
 };

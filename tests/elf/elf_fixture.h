@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "hex_bytes.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 #include "program/elf/elf_types.h"
@@ -56,6 +57,18 @@ protected:
   static std::vector<char> BytesOf(const std::string& sName) {
     std::ifstream Stream(DataPath(sName), std::ios::binary);
     return std::vector<char>(std::istreambuf_iterator<char>(Stream), {});
+  }
+  // With all places of one row of bytes changed to another row of the same length; there must be one at least.
+  static std::vector<char> WithBytes(std::vector<char> aBytes, std::string_view sOldHex, std::string_view sNewHex) {
+    const std::vector<U8> aOld = HexBytes(sOldHex), aNew = HexBytes(sNewHex);
+    auto At = aBytes.begin();
+    for (bool bFirst = true;; bFirst = false) {
+      At =
+          std::search(At, aBytes.end(), aOld.begin(), aOld.end(), [](char A, U8 B) { return static_cast<U8>(A) == B; });
+      EXPECT_FALSE(bFirst && At == aBytes.end()) << sOldHex;
+      if (At == aBytes.end()) return aBytes;
+      At = std::copy(aNew.begin(), aNew.end(), At);
+    }
   }
   // With one byte of a section's header changed; for small little-endian files.
   std::vector<char> WithSectionByte(const std::string& sName, const char* sSection, size_t Field, char Value) {

@@ -56,6 +56,21 @@ TEST_F(ElfSymbols, ImageIsReadAtRunTimeAddresses) {
   EXPECT_EQ(ELF_ReadImage(pFile, 0x7FFE, 0x8004), nullptr);
   EXPECT_EQ(ELF_ReadImage(pFile, 0x8004, 0x8000), nullptr);
   EXPECT_EQ(ELF_ReadImage(pFile, 0x8000, 0xFFFFFFFF), nullptr);
+  pData = ELF_ReadImage(pFile, 0x8040, 0x8044);
+  ELF_AddRelocation("main", 0x1000);
+  EXPECT_EQ(ELF_ReadImage(pFile, 0x9040, 0x9044), pData);
+  EXPECT_EQ(ELF_ReadImage(pFile, 0x8040, 0x8044), nullptr) << "moved away";
+  EXPECT_EQ(ELF_ReadImage(pFile, 0x9074, 0x907C), nullptr) << "what follows did not move";
+}
+
+TEST_F(ElfSymbols, ExtentIsThatOfThePlaces) {
+  Open("plain.elf");
+  EXPECT_EQ(ELF_GetSymbolExtent(pFile).Lowest, 0x8000u) << "not that of the null entry";
+  EXPECT_EQ(ELF_GetSymbolExtent(pFile).NumSymbols, ELF_GetNumSymbols(pFile));
+  const U32 Highest = ELF_GetSymbolExtent(pFile).Highest;
+  ELF_AddRelocation("*", 0x1000);
+  EXPECT_EQ(ELF_GetSymbolExtent(pFile).Lowest, 0x9000u);
+  EXPECT_EQ(ELF_GetSymbolExtent(pFile).Highest, Highest + 0x1000);
 }
 
 // Addresses going out are those of the copy, addresses coming in are found in the file.
@@ -83,6 +98,27 @@ TEST_F(ElfSymbols, RelocatedSymbols) {
   EXPECT_EQ(NameOfIndex(ELF_FindFuncSymbol(pFile, 0x8150, true)), "main") << "found at its target address";
   EXPECT_EQ(ELF_RelocToFile(0x8078, 0, 1), 0x8178u) << "the end of a range belongs to it";
   EXPECT_EQ(ELF_RelocToFile(0x8078, 1, 0), 0x8078u);
+}
+
+// The Thumb bit makes starts and ends odd.
+TEST_F(ElfSymbols, RangesOfRelocatedThumbCode) {
+  // file, what moves by 0x100000, function, its range; by symbol where there is no entry
+  const std::tuple<const char*, const char*, const char*, U32, U32> aCases[] = {
+      {"plain.elf", "main", "main", 0x108041, 0x108079},
+      {"plain.elf", "main", "Accumulate", 0x8001, 0x8041},
+      {"plain.elf", ".text", "LastOfSection", 0x1080BD, 0x1080CB},
+      {"plain.elf", "0x20000000-0x20000010", "EndObject", 0x20000010, 0x20000014},
+      {"../../database/data/low.elf", "ResetHandler", "ResetHandler", 0x100009, 0x100013},
+      {"../../database/data/low.elf", "0x12-0x100", "ResetHandler", 9, 0x13},
+  };
+  for (const auto& [sFile, sMoved, sName, Low, High] : aCases) {
+    Open(sFile);
+    ASSERT_EQ(ELF_AddRelocation(sMoved, 0x100000), 0);
+    ELF_SYM_HANDLE hSym = Function(sName);
+    if (!hSym) hSym = Find(ELF_GetNumSymbols, ELF_GetSymbolHandle, sName);
+    EXPECT_EQ(ELF_GetRangeLow(hSym, 0), Low) << sMoved << " " << sName;
+    EXPECT_EQ(ELF_GetRangeHigh(hSym, 0), High) << sMoved << " " << sName;
+  }
 }
 
 // A relocation may be given before the program is opened.
