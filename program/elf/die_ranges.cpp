@@ -10,6 +10,12 @@ constexpr U32 NO_LOW_PC = INVALID_ADDR;
 constexpr U64 MAX_READ_TIMES = 4;   // the sections' size; a list may belong to a few entries
 constexpr U64 MIN_LIST_BYTES = 24;  // of a list that is cut
 
+// A range without length in code that the linker dropped, wherever that seems to be.
+ADDR_RANGE RangeOf(U64 Low, U64 High) {
+  if (Low >= LOWEST_TOMBSTONE) return {INVALID_ADDR, INVALID_ADDR};
+  return {static_cast<U32>(Low), static_cast<U32>(High)};
+}
+
 // The number of bytes read.
 U64 ReadList(const DWARF_INFO& Info, U32 Entry, CByteCursor List, std::vector<ADDR_RANGE>& aOut) {
   const LIST_CONTEXT Context = ListContextOf(Info, Entry);
@@ -17,8 +23,8 @@ U64 ReadList(const DWARF_INFO& Info, U32 Entry, CByteCursor List, std::vector<AD
   List.Limit(std::min(NumBytes, Info.MaxRangeBytes));
   CAddrListReader Reader(CAddrListReader::RANGES, List, Info.Index.UnitOf(Entry).Version, Context);
   for (LIST_ENTRY Range; Reader.Next(Range);) {
-    const U32 Low = static_cast<U32>(Range.Low), High = static_cast<U32>(Range.High);
-    if (High >= Low && High != 0) aOut.push_back({Low, High});
+    const ADDR_RANGE Found = RangeOf(Range.Low, Range.High);
+    if (Found.High >= Found.Low && Found.High != 0) aOut.push_back(Found);
   }
   if (!Reader.Ok()) {
     Info.Sections.Complain("range list is damaged", "RangesOf", "offset", Info.Index.Get(Entry).Offset);
@@ -31,7 +37,7 @@ void ReadLowHigh(const CDebugSections& Sections, const CDie& Die, std::vector<AD
   if (!Low || !High) return;
   const U32 LowPc = static_cast<U32>(Low.Integer(Sections).value_or(NO_LOW_PC));
   const U32 HighValue = static_cast<U32>(High.Integer(Sections).value_or(0));
-  aOut.push_back({LowPc, High.IsAddress() ? HighValue : LowPc + HighValue});
+  aOut.push_back(RangeOf(LowPc, High.IsAddress() ? HighValue : LowPc + HighValue));
 }
 
 U64 ReadRanges(const DWARF_INFO& Info, U32 Entry, std::vector<ADDR_RANGE>& aOut) {

@@ -99,6 +99,7 @@ void CLineReader::AppendRows(const LINE_HEADER& Header, I32 FileTable, const std
   size_t NumDefined = 0;
   U64 Number = ~0ull;
   I32 File = -1;
+  bool bStarts = true, bDropped = false;  // of the sequence
   for (LINE_ROW Row; Program.Next(Row);) {
     for (; NumDefined < Program.DefinedFiles().size(); ++NumDefined) {
       Table.AddToFileTable(FileTable, PathOf(Header, Program.DefinedFiles()[NumDefined], sCompDir));
@@ -108,9 +109,12 @@ void CLineReader::AppendRows(const LINE_HEADER& Header, I32 FileTable, const std
       Number = Row.File;
       File = Table.FileOf(FileTable, static_cast<I64>(Number));
     }
+    if (bStarts) bDropped = Row.Addr >= LOWEST_TOMBSTONE;
+    bStarts = Row.bEndSequence;
+    if (bDropped || (Row.Addr > INVALID_ADDR && !Row.bEndSequence)) continue;
     if (Table.Lines().size() >= MAX_LINES) break;
-    Table.AddLine(
-        {static_cast<U32>(Row.Addr), Row.Line, File, static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
+    Table.AddLine({static_cast<U32>(std::min<U64>(Row.Addr, INVALID_ADDR)), Row.Line, File,
+                   static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
   }
   const bool bTooMany = Table.Lines().size() >= MAX_LINES;
   if (!Program.Damage().sWhat && !bTooMany) return;

@@ -1,3 +1,4 @@
+#include "elf_builder.h"
 #include "elf_fixture.h"
 #include "hex_bytes.h"
 #include "program/elf/line_program.h"
@@ -170,4 +171,36 @@ TEST_F(ElfLines, ADamagedTableIsNamedAndTheOtherOneStays) {
     EXPECT_TRUE(ELF_GetNumSrcLines(pFile) > 0 && ELF_GetNumSrcLines(pFile) < NumLines) << sMessage;
     EXPECT_NE(Function("main"), 0u);
   }
+}
+
+// Linkers mark what they dropped by addresses where no code can be.
+TEST_F(ElfLines, RowsAndRangesOfMarkedCode) {
+  const char DEMO[] = "../../database/data/demo.elf";
+  Open(DEMO);
+  const U32 NumLines = ELF_GetNumSrcLines(pFile);
+  U32 NumDropped = 0;
+  for (; !(ELF_GetSrcLineFlags(pFile, NumDropped) & ELF_LINE_END_SEQUENCE); ++NumDropped) {
+  }
+  ASSERT_EQ(ELF_GetSrcLineAddr(pFile, NumDropped++), 0x10u) << "the first run is the dropped one";
+  for (const char* sMark : {"ffffffff", "feffffff"}) {
+    std::vector<char> aBytes = WithBytes(BytesOf(DEMO), "000502 00000000", std::string("000502") + sMark);
+    aBytes = WithBytes(aBytes, "00000000 10000000 019c", std::string(sMark) + "10000000 019c");
+    ASSERT_NE(OpenBytes(aBytes), nullptr);
+    EXPECT_EQ(ELF_GetNumSrcLines(pFile), NumLines - NumDropped) << sMark;
+    const ELF_SYM_HANDLE hDropped = Function("DroppedByLinker");
+    EXPECT_EQ(ELF_GetRangeLow(hDropped, 0), ELF_GetRangeHigh(hDropped, 0)) << sMark;
+  }
+}
+
+// A file that only the program of the table names belongs to the unit as well.
+TEST_F(ElfLines, FilesNamedByTheProgram) {
+  const std::vector<U8> aLine = TABLE{4, Registers(4) + "00 00", "00 08 03 6e2e6300 00 00 00 01 00 01 01"}.Bytes();
+  OpenBytes(CElfBuilder()
+                .Add(".debug_abbrev", "01 11 00 10 17 0000 00")
+                .Add(".debug_info", "0c000000 0400 00000000 04 01 00000000")
+                .Add(".debug_line", aLine)
+                .Bytes());
+  ASSERT_EQ(ELF_GetNumSrcFiles(pFile), 1u);
+  EXPECT_STREQ(ELF_GetSrcFile(pFile, 0), "n.c");
+  EXPECT_EQ(ELF_GetSrcFileNumUnits(pFile, 0), 1u);
 }
