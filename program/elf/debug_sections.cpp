@@ -83,3 +83,7 @@ void CDebugSections::Complain(const char* sWhat, const char* sFunction, const ch
   const bool bLast = ++NumComplaints > MAX_COMPLAINTS;
   SendMessage(bLast ? "debug info has more errors, which are not listed." : acText, ELF_DWARF_MSG_FLAGS);
 }
+
+void CDebugSections::SayOnce(const char* sText) const {
+  if (SaidOnce.insert(sText).second) SendMessage(sText, ELF_DWARF_MSG_FLAGS);
+}

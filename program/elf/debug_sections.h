@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,8 @@ public:
   // Says what is wrong, in which function of the reader, with the name and the value of the offending item. Nothing is
   // said twice running, and of a file full of damage only the beginning.
   void Complain(const char* sWhat, const char* sFunction, const char* sItem, U64 Value) const;
+  // Says what the reader does not do, the first time that it is asked to.
+  void SayOnce(const char* sText) const;
 
 private:
   static constexpr U32 NUM_SECTIONS = static_cast<U32>(DEBUG_SECTION::Count);
@@ -55,6 +58,7 @@ private:
   U64 ExpandedSize = 0;
   mutable std::string sLastMessage;
   mutable U32 NumComplaints = 0;
+  mutable std::set<std::string> SaidOnce;
 
   void AddSection(U32 Index);
   CByteCursor Contents(U32 Index, bool bZdebug);

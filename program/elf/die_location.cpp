@@ -5,7 +5,6 @@
 #include "program/elf/die_lookup.h"
 #include "program/elf/die_types.h"
 #include "program/elf/location_expr.h"
-#include "program/elf/reader_state.h"
 #include "program/elf/unit_bases.h"
 
 namespace {
@@ -21,7 +20,7 @@ public:
 
   std::optional<U64> IndexedAddress(U64 Index) override { return AddressPoolOf(Info, Owner).Get(Index); }
   ELF_SYM_LOC Cfa() override { return Info.Frames.Cfa(PC); }
-  void Complain(const char* sText) override { SendMessage(sText, ELF_DWARF_MSG_FLAGS); }
+  void Complain(const char* sText) override { Info.Sections.SayOnce(sText); }
 
 private:
   const DWARF_INFO& Info;

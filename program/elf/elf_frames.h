@@ -8,7 +8,8 @@
 inline constexpr U32 ELF_CFI_SP = 13;  // DWARF register number, whose row holds the CFA
 
 // Rules at PC for DWARF registers 0 to NumRegs - 1, written to paRegs. The number of rows written, 0 where no frame
-// description entry covers PC. An empty record is a rule that this reader does not know.
+// description entry covers PC or the one that does is damaged. An empty record is a rule that this reader does not
+// know.
 U32 ELF_GetCfiRegs(const ELF_FILE* pFile, U32 PC, U32 NumRegs, ELF_SYM_LOC* paRegs);
 // Canonical frame address at PC: a register and an offset; an empty record where none is known.
 ELF_SYM_LOC ELF_GetCfa(const ELF_FILE* pFile, U32 PC);

@@ -74,7 +74,7 @@ bool ParseDwarf(ELF_FILE& File) {
   }
   if (!GoOnOpening(1, 1)) return true;
   const std::clock_t FrameStart = std::clock();
-  pDwarf->Frames.Load(pDwarf->Sections, File.Image);
+  pDwarf->Frames.Load(pDwarf->Sections, File.Image, File.Symbols);
   File.pDwarf = std::move(pDwarf);
   LogParse(File, Walker.Times(), std::clock() - FrameStart, std::clock() - Start);
   return true;

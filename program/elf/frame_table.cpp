@@ -3,17 +3,11 @@
 #include <algorithm>
 
 #include "program/elf/elf_frames.h"
-#include "program/elf/reader_state.h"
 
 namespace {
 
 constexpr I32 WORD_SCALE = 4;  // bytes; some compilers count frames in words and mark their files with a section
 const char WORD_SCALE_SECTION[] = ".note.iar";
-
-ELF_SYM_LOC Unsupported(const char* sMessage) {
-  SendMessage(sMessage, ELF_DWARF_MSG_FLAGS);
-  return {};
-}
 
 I32 Scaled(I32 Offset, I32 Scale) {
   return static_cast<I32>(static_cast<U32>(Offset) * static_cast<U32>(Scale));
@@ -27,7 +21,14 @@ ELF_SYM_LOC Location(U32 Type, U32 Reg, I32 Offset) {
   return Loc;
 }
 
-ELF_SYM_LOC CfaLocation(const CFA_RULE& Rule) {
+}  // namespace
+
+ELF_SYM_LOC CFrameTable::Unsupported(const char* sMessage) const {
+  pSections->SayOnce(sMessage);
+  return {};
+}
+
+ELF_SYM_LOC CFrameTable::CfaLocation(const CFA_RULE& Rule) const {
   switch (Rule.Kind) {
     case CFA_KIND::RegOffset:
       return Location(ELF_LOC_REG_OFFSET, Rule.Reg, static_cast<I32>(Rule.Offset));
@@ -39,7 +40,7 @@ ELF_SYM_LOC CfaLocation(const CFA_RULE& Rule) {
   return {};
 }
 
-ELF_SYM_LOC RuleLocation(U32 Reg, const FRAME_RULE& Rule) {
+ELF_SYM_LOC CFrameTable::RuleLocation(U32 Reg, const FRAME_RULE& Rule) const {
   switch (Rule.Kind) {
     case FRAME_RULE_KIND::SameValue:
       return Location(ELF_LOC_REG, Reg, 0);
@@ -59,9 +60,8 @@ ELF_SYM_LOC RuleLocation(U32 Reg, const FRAME_RULE& Rule) {
   return {};
 }
 
-}  // namespace
-
-void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image) {
+void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image, const CSymbolTable& Symbols) {
+  pSections = &Sections;
   const auto Complain = [&Sections](const char* sWhat, const char* sItem, U64 Value) {
     Sections.Complain(sWhat, "CFrameTable::Load", sItem, Value);
   };
@@ -71,6 +71,8 @@ void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image) {
   DebugFrame.pData = Bytes.Bytes();
   DebugFrame.Size = static_cast<U32>(Bytes.Left());
   CFrameSectionReader(aCies, aFdes, Complain).Read(DebugFrame);
+  const auto IsDropped = [&Symbols](const FRAME_FDE& Fde) { return Symbols.IsDropped(Fde.Low, Fde.High); };
+  std::erase_if(aFdes, IsDropped);
   SortFrom(0);
 
   const I32 EhIndex = Image.FindSection(".eh_frame");
@@ -87,8 +89,9 @@ void CFrameTable::Load(const CDebugSections& Sections, const CElfImage& Image) {
   };
   const size_t NumDebug = aFdes.size();
   CFrameSectionReader(aCies, aFdes, Complain).Read(EhFrame);
-  const auto IsKnown = [this](const FRAME_FDE& Fde) { return Find(Fde.Low) != nullptr; };
-  aFdes.erase(std::remove_if(aFdes.begin() + static_cast<std::ptrdiff_t>(NumDebug), aFdes.end(), IsKnown), aFdes.end());
+  const auto IsOfNoUse = [&](const FRAME_FDE& Fde) { return IsDropped(Fde) || Find(Fde.Low) != nullptr; };
+  aFdes.erase(std::remove_if(aFdes.begin() + static_cast<std::ptrdiff_t>(NumDebug), aFdes.end(), IsOfNoUse),
+              aFdes.end());
   SortFrom(NumDebug);
 }
 
@@ -112,11 +115,16 @@ const FRAME_FDE* CFrameTable::Find(U32 PC) const {
   return PC < Fde.High ? &Fde : nullptr;
 }
 
+bool CFrameTable::RowAt(const FRAME_FDE& Fde, U32 PC, FRAME_ROW& Row) const {
+  if (RunFrameProgram(SectionOf(Fde), aCies[Fde.Cie], Fde, PC, Row)) return true;
+  pSections->Complain("frame program is damaged", "CFrameTable::RowAt", "pc", Fde.Low);
+  return false;
+}
+
 U32 CFrameTable::Rules(U32 PC, U32 NumRegs, ELF_SYM_LOC* paRegs) const {
   const FRAME_FDE* pFde = Find(PC);
-  if (!pFde) return 0;
   FRAME_ROW Row;
-  RunFrameProgram(SectionOf(*pFde), aCies[pFde->Cie], *pFde, PC, Row);
+  if (!pFde || !RowAt(*pFde, PC, Row)) return 0;
   const U32 NumRows = std::min(NumRegs, NUM_FRAME_REGS);
   for (U32 Reg = 0; Reg < NumRows; ++Reg) {
     paRegs[Reg] = Reg == ELF_CFI_SP ? CfaLocation(Row.Cfa) : RuleLocation(Reg, Row.Rule(Reg));
@@ -128,9 +136,8 @@ U32 CFrameTable::Rules(U32 PC, U32 NumRegs, ELF_SYM_LOC* paRegs) const {
 ELF_SYM_LOC CFrameTable::Cfa(U32 PC) const {
   if (PC != 0 && PC == LastCfaPc) return LastCfa;
   const FRAME_FDE* pFde = Find(PC);
-  if (!pFde) return {};
   FRAME_ROW Row;
-  RunFrameProgram(SectionOf(*pFde), aCies[pFde->Cie], *pFde, PC, Row);
+  if (!pFde || !RowAt(*pFde, PC, Row)) return {};
   LastCfa = CfaLocation(Row.Cfa);
   LastCfaPc = PC;
   return LastCfa;

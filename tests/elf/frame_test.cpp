@@ -182,3 +182,46 @@ TEST_F(ElfFrames, OffsetsInWords) {
   EXPECT_STREQ(ELF_GetLocationText(aRegs[ELF_CFI_SP]), "R13 + 32");
   EXPECT_STREQ(ELF_GetLocationText(ELF_GetCfa(pFile, PC)), "R13 + 8");
 }
+
+// They stand at 0, where a program may have code without any entry, or where no code can be.
+TEST_F(ElfFrames, EntriesOfDroppedFunctionsAreLeftOut) {
+  const char LOW[] = "../../database/data/low.elf";                 // 0 to 10 dropped, code of an assembler from 8 on
+  const char AT_ZERO[] = "../../probe_gdb/firmware/cortex-r5.elf";  // a function of 12 bytes at 0, an entry at C
+  // program, range of an entry (with what is in front of it) and what it becomes, frame size at 8
+  const std::tuple<const char*, const char*, const char*, I32> aCases[] = {
+      {LOW, "00000000 10000000", "00000000 10000000", -1},
+      {AT_ZERO, "00000000 0c000000 08000000", "00000000 00000000 0c000000", 0},
+      {AT_ZERO, "00000000 0c000000 08000000", "00000000 00000000 10000000", -1},
+      {AT_ZERO, "0c000000 08000000", "ffffffff 08000000", -1},
+      {AT_ZERO, "00000000 0c000000 08000000", "00000000 feffffff 08000000", -1},
+  };
+  for (const auto& [sFile, sRange, sChanged, Size] : aCases) {
+    SCOPED_TRACE(std::string(sFile) + " " + sChanged);
+    OpenBytes(WithBytes(BytesOf(sFile), sRange, sChanged));
+    EXPECT_EQ(ELF_GetFrameSize(pFile, 8), Size);
+    for (U32 i = 0; i < ELF_GetNumFdes(pFile); ++i) {
+      const U32 Low = ELF_GetFdeLow(pFile, i);
+      EXPECT_TRUE(Size == 0 || (Low != 0 && Low < 0xFFFFFFFE)) << i;
+    }
+  }
+}
+
+// Each is said once, however often it is asked.
+TEST_F(ElfFrames, RulesThatAreNotKnown) {
+  Open("gcc_dwarf5_O0.elf");
+  const U32 PC = ELF_GetRangeLow(Function("main"), 0) + 4;
+  // end of main's program, registers that are told, message
+  const std::tuple<const char*, U32, const char*> aCases[] = {
+      {"87 02 8e 01 41", 14, nullptr},
+      {"16 07 01 30 41", 14, "LibDwarf: evaluation of 'DW_EXPR_VAL_EXPRESSION' not implemented"},
+      {"3c 02 8e 01 41", 0, "libdwarf: frame program is damaged in func CFrameTable::RowAt (pc, 0x806C)"},
+  };
+  for (const auto& [sProgram, NumRegs, sMessage] : aCases) {
+    OpenBytes(WithBytes(BytesOf("gcc_dwarf5_O0.elf"), "87 02 8e 01 41", sProgram));
+    aMessages.clear();
+    ELF_SYM_LOC aRegs[14];
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(ELF_GetCfiRegs(pFile, PC, 14, aRegs), NumRegs) << sProgram;
+    EXPECT_EQ(ELF_GetCfa(pFile, PC).Type == ELF_LOC_NONE, NumRegs == 0);
+    EXPECT_EQ(aMessages, sMessage ? std::vector<std::string>{sMessage} : std::vector<std::string>());
+  }
+}
