@@ -14,5 +14,7 @@ struct FUNCTION_ROW {
   I64 Line;
 };
 
-// Every range of every function, by ascending start.
+// True in a function that the linker dropped.
+bool IsInDroppedCode(const ELF_FILE* pFile, ELF_SYM_HANDLE hScope);
+// Every range of every function that the linker kept, by ascending start.
 std::vector<FUNCTION_ROW> FunctionRows(const ELF_FILE* pFile);

@@ -9,7 +9,7 @@
 
 namespace {
 
-void AddDebugFunction(ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
+void AddDebugFunction(const ELF_FILE* pFile, ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
   const U32 NumRanges = ELF_GetNumRanges(hFunc);
   if (NumRanges == 0) return;
   const char* sName = ELF_GetName(hFunc);
@@ -18,17 +18,29 @@ void AddDebugFunction(ELF_SYM_HANDLE hFunc, std::vector<FUNCTION_ROW>& aRows) {
   I64 Line = 0;
   ELF_GetAttrValue(hFunc, ELF_ATTR_DECL_LINE, &Line);
   for (U32 i = 0; i < NumRanges; ++i) {
+    const U32 Low = ELF_GetRangeLow(hFunc, i), High = ELF_GetRangeHigh(hFunc, i);
+    if (ELF_IsDropped(pFile, Low, High)) continue;
     // Assemblers describe their functions with the Thumb bit in the address.
-    aRows.push_back(
-        {ELF_GetRangeLow(hFunc, i) & ~1u, ELF_GetRangeHigh(hFunc, i) & ~1u, sOwnName, sFile ? sFile : "", Line});
+    aRows.push_back({Low & ~1u, High & ~1u, sOwnName, sFile ? sFile : "", Line});
   }
 }
 
 }  // namespace
 
+bool IsInDroppedCode(const ELF_FILE* pFile, ELF_SYM_HANDLE hScope) {
+  while (hScope && ELF_GetTag(hScope) != ELF_TAG_FUNC) hScope = ELF_GetParent(hScope);
+  const U32 NumRanges = ELF_GetNumRanges(hScope);
+  U32 NumDropped = 0;
+  while (NumDropped < NumRanges &&
+         ELF_IsDropped(pFile, ELF_GetRangeLow(hScope, NumDropped), ELF_GetRangeHigh(hScope, NumDropped))) {
+    ++NumDropped;
+  }
+  return NumRanges != 0 && NumDropped == NumRanges;
+}
+
 std::vector<FUNCTION_ROW> FunctionRows(const ELF_FILE* pFile) {
   std::vector<FUNCTION_ROW> aRows;
-  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) AddDebugFunction(ELF_GetFunction(pFile, i), aRows);
+  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) AddDebugFunction(pFile, ELF_GetFunction(pFile, i), aRows);
   std::set<U32> Starts;
   for (const FUNCTION_ROW& Row : aRows) Starts.insert(Row.Low);
   for (U32 i = 0; i < ELF_GetNumFuncSymbols(pFile); ++i) {

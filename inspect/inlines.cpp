@@ -1,7 +1,7 @@
 // vexor-inspect inlines: every range of every instance of an inlined function.
 #include <cstdio>
 
-#include "inspect/inspect.h"
+#include "inspect/function_rows.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 
@@ -21,10 +21,10 @@ void PrintInstance(ELF_SYM_HANDLE hInstance, const INSPECT_OPTIONS& Options) {
   const std::string sCall = std::string(sFile ? sFile : "") + "\t" + std::to_string(Line);
   const std::string sAround = QualifiedName(Around(hInstance));
   for (U32 i = 0; i < ELF_GetNumRanges(hInstance); ++i) {
-    const U32 Low = ELF_GetRangeLow(hInstance, i);
+    const U32 Low = ELF_GetRangeLow(hInstance, i), High = ELF_GetRangeHigh(hInstance, i);
     if (!Options.Covers(Low)) continue;
-    std::printf("0x%08x\t0x%08x\t%s\t%s\t%s\n", Low, ELF_GetRangeHigh(hInstance, i), QualifiedName(hInstance).c_str(),
-                sCall.c_str(), sAround.c_str());
+    std::printf("0x%08x\t0x%08x\t%s\t%s\t%s\n", Low, High, QualifiedName(hInstance).c_str(), sCall.c_str(),
+                sAround.c_str());
   }
 }
 
@@ -34,7 +34,8 @@ const char* InspectInlines(const INSPECT_OPTIONS& Options) {
   const CInspectedFile File(Options);
   if (!File.Get()) return FILE_NOT_READ;
   for (U32 i = 0; i < ELF_GetNumInlinedFuncs(File.Get()); ++i) {
-    PrintInstance(ELF_GetInlinedFunc(File.Get(), i), Options);
+    const ELF_SYM_HANDLE hInstance = ELF_GetInlinedFunc(File.Get(), i);
+    if (!IsInDroppedCode(File.Get(), hInstance)) PrintInstance(hInstance, Options);
   }
   return nullptr;
 }

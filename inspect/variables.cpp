@@ -2,7 +2,7 @@
 // have code there: one row for each place that a variable takes in turn.
 #include <cstdio>
 
-#include "inspect/inspect.h"
+#include "inspect/function_rows.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 #include "program/elf/elf_types.h"
@@ -56,7 +56,8 @@ void PrintLocal(const std::string& sFunc, ELF_SYM_HANDLE hVar, U32 Low, U32 High
   Print(Start, High, sPlace);
 }
 
-void PrintLocals(ELF_SYM_HANDLE hFunc, const INSPECT_OPTIONS& Options) {
+void PrintLocals(const ELF_FILE* pFile, ELF_SYM_HANDLE hFunc, const INSPECT_OPTIONS& Options) {
+  if (IsInDroppedCode(pFile, hFunc)) return;
   for (U32 i = 0; i < ELF_GetNumRanges(hFunc); ++i) {
     const U32 Low = std::max(ELF_GetRangeLow(hFunc, i), Options.From) & ~1u;
     const U32 High = std::min(ELF_GetRangeHigh(hFunc, i), Options.To);
@@ -76,7 +77,7 @@ const char* InspectVariables(const INSPECT_OPTIONS& Options) {
     PrintGlobals(pFile);
     return nullptr;
   }
-  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) PrintLocals(ELF_GetFunction(pFile, i), Options);
-  for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pFile); ++i) PrintLocals(ELF_GetInlinedFunc(pFile, i), Options);
+  for (U32 i = 0; i < ELF_GetNumFunctions(pFile); ++i) PrintLocals(pFile, ELF_GetFunction(pFile, i), Options);
+  for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pFile); ++i) PrintLocals(pFile, ELF_GetInlinedFunc(pFile, i), Options);
   return nullptr;
 }

@@ -3,6 +3,8 @@
 import re
 import subprocess
 
+import dropped
+
 TOOL = "llvm-dwarfdump-14"
 TIME_LIMIT_S = 120
 
@@ -47,6 +49,7 @@ class DebugInfo:
         # Its own text of a location list ends a line with the expression: one entry of the list a line.
         result = subprocess.run([TOOL, "--debug-info", "--debug-types", path], capture_output=True, text=True,
                                 errors="replace", timeout=TIME_LIMIT_S, check=True)
+        self.path = path
         self.roots, self._by_offset, self._signatures = [], {}, {}
         self._read(result.stdout.splitlines())
         self._addresses = self._read_addresses(path)
@@ -199,6 +202,16 @@ class DebugInfo:
         return None
 
     def ranges(self, entry):
+        """None in a function that the linker dropped."""
+        function = entry
+        while function and not function.is_tag("subprogram"):
+            function = function.parent
+        own = self._all_ranges(function) if function else []
+        if own and all(dropped.is_dropped(self.path, low, high) for low, high in own):
+            return []
+        return self._all_ranges(entry)
+
+    def _all_ranges(self, entry):
         found = [(int(low, 16), int(high, 16)) for low, high in _RANGE.findall(entry.attributes.get("DW_AT_ranges", ""))]
         if not found and entry.has("DW_AT_low_pc") and entry.has("DW_AT_high_pc"):
             found = [(entry.number("DW_AT_low_pc"), entry.number("DW_AT_high_pc"))]

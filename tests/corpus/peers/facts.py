@@ -4,6 +4,7 @@ import collections
 import re
 import subprocess
 
+import dropped
 import place_text
 
 TIME_LIMIT_S = 120
@@ -294,7 +295,7 @@ def readelf_frames(path):
     initial = {number: lines[0][1:] for common, number, _, _, lines in entries if common is None and lines}
     found = set()
     for common, _, low, high, lines in entries:
-        if common is None:
+        if common is None or dropped.is_dropped(path, low, high):
             continue
         lines = lines or [(low, *initial[common])]
         ends = [line[0] for line in lines[1:]] + [high]
