@@ -206,12 +206,13 @@ class DebugInfo:
         function = entry
         while function and not function.is_tag("subprogram"):
             function = function.parent
-        own = self._all_ranges(function) if function else []
+        own = self.described_ranges(function) if function else []
         if own and all(dropped.is_dropped(self.path, low, high) for low, high in own):
             return []
-        return self._all_ranges(entry)
+        return self.described_ranges(entry)
 
-    def _all_ranges(self, entry):
+    def described_ranges(self, entry):
+        """Those of a function that the linker dropped too."""
         found = [(int(low, 16), int(high, 16)) for low, high in _RANGE.findall(entry.attributes.get("DW_AT_ranges", ""))]
         if not found and entry.has("DW_AT_low_pc") and entry.has("DW_AT_high_pc"):
             found = [(entry.number("DW_AT_low_pc"), entry.number("DW_AT_high_pc"))]

@@ -19,9 +19,7 @@ class Context:
                 self._rows.setdefault(int(address, 16), []).append((file.rsplit("/", 1)[-1], int(line)))
         self._addresses = sorted(self._rows)
         self.in_words = b".note.iar" in path.read_bytes()  # the name of a section
-        # Starts of variables and functions that are in the program.
-        self.symbols = {(kind, int(value, 16) & ~(kind == "FUNC"))
-                        for value, _, kind, *_ in facts.rows(inspect, "symbols", path)}
+        self.objects = {int(value, 16) for value, _, kind, *_ in facts.rows(inspect, "symbols", path) if kind == "OBJECT"}
 
     def rows_near(self, address):
         """File and line of all rows at the nearest address at or below this one."""
@@ -96,13 +94,14 @@ def _named_in_another_unit(context, side, row, own, peer):
 
 
 def _dropped_variable(context, side, row, own, peer):
-    return side == "here" and row[1] == 0 and ("OBJECT", 0) not in context.symbols
+    return side == "here" and row[1] == 0 and 0 not in context.objects
 
 
 def _line_of_dropped_function(context, side, row, own, peer):
-    return side == "peer" and ("FUNC", 0) not in context.symbols and any(
-        low == 0 and low <= row[2] < high for entry in context.info.all() if entry.is_tag("subprogram")
-        for low, high in context.info.ranges(entry))
+    info = context.info
+    return side == "peer" and any(
+        low <= row[2] < high for entry in info.all() if entry.is_tag("subprogram") and not info.ranges(entry)
+        for low, high in info.described_ranges(entry))
 
 
 def _frame_in_words(context, side, row, own, peer):
