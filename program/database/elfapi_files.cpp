@@ -10,21 +10,46 @@
 
 namespace {
 
-// File of the program that the finder finds at this path; -1 if none. The paths are found again when the finder's
-// settings have changed.
-FILE_INDEX FindByFoundPath(const CDatabaseLock& Db, const QString& sPath) {
-  const CFileFinder* pFinder = CFileFinder::Get();
-  const U32 Generation = pFinder->GetGeneration();
-  if (!Db->FoundPaths || Db->FoundPaths->Generation != Generation) {
-    const CFindBurst Burst;
-    Db->FoundPaths.emplace();
-    Db->FoundPaths->Generation = Generation;
-    for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
-      const QString sKey = FilePathKey(pFinder->FindFile(Db->Files.At(i).sOwnPath));
-      if (!sKey.isEmpty() && !Db->FoundPaths->Files.contains(sKey)) Db->FoundPaths->Files.insert(sKey, i);
-    }
+// Files of the program for which the finder is to look.
+struct FIND_ORDER {
+  const ELF_FILE* pElf = nullptr;
+  bool bAll = false;        // else only some that may have appeared
+  U32 Generation = 0;       // of the finder's settings
+  FILE_INDEX NumFiles = 0;  // of the program
+  QList<std::pair<FILE_INDEX, QString>> Files;
+
+  bool IsFor(const DATABASE& Db) const { return Db.pElf == pElf && Db.Files.Count() == NumFiles; }
+};
+
+// All files when the finder's settings have changed, otherwise those with the bare name of the path: a file that was
+// not there may have been made since.
+FIND_ORDER OrderFor(const DATABASE& Db, const QString& sPath) {
+  FIND_ORDER Order{Db.pElf, false, CFileFinder::Get()->GetGeneration(), Db.Files.Count(), {}};
+  Order.bAll = !Db.FoundPaths || Db.FoundPaths->Generation != Order.Generation;
+  const QString sEnd = sPath.mid(std::max(sPath.lastIndexOf(u'/'), sPath.lastIndexOf(u'\\')));
+  if (!Order.bAll && sEnd.size() == sPath.size()) return Order;
+  for (FILE_INDEX i = 0; i < Order.NumFiles; ++i) {
+    const QString& sOwnPath = Db.Files.At(i).sOwnPath;
+    if (Order.bAll || QStringView(sOwnPath).endsWith(QStringView(sEnd).mid(1), Qt::CaseInsensitive))
+      Order.Files.append({i, sOwnPath});
   }
-  return Db->FoundPaths->Files.value(FilePathKey(sPath), -1);
+  return Order;
+}
+
+// May take long on a slow disk: without the database's mutex.
+QHash<QString, FILE_INDEX> FindFiles(const FIND_ORDER& Order) {
+  const CFindBurst Burst;
+  QHash<QString, FILE_INDEX> Found;
+  for (const auto& [File, sOwnPath] : Order.Files) {
+    const QString sKey = FilePathKey(CFileFinder::Get()->FindFile(sOwnPath));
+    if (!sKey.isEmpty() && !Found.contains(sKey)) Found.insert(sKey, File);
+  }
+  return Found;
+}
+
+U32 IdOfFoundPath(const DATABASE& Db, const QString& sPath) {
+  const FILE_INDEX File = Db.FoundPaths ? Db.FoundPaths->Files.value(FilePathKey(sPath), -1) : -1;
+  return File < 0 ? INVALID_FILE_ID : Db.Files.At(File).Id;
 }
 
 }  // namespace
@@ -51,11 +76,25 @@ int ELFAPI_AddRelocation(const QString& sText, I32 Delta) {
 }
 
 U32 ELFAPI_FileId(const QString& sPath) {
+  FIND_ORDER Order;
+  {
+    const CDatabaseLock Db;
+    U32 Id = Db->Files.IdOfPath(sPath);
+    if (Id != INVALID_FILE_ID || sPath.isEmpty()) return Id;
+    Order = OrderFor(*Db, sPath);
+    if (!Order.bAll) Id = IdOfFoundPath(*Db, sPath);
+    if (Id != INVALID_FILE_ID || Order.Files.isEmpty()) return Id;
+  }
+  QHash<QString, FILE_INDEX> Found = FindFiles(Order);
   const CDatabaseLock Db;
-  const U32 Id = Db->Files.IdOfPath(sPath);
-  if (Id != INVALID_FILE_ID || sPath.isEmpty()) return Id;
-  const FILE_INDEX Found = FindByFoundPath(Db, sPath);
-  return Found < 0 ? INVALID_FILE_ID : Db->Files.At(Found).Id;
+  // Another program may have been opened meanwhile.
+  if (!Order.IsFor(*Db) || (!Order.bAll && !Db->FoundPaths)) return Db->Files.IdOfPath(sPath);
+  if (Order.bAll) {
+    Db->FoundPaths = {Order.Generation, std::move(Found)};
+  } else {
+    for (auto it = Found.cbegin(); it != Found.cend(); ++it) Db->FoundPaths->Files.insert(it.key(), it.value());
+  }
+  return IdOfFoundPath(*Db, sPath);
 }
 
 QString ELFAPI_GetFilePathOf(U32 FileId) {

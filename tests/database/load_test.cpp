@@ -6,6 +6,7 @@
 
 #include "device/data_files/vfile.h"
 #include "program/database/elfapi_types.h"
+#include "program/database/file_finder.h"
 #include "program/database/file_table.h"
 #include "program/database/program_build.h"
 #include "program/elf/elf.h"
@@ -156,6 +157,18 @@ TEST_F(LoadTest, FilesAreToldApartByTheirWholePaths) {
   EXPECT_EQ(ELFAPI_GetFilePathOf(ELFAPI_GetFileAt(AddrOf("FirstStep"))), u"/demo/first.c");
   EXPECT_EQ(ELFAPI_GetFilePathOf(ELFAPI_GetFileAt(AddrOf("SecondStep"))), u"/demo/second.c");
   EXPECT_EQ(Names(ELFAPI_GetFileFunctions(FileId("/demo/second.c"))), "SecondStep LongStatement Clamp");
+}
+
+TEST_F(LoadTest, AFileIsKnownWhenItAppearsWhereTheFinderLooks) {
+  const QTemporaryDir Dir;
+  const QString sPlace = Dir.filePath(u"first.c"_s);
+  ASSERT_EQ(LoadBytes(ReadBytes(DEMO_ELF).replace("/demo", "demo2")), 0);
+  CFileFinder::Get()->AddSearchPath(Dir.path());
+  EXPECT_EQ(ELFAPI_FileId(sPlace), INVALID_FILE_ID);
+  WriteBytes(sPlace, {});
+  EXPECT_EQ(ELFAPI_FileId(sPlace), FileId("demo2/first.c"));
+  EXPECT_NE(ELFAPI_FileId(sPlace), INVALID_FILE_ID);
+  CFileFinder::Get()->Clear();
 }
 
 TEST_F(LoadTest, TheScopeOutlivesTheProgram) {
