@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Writes the seeds of line_fuzz, location_fuzz and frame_fuzz into directories of those names: the sections of the
-program files of the corpus, and each location expression that stands alone there."""
+program files of the corpus, and each location expression that stands alone there. For elf_fuzz and program_fuzz it
+writes files with compressed sections, which go beside the program files themselves."""
 import pathlib
 import re
 import struct
@@ -44,6 +45,12 @@ def expressions(path, big):
         yield struct.pack("<BBI", big, 0, 0) + bytes(int(byte, 16) for byte in block.split())
 
 
+def write_compressed(path, out):
+    for method in ("zlib", "zlib-gnu", "zstd"):
+        target = out / f"{path.stem}_{method}.elf"
+        subprocess.run(["arm-none-eabi-objcopy", f"--compress-debug-sections={method}", path, target], check=True)
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit("usage: dwarf_seeds.py DIRECTORY")
@@ -58,6 +65,10 @@ def main():
             folder = out / f"{target}_fuzz"
             folder.mkdir(parents=True, exist_ok=True)
             (folder / f"{path.parent.parent.name}_{path.stem}_{number}").write_bytes(seed)
+    folder = out / "compressed"
+    folder.mkdir(parents=True, exist_ok=True)
+    for path in sorted((ROOT / "tests/elf/data").glob("*.elf")):
+        write_compressed(path, folder)
 
 
 main()

@@ -9,9 +9,9 @@
 
 namespace {
 
-// The most bytes that one byte of a stream can stand for.
-constexpr U64 MAX_ZLIB_RATIO = 1032;
-constexpr U64 MAX_ZSTD_RATIO = 32768;  // a block of 128 KiB takes four bytes at least
+// The most bytes that one byte of a zlib stream can stand for. The blocks of the other method can stand for more, but
+// debug information does not come near it.
+constexpr U64 MAX_RATIO = 1032;
 const char ZDEBUG_MAGIC[] = {'Z', 'L', 'I', 'B'};
 
 void SetStream(const CByteCursor& Bytes, COMPRESSED_SECTION& Out) {
@@ -58,10 +58,9 @@ bool ParseZdebugSection(const U8* pData, U32 Size, COMPRESSED_SECTION& Out) {
 }
 
 std::unique_ptr<U8[]> Expand(const COMPRESSED_SECTION& Section, U64 MaxSize) {
-  const bool bZstd = Section.Method == COMPRESSION::Zstd;
-  const U64 MaxRatio = bZstd ? MAX_ZSTD_RATIO : MAX_ZLIB_RATIO;
-  if (Section.Size > MaxSize || Section.Size > Section.StreamSize * MaxRatio) return nullptr;
+  if (Section.Size > MaxSize || Section.Size > Section.StreamSize * MAX_RATIO) return nullptr;
   std::unique_ptr<U8[]> pBytes(new (std::nothrow) U8[Section.Size + 1]);
   if (!pBytes) return nullptr;
-  return (bZstd ? Unzstd(Section, pBytes.get()) : Inflate(Section, pBytes.get())) ? std::move(pBytes) : nullptr;
+  const auto Fill = Section.Method == COMPRESSION::Zstd ? Unzstd : Inflate;
+  return Fill(Section, pBytes.get()) ? std::move(pBytes) : nullptr;
 }
