@@ -35,15 +35,14 @@ U32 CodeSize(const DWARF_INFO& Info, U32 Entry) {
   return Highest > Lowest && Highest - Lowest < MAX_CODE_SIZE ? Highest - Lowest : 0;
 }
 
-// End of a range of code: where its start has the Thumb bit, so has its end.
-U32 CodeEndToTarget(U32 Low, U32 High) {
-  const U32 ThumbBit = Low & 1u;
-  return EndToTarget(High - ThumbBit) + ThumbBit;
+// End of a range, which has the Thumb bit where its start has it. An empty range stays empty at the edge of what moves.
+U32 RangeEndToTarget(U32 Low, U32 High, U32 ThumbBit) {
+  return Low == High ? AddrToTarget(Low) : EndToTarget(High - ThumbBit) + ThumbBit;
 }
 
 U32 SymbolEndToTarget(const ELF_SYMBOL& Symbol) {
-  const U32 End = Symbol.Value + Symbol.Size;
-  return Symbol.IsFunction() ? CodeEndToTarget(Symbol.Value, End) : EndToTarget(End);
+  const U32 ThumbBit = Symbol.IsFunction() ? Symbol.Value & 1u : 0;
+  return RangeEndToTarget(Symbol.Value, Symbol.Value + Symbol.Size, ThumbBit);
 }
 
 // The ranges of the entry asked last: a caller takes number, lows and highs one after the other.
@@ -108,10 +107,9 @@ ELF_SYMBOL_EXTENT ELF_GetSymbolExtent(const ELF_FILE* pFile) {
   for (U32 i = 0; i < Extent.NumSymbols; ++i) {
     const ELF_SYMBOL& Symbol = *pFile->Symbols.Get(i);
     if (!pFile->Symbols.HasAddress(Symbol)) continue;
-    const U32 Value = AddrToTarget(Symbol.Value), End = SymbolEndToTarget(Symbol);
-    Extent.Lowest = std::min(Extent.Lowest, Value);
-    Extent.Highest =
-        std::max(Extent.Highest, Symbol.Size > INVALID_ADDR - Symbol.Value ? INVALID_ADDR : std::max(Value, End));
+    const bool bBeyond = Symbol.Size > INVALID_ADDR - Symbol.Value;
+    Extent.Lowest = std::min(Extent.Lowest, AddrToTarget(Symbol.Value));
+    Extent.Highest = std::max(Extent.Highest, bBeyond ? INVALID_ADDR : SymbolEndToTarget(Symbol));
   }
   if (Extent.Lowest > Extent.Highest) Extent.Lowest = 0;
   return Extent;
@@ -188,5 +186,6 @@ bool ELF_IsDropped(const ELF_FILE* pFile, U32 Low, U32 High) {
 U32 ELF_GetRangeHigh(ELF_SYM_HANDLE hSym, U32 Index) {
   if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return Index == 0 ? SymbolEndToTarget(*pSymbol) : 0;
   const std::vector<ADDR_RANGE>& aRanges = RangesOfHandle(hSym);
-  return Index < aRanges.size() ? CodeEndToTarget(aRanges[Index].Low, aRanges[Index].High) : 0;
+  if (Index >= aRanges.size()) return 0;
+  return RangeEndToTarget(aRanges[Index].Low, aRanges[Index].High, aRanges[Index].Low & 1u);
 }

@@ -107,6 +107,8 @@ TEST_F(ElfSymbols, RangesOfRelocatedThumbCode) {
       {"plain.elf", "main", "main", 0x108041, 0x108079},
       {"plain.elf", "main", "Accumulate", 0x8001, 0x8041},
       {"plain.elf", ".text", "LastOfSection", 0x1080BD, 0x1080CB},
+      {"plain.elf", ".text", "$t", 0x108000, 0x108000},
+      {"plain.elf", ".data", "Elsewhere", 0x20100000, 0x20100004},
       {"plain.elf", "0x20000000-0x20000010", "EndObject", 0x20000010, 0x20000014},
       {"../../database/data/low.elf", "ResetHandler", "ResetHandler", 0x100009, 0x100013},
       {"../../database/data/low.elf", "0x12-0x100", "ResetHandler", 9, 0x13},
