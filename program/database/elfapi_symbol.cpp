@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr U32 ATTR_EXPORT_SYMBOLS = 0x89;  // DW_AT_export_symbols: an inline namespace
-constexpr int MAX_SCOPE_DEPTH = 32;        // enclosing classes and namespaces followed for a qualified name
+constexpr int MAX_SCOPE_DEPTH = 32;  // enclosing classes and namespaces followed for a qualified name
 
 bool IsDebugSymbol(ELF_SYM_HANDLE Sym) {
   return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF;
@@ -31,15 +30,13 @@ ELF_SYM_HANDLE OwnerOf(ELF_SYM_HANDLE Sym) {
   const U32 Tag = ELF_GetTag(Sym);
   if ((Tag == ELF_TAG_VARIABLE || Tag == ELF_TAG_PARAMETER) && ELF_GetContainingFunc(Sym) != 0) return 0;
   const ELF_SYM_HANDLE Class = ELF_GetContainingClass(Sym);
-  const ELF_SYM_HANDLE Owner = Class != 0 ? Class : ELF_GetContainingNamespace(Sym);
-  if (Owner != 0 || Tag != ELF_TAG_INLINED_FUNC) return Owner;
-  const ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Sym);
-  return Origin != 0 && Origin != Sym ? ELF_GetContainingNamespace(Origin) : 0;
+  return Class != 0 ? Class : ELF_GetContainingNamespace(Sym);
 }
 
 bool IsInlineNamespace(ELF_SYM_HANDLE Sym) {
   I64 Value = 0;
-  return ELF_GetTag(Sym) == ELF_TAG_NAMESPACE && ELF_GetAttrValue(Sym, ATTR_EXPORT_SYMBOLS, &Value) == 0 && Value != 0;
+  return ELF_GetTag(Sym) == ELF_TAG_NAMESPACE && ELF_GetAttrValue(Sym, ELF_ATTR_EXPORT_SYMBOLS, &Value) == 0 &&
+         Value != 0;
 }
 
 QString ScopeNameOf(ELF_SYM_HANDLE Sym, bool bInlineToo) {

@@ -28,6 +28,11 @@ bool HasByteSize(const CDieReader& Reader, const CDie& Die) {
   return Reader.Integer(Die, DW_AT_byte_size).value_or(0) != 0;
 }
 
+// A class of no function that may be defined somewhere else.
+bool IsOpenDeclaration(const CDie& Die, bool bInFunction) {
+  return !bInFunction && Die.Has(DW_AT_declaration) && Die.Has(DW_AT_name) && !Die.Has(DW_AT_signature);
+}
+
 // The list that wants the entry, null if none does.
 std::vector<U32>* ListOf(DWARF_INFO& Info, const CDie& Die, U32 Tag, bool bInFunction) {
   const CDieReader& Reader = Info.Reader;
@@ -45,7 +50,9 @@ std::vector<U32>* ListOf(DWARF_INFO& Info, const CDie& Die, U32 Tag, bool bInFun
     case DW_TAG_typedef:
       return &Lists.aTypes;
     default:
-      return IsClassTag(Tag) && IsDefinition(Reader, Die) && HasByteSize(Reader, Die) ? &Lists.aTypes : nullptr;
+      if (!IsClassTag(Tag)) return nullptr;
+      if (IsOpenDeclaration(Die, bInFunction)) return &Lists.aDeclaredTypes;
+      return IsDefinition(Reader, Die) && HasByteSize(Reader, Die) ? &Lists.aTypes : nullptr;
   }
 }
 

@@ -24,7 +24,6 @@ public:
   // The rest may be asked of an entry only.
   const DWARF_UNIT& Unit() const { return *pUnit; }
   U32 Tag() const { return pAbbrev->Tag; }
-  bool HasChildren() const { return pAbbrev->bChildren; }
   std::span<const ATTR_SPEC> Specs() const { return pUnit->pAbbrevs->Specs(*pAbbrev); }
   // Offset of the first value in the section.
   U32 ValuesAt() const { return FirstValue; }

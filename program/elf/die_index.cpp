@@ -7,6 +7,10 @@ namespace {
 // The densest files of compilers have an entry in 9 bytes. More only costs a move of the table.
 constexpr U32 BYTES_PER_ENTRY = 9;
 
+void SortByFrom(std::vector<DIE_LINK>& aLinks) {
+  std::stable_sort(aLinks.begin(), aLinks.end(), [](const DIE_LINK& A, const DIE_LINK& B) { return A.From < B.From; });
+}
+
 }  // namespace
 
 void CDieIndex::SetUnits(std::vector<DWARF_UNIT> Units) {
@@ -31,16 +35,21 @@ void CDieIndex::ResolveSpecifications() {
     aSpecifications.push_back({Pending.Entry, Target});
     aDefinitions.push_back({Target, Pending.Entry});
   }
-  const auto ByFrom = [](const LINK& A, const LINK& B) { return A.From < B.From; };
-  std::stable_sort(aSpecifications.begin(), aSpecifications.end(), ByFrom);
-  std::stable_sort(aDefinitions.begin(), aDefinitions.end(), ByFrom);
+  SortByFrom(aSpecifications);
+  SortByFrom(aDefinitions);
   aPending = {};
 }
 
+void CDieIndex::AddDefinitions(const std::vector<DIE_LINK>& aLinks) {
+  if (aLinks.empty()) return;
+  aDefinitions.insert(aDefinitions.end(), aLinks.begin(), aLinks.end());
+  SortByFrom(aDefinitions);
+}
+
 // The last one where an entry has several.
-U32 CDieIndex::Follow(const std::vector<LINK>& aLinks, U32 From) {
+U32 CDieIndex::Follow(const std::vector<DIE_LINK>& aLinks, U32 From) {
   const auto Above = std::upper_bound(aLinks.begin(), aLinks.end(), From,
-                                      [](U32 Wanted, const LINK& Link) { return Wanted < Link.From; });
+                                      [](U32 Wanted, const DIE_LINK& Link) { return Wanted < Link.From; });
   return Above != aLinks.begin() && std::prev(Above)->From == From ? std::prev(Above)->To : 0;
 }
 

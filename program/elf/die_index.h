@@ -14,6 +14,12 @@ struct DIE_ENTRY {
   U16 Depth = 0;
 };
 
+// An entry leads to another one.
+struct DIE_LINK {
+  U32 From;
+  U32 To;
+};
+
 // All units and all entries that exist, in the order of the walk, found by number and by section offset.
 class CDieIndex {
 public:
@@ -54,7 +60,10 @@ public:
   const DWARF_UNIT* UnitAt(DIE_REF Ref) const;
 
   U32 Specification(U32 Entry) const;
-  // The entry that names this one as its specification, 0 if there is none.
+  const std::vector<DIE_LINK>& Specifications() const { return aSpecifications; }
+  // From entries without definition to theirs, each once.
+  void AddDefinitions(const std::vector<DIE_LINK>& aLinks);
+  // The entry that names this one as its specification or was added as its definition, 0 if there is none.
   U32 Definition(U32 Entry) const;
 
   U32 FirstChild(U32 Entry) const;
@@ -65,10 +74,6 @@ private:
     U32 Entry;
     DIE_REF Target;
   };
-  struct LINK {
-    U32 From;
-    U32 To;
-  };
 
   std::vector<DIE_ENTRY> aEntries;
   std::vector<DWARF_UNIT> aUnits;
@@ -76,9 +81,9 @@ private:
   U32 MaxEntries;
   bool bFull = false;
   std::vector<PENDING> aPending;
-  std::vector<LINK> aSpecifications;  // sorted by From, like the next
-  std::vector<LINK> aDefinitions;
+  std::vector<DIE_LINK> aSpecifications;  // sorted by From, like the next
+  std::vector<DIE_LINK> aDefinitions;
   std::unordered_map<U64, U32> TypeUnits;  // signature to unit
 
-  static U32 Follow(const std::vector<LINK>& aLinks, U32 From);
+  static U32 Follow(const std::vector<DIE_LINK>& aLinks, U32 From);
 };

@@ -8,7 +8,6 @@ namespace {
 constexpr U32 MAX_ATTR_LEVELS = 6;
 constexpr U32 MAX_NAME_LEVELS = 21;
 constexpr U32 MAX_SCOPE_LEVELS = 64;  // abstract origins of abstract origins: only damaged files come here
-constexpr U32 MAX_CLASS_LEVELS = 6;
 
 bool IsInheritable(U32 Attr) {
   return Attr != DW_AT_specification && Attr != DW_AT_abstract_origin && Attr != DW_AT_declaration &&
@@ -36,30 +35,33 @@ U32 CDieLookup::DefinerOf(U32 Entry) const {
 }
 
 U32 CDieLookup::OwnerOf(U32 Entry, U32 Attr) const {
-  for (U32 Level = 0; Level < MAX_ATTR_LEVELS && Entry != 0; ++Level) {
-    if (HasOwn(Entry, Attr)) return Entry;
-    if (!IsInheritable(Attr)) return 0;
-    if (Info.Index.Get(Entry).Tag == DW_TAG_namespace) {
-      const U32 Original = OwnReference(Entry, DW_AT_extension);
-      if (Original && HasOwn(Original, Attr)) return Original;
-    }
-    const U32 Specification = Info.Index.Specification(Entry);
-    if (Specification && HasOwn(Specification, Attr)) return Specification;
-    const U32 Origin = AbstractOrigin(Entry);
-    if (Origin == 0 || Origin == Entry) {
-      const U32 Definer = DefinerOf(Entry);
-      return Definer && HasOwn(Definer, Attr) ? Definer : 0;
-    }
-    Entry = Origin;
+  return OwnerOfLevel(Entry, Attr, 0);
+}
+
+U32 CDieLookup::OwnerOfLevel(U32 Entry, U32 Attr, U32 Level) const {
+  if (Level == MAX_ATTR_LEVELS || Entry == 0) return 0;
+  if (HasOwn(Entry, Attr)) return Entry;
+  if (!IsInheritable(Attr)) return 0;
+  if (Info.Index.Get(Entry).Tag == DW_TAG_namespace) {
+    const U32 Original = OwnReference(Entry, DW_AT_extension);
+    if (Original && HasOwn(Original, Attr)) return Original;
   }
-  return 0;
+  const U32 Specification = Info.Index.Specification(Entry);
+  if (Specification && HasOwn(Specification, Attr)) return Specification;
+  const U32 Origin = AbstractOrigin(Entry);
+  const U32 Found = Origin != Entry ? OwnerOfLevel(Origin, Attr, Level + 1) : 0;
+  const U32 Definer = Found == 0 ? DefinerOf(Entry) : 0;
+  return Definer && HasOwn(Definer, Attr) ? Definer : Found;
 }
 
 std::optional<I64> CDieLookup::Integer(U32 Entry, U32 Attr) const {
   const U32 Owner = OwnerOf(Entry, Attr);
   if (Owner == 0) return std::nullopt;
   const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
-  return Die ? Info.Reader.Integer(Die, Attr) : std::nullopt;
+  if (!Die) return std::nullopt;
+  const std::optional<U64> Signature = Info.Reader.Signature(Die, Attr);
+  const U32 Type = Signature ? Info.Index.FindType(*Signature) : 0;
+  return Type ? std::optional<I64>(Info.Index.Get(Type).Offset) : Info.Reader.Integer(Die, Attr);
 }
 
 U32 CDieLookup::Reference(U32 Entry, U32 Attr) const {
@@ -67,18 +69,25 @@ U32 CDieLookup::Reference(U32 Entry, U32 Attr) const {
   return Owner ? OwnReference(Owner, Attr) : 0;
 }
 
-const char* CDieLookup::Name(U32 Entry) const {
+const char* CDieLookup::Name(U32 First) const {
+  U32 Entry = First;
   for (U32 Level = 0; Level < MAX_NAME_LEVELS && Entry != 0; ++Level) {
     const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
     if (!Die) return nullptr;
     if (const char* sName = Info.Reader.Text(Die, DW_AT_name)) return sName;
-    U32 Next = OwnReference(Entry, DW_AT_abstract_origin);
+    U32 Next = AbstractOrigin(Entry);
     if (Next == 0) Next = Info.Index.Specification(Entry);
-    if (Next == 0) Next = Info.Index.Definition(Entry);
-    if (Next == Entry) return nullptr;
-    Entry = Next;
+    if (Next == 0) Next = DefinerOf(Entry);
+    Entry = Next != Entry ? Next : 0;
   }
-  return nullptr;
+  // Functions that a compiler makes up have no other: thunks, the constructors of globals.
+  return IsFunctionTag(Info.Index.Get(First).Tag) ? LinkageName(First) : nullptr;
+}
+
+const char* CDieLookup::LinkageName(U32 Entry) const {
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Entry));
+  const char* sName = Die ? Info.Reader.Text(Die, DW_AT_linkage_name) : nullptr;
+  return !Die || sName ? sName : Info.Reader.Text(Die, DW_AT_MIPS_linkage_name);
 }
 
 U32 CDieLookup::Definition(U32 Entry) const {
@@ -91,7 +100,7 @@ U32 CDieLookup::TypeSize(U32 Entry) const {
   U64 Factor = 1;
   for (U32 Step = 0; Step < MAX_TYPE_STEPS && Entry != 0; ++Step) {
     const U32 Tag = Info.Index.Get(Entry).Tag;
-    if (Tag == DW_TAG_pointer_type) return static_cast<U32>(Factor * Info.Index.UnitOf(Entry).AddrSize);
+    if (IsReferenceTag(Tag)) return static_cast<U32>(Factor * Info.Index.UnitOf(Entry).AddrSize);
     if (Tag == DW_TAG_array_type) {
       Factor = static_cast<U32>(Factor * ElementCount(Dimensions(Info, Entry)));
     } else if (const I64 Size = Integer(Entry, DW_AT_byte_size).value_or(0)) {
@@ -116,30 +125,37 @@ U32 CDieLookup::Around(U32 Entry, PREDICATE Wanted) const {
 }
 
 template <typename PREDICATE>
-U32 CDieLookup::AroundAnyForm(U32 Entry, PREDICATE Wanted, U32 MaxLevels) const {
-  for (U32 Level = 0; Level < MaxLevels && Entry != 0; ++Level) {
-    if (const U32 Found = Around(Entry, Wanted)) return Found;
-    const U32 Specification = Info.Index.Specification(Entry);
-    if (const U32 Found = Specification ? Around(Specification, Wanted) : 0) return Found;
+U32 CDieLookup::AroundDeclared(U32 Entry, PREDICATE Wanted) const {
+  if (const U32 Found = Around(Entry, Wanted)) return Found;
+  const U32 Specification = Info.Index.Specification(Entry);
+  return Specification ? Around(Specification, Wanted) : 0;
+}
+
+U32 CDieLookup::LastOrigin(U32 Entry) const {
+  for (U32 Level = 0; Level < MAX_SCOPE_LEVELS; ++Level) {
+    const U32 Origin = AbstractOrigin(Entry);
+    if (Origin == 0 || Origin == Entry) break;
+    Entry = Origin;
+  }
+  return Entry;
+}
+
+// Around the place to which a function was inlined stand the scopes of another one.
+U32 CDieLookup::ContainingClass(U32 Entry) const {
+  return AroundDeclared(LastOrigin(Entry), IsClassTag);
+}
+
+U32 CDieLookup::ContainingNamespace(U32 Entry) const {
+  return AroundDeclared(LastOrigin(Entry), [](U32 Tag) { return Tag == DW_TAG_namespace; });
+}
+
+U32 CDieLookup::ContainingFunc(U32 Entry) const {
+  for (U32 Level = 0; Level < MAX_SCOPE_LEVELS && Entry != 0; ++Level) {
+    if (const U32 Found = AroundDeclared(Entry, IsFunctionTag)) return Found;
     const U32 Origin = AbstractOrigin(Entry);
     Entry = Origin != Entry ? Origin : 0;
   }
   return 0;
-}
-
-U32 CDieLookup::ContainingClass(U32 Entry) const {
-  return AroundAnyForm(Entry, IsClassTag, MAX_CLASS_LEVELS);
-}
-
-U32 CDieLookup::ContainingFunc(U32 Entry) const {
-  return AroundAnyForm(Entry, IsFunctionTag, MAX_SCOPE_LEVELS);
-}
-
-U32 CDieLookup::ContainingNamespace(U32 Entry) const {
-  const auto IsNamespace = [](U32 Tag) { return Tag == DW_TAG_namespace; };
-  if (const U32 Found = Around(Entry, IsNamespace)) return Found;
-  const U32 Specification = Info.Index.Specification(Entry);
-  return Specification ? Around(Specification, IsNamespace) : 0;
 }
 
 U32 CDieLookup::ContainingScope(U32 Entry) const {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "program/elf/dwarf_constants.h"
 #include "program/elf/dwarf_info.h"
 
 // Answers about one entry that also take its specification, abstract origin and definition into account. Entries are
@@ -17,7 +18,7 @@ public:
   U32 Reference(U32 Entry, U32 Attr) const;
   // The entry's own name or the inherited one; null when unknown.
   const char* Name(U32 Entry) const;
-  U32 AbstractOrigin(U32 Entry) const { return OwnReference(Entry, ATTR_ABSTRACT_ORIGIN); }
+  U32 AbstractOrigin(U32 Entry) const { return OwnReference(Entry, DW_AT_abstract_origin); }
   U32 Definition(U32 Entry) const;
   // Byte size of the entry's type, 0 if it has none.
   U32 TypeSize(U32 Entry) const;
@@ -31,16 +32,20 @@ public:
   const char* DeclFile(U32 Entry) const;
 
 private:
-  static constexpr U32 ATTR_ABSTRACT_ORIGIN = 0x31;
-
   const DWARF_INFO& Info;
 
   U32 OwnReference(U32 Entry, U32 Attr) const;
-  // The entry that names this one as its specification, or the type that a type unit describes for it.
+  U32 OwnerOfLevel(U32 Entry, U32 Attr, U32 Level) const;
+  // The last one of the abstract origins, the entry itself without any.
+  U32 LastOrigin(U32 Entry) const;
+  // The name by which the linker knows an entry; null if it has none.
+  const char* LinkageName(U32 Entry) const;
+  // The entry that the index has as its definition, or the type that a type unit describes for it.
   U32 DefinerOf(U32 Entry) const;
   bool HasOwn(U32 Entry, U32 Attr) const;
   template <typename PREDICATE>
   U32 Around(U32 Entry, PREDICATE Wanted) const;
+  // The same of the entry or of its specification.
   template <typename PREDICATE>
-  U32 AroundAnyForm(U32 Entry, PREDICATE Wanted, U32 MaxLevels) const;
+  U32 AroundDeclared(U32 Entry, PREDICATE Wanted) const;
 };

@@ -27,6 +27,7 @@ enum DWARF_TAG : U32 {
   DW_TAG_variable = 0x34,
   DW_TAG_volatile_type = 0x35,
   DW_TAG_namespace = 0x39,
+  DW_TAG_unspecified_type = 0x3b,
   DW_TAG_rvalue_reference_type = 0x42,
 };
 
@@ -42,6 +43,7 @@ enum DWARF_ATTRIBUTE : U32 {
   DW_AT_language = 0x13,
   DW_AT_comp_dir = 0x1b,
   DW_AT_const_value = 0x1c,
+  DW_AT_containing_type = 0x1d,
   DW_AT_lower_bound = 0x22,
   DW_AT_upper_bound = 0x2f,
   DW_AT_abstract_origin = 0x31,
@@ -63,10 +65,12 @@ enum DWARF_ATTRIBUTE : U32 {
   DW_AT_signature = 0x69,
   DW_AT_main_subprogram = 0x6a,
   DW_AT_data_bit_offset = 0x6b,
+  DW_AT_linkage_name = 0x6e,
   DW_AT_str_offsets_base = 0x72,
   DW_AT_addr_base = 0x73,
   DW_AT_rnglists_base = 0x74,
   DW_AT_loclists_base = 0x8c,
+  DW_AT_MIPS_linkage_name = 0x2007,  // before version 4
   DW_AT_GNU_addr_base = 0x2133,
 };
 

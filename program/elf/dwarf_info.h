@@ -21,6 +21,7 @@ struct DIE_LISTS {
   std::vector<U32> aFunctions;
   std::vector<U32> aInlinedFuncs;
   std::vector<U32> aTypes;
+  std::vector<U32> aDeclaredTypes;  // classes that other units may define, during the walk
   std::vector<U32> aNamespaces;
   std::vector<U32> aCompUnits;
   // Sorted by owner, then in file order.

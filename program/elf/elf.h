@@ -119,7 +119,7 @@ U32 ELF_GetSectionEntSize(const ELF_FILE* pFile, U32 Index);
 U32 ELF_GetSectionNumEntries(const ELF_FILE* pFile, U32 Index);
 // The section's bytes, owned by the file; null for a section without bytes in the file or not wholly inside it.
 const U8* ELF_GetSectionData(const ELF_FILE* pFile, U32 Index);
-// Empty text where the name lies outside the table of section names.
+// Empty text where the name lies outside the table of section names, null for an index outside the list.
 const char* ELF_GetSectionName(const ELF_FILE* pFile, U32 Index);
 // Index of the first section with exactly that name, -1 if there is none.
 I32 ELF_FindSection(const ELF_FILE* pFile, const char* sName);
@@ -167,7 +167,8 @@ U32 ELF_GetTag(ELF_SYM_HANDLE hSym);
 U32 ELF_GetBinding(ELF_SYM_HANDLE hSym);
 // Relocated st_value of an ELF symbol, bit 0 set for Thumb functions; 0 otherwise.
 U32 ELF_GetValue(ELF_SYM_HANDLE hSym);
-// Name, also by way of abstract origin, specification or definition; null when unknown.
+// Name, also by way of abstract origin, specification or definition; of a function without any that of the linker. Null
+// when unknown.
 const char* ELF_GetName(ELF_SYM_HANDLE hSym);
 // Size in bytes of the symbol's type or, where it has none, of its code; st_size of an ELF symbol.
 U32 ELF_GetSize(ELF_SYM_HANDLE hSym);
@@ -190,22 +191,26 @@ ELF_SYM_HANDLE ELF_GetNextSibling(ELF_SYM_HANDLE hSym);
 // The entry that begins exactly at that offset of .debug_info, or of .debug_types.
 ELF_SYM_HANDLE ELF_GetDieByOffset(const ELF_FILE* pFile, U32 Offset, bool bTypes);
 // Integer value of a DW_AT, looked up on the entry, its specification, abstract origin and definition. A reference
-// gives an offset. 0, or -1 and an unchanged *pOut without such an attribute.
+// gives an offset, that by a signature in the section of the type unit. 0, or -1 and an unchanged *pOut without such an
+// attribute.
 int ELF_GetAttrValue(ELF_SYM_HANDLE hSym, U32 Attr, I64* pOut);
 // The entry that a reference attribute names, looked up in the same way.
 ELF_SYM_HANDLE ELF_GetAttrDie(ELF_SYM_HANDLE hSym, U32 Attr);
 // Top entry of the entry's unit.
 ELF_SYM_HANDLE ELF_GetCompUnit(ELF_SYM_HANDLE hSym);
-// Nearest class, structure, union or enumeration around the entry, its specification or its abstract origin.
+// Nearest class, structure, union or enumeration around the entry or its specification. Of an entry with an abstract
+// origin that origin is meant: code that was inlined or cloned stands elsewhere.
 ELF_SYM_HANDLE ELF_GetContainingClass(ELF_SYM_HANDLE hSym);
-// Nearest subprogram or inlined subroutine, in the same way.
-ELF_SYM_HANDLE ELF_GetContainingFunc(ELF_SYM_HANDLE hSym);
-// Nearest namespace around the entry or its specification.
+// Nearest namespace, in the same way.
 ELF_SYM_HANDLE ELF_GetContainingNamespace(ELF_SYM_HANDLE hSym);
+// Nearest subprogram or inlined subroutine around the entry, its specification or its abstract origin.
+ELF_SYM_HANDLE ELF_GetContainingFunc(ELF_SYM_HANDLE hSym);
 // Nearest subprogram, inlined subroutine, subroutine type or lexical block around the entry itself.
 ELF_SYM_HANDLE ELF_GetContainingScope(ELF_SYM_HANDLE hSym);
 ELF_SYM_HANDLE ELF_GetAbstractOrigin(ELF_SYM_HANDLE hSym);
-// The entry itself when nothing else defines it and it has a size, else the entry that names it as its specification.
+// The entry itself when nothing else defines it and it has a size, else what defines it: the entry that names it as its
+// specification, the type unit of its signature or, of a class that its unit only declares, the class of that qualified
+// name in another one; of a member of a class the definition by way of any declaration of the class.
 ELF_SYM_HANDLE ELF_GetDefinition(ELF_SYM_HANDLE hSym);
 // Path of the file of the declaration, for an inlined instance that of the call; the unit's name where it is unknown.
 const char* ELF_GetDeclFile(ELF_SYM_HANDLE hSym);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "program/elf/collectors.h"
+#include "program/elf/die_join.h"
 #include "program/elf/die_ranges.h"
 #include "program/elf/reader_state.h"
 
@@ -63,6 +64,7 @@ bool CUnitWalker::Walk() {
   Info.Index.ResolveSpecifications();
   DropAbstractVars(Info);
   SortOwned(Info.Lists);
+  JoinDeclarations(Info);
   LimitRanges(Info);
   if (Info.bListsFull) SendMessage("debug info has more functions, variables or types than can be listed.");
   Info.EntryFunc = FindEntryFunc(Info);

@@ -96,6 +96,27 @@ TEST_F(FunctionsTest, OwnersAndTemplatesInNames) {
   }
 }
 
+TEST_F(FunctionsTest, OwnersOfInlinedFunctions) {
+  // program, name, an address in the first function found that has one of its own, and its qualified name
+  const std::tuple<QString, const char*, const char*> aCases[] = {
+      {u"../../elf/data/pump_gcc"_s, "Counted", "Plant::Counted"},
+      {u"../../elf/data/pump_gcc"_s, "Plant::Counted", "Plant::Counted"},
+      {u"../../elf/data/pump_clang"_s, "Outside", "Outside"},
+      {u"../../elf/data/pump_clang"_s, "Plant::Outside", ""},
+      {u"clang_v5_O1_types"_s, "Ring<int, 2>::push", "model::Ring<int, 2>::push"},
+  };
+  for (const auto& [sProgram, sName, sQualified] : aCases) {
+    SCOPED_TRACE(sName);
+    ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + sProgram + u".elf"_s), 0);
+    std::string sFound;
+    for (const ELF_SYM_HANDLE Sym : ELFAPI_FindSymbols(QLatin1String(sName), true, false, false, false)) {
+      if (ELFAPI_GetAddr(Sym) != INVALID_ADDR) sFound = ELFAPI_GetQualifiedName(Sym).toStdString();
+      EXPECT_EQ(ELFAPI_GetQualifiedName(Sym).toStdString(), sQualified);
+    }
+    EXPECT_EQ(sFound, sQualified);
+  }
+}
+
 TEST_F(FunctionsTest, SymbolsAtAnAddress) {
   EXPECT_EQ(Name(ELFAPI_GetSymbolAt(AddrOf("SecondStep"))), "SecondStep");
   EXPECT_EQ(ELFAPI_GetSymbolAt(AddrOf("SecondStep") + 2), 0u);
@@ -125,6 +146,18 @@ TEST_F(FunctionsTest, LocalsFollowTheCurrentPC) {
   EXPECT_EQ(FoundLocals(u"Part"_s), "");
   ELFAPI_SetCurrentPC(AddrOf("ResetHandler"));
   EXPECT_TRUE(ELFAPI_GetLocalVars().isEmpty());
+  // A static variable that the compiler describes in the abstract function alone.
+  ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + u"../../elf/data/pump_gcc.elf"_s), 0);
+  const auto IsCounted = [](ELF_SYM_HANDLE Func) {
+    return !ELFAPI_IsInlined(Func) && ELFAPI_GetAddr(Func) != INVALID_ADDR;
+  };
+  const ELF_SYM_LIST Counted = ELFAPI_FindSymbols(u"Counted"_s, true, false, false, false);
+  const auto Func = std::find_if(Counted.begin(), Counted.end(), IsCounted);
+  ASSERT_NE(Func, Counted.end());
+  ELFAPI_SetCurrentPC(ELFAPI_GetAddr(*Func));
+  EXPECT_EQ(Names(ELFAPI_GetLocalVars()), "Step Calls");
+  EXPECT_EQ(Names(ELFAPI_GetLocalVars(true)), "Calls");
+  EXPECT_EQ(Names(ELFAPI_FindSymbols(u"Calls"_s, false, true, false, false)), "Calls");
 }
 
 TEST_F(FunctionsTest, TextsOfUsers) {

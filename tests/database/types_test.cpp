@@ -96,6 +96,24 @@ TEST_F(TypesTest, BitsSignsAndConstants) {
   EXPECT_EQ(ELFAPI_GetTag(ELFAPI_GetRttBlock()), ELF_TAG_VARIABLE);
 }
 
+// One unit has the objects and only declares their classes, whose virtual functions stand in others.
+TEST_F(TypesTest, ClassesOfOtherUnits) {
+  LoadCorpus(u"../../../examples/weather_station/weather_station"_s);
+  // object, size, bases, a member
+  const std::tuple<const char*, U32, const char16_t*, const char*> aCases[] = {
+      {"thermometer", 16, u"Sensor", "last_"},
+      {"hygrometer", 20, u"Sensor", "thermometer_"},
+      {"barometer", 24, u"Sensor, Calibrated", "noise_"},
+  };
+  for (const auto& [sName, Size, sBases, sMember] : aCases) {
+    SCOPED_TRACE(sName);
+    const ELF_SYM_HANDLE Object = Global(sName);
+    EXPECT_EQ(ELFAPI_GetSize(Object), Size);
+    EXPECT_EQ(ELFAPI_GetBaseNames(Object), QString::fromUtf16(sBases));
+    EXPECT_GE(ELFAPI_FindMember(Object, QLatin1String(sMember)).Member, 0);
+  }
+}
+
 TEST_F(TypesTest, PlacesOfVariables) {
   for (const QString& sFile : CORPUS_FILES) {
     SCOPED_TRACE(sFile.toStdString());

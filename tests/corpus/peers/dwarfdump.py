@@ -159,7 +159,7 @@ class DebugInfo:
         return entry.is_tag("union_type"), self.qualified(entry)
 
     def name(self, entry):
-        holder = self.holder(entry, "DW_AT_name")
+        holder = self.holder(entry, "DW_AT_name") or self.target(entry, "DW_AT_signature")
         return holder.text("DW_AT_name") if holder else None
 
     def number(self, entry, attribute):

@@ -34,3 +34,20 @@ for VERSION in 4 5; do
   done
   $GCC $LINK "$TMP/sample.$VERSION.o" "$TMP/other.$VERSION.o" -o clang_dwarf$VERSION.elf
 done
+
+# Three units, each of which declares what another one describes.
+CPP="-fno-exceptions -fno-rtti -fno-asynchronous-unwind-tables"
+for KIND in "gcc -gdwarf-5 -O2" "types -gdwarf-4 -O1 -fdebug-types-section"; do
+  set -- $KIND
+  NAME=$1
+  shift
+  for UNIT in pump_main.cpp pump.cpp; do $GCC "$@" $CPP -c $UNIT -o "$TMP/$UNIT.o"; done
+  $GCC "$@" -c pump_c.c -o "$TMP/pump_c.c.o"
+  $GCC $LINK "$TMP/pump_main.cpp.o" "$TMP/pump.cpp.o" "$TMP/pump_c.c.o" -o pump_$NAME.elf
+done
+for UNIT in pump_main.cpp pump.cpp pump_c.c; do
+  case $UNIT in *.cpp) OF_CPP=$CPP ;; *) OF_CPP= ;; esac
+  clang-14 --target=arm-none-eabi -mcpu=cortex-m4 -mthumb -ffreestanding $MAP -gdwarf-5 -O2 $OF_CPP \
+    -c $UNIT -o "$TMP/$UNIT.o"
+done
+$GCC $LINK "$TMP/pump_main.cpp.o" "$TMP/pump.cpp.o" "$TMP/pump_c.c.o" -o pump_clang.elf

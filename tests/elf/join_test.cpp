@@ -1,0 +1,83 @@
+#include "elf_fixture.h"
+
+// A program of three units, none of which describes everything, as two compilers and with type units.
+class ElfJoin : public CElfTest {
+protected:
+  static constexpr const char* PROGRAMS[] = {"pump_gcc.elf", "pump_types.elf", "pump_clang.elf"};
+
+  static std::string TypeOf(ELF_SYM_HANDLE hSym) {
+    const char* sText = ELF_GetTypeName(hSym);
+    return sText ? sText : "";
+  }
+  ELF_SYM_HANDLE Type(const std::string& sName) const { return Find(ELF_GetNumTypes, ELF_GetTypeEntry, sName); }
+  // What a pointer points to.
+  static ELF_SYM_HANDLE Target(ELF_SYM_HANDLE hSym) {
+    return ELF_GetType(ELF_GetType(ELF_GetType(hSym, true), false), true);
+  }
+  static ELF_SYM_HANDLE Member(ELF_SYM_HANDLE hSym, const char* sName) {
+    const I32 Index = ELF_FindMember(hSym, sName);
+    return Index < 0 ? 0 : ELF_GetMember(hSym, static_cast<U32>(Index));
+  }
+};
+
+TEST_F(ElfJoin, VariablesOfTypesThatOtherUnitsDescribe) {
+  // variable, type, size
+  const std::tuple<const char*, const char*, U32> aCases[] = {
+      {"Pumps", "class Pump[3]", 72},  {"First", "struct Valve&", 4}, {"Opened", "struct Handle*", 4},
+      {"Slots", "void**", 4},          {"Handles", "void*[2]", 8},    {"Allocate", "void*(uint)*", 4},
+      {"Method", "int() Meter::*", 8}, {"Largest", "enum Limit", 8},
+  };
+  for (const char* sProgram : PROGRAMS) {
+    Open(sProgram);
+    for (const auto& [sName, sType, Size] : aCases) {
+      SCOPED_TRACE(std::string(sProgram) + " " + sName);
+      EXPECT_EQ(TypeOf(Variable(sName)), sType);
+      EXPECT_EQ(ELF_GetSize(Variable(sName)), Size);
+    }
+  }
+}
+
+TEST_F(ElfJoin, ClassesAndMembersHaveTheirDefinitions) {
+  for (const char* sProgram : PROGRAMS) {
+    SCOPED_TRACE(sProgram);
+    Open(sProgram);
+    EXPECT_EQ(ELF_GetNumMembers(Target(Variable("Opened"))), 2u);
+    ASSERT_EQ(NameOf(Target(Variable("Unknown"))), "Secret");
+    EXPECT_EQ(ELF_GetNumMembers(Target(Variable("Unknown"))), 0u) << "the other unit's is another class";
+    const ELF_SYM_HANDLE hPump = Type("Pump");
+    EXPECT_EQ(ELF_GetNumBases(hPump), 2u);
+    EXPECT_EQ(NameOf(ELF_GetContainingNamespace(hPump)), "Plant");
+    EXPECT_EQ(ELF_GetNumRanges(Member(hPump, "Open")), 1u);
+    const ELF_SYM_LOC Place = ELF_GetLocation(Member(Type("Valve"), "NumValves"), 0);
+    EXPECT_EQ(Place.Type, U32{ELF_LOC_MEM});
+    EXPECT_EQ(Place.Addr, ELF_GetLocation(Variable("NumValves"), 0).Addr);
+    U64 Value = 0;
+    const ELF_SYM_HANDLE hHigh = Member(Type("Limit"), "High");
+    EXPECT_EQ(ELF_GetConstValue(hHigh, reinterpret_cast<U8*>(&Value), sizeof Value), 8u);
+    EXPECT_EQ(Value, 0x123456789Aull);
+    EXPECT_EQ(TypeOf(hHigh), "enum Limit");
+  }
+}
+
+// Where a function was inlined, its code stands in the scopes of another one, and its copy for callers in none.
+TEST_F(ElfJoin, FunctionsHaveTheScopesOfTheirSource) {
+  for (const char* sProgram : PROGRAMS) {
+    SCOPED_TRACE(sProgram);
+    Open(sProgram);
+    for (const char* sName : {"Counted", "Run", "Calls"})
+      EXPECT_EQ(NameOf(ELF_GetContainingNamespace(Function(sName))), "Plant") << sName;
+    U32 NumInlined = 0;
+    for (U32 i = 0; i < ELF_GetNumInlinedFuncs(pFile); ++i) {
+      const ELF_SYM_HANDLE hInlined = ELF_GetInlinedFunc(pFile, i);
+      if (NameOf(hInlined) != "Outside") continue;
+      ++NumInlined;
+      EXPECT_EQ(ELF_GetContainingNamespace(hInlined), 0u);
+      EXPECT_EQ(NameOf(ELF_GetContainingFunc(hInlined)), "Calls");
+    }
+    EXPECT_GE(NumInlined, 2u);
+    const ELF_SYM_HANDLE hCalls = Local(Function("Counted"), "Calls");
+    EXPECT_TRUE(ELF_IsStatic(hCalls) && ELF_GetLocation(hCalls, 0).Type == ELF_LOC_MEM);
+    EXPECT_EQ(ELF_GetLocal(Function("Counted"), ELF_GetNumLocals(Function("Counted"))), 0u);
+  }
+  EXPECT_NE(Function("_ZThn8_N5Plant4Pump4ReadEv"), 0u) << "a thunk has no other name";
+}
