@@ -23,9 +23,10 @@ const char* InspectSymbols(const INSPECT_OPTIONS& Options) {
   for (U32 i = 0; i < ELF_GetNumSymbols(File.Get()); ++i) {
     const ELF_SYM_HANDLE hSym = ELF_GetSymbolHandle(File.Get(), i);
     const U32 Value = ELF_GetValue(hSym);
+    const char* sName = ELF_GetName(hSym);
     if (!Options.Covers(Value)) continue;
     std::printf("0x%08x\t%u\t%s\t%s\t%d\t%s\n", Value, ELF_GetSize(hSym), NameOf(apTypes, ELF_GetTag(hSym)).c_str(),
-                NameOf(apBindings, ELF_GetBinding(hSym)).c_str(), ELF_GetSectionIndex(hSym), ELF_GetName(hSym));
+                NameOf(apBindings, ELF_GetBinding(hSym)).c_str(), ELF_GetSectionIndex(hSym), sName ? sName : "");
   }
   return nullptr;
 }

@@ -15,4 +15,6 @@ struct ELF_FILE {
   std::unique_ptr<DWARF_INFO> pDwarf;      // null where the debug information could not be read
   mutable ELF_SYM_HANDLE hLastRanges = 0;  // entry whose ranges were asked last
   mutable std::vector<ADDR_RANGE> aLastRanges;
+  mutable ELF_SYM_HANDLE hLastLocals = 0;  // function whose local variables were asked last
+  mutable std::vector<U32> aLastLocals;
 };

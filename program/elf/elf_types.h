@@ -23,7 +23,8 @@ enum ELF_VIRTUALITY : U32 { ELF_VIRTUALITY_NONE = 0, ELF_VIRTUALITY_VIRTUAL = 1,
 // union, pointer or reference type or a function, by its definition where it has one; an entry of such a kind answers
 // itself. Without bFollow what DW_AT_type names.
 ELF_SYM_HANDLE ELF_GetType(ELF_SYM_HANDLE hSym, bool bFollow);
-// Text of the entry's type as C writes it, short names for base types: "uint[4][2]", "struct Point*".
+// Text of the entry's type, short names for base types, every part behind the type that it is made of: "uint[4][2]",
+// "struct Point*", "void(int)*", "int() Shape::*". Of an enumerator that of its enumeration.
 const char* ELF_GetTypeName(ELF_SYM_HANDLE hSym);
 // 0, or -1 and an unchanged *pOut where the type of the entry is no array.
 int ELF_GetArrayInfo(ELF_SYM_HANDLE hSym, ELF_ARRAY_INFO* pOut);
@@ -38,13 +39,14 @@ bool ELF_IsStatic(ELF_SYM_HANDLE hSym);
 // ELF_ACCESS of a member, by its class where it says none itself.
 U32 ELF_GetAccess(ELF_SYM_HANDLE hSym);
 U32 ELF_GetVirtuality(ELF_SYM_HANDLE hSym);
-// Bytes of a constant, copied to pOut: 4 of a number, as many as there are of a block, NumBytes at most. The number of
-// bytes, 0 for no constant. Integers are in host byte order.
+// Bytes of a constant, copied to pOut: of a number 4, or 8 where its type is larger, as many as there are of a block,
+// NumBytes at most. The number of bytes, 0 for no constant. Numbers are in host byte order, blocks in that of the file.
 U32 ELF_GetConstValue(ELF_SYM_HANDLE hSym, U8* pOut, U32 NumBytes);
 // The parameter "this" of a function.
 ELF_SYM_HANDLE ELF_GetObjectPointer(ELF_SYM_HANDLE hSym);
 
-// Variables and parameters that stand in a function, those of the blocks inside it too, in file order.
+// Variables and parameters that stand in a function, those of the blocks inside it too, in file order. Behind them
+// those with a place or a value that only the function's abstract origin lists, as compilers do with static ones.
 U32 ELF_GetNumLocals(ELF_SYM_HANDLE hFunc);
 ELF_SYM_HANDLE ELF_GetLocal(ELF_SYM_HANDLE hFunc, U32 Index);
 // Members of the class, structure, union or enumeration that the entry is or has as its type, in file order: data

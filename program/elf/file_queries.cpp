@@ -132,7 +132,7 @@ const U8* ELF_GetSectionData(const ELF_FILE* pFile, U32 Index) {
 
 const char* ELF_GetSectionName(const ELF_FILE* pFile, U32 Index) {
   const ELF_FILE* pLoaded = LoadedFile(pFile);
-  return pLoaded ? pLoaded->Image.SectionName(Index) : "";
+  return Index < ELF_GetNumSections(pFile) ? pLoaded->Image.SectionName(Index) : nullptr;
 }
 
 I32 ELF_FindSection(const ELF_FILE* pFile, const char* sName) {

@@ -141,7 +141,10 @@ U32 ELF_GetValue(ELF_SYM_HANDLE hSym) {
 const char* ELF_GetName(ELF_SYM_HANDLE hSym) {
   thread_local std::string sShortName;
   U32 Number;
-  if (const ELF_FILE* pFile = FileOfSymbol(hSym, Number)) return pFile->Symbols.Name(Number);
+  if (const ELF_FILE* pFile = FileOfSymbol(hSym, Number)) {
+    const char* sSymbol = pFile->Symbols.Name(Number);
+    return *sSymbol ? sSymbol : nullptr;
+  }
   const ELF_FILE* pFile = FileOfDie(hSym, Number);
   const char* sName = pFile ? CDieLookup(*pFile->pDwarf).Name(Number) : nullptr;
   if (!sName || pFile->pDwarf->Index.Get(Number).Tag != ELF_TAG_BASE_TYPE) return sName;

@@ -15,13 +15,14 @@ public:
 
   std::string Of(U32 Entry, U32 Level = 0) {
     PARTS Parts;
+    // A value of an enumeration has the enumeration as its type.
+    if (Entry != 0 && Info.Index.Get(Entry).Tag == DW_TAG_enumerator) Entry = Info.Index.Get(Entry).Parent;
     for (U32 Step = 0; Step < MAX_TYPE_STEPS && Entry != 0 && NumEntries < MAX_ENTRIES; ++Step, ++NumEntries) {
       if (!Prepend(Parts, Entry, Level)) break;
       Entry = Lookup.Reference(Entry, DW_AT_type);
     }
-    if (Parts.sText.empty() || Parts.sText == "*") {
-      Parts.sText = Parts.sTypedef.empty() ? "void*" : Parts.sTypedef + Parts.sText;
-    }
+    if (Parts.bOfVoid) Parts.sText = (Parts.sVoid.empty() ? "void" : Parts.sVoid) + Parts.sText;
+    if (Parts.sText.empty()) Parts.sText = Parts.sVoid.empty() ? "void*" : Parts.sVoid;
     return (Parts.bConst ? "const " : "") + std::string(Parts.bVolatile ? "volatile " : "") + Parts.sText;
   }
 
@@ -29,6 +30,8 @@ private:
   struct PARTS {
     std::string sText;
     std::string sTypedef;  // name of the last one passed
+    std::string sVoid;     // the same, if nothing but qualifiers stands between it and the end
+    bool bOfVoid = false;  // the part in front needs a type, which is void if none follows
     bool bConst = false;
     bool bVolatile = false;
   };
@@ -45,9 +48,26 @@ private:
   }
 
   static const char* KeywordOf(U32 Tag) {
-    if (Tag == DW_TAG_class_type) return "class ";
-    if (Tag == DW_TAG_structure_type) return "struct ";
-    return Tag == DW_TAG_union_type ? "union " : "enum ";
+    if (Tag == DW_TAG_class_type) return "class";
+    if (Tag == DW_TAG_structure_type) return "struct";
+    return Tag == DW_TAG_union_type ? "union" : "enum";
+  }
+
+  static bool EndWith(PARTS& Parts, const std::string& sType) {
+    Parts.sText = sType + Parts.sText;
+    Parts.bOfVoid = false;
+    return false;
+  }
+  static bool GoOnBehind(PARTS& Parts, const std::string& sDeclarator) {
+    Parts.sText = sDeclarator + Parts.sText;
+    Parts.bOfVoid = true;
+    Parts.sVoid.clear();
+    return true;
+  }
+
+  std::string MemberPointerText(U32 Entry) const {
+    const U32 Class = Lookup.Reference(Entry, DW_AT_containing_type);
+    return " " + (Class ? NameOf(Class) : "") + "::*";
   }
 
   std::string DimensionText(U32 Array) const {
@@ -78,37 +98,35 @@ private:
     const U32 Tag = Info.Index.Get(Entry).Tag;
     switch (Tag) {
       case DW_TAG_array_type:
-        Parts.sText = DimensionText(Entry) + Parts.sText;
-        return true;
+        return GoOnBehind(Parts, DimensionText(Entry));
       case DW_TAG_class_type:
       case DW_TAG_structure_type:
       case DW_TAG_union_type:
       case DW_TAG_enumeration_type: {
-        const std::string sName = NameOf(Entry);
-        Parts.sText = KeywordOf(Tag) + (sName.empty() ? Parts.sTypedef : sName) + Parts.sText;
-        return false;
+        const std::string sOwn = NameOf(Entry), sName = sOwn.empty() ? Parts.sTypedef : sOwn;
+        return EndWith(Parts, KeywordOf(Tag) + (sName.empty() ? "" : " " + sName));
       }
       case DW_TAG_pointer_type:
-        Parts.sText = "*" + Parts.sText;
-        return true;
+        return GoOnBehind(Parts, "*");
       case DW_TAG_reference_type:
-        Parts.sText = "&" + Parts.sText;
-        return true;
+        return GoOnBehind(Parts, "&");
       case DW_TAG_rvalue_reference_type:
-        Parts.sText = "&&" + Parts.sText;
-        return true;
+        return GoOnBehind(Parts, "&&");
+      case DW_TAG_ptr_to_member_type:
+        return GoOnBehind(Parts, MemberPointerText(Entry));
       case DW_TAG_subroutine_type:
       case DW_TAG_subprogram:
       case DW_TAG_inlined_subroutine:
-        Parts.sText = ParameterText(Entry, Level) + Parts.sText;
-        if (!Lookup.Reference(Entry, DW_AT_type)) Parts.sText = "void" + Parts.sText;
-        return true;
+        return GoOnBehind(Parts, ParameterText(Entry, Level));
       case DW_TAG_typedef:
-        Parts.sTypedef = NameOf(Entry);
+        Parts.sTypedef = Parts.sVoid = NameOf(Entry);
         return true;
       case DW_TAG_base_type:
-        Parts.sText = ShortBaseTypeName(NameOf(Entry)) + Parts.sText;
-        return false;
+        return EndWith(Parts, ShortBaseTypeName(NameOf(Entry)));
+      case DW_TAG_unspecified_type: {
+        const std::string sName = NameOf(Entry);
+        return EndWith(Parts, sName.empty() ? "void" : sName);
+      }
       case DW_TAG_const_type:
         Parts.bConst = true;
         return true;

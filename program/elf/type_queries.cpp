@@ -1,6 +1,5 @@
 // Queries about the types and values of entries.
 #include <algorithm>
-#include <cstring>
 
 #include "program/elf/bit_field.h"
 #include "program/elf/collectors.h"
@@ -13,7 +12,7 @@
 namespace {
 
 constexpr U32 MAX_CONST_SIZE = 256;  // bytes
-constexpr U32 CONST_NUMBER_SIZE = 4;
+constexpr U32 CONST_NUMBER_SIZE = 4, WIDE_CONST_NUMBER_SIZE = 8;
 constexpr U32 MAX_ORIGINS = 6;
 
 // The lookup's answer for the handle's entry, the neutral value for every other handle.
@@ -59,15 +58,20 @@ U32 AccessOf(const DWARF_INFO& Info, U32 Entry) {
   }
 }
 
+// Bytes of a constant that is written as a number. The type of an enumerator is the enumeration around it.
+U32 ConstNumberSize(const DWARF_INFO& Info, U32 Entry) {
+  const DIE_ENTRY& Known = Info.Index.Get(Entry);
+  const U32 TypeSize = CDieLookup(Info).TypeSize(Known.Tag == DW_TAG_enumerator ? Known.Parent : Entry);
+  return TypeSize > CONST_NUMBER_SIZE ? WIDE_CONST_NUMBER_SIZE : CONST_NUMBER_SIZE;
+}
+
 std::vector<U8> ConstValue(const DWARF_INFO& Info, U32 Entry) {
   const CDieLookup Lookup(Info);
   const U32 Owner = Lookup.OwnerOf(Entry, DW_AT_const_value);
   if (Owner == 0) return {};
   if (const std::optional<I64> Number = Lookup.Integer(Owner, DW_AT_const_value)) {
-    const U32 Value = static_cast<U32>(*Number);
-    std::vector<U8> aBytes(CONST_NUMBER_SIZE);
-    std::memcpy(aBytes.data(), &Value, CONST_NUMBER_SIZE);
-    return aBytes;
+    const U8* pBytes = reinterpret_cast<const U8*>(&*Number);
+    return std::vector<U8>(pBytes, pBytes + ConstNumberSize(Info, Entry));
   }
   const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
   std::vector<U8> aBytes = Die ? BlockOf(Info, Die, DW_AT_const_value) : std::vector<U8>();

@@ -213,12 +213,20 @@ def _merged(places):
     return merged
 
 
-def _locals(entry):
+def _locals(info, function):
+    """With those that a compiler has left in the abstract function, being the same wherever its code stands."""
+    own = list(_own_locals(function))
+    origin = info.target(function, "DW_AT_abstract_origin")
+    described = {id(info.target(entry, "DW_AT_abstract_origin")) for entry in own}
+    return own + [entry for entry in (_own_locals(origin) if origin else []) if id(entry) not in described]
+
+
+def _own_locals(entry):
     for child in entry.children:
         if child.is_tag("variable", "formal_parameter"):
             yield child
         elif child.is_tag("lexical_block"):
-            yield from _locals(child)
+            yield from _own_locals(child)
 
 
 def _place_at(places, address):
@@ -234,7 +242,7 @@ def peer_places(info):
         if not function.is_tag("subprogram", "inlined_subroutine") or function.has("DW_AT_declaration"):
             continue
         for low, high in info.ranges(function):
-            for entry in _locals(function):
+            for entry in _locals(info, function):
                 places = info.places(entry)
                 key = info.qualified(function), info.name(entry) or "", info.number(entry, "DW_AT_decl_line") or 0
                 for address in range(low & ~1, high & ~1, STEP):

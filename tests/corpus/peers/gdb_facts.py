@@ -61,8 +61,11 @@ def type_text(of):
             text = "(" + ", ".join(type_text(field.type) for field in of.fields()) + ")" + text
         elif of.code == gdb.TYPE_CODE_METHODPTR:
             method = of.target()
-            return type_text(method.target()) + "(" + ", ".join(type_text(field.type) for field in method.fields()[1:]) + ")"
-        elif of.code != gdb.TYPE_CODE_MEMBERPTR:
+            parameters = ", ".join(type_text(field.type) for field in method.fields()[1:])
+            return type_text(method.target()) + "(" + parameters + ") *" + text
+        elif of.code == gdb.TYPE_CODE_MEMBERPTR:
+            text = " *" + text
+        else:
             return (of.name or pending) + text
         of = of.target()
 
