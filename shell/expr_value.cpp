@@ -170,7 +170,7 @@ QStringList ExprValueLines(const QString& sText, const EXPR_VALUE& Value) {
   const QString sRule(RULE_LENGTH, QLatin1Char('-'));
   return {sRule,
           sText,
-          QStringLiteral("value as double: %1").arg(Value.Real),
+          QStringLiteral("value as double: %1").arg(Value.Real, 0, 'g', 15),
           QStringLiteral("value as dec int: %1").arg(Value.Integer),
           QStringLiteral("value as hex int: 0x%1").arg(QString::number(static_cast<U64>(Value.Integer), 16).toUpper()),
           QStringLiteral("value bytes: ") + QString::fromLatin1(Value.Bytes.toHex(' ').toUpper()),
