@@ -120,6 +120,7 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"Level::medium", 4},
       {"walk", AddressOf(sElf, u"walk"_s)},
       {"&walk", AddressOf(sElf, u"walk"_s)},
+      {"model::limit", 40},
       {"sizeof (struct node)", 16},
       {"sizeof nodes", 48},
       {"counter", -1},
@@ -139,6 +140,21 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
     if (Value < 0) continue;
     EXPECT_EQ(Run.Value(Index++), Value) << sExpr;
   }
+}
+
+TEST_F(ProjectSession, VariablesAreReadAsTheirTypesSay) {
+  const QString sElf = u"tests/corpus/data/gcc_v5_O0.elf"_s;
+  const QString sRatio = u"0x%1"_s.arg(AddressOf(sElf, u"ratio"_s), 0, 16);
+  const SESSION_RESULT Run = RunSession(
+      u"Project.SetDevice CMSDK_CM4\n@wait idle\nFile.Open %1\n@wait idle\nDebug.SetConnectMode CM_ATTACH_HALT\n"
+      "Debug.Connect\n@wait halted\nTarget.WriteU64 (%2, 0xC006000000000000)\nElf.GetExprValue ratio\nTarget.WriteU32 "
+      "(counter, -5)\n"
+      "Elf.GetExprValue counter\nTarget.WriteU8 (ready, 1)\nElf.GetExprValue ready\n-Elf.GetExprValue nodes\n"_s.arg(
+          sElf, sRatio));
+  Run.Expect(0, {"value as double: -2.75\n", "value as dec int: -5\n", "(\"nodes\"): Error evaluating expression."});
+  EXPECT_EQ(Run.Value(0), 0xFFFFFFFE);
+  EXPECT_EQ(Run.Value(1), 0xFFFFFFFB);
+  EXPECT_EQ(Run.Value(2), 1);
 }
 
 TEST_F(ProjectSession, SymbolsAreRelocatedBeforeTheProgramComesForThisOneOnly) {
