@@ -149,6 +149,15 @@ bool GetRegion(int Index, VCORE_REGION& Region) {
   return true;
 }
 
+bool FindRegion(U32 Addr, VCORE_REGION& Region) {
+  CORE_STATE& Core = State();
+  const std::shared_lock Lock(Core.Mutex);
+  const int Index = Core.Program.RegionAt(Addr);
+  if (Index < 0) return false;
+  Region = Core.Program.Regions()[static_cast<size_t>(Index)];
+  return true;
+}
+
 bool IsDataAddr(U32 Addr) {
   CORE_STATE& Core = State();
   const std::shared_lock Lock(Core.Mutex);

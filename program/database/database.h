@@ -44,8 +44,9 @@ struct SYMBOL_CACHES {
   QHash<ELF_SYM_HANDLE, CSrcLoc> CallLocs;
   QHash<U32, FUNCS_AT> Funcs;  // by address
   QHash<ELF_SYM_HANDLE, QString> TypeNames;
-  QHash<ELF_SYM_HANDLE, QHash<QString, I32>> MemberNames;     // of a class, to their indices
-  QHash<std::pair<ELF_SYM_HANDLE, U32>, ELF_SYM_LOC> Places;  // by symbol and PC
+  QHash<ELF_SYM_HANDLE, QHash<QString, I32>> MemberNames;        // of a class, to their indices
+  QHash<std::pair<ELF_SYM_HANDLE, U32>, ELF_SYM_LOC> Places;     // by symbol and PC
+  std::optional<QHash<QString, QList<FILE_INDEX>>> FilesByName;  // by bare name in lower case
 };
 
 // The paths at which the file finder finds the program's files, by their key.

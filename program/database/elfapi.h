@@ -1,8 +1,10 @@
 #pragma once
 // The program database: what the rest of the debugger knows of the one loaded program file. Every operation may be
-// called on any thread and takes the database's mutex for its whole run. Addresses are
-// addresses on the target, without the Thumb bit. A handle of 0, an address of INVALID_ADDR, an all-zero CSrcLoc and an
-// empty list stand for "nothing"; they are also the answers while no program is loaded.
+// called on any thread and takes the database's mutex for its whole run. Addresses are addresses on the target, without
+// the Thumb bit. A handle of 0, an address of INVALID_ADDR, an all-zero CSrcLoc and an empty list stand for "nothing";
+// they are also the answers while no program is loaded. A handle is a number in the program that was loaded when it was
+// given: once another has taken its place it may name anything in that one. Who asks twice about one symbol on a thread
+// that does not load programs holds a CDatabaseLock around both.
 
 #include <QHash>
 #include <QList>
@@ -35,7 +37,8 @@ QString ELFAPI_GetFilePath();
 ELF_SRC_LANG ELFAPI_GetSrcLang();
 // 0 little endian, 1 big endian, 2 when nothing is loaded.
 U32 ELFAPI_GetEncoding();
-// The file's entry point, and the function that "main" or the compiler's main mark names.
+// The file's entry point, and the function that "main" or the compiler's main mark names in the debug information: 0
+// without. One that was inlined as a whole has no address; its instances do.
 U32 ELFAPI_GetEntryPC();
 ELF_SYM_HANDLE ELFAPI_GetEntryFunc();
 // Lowest and highest address of code and data of the program; (0xFFFFFFFF, 0) when nothing is loaded.
@@ -65,7 +68,9 @@ bool ELFAPI_IsFileLoc(U32 Addr);
 // Addresses of the line entries of a file and line, ascending; the column does not count.
 QAddrList ELFAPI_GetAddrsOfLoc(const CSrcLoc& Loc);
 U32 ELFAPI_GetAddrOfLoc(const CSrcLoc& Loc);
-// Instruction addresses of the line: all its contiguous blocks, and the block at its lowest address alone.
+// Instruction addresses of the line: all its contiguous blocks of at most 256 bytes, and the block at its lowest
+// address alone. An entry within the length of an instruction behind the line's entry before it begins no block of its
+// own.
 QAddrList ELFAPI_GetLocBlocks(const CSrcLoc& Loc);
 QAddrList ELFAPI_GetLocAddrs(const CSrcLoc& Loc);
 // Nearest line with code in the same file, at most 1000 lines on, or down to line 0; column 0.
@@ -80,7 +85,8 @@ int ELFAPI_NextSrcAddr(U32 Addr, U32& NextAddr);
 bool ELFAPI_IsLocExecutable(const CSrcLoc& Loc);
 // True when Addr is the first address of its line in this run of addresses.
 bool ELFAPI_IsStatementStart(U32 Addr);
-// "main.c:12", or "main.c:12:5" with a column; empty for an invalid location. ELFAPI_ParseSrcLoc reads it back.
+// "main.c:12", or "main.c:12:5" with a column; empty for an invalid location. For a reader: files in other folders may
+// have the same name, and ELFAPI_ParseSrcLoc then chooses one.
 QString ELFAPI_GetSrcLocText(const CSrcLoc& Loc);
 
 // ---- Symbols by address
@@ -89,9 +95,11 @@ QString ELFAPI_GetSrcLocText(const CSrcLoc& Loc);
 ELF_SYM_HANDLE ELFAPI_GetFuncAt(U32 Addr, bool bOuterOnly = false);
 // All functions and inlined instances that cover Addr, outermost first.
 ELF_SYM_LIST ELFAPI_GetFuncsAt(U32 Addr);
-// Function at the lowest address of the location, or of the previous line with code if it has none.
+// Function at the lowest address of the location, or of the previous line with code if it has none: the one whose text
+// the line is where an inlined one begins at the same address, else as ELFAPI_GetFuncAt.
 ELF_SYM_HANDLE ELFAPI_GetFuncOfLoc(const CSrcLoc& Loc);
-// File whose code covers Addr, or INVALID_FILE_ID.
+// File whose code covers Addr, or INVALID_FILE_ID. By the code of compilation units: where one unit holds several
+// sources with code (link-time optimisation, a source included by another) all of it belongs to the last of them.
 U32 ELFAPI_GetFileAt(U32 Addr);
 // ELF symbol at exactly this address, a function before any other.
 ELF_SYM_HANDLE ELFAPI_GetSymbolAt(U32 Addr);
@@ -112,10 +120,11 @@ void ELFAPI_ClearRelocations();
 
 // ---- Symbols by name
 
-// Symbols of that name, case sensitive, from the kinds asked for; "Owner::Name" asks for the class or namespace too.
-// Inlined instances first, ELF symbols last.
+// Symbols of that name, case sensitive, from the kinds asked for; "Owner::Name" asks for the class or namespace too,
+// "::Owner::Name" and "::Name" for that of no other and for none. Where nothing has the name, the instances of the
+// template of that name. Inlined instances first, before the function's own entry; ELF symbols last.
 ELF_SYM_LIST ELFAPI_FindSymbols(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols);
-// The first of them; with bLocals one in scope at the current PC is preferred.
+// The first of them; with bLocals the one in the innermost scope at the current PC is preferred.
 ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols);
 
 // How ELFAPI_ParseLocation found its address.
@@ -128,9 +137,13 @@ enum PARSED_LOC_KIND : I32 {
 };
 
 // Address and size that a user's text stands for: a hexadecimal number, a symbol, or "file:line". Size 0 where none is
-// known; address 0 and kind PARSED_LOC_NONE when the text means nothing.
+// known; address 0 and kind PARSED_LOC_NONE when the text means nothing. Of several symbols that of ELFAPI_FindSymbol,
+// else the first of ELFAPI_FindSymbols with an address: for a function that was also inlined an instance in one of its
+// callers, not its own code (ParseBreakpointLocation takes that).
 CAddrRange ELFAPI_ParseLocation(const QString& sText, PARSED_LOC_KIND& Kind);
-// Source location that a user's text stands for: "file:line", "file:line:column", a hexadecimal address or a symbol.
+// Source location that a user's text stands for: "file:line", "file:line:column", a hexadecimal address or a symbol, in
+// the order of ELFAPI_ParseLocation: an inlined instance stands for the line of its call. The file is a path or the end
+// of one; of several the first with code on the line, else the first with code.
 CSrcLoc ELFAPI_ParseSrcLoc(const QString& sText);
 
 // ---- One symbol
@@ -165,16 +178,17 @@ bool ELFAPI_IsInFunction(ELF_SYM_HANDLE Func, U32 PC);
 
 // ---- Lists
 
-// All functions, sorted by address: those with debug information, and ELF symbols where there is none.
+// All functions, sorted by address: those with debug information, and ELF symbols where there is none or where their
+// own size reaches further. Last, without address, those that exist only as inlined instances.
 ELF_SYM_LIST ELFAPI_GetFunctions();
 // Functions whose code belongs to no source file.
 ELF_SYM_LIST ELFAPI_GetNoFileFunctions();
 ELF_SYM_LIST ELFAPI_GetGlobalVars();
 // Variables and parameters of the function at the current PC; with bAddrOnly those with a fixed address.
 ELF_SYM_LIST ELFAPI_GetLocalVars(bool bAddrOnly = false);
-// Inlined instances of an abstract function.
+// Inlined instances of a function, by its abstract entry or by that of its own code.
 ELF_SYM_LIST ELFAPI_GetInlinedFuncs(ELF_SYM_HANDLE Func);
-// Functions and inlined instances whose code belongs to the file.
+// Functions and inlined instances whose code belongs to the file, by ELFAPI_GetFileAt of their start.
 ELF_SYM_LIST ELFAPI_GetFileFunctions(U32 FileId);
 // Paths of the source files that exist on this host, then the redirected ones.
 QStringList ELFAPI_GetSourceFiles();

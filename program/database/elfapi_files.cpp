@@ -118,9 +118,10 @@ QAddrRanges ELFAPI_GetFileRanges(U32 FileId) {
 void ELFAPI_RedirectFile(const QString& sOldPath, const QString& sNewPath) {
   const CDatabaseLock Db;
   if (!Db->Files.Redirect(sOldPath, sNewPath)) return;
-  // What was remembered names the old identifier.
+  // What was remembered names the old identifier or path.
   Db->Caches.DeclLocs.clear();
   Db->Caches.CallLocs.clear();
+  Db->Caches.FilesByName.reset();
 }
 
 bool ELFAPI_FileExists(U32 FileId) {

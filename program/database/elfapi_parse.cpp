@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include "base/text.h"
 #include "program/database/database.h"
 
 namespace {
@@ -12,18 +13,36 @@ QString FileNameOf(const QString& sPath) {
   return sPath.mid(std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\'))) + 1);
 }
 
-// Identifier of a file by path or by bare name; of several files with one name the first that has code.
-U32 FileIdOfText(const CDatabaseLock& Db, const QString& sFile) {
+QList<FILE_INDEX> FilesOfName(const CDatabaseLock& Db, const QString& sName) {
+  auto& ByName = Db->Caches.FilesByName;
+  if (!ByName) {
+    ByName.emplace();
+    for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
+      (*ByName)[FileNameOf(Db->Files.At(i).sPath).toLower()].append(i);
+    }
+  }
+  return ByName->value(sName.toLower());
+}
+
+// How well a line of a file answers to its name alone.
+int RankOf(const CDatabaseLock& Db, FILE_INDEX Index, U32 Line) {
+  if (Db->Lines.HasLine(Index, Line)) return 2;
+  const FILE_ENTRY& File = Db->Files.At(Index);
+  return File.LowAddr <= File.HighAddr ? 1 : 0;
+}
+
+// Identifier of a file by its path or the end of it; of several the first with code on the line, else with any code.
+U32 FileIdOfText(const CDatabaseLock& Db, const QString& sFile, U32 Line) {
   const U32 Id = ELFAPI_FileId(sFile);
   if (Id != INVALID_FILE_ID) return Id;
-  U32 Found = INVALID_FILE_ID;
-  for (FILE_INDEX i = 0; i < Db->Files.Count(); ++i) {
-    const FILE_ENTRY& File = Db->Files.At(i);
-    if (FileNameOf(File.sPath).compare(sFile, Qt::CaseInsensitive) != 0) continue;
-    if (File.LowAddr <= File.HighAddr) return File.Id;
-    if (Found == INVALID_FILE_ID) Found = File.Id;
+  const QString sEnd = QLatin1Char('/') + NormalisedPath(sFile);
+  FILE_INDEX Best = -1;
+  for (const FILE_INDEX File : FilesOfName(Db, FileNameOf(sEnd))) {
+    const QString sPath = QLatin1Char('/') + NormalisedPath(Db->Files.At(File).sPath);
+    if (!sPath.endsWith(sEnd, Qt::CaseInsensitive)) continue;
+    if (Best < 0 || RankOf(Db, File, Line) > RankOf(Db, Best, Line)) Best = File;
   }
-  return Found;
+  return Best < 0 ? INVALID_FILE_ID : Db->Files.At(Best).Id;
 }
 
 // "file:line" and "file:line:column".
@@ -31,9 +50,17 @@ CSrcLoc ParseFileAndLine(const CDatabaseLock& Db, const QString& sText) {
   static const QRegularExpression Form(QStringLiteral("^(.+?):\\s*(\\d{1,9})(?::\\s*(\\d{1,9}))?$"));
   const QRegularExpressionMatch Match = Form.match(sText);
   if (!Match.hasMatch()) return {};
-  const U32 File = FileIdOfText(Db, Match.captured(1));
-  if (File == INVALID_FILE_ID) return {};
-  return {File, Match.captured(2).toUInt(), Match.captured(3).toUInt()};
+  const U32 Line = Match.captured(2).toUInt();
+  const U32 File = FileIdOfText(Db, Match.captured(1), Line);
+  return File == INVALID_FILE_ID ? CSrcLoc() : CSrcLoc{File, Line, Match.captured(3).toUInt()};
+}
+
+// All symbols of that name, the one first that it stands for in the current scope.
+ELF_SYM_LIST SymbolsOfText(const QString& sText) {
+  ELF_SYM_LIST Symbols = ELFAPI_FindSymbols(sText, true, true, false, true);
+  const qsizetype Meant = Symbols.indexOf(ELFAPI_FindSymbol(sText, true, true, false, true));
+  if (Meant > 0) Symbols.move(Meant, 0);
+  return Symbols;
 }
 
 }  // namespace
@@ -54,7 +81,7 @@ CAddrRange ELFAPI_ParseLocation(const QString& sText, PARSED_LOC_KIND& Kind) {
   Kind = PARSED_LOC_NUMBER;
   if (bIsNumber) return {Number, 0};
 
-  const ELF_SYM_LIST Symbols = ELFAPI_FindSymbols(sTrimmed, true, true, false, true);
+  const ELF_SYM_LIST Symbols = SymbolsOfText(sTrimmed);
   Kind = PARSED_LOC_SYMBOL;
   for (const ELF_SYM_HANDLE Sym : Symbols) {
     const U32 Addr = ELFAPI_GetAddr(Sym);
@@ -83,7 +110,7 @@ CSrcLoc ELFAPI_ParseSrcLoc(const QString& sText) {
     const CSrcLoc Loc = ELFAPI_GetFirstSrcLoc(Addr);
     return Loc.IsValid() ? Loc : ELFAPI_GetLoc(ELFAPI_GetFuncAt(Addr));
   }
-  for (const ELF_SYM_HANDLE Sym : ELFAPI_FindSymbols(sTrimmed, true, true, false, true)) {
+  for (const ELF_SYM_HANDLE Sym : SymbolsOfText(sTrimmed)) {
     const CSrcLoc Loc = ELFAPI_GetLoc(Sym);
     if (Loc.IsValid()) return Loc;
   }

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr U32 ATTR_OBJECT_POINTER = 0x64;  // DW_AT_object_pointer: the parameter "this" of a member function
+constexpr int MAX_SCOPES = 256;            // around a local variable
 
 // Inlined instances first, otherwise as found.
 void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
@@ -18,35 +19,42 @@ void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
 
 void AppendFound(ELF_SYM_LIST& Result, CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted) {
   Result += Index.Find(Wanted, Symbols);
-  if (!Wanted.sOwner.isEmpty()) Result += Index.FindWhole(Wanted.sFull, Symbols);
+  if (Wanted.HasOwner()) Result += Index.FindWhole(Wanted.sFull, Symbols);
 }
 
 // The first of what AppendFound appends.
 ELF_SYM_HANDLE FirstFound(CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted) {
   const ELF_SYM_HANDLE Found = Index.Find(Wanted, Symbols).value(0, 0);
-  return Found != 0 || Wanted.sOwner.isEmpty() ? Found : Index.FindWhole(Wanted.sFull, Symbols).value(0, 0);
+  return Found != 0 || !Wanted.HasOwner() ? Found : Index.FindWhole(Wanted.sFull, Symbols).value(0, 0);
 }
 
 void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NAME& Wanted) {
+  if (!Wanted.sOwner.isEmpty()) return;
   AppendFound(Result, Db->Scope.Names, Db->Scope.LocalVars, Wanted);
   if (Wanted.sFull != QLatin1String("this")) return;
   const ELF_SYM_HANDLE This = ELF_GetAttrDie(Db->Scope.CurrentFunc, ATTR_OBJECT_POINTER);
   if (This != 0 && !Result.contains(This)) Result.append(This);
 }
 
-// Start of the innermost block around a local variable that covers the PC; a later start is deeper. -1 if none does.
-I64 ScopeStart(ELF_SYM_HANDLE Sym, U32 PC) {
-  const ELF_SYM_HANDLE Scope = ELF_GetContainingScope(Sym);
-  I64 Start = -1;
-  for (const CAddrRange& Range : ELFAPI_GetAddrRanges(Scope)) {
-    if (Range.Contains(PC)) Start = Range.Start;
+// Number of scopes around a local variable whose own one covers the current PC: nested blocks may begin at one address.
+// -1 if its own does not.
+int ScopeDepth(const SCOPE& Current, ELF_SYM_HANDLE Sym) {
+  ELF_SYM_HANDLE Scope = ELF_GetContainingScope(Sym);
+  // The abstract function has the same variables as the current one, and no code.
+  const bool bIsOrigin = Scope != 0 && Scope == ELF_GetAbstractOrigin(Current.CurrentFunc);
+  if (!bIsOrigin && !ELFAPI_IsInFunction(Scope, Current.CurrentPC)) return -1;
+  int Depth = 0;
+  while (Scope != 0 && Depth < MAX_SCOPES) {
+    Scope = ELF_GetContainingScope(Scope);
+    ++Depth;
   }
-  return Start;
+  return Depth;
 }
 
-void PutInScopeFirst(ELF_SYM_LIST& Symbols, U32 PC) {
-  std::stable_sort(Symbols.begin(), Symbols.end(),
-                   [PC](ELF_SYM_HANDLE A, ELF_SYM_HANDLE B) { return ScopeStart(A, PC) > ScopeStart(B, PC); });
+void PutInScopeFirst(ELF_SYM_LIST& Symbols, const SCOPE& Current) {
+  std::stable_sort(Symbols.begin(), Symbols.end(), [&Current](ELF_SYM_HANDLE A, ELF_SYM_HANDLE B) {
+    return ScopeDepth(Current, A) > ScopeDepth(Current, B);
+  });
 }
 
 }  // namespace
@@ -59,7 +67,7 @@ ELF_SYM_HANDLE ELFAPI_GetSymbolAt(U32 Addr) {
 QString ELFAPI_GetMappingName(U32 Addr, bool bExact) {
   const CDatabaseLock Db;
   VCORE_REGION Region;
-  if (!VCore::GetRegion(VCore::GetRegionAt(Addr), Region) || (bExact && Region.Addr != Addr)) return {};
+  if (!VCore::FindRegion(Addr, Region) || (bExact && Region.Addr != Addr)) return {};
   // A linker may append "." and a number.
   const QString sName = Region.sName.section(QLatin1Char('.'), 0, 0);
   if (sName == QLatin1String("$t")) return QStringLiteral("$Thumb");
@@ -110,8 +118,8 @@ ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals
   ELF_SYM_LIST Locals;
   if (bLocals) {
     AppendLocals(Locals, Db, Wanted);
-    PutInScopeFirst(Locals, Db->Scope.CurrentPC);
-    if (!Locals.isEmpty() && ScopeStart(Locals.first(), Db->Scope.CurrentPC) >= 0) return Locals.first();
+    PutInScopeFirst(Locals, Db->Scope);
+    if (!Locals.isEmpty() && ScopeDepth(Db->Scope, Locals.first()) >= 0) return Locals.first();
   }
   // Inlined instances stand first among the named symbols.
   ELF_SYM_HANDLE Found = bNamed ? FirstFound(Db->NamedIndex, Db->NamedSymbols, Wanted) : 0;

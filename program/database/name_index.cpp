@@ -13,6 +13,7 @@ constexpr qsizetype MAX_CHARS = 1 << 26;       // of different names
 constexpr qsizetype MAX_READ_CHARS = 1 << 30;  // of all symbols
 const QString SCOPE_MARK = QStringLiteral("::");
 const QString OPERATOR = QStringLiteral("operator");
+const QChar TEMPLATE_MARK = u'<';
 
 bool IsNameChar(QChar Char) {
   return Char.isLetterOrNumber() || Char == u'_';
@@ -56,6 +57,21 @@ const ELF_SYM_LIST& ListOf(const QHash<QString, ELF_SYM_LIST>& Lists, const QStr
   return it == Lists.cend() ? None : it.value();
 }
 
+// "model::Ring" of "model::Ring<int, 2>".
+QString WithoutArguments(const QString& sName) {
+  if (!sName.contains(u'<')) return sName;
+  QString sResult;
+  int Depth = 0;
+  for (qsizetype i = 0; i < sName.size(); ++i) {
+    const qsizetype Length = std::max<qsizetype>(OperatorLength(sName, i), 1);
+    if (Length == 1 && sName[i] == u'<') ++Depth;
+    if (Depth == 0) sResult += QStringView(sName).mid(i, Length);
+    if (Length == 1 && sName[i] == u'>' && Depth > 0) --Depth;
+    i += Length - 1;
+  }
+  return sResult;
+}
+
 // "A::B::C", "B::C" and "C".
 QStringList EndsOf(const QString& sScope) {
   QStringList Ends;
@@ -83,35 +99,49 @@ QString NameWithoutBlanks(const QString& sName) {
 SYMBOL_NAME::SYMBOL_NAME(const QString& sText) : sFull(NameWithoutBlanks(sText)), sName(sFull) {
   const qsizetype Mark = sFull.contains(SCOPE_MARK) ? LastScopeMark(sFull) : -1;
   if (Mark < 0) return;
-  sOwner = sFull.left(Mark);
+  sOwner = Mark > 0 ? sFull.left(Mark) : SCOPE_MARK;
   sName = sFull.mid(Mark + SCOPE_MARK.size());
+  if (sFull.startsWith(SCOPE_MARK)) sFull.remove(0, SCOPE_MARK.size());
 }
 
 void CNameIndex::Clear() {
   m_ByName.reset();
+  m_ByTemplate.clear();
   m_ByOwner.clear();
 }
 
-const ELF_SYM_LIST& CNameIndex::FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols) {
-  if (!m_ByName) {
-    m_ByName.emplace();
-    qsizetype NumChars = 0, NumRead = 0;
-    for (const ELF_SYM_HANDLE Sym : Symbols) {
-      const QString sKey = IndexedName(Sym);
-      NumRead += sKey.size();
-      if (NumRead > MAX_READ_CHARS) break;
-      if (sKey.isEmpty()) continue;
-      if (!m_ByName->contains(sKey) && (NumChars += sKey.size()) > MAX_CHARS) continue;
-      (*m_ByName)[sKey].append(Sym);
-    }
+void CNameIndex::Build(const ELF_SYM_LIST& Symbols) {
+  m_ByName.emplace();
+  qsizetype NumChars = 0, NumRead = 0;
+  const auto Enter = [&NumChars](LISTS& Lists, const QString& sKey, ELF_SYM_HANDLE Sym) {
+    if (!Lists.contains(sKey) && (NumChars += sKey.size()) > MAX_CHARS) return;
+    Lists[sKey].append(Sym);
+  };
+  for (const ELF_SYM_HANDLE Sym : Symbols) {
+    const QString sKey = IndexedName(Sym);
+    NumRead += sKey.size();
+    if (NumRead > MAX_READ_CHARS) break;
+    if (sKey.isEmpty()) continue;
+    Enter(*m_ByName, sKey, Sym);
+    const qsizetype Arguments = sKey.indexOf(TEMPLATE_MARK, OperatorLength(sKey, 0));
+    if (Arguments > 0) Enter(m_ByTemplate, sKey.left(Arguments) + TEMPLATE_MARK, Sym);
   }
+}
+
+const ELF_SYM_LIST& CNameIndex::FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols) {
+  if (!m_ByName) Build(Symbols);
   return ListOf(*m_ByName, sName);
 }
 
 const ELF_SYM_LIST& CNameIndex::Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LIST& Symbols) {
-  const ELF_SYM_LIST& Named = FindWhole(Wanted.sName, Symbols);
-  if (Wanted.sOwner.isEmpty() || Named.isEmpty()) return Named;
-  return ListOf(OwnersOf(Wanted.sName, Named), Wanted.sOwner);
+  if (!m_ByName) Build(Symbols);
+  const ELF_SYM_LIST& Found = FindIn(*m_ByName, Wanted.sName, Wanted.sOwner);
+  return Found.isEmpty() ? FindIn(m_ByTemplate, Wanted.sName + TEMPLATE_MARK, Wanted.sOwner) : Found;
+}
+
+const ELF_SYM_LIST& CNameIndex::FindIn(const LISTS& Lists, const QString& sName, const QString& sOwner) {
+  const ELF_SYM_LIST& Named = ListOf(Lists, sName);
+  return sOwner.isEmpty() || Named.isEmpty() ? Named : ListOf(OwnersOf(sName, Named), sOwner);
 }
 
 CNameIndex::LISTS& CNameIndex::OwnersOf(const QString& sName, const ELF_SYM_LIST& Named) {
@@ -119,7 +149,11 @@ CNameIndex::LISTS& CNameIndex::OwnersOf(const QString& sName, const ELF_SYM_LIST
   if (itKnown != m_ByOwner.end()) return itKnown.value();
   LISTS& Owners = m_ByOwner[sName];
   for (const ELF_SYM_HANDLE Sym : Named) {
-    QStringList Ends = EndsOf(ELFAPI_GetScopeName(Sym)) + EndsOf(ScopeNameWithoutInline(Sym));
+    QStringList Scopes = {ELFAPI_GetScopeName(Sym), ScopeNameWithoutInline(Sym)};
+    Scopes << WithoutArguments(Scopes[0]) << WithoutArguments(Scopes[1]);
+    Scopes.removeDuplicates();
+    QStringList Ends;
+    for (const QString& sScope : Scopes) Ends << EndsOf(sScope) << SCOPE_MARK + NameWithoutBlanks(sScope);
     Ends.removeDuplicates();
     for (const QString& sEnd : Ends) Owners[sEnd].append(Sym);
   }

@@ -9,23 +9,26 @@
 // A user's name for a symbol, taken apart at its last "::" outside of template arguments. Blanks beside the marks of
 // template arguments do not count.
 struct SYMBOL_NAME {
-  QString sFull;
-  QString sOwner;
+  QString sFull;   // without a leading "::"
+  QString sOwner;  // empty: any. With a leading "::" it is the whole scope, "::" alone being that of no owner
   QString sName;
 
   explicit SYMBOL_NAME(const QString& sText);
+  // The name of a class or namespace stands before it.
+  bool HasOwner() const { return sFull.size() > sName.size(); }
 };
 
 // The name as an index keeps it: "Pair<int, 4>" without the blank.
 QString NameWithoutBlanks(const QString& sName);
 
 // Symbols of one list by name; built when first asked. The time for an answer does not grow with the number of symbols
-// that have the name and other owners. Inline namespaces may be left out of an owner. Namespaces stand in it under
-// their qualified names.
+// that have the name and other owners. Inline namespaces and template arguments may be left out of an owner. Namespaces
+// stand in it under their qualified names.
 class CNameIndex {
 public:
   void Clear();
-  // Symbols with that name, in the order of the list. Lives until the next call.
+  // Symbols with that name, in the order of the list; where none has it, the instances of the template of that name.
+  // Lives until the next call.
   const ELF_SYM_LIST& Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LIST& Symbols);
   // Symbols that the index has under the whole text.
   const ELF_SYM_LIST& FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols);
@@ -33,8 +36,11 @@ public:
 private:
   using LISTS = QHash<QString, ELF_SYM_LIST>;
 
+  const ELF_SYM_LIST& FindIn(const LISTS& Lists, const QString& sName, const QString& sOwner);
   LISTS& OwnersOf(const QString& sName, const ELF_SYM_LIST& Named);
+  void Build(const ELF_SYM_LIST& Symbols);
 
   std::optional<LISTS> m_ByName;
+  LISTS m_ByTemplate;               // "Pair" and "<" to all "Pair<...>"
   QHash<QString, LISTS> m_ByOwner;  // for names asked with an owner: symbols by every end of the owner's name
 };

@@ -1,6 +1,7 @@
 #!/bin/sh
 # Builds the programs that the tests of the program database load: demo.elf, the same program for address 0 with
-# debug information for its assembler file as low.elf, and foreign.elf. Needs gcc-arm-none-eabi.
+# debug information for its assembler file as low.elf, names.elf, where one name stands for several things, and
+# foreign.elf. Needs gcc-arm-none-eabi.
 set -e
 cd "$(dirname "$0")"
 flags="-mcpu=cortex-m4 -mthumb -g3 -gdwarf-5 -ffile-prefix-map=$PWD=/demo -ffreestanding"
@@ -17,6 +18,11 @@ sed 's/0x08000000/0x00000000/' demo.ld >"$out/low.ld"
 arm-none-eabi-gcc $flags "-Wa,--debug-prefix-map=$PWD=/demo" -c start.S -o "$out/start.o"
 arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--gc-sections,--build-id=none,-u,UseShapes,-u,LongStatement \
   -T "$out/low.ld" "$out/first.o" "$out/second.o" "$out/shape.o" "$out/start.o" -o low.elf
+
+arm-none-eabi-gcc $flags -O0 -c names/main.c -o "$out/main.o"
+arm-none-eabi-gcc $flags -O0 -c names/same/util.c -o "$out/util.o"
+arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--build-id=none -T demo.ld "$out/main.o" "$out/util.o" \
+  "$out/start.o" -o names.elf
 
 # What other tools say about it: the rows of the line table, the symbols, and the image in other formats.
 arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h) ' >demo.lines.txt

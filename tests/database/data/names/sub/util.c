@@ -1,0 +1,1 @@
+static int Included(int n) { return n + 1; }
