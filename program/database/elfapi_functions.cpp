@@ -9,6 +9,7 @@
 namespace {
 
 constexpr qsizetype MAX_CACHED_ADDRS = 1 << 18;  // traces ask for the same addresses again and again
+constexpr int MAX_ORIGINS = 8;                   // from a function to the abstract one behind it
 
 bool HasTag(ELF_SYM_HANDLE Sym, U32 Tag) {
   return ELF_GetHandleKind(Sym) == ELF_HANDLE_DWARF && ELF_GetTag(Sym) == Tag;
@@ -22,6 +23,22 @@ FUNCS_AT FindFuncsAt(const CDatabaseLock& Db, U32 Addr) {
   const auto itInner =
       std::find_if(Hits.rbegin(), Hits.rend(), [](auto Sym) { return HasTag(Sym, ELF_TAG_INLINED_FUNC); });
   return {itInner != Hits.rend() ? *itInner : Outer, Outer};
+}
+
+// Of the functions at an address of the line the one whose text the line is: it begins nearest above the line in the
+// line's own file. What is inlined where a function begins covers the address of the function's first line, too.
+ELF_SYM_HANDLE FuncOfLine(const CDatabaseLock& Db, U32 Addr, const CSrcLoc& Loc) {
+  const QList<FILE_INDEX> Files = Db->Files.FindId(Loc.File);
+  ELF_SYM_HANDLE Nearest = 0;
+  U32 NearestLine = 0;
+  for (const ELF_SYM_HANDLE Func : Db->Functions.At(Addr)) {
+    const CSrcLoc Decl = ELFAPI_GetDeclLoc(Func);
+    if (!Decl.IsValid() || Decl.Line > Loc.Line || Decl.Line < NearestLine) continue;
+    if (Decl.File != Db->Files.At(Files.first()).Id) continue;
+    Nearest = Func;
+    NearestLine = Decl.Line;
+  }
+  return Nearest != 0 ? Nearest : ELFAPI_GetFuncAt(Addr);
 }
 
 }  // namespace
@@ -44,9 +61,10 @@ ELF_SYM_LIST ELFAPI_GetFuncsAt(U32 Addr) {
 
 ELF_SYM_HANDLE ELFAPI_GetFuncOfLoc(const CSrcLoc& Loc) {
   const CDatabaseLock Db;
-  U32 Addr = ELFAPI_GetAddrOfLoc(Loc);
-  if (Addr == INVALID_ADDR) Addr = ELFAPI_GetAddrOfLoc(ELFAPI_PrevSrcLoc(Loc));
-  return Addr == INVALID_ADDR ? 0 : ELFAPI_GetFuncAt(Addr);
+  const U32 Addr = ELFAPI_GetAddrOfLoc(Loc);
+  if (Addr != INVALID_ADDR) return FuncOfLine(Db, Addr, Loc);
+  const CSrcLoc Prev = ELFAPI_PrevSrcLoc(Loc);
+  return Prev.IsValid() ? FuncOfLine(Db, ELFAPI_GetAddrOfLoc(Prev), Prev) : 0;
 }
 
 ELF_SYM_LIST ELFAPI_GetFunctions() {
@@ -73,11 +91,14 @@ ELF_SYM_LIST ELFAPI_GetGlobalVars() {
 
 ELF_SYM_LIST ELFAPI_GetInlinedFuncs(ELF_SYM_HANDLE Func) {
   const CDatabaseLock Db;
-  const ELF_SYM_LIST Instances = Db->Functions.InstancesOf(Func);
-  if (!Instances.isEmpty()) return Instances;
+  ELF_SYM_LIST Instances = Db->Functions.InstancesOf(Func);
   // The function's own code is a concrete instance of the abstract one, too.
-  const ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Func);
-  return Origin != 0 ? Db->Functions.InstancesOf(Origin) : ELF_SYM_LIST();
+  for (int Depth = 0; Instances.isEmpty() && Depth < MAX_ORIGINS; ++Depth) {
+    Func = ELF_GetAbstractOrigin(Func);
+    if (Func == 0) break;
+    Instances = Db->Functions.InstancesOf(Func);
+  }
+  return Instances;
 }
 
 ELF_SYM_LIST ELFAPI_GetFileFunctions(U32 FileId) {

@@ -1,5 +1,6 @@
 #include "program/database/function_table.h"
 
+#include <QSet>
 #include <map>
 
 #include "program/database/core_link.h"
@@ -19,7 +20,19 @@ using CANDIDATES = std::map<U32, CANDIDATE>;
 
 void Compete(CANDIDATES& Candidates, U32 Start, U32 Size, ELF_SYM_HANDLE Func) {
   const auto [it, bIsNew] = Candidates.try_emplace(Start, CANDIDATE{Size, Func});
-  if (!bIsNew && Size > it->second.Size) it->second = {Size, Func};
+  if (bIsNew || Size <= it->second.Size) return;
+  // An alias without size reaches over the padding behind the function, which says more of itself.
+  if (ELF_IsSizeDerived(Func) && ELF_GetHandleKind(it->second.Func) == ELF_HANDLE_DWARF) return;
+  it->second = {Size, Func};
+}
+
+// The abstract entries behind a function's own: they would stand for it a second time.
+void AddOrigins(QSet<ELF_SYM_HANDLE>& Origins, ELF_SYM_HANDLE Func) {
+  if (ELF_GetHandleKind(Func) != ELF_HANDLE_DWARF) return;
+  for (ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Func); Origin != 0 && !Origins.contains(Origin);
+       Origin = ELF_GetAbstractOrigin(Origin)) {
+    Origins.insert(Origin);
+  }
 }
 
 QAddrRanges ElfSymbolRanges(ELF_SYM_HANDLE Sym) {
@@ -87,8 +100,14 @@ void CFunctionTable::BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFun
     }
   }
   for (const ELF_SYM_HANDLE Sym : ElfFuncSymbols) Compete(Candidates, ElfSymbolAddr(Sym), ELF_GetSize(Sym), Sym);
-  for (const auto& [Start, Candidate] : Candidates) m_Functions.append(Candidate.Func);
-  m_Functions += OnlyInlined;
+  QSet<ELF_SYM_HANDLE> Origins;
+  for (const auto& [Start, Candidate] : Candidates) {
+    m_Functions.append(Candidate.Func);
+    AddOrigins(Origins, Candidate.Func);
+  }
+  for (const ELF_SYM_HANDLE Func : OnlyInlined) {
+    if (!Origins.contains(Func)) m_Functions.append(Func);
+  }
 }
 
 void CFunctionTable::AddToTree(const ELF_SYM_LIST& Functions) {

@@ -21,7 +21,8 @@ public:
   void BuildLists(const ELF_FILE* pElf, const ELF_SYM_LIST& ElfFuncSymbols);
   void BuildTree();
 
-  // Sorted by address; functions that exist only as inlined instances have none and stand last.
+  // Sorted by address; functions that exist only as inlined instances have none and stand last. One that has code of
+  // its own, too, stands there once.
   const ELF_SYM_LIST& Functions() const { return m_Functions; }
   // All inlined instances but those in functions that the linker dropped.
   const ELF_SYM_LIST& Inlined() const { return m_Inlined; }

@@ -170,8 +170,11 @@ U32 ELF_GetValue(ELF_SYM_HANDLE hSym);
 // Name, also by way of abstract origin, specification or definition; of a function without any that of the linker. Null
 // when unknown.
 const char* ELF_GetName(ELF_SYM_HANDLE hSym);
-// Size in bytes of the symbol's type or, where it has none, of its code; st_size of an ELF symbol.
+// Size in bytes of the symbol's type or, where it has none, of its code; st_size of an ELF symbol, where that is 0 the
+// distance to what stands behind it.
 U32 ELF_GetSize(ELF_SYM_HANDLE hSym);
+// True for an ELF symbol of a function or an object whose st_size is 0.
+bool ELF_IsSizeDerived(ELF_SYM_HANDLE hSym);
 // Section that holds the symbol: st_shndx, or the index of the section of debug information; -1 if there is none.
 I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym);
 // Address ranges: [low, high), low being -1 (0xFFFFFFFF) and high 0 past the end. An ELF symbol has one. Where low has

@@ -57,6 +57,7 @@ struct ELF_SYMBOL {
   U8 Info = 0;
   U8 Other = 0;
   U16 Section = 0;
+  bool bDerivedSize = false;  // Size was 0 in the file
 
   U32 Type() const { return Info & 15u; }
   U32 Binding() const { return Info >> 4; }

@@ -161,6 +161,11 @@ U32 ELF_GetSize(ELF_SYM_HANDLE hSym) {
   return Size ? Size : CodeSize(*pFile->pDwarf, Entry);
 }
 
+bool ELF_IsSizeDerived(ELF_SYM_HANDLE hSym) {
+  const ELF_SYMBOL* pSymbol = SymbolOf(hSym);
+  return pSymbol && pSymbol->bDerivedSize;
+}
+
 I32 ELF_GetSectionIndex(ELF_SYM_HANDLE hSym) {
   if (const ELF_SYMBOL* pSymbol = SymbolOf(hSym)) return pSymbol->Section;
   U32 Entry;

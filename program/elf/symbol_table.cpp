@@ -77,7 +77,9 @@ U32 CSymbolTable::ObjectSize(size_t Position) const {
 void CSymbolTable::SizeObjects() {
   for (size_t i = 0; i < aByValue.size(); ++i) {
     ELF_SYMBOL& Symbol = aSymbols[aByValue[i]];
-    if (Symbol.Type() == ELF_SYMBOL_OBJECT && Symbol.Size == 0) Symbol.Size = ObjectSize(i);
+    if (Symbol.Type() != ELF_SYMBOL_OBJECT || Symbol.Size != 0) continue;
+    Symbol.bDerivedSize = true;
+    Symbol.Size = ObjectSize(i);
   }
 }
 
@@ -93,7 +95,9 @@ void CSymbolTable::SizeFunctions() {
       Next = Addr;
     }
     U64 End;
-    if (Symbol.Size != 0 || !SectionEnd(Symbol, End)) continue;
+    if (Symbol.Size != 0) continue;
+    Symbol.bDerivedSize = true;
+    if (!SectionEnd(Symbol, End)) continue;
     End = std::min<U64>(End & ~1ull, Above);
     if (End > Addr && End - Addr <= MAX_DERIVED_SIZE) Symbol.Size = static_cast<U32>(End - Addr);
   }

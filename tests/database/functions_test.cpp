@@ -1,6 +1,10 @@
 #include "demo_program.h"
 
+#include <QSet>
+
+#include "program/database/database.h"
 #include "program/database/file_finder.h"
+#include "program/elf/elf.h"
 
 namespace {
 
@@ -76,6 +80,13 @@ TEST_F(FunctionsTest, OwnersAndTemplatesInNames) {
       {"model::push", ""},
       {"each<use_model(int)::<lambda(int32_t)>>", "each<use_model(int)::<lambda(int32_t)> >"},
       {"::use_model", "use_model"},
+      {"::push", ""},
+      {"::twice", ""},
+      {"::model::twice", "model::twice"},
+      {"::Derived::value", ""},
+      {"each", "each<use_model(int)::<lambda(int32_t)> >"},
+      {"Ring::push", "model::Ring<long int, 2>::push|model::Ring<short int, 4>::push"},
+      {"::model::Ring::last", "model::Ring<long int, 2>::last|model::Ring<short int, 4>::last"},
       {"model::twice", "model::twice"},
       {"Derived::value", "model::Derived::value"},
       {"lue", ""},
@@ -115,6 +126,78 @@ TEST_F(FunctionsTest, OwnersOfInlinedFunctions) {
     }
     EXPECT_EQ(sFound, sQualified);
   }
+}
+
+TEST_F(FunctionsTest, WhatTheDebugInformationNamesStandsOnceInTheList) {
+  ASSERT_EQ(ELFAPI_Load(QStringLiteral(VEXOR_SOURCE_DIR "/examples/thermostat/thermostat.elf")), 0);
+  // The symbol of the same start without size reaches over the padding.
+  EXPECT_EQ(Name(ELFAPI_GetFuncAt(0x1FA)), "__udivsi3");
+  EXPECT_EQ(Name(ELFAPI_GetFuncAt(0x304)), "__aeabi_uidivmod") << "no debug information";
+  for (const char* const sFile : {"gcc_v5_O3", "gcc_v5_O2_lto", "gcc_v3_O2", "clang_v5_O2"}) {
+    ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + QLatin1String(sFile) + u".elf"_s), 0);
+    const ELF_SYM_LIST Functions = ELFAPI_GetFunctions();
+    QSet<ELF_SYM_HANDLE> Instances;
+    for (const ELF_SYM_HANDLE Func : Functions) {
+      for (const ELF_SYM_HANDLE Instance : ELFAPI_GetInlinedFuncs(Func)) Instances.insert(Instance);
+      const ELF_SYM_HANDLE Origin = ELF_GetAbstractOrigin(Func);
+      EXPECT_FALSE(Origin != 0 && Functions.contains(Origin)) << sFile << ' ' << Name(Func);
+    }
+    const CDatabaseLock Db;
+    for (const ELF_SYM_HANDLE Instance : Db->Functions.Inlined()) {
+      const bool bListed = Instances.contains(Instance) || Name(Instance) == "operator()";  // that of a lambda
+      EXPECT_TRUE(bListed) << sFile << ' ' << Name(Instance);
+    }
+  }
+}
+
+TEST_F(FunctionsTest, FunctionWhoseTextTheLineIs) {
+  ASSERT_EQ(ELFAPI_Load(QStringLiteral(VEXOR_SOURCE_DIR "/tests/breakpoints/data/lines_O2.elf")), 0);
+  const std::pair<const char*, const char*> aCases[] = {
+      {"lines.cpp:33", "first"},  // mix begins at its first address
+      {"lines.cpp:29", "mix"},    {"lines.cpp:30", "mix"},  {"lines.cpp:37", "second"},
+      {"lines.cpp:38", "second"}, {"lines.cpp:42", "loop"}, {"lines.cpp:25", "Derived"},
+  };
+  for (const auto& [sLine, sFunc] : aCases) EXPECT_EQ(Name(ELFAPI_GetFuncOfLoc(Loc(sLine))), sFunc) << sLine;
+}
+
+TEST_F(FunctionsTest, NamesThatStandForSeveralThings) {
+  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + u"names.elf"_s), 0);
+  const std::tuple<const char*, const char*, const char*> aLocals[] = {
+      // PC at the line, name, where the variable is declared
+      {"main.c:11", "i", "main.c:11"},     {"main.c:14", "i", "main.c:9"},      {"main.c:14", "Sum", "main.c:7"},
+      {"main.c:24", "Count", "main.c:23"}, {"main.c:26", "Count", "main.c:21"}, {"main.c:24", "n", "main.c:20"},
+  };
+  for (const auto& [sPC, sName, sDecl] : aLocals) {
+    SCOPED_TRACE(std::string(sPC) + ' ' + sName);
+    ELFAPI_SetCurrentPC(ELFAPI_GetAddrOfLoc(Loc(sPC)));
+    const ELF_SYM_HANDLE Sym = ELFAPI_FindSymbol(QLatin1String(sName), true, true, true, true);
+    EXPECT_EQ(LocText(ELFAPI_GetDeclLoc(Sym)), sDecl);
+    EXPECT_EQ(LocText(Loc(sName)), sDecl);
+    const U32 Addr = ELFAPI_GetAddr(Sym);
+    if (Addr != INVALID_ADDR) {
+      EXPECT_EQ(AddrOf(sName), Addr);
+    }
+  }
+  const std::pair<const char*, const char*> aFiles[] = {
+      // text, path of the file whose line it is; without code on the line none
+      {"util.c:1", "/demo/names/sub/util.c"},
+      {"util.c:2", "/demo/names/same/util.c"},
+      {"same/util.c:2", "/demo/names/same/util.c"},
+      {"SAME\\util.c:2", "/demo/names/same/util.c"},
+      {"names/sub/util.c:1", "/demo/names/sub/util.c"},
+      {"same/util.c:1", ""},
+      {"ame/util.c:2", ""},
+      {"/same/util.c:2", ""},
+  };
+  for (const auto& [sText, sPath] : aFiles) {
+    PARSED_LOC_KIND Kind;
+    const U32 Addr = ELFAPI_ParseLocation(QLatin1String(sText), Kind).Start;
+    EXPECT_EQ(Kind == PARSED_LOC_SRC ? ELFAPI_GetFilePathOf(Loc(sText).File) : QString(), QLatin1String(sPath))
+        << sText;
+    EXPECT_EQ(Addr != 0, *sPath != 0) << sText;
+  }
+  ELFAPI_RedirectFile(u"/demo/names/same/util.c"_s, u"/new/other.c"_s);
+  EXPECT_TRUE(Loc("new/other.c:2").IsValid() && Loc("util.c:2").File == FileId("/demo/names/sub/util.c"));
 }
 
 TEST_F(FunctionsTest, SymbolsAtAnAddress) {
