@@ -8,7 +8,7 @@
 #include "device/device.h"
 #include "device/device_data_provider.h"
 #include "program/database/database.h"
-#include "program/database/elfapi.h"
+#include "program/database/elfapi_types.h"
 #include "program/elf/elf_types.h"
 #include "rtos/plugin_host.h"
 #include "shell/log/log.h"
@@ -52,21 +52,23 @@ ELF_SYM_HANDLE RecordOf(ELF_SYM_HANDLE hSym) {
 }
 
 I32 FindMember(ELF_SYM_HANDLE hSym, const char* sMember, U32* pOffset, U32* pSize) {
-  const CDatabaseLock Db;
-  const ELF_SYM_HANDLE hRecord = RecordOf(hSym);
-  const I32 Index = hRecord == 0 ? -1 : ELF_FindMember(hRecord, sMember);
-  if (Index < 0) {
+  const MEMBER_PLACE Place = ELFAPI_FindMember(RecordOf(hSym), QString::fromUtf8(sMember));
+  if (Place.Member < 0) {
     Log(QStringLiteral("GetSymInfo: member not found"), MSG_WARNING);
     return -1;
   }
-  const ELF_SYM_HANDLE hMember = ELF_GetMember(hRecord, static_cast<U32>(Index));
-  const ELF_SYM_LOC Loc = ELF_GetLocation(hMember, 0);
-  if (Loc.Type == ELF_LOC_NONE) {
-    Log(QStringLiteral("GetSymInfo: member byte offset could not be determined"), MSG_WARNING);
-    return -1;
+  const ELF_SYM_HANDLE hMember = ELFAPI_GetMember(Place.Class, static_cast<U32>(Place.Member));
+  U32 Offset = 0;
+  for (const ELF_SYM_HANDLE hPart : Place.Way + ELF_SYM_LIST{hMember}) {
+    const ELF_SYM_LOC Loc = ELFAPI_GetLocation(hPart, 0);
+    if (Loc.Type == ELF_LOC_NONE || (hPart != hMember && Loc.Type != ELF_LOC_PARENT_LOC)) {
+      Log(QStringLiteral("GetSymInfo: member byte offset could not be determined"), MSG_WARNING);
+      return -1;
+    }
+    Offset += static_cast<U32>(Loc.Offset);
   }
-  *pOffset = static_cast<U32>(Loc.Offset);
-  *pSize = ELF_GetSize(hMember);
+  *pOffset = Offset;
+  *pSize = ELFAPI_GetSize(hMember);
   return 0;
 }
 
@@ -74,6 +76,7 @@ I32 GetSymInfo(const char* sSymbol, const char* sMember, U32* pAddr, U32* pSize)
   Log(QStringLiteral("GetSymInfo ") + QString::fromUtf8(sSymbol) + u'.' + QString::fromUtf8(sMember));
   if (pAddr != nullptr) *pAddr = 0;
   if (pSize != nullptr) *pSize = 0;
+  const CDatabaseLock Db;  // the handle means another symbol in another program
   const ELF_SYM_HANDLE hSym = ELFAPI_FindSymbol(QString::fromUtf8(sSymbol), true, true, true, true);
   Log(hSym ? QStringLiteral("GetSymInfo: symbol found") : QStringLiteral("GetSymInfo: symbol not found"),
       hSym ? MSG_INFO : MSG_WARNING);

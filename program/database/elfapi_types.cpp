@@ -1,14 +1,16 @@
 #include "program/database/elfapi_types.h"
 
+#include <QSet>
 #include <QStringList>
 #include <algorithm>
 
 #include "program/database/database.h"
+#include "program/elf/elf_dwarf_names.h"
 #include "program/elf/elf_frames.h"
 
 namespace {
 
-constexpr int MAX_BASE_DEPTH = 32;  // base classes of base classes
+constexpr qsizetype MAX_MEMBER_DEPTH = 32;  // base classes and members without a name inside each other
 constexpr int MAX_INLINE_DEPTH = 256;
 constexpr U32 MAX_CONST_BYTES = 256;
 constexpr U32 MAX_CFI_REGS = 512;
@@ -35,18 +37,50 @@ const QHash<QString, I32>& MemberNames(const CDatabaseLock& Db, ELF_SYM_HANDLE C
   return Names;
 }
 
-MEMBER_PLACE FindMemberIn(const CDatabaseLock& Db, ELF_SYM_HANDLE Class, const QString& sName, int Depth) {
-  const I32 Index = Class != 0 ? MemberNames(Db, Class).value(sName, -1) : -1;
-  if (Index >= 0) return {Index, -1, Class};
-  if (Class == 0 || Depth >= MAX_BASE_DEPTH) return {};
-  const ELF_SYM_LIST Bases = ELFAPI_GetBases(Class);
-  for (qsizetype i = 0; i < Bases.size(); ++i) {
-    const ELF_SYM_HANDLE Base = ELFAPI_GetType(Bases[i]);
-    const MEMBER_PLACE Place = Base != Class ? FindMemberIn(Db, Base, sName, Depth + 1) : MEMBER_PLACE();
-    if (Place.Member >= 0) return {Place.Member, static_cast<I32>(i), Place.Class};
-  }
-  return {};
+bool IsRecord(ELF_SYM_HANDLE Type) {
+  const U32 Tag = ELF_GetTag(Type);
+  return Tag == ELF_TAG_CLASS || Tag == ELF_TAG_STRUCT || Tag == ELF_TAG_UNION;
 }
+
+// A search for a member by name. Each class is searched once: those of a damaged file may hold each other many times.
+class CMemberSearch {
+public:
+  CMemberSearch(const CDatabaseLock& Db, const QString& sName) : m_Db(Db), m_sName(sName) {}
+
+  MEMBER_PLACE In(ELF_SYM_HANDLE Class) {
+    if (Class == 0 || m_Way.size() >= MAX_MEMBER_DEPTH || m_Searched.contains(Class)) return {};
+    m_Searched.insert(Class);
+    const QHash<QString, I32> Names = MemberNames(m_Db, Class);
+    if (const I32 Index = Names.value(m_sName, -1); Index >= 0) return {Index, -1, Class, m_Way};
+    MEMBER_PLACE Place;
+    // The names in a member without one are those of the class.
+    const ELF_SYM_LIST Members = Names.contains(QString()) ? ELFAPI_GetMembers(Class) : ELF_SYM_LIST();
+    for (qsizetype i = 0; i < Members.size() && Place.Member < 0; ++i) {
+      const bool bNameless = ELFAPI_GetName(Members[i]).isEmpty() && IsRecord(ELFAPI_GetType(Members[i]));
+      if (bNameless) Place = Through(Members[i]);
+      Place.Base = -1;
+    }
+    const ELF_SYM_LIST Bases = Place.Member < 0 ? ELFAPI_GetBases(Class) : ELF_SYM_LIST();
+    for (qsizetype i = 0; i < Bases.size() && Place.Member < 0; ++i) {
+      Place = Through(Bases[i]);
+      Place.Base = static_cast<I32>(i);
+    }
+    return Place.Member < 0 ? MEMBER_PLACE() : Place;
+  }
+
+private:
+  MEMBER_PLACE Through(ELF_SYM_HANDLE Part) {
+    m_Way.append(Part);
+    const MEMBER_PLACE Place = In(ELFAPI_GetType(Part));
+    m_Way.removeLast();
+    return Place;
+  }
+
+  const CDatabaseLock& m_Db;
+  QString m_sName;
+  ELF_SYM_LIST m_Way;
+  QSet<ELF_SYM_HANDLE> m_Searched;
+};
 
 bool NeedsInner(U32 Type) {
   return Type == ELF_LOC_REG_INDIRECT || Type == ELF_LOC_ENTRY_VALUE || Type == ELF_LOC_STACK_VALUE;
@@ -112,7 +146,7 @@ QString ELFAPI_GetBaseNames(ELF_SYM_HANDLE Sym) {
 
 MEMBER_PLACE ELFAPI_FindMember(ELF_SYM_HANDLE Sym, const QString& sName) {
   const CDatabaseLock Db;
-  return sName.isEmpty() ? MEMBER_PLACE() : FindMemberIn(Db, ELFAPI_GetType(Sym), sName, 0);
+  return sName.isEmpty() ? MEMBER_PLACE() : CMemberSearch(Db, sName).In(ELFAPI_GetType(Sym));
 }
 
 U32 ELFAPI_GetAccess(ELF_SYM_HANDLE Sym) {

@@ -35,11 +35,14 @@ QString ELFAPI_GetBaseNames(ELF_SYM_HANDLE Sym);
 struct MEMBER_PLACE {
   I32 Member = -1;           // index in ELFAPI_GetMembers of Class; -1: there is no such member
   I32 Base = -1;             // index in ELFAPI_GetBases of the asked class through which it was reached; -1: its own
-  ELF_SYM_HANDLE Class = 0;  // the class that declares it
+  ELF_SYM_HANDLE Class = 0;  // the class, or the structure or union without a name, that declares it
+  // The bases and members without a name on the way from the asked class to Class, outermost first. The
+  // ELFAPI_GetLocation of each is its place in the one before.
+  ELF_SYM_LIST Way;
 
   bool operator==(const MEMBER_PLACE&) const = default;
 };
-// The class's own member of that name, else the first one in its base classes and theirs.
+// The class's own member of that name, then one in a member without a name, else the first one in its base classes.
 MEMBER_PLACE ELFAPI_FindMember(ELF_SYM_HANDLE Sym, const QString& sName);
 // ELF_ACCESS of a member, and "public", "protected", "private" or empty.
 U32 ELFAPI_GetAccess(ELF_SYM_HANDLE Sym);

@@ -53,6 +53,10 @@ TEST_F(TypesTest, MembersAlsoOfBaseClasses) {
     EXPECT_EQ(ELFAPI_GetAccessText(Member).toStdString(), Case.sAccess);
     EXPECT_EQ(TypeName(Member), Case.sType);
   }
+  const ELF_SYM_HANDLE Node = ELFAPI_FindSymbol(u"node"_s, false, false, true, false);
+  const MEMBER_PLACE Word = ELFAPI_FindMember(Node, u"word"_s);
+  EXPECT_EQ(Word, (MEMBER_PLACE{0, -1, ELFAPI_GetType(Word.Way.value(0)), {ELFAPI_GetMember(Node, 2)}}));
+  EXPECT_EQ(ELFAPI_GetLocation(Word.Way.value(0), 0).Offset, 8);
   const ELF_SYM_HANDLE Device = Global("device");
   EXPECT_EQ(ELFAPI_GetBaseNames(Device), u"Base, Mixin");
   // An object with virtual functions: its table, the identifier and the bits of Base, then Mixin.

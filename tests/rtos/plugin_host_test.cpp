@@ -91,7 +91,7 @@ TEST_F(CPluginHostTest, ServicesAnswerFromTheProgram) {
   } aCase[] = {
       {"tail", nullptr, 0, 0x200000B0, 4},      {"tail", "count", 0, 0, 1},  // behind the pointer
       {"no_such_symbol", nullptr, -1, 0, 0},    {"tail", "no_such_member", -1, 0, 0},
-      {"main", "member_of_a_number", -1, 0, 0},
+      {"main", "member_of_a_number", -1, 0, 0}, {"node", "real", 0, 8, 4},  // in a union without a name
   };
   for (const auto& Case : aCase) {
     U32 Addr = 1;
