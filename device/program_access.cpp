@@ -3,7 +3,7 @@
 #include "core/core_table.h"
 #include "core/vcore.h"
 #include "device/probe_api/records.h"
-#include "program/database/elfapi.h"
+#include "program/database/database.h"
 
 namespace {
 
@@ -57,12 +57,11 @@ CSrcLoc CProgramAccess::SrcLocAt(U32 Addr) {
   return ELFAPI_GetLastSrcLoc(Addr);
 }
 
-ELF_SYM_HANDLE CProgramAccess::FuncAt(U32 Addr) {
-  return ELFAPI_GetFuncAt(Addr);
-}
-
-CAddrRange CProgramAccess::FuncRange(ELF_SYM_HANDLE Func) {
-  return ELFAPI_GetAddrRange(Func);
+ELF_SYM_HANDLE CProgramAccess::FuncAt(U32 Addr, CAddrRange& Range) {
+  const CDatabaseLock Db;
+  const ELF_SYM_HANDLE Func = ELFAPI_GetFuncAt(Addr);
+  Range = ELFAPI_GetAddrRange(Func);
+  return Func;
 }
 
 bool CProgramAccess::FrameReg(U32 LogicReg, U64& Value) {

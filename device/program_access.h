@@ -48,8 +48,8 @@ public:
   virtual QString CoreVariant(U32 Core) = 0;
   // Last source location of the address; invalid when it has none.
   virtual CSrcLoc SrcLocAt(U32 Addr) = 0;
-  virtual ELF_SYM_HANDLE FuncAt(U32 Addr) = 0;
-  virtual CAddrRange FuncRange(ELF_SYM_HANDLE Func) = 0;
+  // The innermost function at the address and its first range, of one program; 0 and none where there is none.
+  virtual ELF_SYM_HANDLE FuncAt(U32 Addr, CAddrRange& Range) = 0;
   // Value of a register (DWARF numbering) in the frame that the user has selected; false without such a frame.
   virtual bool FrameReg(U32 LogicReg, U64& Value) = 0;
 };
@@ -66,8 +66,7 @@ public:
   void SetCpuInfo(U32 Core, U32 DataEndian, U32 InstEndian) override;
   QString CoreVariant(U32 Core) override;
   CSrcLoc SrcLocAt(U32 Addr) override;
-  ELF_SYM_HANDLE FuncAt(U32 Addr) override;
-  CAddrRange FuncRange(ELF_SYM_HANDLE Func) override;
+  ELF_SYM_HANDLE FuncAt(U32 Addr, CAddrRange& Range) override;
   bool FrameReg(U32 LogicReg, U64& Value) override;
 
   // Register of the selected stack frame; plugged in by the call stack. Empty: no frame is selected.

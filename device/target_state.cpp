@@ -19,9 +19,8 @@ int CTargetState::SetTargetExecState(U64 PC, U64 SP) {
   const CSrcLoc Loc = Ctx.Program.SrcLocAt(Addr);
   Target.SrcFile = Loc.IsValid() ? Loc.File : UNKNOWN_LOC;
   Target.SrcLine = Loc.IsValid() ? Loc.Line : UNKNOWN_LOC;
-  const ELF_SYM_HANDLE Func = Ctx.Program.FuncAt(Addr);
-  const CAddrRange Range = Func != 0 ? Ctx.Program.FuncRange(Func) : CAddrRange();
-  Target.Func = Func;
+  CAddrRange Range;
+  Target.Func = Ctx.Program.FuncAt(Addr, Range);
   Target.FuncStart = Range.Size != 0 ? Range.Start : UNKNOWN_LOC;
   Target.FuncEnd = Range.Size != 0 ? Range.End() : UNKNOWN_LOC;
   return 0;

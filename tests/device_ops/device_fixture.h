@@ -78,8 +78,11 @@ public:
   void SetCpuInfo(U32, U32, U32) override {}
   QString CoreVariant(U32) override { return "Cortex-M4"_L1; }
   CSrcLoc SrcLocAt(U32 Addr) override { return Locs.count(Addr) ? Locs[Addr] : CSrcLoc{0xFFFFFFFFu, 0, 0}; }
-  ELF_SYM_HANDLE FuncAt(U32 Addr) override { return Addr >= 0x8000100 && Addr < 0x8000200 ? 7 : 0; }
-  CAddrRange FuncRange(ELF_SYM_HANDLE) override { return {0x8000100, 0x100}; }
+  ELF_SYM_HANDLE FuncAt(U32 Addr, CAddrRange& Range) override {
+    const CAddrRange Function{0x8000100, 0x100};
+    Range = Function.Contains(Addr) ? Function : CAddrRange();
+    return Range.IsNone() ? 0 : 7;
+  }
   bool FrameReg(U32 LogicReg, U64& Value) override {
     Value = FrameRegs[LogicReg];
     return Value != 0;
