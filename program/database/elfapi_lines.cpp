@@ -29,7 +29,7 @@ bool IsLineOf(const CDatabaseLock& Db, U32 Addr, const CSrcLoc& Loc) {
 QAddrList ExpandBlock(const CDatabaseLock& Db, const CSrcLoc& Loc, U32 Addr) {
   QAddrList Addrs;
   const U32 Start = AlignedToInst(Addr);
-  for (U32 Offset = 0; Offset <= MAX_BLOCK_BYTES; Offset += InstAlignment()) {
+  for (U32 Offset = 0; Offset < MAX_BLOCK_BYTES; Offset += InstAlignment()) {
     if (!VCore::IsInstruction(Start + Offset)) continue;
     if (!IsLineOf(Db, Start + Offset, Loc)) break;
     Addrs.append(Start + Offset);
@@ -102,11 +102,14 @@ QAddrList ELFAPI_GetLocBlocks(const CSrcLoc& Loc) {
   const CDatabaseLock Db;
   const QAddrList Starts = ELFAPI_GetAddrsOfLoc(Loc);
   QAddrList Result;
+  I64 LastMet = -1;  // address of the blocks so far
   for (qsizetype i = 0; i < Starts.size(); ++i) {
     if (i > 0 && Starts[i] - Starts[i - 1] <= MaxInstLength()) continue;
-    if (Result.contains(Starts[i])) continue;
+    if (Starts[i] <= LastMet) continue;
     QAddrList Block = ExpandBlock(Db, Loc, Starts[i]);
-    if (!Block.isEmpty() && ELFAPI_ClassifyAddr(Block.last()) == 1) Block.removeLast();
+    if (Block.isEmpty()) continue;
+    LastMet = Block.last();
+    if (ELFAPI_ClassifyAddr(Block.last()) == 1) Block.removeLast();
     Result += Block;
   }
   return Result;

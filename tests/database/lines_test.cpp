@@ -48,6 +48,9 @@ TEST_F(LinesTest, AddressesBetweenEntriesBelongToTheNearestBelow) {
   EXPECT_TRUE(!ELFAPI_GetSrcLocExact(Start + 2).IsValid() && ELFAPI_GetSrcLocExact(Start).IsValid());
   EXPECT_TRUE(ELFAPI_RangeHasSrcLoc({Start + 270, 12}));
   EXPECT_FALSE(ELFAPI_RangeHasSrcLoc({Start + 270, 10}) || ELFAPI_RangeHasSrcLoc({Start, 0}));
+  const QAddrList Block = ELFAPI_GetLocAddrs(Loc(sLine.c_str()));
+  EXPECT_EQ(Block.last() - Start, 254u) << "256 bytes and no more";
+  EXPECT_EQ(ELFAPI_GetLocBlocks(Loc(sLine.c_str())).mid(0, Block.size()), Block);
 }
 
 TEST_F(LinesTest, WalksTheLinesOfAFile) {
