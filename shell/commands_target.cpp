@@ -1,5 +1,7 @@
 // Elf.*, and the settings of Target.*
 
+#include <algorithm>
+
 #include "device/device.h"
 #include "program/database/elfapi.h"
 #include "shell/actions/action_dispatch.h"
@@ -54,9 +56,14 @@ void GetEntryPointPC(COMMAND_CONTEXT&) {
   SetActionResult(ACTION_ELF_GET_ENTRY_POINT_PC, ELFAPI_GetEntryPC());
 }
 
+// One that was inlined as a whole begins where its first instance does.
 void GetEntryFuncPC(COMMAND_CONTEXT&) {
   const ELF_SYM_HANDLE Func = ELFAPI_GetEntryFunc();
-  SetActionResult(ACTION_ELF_GET_ENTRY_FUNC_PC, Func ? ELFAPI_GetAddr(Func) : INVALID_ADDR);
+  U32 Addr = Func ? ELFAPI_GetAddr(Func) : INVALID_ADDR;
+  if (Func && Addr == INVALID_ADDR) {
+    for (const ELF_SYM_HANDLE Instance : ELFAPI_GetInlinedFuncs(Func)) Addr = std::min(Addr, ELFAPI_GetAddr(Instance));
+  }
+  SetActionResult(ACTION_ELF_GET_ENTRY_FUNC_PC, Addr);
 }
 
 void GetEndianess(COMMAND_CONTEXT&) {
