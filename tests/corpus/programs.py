@@ -10,6 +10,7 @@ FOLDER = pathlib.Path(__file__).resolve().parent
 SOURCES = FOLDER / "src"
 PREFIX_MAP = f"-ffile-prefix-map={SOURCES}=/corpus"  # no path of this machine in the files
 UNITS = ["start.S", "records.c", "model.cpp"]
+TWO_OF_A_CLASS = ["start.S", "shapes.cpp", "scene.cpp"]
 
 MACHINES = {
     "thumb": ["-mcpu=cortex-m4", "-mthumb"],
@@ -35,6 +36,7 @@ class Program:
     options: list = dataclasses.field(default_factory=list)
     link: list = dataclasses.field(default_factory=list)
     units: dict = dataclasses.field(default_factory=dict)  # source: (compiler, version), where it differs
+    sources: list = dataclasses.field(default_factory=lambda: UNITS)
     eh_frame: bool = False  # unwind tables in .eh_frame, as compilers for other systems write them
 
 
@@ -72,6 +74,10 @@ COMMITTED = [
     Program("clang_v5_O1_be8", "clang", machine="be8", level="-O1"),
     Program("clang_v5_O1_types", "clang", level="-O1", options=["-fdebug-types-section"]),
     Program("mixed", version=5, level="-O1", units={"records.c": ("gcc", 2), "model.cpp": ("clang", 4)}),
+    Program("gcc_v4_O0_classes", version=4, level="-O0", sources=TWO_OF_A_CLASS),
+    Program("gcc_v5_O2_classes", sources=TWO_OF_A_CLASS),
+    Program("clang_v4_O2_classes", "clang", version=4, sources=TWO_OF_A_CLASS),
+    Program("clang_v5_O1_classes", "clang", level="-O1", sources=TWO_OF_A_CLASS),
 ]
 
 
@@ -105,7 +111,7 @@ def stack_usage(program):
     """Rows of file, line and bytes of stack of each function, as the compiler counts them."""
     found = set()
     with tempfile.TemporaryDirectory() as temporary:
-        for unit in UNITS[1:]:
+        for unit in program.sources[1:]:
             out = pathlib.Path(temporary) / f"{unit}.o"
             subprocess.run([*_command(program, SOURCES / unit), "-fstack-usage", "-c", SOURCES / unit, "-o", out],
                            check=True, cwd=SOURCES)
@@ -125,7 +131,7 @@ def build(program, path):
     with tempfile.TemporaryDirectory() as temporary:
         folder = pathlib.Path(temporary)
         objects = []
-        for unit in UNITS:
+        for unit in program.sources:
             out = folder / f"{unit}.o"
             _compile(program, SOURCES / unit, out)
             objects.append(out)

@@ -159,8 +159,10 @@ class DebugInfo:
         return entry.is_tag("union_type"), self.qualified(entry)
 
     def name(self, entry):
+        """A class in a type unit leaves an entry without name behind where its functions are, and what a compiler adds may
+        have the linker's name alone."""
         holder = self.holder(entry, "DW_AT_name") or self.target(entry, "DW_AT_signature")
-        return holder.text("DW_AT_name") if holder else None
+        return holder.text("DW_AT_name") if holder else entry.text("DW_AT_linkage_name")
 
     def number(self, entry, attribute):
         holder = self.holder(entry, attribute)

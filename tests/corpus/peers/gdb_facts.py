@@ -1,6 +1,11 @@
 """Runs inside gdb, and prints what it knows of its program: one fact a row, columns separated by tabs.
 
-  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; VARIABLE_NAMES = ['sink']" -x gdb_facts.py FILE"""
+  gdb-multiarch -nx -batch -ex "python CODE_RANGES = [(0x8000, 0x8100)]; OTHER_RANGES = []; VARIABLE_NAMES = ['sink']" \
+    -x gdb_facts.py FILE
+
+Other ranges are those of functions of which only the symbol is known; their lines are asked for alone."""
+
+import re
 
 import gdb
 
@@ -25,7 +30,7 @@ def lines_at_addresses():
 def symtabs():
     """The tables of the files with code: a header has one for each unit that uses it."""
     seen = {}
-    for low, high in CODE_RANGES:
+    for low, high in CODE_RANGES + OTHER_RANGES:
         for address in range(low, high, STEP):
             symtab = gdb.find_pc_line(address).symtab
             if symtab:
@@ -39,9 +44,15 @@ def addresses_of_lines(symtab):
         row("line", symtab.filename, entry.line, f"{entry.pc:#010x}")
 
 
+def class_of_member(pointer):
+    """Only in the text of a pointer to a member."""
+    name = re.search(r"(\w+)::[*]", str(pointer))[1]
+    return f" {name}::*"
+
+
 def type_text(of):
     """The type as vexor-inspect writes it, without qualifiers and the keywords of records: what it is made of stands on
-    the right, a typedef only where what it names has no name. A pointer to a member is shown as the member's type."""
+    the right, a typedef only where what it names has no name."""
     text, pending = "", ""
     while True:
         if of.code == gdb.TYPE_CODE_TYPEDEF:
@@ -62,9 +73,9 @@ def type_text(of):
         elif of.code == gdb.TYPE_CODE_METHODPTR:
             method = of.target()
             parameters = ", ".join(type_text(field.type) for field in method.fields()[1:])
-            return type_text(method.target()) + "(" + parameters + ") *" + text
+            return type_text(method.target()) + "(" + parameters + ")" + class_of_member(of) + text
         elif of.code == gdb.TYPE_CODE_MEMBERPTR:
-            text = " *" + text
+            text = class_of_member(of) + text
         else:
             return (of.name or pending) + text
         of = of.target()
@@ -84,9 +95,12 @@ def variable(symbol):
     fixed = gdb.SYMBOL_LOC_STATIC, gdb.SYMBOL_LOC_COMPUTED  # the latter with an offset to the address
     if not symbol or not symbol.is_variable or symbol.addr_class not in fixed or symbol.needs_frame:
         return
-    if symbol.value().address is not None:
-        row("variable", symbol.name, f"{int(symbol.value().address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof,
-            type_text(symbol.type))
+    address = symbol.value().address
+    if symbol.type.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):  # that is what it refers to
+        address = re.search(r"address (0x[0-9a-f]+)", gdb.execute(f"info address {symbol.name}", to_string=True))[1]
+        address = int(address, 16)
+    if address is not None:
+        row("variable", symbol.name, f"{int(address) & 0xFFFFFFFF:#010x}", symbol.type.sizeof, type_text(symbol.type))
 
 
 def main():
@@ -95,6 +109,7 @@ def main():
         addresses_of_lines(symtab)
     for symbol in symbols_of_units():
         variable(symbol)
+    row("end")
 
 
 main()

@@ -19,11 +19,15 @@ def _by_kind(text):
     return found
 
 
-def _gdb_facts(path, ranges, variables=()):
-    setting = f"python CODE_RANGES = {ranges}; VARIABLE_NAMES = {list(variables)}"
+def _gdb_facts(folder, path, variables=()):
+    ranges, others = (_code_ranges(folder, path, described) for described in (True, False))
+    setting = f"python CODE_RANGES = {ranges}; OTHER_RANGES = {others}; VARIABLE_NAMES = {list(variables)}"
     result = subprocess.run([TOOL, "-nx", "-batch", "-ex", setting, "-x", SCRIPT, path], capture_output=True, text=True,
                             errors="replace", timeout=facts.TIME_LIMIT_S, check=True)
-    return _by_kind(result.stdout)
+    found = _by_kind(result.stdout)
+    if "end" not in found:  # gdb itself ends well when its script fails
+        raise RuntimeError(result.stderr)
+    return found
 
 
 def _file(path):
@@ -44,14 +48,17 @@ def _own(folder):
     return folder / "vexor-inspect"
 
 
-def _code_ranges(folder, path):
-    return sorted({(low, high) for _, low, high in facts.own_functions(_own(folder), path) if low})
+def _code_ranges(folder, path, described):
+    """Of the functions that debug information describes, or of the others."""
+    found = facts.rows(_own(folder), "functions", path)
+    ranges = {(int(low, 16), int(high, 16)) for low, high, _, file, _ in found if bool(file) == described}
+    return sorted((low, high) for low, high in ranges if low)
 
 
 def _bare_type(text):
     """Without qualifiers, keywords and scopes, the base types under their short names."""
     text = re.sub(r"\b(const|volatile|static|struct|class|union|enum) ", "", text)
-    text = re.sub(r"\w+::", "", text)
+    text = re.sub(r"(\w+|\(anonymous namespace\))::(?![*])", "", text)
     for pattern, short in (("long long unsigned int", "long ulong"), ("unsigned long long", "long ulong"),
                            ("long unsigned int", "ulong"), ("short unsigned int", "ushort"), ("unsigned ", "u"),
                            ("long long int", "long long"), ("long int", "long"), ("short int", "short"),
@@ -64,7 +71,7 @@ def pairs_of_lines(folder, path):
     """(kind, own facts, gdb's facts) of lines and functions by address, and of addresses by line."""
     result = subprocess.run([folder / "program_facts", path], capture_output=True, text=True,
                             timeout=facts.TIME_LIMIT_S, check=True)
-    own, peer = _by_kind(result.stdout), _gdb_facts(path, _code_ranges(folder, path))
+    own, peer = _by_kind(result.stdout), _gdb_facts(folder, path)
     own_at = {int(address, 16): (_file(file), int(line), inner) for address, file, line, inner, _ in own["at"]}
     peer_at = {int(address, 16): (_file(file), int(line), name) for address, file, line, name in peer["at"]}
     yield ("line at address", {(address, *own_at.get(address, ("", 0))[:2]) for address in peer_at},
@@ -80,7 +87,7 @@ def pairs_of_data(folder, path):
     """The same of variables with an address: name, size and type. Scopes, and what a record consists of, are the other
     peer's."""
     variables = [row for row in facts.rows(_own(folder), "variables", path) if row[0].startswith("0x")]
-    peer = _gdb_facts(path, _code_ranges(folder, path), sorted({row[3] for row in variables}))
+    peer = _gdb_facts(folder, path, sorted({row[3] for row in variables}))
     yield ("types of variables (gdb)",
            {(_bare(name), int(address, 16), int(size), _bare_type(text)) for address, size, text, name, *_ in variables},
            {(_bare(name), int(address, 16), int(size), _bare_type(text)) for name, address, size, text in peer["variable"]})

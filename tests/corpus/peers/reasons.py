@@ -81,6 +81,13 @@ def _thumb_bit(context, side, row, own, peer):
                if entry.is_tag("subprogram"))
 
 
+def _named_by_linker_alone(context, side, row, own, peer):
+    info = context.info
+    return any(low <= row[0] < high for entry in info.all() if entry.is_tag("subprogram")
+               and not info.holder(entry, "DW_AT_name") and (side == "peer" or info.name(entry) == row[1])
+               for low, high in info.ranges(entry))
+
+
 def _inlined_without_call(context, side, row, own, peer):
     return any(low <= row[0] < high and not entry.has("DW_AT_call_line") for entry in context.info.all()
                if entry.is_tag("inlined_subroutine") for low, high in context.info.ranges(entry))
@@ -146,6 +153,8 @@ _KNOWN = [
      "gdb leaves out a line that ends where it begins when the table goes on in another file"),
     ("function at address", _thumb_bit,
      "assemblers write the Thumb bit into the start of a function: gdb begins it one byte later"),
+    ("function at address", _named_by_linker_alone,
+     "what a compiler adds may have the linker's name alone, which gdb shows as source text"),
     ("function at address", _inlined_without_call,
      "gdb shows an inlined instance only where its call is described, which needs version 3"),
     ("types of variables (gdb)", _named_in_another_unit,
