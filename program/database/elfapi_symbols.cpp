@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr U32 ATTR_OBJECT_POINTER = 0x64;  // DW_AT_object_pointer: the parameter "this" of a member function
-constexpr int MAX_SCOPES = 256;            // around a local variable
+constexpr int MAX_SCOPES = 256;  // around a local variable
 
 // Inlined instances first, otherwise as found.
 void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
@@ -32,7 +31,7 @@ void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NA
   if (!Wanted.sOwner.isEmpty()) return;
   AppendFound(Result, Db->Scope.Names, Db->Scope.LocalVars, Wanted);
   if (Wanted.sFull != QLatin1String("this")) return;
-  const ELF_SYM_HANDLE This = ELF_GetAttrDie(Db->Scope.CurrentFunc, ATTR_OBJECT_POINTER);
+  const ELF_SYM_HANDLE This = ELF_GetAttrDie(Db->Scope.CurrentFunc, ELF_ATTR_OBJECT_POINTER);
   if (This != 0 && !Result.contains(This)) Result.append(This);
 }
 
