@@ -5,6 +5,8 @@ class ElfJoin : public CElfTest {
 protected:
   static constexpr const char* PROGRAMS[] = {"pump_gcc.elf", "pump_types.elf", "pump_clang.elf"};
 
+  static constexpr U32 ATTR_SIGNATURE = 0x69;
+
   static std::string TypeOf(ELF_SYM_HANDLE hSym) {
     const char* sText = ELF_GetTypeName(hSym);
     return sText ? sText : "";
@@ -57,6 +59,16 @@ TEST_F(ElfJoin, ClassesAndMembersHaveTheirDefinitions) {
     EXPECT_EQ(Value, 0x123456789Aull);
     EXPECT_EQ(TypeOf(hHigh), "enum Limit");
   }
+}
+
+TEST_F(ElfJoin, SignatureAsANumberIsTheOffsetOfItsType) {
+  Open("pump_types.elf");
+  const ELF_SYM_HANDLE hSkeleton = ELF_GetParent(ELF_GetAttrDie(Function("Open"), ELF_ATTR_SPECIFICATION));
+  const ELF_SYM_HANDLE hType = ELF_GetDefinition(hSkeleton);
+  ASSERT_TRUE(hType != 0 && hType != hSkeleton);
+  I64 Offset = 0;
+  EXPECT_EQ(ELF_GetAttrValue(hSkeleton, ATTR_SIGNATURE, &Offset), 0);
+  EXPECT_EQ(ELF_GetDieByOffset(pFile, static_cast<U32>(Offset), true), hType);
 }
 
 // Where a function was inlined, its code stands in the scopes of another one, and its copy for callers in none.

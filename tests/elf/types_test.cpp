@@ -134,4 +134,6 @@ TEST_F(ElfTypes, ConstantsAndNeutralValues) {
   const ELF_SYM_HANDLE hSymbol = ELF_GetSymbolHandle(pFile, 1);
   EXPECT_TRUE(ELF_GetTypeName(hSymbol) == nullptr && ELF_GetType(hSymbol, true) == 0);
   EXPECT_TRUE(ELF_GetNumMembers(hSymbol) == 0 && ELF_GetNumLocals(0) == 0 && ELF_FindMember(0, "x") == -1);
+  EXPECT_TRUE(ELF_GetName(ELF_GetSymbolHandle(pFile, 0)) == nullptr) << "the null entry";
+  EXPECT_EQ(ELF_GetSectionName(pFile, ELF_GetNumSections(pFile)), nullptr);
 }
