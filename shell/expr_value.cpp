@@ -56,6 +56,11 @@ I64 SignExtended(U64 Value, U32 NumBytes) {
   return static_cast<I64>(Value << Shift) >> Shift;
 }
 
+// What is no number or too big for one has no integer.
+I64 IntegerOf(double Value) {
+  return std::abs(Value) < 0x1p63 ? static_cast<I64>(Value) : 0;
+}
+
 bool ReadTarget(U32 Addr, U32 NumBytes, U64* pValue) {
   if (!CDevice::Get().IsConnected()) return false;
   bool bOk = false;
@@ -88,8 +93,7 @@ EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
   } else {
     return Value;
   }
-  // What is no number or too big for one has no integer.
-  Value.Integer = std::abs(Value.Real) < 0x1p63 ? static_cast<I64>(Value.Real) : 0;
+  Value.Integer = IntegerOf(Value.Real);
   return Value;
 }
 
@@ -139,8 +143,9 @@ EXPR_VALUE Literal(const QString& sText) {
   if (bOk && sText.startsWith(QLatin1Char('-'))) return Number(Negative, 8, QStringLiteral("long long"));
   static const QRegularExpression Real(QStringLiteral("^-?\\d+\\.\\d*([eE][+-]?\\d+)?$"));
   if (!Real.match(sText).hasMatch()) return {};
-  EXPR_VALUE Result = Number(static_cast<I64>(sText.toDouble()), 8, QStringLiteral("double"));
-  Result.Real = sText.toDouble();
+  const double RealValue = sText.toDouble();
+  EXPR_VALUE Result = Number(IntegerOf(RealValue), 8, QStringLiteral("double"));
+  Result.Real = RealValue;
   Result.Bytes = LittleEndian(std::bit_cast<U64>(Result.Real), 8);
   return Result;
 }

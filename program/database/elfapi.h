@@ -199,7 +199,8 @@ void ELFAPI_SetCurrentPC(U32 PC);
 // ---- Files
 
 // Identifier of a source file of the program, by the path in the program file, by its new path after a redirection, or
-// by the path at which the file finder finds it; case, "." and ".." and the kind of slashes do not count. INVALID_FILE_ID when the program has no such file.
+// by the path at which the file finder finds it; case, "." and ".." and the kind of slashes do not count.
+// INVALID_FILE_ID when the program has no such file.
 U32 ELFAPI_FileId(const QString& sPath);
 // Path of a file as the program file gives it, or as redirected.
 QString ELFAPI_GetFilePathOf(U32 FileId);

@@ -21,7 +21,9 @@ public:
       if (!Prepend(Parts, Entry, Level)) break;
       Entry = Lookup.Reference(Entry, DW_AT_type);
     }
-    if (Parts.bOfVoid) Parts.sText = (Parts.sVoid.empty() ? "void" : Parts.sVoid) + Parts.sText;
+    // A plain pointer to void keeps the name that it has itself, too.
+    const std::string& sVoid = Parts.sText == "*" ? Parts.sTypedef : Parts.sVoid;
+    if (Parts.bOfVoid) Parts.sText = (sVoid.empty() ? "void" : sVoid) + Parts.sText;
     if (Parts.sText.empty()) Parts.sText = Parts.sVoid.empty() ? "void*" : Parts.sVoid;
     return (Parts.bConst ? "const " : "") + std::string(Parts.bVolatile ? "volatile " : "") + Parts.sText;
   }

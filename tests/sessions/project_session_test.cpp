@@ -116,6 +116,7 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"0x10", 0x10},
       {"-2", 0xFFFFFFFE},
       {"2.75", 2},
+      {"1.5e300", 0},
       {"COLOUR_NEGATIVE", 0xFFFFFFFD},
       {"Level::medium", 4},
       {"walk", AddressOf(sElf, u"walk"_s)},
