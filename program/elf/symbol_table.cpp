@@ -117,16 +117,34 @@ void CSymbolTable::ListFunctions() {
   }
 }
 
+bool CSymbolTable::IsInCode(const ELF_SYMBOL& Symbol) const {
+  const ELF_SECTION* pSection = Symbol.Section != 0 ? pImage->Section(Symbol.Section) : nullptr;
+  return pSection && (pSection->Flags & SHF_ALLOC) && (pSection->Flags & SHF_EXECINSTR);
+}
+
 void CSymbolTable::ListSizesAtZero() {
   for (const U32 Index : aByValue) {
     const ELF_SYMBOL& Symbol = aSymbols[Index];
     if (Symbol.Value > 1) break;  // 1 with the Thumb bit
-    const ELF_SECTION* pSection = Symbol.IsFunction() ? pImage->Section(Symbol.Section) : nullptr;
-    if (pSection && (pSection->Flags & SHF_ALLOC) && (pSection->Flags & SHF_EXECINSTR)) {
-      aSizesAtZero.push_back(Symbol.Size);
-    }
+    if (Symbol.IsFunction() && IsInCode(Symbol)) aSizesAtZero.push_back(Symbol.Size);
   }
   std::sort(aSizesAtZero.begin(), aSizesAtZero.end());
+  EndAtZero = aSizesAtZero.empty() ? FindEndAtZero() : 0;
+}
+
+// A mapping symbol tells that instructions stand at 0; they end with their section or at the next function.
+U32 CSymbolTable::FindEndAtZero() const {
+  if (aSymbols.empty()) return INVALID_ADDR;
+  U64 End = 0;
+  for (const U32 Index : aByValue) {
+    const ELF_SYMBOL& Symbol = aSymbols[Index];
+    if (Symbol.Value > 1 && (End == 0 || Symbol.IsFunction())) {
+      return static_cast<U32>(std::min<U64>(End, Symbol.Value & ~1u));
+    }
+    const char* sName = Symbol.Value == 0 && IsInCode(Symbol) ? Name(Index) : "";
+    if (std::strncmp(sName, "$a", 2) == 0 || std::strncmp(sName, "$t", 2) == 0) SectionEnd(Symbol, End);
+  }
+  return static_cast<U32>(std::min<U64>(End, INVALID_ADDR));
 }
 
 const char* CSymbolTable::Name(U32 Index) const {
@@ -171,6 +189,7 @@ bool CSymbolTable::HasAddress(const ELF_SYMBOL& Symbol) const {
 }
 
 bool CSymbolTable::IsDropped(U32 Low, U32 High) const {
+  if (Low == 0 && aSizesAtZero.empty()) return High == 0 || High > EndAtZero;
   if (Low == 0) return !std::binary_search(aSizesAtZero.begin(), aSizesAtZero.end(), High);
   return Low >= LOWEST_TOMBSTONE || (Low == 1 && High == 1);  // two zeros would end a list of ranges
 }

@@ -23,7 +23,8 @@ public:
   // False for a symbol that names no address: one of another file, of a file's name or of a section that is not loaded.
   bool HasAddress(const ELF_SYMBOL& Symbol) const;
   // True for a range of code that the linker dropped, as debug information still has it: where no code can be, or from
-  // 0 on with another length than the functions have that stand there.
+  // 0 on with another length than the functions have that stand there. Where code without such a symbol stands at 0,
+  // what ends within it is not dropped, and nothing is where the file has no symbols.
   bool IsDropped(U32 Low, U32 High) const;
 
 private:
@@ -38,6 +39,7 @@ private:
   std::vector<U32> aByValue;
   std::vector<U32> aFunctions;
   std::vector<U32> aSizesAtZero;  // of the functions there, ascending
+  U32 EndAtZero = 0;              // of the code there that no function symbol describes
 
   bool AreNamesSound() const;
   bool SectionEnd(const ELF_SYMBOL& Symbol, U64& End) const;
@@ -45,5 +47,7 @@ private:
   void SizeObjects();
   void SizeFunctions();
   void ListFunctions();
+  bool IsInCode(const ELF_SYMBOL& Symbol) const;
   void ListSizesAtZero();
+  U32 FindEndAtZero() const;
 };

@@ -204,6 +204,9 @@ TEST_F(ElfFrames, EntriesOfDroppedFunctionsAreLeftOut) {
       EXPECT_TRUE(Size == 0 || (Low != 0 && Low < 0xFFFFFFFE)) << i;
     }
   }
+  const std::vector<char> aLabel = WithBytes(BytesOf(AT_ZERO), "00000000 0c000000 1200", "00000000 0c000000 1000");
+  OpenBytes(WithBytes(aLabel, "00000000 0c000000 08000000", "00000000 00000000 0c000000"));
+  EXPECT_EQ(ELF_GetFrameSize(pFile, 8), 0) << "a label without size at 0";
 }
 
 // Each is said once, however often it is asked.
