@@ -162,5 +162,8 @@ const U8* ELF_ReadImage(const ELF_FILE* pFile, U32 Start, U32 End) {
   // What moved apart, or away, is no longer there.
   const U32 First = AddrToFile(Start), Last = AddrToFile(End - 1);
   if (Last - First != End - 1 - Start || AddrToTarget(First) != Start) return nullptr;
+  for (U32 Edge = ELF_NextRelocEdge(First); Edge <= Last && Edge != INVALID_ADDR; Edge = ELF_NextRelocEdge(Edge)) {
+    if (AddrToTarget(Edge) - Edge != Start - First) return nullptr;
+  }
   return pLoaded->Image.ReadImage(First, Last + 1);
 }

@@ -61,6 +61,7 @@ TEST_F(ElfSymbols, ImageIsReadAtRunTimeAddresses) {
   EXPECT_EQ(ELF_ReadImage(pFile, 0x9040, 0x9044), pData);
   EXPECT_EQ(ELF_ReadImage(pFile, 0x8040, 0x8044), nullptr) << "moved away";
   EXPECT_EQ(ELF_ReadImage(pFile, 0x9074, 0x907C), nullptr) << "what follows did not move";
+  EXPECT_EQ(ELF_ReadImage(pFile, 0x803C, 0x8080), nullptr) << "the middle moved away";
 }
 
 TEST_F(ElfSymbols, ExtentIsThatOfThePlaces) {
