@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int MAX_SCOPES = 256;  // around a local variable
+constexpr int MAX_ORIGINS = 8;   // abstract entries behind a function's own
 
 // Inlined instances first, otherwise as found.
 void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
@@ -35,13 +36,22 @@ void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NA
   if (This != 0 && !Result.contains(This)) Result.append(This);
 }
 
+// An abstract entry of the current function: it has the same variables, and no code.
+bool IsOriginOf(ELF_SYM_HANDLE Func, ELF_SYM_HANDLE Scope) {
+  for (int i = 0; i < MAX_ORIGINS && Func != 0; ++i) {
+    Func = ELF_GetAbstractOrigin(Func);
+    if (Func != 0 && Func == Scope) return true;
+  }
+  return false;
+}
+
 // Number of scopes around a local variable whose own one covers the current PC: nested blocks may begin at one address.
 // -1 if its own does not.
 int ScopeDepth(const SCOPE& Current, ELF_SYM_HANDLE Sym) {
   ELF_SYM_HANDLE Scope = ELF_GetContainingScope(Sym);
-  // The abstract function has the same variables as the current one, and no code.
-  const bool bIsOrigin = Scope != 0 && Scope == ELF_GetAbstractOrigin(Current.CurrentFunc);
-  if (!bIsOrigin && !ELFAPI_IsInFunction(Scope, Current.CurrentPC)) return -1;
+  ELF_SYM_HANDLE Func = Scope;
+  for (int i = 0; i < MAX_SCOPES && ELF_GetTag(Func) == ELF_TAG_LEXICAL_BLOCK; ++i) Func = ELF_GetContainingScope(Func);
+  if (!IsOriginOf(Current.CurrentFunc, Func) && !ELFAPI_IsInFunction(Scope, Current.CurrentPC)) return -1;
   int Depth = 0;
   while (Scope != 0 && Depth < MAX_SCOPES) {
     Scope = ELF_GetContainingScope(Scope);

@@ -241,6 +241,13 @@ TEST_F(FunctionsTest, LocalsFollowTheCurrentPC) {
   EXPECT_EQ(Names(ELFAPI_GetLocalVars()), "Step Calls");
   EXPECT_EQ(Names(ELFAPI_GetLocalVars(true)), "Calls");
   EXPECT_EQ(Names(ELFAPI_FindSymbols(u"Calls"_s, false, true, false, false)), "Calls");
+  // The same in a block of it, beside a global one of that name.
+  ASSERT_EQ(ELFAPI_Load(DEMO_DIR + u"scopes.elf"_s), 0);
+  const U32 aPlaces[][2] = {{0x08000014, 0x20000010}, {0x0800002E, 0x20000010}, {AddrOf("main"), 0x20000000}};
+  for (const auto& [PC, Addr] : aPlaces) {
+    ELFAPI_SetCurrentPC(PC);
+    EXPECT_EQ(ELFAPI_GetAddr(ELFAPI_FindSymbol(u"Calls"_s, true, true, false, true)), Addr) << std::hex << PC;
+  }
 }
 
 TEST_F(FunctionsTest, TextsOfUsers) {

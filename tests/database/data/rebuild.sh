@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds the programs that the tests of the program database load: demo.elf, the same program for address 0 with
-# debug information for its assembler file as low.elf, names.elf, where one name stands for several things, and
-# foreign.elf. Needs gcc-arm-none-eabi.
+# debug information for its assembler file as low.elf, names.elf and scopes.elf, where one name stands for several
+# things, and foreign.elf. Needs gcc-arm-none-eabi.
 set -e
 cd "$(dirname "$0")"
 flags="-mcpu=cortex-m4 -mthumb -g3 -gdwarf-5 -ffile-prefix-map=$PWD=/demo -ffreestanding"
@@ -23,6 +23,10 @@ arm-none-eabi-gcc $flags -O0 -c names/main.c -o "$out/main.o"
 arm-none-eabi-gcc $flags -O0 -c names/same/util.c -o "$out/util.o"
 arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--build-id=none -T demo.ld "$out/main.o" "$out/util.o" \
   "$out/start.o" -o names.elf
+
+arm-none-eabi-g++ $flags -g2 -mfp16-format=ieee -O2 -fno-exceptions -fno-rtti -c scopes.cpp -o "$out/scopes.o"
+arm-none-eabi-gcc -mcpu=cortex-m4 -mthumb -nostdlib -Wl,--build-id=none -T demo.ld "$out/scopes.o" "$out/start.o" \
+  -o scopes.elf
 
 # What other tools say about it: the rows of the line table, the symbols, and the image in other formats.
 arm-none-eabi-objdump --dwarf=decodedline demo.elf | grep -E '^[a-z]+\.(c|cpp|h) ' >demo.lines.txt
