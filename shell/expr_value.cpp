@@ -36,8 +36,10 @@ EXPR_VALUE Address(U32 Addr, const QString& sType) {
   return Addr == INVALID_ADDR ? Failed(NO_VALUE) : Number(Addr, WORD_BYTES, sType);
 }
 
+// Blanks and the marks of operators only where they belong to template arguments.
 bool IsName(const QString& sText) {
-  static const QRegularExpression Form(QStringLiteral("^(::)?[A-Za-z_][\\w<>,: *&~]*$"));
+  static const QRegularExpression Form(
+      QStringLiteral("^(::)?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?(::~?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?)*$"));
   return Form.match(sText).hasMatch();
 }
 
@@ -124,7 +126,9 @@ EXPR_VALUE ValueOfSymbol(ELF_SYM_HANDLE Sym) {
 
 EXPR_VALUE SizeOf(QString sName) {
   static const QRegularExpression Tag(QStringLiteral("^(struct|union|class|enum) +"));
+  static const QRegularExpression BaseType(QStringLiteral("^(signed|unsigned|short|long)( [a-z]+)+$"));
   sName.remove(Tag);
+  if (!IsName(sName) && !BaseType.match(sName).hasMatch()) return {};
   ELF_SYM_HANDLE Sym = FindOperand(sName);
   if (Sym == 0) Sym = ELFAPI_FindSymbol(sName, false, false, true, false);
   if (Sym == 0) return Failed(UNKNOWN_SYMBOL);
@@ -158,8 +162,7 @@ EXPR_VALUE EvalOperand(const QString& sExpression) {
   if (Constant.Outcome == EXPR_HAS_VALUE) return Constant;
   static const QRegularExpression Size(QStringLiteral("^sizeof\\s*(?:\\(([^()]*)\\)|\\s([^()]*))$"));
   if (const QRegularExpressionMatch Match = Size.match(sText); Match.hasMatch()) {
-    const QString sName = (Match.captured(1) + Match.captured(2)).trimmed();
-    return IsName(sName) && !sName.endsWith(QLatin1Char('*')) ? SizeOf(sName) : EXPR_VALUE();
+    return SizeOf((Match.captured(1) + Match.captured(2)).trimmed());
   }
   const bool bAddress = sText.startsWith(QLatin1Char('&'));
   const QString sName = bAddress ? sText.mid(1).trimmed() : sText;

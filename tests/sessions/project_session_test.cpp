@@ -127,15 +127,20 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"counter", -1},
       {"nobody", -1},
       {"counter + 1", -1},
+      {"counter * 2", -1},
+      {"nobody < 2", -1},
+      {"sizeof (nobody, 2)", -1},
       {"", -1},
   };
   QString sSession = u"File.Open %1\n"_s.arg(sElf);
   for (const auto& [sExpr, Value] : aCases)
     sSession += u"%1Elf.GetExprValue (\"%2\")\n"_s.arg(Value < 0 ? u"-"_s : QString(), QLatin1String(sExpr));
   const SESSION_RESULT Run = RunSession(sSession);
-  Run.Expect(0, {"(\"counter\"): Error evaluating expression. data readout error",
-                 "(\"nobody\"): Error evaluating expression. unknown symbol",
-                 "(\"counter + 1\"): Error parsing expression", "value bytes: FD FF FF FF\n"});
+  Run.Expect(
+      0, {"(\"counter\"): Error evaluating expression. data readout error",
+          "(\"nobody\"): Error evaluating expression. unknown symbol", "(\"counter + 1\"): Error parsing expression",
+          "(\"counter * 2\"): Error parsing expression", "(\"nobody < 2\"): Error parsing expression",
+          "(\"sizeof (nobody, 2)\"): Error parsing expression", "value bytes: FD FF FF FF\n"});
   int Index = 0;
   for (const auto& [sExpr, Value] : aCases) {
     if (Value < 0) continue;
