@@ -76,6 +76,9 @@ bool ReadTarget(U32 Addr, U32 NumBytes, U64* pValue) {
 bool IsScalar(ELF_SYM_HANDLE Type) {
   const U32 Tag = ELFAPI_GetTag(Type);
   const U32 NumBytes = ELFAPI_GetSize(Type);
+  const U32 Encoding = ELFAPI_GetBaseEncoding(Type);
+  // Half floats and complex ones are not computed.
+  if (Encoding == ELF_DWARF_COMPLEX_FLOAT || (Encoding == ELF_DWARF_FLOAT && NumBytes < sizeof(float))) return false;
   return (Tag == ELF_TAG_BASE_TYPE || Tag == ELF_TAG_ENUM || Tag == ELF_TAG_POINTER) &&
          (NumBytes == 1 || NumBytes == 2 || NumBytes == 4 || NumBytes == 8);
 }
@@ -84,17 +87,11 @@ bool IsScalar(ELF_SYM_HANDLE Type) {
 EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
   const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
   const U32 NumBytes = ELFAPI_GetSize(Type);
-  const QString sBase = ELFAPI_GetTypeName(Type);
   if (!ELFAPI_IsSigned(Type) && NumBytes < sizeof(Bits)) Bits &= (U64{1} << (8 * NumBytes)) - 1;
   EXPR_VALUE Value = Number(ELFAPI_IsSigned(Type) ? SignExtended(Bits, NumBytes) : static_cast<I64>(Bits), NumBytes,
                             ELFAPI_GetTypeName(Sym), sPlace);
-  if (sBase == QLatin1String("float")) {
-    Value.Real = std::bit_cast<float>(static_cast<U32>(Bits));
-  } else if (sBase == QLatin1String("double") && NumBytes == sizeof(double)) {
-    Value.Real = std::bit_cast<double>(Bits);
-  } else {
-    return Value;
-  }
+  if (ELFAPI_GetBaseEncoding(Type) != ELF_DWARF_FLOAT) return Value;
+  Value.Real = NumBytes == sizeof(float) ? std::bit_cast<float>(static_cast<U32>(Bits)) : std::bit_cast<double>(Bits);
   Value.Integer = IntegerOf(Value.Real);
   return Value;
 }

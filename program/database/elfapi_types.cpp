@@ -105,6 +105,13 @@ bool ELFAPI_IsSigned(ELF_SYM_HANDLE Sym) {
   return ELF_IsSigned(Sym);
 }
 
+U32 ELFAPI_GetBaseEncoding(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  I64 Encoding = 0;
+  if (ELF_GetTag(Sym) == ELF_TAG_BASE_TYPE) ELF_GetAttrValue(Sym, ELF_ATTR_ENCODING, &Encoding);
+  return static_cast<U32>(Encoding);
+}
+
 bool ELFAPI_IsStatic(ELF_SYM_HANDLE Sym) {
   const CDatabaseLock Db;
   return ELF_IsStatic(Sym);

@@ -13,6 +13,8 @@ ELF_SYM_HANDLE ELFAPI_GetType(ELF_SYM_HANDLE Sym, bool bFollow = true);
 // As C writes it, with short names of base types: "uint[4][2]", "struct Point*".
 QString ELFAPI_GetTypeName(ELF_SYM_HANDLE Sym);
 bool ELFAPI_IsSigned(ELF_SYM_HANDLE Sym);
+// DW_ATE number of a base type, 0 for anything else.
+U32 ELFAPI_GetBaseEncoding(ELF_SYM_HANDLE Sym);
 // A variable in a function that lives on after the call, and a function without "this".
 bool ELFAPI_IsStatic(ELF_SYM_HANDLE Sym);
 // False, and Info as it was, where the symbol's type is no array.

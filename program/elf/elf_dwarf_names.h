@@ -50,6 +50,7 @@ enum ELF_DWARF_ATTR : U32 {
   ELF_ATTR_DECL_FILE = 0x3a,
   ELF_ATTR_DECL_LINE = 0x3b,
   ELF_ATTR_DECLARATION = 0x3c,
+  ELF_ATTR_ENCODING = 0x3e,
   ELF_ATTR_EXTERNAL = 0x3f,
   ELF_ATTR_SPECIFICATION = 0x47,
   ELF_ATTR_TYPE = 0x49,
@@ -59,6 +60,12 @@ enum ELF_DWARF_ATTR : U32 {
   ELF_ATTR_CALL_FILE = 0x58,
   ELF_ATTR_CALL_LINE = 0x59,
   ELF_ATTR_OBJECT_POINTER = 0x64,
-  ELF_ATTR_CALL_ORIGIN = 0x7f,  // of a call site; before version 5 it is the abstract origin
+  ELF_ATTR_CALL_ORIGIN = 0x7f,     // of a call site; before version 5 it is the abstract origin
   ELF_ATTR_EXPORT_SYMBOLS = 0x89,  // of an inline namespace
+};
+
+// Of a base type.
+enum ELF_DWARF_ENCODING : U32 {
+  ELF_DWARF_COMPLEX_FLOAT = 0x03,
+  ELF_DWARF_FLOAT = 0x04,
 };

@@ -148,6 +148,13 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
   }
 }
 
+TEST_F(ProjectSession, ConstantsOfOtherFloatingPointTypes) {
+  const SESSION_RESULT Run =
+      RunSession(u"File.Open tests/database/data/scopes.elf\nElf.GetExprValue Ratio\n-Elf.GetExprValue Half\n"_s);
+  Run.Expect(0, {"value as double: 3.25\n", "(\"Half\"): Error evaluating expression. the symbol has no value"});
+  EXPECT_EQ(Run.Value(0), 3);
+}
+
 TEST_F(ProjectSession, VariablesAreReadAsTheirTypesSay) {
   const QString sElf = u"tests/corpus/data/gcc_v5_O0.elf"_s;
   const QString sRatio = u"0x%1"_s.arg(AddressOf(sElf, u"ratio"_s), 0, 16);
