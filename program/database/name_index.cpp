@@ -72,6 +72,15 @@ QString WithoutArguments(const QString& sName) {
   return sResult;
 }
 
+// One that stands in the scope around its enumeration, too.
+bool IsUnscopedEnumerator(ELF_SYM_HANDLE Sym) {
+  if (ELF_GetHandleKind(Sym) != ELF_HANDLE_DWARF || ELF_GetTag(Sym) != ELF_TAG_ENUMERATOR) return false;
+  const ELF_SYM_HANDLE Enumeration = ELF_GetParent(Sym);
+  I64 IsClass = 0;
+  ELF_GetAttrValue(Enumeration, ELF_ATTR_ENUM_CLASS, &IsClass);
+  return IsClass == 0 && *ELF_GetName(Enumeration) != 0;
+}
+
 // "A::B::C", "B::C" and "C".
 QStringList EndsOf(const QString& sScope) {
   QStringList Ends;
@@ -150,7 +159,8 @@ CNameIndex::LISTS& CNameIndex::OwnersOf(const QString& sName, const ELF_SYM_LIST
   LISTS& Owners = m_ByOwner[sName];
   for (const ELF_SYM_HANDLE Sym : Named) {
     QStringList Scopes = {ELFAPI_GetScopeName(Sym), ScopeNameWithoutInline(Sym)};
-    Scopes << WithoutArguments(Scopes[0]) << WithoutArguments(Scopes[1]);
+    if (IsUnscopedEnumerator(Sym)) Scopes << SYMBOL_NAME(Scopes[0]).sOwner << SYMBOL_NAME(Scopes[1]).sOwner;
+    for (const QString& sScope : QStringList(Scopes)) Scopes << WithoutArguments(sScope);
     Scopes.removeDuplicates();
     QStringList Ends;
     for (const QString& sScope : Scopes) Ends << EndsOf(sScope) << SCOPE_MARK + NameWithoutBlanks(sScope);

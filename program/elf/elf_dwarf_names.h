@@ -60,6 +60,7 @@ enum ELF_DWARF_ATTR : U32 {
   ELF_ATTR_CALL_FILE = 0x58,
   ELF_ATTR_CALL_LINE = 0x59,
   ELF_ATTR_OBJECT_POINTER = 0x64,
+  ELF_ATTR_ENUM_CLASS = 0x6d,
   ELF_ATTR_CALL_ORIGIN = 0x7f,     // of a call site; before version 5 it is the abstract origin
   ELF_ATTR_EXPORT_SYMBOLS = 0x89,  // of an inline namespace
 };

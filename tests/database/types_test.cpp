@@ -118,6 +118,16 @@ TEST_F(TypesTest, ClassesOfOtherUnits) {
   }
 }
 
+TEST_F(TypesTest, EnumeratorsWithTheirScopes) {
+  LoadCorpus(u"../../database/data/scopes"_s);
+  const std::pair<const char*, const char*> aCases[] = {
+      {"Idle", "Idle"}, {"Plant::Idle", "Idle"}, {"::Plant::Idle", "Idle"},    {"Plant::Mode::Idle", "Idle"},
+      {"::Idle", ""},   {"Plant::Off", ""},      {"Plant::Alarm::Off", "Off"},
+  };
+  for (const auto& [sName, sFound] : aCases)
+    EXPECT_EQ(ELFAPI_GetName(ELFAPI_FindEnumerator(QLatin1String(sName))).toStdString(), sFound) << sName;
+}
+
 TEST_F(TypesTest, PlacesOfVariables) {
   for (const QString& sFile : CORPUS_FILES) {
     SCOPED_TRACE(sFile.toStdString());
