@@ -31,10 +31,8 @@ int RankOf(const CDatabaseLock& Db, FILE_INDEX Index, U32 Line) {
   return File.LowAddr <= File.HighAddr ? 1 : 0;
 }
 
-// Identifier of a file by its path or the end of it; of several the first with code on the line, else with any code.
-U32 FileIdOfText(const CDatabaseLock& Db, const QString& sFile, U32 Line) {
-  const U32 Id = ELFAPI_FileId(sFile);
-  if (Id != INVALID_FILE_ID) return Id;
+// Of the files whose path ends so the first with code on the line, else with any code.
+U32 FileIdOfEnd(const CDatabaseLock& Db, const QString& sFile, U32 Line) {
   const QString sEnd = QLatin1Char('/') + NormalisedPath(sFile);
   FILE_INDEX Best = -1;
   for (const FILE_INDEX File : FilesOfName(Db, FileNameOf(sEnd))) {
@@ -45,13 +43,24 @@ U32 FileIdOfText(const CDatabaseLock& Db, const QString& sFile, U32 Line) {
   return Best < 0 ? INVALID_FILE_ID : Db->Files.At(Best).Id;
 }
 
+// Identifier of a file by its path or the end of it. The caller holds no lock: files may be looked for on slow disks.
+U32 FileIdOfText(const QString& sFile, U32 Line) {
+  {
+    const CDatabaseLock Db;
+    const U32 Own = Db->Files.IdOfPath(sFile);
+    const U32 Id = Own != INVALID_FILE_ID ? Own : FileIdOfEnd(Db, sFile, Line);
+    if (Id != INVALID_FILE_ID) return Id;
+  }
+  return ELFAPI_FileId(sFile);
+}
+
 // "file:line" and "file:line:column".
-CSrcLoc ParseFileAndLine(const CDatabaseLock& Db, const QString& sText) {
+CSrcLoc ParseFileAndLine(const QString& sText) {
   static const QRegularExpression Form(QStringLiteral("^(.+?):\\s*(\\d{1,9})(?::\\s*(\\d{1,9}))?$"));
   const QRegularExpressionMatch Match = Form.match(sText);
   if (!Match.hasMatch()) return {};
   const U32 Line = Match.captured(2).toUInt();
-  const U32 File = FileIdOfText(Db, Match.captured(1), Line);
+  const U32 File = FileIdOfText(Match.captured(1), Line);
   return File == INVALID_FILE_ID ? CSrcLoc() : CSrcLoc{File, Line, Match.captured(3).toUInt()};
 }
 
@@ -61,6 +70,23 @@ ELF_SYM_LIST SymbolsOfText(const QString& sText) {
   const qsizetype Meant = Symbols.indexOf(ELFAPI_FindSymbol(sText, true, true, false, true));
   if (Meant > 0) Symbols.move(Meant, 0);
   return Symbols;
+}
+
+CAddrRange RangeOfSymbol(const QString& sText, PARSED_LOC_KIND& Kind) {
+  const CDatabaseLock Db;
+  const ELF_SYM_LIST Symbols = SymbolsOfText(sText);
+  Kind = PARSED_LOC_SYMBOL;
+  for (const ELF_SYM_HANDLE Sym : Symbols) {
+    const U32 Addr = ELFAPI_GetAddr(Sym);
+    if (Addr != INVALID_ADDR) return {Addr, ELFAPI_GetSize(Sym)};
+  }
+  Kind = PARSED_LOC_DECL;
+  for (const ELF_SYM_HANDLE Sym : Symbols) {
+    const U32 Addr = ELFAPI_GetAddrOfLoc(ELFAPI_GetDeclLoc(Sym));
+    if (Addr != INVALID_ADDR) return {Addr, 0};
+  }
+  Kind = PARSED_LOC_NONE;
+  return {};
 }
 
 }  // namespace
@@ -74,36 +100,24 @@ QString ELFAPI_GetSrcLocText(const CSrcLoc& Loc) {
 }
 
 CAddrRange ELFAPI_ParseLocation(const QString& sText, PARSED_LOC_KIND& Kind) {
-  const CDatabaseLock Db;
   const QString sTrimmed = sText.trimmed();
   bool bIsNumber = false;
   const U32 Number = sTrimmed.toUInt(&bIsNumber, HEX_BASE);
   Kind = PARSED_LOC_NUMBER;
   if (bIsNumber) return {Number, 0};
-
-  const ELF_SYM_LIST Symbols = SymbolsOfText(sTrimmed);
-  Kind = PARSED_LOC_SYMBOL;
-  for (const ELF_SYM_HANDLE Sym : Symbols) {
-    const U32 Addr = ELFAPI_GetAddr(Sym);
-    if (Addr != INVALID_ADDR) return {Addr, ELFAPI_GetSize(Sym)};
-  }
-  Kind = PARSED_LOC_DECL;
-  for (const ELF_SYM_HANDLE Sym : Symbols) {
-    const U32 Addr = ELFAPI_GetAddrOfLoc(ELFAPI_GetDeclLoc(Sym));
-    if (Addr != INVALID_ADDR) return {Addr, 0};
-  }
-  Kind = PARSED_LOC_SRC;
+  const CAddrRange Range = RangeOfSymbol(sTrimmed, Kind);
+  if (Kind != PARSED_LOC_NONE) return Range;
   const U32 Addr = ELFAPI_GetAddrOfLoc(ELFAPI_ParseSrcLoc(sTrimmed));
-  if (Addr != INVALID_ADDR) return {Addr, 0};
-  Kind = PARSED_LOC_NONE;
-  return {};
+  if (Addr == INVALID_ADDR) return {};
+  Kind = PARSED_LOC_SRC;
+  return {Addr, 0};
 }
 
 CSrcLoc ELFAPI_ParseSrcLoc(const QString& sText) {
-  const CDatabaseLock Db;
   const QString sTrimmed = sText.trimmed();
-  const CSrcLoc Written = ParseFileAndLine(Db, sTrimmed);
+  const CSrcLoc Written = ParseFileAndLine(sTrimmed);
   if (Written.IsValid()) return Written;
+  const CDatabaseLock Db;
   bool bIsNumber = false;
   const U32 Addr = sTrimmed.toUInt(&bIsNumber, HEX_BASE);
   if (bIsNumber) {

@@ -2,6 +2,9 @@
 
 #include <malloc.h>
 #include <QTemporaryDir>
+#include <chrono>
+#include <future>
+#include <set>
 #include <thread>
 
 #include "device/data_files/vfile.h"
@@ -168,6 +171,18 @@ TEST_F(LoadTest, AFileIsKnownWhenItAppearsWhereTheFinderLooks) {
   WriteBytes(sPlace, {});
   EXPECT_EQ(ELFAPI_FileId(sPlace), FileId("demo2/first.c"));
   EXPECT_NE(ELFAPI_FileId(sPlace), INVALID_FILE_ID);
+  // Others can ask the database while a text has files looked for.
+  std::vector<std::future<bool>> Others;
+  std::set<std::future_status> Answers;
+  CFileFinder::Get()->SetMessageSink([&](const QString&, U32) {
+    Others.push_back(std::async(std::launch::async, [] { return ELFAPI_GetFunctions().isEmpty(); }));
+    Answers.insert(Others.back().wait_for(std::chrono::seconds(1)));
+  });
+  CFileFinder::Get()->AddSearchPath(Dir.path() + u"/other"_s);
+  PARSED_LOC_KIND Kind;
+  ELFAPI_ParseLocation(sPlace + u":16"_s, Kind);
+  CFileFinder::Get()->SetMessageSink({});
+  EXPECT_EQ(Answers, std::set{std::future_status::ready});
   CFileFinder::Get()->Clear();
 }
 
