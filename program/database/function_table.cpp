@@ -20,10 +20,11 @@ using CANDIDATES = std::map<U32, CANDIDATE>;
 
 void Compete(CANDIDATES& Candidates, U32 Start, U32 Size, ELF_SYM_HANDLE Func) {
   const auto [it, bIsNew] = Candidates.try_emplace(Start, CANDIDATE{Size, Func});
-  if (bIsNew || Size <= it->second.Size) return;
+  if (bIsNew) return;
   // An alias without size reaches over the padding behind the function, which says more of itself.
-  if (ELF_IsSizeDerived(Func) && ELF_GetHandleKind(it->second.Func) == ELF_HANDLE_DWARF) return;
-  it->second = {Size, Func};
+  const bool bDerived = ELF_IsSizeDerived(Func);
+  const bool bReplaces = bDerived == ELF_IsSizeDerived(it->second.Func) ? Size > it->second.Size : !bDerived;
+  if (bReplaces) it->second = {Size, Func};
 }
 
 // The abstract entries behind a function's own: they would stand for it a second time.

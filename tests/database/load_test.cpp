@@ -162,6 +162,12 @@ TEST_F(LoadTest, FilesAreToldApartByTheirWholePaths) {
   EXPECT_EQ(Names(ELFAPI_GetFileFunctions(FileId("/demo/second.c"))), "SecondStep LongStatement Clamp");
 }
 
+TEST_F(LoadTest, AnAliasWithoutSizeNeverStandsForItsFunction) {
+  const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/examples/thermostat/thermostat.elf");
+  ASSERT_EQ(LoadBytes(ReadBytes(sElf).replace(".debug_info", ".other_info")), 0);
+  EXPECT_EQ(ELFAPI_GetName(ELFAPI_GetFuncAt(0x1FA)), u"__udivsi3");
+}
+
 TEST_F(LoadTest, AFileIsKnownWhenItAppearsWhereTheFinderLooks) {
   const QTemporaryDir Dir;
   const QString sPlace = Dir.filePath(u"first.c"_s);
