@@ -112,7 +112,8 @@ ELF_SYM_HANDLE ELFAPI_FindSymbolAt(U32 Addr);
 // 1 data, 0 first address of a source line, -1 neither.
 int ELFAPI_ClassifyAddr(U32 Addr);
 
-// Moves symbols of the loaded program and of those loaded later, see ELF_AddRelocation: 0, or -1 for a refused text.
+// Moves symbols of the loaded program until it is closed or, without one, of the next, see ELF_AddRelocation: 0, or -1
+// for a refused text.
 int ELFAPI_AddRelocation(const QString& sText, I32 Delta);
 bool ELFAPI_HasRelocations();
 // Forgets what was to be moved in the next program. A loaded one keeps its addresses until it is unloaded.
@@ -192,8 +193,8 @@ ELF_SYM_LIST ELFAPI_GetInlinedFuncs(ELF_SYM_HANDLE Func);
 ELF_SYM_LIST ELFAPI_GetFileFunctions(U32 FileId);
 // Paths of the source files that exist on this host, then the redirected ones.
 QStringList ELFAPI_GetSourceFiles();
-// Sets the scope in which names of local variables are looked up: where the target has halted, told before anybody is
-// told of the halt, and INVALID_ADDR without one. A program that takes the loaded one's place keeps it.
+// Sets the scope in which names of local variables are looked up: where the target has halted last in the session, told
+// before anybody is told of the halt, and INVALID_ADDR outside of one. A program that replaces the loaded one keeps it.
 void ELFAPI_SetCurrentPC(U32 PC);
 
 // ---- Files
