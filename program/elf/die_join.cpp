@@ -1,11 +1,13 @@
 #include "program/elf/die_join.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 #include <unordered_map>
 
 #include "program/elf/collectors.h"
 #include "program/elf/die_lookup.h"
+#include "program/elf/die_types.h"
 
 namespace {
 
@@ -36,6 +38,11 @@ U64 Mixed(U64 Outer, U64 Inner) {
   return (Outer ^ (Outer >> 29)) * GOLDEN_RATIO + Inner;
 }
 
+bool IsTemplateTag(U32 Tag) {
+  return Tag == DW_TAG_template_type_parameter || Tag == DW_TAG_template_value_parameter ||
+         Tag == DW_TAG_GNU_template_template_param || Tag == DW_TAG_GNU_template_parameter_pack;
+}
+
 // Keys of qualified names. 0 for classes that other units cannot name: in a function or a class without name.
 class CNameKeys {
 public:
@@ -49,44 +56,94 @@ public:
   // A structure and a class are the same.
   U64 OfClass(U32 Entry) {
     const U32 Tag = Info.Index.Get(Entry).Tag;
-    const U64 Scope = OfScope(ScopeAround(Entry), 0), Name = Bare(Entry);
-    return Scope && Name ? Mixed(Scope, Name + (Tag == DW_TAG_class_type ? U32{DW_TAG_structure_type} : Tag)) : 0;
+    const U64 Scope = Info.Index.Get(Entry).Parent ? OfScope(Entry) : 0;
+    return Scope ? Scope + (Tag == DW_TAG_class_type ? U32{DW_TAG_structure_type} : Tag) : 0;
+  }
+  // Of a member among those of its class.
+  U64 OfMember(U32 Class, U32 Member) {
+    const CDie Die = Info.Reader.Load(Info.Index.Ref(Member));
+    if (!Die || Die.Has(DW_AT_data_member_location)) return 0;
+    const bool bFunction = IsFunctionTag(Info.Index.Get(Member).Tag);
+    const char* sLinkage = bFunction ? Info.Reader.Text(Die, DW_AT_linkage_name) : nullptr;
+    if (bFunction && !sLinkage) sLinkage = Info.Reader.Text(Die, DW_AT_MIPS_linkage_name);
+    if (sLinkage) return Mixed(Class, HashOf(sLinkage));
+    const char* sName = Info.Reader.Text(Die, DW_AT_name);
+    if (!sName) return 0;
+    const U64 Name = Mixed(Class, HashOf(sName));
+    return bFunction ? WithParameters(Name, Member) : Name;
   }
 
 private:
   const DWARF_INFO& Info;
   const CDieLookup Lookup;
-  std::unordered_map<U32, U64> Scopes;
+  std::unordered_map<U32, U64> Scopes;  // classes and namespaces
+  U32 Level = 0;
 
   U32 ScopeAround(U32 Entry) const {
     const U32 Declared = Info.Index.Specification(Entry);
     return Info.Index.Get(Declared ? Declared : Entry).Parent;
   }
 
-  U64 OfScope(U32 Scope, U32 Level) {
-    if (Scope == 0 || Level >= MAX_SCOPES) return 0;
+  U64 OfScope(U32 Scope) {
+    if (Scope == 0) return 0;
     if (Info.Index.Get(Scope).Parent == 0) return ROOT_KEY;
-    const auto At = Scopes.find(Scope);
-    if (At != Scopes.end()) return At->second;
-    const U64 Key = NewScopeKey(Scope, Level);
-    Scopes.emplace(Scope, Key);
+    const auto [At, bNew] = Scopes.emplace(Scope, 0);  // a class around itself has none
+    if (!bNew || Level >= MAX_SCOPES) return At->second;
+    ++Level;
+    const U64 Key = NewScopeKey(Scope);
+    --Level;
+    return Scopes[Scope] = Key;
+  }
+
+  U64 NewScopeKey(U32 Scope) {
+    const U32 Tag = Info.Index.Get(Scope).Tag;
+    if (Tag != DW_TAG_namespace && !IsClassTag(Tag)) return 0;
+    const U64 Outer = OfScope(ScopeAround(Scope));
+    if (Outer == 0) return 0;
+    const char* sName = Lookup.Name(Scope);
+    // What stands in a namespace without name belongs to the unit.
+    if (!sName) return Tag == DW_TAG_namespace ? Mixed(Outer, Info.Index.UnitOf(Scope).TopEntry) : 0;
+    const U64 Key = Mixed(Outer, HashOf(sName));
+    return Tag == DW_TAG_namespace || std::strchr(sName, '<') ? Key : WithArguments(Key, Scope);
+  }
+
+  // The arguments of a template, which some compilers leave out of its name, stand in front of the members.
+  U64 WithArguments(U64 Key, U32 Class) {
+    const U32 Described = Lookup.Definition(Class) ? Lookup.Definition(Class) : Class;
+    const U32 Depth = Info.Index.Get(Described).Depth;
+    for (U32 Child = Described + 1; Child <= Info.Index.Count(); ++Child) {
+      const DIE_ENTRY& Argument = Info.Index.Get(Child);
+      if (Argument.Depth <= Depth || !IsTemplateTag(Argument.Tag)) break;
+      const CDie Die = Info.Reader.Load(Info.Index.Ref(Child));
+      const char* sTemplate = Die ? Info.Reader.Text(Die, DW_AT_GNU_template_name) : nullptr;
+      Key = Mixed(Key, sTemplate ? HashOf(sTemplate) : OfType(Child));
+      Key = Mixed(Key, static_cast<U64>(Lookup.Integer(Child, DW_AT_const_value).value_or(0)));
+    }
     return Key;
   }
 
-  U64 NewScopeKey(U32 Scope, U32 Level) {
-    const U32 Tag = Info.Index.Get(Scope).Tag;
-    if (Tag != DW_TAG_namespace && !IsClassTag(Tag)) return 0;
-    const U64 Outer = OfScope(ScopeAround(Scope), Level + 1);
-    U64 Name = Bare(Scope);
-    // What stands in a namespace without name belongs to the unit.
-    if (Name == 0 && Tag == DW_TAG_namespace) Name = Info.Index.UnitOf(Scope).TopEntry;
-    return Outer && Name ? Mixed(Outer, Name) : 0;
+  U64 WithParameters(U64 Key, U32 Func) {
+    Key = Mixed(Key, HashOf(TypeText(Info, Func).c_str()));
+    for (U32 Child = Info.Index.FirstChild(Func); Child; Child = Info.Index.NextSibling(Child)) {
+      if (Info.Index.Get(Child).Tag == DW_TAG_formal_parameter) Key = Mixed(Key, OfType(Child));
+    }
+    return Key;
+  }
+
+  // Of the type of the entry; its text has no namespaces.
+  U64 OfType(U32 Entry) {
+    const U64 Text = HashOf(TypeText(Info, Entry).c_str());
+    U32 Type = Entry;
+    for (U32 Step = 0; Step < MAX_TYPE_STEPS && Type != 0; ++Step) {
+      if (IsClassTag(Info.Index.Get(Type).Tag)) return Mixed(Text, OfClass(Type));
+      Type = Lookup.Reference(Type, DW_AT_type);
+    }
+    return Text;
   }
 };
 
-void JoinClasses(DWARF_INFO& Info) {
+void JoinClasses(DWARF_INFO& Info, CNameKeys& Keys) {
   if (Info.Lists.aDeclaredTypes.empty()) return;
-  CNameKeys Keys(Info);
   std::vector<U64> aWanted;
   for (const U32 Entry : Info.Lists.aDeclaredTypes) aWanted.push_back(Keys.Bare(Entry));
   std::sort(aWanted.begin(), aWanted.end());
@@ -110,24 +167,15 @@ void JoinClasses(DWARF_INFO& Info) {
   Info.Index.AddDefinitions(aLinks);
 }
 
-// Of a member among those of its class.
-U64 MemberKey(const DWARF_INFO& Info, U32 Class, U32 Member) {
-  const CDie Die = Info.Reader.Load(Info.Index.Ref(Member));
-  const char* sName = Die ? Info.Reader.Text(Die, DW_AT_linkage_name) : nullptr;
-  if (Die && !sName) sName = Info.Reader.Text(Die, DW_AT_MIPS_linkage_name);
-  if (Die && !sName) sName = Info.Reader.Text(Die, DW_AT_name);
-  return sName ? Mixed(Class, HashOf(sName) + Info.Index.Get(Member).Tag) : 0;
-}
-
 // What other entries define of the members of classes that are described somewhere else: the keys of the members.
-std::vector<KEYED_ENTRY> MembersDefinedElsewhere(const DWARF_INFO& Info, std::vector<U32>& aClasses) {
+std::vector<KEYED_ENTRY> MembersDefinedElsewhere(const DWARF_INFO& Info, CNameKeys& Keys, std::vector<U32>& aClasses) {
   const CDieLookup Lookup(Info);
   std::vector<KEYED_ENTRY> aFound;
   for (const DIE_LINK& Link : Info.Index.Specifications()) {
     const U32 Declared = Info.Index.Get(Link.To).Parent;
     if (Declared == 0 || !IsClassTag(Info.Index.Get(Declared).Tag)) continue;
     const U32 Class = Lookup.Definition(Declared);
-    const U64 Key = Class != 0 && Class != Declared ? MemberKey(Info, Class, Link.To) : 0;
+    const U64 Key = Class != 0 && Class != Declared ? Keys.OfMember(Class, Link.To) : 0;
     if (Key == 0) continue;
     aFound.push_back({Key, Link.From});
     aClasses.push_back(Class);
@@ -137,15 +185,15 @@ std::vector<KEYED_ENTRY> MembersDefinedElsewhere(const DWARF_INFO& Info, std::ve
   return aFound;
 }
 
-void JoinMembers(DWARF_INFO& Info) {
+void JoinMembers(DWARF_INFO& Info, CNameKeys& Keys) {
   std::vector<U32> aClasses;
-  const std::vector<KEYED_ENTRY> aDefined = MembersDefinedElsewhere(Info, aClasses);
+  const std::vector<KEYED_ENTRY> aDefined = MembersDefinedElsewhere(Info, Keys, aClasses);
   if (aDefined.empty()) return;
   std::vector<DIE_LINK> aLinks;
   for (const DIE_OWNED& Owned : Info.Lists.aMembers) {
     if (!std::binary_search(aClasses.begin(), aClasses.end(), Owned.Owner)) continue;
     if (Info.Index.Definition(Owned.Entry) != 0) continue;
-    const U64 Key = MemberKey(Info, Owned.Owner, Owned.Entry);
+    const U64 Key = Keys.OfMember(Owned.Owner, Owned.Entry);
     // Of a function with code in several units the linker keeps the first.
     const KEYED_ENTRY* pDefined = Key ? FirstFrom(aDefined, Key, 0) : nullptr;
     if (pDefined) aLinks.push_back({Owned.Entry, pDefined->Entry});
@@ -157,7 +205,8 @@ void JoinMembers(DWARF_INFO& Info) {
 
 void JoinDeclarations(DWARF_INFO& Info) {
   if (Info.Lists.aDeclaredTypes.empty() && Info.NumTypeUnits == 0) return;
-  JoinClasses(Info);
+  CNameKeys Keys(Info);
+  JoinClasses(Info, Keys);
   Info.Lists.aDeclaredTypes = {};
-  JoinMembers(Info);
+  JoinMembers(Info, Keys);
 }

@@ -24,11 +24,15 @@ enum DWARF_TAG : U32 {
   DW_TAG_const_type = 0x26,
   DW_TAG_enumerator = 0x28,
   DW_TAG_subprogram = 0x2e,
+  DW_TAG_template_type_parameter = 0x2f,
+  DW_TAG_template_value_parameter = 0x30,
   DW_TAG_variable = 0x34,
   DW_TAG_volatile_type = 0x35,
   DW_TAG_namespace = 0x39,
   DW_TAG_unspecified_type = 0x3b,
   DW_TAG_rvalue_reference_type = 0x42,
+  DW_TAG_GNU_template_template_param = 0x4106,
+  DW_TAG_GNU_template_parameter_pack = 0x4107,
 };
 
 enum DWARF_ATTRIBUTE : U32 {
@@ -71,6 +75,7 @@ enum DWARF_ATTRIBUTE : U32 {
   DW_AT_rnglists_base = 0x74,
   DW_AT_loclists_base = 0x8c,
   DW_AT_MIPS_linkage_name = 0x2007,  // before version 4
+  DW_AT_GNU_template_name = 0x2110,
   DW_AT_GNU_addr_base = 0x2133,
 };
 

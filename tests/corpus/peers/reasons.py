@@ -104,6 +104,15 @@ def _dropped_variable(context, side, row, own, peer):
     return side == "here" and row[1] == 0 and 0 not in context.objects
 
 
+def _template_without_arguments(context, side, row, own, peer):
+    """The same type but for the arguments, in a file that has no template's name with them."""
+    def bare(other):
+        return *other[:3], re.sub(r"<.*>", "", other[3])
+    if any("<" in (context.info.name(entry) or "") for entry in context.info.all()):
+        return False
+    return bare(row) in own if side == "peer" else row in {bare(other) for other in peer}
+
+
 def _line_of_dropped_function(context, side, row, own, peer):
     info = context.info
     return side == "peer" and any(
@@ -161,4 +170,6 @@ _KNOWN = [
      "gdb finds no constant whose name stands in another unit, as link-time optimisation leaves it"),
     ("types of variables (gdb)", _dropped_variable,
      "a variable that the linker dropped stands at address 0: gdb leaves it out"),
+    ("types of variables (gdb)", _template_without_arguments,
+     "names of templates are shown as the compiler wrote them: gdb adds the arguments that they leave out"),
 ]
