@@ -118,8 +118,10 @@ bool Collect(DWARF_INFO& Info, const CDie& Die, U32 Entry, U32 Func) {
   const bool bOwned = CollectOwned(Info, Die, Entry, Tag, Func);
   std::vector<U32>* paList = ListOf(Info, Die, Tag, Func != 0);
   if (!paList) return bOwned;
-  if (paList->size() >= MAX_LISTED) return Info.bListsFull = true, bOwned;
+  const bool bDeclared = paList == &Info.Lists.aDeclaredTypes;  // only for the walk
+  if (paList->size() >= MAX_LISTED) return Info.bListsFull |= !bDeclared, bOwned;
   paList->push_back(Entry);
+  if (bDeclared) return bOwned;
   if (Tag == DW_TAG_subprogram) NoteEntryFunc(Info, Die, Entry);
   if (Tag == DW_TAG_variable) NoteOrigin(Info, Die);
   return true;
