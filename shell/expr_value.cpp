@@ -1,8 +1,10 @@
 #include "shell/expr_value.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 
 #include "device/device.h"
 #include "program/database/elfapi_types.h"
