@@ -78,7 +78,7 @@ bool IsUnscopedEnumerator(ELF_SYM_HANDLE Sym) {
   const ELF_SYM_HANDLE Enumeration = ELF_GetParent(Sym);
   I64 IsClass = 0;
   ELF_GetAttrValue(Enumeration, ELF_ATTR_ENUM_CLASS, &IsClass);
-  return IsClass == 0 && *ELF_GetName(Enumeration) != 0;
+  return IsClass == 0 && ELF_GetName(Enumeration) != nullptr;
 }
 
 // "A::B::C", "B::C" and "C".

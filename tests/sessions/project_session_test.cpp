@@ -126,6 +126,7 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"sizeof nodes", 48},
       {"counter", -1},
       {"nobody", -1},
+      {"nowhere::COLOUR_NEGATIVE", -1},  // its enumeration has no name
       {"counter + 1", -1},
       {"counter * 2", -1},
       {"nobody < 2", -1},
