@@ -27,7 +27,7 @@ TEST_F(ForeignProgramTest, PathsWithDrivesAndBackslashes) {
       {"C:\\Work\\src\\a.c:3", START},
       {"c:\\work\\SRC\\a.c: 3", START},
       {"C:/Work/src/a.c:3", START},
-      {"c:/work/src/a.c:3:1", START},
+      {"c:/WORK/src/A.C:3:1", START},
       {"src\\a.c:3", START},
       {"b.h:7", SCALED},
       {"inc/B.h:7", SCALED},
