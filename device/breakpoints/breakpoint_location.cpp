@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "program/database/elfapi.h"
 #include "program/database/file_finder.h"
+#include "program/database/path_forms.h"
 
 namespace {
 
@@ -76,8 +77,7 @@ QString MovedBreakpointText(const QString& sWanted, const QString& sInstead) {
 }
 
 QString LineText(const QString& sPath, U32 Line) {
-  const qsizetype Slash = std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\')));
-  return QStringLiteral("%1:%2").arg(sPath.mid(Slash + 1)).arg(Line);
+  return QStringLiteral("%1:%2").arg(FileNameOf(sPath)).arg(Line);
 }
 
 QString UniqueLineText(const CSrcLoc& Loc, QString sPath) {

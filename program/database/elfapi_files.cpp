@@ -6,6 +6,7 @@
 #include "program/database/core_link.h"
 #include "program/database/database.h"
 #include "program/database/file_finder.h"
+#include "program/database/path_forms.h"
 #include "program/elf/elf.h"
 
 namespace {
@@ -26,12 +27,11 @@ struct FIND_ORDER {
 FIND_ORDER OrderFor(const DATABASE& Db, const QString& sPath) {
   FIND_ORDER Order{Db.pElf, false, CFileFinder::Get()->GetGeneration(), Db.Files.Count(), {}};
   Order.bAll = !Db.FoundPaths || Db.FoundPaths->Generation != Order.Generation;
-  const QString sEnd = sPath.mid(std::max(sPath.lastIndexOf(u'/'), sPath.lastIndexOf(u'\\')));
-  if (!Order.bAll && sEnd.size() == sPath.size()) return Order;
+  const QString sName = FileNameOf(sPath);
+  if (!Order.bAll && sName.size() == sPath.size()) return Order;
   for (FILE_INDEX i = 0; i < Order.NumFiles; ++i) {
     const QString& sOwnPath = Db.Files.At(i).sOwnPath;
-    if (Order.bAll || QStringView(sOwnPath).endsWith(QStringView(sEnd).mid(1), Qt::CaseInsensitive))
-      Order.Files.append({i, sOwnPath});
+    if (Order.bAll || IsSamePath(FileNameOf(sOwnPath), sName)) Order.Files.append({i, sOwnPath});
   }
   return Order;
 }

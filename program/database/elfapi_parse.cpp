@@ -4,14 +4,11 @@
 
 #include "base/text.h"
 #include "program/database/database.h"
+#include "program/database/path_forms.h"
 
 namespace {
 
 constexpr int HEX_BASE = 16;
-
-QString FileNameOf(const QString& sPath) {
-  return sPath.mid(std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\'))) + 1);
-}
 
 QList<FILE_INDEX> FilesOfName(const CDatabaseLock& Db, const QString& sName) {
   auto& ByName = Db->Caches.FilesByName;

@@ -1,11 +1,16 @@
 #include "program/database/path_forms.h"
 
 #include <QFileInfo>
+#include <algorithm>
 
 QString SingleSlashes(QString sPath) {
   sPath.replace(QLatin1Char('\\'), QLatin1Char('/'));
   while (sPath.contains(QLatin1String("//"))) sPath.replace(QLatin1String("//"), QLatin1String("/"));
   return sPath;
+}
+
+QString FileNameOf(const QString& sPath) {
+  return sPath.mid(std::max(sPath.lastIndexOf(QLatin1Char('/')), sPath.lastIndexOf(QLatin1Char('\\'))) + 1);
 }
 
 bool IsSamePath(const QString& sA, const QString& sB) {

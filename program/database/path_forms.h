@@ -5,6 +5,8 @@
 
 // Backslashes to slashes, and runs of slashes to one.
 QString SingleSlashes(QString sPath);
+// What stands behind the last slash or backslash.
+QString FileNameOf(const QString& sPath);
 // Without regard to case.
 bool IsSamePath(const QString& sA, const QString& sB);
 // Begins with a drive letter and a colon.

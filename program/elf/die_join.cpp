@@ -64,8 +64,7 @@ public:
     const CDie Die = Info.Reader.Load(Info.Index.Ref(Member));
     if (!Die || Die.Has(DW_AT_data_member_location)) return 0;
     const bool bFunction = IsFunctionTag(Info.Index.Get(Member).Tag);
-    const char* sLinkage = bFunction ? Info.Reader.Text(Die, DW_AT_linkage_name) : nullptr;
-    if (bFunction && !sLinkage) sLinkage = Info.Reader.Text(Die, DW_AT_MIPS_linkage_name);
+    const char* sLinkage = bFunction ? Lookup.LinkageName(Member) : nullptr;
     if (sLinkage) return Mixed(Class, HashOf(sLinkage));
     const char* sName = Info.Reader.Text(Die, DW_AT_name);
     if (!sName) return 0;

@@ -18,6 +18,8 @@ public:
   U32 Reference(U32 Entry, U32 Attr) const;
   // The entry's own name or the inherited one; null when unknown.
   const char* Name(U32 Entry) const;
+  // The name by which the linker knows an entry; null if it has none.
+  const char* LinkageName(U32 Entry) const;
   U32 AbstractOrigin(U32 Entry) const { return OwnReference(Entry, DW_AT_abstract_origin); }
   U32 Definition(U32 Entry) const;
   // Byte size of the entry's type, 0 if it has none.
@@ -38,8 +40,6 @@ private:
   U32 OwnerOfLevel(U32 Entry, U32 Attr, U32 Level) const;
   // The last one of the abstract origins, the entry itself without any.
   U32 LastOrigin(U32 Entry) const;
-  // The name by which the linker knows an entry; null if it has none.
-  const char* LinkageName(U32 Entry) const;
   // The entry that the index has as its definition, or the type that a type unit describes for it.
   U32 DefinerOf(U32 Entry) const;
   bool HasOwn(U32 Entry, U32 Attr) const;
