@@ -129,24 +129,10 @@ U32 CountInstructions(const QAddrRanges& Ranges) {
   return Count;
 }
 
-int GetNumRegions() {
-  CORE_STATE& Core = State();
-  const std::shared_lock Lock(Core.Mutex);
-  return static_cast<int>(Core.Program.Regions().size());
-}
-
 int GetRegionAt(U32 Addr) {
   CORE_STATE& Core = State();
   const std::shared_lock Lock(Core.Mutex);
   return Core.Program.RegionAt(Addr);
-}
-
-bool GetRegion(int Index, VCORE_REGION& Region) {
-  CORE_STATE& Core = State();
-  const std::shared_lock Lock(Core.Mutex);
-  if (Index < 0 || static_cast<size_t>(Index) >= Core.Program.Regions().size()) return false;
-  Region = Core.Program.Regions()[static_cast<size_t>(Index)];
-  return true;
 }
 
 bool FindRegion(U32 Addr, VCORE_REGION& Region) {

@@ -197,11 +197,9 @@ I64 ReadInst(U32 Addr, U32 Size);
 
 // ---- Regions
 
-int GetNumRegions();
 // Position in the region table of the region nearest at or below the address, -1 if none.
 int GetRegionAt(U32 Addr);
-bool GetRegion(int Index, VCORE_REGION& Region);
-// Both in one step, between which the table cannot change; false if there is none.
+// The region nearest at or below the address; false if there is none.
 bool FindRegion(U32 Addr, VCORE_REGION& Region);
 bool IsDataAddr(U32 Addr);
 // In a data region: bytes up to the next region, at most DataItemSize; else 0.
