@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "device/device.h"
+#include "program/database/database.h"
 #include "program/database/elfapi_types.h"
 #include "program/elf/elf_dwarf_names.h"
 #include "script/api_stubs.h"
@@ -60,6 +61,12 @@ I64 SignExtended(U64 Value, U32 NumBytes) {
   return static_cast<I64>(Value << Shift) >> Shift;
 }
 
+// The value of the lowest bytes.
+I64 IntegerOfBits(U64 Bits, U32 NumBytes, bool bSigned) {
+  if (NumBytes == 0 || NumBytes >= sizeof(Bits)) return static_cast<I64>(Bits);
+  return bSigned ? SignExtended(Bits, NumBytes) : static_cast<I64>(Bits & ((U64{1} << (8 * NumBytes)) - 1));
+}
+
 // What is no number or too big for one has no integer.
 I64 IntegerOf(double Value) {
   return std::abs(Value) < 0x1p63 ? static_cast<I64>(Value) : 0;
@@ -89,9 +96,8 @@ bool IsScalar(ELF_SYM_HANDLE Type) {
 EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
   const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
   const U32 NumBytes = ELFAPI_GetSize(Type);
-  if (!ELFAPI_IsSigned(Type) && NumBytes < sizeof(Bits)) Bits &= (U64{1} << (8 * NumBytes)) - 1;
-  EXPR_VALUE Value = Number(ELFAPI_IsSigned(Type) ? SignExtended(Bits, NumBytes) : static_cast<I64>(Bits), NumBytes,
-                            ELFAPI_GetTypeName(Sym), sPlace);
+  EXPR_VALUE Value =
+      Number(IntegerOfBits(Bits, NumBytes, ELFAPI_IsSigned(Type)), NumBytes, ELFAPI_GetTypeName(Sym), sPlace);
   if (ELFAPI_GetBaseEncoding(Type) != ELF_DWARF_FLOAT) return Value;
   Value.Real = NumBytes == sizeof(float) ? std::bit_cast<float>(static_cast<U32>(Bits)) : std::bit_cast<double>(Bits);
   Value.Integer = IntegerOf(Value.Real);
@@ -108,11 +114,26 @@ bool ReadConst(ELF_SYM_HANDLE Sym, I64* pValue) {
   return true;
 }
 
+// An enumeration without a type of its own has its values as they are written. Of the C types that can hold the value
+// it has the first.
+EXPR_VALUE ValueOfEnumerator(ELF_SYM_HANDLE Sym) {
+  const CDatabaseLock Db;
+  I64 Value = 0;
+  if (ELF_GetAttrValue(Sym, ELF_ATTR_CONST_VALUE, &Value) != 0) return Failed(NO_VALUE);
+  const ELF_SYM_HANDLE Enumeration = ELF_GetParent(Sym);
+  if (ELF_GetType(Enumeration, false) != 0) {
+    Value = IntegerOfBits(static_cast<U64>(Value), ELF_GetSize(Enumeration), ELF_IsSigned(Enumeration));
+  }
+  if (Value == static_cast<I32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("int"));
+  if (Value == static_cast<U32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("uint"));
+  return Number(Value, sizeof(Value), QStringLiteral("long long"));
+}
+
 EXPR_VALUE ValueOfSymbol(ELF_SYM_HANDLE Sym) {
   if (ELFAPI_IsFunction(Sym)) return Address(ELFAPI_GetAddr(Sym), QStringLiteral("void*"));
+  if (ELFAPI_GetTag(Sym) == ELF_TAG_ENUMERATOR) return ValueOfEnumerator(Sym);
   I64 Const = 0;
   const bool bConst = ReadConst(Sym, &Const);
-  if (bConst && ELFAPI_GetTag(Sym) == ELF_TAG_ENUMERATOR) return Number(Const, WORD_BYTES, QStringLiteral("int"));
   const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
   if (!IsScalar(Type)) return Failed(NO_VALUE);
   if (bConst) return ValueOfBits(static_cast<U64>(Const), Sym, QStringLiteral("const"));
