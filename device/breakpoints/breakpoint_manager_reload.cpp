@@ -8,6 +8,7 @@
 #include "device/device.h"
 #include "device/device_context.h"
 #include "program/database/elfapi.h"
+#include "program/database/file_table.h"
 #include "shell/log/console_print.h"
 
 namespace {
@@ -15,7 +16,7 @@ namespace {
 // The line in the program as it is now. A file that the program no longer has keeps a number that it hasn't, either.
 CSrcLoc LocOf(const STORED_BREAKPOINT& Stored) {
   const U32 Id = ELFAPI_FileId(Stored.sPath);
-  return {Id == INVALID_FILE_ID ? StableHash32(Stored.sPath.toLower()) : Id, Stored.Line, 0};
+  return {Id == INVALID_FILE_ID ? StableHash32(FilePathKey(Stored.sPath)) : Id, Stored.Line, 0};
 }
 
 // What could not be set is tried again.

@@ -93,6 +93,8 @@ TEST_F(Breakpoints, ComeBackAfterTheProgramHasChanged) {
   Finish();
   EXPECT_EQ(List().Count(), 1);
   EXPECT_EQ(Manager().Rows().size(), 5);
+  Manager().SetUserConfigStr(u"Breakpoint=\"/none/a/../x.c\", Line=3\nBreakpoint=\"/none/X.c\", Line=3\n"_s);
+  EXPECT_EQ(Manager().Rows().size(), 6) << "spellings of one path";
   Reload("before");
   EXPECT_EQ(List().Count(), 5);
 
