@@ -75,6 +75,7 @@ private Q_SLOTS:
                                                       {m_sA, u"a.c"_s, 2},
                                                       {m_Dir.filePath(u"./a.c"_s), m_sA, 2},
                                                       {u"/none/x.c"_s, u"/none/x.c"_s, 2},
+                                                      {u"/none/a/../x.c"_s, u"/none/x.c"_s, 2},
                                                       {u"none_1.c"_s, u"none_2.c"_s, 3}};
     for (const auto& [sPath, sAgain, NumTabs] : Rows) {
       Open({sPath, m_sB, sAgain});

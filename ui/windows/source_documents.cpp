@@ -7,8 +7,12 @@ int CSourceDocuments::IndexOf(const QString& sPath) const {
     if (m_List[i].sFilePath == sPath) return i;
   }
   const QString sFound = NormalisedPath(FindSourceFile(sPath));
+  const QString sAsked = NormalisedPath(sPath);
   for (int i = 0; i < Count(); ++i) {
-    if (m_List[i].bExists && NormalisedPath(m_List[i].sResolvedPath) == sFound) return i;
+    const SOURCE_DOCUMENT& Document = m_List[i];
+    if (Document.bExists ? NormalisedPath(Document.sResolvedPath) == sFound
+                         : NormalisedPath(Document.sFilePath) == sAsked)
+      return i;
   }
   return -1;
 }

@@ -14,7 +14,8 @@ public:
   // Null for an index that there is not.
   SOURCE_DOCUMENT* At(int Index) { return Index >= 0 && Index < Count() ? &m_List[Index] : nullptr; }
   const SOURCE_DOCUMENT* At(int Index) const { return Index >= 0 && Index < Count() ? &m_List[Index] : nullptr; }
-  // By the path that it was opened with, or by the place where it lies; -1 for a file that is not open.
+  // By the path that it was opened with, or by the place where it lies; one that does not exist by any spelling of that
+  // path. -1 for a file that is not open.
   int IndexOf(const QString& sPath) const;
   // The paths that the documents were opened with.
   QStringList Paths() const;
