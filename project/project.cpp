@@ -73,6 +73,7 @@ void CProject::Close() {
   m_sProgramFile.clear();
   m_ProgramFileTime = QDateTime();
   m_ProjectIds.clear();
+  m_sExpectedDevice.clear();
   ClearSvdFiles();
   if (m_Host.ClearRelocations) m_Host.ClearRelocations();
   if (m_Host.ClearRTTSearchRanges) m_Host.ClearRTTSearchRanges();
@@ -127,7 +128,22 @@ void CProject::AddSvdFile(const QString& sPath) {
 
 void CProject::ClearSvdFiles() {
   m_SvdFiles.clear();
+  m_NumFormerSvdFiles.reset();
   if (m_Host.ClearSvdFiles) m_Host.ClearSvdFiles();
+}
+
+void CProject::ExpectDevice(const QString& sDevice) {
+  if (sDevice == m_sExpectedDevice) return;
+  m_sExpectedDevice = sDevice;
+  m_NumFormerSvdFiles = m_SvdFiles.size();
+}
+
+void CProject::SetSvdFileOfDevice(const QString& sPath, bool bMoreExpected) {
+  const QStringList Kept = m_SvdFiles.mid(m_NumFormerSvdFiles.value_or(m_SvdFiles.size()));
+  ClearSvdFiles();
+  AddSvdFile(sPath);
+  if (bMoreExpected) m_NumFormerSvdFiles = m_SvdFiles.size();
+  for (const QString& sFile : Kept) AddSvdFile(sFile);
 }
 
 QStringList CProject::GetProjectErrors() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include <QDateTime>
 #include <QHash>
@@ -72,6 +73,12 @@ public:
 
   void AddSvdFile(const QString& sPath);
   void ClearSvdFiles();
+  // A device was asked for, which takes a while: if it is another one, the files named so far are those of the device
+  // before it.
+  void ExpectDevice(const QString& sDevice);
+  // The device is another one: sPath takes the place of the files of the device before it, which are all files where
+  // no device was expected. bMoreExpected keeps apart what was added since, for the device that comes next.
+  void SetSvdFileOfDevice(const QString& sPath, bool bMoreExpected);
   const QStringList& GetSvdFiles() const { return m_SvdFiles; }
 
   // What is wrong with the project's settings: one line for each file that is missing.
@@ -118,6 +125,8 @@ private:
   QTimer m_OpenTimer;
   QString m_sPendingPath;
   QStringList m_SvdFiles;
+  QString m_sExpectedDevice;
+  std::optional<qsizetype> m_NumFormerSvdFiles;
   QString m_sProgramFile;
   QDateTime m_ProgramFileTime;
   mutable QHash<QString, QString> m_ProjectIds;  // by path

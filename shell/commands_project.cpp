@@ -69,6 +69,7 @@ void SetDevice(COMMAND_CONTEXT& Context) {
   if (!CheckActionArgs(ACTION_SET_DEVICE)) return;
   const QString sName = Arg(ACTION_SET_DEVICE, 0);
   if (sName.isEmpty()) return SelectDevice(Context.Window);
+  CProject::Get().ExpectDevice(sName);
   Device().ScheduleSetConfigParam(DCP_DEVICE_NAME, sName.toUtf8().constData());
 }
 

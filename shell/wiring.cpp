@@ -165,8 +165,7 @@ void PlugLayersTogether(CSessionController& Session, CProgramLoader& Loader) {
   QObject::connect(&Session, &CSessionController::DeviceChanged, &Session, [] {
     const QString sFile = CRegisterFiles::DefaultFile();
     if (sFile.isEmpty()) return;
-    CProject::Get().ClearSvdFiles();
-    CProject::Get().AddSvdFile(sFile);
+    CProject::Get().SetSvdFileOfDevice(sFile, CDevice::Get().IsJobPending(JT_SET_CONFIG_PARAM));
   });
 }
 

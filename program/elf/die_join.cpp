@@ -14,10 +14,7 @@ namespace {
 constexpr U32 MAX_SCOPES = 64;  // classes and namespaces around a class; only damaged files have as many
 constexpr U64 ROOT_KEY = 1;     // of what stands in no scope
 
-struct KEYED_ENTRY {
-  U64 Key;
-  U32 Entry;
-};
+using KEYED_ENTRY = CMemberDefinitions::KEYED_ENTRY;
 
 bool KeyThenEntry(const KEYED_ENTRY& A, const KEYED_ENTRY& B) {
   return A.Key != B.Key ? A.Key < B.Key : A.Entry < B.Entry;
@@ -166,46 +163,37 @@ void JoinClasses(DWARF_INFO& Info, CNameKeys& Keys) {
   Info.Index.AddDefinitions(aLinks);
 }
 
-// What other entries define of the members of classes that are described somewhere else: the keys of the members.
-std::vector<KEYED_ENTRY> MembersDefinedElsewhere(const DWARF_INFO& Info, CNameKeys& Keys, std::vector<U32>& aClasses) {
-  const CDieLookup Lookup(Info);
-  std::vector<KEYED_ENTRY> aFound;
-  for (const DIE_LINK& Link : Info.Index.Specifications()) {
-    const U32 Declared = Info.Index.Get(Link.To).Parent;
-    if (Declared == 0 || !IsClassTag(Info.Index.Get(Declared).Tag)) continue;
-    const U32 Class = Lookup.Definition(Declared);
-    const U64 Key = Class != 0 && Class != Declared ? Keys.OfMember(Class, Link.To) : 0;
-    if (Key == 0) continue;
-    aFound.push_back({Key, Link.From});
-    aClasses.push_back(Class);
-  }
-  std::sort(aFound.begin(), aFound.end(), KeyThenEntry);
-  std::sort(aClasses.begin(), aClasses.end());
-  return aFound;
-}
-
-void JoinMembers(DWARF_INFO& Info, CNameKeys& Keys) {
-  std::vector<U32> aClasses;
-  const std::vector<KEYED_ENTRY> aDefined = MembersDefinedElsewhere(Info, Keys, aClasses);
-  if (aDefined.empty()) return;
-  std::vector<DIE_LINK> aLinks;
-  for (const DIE_OWNED& Owned : Info.Lists.aMembers) {
-    if (!std::binary_search(aClasses.begin(), aClasses.end(), Owned.Owner)) continue;
-    if (Info.Index.Definition(Owned.Entry) != 0) continue;
-    const U64 Key = Keys.OfMember(Owned.Owner, Owned.Entry);
-    // Of a function with code in several units the linker keeps the first.
-    const KEYED_ENTRY* pDefined = Key ? FirstFrom(aDefined, Key, 0) : nullptr;
-    if (pDefined) aLinks.push_back({Owned.Entry, pDefined->Entry});
-  }
-  Info.Index.AddDefinitions(aLinks);
+// Of what every unit that describes the class agrees about.
+U64 KeyAmongMembers(CNameKeys& Keys, U32 Class, U32 Member) {
+  const U64 Key = Keys.OfClass(Class);
+  return Keys.OfMember(Key ? Key : Class, Member);
 }
 
 }  // namespace
 
 void JoinDeclarations(DWARF_INFO& Info) {
-  if (Info.Lists.aDeclaredTypes.empty() && Info.NumTypeUnits == 0) return;
   CNameKeys Keys(Info);
   JoinClasses(Info, Keys);
   Info.Lists.aDeclaredTypes = {};
-  JoinMembers(Info, Keys);
+}
+
+CMemberDefinitions::CMemberDefinitions(const DWARF_INFO& Info) : Info(Info) {
+  CNameKeys Keys(Info);
+  const CDieLookup Lookup(Info);
+  for (const DIE_LINK& Link : Info.Index.Specifications()) {
+    const U32 Declared = Info.Index.Get(Link.To).Parent;
+    if (Declared == 0 || !IsClassTag(Info.Index.Get(Declared).Tag)) continue;
+    const U32 Class = Lookup.Definition(Declared);
+    const U64 Key = KeyAmongMembers(Keys, Class ? Class : Declared, Link.To);
+    if (Key != 0) aDefined.push_back({Key, Link.From});
+  }
+  std::sort(aDefined.begin(), aDefined.end(), KeyThenEntry);
+}
+
+// Of a function with code in several units the linker keeps the first.
+U32 CMemberDefinitions::Find(const DIE_OWNED& Member) const {
+  CNameKeys Keys(Info);
+  const U64 Key = KeyAmongMembers(Keys, Member.Owner, Member.Entry);
+  const KEYED_ENTRY* pDefined = Key ? FirstFrom(aDefined, Key, 0) : nullptr;
+  return pDefined ? pDefined->Entry : 0;
 }

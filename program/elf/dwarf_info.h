@@ -47,7 +47,6 @@ struct DWARF_INFO {
   CSourceTable Sources;
   CFrameTable Frames;
   U32 MaxVersion = 0;
-  U32 NumTypeUnits = 0;
   U32 NumWanted = 0;          // entries that a list took
   bool bListsFull = false;    // a list left entries out
   U64 MaxRangeBytes = ~0ull;  // of the range list of an entry

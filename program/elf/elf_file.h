@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "program/elf/die_join.h"
 #include "program/elf/die_ranges.h"
 #include "program/elf/dwarf_info.h"
 #include "program/elf/elf_image.h"
@@ -17,4 +18,5 @@ struct ELF_FILE {
   mutable std::vector<ADDR_RANGE> aLastRanges;
   mutable ELF_SYM_HANDLE hLastLocals = 0;  // function whose local variables were asked last
   mutable std::vector<U32> aLastLocals;
+  mutable std::unique_ptr<CMemberDefinitions> pMemberDefinitions;  // null until one is asked
 };

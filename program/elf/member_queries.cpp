@@ -8,6 +8,7 @@
 #include "program/elf/elf_file.h"
 #include "program/elf/elf_types.h"
 #include "program/elf/handle.h"
+#include "program/elf/reader_state.h"
 
 namespace {
 
@@ -64,11 +65,14 @@ const std::vector<U32>& LastLocals(ELF_SYM_HANDLE hFunc) {
 }
 
 // A member stands in the list by its declaration.
-ELF_SYM_HANDLE MemberHandle(ELF_SYM_HANDLE hMember) {
-  U32 Entry;
-  const ELF_FILE* pFile = FileOfDie(hMember, Entry);
-  const U32 Definition = pFile ? pFile->pDwarf->Index.Definition(Entry) : 0;
-  return Definition ? DieHandle(Definition) : hMember;
+ELF_SYM_HANDLE MemberHandle(const ELF_FILE& File, const DIE_OWNED& Member) {
+  const DWARF_INFO& Info = *File.pDwarf;
+  if (const U32 Own = Info.Index.Definition(Member.Entry)) return DieHandle(Own);
+  const CDie Die = Info.Reader.Load(Info.Index.Ref(Member.Entry));
+  if (!Die || !Die.Has(DW_AT_declaration)) return DieHandle(Member.Entry);
+  if (!File.pMemberDefinitions) File.pMemberDefinitions = std::make_unique<CMemberDefinitions>(Info);
+  const U32 Definition = File.pMemberDefinitions->Find(Member);
+  return DieHandle(Definition ? Definition : Member.Entry);
 }
 
 }  // namespace
@@ -85,13 +89,14 @@ U32 ELF_GetNumMembers(ELF_SYM_HANDLE hSym) {
   return static_cast<U32>(OwnedByType(hSym, &DIE_LISTS::aMembers).size());
 }
 ELF_SYM_HANDLE ELF_GetMember(ELF_SYM_HANDLE hSym, U32 Index) {
-  return MemberHandle(HandleAt(OwnedByType(hSym, &DIE_LISTS::aMembers), Index));
+  const std::span<const DIE_OWNED> aMembers = OwnedByType(hSym, &DIE_LISTS::aMembers);
+  return Index < aMembers.size() ? MemberHandle(*ReaderState().pFile, aMembers[Index]) : 0;
 }
 
 I32 ELF_FindMember(ELF_SYM_HANDLE hSym, const char* sName) {
   const std::span<const DIE_OWNED> aMembers = OwnedByType(hSym, &DIE_LISTS::aMembers);
   for (size_t i = 0; i < aMembers.size(); ++i) {
-    const char* sMember = ELF_GetName(MemberHandle(DieHandle(aMembers[i].Entry)));
+    const char* sMember = ELF_GetName(DieHandle(aMembers[i].Entry));
     if (sMember && sName && std::strcmp(sMember, sName) == 0) return static_cast<I32>(i);
   }
   return -1;

@@ -106,7 +106,6 @@ void CUnitWalker::WalkUnit(DWARF_UNIT& Unit) {
     Info.Sections.Complain(Damage.sWhat, "CDieWalk::WalkUnit", Damage.sItem, Damage.Value);
     SendMessage("Could not parse debug info for compilation unit.");
   }
-  Info.NumTypeUnits += Unit.bTypeUnit;
   Watch.AddTo(Unit.bTypeUnit ? Spent.TypeUnits : Spent.Entries);
   if (Unit.bTypeUnit || Info.Index.Count() < Unit.TopEntry) return;
   Info.Lists.aCompUnits.push_back(Unit.TopEntry);

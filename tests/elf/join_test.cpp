@@ -61,28 +61,31 @@ TEST_F(ElfJoin, ClassesAndMembersHaveTheirDefinitions) {
   }
 }
 
-// The type unit gives none of the constructors a name for the linker.
+// Of a class in a type unit, which gives none of the constructors a name for the linker, and in both units, each of
+// which defines some members.
 TEST_F(ElfJoin, EachMemberHasTheCodeOfItsOwnParameters) {
-  Open("parts.elf");
   const char* const aLinked[] = {"_ZN4PipeC2Ei", "_ZN4PipeC2EN3Oil4FlowE", "_ZN4PipeC2EN5Water4FlowE", "",
                                  "_ZNK4Pipe5WidthEv"};
-  U32 NumPipes = 0;
-  for (U32 i = 0; i < ELF_GetNumTypes(pFile); ++i) {
-    const ELF_SYM_HANDLE hPipe = ELF_GetTypeEntry(pFile, i);
-    if (NameOf(hPipe) != "Pipe") continue;
-    ++NumPipes;
-    EXPECT_EQ(ELF_GetLocation(Member(hPipe, "NumPipes"), 0).Addr, ELF_GetLocation(Variable("NumPipes"), 0).Addr);
-    U32 First = static_cast<U32>(ELF_FindMember(hPipe, "Pipe"));
-    for (const std::string sLinked : aLinked) {
-      SCOPED_TRACE(std::to_string(NumPipes) + sLinked);
-      const ELF_SYM_HANDLE hMember = ELF_GetMember(hPipe, First++);
-      ASSERT_EQ(ELF_GetNumRanges(hMember), sLinked.empty() ? 0u : 1u);
-      if (sLinked.empty()) continue;
-      const ELF_SYM_HANDLE hSymbol = Find(ELF_GetNumSymbols, ELF_GetSymbolHandle, sLinked);
-      EXPECT_EQ(ELF_GetRangeLow(hMember, 0), ELF_GetRangeLow(hSymbol, 0) & ~1u);
+  for (const auto& [sProgram, NumClasses] : {std::pair("parts.elf", 1u), {"parts_twice.elf", 2u}}) {
+    Open(sProgram);
+    U32 NumPipes = 0;
+    for (U32 i = 0; i < ELF_GetNumTypes(pFile); ++i) {
+      const ELF_SYM_HANDLE hPipe = ELF_GetTypeEntry(pFile, i);
+      if (NameOf(hPipe) != "Pipe") continue;
+      ++NumPipes;
+      EXPECT_EQ(ELF_GetLocation(Member(hPipe, "NumPipes"), 0).Addr, ELF_GetLocation(Variable("NumPipes"), 0).Addr);
+      U32 First = static_cast<U32>(ELF_FindMember(hPipe, "Pipe"));
+      for (const std::string sLinked : aLinked) {
+        SCOPED_TRACE(sProgram + std::to_string(NumPipes) + sLinked);
+        const ELF_SYM_HANDLE hMember = ELF_GetMember(hPipe, First++);
+        ASSERT_EQ(ELF_GetNumRanges(hMember), sLinked.empty() ? 0u : 1u);
+        if (sLinked.empty()) continue;
+        const ELF_SYM_HANDLE hSymbol = Find(ELF_GetNumSymbols, ELF_GetSymbolHandle, sLinked);
+        EXPECT_EQ(ELF_GetRangeLow(hMember, 0), ELF_GetRangeLow(hSymbol, 0) & ~1u);
+      }
     }
+    EXPECT_EQ(NumPipes, NumClasses);
   }
-  EXPECT_EQ(NumPipes, 1u);
 }
 
 TEST_F(ElfJoin, TemplatesWithoutArgumentsInTheirNames) {

@@ -67,7 +67,7 @@ TEST_F(ProjectSession, RegisterFilesGoWithTheirDevice) {
   const QString sFile = Write("peripherals.svd", "<device></device>");
   for (const auto& [sDevice, NumKept] : {std::pair{u"nRF52840_xxAA"_s, 1}, {u"STM32F407VG"_s, 0}}) {
     RunSession(
-        u"File.NewProject\nProject.SetDevice nRF52840_xxAA\n@wait idle\nProject.AddSvdFile (\"%1\")\n"
+        u"File.NewProject\nProject.SetDevice nRF52840_xxAA\nProject.AddSvdFile (\"%1\")\n"
         "Project.SetDevice %2\n@wait idle\nFile.SaveProjectAs (\"%3/new.vdebug\")\n"_s.arg(sFile, sDevice,
                                                                                            m_Dir.path()))
         .Expect(0);

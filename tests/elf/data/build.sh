@@ -52,9 +52,14 @@ for UNIT in pump_main.cpp pump.cpp pump_c.c; do
 done
 $GCC $LINK "$TMP/pump_main.cpp.o" "$TMP/pump.cpp.o" "$TMP/pump_c.c.o" -o pump_clang.elf
 
-# A class in a type unit, and names of templates without their arguments.
-for UNIT in parts_main parts; do
-  clang-14 --target=arm-none-eabi -mcpu=cortex-m4 -mthumb -ffreestanding $MAP -gdwarf-5 -fdebug-types-section \
-    -gsimple-template-names -O1 $CPP -c $UNIT.cpp -o "$TMP/$UNIT.o"
+# A class in a type unit or in both units, and names of templates without their arguments.
+for KIND in "parts -fdebug-types-section" "parts_twice"; do
+  set -- $KIND
+  NAME=$1
+  shift
+  for UNIT in parts_main parts; do
+    clang-14 --target=arm-none-eabi -mcpu=cortex-m4 -mthumb -ffreestanding $MAP -gdwarf-5 "$@" -gsimple-template-names \
+      -O1 $CPP -c $UNIT.cpp -o "$TMP/$UNIT.o"
+  done
+  $GCC $LINK "$TMP/parts_main.o" "$TMP/parts.o" -o $NAME.elf
 done
-$GCC $LINK "$TMP/parts_main.o" "$TMP/parts.o" -o parts.elf
