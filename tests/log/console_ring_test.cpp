@@ -1,4 +1,4 @@
-// The console's ring: order, overflow, cut texts, and many threads at once.
+// The console's ring: cut texts, and many threads at once. Its overflow: console_test.cpp of the shell.
 
 #include <thread>
 
@@ -8,27 +8,6 @@
 #include "shell/log/log.h"
 
 namespace {
-
-CONSOLE_MSG Numbered(U32 Number) {
-  CONSOLE_MSG Msg;
-  Msg.NumLines = Number;
-  return Msg;
-}
-
-TEST(ConsoleRing, DropsWhatDoesNotFit) {
-  CConsoleRing Ring;
-  CONSOLE_MSG Msg;
-  for (U32 i = 0; i < CONSOLE_RING_SLOTS; ++i) ASSERT_TRUE(Ring.Push(Numbered(i)));
-  EXPECT_FALSE(Ring.Push(Numbered(9999)));
-  ASSERT_TRUE(Ring.Pop(&Msg));
-  EXPECT_EQ(Msg.NumLines, 0u);
-  EXPECT_TRUE(Ring.Push(Numbered(1000)));
-  for (U32 i = 1; i <= 1000; ++i) {
-    ASSERT_TRUE(Ring.Pop(&Msg));
-    ASSERT_EQ(Msg.NumLines, i);
-  }
-  EXPECT_FALSE(Ring.Pop(&Msg));
-}
 
 CONSOLE_MSG PrintAndTake(const QString& sText) {
   ClearConsoleRing();
