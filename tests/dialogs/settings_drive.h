@@ -85,10 +85,8 @@ public:
   }
   // What stands in the file now.
   QStringList Commands() const {
-    QFile File(m_sPath);
-    if (!File.open(QIODevice::ReadOnly)) return {};
     QStringList Lines;
-    for (const QByteArray& sLine : File.readAll().split('\n')) {
+    for (const QByteArray& sLine : ReadFile(m_sPath).split('\n')) {
       const QString sText = QString::fromUtf8(sLine).trimmed();
       if (sText.endsWith(u';')) Lines << sText;
     }

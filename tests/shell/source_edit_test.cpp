@@ -195,10 +195,7 @@ private:
     m_S.Source().setFocus();
     QTest::keyClicks(QApplication::focusWidget(), sText);
   }
-  QByteArray Bytes(const char* sName) {
-    QFile File(m_S.Path(sName));
-    return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray();
-  }
+  QByteArray Bytes(const char* sName) { return ReadFile(m_S.Path(sName)); }
   void Change(const char* sName, const QByteArray& Text, int Seconds) {
     WriteFile(m_S.Path(sName), Text);
     QFile File(m_S.Path(sName));

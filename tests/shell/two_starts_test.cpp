@@ -29,11 +29,6 @@ constexpr int FONT_POINTS = 13;
 const QRect GEOMETRY(40, 30, 700, 500);
 const QRect FLOATING(300, 200, 320, 240);
 
-QByteArray Contents(const QString& sPath) {
-  QFile File(sPath);
-  return File.open(QIODevice::ReadOnly) ? File.readAll() : QByteArray();
-}
-
 QString Files() {
   return qEnvironmentVariable(FILES_VARIABLE);
 }
@@ -144,7 +139,7 @@ private Q_SLOTS:
     WriteFile(m_Home.filePath(u"one.vdebug"_s), "void OnProjectLoad (void) {\n}\n");
     for (const char* const sStart : {"first", "second", "third"}) RunStart(sStart);
     const QString sLayout = m_Home.filePath(u"one.vdebug.user"_s);
-    const QByteArray Closed = Contents(sLayout);
+    const QByteArray Closed = ReadFile(sLayout);
     QVERIFY2(Closed.contains("OpenToolbar=\"ToolbarFile\"") && !Closed.contains("Console"), Closed.constData());
     WriteFile(sLayout,
               "OpenWindow=\"Console\", DockArea=RIGHT, x=0, y=0, w=260, h=300\n"
@@ -159,12 +154,12 @@ private Q_SLOTS:
     WriteFile(sProject, "void OnProjectLoad (void) {\n");
     RunStart("broken");
     WriteFile(sProject, "void OnProjectLoad (void) {\n}\n");
-    QCOMPARE(Contents(sLayout), QByteArray("kept, too"));
+    QCOMPARE(ReadFile(sLayout), QByteArray("kept, too"));
     WriteFile(sLayout, "kept");
     QVERIFY(QFile::setPermissions(sLayout, QFile::WriteOwner));
     RunStart("sealed");
     QVERIFY(QFile::setPermissions(sLayout, QFile::ReadOwner));
-    QCOMPARE(Contents(sLayout), QByteArray("kept"));
+    QCOMPARE(ReadFile(sLayout), QByteArray("kept"));
   }
 
   void damagedSettingsArePutAside() {

@@ -9,6 +9,7 @@
 #include "shell/look/look.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/settings_cache.h"
+#include "tests/common/write_file.h"
 #include "ui/windows/source_editor.h"
 
 using namespace Qt::StringLiterals;
@@ -270,9 +271,8 @@ private:
     const QString sExample = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/");
     VCore::Init({CORTEX_M4, 0, 0}, {});
     QCOMPARE(ELFAPI_Load(sExample + u"traffic_light.elf"_s), 0);
-    QFile File(sExample + u"src/main.c"_s);
-    QVERIFY(File.open(QIODevice::ReadOnly));
-    m_pEditor->SetText(QString::fromUtf8(File.readAll()), File.fileName(), ELFAPI_ParseSrcLoc(u"main.c:38"_s).File);
+    const QString sPath = sExample + u"src/main.c"_s;
+    m_pEditor->SetText(QString::fromUtf8(ReadFile(sPath)), sPath, ELFAPI_ParseSrcLoc(u"main.c:38"_s).File);
   }
   void SetText(const QString& sText) { m_pEditor->SetText(sText, u"a.c"_s, INVALID_FILE_ID); }
   void Key(Qt::Key Code, Qt::KeyboardModifiers Modifiers = {}) { QTest::keyClick(m_pEditor.get(), Code, Modifiers); }

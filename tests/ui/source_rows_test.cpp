@@ -9,6 +9,7 @@
 #include "program/database/file_finder.h"
 #include "shell/settings/color_ids.h"
 #include "shell/settings/settings_cache.h"
+#include "tests/common/write_file.h"
 #include "ui/windows/source_colors.h"
 #include "ui/windows/source_highlights.h"
 #include "ui/windows/source_rows.h"
@@ -264,9 +265,8 @@ private Q_SLOTS:
 
 private:
   static void LoadMain(CSourceRows& Rows) {
-    QFile File(EXAMPLE + u"src/main.c"_s);
-    QVERIFY(File.open(QIODevice::ReadOnly));
-    Rows.SetText(QString::fromUtf8(File.readAll()), ELFAPI_ParseSrcLoc(u"main.c:38"_s).File, false);
+    Rows.SetText(QString::fromUtf8(ReadFile(EXAMPLE + u"src/main.c"_s)), ELFAPI_ParseSrcLoc(u"main.c:38"_s).File,
+                 false);
   }
 };
 

@@ -58,9 +58,7 @@ private Q_SLOTS:
       SOURCE_DOCUMENT Document = LoadSourceDocument(sPath);
       QString sReason;
       QVERIFY(WriteSourceDocument(Document, sText, &sReason));
-      QFile File(sPath);
-      QVERIFY(File.open(QIODevice::ReadOnly));
-      QCOMPARE(File.readAll(), Expected);
+      QCOMPARE(ReadFile(sPath), Expected);
       QVERIFY(!HasChangedOutside(Document));
       QCOMPARE(QDir(Dir.path()).entryList(QDir::Files), QStringList{u"x.c"_s});
     }
