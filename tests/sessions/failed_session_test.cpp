@@ -32,13 +32,13 @@ TEST_F(FailedSession, ATargetThatDoesNotAnswerIsTriedAgain) {
 
 // The session goes on to main in spite of it: the flash holds the program already.
 TEST_F(FailedSession, AFailedDownloadIsToldIfItIsToBeVerified) {
-  const std::pair<int, const char*> aCases[] = {{-1, "V-Node reports an unspecified error"},
-                                                {-2, "error during compare phase"},
-                                                {-3, "error during program/erase phase"},
-                                                {-4, "error during verification phase"}};
+  const std::pair<const char*, const char*> aCases[] = {{"other", "V-Node reports an unspecified error"},
+                                                        {"compare", "error during compare phase"},
+                                                        {"program", "error during program/erase phase"},
+                                                        {"verify", "error during verification phase"}};
   QString sSession = u"Debug.Start\n@wait halted\n"_s, sQuiet;
-  for (const auto& [Code, sText] : aCases) {
-    const QString sFail = u"Exec.Command (\"sim.fail EndDownload 1 %1\");\n@wait idle\n"_s.arg(Code);
+  for (const auto& [sPhase, sText] : aCases) {
+    const QString sFail = u"Exec.Command (\"sim.fail-download %1\");\n@wait idle\n"_s.arg(QLatin1String(sPhase));
     sSession += sFail + u"Debug.Download\n@wait halted\nTarget.GetReg PC\n"_s;
     sQuiet += sFail + u"Debug.Download\n@wait halted\n"_s;
   }
