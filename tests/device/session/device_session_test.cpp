@@ -48,13 +48,7 @@ struct CWitness : CDeviceEventListener {
   void OnDeviceResetFailed(U32, RESET_MODES Mode) override { Note("not reset %u", Mode); }
   void OnDeviceSetBPDone(U32) override { Note("bp"); }
   void OnDeviceSetBPFailed(U32) override { Note("no bp"); }
-  void OnDeviceWriteMemDone(U32, U32, U8*) override { Note("written"); }
-  void OnDeviceWriteMemFailed(U32, U32, U8*) override { Note("not written"); }
   void OnDeviceWriteMemMultipleDone(U32 NumRanges, U32*, U8*) override { Note("%u ranges", NumRanges); }
-  void OnDeviceReadMemDone(U32, U32 NumBytes, U8* paData, U8* paStatus) override {
-    const auto Hex = [=](U8* pa) { return QByteArray(reinterpret_cast<char*>(pa), NumBytes).toHex(); };
-    sHeard << "mem " + Hex(paData) + ' ' + Hex(paStatus);
-  }
   void OnDeviceReadLocsDone(U32 Cnt, ELF_SYM_LOC*, U64* paValue, U8* paStatus, U32 Tag) override {
     Note("locations %u", Tag);
     for (U32 i = 0; i < Cnt; ++i) sHeard.last() += QString::asprintf(" %llx/%u", paValue[i], paStatus[i]);
@@ -145,7 +139,6 @@ TEST_F(DeviceSession, EachFaultHasItsTextAndItsEvent) {
       {"", [&] { ConnectBy(7, ""); }, "Connect: unknown host interface", "not connected 1"},
       {"sim.fail Open 1", Connect, "Open: VNODE API call failed with error message: *", "not connected 1"},
       {"", [&] { ConnectBy(HOST_IF_USB, "NoSuchPart"); }, "Connect: could not configure V-Node", "not connected 1"},
-      {"sim.refuse-connect 2", Connect, "Connect: VNODE API call failed", "not connected 1"},
       {"sim.refuse-connect 1", [&] { Connect(), Device.ScheduleHalt(); }, "Connecting to target...",
        "connected 1; halt 0"},
       {"sim.fail Halt 1", [&] { Run(), Device.ScheduleHalt(); }, "Halt: VNODE API call failed", ""},
@@ -161,7 +154,6 @@ TEST_F(DeviceSession, EachFaultHasItsTextAndItsEvent) {
       {"sim.lose-connection 0", [&] { Device.ScheduleStepInst(); }, "Invalid connection status received", "lost"},
       {"sim.lose-connection 0", [&] { Device.ScheduleStepInst(), Settle(), Device.ScheduleContinue(); },
        "Continue: connection lost", "lost; not resumed"},
-      {"sim.nonsense", [] {}, "Error executing V-Node command \"sim.nonsense\": *", ""},
   };
   for (const auto& Case : aCase) {
     SCOPED_TRACE(testing::Message() << Case.sFault << " " << Case.sLog);
@@ -296,18 +288,6 @@ TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
     Device.ScheduleStepInst();
     Settle();
   }
-}
-
-TEST_F(DeviceSession, MemoryIsReadOnTheRun) {
-  ConnectHalted();
-  Device.ScheduleContinue();
-  Settle();
-  EXPECT_EQ(Provider.RequestMem(&Witness, CODE, 2, 0, 0, 0), DATA_PENDING);
-  Settle();
-  const U8 aData[4] = {1, 2, 3, 4};
-  Device.ScheduleWriteMem(0x60000000, 4, 0, 0, 0, aData);
-  Settle();
-  EXPECT_EQ(TakeHeard(), "mem 0130 0000; not written");
 }
 
 TEST_F(DeviceSession, IdleSessionCostsNothing) {
