@@ -77,12 +77,8 @@ TEST(ActionTable, EnableRules) {
       .ProjectOpen = true, .DocumentOpen = true, .ActiveDocumentModified = true, .AnyDocumentModified = true};
   const ACTION_STATE Broken = {.HasBreakpoint = true};
   const ACTION_STATE States[] = {Idle, Running, Halted, Editing, Broken};
-  // In each of the states, "-" where it does not matter: A accepted, G enabled in menus, V visible.
-  const struct {
-    ACTION_ID ID;
-    bool HasArgs;
-    QStringList Verdicts;
-  } Cases[] = {
+  // With arguments or not, in each of the states, "-" where it does not matter: A accepted, G enabled in menus, V visible.
+  const std::tuple<ACTION_ID, bool, QStringList> Cases[] = {
       {ACTION_DEBUG_START, false, {"AGV", ""}},
       {ACTION_DEBUG_CONTINUE, false, {"A", "A", "AGV"}},
       {ACTION_DEBUG_HALT, false, {"AV", "AGV", "A"}},
@@ -106,13 +102,13 @@ TEST(ActionTable, EnableRules) {
       {ACTION_TARGET_READ_U32, false, {"AGV"}},
       {ACTION_BP_SET, false, {"AGV"}},
   };
-  for (const auto& Case : Cases) {
-    for (qsizetype i = 0; i < Case.Verdicts.size(); ++i) {
-      if (Case.Verdicts[i] == "-") continue;
-      const ACTION_ENABLE Enable = EvaluateEnableRule(Case.ID, States[i], Case.HasArgs);
+  for (const auto& [ID, bHasArgs, Verdicts] : Cases) {
+    for (qsizetype i = 0; i < Verdicts.size(); ++i) {
+      if (Verdicts[i] == "-") continue;
+      const ACTION_ENABLE Enable = EvaluateEnableRule(ID, States[i], bHasArgs);
       const QString sVerdict =
           QString(Enable.Accepted ? "A" : "") + (Enable.GuiEnabled ? "G" : "") + (Enable.Visible ? "V" : "");
-      EXPECT_EQ(sVerdict, Case.Verdicts[i]) << GetActionInfo(Case.ID).sObjectName.toStdString() << " in state " << i;
+      EXPECT_EQ(sVerdict, Verdicts[i]) << GetActionInfo(ID).sObjectName.toStdString() << " in state " << i;
     }
   }
 }

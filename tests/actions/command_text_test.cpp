@@ -11,14 +11,8 @@
 
 namespace {
 
-struct SPLIT_CASE {
-  const char* sLine;
-  const char* sName;
-  QStringList Args;
-};
-
 TEST(CommandText, LinesAreTakenApart) {
-  const SPLIT_CASE Cases[] = {
+  const std::tuple<const char*, const char*, QStringList> Cases[] = {
       {"File.Open test.elf", "File.Open", {"test.elf"}},
       {"  File.Open (\"test.elf\"); ", "File.Open", {"test.elf"}},
       {"File.Open \"/a (1).elf\"", "File.Open", {"/a (1).elf"}},
@@ -38,21 +32,15 @@ TEST(CommandText, LinesAreTakenApart) {
       {"   ", "", {}},
       {"(1, 2)", "", {"1", "2"}},
   };
-  for (const SPLIT_CASE& Case : Cases) {
-    const COMMAND_LINE Command = SplitCommandLine(QString::fromUtf8(Case.sLine));
-    EXPECT_EQ(Command.sName.toStdString(), Case.sName) << Case.sLine;
-    EXPECT_EQ(Command.Args, Case.Args) << Case.sLine << " -> " << Command.Args.join(u'|').toStdString();
+  for (const auto& [sLine, sName, Args] : Cases) {
+    const COMMAND_LINE Command = SplitCommandLine(QString::fromUtf8(sLine));
+    EXPECT_EQ(Command.sName.toStdString(), sName) << sLine;
+    EXPECT_EQ(Command.Args, Args) << sLine << " -> " << Command.Args.join(u'|').toStdString();
   }
 }
 
-struct TEXT_CASE {
-  ACTION_ID ID;
-  QStringList Args;
-  const char* sText;
-};
-
 TEST(CommandText, ArgumentsAreWrittenByTheirKind) {
-  const TEXT_CASE Cases[] = {
+  const std::tuple<ACTION_ID, QStringList, const char*> Cases[] = {
       {ACTION_DEBUG_SET_RESET_MODE, {"reset & halt"}, "Debug.SetResetMode (RM_RESET_HALT);"},
       {ACTION_DEBUG_SET_RESET_MODE, {"RM_BREAK_AT_MAIN"}, "Debug.SetResetMode (RM_BREAK_AT_SYMBOL);"},
       {ACTION_EDIT_REFRESH_RATE, {"x", "2.5 kHz"}, "Edit.RefreshRate (\"x\", 2500);"},
@@ -65,7 +53,7 @@ TEST(CommandText, ArgumentsAreWrittenByTheirKind) {
        "Break.SetOnSymbol (\"g_x\", AT_READ_WRITE, AW_WORD, 0, 0xFF);"},
       {ACTION_BP_SET, {"0"}, ""},
   };
-  for (const TEXT_CASE& Case : Cases) EXPECT_EQ(MakeCommandText(Case.ID, Case.Args).toStdString(), Case.sText);
+  for (const auto& [ID, Args, sText] : Cases) EXPECT_EQ(MakeCommandText(ID, Args).toStdString(), sText);
 }
 
 // What is echoed can be pasted: parsing gives the same row and the same arguments.

@@ -57,14 +57,9 @@ TEST_F(ToolFiles, HoldWhatTheToolsReadFromThem) {
   ASSERT_TRUE(RunTool(sObjcopy, u"-O binary %1 %2"_s.arg(sElf, sBin)));
   const QByteArray Image = ReadBytes(sBin);
   ASSERT_GT(Image.size(), 500);
-  // The file, where the image begins in it, the tool and its arguments: %1 is the program, %2 its image, %3 the file.
-  const struct {
-    const char* sFile;
-    quint32 Base;
-    bool bWhole;  // no holes
-    const char* sTool;
-    const char* sArguments;
-  } aCases[] = {
+  // The file, where the image begins in it, whether it has no holes, the tool and its arguments: %1 is the program, %2
+  // its image, %3 the file.
+  const std::tuple<const char*, quint32, bool, const char*, const char*> aCases[] = {
       {"a.srec", 0x08000000, true, "objcopy", "-O srec %1 %3"},
       {"b.mot", 0x08000000, true, "objcopy", "-O srec --srec-len=7 --srec-forceS3 %1 %3"},
       {"c.srec", 0, true, "objcopy", "-O srec --change-addresses -0x08000000 %1 %3"},
@@ -86,16 +81,16 @@ TEST_F(ToolFiles, HoldWhatTheToolsReadFromThem) {
        "%2 -binary -crop 1 2 0x10 0x21 0x100 0x133 -offset 0x20000000 -o %3 -motorola -disable=header"},
       {"p.hex", 0x08000000, false, "srec_cat", "%2 -binary -exclude 0x20 0x21 -offset 0x8000000 -o %3 -intel -obs=3"},
   };
-  for (const auto& Case : aCases) {
-    SCOPED_TRACE(Case.sFile);
-    const QString sFile = QLatin1String(Case.sFile);
-    QString sArguments = QLatin1String(Case.sArguments);
+  for (const auto& [sName, Base, bWhole, sTool, sOptions] : aCases) {
+    SCOPED_TRACE(sName);
+    const QString sFile = QLatin1String(sName);
+    QString sArguments = QLatin1String(sOptions);
     sArguments.replace(u"%1"_s, sElf).replace(u"%2"_s, sBin).replace(u"%3"_s, Path(sFile));
-    if (!RunTool(Case.sTool == "objcopy"_L1 ? sObjcopy : QString::fromLatin1(Case.sTool), sArguments)) continue;
+    if (!RunTool(sTool == "objcopy"_L1 ? sObjcopy : QString::fromLatin1(sTool), sArguments)) continue;
     const qsizetype Span = Image.size() + SLACK_BYTES;
-    const QByteArray Here = ReadHere(sFile, Case.Base, Span);
-    EXPECT_EQ(Here, ReadByTool(sFile, Case.Base, Span));
-    EXPECT_EQ(Case.bWhole, Here.startsWith(Image));
+    const QByteArray Here = ReadHere(sFile, Base, Span);
+    EXPECT_EQ(Here, ReadByTool(sFile, Base, Span));
+    EXPECT_EQ(bWhole, Here.startsWith(Image));
     EXPECT_NE(Here, QByteArray(Span, GAP));
   }
   // The order of S-records is free.

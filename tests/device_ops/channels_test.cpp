@@ -80,12 +80,7 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
   const auto Nothing = [](THIS&) {};
   const auto Hss = [](const std::vector<U32>& Ranges) { return [=](THIS& T) { return T.StartHss(Ranges); }; };
   const auto Fail = [](const char* sCall) { return [=](THIS& T) { T.Probe.Failing[sCall] = 0; }; };
-  const struct {
-    STATE State;
-    std::function<void(THIS&)> Prepare;
-    std::function<int(THIS&)> Do;
-    const char* sLog;
-  } aCase[] = {
+  const std::tuple<STATE, std::function<void(THIS&)>, std::function<int(THIS&)>, const char*> aCase[] = {
       {OFF, Nothing, [](THIS& T) { return T.Do(JT_START_RTT); }, "StartRTT: Not connected"},
       {OFF, Nothing, [](THIS& T) { return T.Do(JT_STOP_RTT); }, "StopRTT: Not connected"},
       {OFF, Nothing, Read(JT_READ_RTT, 1'000'000), "ReadRTT: invalid transfer size: 1000000"},
@@ -123,35 +118,29 @@ TEST_F(CChannelsTest, RefusedInTheirOrder) {
       {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_STOP_HSS); }, "StopHSS: hss data capture not active"},
       {CONNECTED, Nothing, [](THIS& T) { return T.Do(JT_READ_HSS, {9}, 9); }, "ReadHSS: not started"},
   };
-  for (const auto& Case : aCase) {
+  for (const auto& [State, Prepare, Refused, sLog] : aCase) {
     Ops.Connection.Disconnect();
     SetUp();
     Ctx.State.Exec.bTraceEnabled = false;
     Ops.Channels.RTT.ClearSearchRanges();
     Probe.Failing.clear();
-    if (Case.State != OFF) Connect();
+    if (State != OFF) Connect();
     Ctx.State.CoreSpeed = 64'000'000;
-    if (Case.State == STARTED) {
+    if (State == STARTED) {
       ASSERT_EQ(Do(JT_START_RTT), 0);
     }
-    Case.Prepare(*this);
+    Prepare(*this);
     Forget();
-    EXPECT_EQ(Case.Do(*this), -1) << Case.sLog;
-    EXPECT_EQ(Sink.TakeLogs(), Case.sLog);
+    EXPECT_EQ(Refused(*this), -1) << sLog;
+    EXPECT_EQ(Sink.TakeLogs(), sLog);
   }
 }
 
-// Each source in each state, with the calls and the refusal that follow.
+// Each source, whether it is enabled and which call fails, with the calls and the refusal that follow.
 TEST_F(CChannelsTest, InstructionTraceStartsWhereItsSourceCanAndSurvivesAsEnabled) {
   CInstTraceChannel& Trace = Ops.Channels.Trace;
   Connect();
-  const struct {
-    U32 Source;
-    bool bEnabled;
-    const char* sFailing;
-    const char* sCalls;
-    const char* sLogs;
-  } aCase[] = {
+  const std::tuple<U32, bool, const char*, const char*, const char*> aCase[] = {
       {TRACE_SOURCE_ETM, false, "", "", "instruction tracing disabled"},
       {TRACE_SOURCE_NONE, true, "", "", "instruction tracing disabled"},
       {TRACE_SOURCE_SWO, true, "", "", "instruction tracing disabled"},
@@ -163,16 +152,16 @@ TEST_F(CChannelsTest, InstructionTraceStartsWhereItsSourceCanAndSurvivesAsEnable
       {TRACE_SOURCE_ETM, true, "", "ExecCommand SelectTraceSource=1, ExecCommand PortWidth=2, STRACE_Start", nullptr},
   };
   Ctx.Settings.TracePortWidth = 2;
-  for (const auto& Case : aCase) {
+  for (const auto& [Source, bEnabled, sFailing, sCalls, sRefusal] : aCase) {
     Trace.Stop();
-    Ctx.Settings.TraceSource = Case.Source;
-    Do(Case.bEnabled ? JT_ENABLE_SIMPLE_TRACE : JT_DISABLE_SIMPLE_TRACE);
-    Probe.Failing = {{Case.sFailing, 0}};
+    Ctx.Settings.TraceSource = Source;
+    Do(bEnabled ? JT_ENABLE_SIMPLE_TRACE : JT_DISABLE_SIMPLE_TRACE);
+    Probe.Failing = {{sFailing, 0}};
     Forget();
-    EXPECT_EQ(Do(JT_START_SIMPLE_TRACE), Case.sLogs ? -1 : 0);
-    EXPECT_EQ(Probe.CallText({"ExecCommand", "STRACE_Start", "STRACE_Stop"}), Case.sCalls);
-    if (Case.sLogs) {
-      EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_TRACE), QLatin1String(Case.sLogs));
+    EXPECT_EQ(Do(JT_START_SIMPLE_TRACE), sRefusal ? -1 : 0);
+    EXPECT_EQ(Probe.CallText({"ExecCommand", "STRACE_Start", "STRACE_Stop"}), sCalls);
+    if (sRefusal) {
+      EXPECT_EQ(Ctx.ErrorMsg(ERR_MSG_TRACE), QLatin1String(sRefusal));
     }
   }
   Forget();

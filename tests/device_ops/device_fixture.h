@@ -126,7 +126,6 @@ protected:
     Sink.Logs.clear();
     Sink.Progress.clear();
   }
-  bool HasLog(const char* sText) const { return Sink.Logs.contains(QLatin1String(sText)); }
 
   U64 Now = 100000;
   CFakeProbe Probe;

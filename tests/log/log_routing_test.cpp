@@ -58,14 +58,8 @@ protected:
 };
 
 TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
-  // What reaches the console with its colour, standard output, and the file.
-  const struct {
-    U32 Flags;
-    QStringList Console;
-    QList<U32> Colors;
-    const char* sStdout;
-    const char* sFile;
-  } Routes[] = {
+  // Flags; what reaches the console with its colour, standard output, and the file.
+  const std::tuple<U32, QStringList, QList<U32>, const char*, const char*> Routes[] = {
       {MSG_INFO | MSG_TO_CONSOLE, {"text"}, {CONSOLE_RGBA_DEFAULT}, "", ""},
       {MSG_INFO | MSG_TO_STDOUT, {}, {}, " i  text\n", ""},
       {MSG_WARNING | MSG_TO_FILE, {}, {}, "", "[W] text\n"},
@@ -81,13 +75,13 @@ TEST_F(LogTest, FlagsChooseSinksPrefixesAndColours) {
       {MSG_INFO, {}, {}, "", ""},
   };
   SetDebugMode(true);
-  for (const auto& Route : Routes) {
+  for (const auto& [Flags, Console, ConsoleColors, sStdout, sFile] : Routes) {
     OpenAppLog();
-    EXPECT_EQ(StdoutOf([&] { EXPECT_EQ(0, LogMsg("text \r\n \n", Route.Flags)); }), Route.sStdout) << Route.Flags;
-    EXPECT_EQ(ReadBytes(sPath), Route.sFile) << Route.Flags;
+    EXPECT_EQ(StdoutOf([Flags = Flags] { EXPECT_EQ(0, LogMsg("text \r\n \n", Flags)); }), sStdout) << Flags;
+    EXPECT_EQ(ReadBytes(sPath), sFile) << Flags;
     QList<U32> Colors;
-    EXPECT_EQ(TakeConsole(&Colors), Route.Console) << Route.Flags;
-    EXPECT_EQ(Colors, Route.Colors) << Route.Flags;
+    EXPECT_EQ(TakeConsole(&Colors), Console) << Flags;
+    EXPECT_EQ(Colors, ConsoleColors) << Flags;
   }
 }
 

@@ -32,10 +32,7 @@ protected:
 
 TEST_F(FontsTest, AFontReachesThoseThatInheritIt) {
   // A font is set; the others that have its size then. Two have the toolkit's font and inherit none of these.
-  const struct {
-    U32 ID;
-    QList<U32> Heirs;
-  } CASES[] = {
+  const std::pair<U32, QList<U32>> CASES[] = {
       {FONT_APP,
        {FONT_APP, FONT_APP_MONO, FONT_ITEM_NAME, FONT_ITEM_VALUE, FONT_TABLE_HEADER, FONT_SRC_CODE, FONT_SRC_ASM_CODE,
         FONT_ASM_CODE, FONT_CONSOLE}},
@@ -45,14 +42,14 @@ TEST_F(FontsTest, AFontReachesThoseThatInheritIt) {
       {FONT_CONSOLE, {FONT_CONSOLE}},
       {FONT_LINE_NUMBERS, {FONT_LINE_NUMBERS}},
   };
-  for (const auto& Case : CASES) {
-    SetFont(Case.ID, FontOf("DejaVu Serif, 31pt, Bold"), false, false);
+  for (const auto& [Changed, Heirs] : CASES) {
+    SetFont(Changed, FontOf("DejaVu Serif, 31pt, Bold"), false, false);
     for (U32 ID = 0; ID < NUM_FONTS; ++ID) {
-      EXPECT_EQ(GetFont(ID).pointSize() == 31, Case.Heirs.contains(ID)) << Case.ID << " to " << ID;
-      EXPECT_EQ(IsFontModified(ID), ID == Case.ID);
+      EXPECT_EQ(GetFont(ID).pointSize() == 31, Heirs.contains(ID)) << Changed << " to " << ID;
+      EXPECT_EQ(IsFontModified(ID), ID == Changed);
     }
-    SetFont(Case.ID, GetInheritedFont(Case.ID), false, false);
-    EXPECT_FALSE(IsFontModified(Case.ID)) << "the inherited font counts as none";
+    SetFont(Changed, GetInheritedFont(Changed), false, false);
+    EXPECT_FALSE(IsFontModified(Changed)) << "the inherited font counts as none";
   }
 }
 

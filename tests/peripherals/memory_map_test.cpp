@@ -31,11 +31,7 @@ std::string TakeMessages() {
 TEST(MemoryMap, FilesOfSegments) {
   SetConsoleExists(true);
   TakeMessages();
-  const struct {
-    const char* sXML;
-    const char* sSegments;
-    const char* sMessage;
-  } aCases[] = {
+  const std::tuple<const char*, const char*, const char*> aCases[] = {
       {R"(<Map><MemorySegment name="Flash" start="0x08000000" size="1024" access="ReadOnly"/>
           <MyMemorySegmentX NAME="RAM" Start="0x20000000" SIZE="0x100" access="read/write"/>
           <Other start="1" size="1" access="" name=""/>
@@ -60,15 +56,15 @@ TEST(MemoryMap, FilesOfSegments) {
       {"no XML", "", ", line 1: "},
   };
   QTemporaryDir Dir;
-  for (const auto& Case : aCases) {
+  for (const auto& [sXML, sSegments, sMessage] : aCases) {
     CMemoryMap Map;
-    EXPECT_EQ(Map.LoadMapFile(WriteBytes(Dir.filePath(QStringLiteral("map.xml")), Case.sXML)), 0);
-    EXPECT_EQ(Segments(Map), Case.sSegments);
+    EXPECT_EQ(Map.LoadMapFile(WriteBytes(Dir.filePath(QStringLiteral("map.xml")), sXML)), 0);
+    EXPECT_EQ(Segments(Map), sSegments);
     std::string sMessages = TakeMessages();
     const std::string sBegin = "Cannot parse segment description. ";
     for (size_t At; (At = sMessages.find(sBegin)) != std::string::npos;) sMessages.erase(At, sBegin.size());
-    EXPECT_EQ(*Case.sMessage == 0, sMessages.empty()) << sMessages;
-    EXPECT_NE(sMessages.find(Case.sMessage), std::string::npos) << sMessages;
+    EXPECT_EQ(*sMessage == 0, sMessages.empty()) << sMessages;
+    EXPECT_NE(sMessages.find(sMessage), std::string::npos) << sMessages;
   }
   EXPECT_EQ(CMemoryMap().LoadMapFile(Dir.filePath(QStringLiteral("none.xml"))), -1);
   SetConsoleExists(false);

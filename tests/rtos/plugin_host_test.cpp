@@ -81,24 +81,18 @@ TEST_F(CPluginHostTest, ServicesAnswerFromTheProgram) {
   const PLUGIN_HOST_API& API = *Services();
   EXPECT_EQ(API.NumFuncs, 17u);
   ASSERT_GE(ELFAPI_Load(QStringLiteral(VEXOR_SOURCE_DIR "/tests/corpus/data/gcc_v5_O0.elf")), 0);
-  // As gdb has them: ptype /o, print &.
-  const struct {
-    const char* sSymbol;
-    const char* sMember;
-    I32 Result;
-    U32 Addr;
-    U32 Size;
-  } aCase[] = {
+  // As gdb has them: ptype /o, print &. Symbol and member; result, address and size.
+  const std::tuple<const char*, const char*, I32, U32, U32> aCase[] = {
       {"tail", nullptr, 0, 0x200000B0, 4},      {"tail", "count", 0, 0, 1},  // behind the pointer
       {"no_such_symbol", nullptr, -1, 0, 0},    {"tail", "no_such_member", -1, 0, 0},
       {"main", "member_of_a_number", -1, 0, 0}, {"node", "real", 0, 8, 4},  // in a union without a name
   };
-  for (const auto& Case : aCase) {
-    U32 Addr = 1;
-    U32 Size = 1;
-    EXPECT_EQ(API.GetSymInfo(Case.sSymbol, Case.sMember, &Addr, &Size), Case.Result) << Case.sSymbol;
-    EXPECT_EQ(Addr, Case.Addr) << Case.sSymbol << "." << (Case.sMember ? Case.sMember : "");
-    EXPECT_EQ(Size, Case.Size) << Case.sSymbol << "." << (Case.sMember ? Case.sMember : "");
+  for (const auto& [sSymbol, sMember, Result, Addr, Size] : aCase) {
+    SCOPED_TRACE(testing::Message() << sSymbol << "." << (sMember ? sMember : ""));
+    U32 FoundAddr = 1, FoundSize = 1;
+    EXPECT_EQ(API.GetSymInfo(sSymbol, sMember, &FoundAddr, &FoundSize), Result);
+    EXPECT_EQ(FoundAddr, Addr);
+    EXPECT_EQ(FoundSize, Size);
   }
   ELFAPI_Unload();
   U8 Byte = 0;

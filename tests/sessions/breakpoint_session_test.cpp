@@ -36,11 +36,8 @@ constexpr const char* START = "Debug.Start\n@wait halted\n";
 constexpr const char* GO = "Debug.Continue\n@wait halted\n";
 
 TEST_F(BreakpointSession, CommandsRefuseInTheirWords) {
-  const struct {
-    const char* sBefore;
-    const char* sCommand;
-    const char* sError;  // null: none
-  } aCases[] = {
+  // What comes ahead of a command, the command, and its error.
+  const std::tuple<const char*, const char*, const char*> aCases[] = {
       {"", "Break.Set 0x100", nullptr},
       {"Break.Set 0x101", "Break.Set 0x100", "Breakpoint already set"},
       {"Break.Set 0x100", "Break.SetEx 0x100 BP_TYPE_HARD", nullptr},
@@ -70,19 +67,20 @@ TEST_F(BreakpointSession, CommandsRefuseInTheirWords) {
   };
   // All in one session: a refused command ends it unless it may fail, and then says so.
   QString sSession;
-  for (const auto& Case : aCases) {
-    sSession += u"Break.Set 0x2\nBreak.ClearAll\n@wait idle\n"_s + QLatin1String(Case.sBefore) +
-                u"\nUtil.Log \"case\"\n-"_s + QLatin1String(Case.sCommand) + u"\nUtil.Log \"end\"\n"_s;
+  for (const auto& [sBefore, sCommand, sError] : aCases) {
+    sSession += u"Break.Set 0x2\nBreak.ClearAll\n@wait idle\n"_s + QLatin1String(sBefore) +
+                u"\nUtil.Log \"case\"\n-"_s + QLatin1String(sCommand) + u"\nUtil.Log \"end\"\n"_s;
   }
   const SESSION_RESULT Result = RunLines(sSession);
   Result.Expect(0);
   const QStringList Parts = Result.sOutput.split(u"Util.Log (\"case\");\n"_s);
   ASSERT_EQ(Parts.size(), static_cast<qsizetype>(std::size(aCases)) + 1) << Result.sOutput.toStdString();
   for (size_t i = 0; i < std::size(aCases); ++i) {
+    const auto& [sBefore, sCommand, sError] = aCases[i];
     const QString sPrinted = Parts[static_cast<qsizetype>(i) + 1].section(u"Util.Log"_s, 0, 0);
     const bool bRefused = sPrinted.contains(u"): "_s) || sPrinted.contains(u"disabled"_s);
-    EXPECT_EQ(aCases[i].sError != nullptr, bRefused) << aCases[i].sCommand << "\n" << sPrinted.toStdString();
-    EXPECT_TRUE(sPrinted.contains(QLatin1String(aCases[i].sError))) << sPrinted.toStdString();
+    EXPECT_EQ(sError != nullptr, bRefused) << sCommand << "\n" << sPrinted.toStdString();
+    EXPECT_TRUE(sPrinted.contains(QLatin1String(sError))) << sPrinted.toStdString();
   }
 }
 

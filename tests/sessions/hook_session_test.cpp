@@ -31,13 +31,8 @@ TEST_F(HookSession, EveryModeRunsTheHooksAtTheirMoments) {
   constexpr const char* DOWNLOADED = " BeforeTargetDownload AfterTargetDownload";
   constexpr const char* HALTED = " AfterTargetHalt";
   constexpr const char* RESUMED = " BeforeTargetResume";
-  const struct {
-    const char* sConnectMode;
-    const char* sResetMode;
-    bool bHaltsAtStart;
-    QByteArrayList StartHooks;
-    const char* sEndOfReset;
-  } aCases[] = {
+  // The modes, whether the start ends in a halt, its hooks, and the last one of a reset.
+  const std::tuple<const char*, const char*, bool, QByteArrayList, const char*> aCases[] = {
       {"CM_DOWNLOAD_RESET", "RM_RESET_AND_RUN", false, {CONNECTED, RESET, DOWNLOADED, RESUMED}, RESUMED},
       {"CM_DOWNLOAD_RESET", "RM_RESET_HALT", true, {CONNECTED, RESET, DOWNLOADED, HALTED}, HALTED},
       {"CM_DOWNLOAD_RESET", "RM_BREAK_AT_SYMBOL", true, {CONNECTED, RESET, DOWNLOADED, HALTED}, HALTED},
@@ -51,18 +46,18 @@ TEST_F(HookSession, EveryModeRunsTheHooksAtTheirMoments) {
   QString sSession = u"File.Open (\"tests/sessions/hooks/events.vdebug\");\n@wait idle\n"_s;
   QByteArray Expected = "OnProjectLoad";
   QList<quint32> Places;
-  for (const auto& Case : aCases) {
-    const bool bRuns = Case.sEndOfReset == RESUMED;
+  for (const auto& [sConnectMode, sResetMode, bHaltsAtStart, StartHooks, sEndOfReset] : aCases) {
+    const bool bRuns = sEndOfReset == RESUMED;
     sSession +=
         u"Debug.SetConnectMode %1\nDebug.SetResetMode %2\nUtil.Log (\"-- %1, %2\");\nDebug.Start\n@wait %3\n"
         "Util.Log (\"-- reset\");\nDebug.Reset\n@wait %4\n"_s.arg(
-            QLatin1String(Case.sConnectMode), QLatin1String(Case.sResetMode),
-            Case.bHaltsAtStart ? u"halted"_s : u"running"_s, bRuns ? u"running"_s : u"halted"_s);
+            QLatin1String(sConnectMode), QLatin1String(sResetMode), bHaltsAtStart ? u"halted"_s : u"running"_s,
+            bRuns ? u"running"_s : u"halted"_s);
     if (!bRuns) sSession += u"Target.GetReg PC\n"_s;
     sSession += u"Util.Log (\"-- stop\");\nDebug.Stop\n@wait disconnected\n"_s;
-    Expected += QByteArray(" /") + Case.sConnectMode + ", " + Case.sResetMode + Case.StartHooks.join() + " /reset" +
-                RESET + Case.sEndOfReset + " /stop BeforeTargetDisconnect AfterTargetDisconnect";
-    const QString sFunction = Case.sResetMode == "RM_RESET_HALT"_L1 ? u"Reset_Handler"_s : u"main"_s;
+    Expected += QByteArray(" /") + sConnectMode + ", " + sResetMode + StartHooks.join() + " /reset" + RESET +
+                sEndOfReset + " /stop BeforeTargetDisconnect AfterTargetDisconnect";
+    const QString sFunction = sResetMode == "RM_RESET_HALT"_L1 ? u"Reset_Handler"_s : u"main"_s;
     if (!bRuns) Places << AddressOf(u"examples/traffic_light/traffic_light.elf"_s, sFunction);
   }
   const SESSION_RESULT Run = RunSession(sSession);
@@ -113,13 +108,8 @@ TEST_F(HookSession, HooksNestUpToTheLimit) {
 TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
   const QString sElf = QStringLiteral(VEXOR_SOURCE_DIR "/examples/traffic_light/traffic_light.elf");
   const QString sAgain = u"Debug.Continue\n@wait running\nDebug.Reset\n@wait halted\n"_s;
-  const struct {
-    const char* sLoad;
-    QString sFunctions;
-    QString sCommands;
-    const char* sPrinted;
-    const char* sNotPrinted;
-  } aCases[] = {
+  // Statements of OnProjectLoad, other functions, the session, and what is printed and not printed.
+  const std::tuple<const char*, QString, QString, const char*, const char*> aCases[] = {
       {"", u"void TargetReset (void) { Target.SetReg (\"SP\", 0x20000100); }"_s,
        u"Debug.SetResetMode RM_RESET_HALT\nDebug.Start\n@wait halted\n"_s + sAgain.repeated(5),
        "Target.SetReg (\"SP\", 0x20000100);", "program is running"},
@@ -146,15 +136,15 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
       {"Project.SetBPType (BP_TYPE_HARD);", {}, {}, "Project.SetBPType (BP_TYPE_HARD);", ""},
       {"if (Project.SetTraceSource (\"x\") == 0xFFFFFFFF) Util.Log (\"no source\");", {}, {}, "\nno source\n", ""},
   };
-  for (const auto& Case : aCases) {
+  for (const auto& [sLoad, sFunctions, sCommands, sPrinted, sNotPrinted] : aCases) {
     const QString sText =
         u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
-        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n%3\n"_s.arg(sElf, QLatin1String(Case.sLoad),
-                                                                                 Case.sFunctions);
+        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n%3\n"_s.arg(sElf, QLatin1String(sLoad),
+                                                                                 sFunctions);
     const QString sProject = Write("state.vdebug", sText.toUtf8());
-    const SESSION_RESULT Run = RunSession(u"File.Open (\"%1\");\n@wait idle\n%2"_s.arg(sProject, Case.sCommands));
-    Run.Expect(0, {Case.sPrinted});
-    EXPECT_FALSE(*Case.sNotPrinted && Run.sOutput.contains(QLatin1String(Case.sNotPrinted))) << qPrintable(Run.sOutput);
+    const SESSION_RESULT Run = RunSession(u"File.Open (\"%1\");\n@wait idle\n%2"_s.arg(sProject, sCommands));
+    Run.Expect(0, {sPrinted});
+    EXPECT_FALSE(*sNotPrinted && Run.sOutput.contains(QLatin1String(sNotPrinted))) << qPrintable(Run.sOutput);
   }
 }
 

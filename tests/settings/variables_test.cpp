@@ -45,15 +45,8 @@ TEST_F(VariablesTest, EveryRowIsConsistent) {
   for (const char* sName : {"58", "-1", "PREF_NONE"}) EXPECT_EQ(FindVar(sName), nullptr) << sName;
 }
 
-struct VALUE_CASE {
-  VAR_ID ID;
-  const char* sText;
-  bool Ok;
-  I32 Value;
-};
-
 TEST_F(VariablesTest, TextsOfValues) {
-  const VALUE_CASE Cases[] = {
+  const std::tuple<VAR_ID, const char*, bool, I32> Cases[] = {
       {VAR_ACCESS_WIDTH, "AW_WORD", true, 4},
       {VAR_ACCESS_WIDTH, "\"word\"", true, 4},
       {VAR_ACCESS_WIDTH, "3", true, 4},  // the index of an entry, as the last resort
@@ -84,11 +77,11 @@ TEST_F(VariablesTest, TextsOfValues) {
       {PREF_TERMINAL_EOL_FORMAT, "EOL_FORMAT_MAC", true, 2},
       {VAR_BREAK_AT_THIS_SYMBOL, "main", false, 0},
   };
-  for (const VALUE_CASE& Case : Cases) {
+  for (const auto& [ID, sText, bGood, Value] : Cases) {
     bool bOk = false;
-    const U32 Value = ParseVarValue(GetVarInfo(Case.ID), QLatin1String(Case.sText), &bOk);
-    EXPECT_EQ(bOk, Case.Ok) << GetVarName(Case.ID).toStdString() << " " << Case.sText;
-    EXPECT_EQ(static_cast<I32>(Value), Case.Value) << GetVarName(Case.ID).toStdString() << " " << Case.sText;
+    const U32 Parsed = ParseVarValue(GetVarInfo(ID), QLatin1String(sText), &bOk);
+    EXPECT_EQ(bOk, bGood) << GetVarName(ID).toStdString() << " " << sText;
+    EXPECT_EQ(static_cast<I32>(Parsed), Value) << GetVarName(ID).toStdString() << " " << sText;
   }
 }
 

@@ -126,30 +126,23 @@ private Q_SLOTS:
 
   void aResetGoesByTheModeOfItsEntry() {
     PerformAction(ACTION_EDIT_PREFERENCE, u"PREF_SHOW_PROGBAR_WHILE_RUNNING"_s, 1);
-    struct CASE {
-      U32 Entry;
-      const char* sMode;
-      const char* sButtons;
-      QString sStatus;
-    };
-    const CASE aCases[] = {
+    const std::tuple<U32, const char*, const char*, QString> aCases[] = {
         {ACTION_DEBUG_RESET_HALT, "RM_RESET_HALT", STANDING, u"CPU halted"_s},
         {ACTION_DEBUG_RESET_BREAK_AT_SYMBOL, "RM_BREAK_AT_SYMBOL", STANDING, u"CPU halted"_s},
         {ACTION_DEBUG_RESET_RUN, "RM_RESET_AND_RUN", RUNNING, u"CPU running..."_s},
     };
-    for (const CASE& Case : aCases) {
+    for (const auto& [Entry, sMode, sButtons, sStatus] : aCases) {
       m_pWindow->Console().Clear();
       const CStatusHistory Status;
-      ClickEntry(ACTION_DEBUG_RESET, Case.Entry);
-      QTRY_COMPARE(Status.Last(), Case.sStatus);
-      QCOMPARE(Status.Texts(), (QStringList{u"CPU halted"_s, u"Resetting Device..."_s, Case.sStatus}));
-      QTRY_COMPARE(Buttons(), Case.sButtons);
-      QTRY_COMPARE(IsPulsing(), Case.sButtons == RUNNING);
-      QCOMPARE(Echo(),
-               (QStringList{u"Debug.SetResetMode (%1);"_s.arg(QLatin1String(Case.sMode)), u"Debug.Reset();"_s}));
+      ClickEntry(ACTION_DEBUG_RESET, Entry);
+      QTRY_COMPARE(Status.Last(), sStatus);
+      QCOMPARE(Status.Texts(), (QStringList{u"CPU halted"_s, u"Resetting Device..."_s, sStatus}));
+      QTRY_COMPARE(Buttons(), sButtons);
+      QTRY_COMPARE(IsPulsing(), sButtons == RUNNING);
+      QCOMPARE(Echo(), (QStringList{u"Debug.SetResetMode (%1);"_s.arg(QLatin1String(sMode)), u"Debug.Reset();"_s}));
       // The button itself does the same from now on.
-      QCOMPARE(GetAction(ACTION_DEBUG_RESET)->icon().cacheKey(), GetAction(Case.Entry)->icon().cacheKey());
-      QCOMPARE(GetAction(ACTION_DEBUG_RESET)->statusTip(), GetAction(Case.Entry)->statusTip());
+      QCOMPARE(GetAction(ACTION_DEBUG_RESET)->icon().cacheKey(), GetAction(Entry)->icon().cacheKey());
+      QCOMPARE(GetAction(ACTION_DEBUG_RESET)->statusTip(), GetAction(Entry)->statusTip());
     }
   }
 

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr U32 LINE_MAIN = 39;  // the session halts in the function's first line
 constexpr U32 LINE_INIT = 40;  // a call
 constexpr U32 LINE_SIDE = 41;
 constexpr U32 LINE_TIMER = 42;
@@ -38,11 +37,7 @@ private Q_SLOTS:
   // What the user does, what the console shows of it, and the breakpoints afterwards.
   void breakpointsByMouseAndKeys() {
     const int Row = m_S.Editor().RowOfLine(LINE_INIT);
-    const struct {
-      std::function<void()> Do;
-      QString sEcho;
-      QString sBreakpoints;
-    } aSteps[] = {
+    const std::tuple<std::function<void()>, QString, QString> aSteps[] = {
         {[&] { m_S.ClickMargin(Row); }, u"Break.SetOnSrc (\"main.c:40\");"_s, Set(m_Init)},
         {[&] { m_S.ClickMargin(Row); }, u"Break.ClearOnSrc (\"main.c:40\");"_s, {}},
         {[&] { m_S.GoTo(LINE_INIT), m_S.Press(Qt::Key_F9); }, u"Break.SetOnSrc (\"main.c:40\");"_s, Set(m_Init)},
@@ -58,11 +53,11 @@ private Q_SLOTS:
          u"Break.ClearAll();"_s,
          {}},
     };
-    for (const auto& Step : aSteps) {
-      Step.Do();
+    for (const auto& [Do, sEcho, sBreakpoints] : aSteps) {
+      Do();
       const QString sConsole = m_S.TakeConsole();
-      QVERIFY2(sConsole.contains(Step.sEcho), qPrintable(Step.sEcho + u" not in "_s + sConsole));
-      QCOMPARE(m_S.Breakpoints(), Step.sBreakpoints);
+      QVERIFY2(sConsole.contains(sEcho), qPrintable(sEcho + u" not in "_s + sConsole));
+      QCOMPARE(m_S.Breakpoints(), sBreakpoints);
     }
     // A line without code hands its breakpoint on; the breakpoint is cleared where it stands.
     for (const auto& [Line, sEcho] : {std::pair{7u, "Break.SetOnSrc (\"main.c:7\");"},
@@ -112,11 +107,7 @@ private Q_SLOTS:
     const int Row = m_S.Editor().RowOfLine(LINE_SIDE);
     QVERIFY(m_S.Editor().Rows().IsExpandedAt(Row) && m_S.Editor().Rows().IsInstruction(Row + 2));
     const U32 Second = m_S.Editor().Rows().AddrOfRow(Row + 2);
-    const struct {
-      int Row;
-      QString sEcho;
-      QString sBreakpoints;
-    } aClicks[] = {
+    const std::tuple<int, QString, QString> aClicks[] = {
         {Row + 2, u"Break.Set (0x%1);"_s.arg(Second, 8, 16, QLatin1Char('0')), Set(Second)},
         {Row, u"Break.SetOnSrc (\"main.c:41\");"_s, Set(m_Side) + u' ' + Set(Second)},
         {Row + 1, u"Break.Disable (0x%1);"_s.arg(m_Side, 8, 16, QLatin1Char('0')),
@@ -125,11 +116,11 @@ private Q_SLOTS:
         {Row + 2, u"Break.Clear (0x%1);"_s.arg(Second, 8, 16, QLatin1Char('0')), Set(m_Side)},
         {Row, u"Break.ClearOnSrc (\"main.c:41\");"_s, {}},
     };
-    for (const auto& Click : aClicks) {
-      m_S.ClickMargin(Click.Row);
+    for (const auto& [ClickedRow, sEcho, sBreakpoints] : aClicks) {
+      m_S.ClickMargin(ClickedRow);
       const QString sConsole = m_S.TakeConsole();
-      QVERIFY2(sConsole.contains(Click.sEcho, Qt::CaseInsensitive), qPrintable(sConsole));
-      QCOMPARE(m_S.Breakpoints(), Click.sBreakpoints);
+      QVERIFY2(sConsole.contains(sEcho, Qt::CaseInsensitive), qPrintable(sConsole));
+      QCOMPARE(m_S.Breakpoints(), sBreakpoints);
     }
     // The line stays open over another document, and closes again.
     m_S.Source().Open(m_S.Path("traffic.c"));

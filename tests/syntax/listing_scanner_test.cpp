@@ -9,17 +9,9 @@ namespace {
 constexpr I32 IDLE = SYNTAX_IDLE;
 constexpr I32 IMMEDIATE = SYNTAX_IN_IMMEDIATE;
 
-// A text and the picture of its spans.
-struct LISTING_ROW {
-  int StartColumn;
-  int MnemonicColumns;
-  I32 StateOut;
-  const char* sText;
-  const char* sPicture;
-};
-
 TEST(ListingScanner, RowsOfDisassembly) {
-  const LISTING_ROW ROWS[] = {
+  // First column and columns of mnemonics, the state at the end, a text and the picture of its spans.
+  const std::tuple<int, int, I32, const char*, const char*> ROWS[] = {
       {0, 12, IMMEDIATE, "MOV R0, #0x10", "Mmm.Rr..Vvvvv"},
       {0, 12, IDLE, "BL          <main+4>", "Mm..........Llllllll"},
       {0, 12, IDLE, "B           Reset_Handler", "M...........Lllllllllllll"},
@@ -35,15 +27,15 @@ TEST(ListingScanner, RowsOfDisassembly) {
       {0, 12, IDLE, "NOP <main", "Mmm.Lllll"},
       {0, 12, IDLE, "R0<x>#1#2 ü", "RrLllVvVv.."},
   };
-  for (const LISTING_ROW& Row : ROWS) {
-    SCOPED_TRACE(Row.sText);
-    const QString sText = Row.sText;
-    const CSyntaxHighlighter Highlighter(Row.StartColumn, Row.MnemonicColumns);
+  for (const auto& [StartColumn, MnemonicColumns, StateOut, sRow, sPicture] : ROWS) {
+    SCOPED_TRACE(sRow);
+    const QString sText = sRow;
+    const CSyntaxHighlighter Highlighter(StartColumn, MnemonicColumns);
     for (const I32 StateIn : {IDLE, I32{SYNTAX_IN_BLOCK_COMMENT}, IMMEDIATE, I32{SYNTAX_IN_LABEL}, -1}) {
       const HIGHLIGHTED Text = HighlightText(Highlighter, SYNTAX_ASM_LISTING, sText, StateIn);
       ASSERT_EQ(BrokenOrder(Text, sText.size()), "");
-      EXPECT_EQ(Picture(Text, sText.size()), Row.sPicture);
-      EXPECT_EQ(Text.State, Row.StateOut);
+      EXPECT_EQ(Picture(Text, sText.size()), sPicture);
+      EXPECT_EQ(Text.State, StateOut);
     }
   }
 }

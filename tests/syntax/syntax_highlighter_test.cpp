@@ -11,11 +11,7 @@
 namespace {
 
 TEST(SyntaxHighlighter, ErasureKeepsPlacesAndLineEnds) {
-  const struct {
-    SYNTAX_LANGUAGE Language;
-    const char* sBefore;
-    const char* sAfter;
-  } ROWS[] = {
+  const std::tuple<SYNTAX_LANGUAGE, const char*, const char*> ROWS[] = {
       {SYNTAX_C, "int a; /* one\ntwo */ \"s\"; // x\nb", "int a; ______\n______ ___; ____\nb"},
       {SYNTAX_C, "/* a\r\n\r\nb */ c\r\n", "____\r\n\r\n____ c\r\n"},
       {SYNTAX_CPP, "#include<x>\n\"open\nstill\" y", "#include___\n_____\n______ y"},
@@ -25,13 +21,13 @@ TEST(SyntaxHighlighter, ErasureKeepsPlacesAndLineEnds) {
       {SYNTAX_C, "", ""},
       {SYNTAX_C, "\n\n", "\n\n"},
   };
-  for (const auto& Row : ROWS) {
-    QString sText = QString::fromUtf8(Row.sBefore);
+  for (const auto& [Language, sBefore, sAfter] : ROWS) {
+    QString sText = QString::fromUtf8(sBefore);
     const QString sShared = sText;
-    CSyntaxHighlighter::EraseCommentsAndStrings(Row.Language, sText, u'_');
-    EXPECT_EQ(sText, QString::fromUtf8(Row.sAfter)) << Row.sBefore;
-    EXPECT_EQ(sShared, QString::fromUtf8(Row.sBefore));
-    EXPECT_EQ(BrokenRule(CSyntaxHighlighter(), Row.Language, sShared, SYNTAX_IDLE), "");
+    CSyntaxHighlighter::EraseCommentsAndStrings(Language, sText, u'_');
+    EXPECT_EQ(sText, QString::fromUtf8(sAfter)) << sBefore;
+    EXPECT_EQ(sShared, QString::fromUtf8(sBefore));
+    EXPECT_EQ(BrokenRule(CSyntaxHighlighter(), Language, sShared, SYNTAX_IDLE), "");
   }
 }
 

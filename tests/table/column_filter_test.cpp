@@ -10,11 +10,7 @@ using namespace Qt::StringLiterals;
 TEST(ColumnFilter, NumbersByOperator) {
   constexpr I64 LOWEST = std::numeric_limits<I64>::min(), HIGHEST = std::numeric_limits<I64>::max();
   constexpr I64 NUMBERS[] = {LOWEST, -5, 0, 4, 5, 6, 15, 16, 17, 32, 33, HIGHEST};
-  const struct {
-    const char* sFilter;
-    U32 Kind;
-    std::vector<I64> Shown;
-  } ROWS[] = {
+  const std::tuple<const char*, U32, std::vector<I64>> ROWS[] = {
       {"5", COLUMN_INTEGER, {5}},
       {" 0x10 ", COLUMN_INTEGER, {16}},
       {"> 5", COLUMN_INTEGER, {6, 15, 16, 17, 32, 33, HIGHEST}},
@@ -38,24 +34,19 @@ TEST(ColumnFilter, NumbersByOperator) {
       {"10 - 20", COLUMN_INTEGER | COLUMN_HEX, {16, 17, 32}},
       {"f", COLUMN_INTEGER | COLUMN_HEX, {15}},
   };
-  for (const auto& Row : ROWS) {
-    const CColumnFilter Filter(QLatin1String(Row.sFilter), Row.Kind);
-    std::vector<I64> Shown;
+  for (const auto& [sFilter, Kind, Shown] : ROWS) {
+    const CColumnFilter Filter(QLatin1String(sFilter), Kind);
+    std::vector<I64> Accepted;
     for (const I64 Number : NUMBERS) {
-      if (Filter.AcceptsInteger(Number)) Shown.push_back(Number);
+      if (Filter.AcceptsInteger(Number)) Accepted.push_back(Number);
     }
-    EXPECT_EQ(Shown, Row.Shown) << Row.sFilter;
+    EXPECT_EQ(Accepted, Shown) << sFilter;
   }
 }
 
 // Cells without a value of their own are read as they are shown.
 TEST(ColumnFilter, NumbersAsShown) {
-  const struct {
-    QString sFilter;
-    U32 Kind;
-    QString sCell;
-    bool bShown;
-  } ROWS[] = {
+  const std::tuple<QString, U32, QString, bool> ROWS[] = {
       {u"0x20000010"_s, COLUMN_INTEGER | COLUMN_HEX, u"2000\u20080010"_s, true},
       {u"2000\u20080010"_s, COLUMN_INTEGER | COLUMN_HEX, u"20000010"_s, true},
       {u"> 1000"_s, COLUMN_INTEGER, u"1\u2008234"_s, true},
@@ -71,19 +62,15 @@ TEST(ColumnFilter, NumbersAsShown) {
       {u"<= -1.5"_s, COLUMN_FLOAT, u"-1.5"_s, true},
       {u"nan"_s, COLUMN_FLOAT, u"1"_s, false},
   };
-  for (const auto& Row : ROWS) {
-    EXPECT_EQ(CColumnFilter(Row.sFilter, Row.Kind).AcceptsNumberText(Row.sCell), Row.bShown)
-        << Row.sFilter.toStdString() << " of " << Row.sCell.toStdString();
+  for (const auto& [sFilter, Kind, sCell, bShown] : ROWS) {
+    EXPECT_EQ(CColumnFilter(sFilter, Kind).AcceptsNumberText(sCell), bShown)
+        << sFilter.toStdString() << " of " << sCell.toStdString();
   }
 }
 
 // What is named of the cell stands between brackets; a cell that is not shown is empty.
 TEST(ColumnFilter, TextsAndWhatIsMarked) {
-  const struct {
-    const char* sFilter;
-    const char* sCell;
-    const char* sMarked;
-  } ROWS[] = {
+  const std::tuple<const char*, const char*, const char*> ROWS[] = {
       {"led", "ToggleLed_LEDs", "Toggle[Led]_LEDs"},
       {"*led*", "ToggleLed", "Toggle[Led]"},
       {"led*", "LEDs", "[LED]s"},
@@ -100,15 +87,12 @@ TEST(ColumnFilter, TextsAndWhatIsMarked) {
       {"(x", "f(x)", "f[(x])"},
       {"led", "", ""},
   };
-  for (const auto& Row : ROWS) {
-    const CColumnFilter Filter(QLatin1String(Row.sFilter), COLUMN_TEXT);
-    QString sCell = QLatin1String(Row.sCell), sMarked;
-    if (Filter.AcceptsText(sCell)) {
-      const TEXT_MATCH Match = Filter.Match(sCell);
-      sMarked = Match.Length == 0 ? sCell
-                                  : sCell.left(Match.Start) + u'[' + sCell.mid(Match.Start, Match.Length) + u']' +
-                                        sCell.mid(Match.Start + Match.Length);
-    }
-    EXPECT_EQ(sMarked, QLatin1String(Row.sMarked)) << Row.sFilter << " of " << Row.sCell;
+  for (const auto& [sFilter, sText, sMarked] : ROWS) {
+    const CColumnFilter Filter(QLatin1String(sFilter), COLUMN_TEXT);
+    QString sCell = QLatin1String(sText);
+    const TEXT_MATCH Match = Filter.AcceptsText(sCell) ? Filter.Match(sCell) : TEXT_MATCH();
+    if (Match.Length > 0) sCell.insert(Match.Start + Match.Length, u']').insert(Match.Start, u'[');
+    if (!Filter.AcceptsText(QLatin1String(sText))) sCell.clear();
+    EXPECT_EQ(sCell, QLatin1String(sMarked)) << sFilter << " of " << sText;
   }
 }

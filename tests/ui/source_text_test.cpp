@@ -14,12 +14,8 @@ class CSourceTextTest : public QObject {
 private Q_SLOTS:
   void bytesBecomeTextAndComeBack() {
     const auto Utf16 = [](const char* pBytes, qsizetype Size) { return QByteArray(pBytes, Size); };
-    const struct {
-      QByteArray Bytes;
-      QString sText;
-      QStringConverter::Encoding Codec;
-      bool bMark;
-    } aRows[] = {
+    // and whether they begin with a mark
+    const std::tuple<QByteArray, QString, QStringConverter::Encoding, bool> aRows[] = {
         {"/* \xC3\xBC */", QStringLiteral(u"/* ü */"), QStringConverter::Utf8, false},
         {"\xEF\xBB\xBFint x;", u"int x;"_s, QStringConverter::Utf8, true},
         {"/* \xFC */", QStringLiteral(u"/* ü */"), QStringConverter::Latin1, false},
@@ -32,14 +28,14 @@ private Q_SLOTS:
         {Utf16("\xFF\xFE\0\xD8x\0", 6), QString(QChar(0xD800)) + u'x', QStringConverter::Utf16LE, true},  // half a pair
         {"\xFF\xFEi", QStringLiteral(u"ÿþi"), QStringConverter::Latin1, false},  // half a character
     };
-    for (const auto& Row : aRows) {
+    for (const auto& [Bytes, sDecoded, Codec, bMark] : aRows) {
       SOURCE_ENCODING Encoding;
-      const QString sText = DecodeSource(Row.Bytes, &Encoding);
-      QCOMPARE(sText, Row.sText);
-      QCOMPARE(Encoding, (SOURCE_ENCODING{Row.Codec, Row.bMark}));
+      const QString sText = DecodeSource(Bytes, &Encoding);
+      QCOMPARE(sText, sDecoded);
+      QCOMPARE(Encoding, (SOURCE_ENCODING{Codec, bMark}));
       QByteArray Again;
       QVERIFY(EncodeSource(sText, Encoding, &Again));
-      QCOMPARE(Again, Row.Bytes);
+      QCOMPARE(Again, Bytes);
     }
   }
 

@@ -73,12 +73,7 @@ private Q_SLOTS:
 
   // Row, key, what the console says.
   void keysActOnTheCurrentRow() {
-    const struct {
-      const char* sLocation;
-      Qt::Key Key;
-      Qt::KeyboardModifiers Modifiers;
-      const char* sEcho;
-    } aSteps[] = {
+    const std::tuple<const char*, Qt::Key, Qt::KeyboardModifiers, const char*> aSteps[] = {
         {"lines.cpp:29", Qt::Key_F9, Qt::ShiftModifier, "Break.DisableOnSrc (\"lines.cpp:29\");"},
         {"lines.cpp:29", Qt::Key_F9, Qt::ShiftModifier, "Break.EnableOnSrc (\"lines.cpp:29\");"},
         {"Derived 0x0000007E", Qt::Key_F9, Qt::ShiftModifier, "Break.Disable (0x0000007E);"},
@@ -90,13 +85,13 @@ private Q_SLOTS:
     };
     SetSome();
     m_pBreaks->ExpandAll();
-    for (const auto& Step : aSteps) {
-      ClickOn(QLatin1String(Step.sLocation));
+    for (const auto& [sLocation, Key, Modifiers, sEcho] : aSteps) {
+      ClickOn(QLatin1String(sLocation));
       TakeConsole(*m_pWindow);
-      QTest::keyClick(m_pBreaks->View(), Step.Key, Step.Modifiers);
+      QTest::keyClick(m_pBreaks->View(), Key, Modifiers);
       Settle();
       const QString sConsole = TakeConsole(*m_pWindow);
-      QVERIFY2(Step.sEcho ? sConsole.contains(QLatin1String(Step.sEcho)) : sConsole.isEmpty(), qPrintable(sConsole));
+      QVERIFY2(sEcho ? sConsole.contains(QLatin1String(sEcho)) : sConsole.isEmpty(), qPrintable(sConsole));
     }
     QVERIFY(m_pBreaks->IsEmpty());
     QVERIFY(DeviceList().isEmpty());

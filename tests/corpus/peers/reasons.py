@@ -12,11 +12,17 @@ class Context:
     def __init__(self, inspect, path, info):
         self.path, self.info = path, info
         self._rows, self._ends = {}, set()
+        sequence = []
         for address, file, line, _, flags in facts.rows(inspect, "lines", path):
-            if "E" in flags:
-                self._ends.add(int(address, 16))
-            elif line != "0":
-                self._rows.setdefault(int(address, 16), []).append((file.rsplit("/", 1)[-1], int(line)))
+            if "E" not in flags:
+                sequence.append((int(address, 16), line, file.rsplit("/", 1)[-1]))
+                continue
+            end = int(address, 16)
+            self._ends.add(end)
+            for begin, number, name in sequence:  # a row at the end has no code
+                if begin != end and number != "0":
+                    self._rows.setdefault(begin, []).append((name, int(number)))
+            sequence = []
         self._addresses = sorted(self._rows)
         self.in_words = b".note.iar" in path.read_bytes()  # the name of a section
         self.objects = {int(value, 16) for value, _, kind, *_ in facts.rows(inspect, "symbols", path) if kind == "OBJECT"}

@@ -156,11 +156,8 @@ TEST_F(DataProvider, BadRequests) {
 }
 
 TEST_F(DataProvider, FetchesOnlyWhatIsMissing) {
-  const struct {
-    std::vector<std::pair<U32, U32>> Valid;
-    U32 Addr, NumBytes;
-    const char* sJobs;
-  } aCase[] = {
+  // Ranges that are known, the one that is asked for, and the jobs.
+  const std::tuple<std::vector<std::pair<U32, U32>>, U32, U32, const char*> aCase[] = {
       {{{0x1000, 0x10}}, 0x1000, 0x40, "1010+48"},
       {{{0x1010, 0x10}}, 0x1000, 0x40, "1000+16; 1020+32"},
       // Runs of an item's size are widened to whole items.
@@ -177,13 +174,13 @@ TEST_F(DataProvider, FetchesOnlyWhatIsMissing) {
        0x60,
        "1000+16; 1011+15; 1021+15; 1031+15; 1041+15; 1000+96"},
   };
-  for (const auto& Case : aCase) {
+  for (const auto& [Valid, Addr, NumBytes, sJobs] : aCase) {
     Provider.ClearCaches(true);
-    for (const auto& [Addr, NumBytes] : Case.Valid) MakeValid(Addr, NumBytes);
-    EXPECT_EQ(Request(A, Case.Addr, Case.NumBytes), DATA_PENDING);
-    EXPECT_EQ(Jobs(), Case.sJobs);
+    for (const auto& [ValidAddr, NumValid] : Valid) MakeValid(ValidAddr, NumValid);
+    EXPECT_EQ(Request(A, Addr, NumBytes), DATA_PENDING);
+    EXPECT_EQ(Jobs(), sJobs);
     Access.Answer();
-    EXPECT_EQ(std::exchange(A.sHeard, {}).size(), 1) << Case.sJobs;
+    EXPECT_EQ(std::exchange(A.sHeard, {}).size(), 1) << sJobs;
   }
 }
 

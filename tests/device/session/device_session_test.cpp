@@ -128,11 +128,8 @@ TEST_F(DeviceSession, EachFaultHasItsTextAndItsEvent) {
     Device.ScheduleContinue();
     Settle();
   };
-  const struct {
-    const char* sFault;  // probe command
-    std::function<void()> Act;
-    const char *sLog, *sHeard;
-  } aCase[] = {
+  // The probe's command that makes the fault, what is done, the log, and what is heard.
+  const std::tuple<const char*, std::function<void()>, const char*, const char*> aCase[] = {
       {"sim.fail SelectUSB 1", Connect, "Connect: serial number not found on usb", "not connected 1"},
       {"sim.fail SelectIP 1", [&] { ConnectBy(HOST_IF_IP, ""); }, "Connect: error during configuration of IP interface",
        "not connected 1"},
@@ -155,16 +152,16 @@ TEST_F(DeviceSession, EachFaultHasItsTextAndItsEvent) {
       {"sim.lose-connection 0", [&] { Device.ScheduleStepInst(), Settle(), Device.ScheduleContinue(); },
        "Continue: connection lost", "lost; not resumed"},
   };
-  for (const auto& Case : aCase) {
-    SCOPED_TRACE(testing::Message() << Case.sFault << " " << Case.sLog);
+  for (const auto& [sFault, Act, sLog, sHeard] : aCase) {
+    SCOPED_TRACE(testing::Message() << sFault << " " << sLog);
     ConnectHalted();
-    if (*Case.sFault) Do(Case.sFault);
-    Case.Act();
+    if (*sFault) Do(sFault);
+    Act();
     Settle();
     const QRegularExpression Text(QRegularExpression::wildcardToRegularExpression(
-        QString(Case.sLog).replace("[", "[[]"), QRegularExpression::UnanchoredWildcardConversion));
+        QString(sLog).replace("[", "[[]"), QRegularExpression::UnanchoredWildcardConversion));
     EXPECT_FALSE(Witness.sLog.filter(Text).isEmpty()) << Witness.sLog.join('\n').toStdString();
-    EXPECT_EQ(TakeHeard(), Case.sHeard);
+    EXPECT_EQ(TakeHeard(), sHeard);
   }
 }
 

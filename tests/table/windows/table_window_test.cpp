@@ -216,20 +216,16 @@ private Q_SLOTS:
 
   void keysOfTheTree() {
     ClickItem(u"cherry"_s);
-    const struct {
-      Qt::Key Key;
-      const char* sRows;
-      const char* sCurrent;
-    } STEPS[] = {
+    const std::tuple<Qt::Key, const char*, const char*> STEPS[] = {
         {Qt::Key_Plus, "pear Apple fig cherry( z)", "cherry"},  {Qt::Key_Minus, "pear Apple fig cherry", "cherry"},
         {Qt::Key_Right, "pear Apple fig cherry( z)", "cherry"}, {Qt::Key_Right, "pear Apple fig cherry( z)", "z"},
         {Qt::Key_Right, "pear Apple fig cherry( z( zz))", "z"}, {Qt::Key_Left, "pear Apple fig cherry( z)", "z"},
         {Qt::Key_Left, "pear Apple fig cherry( z)", "cherry"},  {Qt::Key_Left, "pear Apple fig cherry", "cherry"},
     };
-    for (const auto& Step : STEPS) {
-      QTest::keyClick(m_pWindow->View(), Step.Key);
-      QCOMPARE(Rows(), QLatin1String(Step.sRows));
-      QCOMPARE(m_pWindow->GetCurrentItem().data().toString(), QLatin1String(Step.sCurrent));
+    for (const auto& [Key, sRows, sCurrent] : STEPS) {
+      QTest::keyClick(m_pWindow->View(), Key);
+      QCOMPARE(Rows(), QLatin1String(sRows));
+      QCOMPARE(m_pWindow->GetCurrentItem().data().toString(), QLatin1String(sCurrent));
     }
     QTest::keyClick(m_pWindow->View(), Qt::Key_Return);
     DoubleClickItem(u"Apple"_s, 0);
@@ -256,27 +252,23 @@ private Q_SLOTS:
   }
 
   void rangesOfTheDialog() {
-    const struct {
-      const char* sFilter;
-      const char* sMin;
-      const char* sMax;
-      const char* sMade;
-    } ROWS[] = {{"*", "", "", "*"},
+    // A filter, the ends of its range, and the filter that they make.
+    const std::tuple<const char*, const char*, const char*, const char*> ROWS[] = {{"*", "", "", "*"},
                 {"10 - 20", "10", "20", "10 - 20"},
                 {">= 5", "5", "", ">= 5"},
                 {"<= -5", "", "-5", "<= -5"},
                 {"7", "7", "7", "7 - 7"},
                 {"nonsense", "", "", "*"},
                 {"20 - 10", "20", "10", "20 - 10"}};
-    for (const auto& Row : ROWS) {
+    for (const auto& [sFilter, sMin, sMax, sMade] : ROWS) {
       CFilterHeaderDialog Dialog(nullptr, u"Count"_s, COLUMN_INTEGER);
-      Dialog.SetFilter(QLatin1String(Row.sFilter));
+      Dialog.SetFilter(QLatin1String(sFilter));
       const QList<QLineEdit*> Fields = Dialog.findChildren<QLineEdit*>();
-      QCOMPARE(Fields.value(0)->text(), QLatin1String(Row.sMin));
-      QCOMPARE(Fields.value(1)->text(), QLatin1String(Row.sMax));
-      QCOMPARE(Dialog.GetFilter(), QLatin1String(Row.sMade));
+      QCOMPARE(Fields.value(0)->text(), QLatin1String(sMin));
+      QCOMPARE(Fields.value(1)->text(), QLatin1String(sMax));
+      QCOMPARE(Dialog.GetFilter(), QLatin1String(sMade));
       QPushButton* const pOk = Dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
-      QCOMPARE(pOk->isEnabled(), qstrcmp(Row.sMin, "20") != 0);
+      QCOMPARE(pOk->isEnabled(), qstrcmp(sMin, "20") != 0);
       QTest::keyClicks(Fields[0], u"x"_s);
       QVERIFY(!pOk->isEnabled());
     }
