@@ -77,7 +77,8 @@ TEST(ActionTable, EnableRules) {
       .ProjectOpen = true, .DocumentOpen = true, .ActiveDocumentModified = true, .AnyDocumentModified = true};
   const ACTION_STATE Broken = {.HasBreakpoint = true};
   const ACTION_STATE States[] = {Idle, Running, Halted, Editing, Broken};
-  // With arguments or not, in each of the states, "-" where it does not matter: A accepted, G enabled in menus, V visible.
+  // With arguments or not, in each of the states, "-" where it does not matter: A accepted, G enabled in menus, V
+  // visible.
   const std::tuple<ACTION_ID, bool, QStringList> Cases[] = {
       {ACTION_DEBUG_START, false, {"AGV", ""}},
       {ACTION_DEBUG_CONTINUE, false, {"A", "A", "AGV"}},

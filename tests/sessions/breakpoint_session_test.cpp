@@ -36,7 +36,7 @@ constexpr const char* START = "Debug.Start\n@wait halted\n";
 constexpr const char* GO = "Debug.Continue\n@wait halted\n";
 
 TEST_F(BreakpointSession, CommandsRefuseInTheirWords) {
-  // What comes ahead of a command, the command, and its error.
+  // What comes ahead of a command, the command, and its error; null: none.
   const std::tuple<const char*, const char*, const char*> aCases[] = {
       {"", "Break.Set 0x100", nullptr},
       {"Break.Set 0x101", "Break.Set 0x100", "Breakpoint already set"},

@@ -14,7 +14,7 @@ class CSourceTextTest : public QObject {
 private Q_SLOTS:
   void bytesBecomeTextAndComeBack() {
     const auto Utf16 = [](const char* pBytes, qsizetype Size) { return QByteArray(pBytes, Size); };
-    // and whether they begin with a mark
+    // Bytes, their text, its encoding, and whether a mark is ahead of it.
     const std::tuple<QByteArray, QString, QStringConverter::Encoding, bool> aRows[] = {
         {"/* \xC3\xBC */", QStringLiteral(u"/* ü */"), QStringConverter::Utf8, false},
         {"\xEF\xBB\xBFint x;", u"int x;"_s, QStringConverter::Utf8, true},

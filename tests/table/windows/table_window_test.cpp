@@ -254,12 +254,12 @@ private Q_SLOTS:
   void rangesOfTheDialog() {
     // A filter, the ends of its range, and the filter that they make.
     const std::tuple<const char*, const char*, const char*, const char*> ROWS[] = {{"*", "", "", "*"},
-                {"10 - 20", "10", "20", "10 - 20"},
-                {">= 5", "5", "", ">= 5"},
-                {"<= -5", "", "-5", "<= -5"},
-                {"7", "7", "7", "7 - 7"},
-                {"nonsense", "", "", "*"},
-                {"20 - 10", "20", "10", "20 - 10"}};
+                                                                                   {"10 - 20", "10", "20", "10 - 20"},
+                                                                                   {">= 5", "5", "", ">= 5"},
+                                                                                   {"<= -5", "", "-5", "<= -5"},
+                                                                                   {"7", "7", "7", "7 - 7"},
+                                                                                   {"nonsense", "", "", "*"},
+                                                                                   {"20 - 10", "20", "10", "20 - 10"}};
     for (const auto& [sFilter, sMin, sMax, sMade] : ROWS) {
       CFilterHeaderDialog Dialog(nullptr, u"Count"_s, COLUMN_INTEGER);
       Dialog.SetFilter(QLatin1String(sFilter));
