@@ -52,9 +52,10 @@ void AddLines(DATABASE& Db, CReaderFiles& ReaderFiles) {
   for (U32 i = 0; i < NumLines; ++i) {
     const U32 Addr = ELF_GetSrcLineAddr(Db.pElf, i);
     if (bStartsRun) bIsCode = IsRunOfCode(Addr, Floor);
-    bStartsRun = (ELF_GetSrcLineFlags(Db.pElf, i) & ELF_LINE_END_SEQUENCE) != 0;
+    const U32 Flags = ELF_GetSrcLineFlags(Db.pElf, i);
+    bStartsRun = (Flags & ELF_LINE_END_SEQUENCE) != 0;
     // The end of a run of code would take the first address of whatever stands behind it.
-    if (bStartsRun) continue;
+    if (Flags & (ELF_LINE_END_SEQUENCE | ELF_LINE_WITHOUT_CODE)) continue;
     if (Addr < Floor || !bIsCode) {
       ++Db.NumDiscardedLines;
       continue;

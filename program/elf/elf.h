@@ -250,6 +250,7 @@ enum ELF_LINE_FLAGS : U32 {
   ELF_LINE_IS_STMT = 1,       // recommended place of a breakpoint
   ELF_LINE_END_SEQUENCE = 2,  // first address behind a run of code: names no instruction of the line
   ELF_LINE_PROLOGUE_END = 4,
+  ELF_LINE_WITHOUT_CODE = 8,  // at the address where its run of code ends, which belongs to what stands behind it
 };
 
 // Rows of the line tables, unit by unit, in table order. Address, line and column are -1 outside the list, the file

@@ -113,8 +113,9 @@ void CLineReader::AppendRows(const LINE_HEADER& Header, I32 FileTable, const std
     bStarts = Row.bEndSequence;
     if (bDropped || (Row.Addr > INVALID_ADDR && !Row.bEndSequence)) continue;
     if (Table.Lines().size() >= MAX_LINES) break;
-    Table.AddLine({static_cast<U32>(std::min<U64>(Row.Addr, INVALID_ADDR)), Row.Line, File,
-                   static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
+    const U32 Addr = static_cast<U32>(std::min<U64>(Row.Addr, INVALID_ADDR));
+    if (Row.bEndSequence) Table.EndRun(Addr);
+    Table.AddLine({Addr, Row.Line, File, static_cast<U16>(std::min(Row.Column, MAX_COLUMN)), FlagsOf(Row)});
   }
   const bool bTooMany = Table.Lines().size() >= MAX_LINES;
   if (!Program.Damage().sWhat && !bTooMany) return;

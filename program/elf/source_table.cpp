@@ -1,5 +1,7 @@
 #include "program/elf/source_table.h"
 
+#include "program/elf/elf.h"
+
 namespace {
 
 // Compilers enter these among the files for what comes from no file.
@@ -48,4 +50,11 @@ I32 CSourceTable::FileOf(I32 FileTable, I64 Number) const {
   const FILE_TABLE& Table = aFileTables[FileTable];
   const I64 Index = Number - Table.FirstNumber;
   return Index >= 0 && Index < static_cast<I64>(Table.aFiles.size()) ? Table.aFiles[Index] : -1;
+}
+
+void CSourceTable::EndRun(U32 Addr) {
+  for (auto it = aLines.rbegin(); it != aLines.rend() && it->Addr == Addr && !(it->Flags & ELF_LINE_END_SEQUENCE);
+       ++it) {
+    it->Flags |= ELF_LINE_WITHOUT_CODE;
+  }
 }

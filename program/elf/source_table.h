@@ -30,6 +30,8 @@ public:
   // File of a number as DW_AT_decl_file and line rows give it, -1 if there is none.
   I32 FileOf(I32 FileTable, I64 Number) const;
   void AddLine(const SRC_LINE& Line) { aLines.push_back(Line); }
+  // The run of code that the lines added last are of ends at that address. Marks those of them without code.
+  void EndRun(U32 Addr);
   void DropLinesFrom(size_t First) { aLines.resize(First); }
 
   U32 NumFiles() const { return static_cast<U32>(aFiles.size()); }

@@ -106,4 +106,20 @@ TEST_F(LinesTest, StatementStartsAndExecutableLines) {
   EXPECT_FALSE(ELFAPI_IsLocExecutable({}));
 }
 
+// Compilers write a last line where a function ends, which is where the next one begins.
+TEST_F(LinesTest, AFunctionBeginsWithItsOwnLine) {
+  for (const auto& [sProgram, MinFuncs] :
+       {std::pair(u"traffic_light/traffic_light"_s, 15), {u"weather_station/weather_station"_s, 15}}) {
+    ASSERT_EQ(ELFAPI_Load(QStringLiteral(VEXOR_SOURCE_DIR "/examples/") + sProgram + u".elf"_s), 0);
+    int NumFuncs = 0;
+    for (const ELF_SYM_HANDLE Func : ELFAPI_GetFunctions()) {
+      const U32 Addr = ELFAPI_GetAddr(Func);
+      if (Addr == INVALID_ADDR || !ELFAPI_GetDeclLoc(Func).IsValid()) continue;
+      ++NumFuncs;
+      EXPECT_EQ(LocTextAt(Addr), LocText(ELFAPI_GetDeclLoc(Func))) << std::hex << Addr;
+    }
+    EXPECT_GE(NumFuncs, MinFuncs);
+  }
+}
+
 }  // namespace
