@@ -1,12 +1,11 @@
 // Real cores behind a real server: every case runs on each machine of the table.
 
-#include <QProcess>
 #include <chrono>
-#include <sstream>
 #include <thread>
 
 #include "server_fixture.h"
 #include "tests/common/loopback_port.h"
+#include "tests/common/symbol_address.h"
 
 namespace {
 
@@ -38,19 +37,6 @@ const MACHINE MACHINES[] = {
     {"ARM1136", "ARM11", "arm1136jf-s", "realview-eb -cpu arm1136", false, 0x20000, 0x4117B363},
 };
 
-// Value of a symbol, by readelf, without the bit of Thumb.
-U32 AddressOf(const std::string& sElf, const std::string& sSymbol) {
-  QProcess Reader;
-  Reader.start(QStringLiteral("readelf"), {QStringLiteral("-sW"), QString::fromStdString(sElf)});
-  Reader.waitForFinished();
-  std::istringstream Table(Reader.readAllStandardOutput().toStdString());
-  for (std::string sLine; std::getline(Table, sLine);) {
-    if (sLine.ends_with(' ' + sSymbol)) return std::stoul(sLine.substr(sLine.find(':') + 1), nullptr, 16) & ~1u;
-  }
-  ADD_FAILURE() << sSymbol << " in " << sElf;
-  return 0;
-}
-
 class EmulatorTest : public CServerTest, public testing::WithParamInterface<MACHINE> {
 protected:
   void SetUp() override {
@@ -70,10 +56,11 @@ protected:
     if (!m_Emulator.waitForStarted()) GTEST_SKIP() << "qemu-system-arm is not installed";
     m_Port.Close();
     m_MonitorPort.Close();
-    m_Start = AddressOf(Machine.Program(), "Start");
-    m_NextValue = AddressOf(Machine.Program(), "NextValue");
-    m_Counter = AddressOf(Machine.Program(), "g_Counter");
-    m_Rounds = AddressOf(Machine.Program(), "g_Rounds");
+    const QString sElf = QString::fromStdString(Machine.Program());
+    m_Start = AddressOf(sElf, QStringLiteral("Start"));
+    m_NextValue = AddressOf(sElf, QStringLiteral("NextValue"));
+    m_Counter = AddressOf(sElf, QStringLiteral("g_Counter"));
+    m_Rounds = AddressOf(sElf, QStringLiteral("g_Rounds"));
     m_ISA = Machine.bCortexM ? VNODE_BP_THUMB : VNODE_BP_ARM;
     m_PCIndex = Machine.bCortexM ? U32(VNODE_REG_PC) : BANKED_PC;
     ASSERT_TRUE(

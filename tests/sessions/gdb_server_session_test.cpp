@@ -41,7 +41,6 @@ TEST_F(GdbServerSession, LoadsGoesToMainBreaksStepsAndResets) {
   const QString sElf = u"examples/traffic_light/traffic_light.elf"_s;
   const quint32 Main = AddressOf(sElf, u"main"_s);
   const quint32 Function = AddressOf(sElf, u"traffic_init"_s);
-  ASSERT_TRUE(Main && Function);
   const SESSION_RESULT Run = RunSession(
       u"File.Open (\"%1\");\n@wait idle\nDebug.Start();\n@wait halted\nTarget.GetReg PC\n"
       "Break.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\n"
@@ -63,7 +62,6 @@ TEST_F(GdbServerSession, DebugsACoreThatTheSimulatorDoesNotHave) {
   const QString sElf = u"tests/probe_gdb/firmware/cortex-r5.elf"_s;
   const quint32 Function = AddressOf(sElf, u"NextValue"_s);
   const quint32 Counter = AddressOf(sElf, u"g_Counter"_s);
-  ASSERT_TRUE(Function && Counter);
   const SESSION_RESULT Run = RunSession(
       u"File.Open (\"%1\");\n@wait idle\nDebug.SetResetMode RM_RESET_HALT\nDebug.Start();\n@wait halted\n"
       "Target.GetReg PC\nBreak.Set 0x%2\nDebug.Continue\n@wait halted\nTarget.GetReg PC\nTarget.ReadU32 0x%3\n"

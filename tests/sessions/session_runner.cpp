@@ -49,11 +49,3 @@ SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS) {
   const QString sSession = u"File.Open (\"%1\");\n@wait idle %2\nUtil.Log (\"still here\");\n"_s.arg(sFile).arg(WaitMS);
   return RunSession(sSession, {}, 2 * WaitMS + 10'000);
 }
-
-quint32 AddressOf(const QString& sElf, const QString& sSymbol) {
-  for (const QString& sLine : RunProgram(u"readelf"_s, {u"-sW"_s, sElf}).Lines) {
-    const QStringList Columns = sLine.simplified().split(u' ');
-    if (Columns.size() >= 8 && Columns[7] == sSymbol) return Columns[1].toUInt(nullptr, 16) & ~1u;
-  }
-  return 0;
-}

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include "tests/common/files.h"
+#include "tests/common/symbol_address.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +32,6 @@ SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS = 10'000);
 // Runs any of our programs.
 SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments, const QByteArray& Input = {},
                           int LimitMS = 60'000);
-// Address of a function's first instruction, as readelf gives it.
-quint32 AddressOf(const QString& sElf, const QString& sSymbol);
 
 // A session with a folder for its files.
 class SessionTest : public testing::Test {
