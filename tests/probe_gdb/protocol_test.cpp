@@ -296,28 +296,22 @@ TEST_F(ProtocolTest, BreakpointsAreOfTheKindThatTheMemoryTakes) {
 
 TEST_F(ProtocolTest, ABreakpointThatCanDoWithoutMakesRoomInTheComparator) {
   constexpr U32 FIRST = CFakeServer::FLASH_ADDR + 0x100;  // where the core stands
-  struct CASE {
-    const char* sName;
-    const char* sRefused;
-    U32 FirstIs;
-    bool bSecond;
-    std::set<std::string> Installed;
-  };
-  const CASE CASES[] = {
+  // The request that is refused, what the first one is then, whether there is a second one, and what is installed.
+  const std::tuple<const char*, const char*, U32, bool, std::set<std::string>> CASES[] = {
       {"moves", "-", VNODE_BP_IS_SOFT_FLASH, true, {"0,8000100,3", "1,8000104,3"}},
       {"cannot move", "Z0", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
       {"moves in vain", "Z1,8000104", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
       {"is not let go", "z1", VNODE_BP_IS_HARD, false, {"1,8000100,3"}},
   };
-  for (const CASE& Case : CASES) {
-    SCOPED_TRACE(Case.sName);
+  for (const auto& [sName, sRefused, FirstIs, bSecond, Expected] : CASES) {
+    SCOPED_TRACE(sName);
     std::set<std::string> Installed;
-    m_Server.Fault = [&](const std::string& sRequest, std::string* psRaw) {
+    m_Server.Fault = [&, sRefused = sRefused](const std::string& sRequest, std::string* psRaw) {
       const auto IsHard = [](const std::string& sPoint) { return sPoint[0] == '1'; };
       const std::string sPoint = sRequest.substr(1);
       const bool bFull = sRequest.starts_with("Z1") && std::any_of(Installed.begin(), Installed.end(), IsHard);
       *psRaw = "+" + PacketOf("E28");
-      if (bFull || sRequest.starts_with(Case.sRefused)) return true;
+      if (bFull || sRequest.starts_with(sRefused)) return true;
       if (sRequest[0] == 'Z') Installed.insert(sPoint);
       const size_t NumRemoved = sRequest[0] == 'z' ? Installed.erase(sPoint) : 1;
       EXPECT_EQ(NumRemoved, 1u) << sRequest;
@@ -326,11 +320,11 @@ TEST_F(ProtocolTest, ABreakpointThatCanDoWithoutMakesRoomInTheComparator) {
     m_Server.aRegs[15] = FIRST;
     ConnectAs("Cortex-M3");
     const int First = API.VNODEARM_SetBPEx(FIRST, VNODE_BP_IMP_ANY | VNODE_BP_THUMB);
-    EXPECT_EQ(API.VNODEARM_SetBPEx(FIRST + 4, VNODE_BP_IMP_HW | VNODE_BP_THUMB) != 0, Case.bSecond);
-    EXPECT_EQ(ImpFlagsOf(First), Case.FirstIs);
-    EXPECT_EQ(Installed, Case.Installed);
+    EXPECT_EQ(API.VNODEARM_SetBPEx(FIRST + 4, VNODE_BP_IMP_HW | VNODE_BP_THUMB) != 0, bSecond);
+    EXPECT_EQ(ImpFlagsOf(First), FirstIs);
+    EXPECT_EQ(Installed, Expected);
     EXPECT_EQ(API.VNODEARM_Step(), 0) << "without it, as what it is now";
-    EXPECT_EQ(Installed, Case.Installed);
+    EXPECT_EQ(Installed, Expected);
     API.VNODEARM_Close();
   }
 }

@@ -17,13 +17,6 @@ SESSION_RESULT RunExample(const QString& sCommands) {
   return RunSession(u"File.Open (\"examples/traffic_light/traffic_light.vdebug\");\n@wait idle\n"_s + sCommands);
 }
 
-// A project around the example's program, with functions of its own.
-QString ProjectText(const QString& sFunctions) {
-  return u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
-         "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1/%2\");\n}\n%3\n"_s.arg(QStringLiteral(VEXOR_SOURCE_DIR),
-                                                                                  PROGRAM, sFunctions);
-}
-
 TEST_F(FailedSession, ATargetThatDoesNotAnswerIsTriedAgain) {
   RunExample(u"Exec.Command (\"sim.refuse-connect 2\");\nDebug.Start\n@wait idle\nDebug.Start\n@wait halted\n"_s)
       .Expect(0, {"Target: Connect: VNODE API call failed\nConnection failed\nDebug.Start();\n",
@@ -84,8 +77,9 @@ TEST_F(FailedSession, ALostConnectionIsAskedAboutOnce) {
 }
 
 TEST_F(FailedSession, AFunctionThatChangesTheModeIsWarned) {
-  const QString sProject = Write(
-      "p.vdebug", ProjectText(u"void AfterTargetConnect (void) { Debug.SetConnectMode (CM_ATTACH); }"_s).toUtf8());
+  const QString sFunction = u"void AfterTargetConnect (void) { Debug.SetConnectMode (CM_ATTACH); }"_s;
+  const QString sProject =
+      Write("p.vdebug", ProjectText(QStringLiteral(VEXOR_SOURCE_DIR "/") + PROGRAM, {}, sFunction));
   RunSession(u"File.Open (\"%1\");\n@wait idle\nDebug.Start\n@wait idle\nUtil.Log (\"still here\");\n"_s.arg(sProject))
       .Expect(0,
               {"Changing the connection mode while the connection sequence is in progress may lead to undefined "

@@ -137,11 +137,7 @@ TEST_F(HookSession, AFunctionMeetsTheDeviceInTheStateThatItExpects) {
       {"if (Project.SetTraceSource (\"x\") == 0xFFFFFFFF) Util.Log (\"no source\");", {}, {}, "\nno source\n", ""},
   };
   for (const auto& [sLoad, sFunctions, sCommands, sPrinted, sNotPrinted] : aCases) {
-    const QString sText =
-        u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
-        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n%3\n"_s.arg(sElf, QLatin1String(sLoad),
-                                                                                 sFunctions);
-    const QString sProject = Write("state.vdebug", sText.toUtf8());
+    const QString sProject = Write("state.vdebug", ProjectText(sElf, QLatin1String(sLoad), sFunctions));
     const SESSION_RESULT Run = RunSession(u"File.Open (\"%1\");\n@wait idle\n%2"_s.arg(sProject, sCommands));
     Run.Expect(0, {sPrinted});
     EXPECT_FALSE(*sNotPrinted && Run.sOutput.contains(QLatin1String(sNotPrinted))) << qPrintable(Run.sOutput);
@@ -157,12 +153,10 @@ TEST_F(HookSession, APluginIsHintedAtLoadedAndToldOfTheSession) {
   const QString sHint = u"add command 'Project.SetOSPlugin(\"FreeRTOSPlugin\")' to the project file."_s;
   const QString sPlugin = u"Project.SetOSPlugin (\"" VEXOR_BIN_DIR "/../test_bin/sample_plugin_good\");"_s;
   for (const bool bPlugin : {false, true}) {
-    const QString sProject =
-        u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
-        "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n"_s.arg(sElf, bPlugin ? sPlugin : QString());
+    const QString sProject = Write("rtos.vdebug", ProjectText(sElf, bPlugin ? sPlugin : QString(), {}));
     const SESSION_RESULT Run = RunSession(
         u"File.Open (\"%1\");\n@wait idle\nDebug.Start\n@wait halted\nDebug.Stop\n@wait disconnected\nFile.NewProject\n"_s
-            .arg(Write("rtos.vdebug", sProject.toUtf8())));
+            .arg(sProject));
     EXPECT_EQ(Run.ExitCode, 0) << qPrintable(Run.sOutput);
     EXPECT_NE(Run.sOutput.contains(sHint), bPlugin) << qPrintable(Run.sOutput);
     if (bPlugin)

@@ -33,6 +33,13 @@ SESSION_RESULT RunWithFile(const QString& sFile, int WaitMS = 10'000);
 SESSION_RESULT RunProgram(const QString& sProgram, const QStringList& Arguments, const QByteArray& Input = {},
                           int LimitMS = 60'000);
 
+// A project of a program on the simulator, with more statements of OnProjectLoad and more functions.
+inline QByteArray ProjectText(const QString& sElf, const QString& sLoad, const QString& sFunctions) {
+  return u"void OnProjectLoad (void) {\n  Project.SetDevice (\"nRF52840_xxAA\"); Project.SetHostIF (\"USB\", \"\");\n"
+         "  Project.SetTargetIF (\"SWD\"); File.Open (\"%1\"); %2\n}\n%3\n"_s.arg(sElf, sLoad, sFunctions)
+             .toUtf8();
+}
+
 // A session with a folder for its files.
 class SessionTest : public testing::Test {
 protected:
