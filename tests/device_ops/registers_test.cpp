@@ -1,4 +1,5 @@
 #include "device_fixture.h"
+#include "tests/common/symbol_place.h"
 
 namespace {
 
@@ -48,16 +49,6 @@ TEST_F(CRegistersTest, CoprocessorRegisters) {
   EXPECT_EQ(Value, 0x41u);
 }
 
-ELF_SYM_LOC Loc(U32 Type, U32 Addr, U32 Reg = 0, U64 Value = 0) {
-  ELF_SYM_LOC Result;
-  Result.Type = Type;
-  Result.Addr = Addr;
-  Result.Reg = Reg;
-  Result.Offset = 4;  // never counts here
-  Result.Value = Value;
-  return Result;
-}
-
 TEST_F(CRegistersTest, LocationsOfEveryKind) {
   ConnectHalted();
   constexpr U32 MEM = CFakeProbe::MEM_START;
@@ -67,16 +58,16 @@ TEST_F(CRegistersTest, LocationsOfEveryKind) {
   Program.FrameRegs[5] = 0x55;  // saved value of an outer frame
   // place, bytes, value; -1: cannot be read
   const std::tuple<ELF_SYM_LOC, U32, I64> aCase[] = {
-      {Loc(ELF_LOC_CONST, 0, 0, 0x1234567890ull), 8, 0x1234567890ll},
-      {Loc(ELF_LOC_CONST, 0, 0, 0x1234567890ull), 2, 0x7890},
+      {Loc(ELF_LOC_CONST, 0x1234567890), 8, 0x1234567890ll},
+      {Loc(ELF_LOC_CONST, 0x1234567890), 2, 0x7890},
       {Loc(ELF_LOC_MEM, MEM + 8), 4, 0x0B0A0908},
       {Loc(ELF_LOC_MEM_OFFSET, MEM + 1), 2, 0x0201},
-      {Loc(ELF_LOC_REG, 0, 4), 4, 0x11223344},
-      {Loc(ELF_LOC_REG, 0, 4), 1, 0x44},
-      {Loc(ELF_LOC_REG_OFFSET, 0, 5), 4, 0x55},
-      {Loc(ELF_LOC_REG, 0, ELF_REG_UNSPECIFIED), 4, -1},
+      {Loc(ELF_LOC_REG, 4), 4, 0x11223344},
+      {Loc(ELF_LOC_REG, 4), 1, 0x44},
+      {Loc(ELF_LOC_REG_OFFSET, 5), 4, 0x55},
+      {Loc(ELF_LOC_REG, ELF_REG_UNSPECIFIED), 4, -1},
       {Loc(ELF_LOC_MEM, 0x100), 4, -1},
-      {Loc(ELF_LOC_REG, 0, 200), 4, -1},
+      {Loc(ELF_LOC_REG, 200), 4, -1},
       {Loc(ELF_LOC_SP_INDIRECT, 0), 4, -1},
       {Loc(ELF_LOC_NONE, 0), 4, -1},
       {Loc(99, 0), 4, -1},
@@ -88,7 +79,7 @@ TEST_F(CRegistersTest, LocationsOfEveryKind) {
         << Place.Type;
     EXPECT_EQ(Value, Expected < 0 ? 0u : static_cast<U64>(Expected)) << Place.Type;
   }
-  const ELF_SYM_LOC aLoc[] = {Loc(ELF_LOC_REG, 0, 4), Loc(ELF_LOC_MEM, 0x100)};
+  const ELF_SYM_LOC aLoc[] = {Loc(ELF_LOC_REG, 4), Loc(ELF_LOC_MEM, 0x100)};
   std::vector<U64> aValue(2);
   std::vector<U8> aStatus(2);
   EXPECT_EQ(Ops.Locations.ReadLocs(2, aLoc, aValue.data(), aStatus.data()), 0);

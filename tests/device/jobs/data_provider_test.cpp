@@ -8,6 +8,7 @@
 
 #include "device/device_data_provider.h"
 #include "device/probe_api/register_index.h"
+#include "tests/common/symbol_place.h"
 
 namespace {
 
@@ -131,14 +132,6 @@ struct DataProvider : testing::Test {
 
 std::string Heard(CAsker& Asker) {
   return std::exchange(Asker.sHeard, {}).join("; ").toStdString();
-}
-
-ELF_SYM_LOC Loc(U32 Type, U32 Place) {
-  ELF_SYM_LOC Result;
-  Result.Type = Type;
-  Result.Addr = Result.Reg = Place;
-  Result.Value = Place;
-  return Result;
 }
 
 }  // namespace

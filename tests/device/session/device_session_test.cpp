@@ -23,6 +23,7 @@
 #include "device/device_log.h"
 #include "device/probe_api/records.h"
 #include "device/probe_api/register_index.h"
+#include "tests/common/symbol_place.h"
 
 namespace {
 
@@ -238,12 +239,6 @@ TEST_F(DeviceSession, ABusyDeviceDoesNotHoldUpABlockingRead) {
 
 TEST_F(DeviceSession, RangesLocationsAndCoprocessor) {
   ConnectHalted();
-  const auto Loc = [](U32 Type, U32 Place) {
-    ELF_SYM_LOC Result;
-    Result.Type = Type;
-    Result.Addr = Result.Reg = Place;
-    return Result;
-  };
   const U8 aBytes[] = {1, 2, 3, 4, 5, 6};
   const U32 aRange[] = {CODE + 0x100, CODE + 0x104, CODE + 0x200, CODE + 0x202};
   EXPECT_EQ(Device.ScheduleWriteMemMultiple(2, aRange, sizeof(aBytes), aBytes, 0, 255, MEM_FLAG_DOWNLOAD), 0);
