@@ -49,12 +49,7 @@ private Q_SLOTS:
     QVERIFY2(!VScript::HasError(), qPrintable(VScript::GetErrorText()));
     QTest::keyClick(m_pWindow, Qt::Key_F5);
     QVERIFY(Halts());
-    const U32 Main = ELFAPI_GetAddr(ELFAPI_GetEntryFunc());
-    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), Main);
-    QVERIFY(m_pWindow->Source().DumpText().startsWith(u"main.c\tmain.c:38"_s));
-    QVERIFY(m_pWindow->windowTitle().endsWith(u"traffic_light.elf"_s));
-    QTest::keyClick(m_pWindow, Qt::Key_F11);
-    QVERIFY(HaltsWith([=] { return CDevice::Get().GetPC() == Main + 2; }));
+    QCOMPARE(static_cast<U32>(CDevice::Get().GetPC()), ELFAPI_GetAddr(ELFAPI_GetEntryFunc()));
     QTest::keyClick(m_pWindow, Qt::Key_F5);
     QVERIFY(Runs());
     QTRY_VERIFY(GetAction(ACTION_DEBUG_HALT)->isVisible());
