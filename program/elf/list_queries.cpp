@@ -105,7 +105,8 @@ U32 ELF_GetNumSrcLines(const ELF_FILE* pFile) {
 U32 ELF_GetSrcLineAddr(const ELF_FILE* pFile, U32 Index) {
   const SRC_LINE* pLine = LineOf(pFile, Index);
   if (!pLine) return INVALID_ADDR;
-  return pLine->Flags & (ELF_LINE_END_SEQUENCE | ELF_LINE_WITHOUT_CODE) ? EndToTarget(pLine->Addr) : AddrToTarget(pLine->Addr);
+  return pLine->Flags & (ELF_LINE_END_SEQUENCE | ELF_LINE_WITHOUT_CODE) ? EndToTarget(pLine->Addr)
+                                                                        : AddrToTarget(pLine->Addr);
 }
 
 I32 ELF_GetSrcLineNumber(const ELF_FILE* pFile, U32 Index) {

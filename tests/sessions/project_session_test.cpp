@@ -149,10 +149,12 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
   }
 }
 
-TEST_F(ProjectSession, ConstantsOfOtherFloatingPointTypes) {
-  const SESSION_RESULT Run =
-      RunSession(u"File.Open tests/database/data/scopes.elf\nElf.GetExprValue Ratio\n-Elf.GetExprValue Half\n"_s);
-  Run.Expect(0, {"value as double: 3.25\n", "(\"Half\"): Error evaluating expression. the symbol has no value"});
+TEST_F(ProjectSession, ConstantsOfOtherTypes) {
+  const SESSION_RESULT Run = RunSession(
+      u"File.Open tests/database/data/scopes.elf\nElf.GetExprValue Ratio\n-Elf.GetExprValue Half\n"
+      "File.Open tests/elf/data/pump_gcc.elf\n@wait idle\nElf.GetExprValue Limit::High\n"_s);
+  Run.Expect(0, {"value as double: 3.25\n", "(\"Half\"): Error evaluating expression. the symbol has no value",
+                 "value as dec int: 78187493530\n", "value bytes: 9A 78 56 34 12 00 00 00\n"});
   EXPECT_EQ(Run.Value(0), 3);
 }
 
