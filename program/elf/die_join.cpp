@@ -178,14 +178,16 @@ void JoinDeclarations(DWARF_INFO& Info) {
 }
 
 CMemberDefinitions::CMemberDefinitions(const DWARF_INFO& Info) : Info(Info) {
+  std::unordered_map<U32, U64> KeyOf;  // by declaration: a damaged file may name one of many parameters often
   CNameKeys Keys(Info);
   const CDieLookup Lookup(Info);
   for (const DIE_LINK& Link : Info.Index.Specifications()) {
     const U32 Declared = Info.Index.Get(Link.To).Parent;
     if (Declared == 0 || !IsClassTag(Info.Index.Get(Declared).Tag)) continue;
-    const U32 Class = Lookup.Definition(Declared);
-    const U64 Key = KeyAmongMembers(Keys, Class ? Class : Declared, Link.To);
-    if (Key != 0) aDefined.push_back({Key, Link.From});
+    const auto [At, bNew] = KeyOf.emplace(Link.To, 0);
+    const U32 Class = bNew ? Lookup.Definition(Declared) : 0;
+    if (bNew) At->second = KeyAmongMembers(Keys, Class ? Class : Declared, Link.To);
+    if (At->second != 0) aDefined.push_back({At->second, Link.From});
   }
   std::sort(aDefined.begin(), aDefined.end(), KeyThenEntry);
 }
