@@ -3,6 +3,8 @@
 //   elf_bench load FILE      time of the load
 //   elf_bench queries FILE   nanoseconds of processor time a question, first and second time
 //   elf_bench reopen FILE    memory while the file is opened and closed a thousand times, as the program's window does
+#include <malloc.h>
+
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -54,10 +56,16 @@ U32 CountEntries() {
   return Low;
 }
 
-void PrintMemory(const char* sFile, long Before) {
+// Bytes that are allocated now, without the pages of the code that a load touches.
+size_t AllocatedBytes() {
+  const struct mallinfo2 Info = mallinfo2();
+  return Info.uordblks + Info.hblkhd;
+}
+
+void PrintMemory(const char* sFile, size_t Before) {
   constexpr double KIB = 1024;
   std::ifstream File(sFile, std::ios::binary | std::ios::ate);
-  const double NumBytes = static_cast<double>(MemoryOf("VmRSS:") - Before) * KIB;
+  const double NumBytes = static_cast<double>(AllocatedBytes() - Before);
   const U32 NumEntries = CountEntries();
   std::printf("memory of the loaded program\t%.1f\tMB\n", NumBytes / KIB / KIB);
   std::printf("debug information entries\t%u\n", NumEntries);
@@ -153,7 +161,7 @@ void Reopen(const QString& sFile) {
 int main(int NumArguments, char** ppArguments) {
   if (NumArguments != 3) return 2;
   if (std::strcmp(ppArguments[1], "reopen") == 0) return Reopen(QString::fromLocal8Bit(ppArguments[2])), 0;
-  const long Before = MemoryOf("VmRSS:");
+  const size_t Before = AllocatedBytes();
   const auto Start = CLOCK::now();
   if (ELFAPI_Load(QString::fromLocal8Bit(ppArguments[2])) != 0) return 1;
   std::printf("load\t%.1f\tms\n", NsSince(Start) / NS_PER_MS);
