@@ -27,7 +27,9 @@ std::string Description(ELF_SYM_HANDLE hVar, const std::string& sName) {
 
 std::string PlaceOf(ELF_SYM_HANDLE hVar, U32 PC) {
   const ELF_SYM_LOC Loc = ELF_GetLocation(hVar, PC);
-  return Loc.Type == ELF_LOC_NONE ? "-" : PlaceText(Loc);
+  if (Loc.Type != ELF_LOC_NONE) return PlaceText(Loc);
+  I64 Value = 0;
+  return ELF_GetAttrValue(hVar, ELF_ATTR_CONST_VALUE, &Value) == 0 ? "const " + std::to_string(Value) : "-";
 }
 
 void PrintGlobals(const ELF_FILE* pFile) {

@@ -221,8 +221,11 @@ class DebugInfo:
         return found
 
     def places(self, entry):
-        """[(low, high, expression)] of a location; low and high are None for one that holds everywhere."""
+        """[(low, high, expression)] of a location; low and high are None for one that holds everywhere. A constant that
+        is written as a number stands as an expression with that number as its value."""
         holder = self.holder(entry, "DW_AT_location")
+        if not holder and self.number(entry, "DW_AT_const_value") is not None:
+            return [(None, None, f"DW_OP_consts {self.number(entry, 'DW_AT_const_value')}, DW_OP_stack_value")]
         text = self._in_numbers(entry, holder.attributes["DW_AT_location"]) if holder else ""
         if text.startswith("DW_OP") or not text:
             return [(None, None, text)] if text else []
