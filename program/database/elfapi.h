@@ -125,8 +125,11 @@ void ELFAPI_ClearRelocations();
 // "::Owner::Name" and "::Name" for that of no other and for none. Where nothing has the name, the instances of the
 // template of that name. Inlined instances first, before the function's own entry; ELF symbols last.
 ELF_SYM_LIST ELFAPI_FindSymbols(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols);
-// The first of them; with bLocals the one in the innermost scope at the current PC is preferred.
+// The first of them. With bLocals what the name means at the current PC: the variable of the innermost scope, then
+// what the function's unit defines, then what has external linkage, before static ones of other units.
 ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals, bool bTypes, bool bElfSymbols);
+// The same choice among symbols of one name that are no local variables; 0 of none.
+ELF_SYM_HANDLE ELFAPI_GetNearest(const ELF_SYM_LIST& Symbols);
 
 // How ELFAPI_ParseLocation found its address.
 enum PARSED_LOC_KIND : I32 {

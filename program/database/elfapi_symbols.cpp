@@ -3,14 +3,11 @@
 #include <algorithm>
 
 #include "core/vcore.h"
-#include "program/database/database.h"
+#include "program/database/scope.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_dwarf_names.h"
 
 namespace {
-
-constexpr int MAX_SCOPES = 256;  // around a local variable
-constexpr int MAX_ORIGINS = 8;   // abstract entries behind a function's own
 
 // Inlined instances first, otherwise as found.
 void PutInlinedFirst(ELF_SYM_LIST& Symbols) {
@@ -22,10 +19,11 @@ void AppendFound(ELF_SYM_LIST& Result, CNameIndex& Index, const ELF_SYM_LIST& Sy
   if (Wanted.HasOwner()) Result += Index.FindWhole(Wanted.sFull, Symbols);
 }
 
-// The first of what AppendFound appends.
-ELF_SYM_HANDLE FirstFound(CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted) {
-  const ELF_SYM_HANDLE Found = Index.Find(Wanted, Symbols).value(0, 0);
-  return Found != 0 || !Wanted.HasOwner() ? Found : Index.FindWhole(Wanted.sFull, Symbols).value(0, 0);
+// The first of what AppendFound appends, or the one that is meant in that scope.
+ELF_SYM_HANDLE OneOf(CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted, const SCOPE* pScope) {
+  const auto Choose = [=](const ELF_SYM_LIST& Found) { return pScope ? NearestOf(Found, *pScope) : Found.value(0, 0); };
+  const ELF_SYM_HANDLE Found = Choose(Index.Find(Wanted, Symbols));
+  return Found != 0 || !Wanted.HasOwner() ? Found : Choose(Index.FindWhole(Wanted.sFull, Symbols));
 }
 
 void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NAME& Wanted) {
@@ -34,36 +32,6 @@ void AppendLocals(ELF_SYM_LIST& Result, const CDatabaseLock& Db, const SYMBOL_NA
   if (Wanted.sFull != QLatin1String("this")) return;
   const ELF_SYM_HANDLE This = ELF_GetAttrDie(Db->Scope.CurrentFunc, ELF_ATTR_OBJECT_POINTER);
   if (This != 0 && !Result.contains(This)) Result.append(This);
-}
-
-// An abstract entry of the current function: it has the same variables, and no code.
-bool IsOriginOf(ELF_SYM_HANDLE Func, ELF_SYM_HANDLE Scope) {
-  for (int i = 0; i < MAX_ORIGINS && Func != 0; ++i) {
-    Func = ELF_GetAbstractOrigin(Func);
-    if (Func != 0 && Func == Scope) return true;
-  }
-  return false;
-}
-
-// Number of scopes around a local variable whose own one covers the current PC: nested blocks may begin at one address.
-// -1 if its own does not.
-int ScopeDepth(const SCOPE& Current, ELF_SYM_HANDLE Sym) {
-  ELF_SYM_HANDLE Scope = ELF_GetContainingScope(Sym);
-  ELF_SYM_HANDLE Func = Scope;
-  for (int i = 0; i < MAX_SCOPES && ELF_GetTag(Func) == ELF_TAG_LEXICAL_BLOCK; ++i) Func = ELF_GetContainingScope(Func);
-  if (!IsOriginOf(Current.CurrentFunc, Func) && !ELFAPI_IsInFunction(Scope, Current.CurrentPC)) return -1;
-  int Depth = 0;
-  while (Scope != 0 && Depth < MAX_SCOPES) {
-    Scope = ELF_GetContainingScope(Scope);
-    ++Depth;
-  }
-  return Depth;
-}
-
-void PutInScopeFirst(ELF_SYM_LIST& Symbols, const SCOPE& Current) {
-  std::stable_sort(Symbols.begin(), Symbols.end(), [&Current](ELF_SYM_HANDLE A, ELF_SYM_HANDLE B) {
-    return ScopeDepth(Current, A) > ScopeDepth(Current, B);
-  });
 }
 
 }  // namespace
@@ -127,13 +95,19 @@ ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals
   ELF_SYM_LIST Locals;
   if (bLocals) {
     AppendLocals(Locals, Db, Wanted);
-    PutInScopeFirst(Locals, Db->Scope);
+    PutInnermostFirst(Locals, Db->Scope);
     if (!Locals.isEmpty() && ScopeDepth(Db->Scope, Locals.first()) >= 0) return Locals.first();
   }
+  const SCOPE* pScope = bLocals ? &Db->Scope : nullptr;
   // Inlined instances stand first among the named symbols.
-  ELF_SYM_HANDLE Found = bNamed ? FirstFound(Db->NamedIndex, Db->NamedSymbols, Wanted) : 0;
-  if (Found == 0 && bTypes) Found = FirstFound(Db->TypeIndex, Db->Types, Wanted);
-  if (Found == 0 && bElfSymbols) Found = FirstFound(Db->ElfIndex, Db->Symbols.AllSymbols(), Wanted);
+  ELF_SYM_HANDLE Found = bNamed ? OneOf(Db->NamedIndex, Db->NamedSymbols, Wanted, pScope) : 0;
+  if (Found == 0 && bTypes) Found = OneOf(Db->TypeIndex, Db->Types, Wanted, pScope);
+  if (Found == 0 && bElfSymbols) Found = OneOf(Db->ElfIndex, Db->Symbols.AllSymbols(), Wanted, nullptr);
   // A local of another block is better than nothing.
   return Found == 0 ? Locals.value(0, 0) : Found;
+}
+
+ELF_SYM_HANDLE ELFAPI_GetNearest(const ELF_SYM_LIST& Symbols) {
+  const CDatabaseLock Db;
+  return NearestOf(Symbols, Db->Scope);
 }

@@ -138,7 +138,12 @@ enum DWARF_UNIT_TYPE : U32 {
   DW_UT_split_type = 0x06,
 };
 
-enum DWARF_ENCODING : U32 { DW_ATE_signed = 0x05, DW_ATE_signed_char = 0x06, DW_ATE_signed_fixed = 0x0d };
+enum DWARF_ENCODING : U32 {
+  DW_ATE_complex_float = 0x03,
+  DW_ATE_signed = 0x05,
+  DW_ATE_signed_char = 0x06,
+  DW_ATE_signed_fixed = 0x0d
+};
 
 enum DWARF_LANGUAGE : U32 {
   DW_LANG_C = 0x02,

@@ -40,7 +40,8 @@ bool ELF_IsStatic(ELF_SYM_HANDLE hSym);
 U32 ELF_GetAccess(ELF_SYM_HANDLE hSym);
 U32 ELF_GetVirtuality(ELF_SYM_HANDLE hSym);
 // Bytes of a constant, copied to pOut: of a number 4, or 8 where its type is larger, as many as there are of a block,
-// NumBytes at most. The number of bytes, 0 for no constant. Numbers are in host byte order, blocks in that of the file.
+// NumBytes at most. The number of bytes, 0 for no constant. Numbers are in host byte order, those in a block too; other
+// blocks in that of the file.
 U32 ELF_GetConstValue(ELF_SYM_HANDLE hSym, U8* pOut, U32 NumBytes);
 // The parameter "this" of a function.
 ELF_SYM_HANDLE ELF_GetObjectPointer(ELF_SYM_HANDLE hSym);

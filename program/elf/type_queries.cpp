@@ -65,6 +65,13 @@ U32 ConstNumberSize(const DWARF_INFO& Info, U32 Entry) {
   return TypeSize > CONST_NUMBER_SIZE ? WIDE_CONST_NUMBER_SIZE : CONST_NUMBER_SIZE;
 }
 
+// Of one number, as floating ones are written in a block.
+bool IsNumber(const DWARF_INFO& Info, U32 Entry) {
+  const U32 Type = ResolvedType(Info, Entry);
+  if (Type == 0 || Info.Index.Get(Type).Tag != DW_TAG_base_type) return false;
+  return CDieLookup(Info).Integer(Type, DW_AT_encoding).value_or(0) != DW_ATE_complex_float;
+}
+
 std::vector<U8> ConstValue(const DWARF_INFO& Info, U32 Entry) {
   const CDieLookup Lookup(Info);
   const U32 Owner = Lookup.OwnerOf(Entry, DW_AT_const_value);
@@ -76,6 +83,7 @@ std::vector<U8> ConstValue(const DWARF_INFO& Info, U32 Entry) {
   const CDie Die = Info.Reader.Load(Info.Index.Ref(Owner));
   std::vector<U8> aBytes = Die ? BlockOf(Info, Die, DW_AT_const_value) : std::vector<U8>();
   if (aBytes.size() > MAX_CONST_SIZE) aBytes.resize(MAX_CONST_SIZE);
+  if (Info.Sections.IsBigEndian() && IsNumber(Info, Entry)) std::reverse(aBytes.begin(), aBytes.end());
   return aBytes;
 }
 

@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "program/database/database.h"
+#include "program/database/elfapi_types.h"
 #include "program/database/file_finder.h"
 #include "program/elf/elf.h"
 
@@ -247,6 +248,39 @@ TEST_F(FunctionsTest, LocalsFollowTheCurrentPC) {
   for (const auto& [PC, Addr] : aPlaces) {
     ELFAPI_SetCurrentPC(PC);
     EXPECT_EQ(ELFAPI_GetAddr(ELFAPI_FindSymbol(u"Calls"_s, true, true, false, true)), Addr) << std::hex << PC;
+  }
+}
+
+TEST_F(FunctionsTest, NamesOfSeveralUnitsFollowTheCurrentPC) {
+  ASSERT_EQ(ELFAPI_Load(CORPUS_DIR + u"../../elf/data/twins.elf"_s), 0);
+  const std::tuple<U32, const char*, U32, U32> aVariables[] = {
+      // current PC, name, address, size
+      {AddrOf("first"), "level", 0x20000000, 4},     {AddrOf("second"), "level", 0x20000008, 4},
+      {AddrOf("main"), "level", 0x20000008, 4},      {AddrOf("main"), "::level", 0x20000008, 4},
+      {AddrOf("second"), "counter", 0x2000000C, 12}, {AddrOf("first"), "init", 0x8000, 20},
+      {AddrOf("main"), "init", 0x8038, 20},          {INVALID_ADDR, "level", 0x20000008, 4},
+  };
+  for (const auto& [PC, sName, Addr, Size] : aVariables) {
+    SCOPED_TRACE(testing::Message() << std::hex << PC << ' ' << sName);
+    ELFAPI_SetCurrentPC(PC);
+    const ELF_SYM_HANDLE Sym = ELFAPI_FindSymbol(QLatin1String(sName), true, true, true, true);
+    EXPECT_EQ(std::pair(ELFAPI_GetAddr(Sym), ELFAPI_GetSize(Sym)), std::pair(Addr, Size));
+    EXPECT_EQ(AddrOf(sName), Addr);
+  }
+  const std::tuple<const char*, const char*, U32> aTypes[] = {
+      // current function, type, size
+      {"first", "cfg", 4},
+      {"second", "cfg", 12},
+      {"small", "Local", 1},
+      {"large", "Local", 12},
+  };
+  for (const auto& [sFunc, sType, Size] : aTypes) {
+    ELFAPI_SetCurrentPC(AddrOf(sFunc));
+    EXPECT_EQ(ELFAPI_GetSize(ELFAPI_FindSymbol(QLatin1String(sType), false, true, true, false)), Size) << sFunc;
+  }
+  for (const char* sFunc : {"first", "second"}) {
+    ELFAPI_SetCurrentPC(AddrOf(sFunc));
+    EXPECT_EQ(ELFAPI_GetScopeName(ELFAPI_FindEnumerator(u"SHARED"_s)).toStdString(), sFunc);
   }
 }
 

@@ -63,3 +63,9 @@ for KIND in "parts -fdebug-types-section" "parts_twice"; do
   done
   $GCC $LINK "$TMP/parts_main.o" "$TMP/parts.o" -o $NAME.elf
 done
+
+# Several things with one name in several units, in big endian.
+BIG="arm-none-eabi-gcc -ffreestanding -nostdlib -mcpu=cortex-r4 -mbig-endian -marm -mfpu=vfpv3-d16 -mfloat-abi=hard $MAP -gdwarf-4 -O1"
+for UNIT in twins_a.c twins_b.c; do $BIG -c $UNIT -o "$TMP/$UNIT.o"; done
+$BIG $CPP -c twins_main.cpp -o "$TMP/twins_main.o"
+$BIG $LINK "$TMP/twins_a.c.o" "$TMP/twins_b.c.o" "$TMP/twins_main.o" -o twins.elf
