@@ -11,6 +11,7 @@
 #include "program/database/elfapi_types.h"
 #include "program/elf/elf_dwarf_names.h"
 #include "script/api_stubs.h"
+#include "shell/expr_symbols.h"
 
 namespace {
 
@@ -35,6 +36,12 @@ EXPR_VALUE Number(I64 Value, U32 NumBytes, const QString& sType, const QString& 
           sPlace,         sType};
 }
 
+EXPR_VALUE UnsignedNumber(U64 Value) {
+  EXPR_VALUE Result = Number(static_cast<I64>(Value), sizeof(Value), QStringLiteral("unsigned long long"));
+  Result.Real = static_cast<double>(Value);
+  return Result;
+}
+
 EXPR_VALUE Address(U32 Addr, const QString& sType) {
   return Addr == INVALID_ADDR ? Failed(NO_VALUE) : Number(Addr, WORD_BYTES, sType);
 }
@@ -44,16 +51,6 @@ bool IsName(const QString& sText) {
   static const QRegularExpression Form(
       QStringLiteral("^(::)?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?(::~?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?)*$"));
   return Form.match(sText).hasMatch();
-}
-
-// Of several with one name a function with code of its own rather than what was inlined elsewhere.
-ELF_SYM_HANDLE FindOperand(const QString& sName) {
-  const ELF_SYM_HANDLE Found = ELFAPI_FindSymbol(sName, true, true, false, true);
-  if (!ELFAPI_IsInlined(Found)) return Found;
-  for (const ELF_SYM_HANDLE Sym : ELFAPI_FindSymbols(sName, true, false, false, true)) {
-    if (!ELFAPI_IsInlined(Sym) && ELFAPI_GetAddr(Sym) != INVALID_ADDR) return Sym;
-  }
-  return Found;
 }
 
 I64 SignExtended(U64 Value, U32 NumBytes) {
@@ -82,6 +79,16 @@ bool ReadTarget(U32 Addr, U32 NumBytes, U64* pValue) {
   return bOk;
 }
 
+// Where the value stands, INVALID_ADDR if nowhere. False if a reference cannot be read.
+bool FindPlace(ELF_SYM_HANDLE Sym, U32* pAddr) {
+  *pAddr = AddrOf(Sym);
+  if (*pAddr == INVALID_ADDR || !IsReference(ELFAPI_GetType(Sym))) return true;
+  U64 Target = 0;
+  if (!ReadTarget(*pAddr, WORD_BYTES, &Target)) return false;
+  *pAddr = static_cast<U32>(Target);
+  return true;
+}
+
 bool IsScalar(ELF_SYM_HANDLE Type) {
   const U32 Tag = ELFAPI_GetTag(Type);
   const U32 NumBytes = ELFAPI_GetSize(Type);
@@ -94,7 +101,7 @@ bool IsScalar(ELF_SYM_HANDLE Type) {
 
 // The bits of a variable or constant, as its type says.
 EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
-  const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+  const ELF_SYM_HANDLE Type = TypeOfValue(Sym);
   const U32 NumBytes = ELFAPI_GetSize(Type);
   EXPR_VALUE Value =
       Number(IntegerOfBits(Bits, NumBytes, ELFAPI_IsSigned(Type)), NumBytes, ELFAPI_GetTypeName(Sym), sPlace);
@@ -122,7 +129,9 @@ EXPR_VALUE ValueOfEnumerator(ELF_SYM_HANDLE Sym) {
   if (ELF_GetAttrValue(Sym, ELF_ATTR_CONST_VALUE, &Value) != 0) return Failed(NO_VALUE);
   const ELF_SYM_HANDLE Enumeration = ELF_GetParent(Sym);
   if (ELF_GetType(Enumeration, false) != 0) {
-    Value = IntegerOfBits(static_cast<U64>(Value), ELF_GetSize(Enumeration), ELF_IsSigned(Enumeration));
+    const bool bSigned = ELF_IsSigned(Enumeration);
+    Value = IntegerOfBits(static_cast<U64>(Value), ELF_GetSize(Enumeration), bSigned);
+    if (Value < 0 && !bSigned) return UnsignedNumber(static_cast<U64>(Value));
   }
   if (Value == static_cast<I32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("int"));
   if (Value == static_cast<U32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("uint"));
@@ -130,28 +139,60 @@ EXPR_VALUE ValueOfEnumerator(ELF_SYM_HANDLE Sym) {
 }
 
 EXPR_VALUE ValueOfSymbol(ELF_SYM_HANDLE Sym) {
-  if (ELFAPI_IsFunction(Sym)) return Address(ELFAPI_GetAddr(Sym), QStringLiteral("void*"));
+  if (ELFAPI_IsFunction(Sym)) return Address(AddrOf(Sym), QStringLiteral("void*"));
   if (ELFAPI_GetTag(Sym) == ELF_TAG_ENUMERATOR) return ValueOfEnumerator(Sym);
   I64 Const = 0;
   const bool bConst = ReadConst(Sym, &Const);
-  const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+  const ELF_SYM_HANDLE Type = TypeOfValue(Sym);
   if (!IsScalar(Type)) return Failed(NO_VALUE);
   if (bConst) return ValueOfBits(static_cast<U64>(Const), Sym, QStringLiteral("const"));
-  const U32 Addr = ELFAPI_GetAddr(Sym);
+  U32 Addr;
+  if (!FindPlace(Sym, &Addr)) return Failed(READ_ERROR);
   if (Addr == INVALID_ADDR) return Failed(NO_VALUE);
   U64 Bits = 0;
   if (!ReadTarget(Addr, ELFAPI_GetSize(Type), &Bits)) return Failed(READ_ERROR);
   return ValueOfBits(Bits, Sym, QStringLiteral("[%1]").arg(Addr, 0, 16).toUpper());
 }
 
+EXPR_VALUE AddressOf(ELF_SYM_HANDLE Sym) {
+  U32 Addr;
+  if (!FindPlace(Sym, &Addr)) return Failed(READ_ERROR);
+  QString sType = ELFAPI_GetTypeName(Sym);
+  while (sType.endsWith(QLatin1Char('&'))) sType.chop(1);
+  return Address(Addr, sType + QLatin1Char('*'));
+}
+
+// Of the types that the language has itself, 0 for any other text.
+U32 SizeOfBaseType(QString sText) {
+  static const QRegularExpression Filling(QStringLiteral("\\b(signed|unsigned|int)\\b"));
+  static const QHash<QString, U32> Sizes = {{{}, 4},
+                                            {QStringLiteral("char"), 1},
+                                            {QStringLiteral("bool"), 1},
+                                            {QStringLiteral("_Bool"), 1},
+                                            {QStringLiteral("short"), 2},
+                                            {QStringLiteral("long"), 4},
+                                            {QStringLiteral("long long"), 8},
+                                            {QStringLiteral("float"), 4},
+                                            {QStringLiteral("double"), 8},
+                                            {QStringLiteral("long double"), 8}};
+  return sText.isEmpty() ? 0 : Sizes.value(sText.remove(Filling).simplified(), 0);
+}
+
+// What C takes first: a variable hides a type, but a constructor does not hide its class.
 EXPR_VALUE SizeOf(QString sName) {
   static const QRegularExpression Tag(QStringLiteral("^(struct|union|class|enum) +"));
-  static const QRegularExpression BaseType(QStringLiteral("^(signed|unsigned|short|long)( [a-z]+)+$"));
+  if (const U32 NumBytes = SizeOfBaseType(sName)) return Number(NumBytes, WORD_BYTES, QStringLiteral("uint"));
+  const QString sKeyword = Tag.match(sName).captured(1);
   sName.remove(Tag);
-  if (!IsName(sName) && !BaseType.match(sName).hasMatch()) return {};
-  ELF_SYM_HANDLE Sym = FindOperand(sName);
-  if (Sym == 0) Sym = ELFAPI_FindSymbol(sName, false, false, true, false);
+  if (!IsName(sName)) return {};
+  ELF_SYM_HANDLE Sym = sKeyword.isEmpty() ? FindVariable(sName) : 0;
+  if (Sym == 0 || ELFAPI_IsFunction(Sym) || ELFAPI_IsElfSymbol(Sym)) {
+    const ELF_SYM_HANDLE Type = FindType(sName, sKeyword);
+    if (Type != 0) Sym = Type;
+  }
+  if (Sym == 0) Sym = FindStaticMember(sName);
   if (Sym == 0) return Failed(UNKNOWN_SYMBOL);
+  if (IsReference(ELFAPI_GetType(Sym))) Sym = TypeOfValue(Sym);
   ELF_ARRAY_INFO Array;
   const U32 NumBytes = ELFAPI_GetArrayInfo(Sym, Array) ? Array.TotalSize : ELFAPI_GetSize(Sym);
   return NumBytes != 0 ? Number(NumBytes, WORD_BYTES, QStringLiteral("uint")) : Failed(NO_VALUE);
@@ -187,11 +228,9 @@ EXPR_VALUE EvalOperand(const QString& sExpression) {
   const bool bAddress = sText.startsWith(QLatin1Char('&'));
   const QString sName = bAddress ? sText.mid(1).trimmed() : sText;
   if (!IsName(sName)) return {};
-  ELF_SYM_HANDLE Sym = FindOperand(sName);
-  if (Sym == 0 && !bAddress) Sym = ELFAPI_FindEnumerator(sName);
+  const ELF_SYM_HANDLE Sym = bAddress ? FindVariable(sName) : FindOperand(sName);
   if (Sym == 0) return Failed(UNKNOWN_SYMBOL);
-  if (!bAddress) return ValueOfSymbol(Sym);
-  return Address(ELFAPI_GetAddr(Sym), ELFAPI_GetTypeName(Sym) + QLatin1Char('*'));
+  return bAddress ? AddressOf(Sym) : ValueOfSymbol(Sym);
 }
 
 QStringList ExprValueLines(const QString& sText, const EXPR_VALUE& Value) {

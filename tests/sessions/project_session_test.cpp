@@ -109,10 +109,25 @@ TEST_F(ProjectSession, AProgramIsAskedForItsAddresses) {
   }
 }
 
+// Expressions with their values, -1 where there is none.
+using EXPR_CASES = std::vector<std::pair<const char*, qint64>>;
+
+SESSION_RESULT RunExpressions(const QString& sElf, const EXPR_CASES& aCases) {
+  QString sSession = u"File.Open %1\n"_s.arg(sElf);
+  for (const auto& [sExpr, Value] : aCases)
+    sSession += u"%1Elf.GetExprValue (\"%2\")\n"_s.arg(Value < 0 ? u"-"_s : QString(), QLatin1String(sExpr));
+  const SESSION_RESULT Run = RunSession(sSession);
+  int Index = 0;
+  for (const auto& [sExpr, Value] : aCases) {
+    if (Value >= 0) EXPECT_EQ(Run.Value(Index++), Value) << sExpr;
+  }
+  return Run;
+}
+
 // Without a target: what the program itself knows.
 TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
   const QString sElf = u"tests/corpus/data/gcc_v5_O0.elf"_s;
-  const std::pair<const char*, qint64> aCases[] = {
+  const EXPR_CASES aCases = {
       {"0x10", 0x10},
       {"-2", 0xFFFFFFFE},
       {"2.75", 2},
@@ -133,20 +148,34 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"sizeof (nobody, 2)", -1},
       {"", -1},
   };
-  QString sSession = u"File.Open %1\n"_s.arg(sElf);
-  for (const auto& [sExpr, Value] : aCases)
-    sSession += u"%1Elf.GetExprValue (\"%2\")\n"_s.arg(Value < 0 ? u"-"_s : QString(), QLatin1String(sExpr));
-  const SESSION_RESULT Run = RunSession(sSession);
+  const SESSION_RESULT Run = RunExpressions(sElf, aCases);
   Run.Expect(
       0, {"(\"counter\"): Error evaluating expression. data readout error",
           "(\"nobody\"): Error evaluating expression. unknown symbol", "(\"counter + 1\"): Error parsing expression",
           "(\"counter * 2\"): Error parsing expression", "(\"nobody < 2\"): Error parsing expression",
           "(\"sizeof (nobody, 2)\"): Error parsing expression", "value bytes: FD FF FF FF\n"});
-  int Index = 0;
-  for (const auto& [sExpr, Value] : aCases) {
-    if (Value < 0) continue;
-    EXPECT_EQ(Run.Value(Index++), Value) << sExpr;
-  }
+}
+
+TEST_F(ProjectSession, OneNameOfSeveralThings) {
+  const QString sElf = u"tests/elf/data/twins.elf"_s;
+  const SESSION_RESULT Run = RunExpressions(sElf, {{"&level", 0x20000008},
+                                                   {"&same_level", 0x20000008},
+                                                   {"init", 0x8038},
+                                                   {"kf", 1},
+                                                   {"kd", 0xFFFFFFFE},
+                                                   {"Tank::limit", 42},
+                                                   {"Size::Huge", 0xFFFFFFFF},
+                                                   {"sizeof (Tank)", 20},
+                                                   {"sizeof (class Tank)", 20},
+                                                   {"sizeof (enum second)", 1},
+                                                   {"sizeof Levels", 20},
+                                                   {"sizeof Size", 8},
+                                                   {"sizeof (unsigned char)", 1},
+                                                   {"sizeof (long long unsigned int)", 8},
+                                                   {"sizeof ()", -1},
+                                                   {"Tank::Level", -1}});
+  Run.Expect(0, {"value as double: 1.25\n", "value as double: -2.5\n", "value as double: 1.84467440737096e+19\n",
+                 "data type: unsigned long long\n"});
 }
 
 TEST_F(ProjectSession, ConstantsOfOtherTypes) {
