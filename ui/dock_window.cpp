@@ -27,6 +27,10 @@ CDockWindow::CDockWindow(const QString& sName, const QString& sTitle, QWidget* p
   hide();
 }
 
+CDockWindow::~CDockWindow() {
+  if (CWindow* const pWindow = GetWindowOfDock(this)) pWindow->ForgetDock();
+}
+
 void CDockWindow::ApplyFont() {
   QFont Font = GetFont(FONT_APP);
   // In a font that equals the application's, the style sheet paints the title as the first of them was.

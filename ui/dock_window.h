@@ -9,6 +9,7 @@ class CDockWindow : public QDockWidget {
 
 public:
   CDockWindow(const QString& sName, const QString& sTitle, QWidget* pParent);
+  ~CDockWindow() override;
 
   // Called by the window when the focus comes or goes.
   void SetHighlighted(bool bOn);

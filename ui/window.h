@@ -81,6 +81,8 @@ public:
   bool IsActive() const { return bActive; }
   int GetDisplayFormat() const { return DisplayFormat; }
   CDockWindow* GetDock() const { return pDock; }
+  // Called by the dock when it is destroyed, which the window outlives a little.
+  void ForgetDock() { pDock = nullptr; }
 
   // Connects a signal. For triggered() of an action the listeners of ActionTriggered and ActionPerformed, the console's
   // echo above all, are told before and after the slot. Signatures as SIGNAL() and SLOT() make them.

@@ -1,5 +1,6 @@
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTest>
 
 #include "device/device.h"
@@ -162,6 +163,16 @@ private Q_SLOTS:
     QCOMPARE((QList{First().NumClears, Second().NumClears}), (QList{1, 0}));
   }
 
+  void aFloatingDockGoesWithTheFocus() {
+    CDockWindow* const pDock = First().GetDock();
+    pDock->setFloating(true);
+    pDock->activateWindow();
+    First().setFocus();
+    QTRY_VERIFY(First().HasFocus() && pDock->HasFocus());
+    delete pDock;
+    QVERIFY(!m_pFirst);
+  }
+
   void anEmptyWindowSaysWhy() {
     First().setFocus();
     First().bEmpty = true;
@@ -182,8 +193,8 @@ private:
   CCountingWindow& Second() { return *m_pSecond; }
 
   std::unique_ptr<QMainWindow> m_pMain;
-  CCountingWindow* m_pFirst = nullptr;
-  CCountingWindow* m_pSecond = nullptr;
+  QPointer<CCountingWindow> m_pFirst;
+  QPointer<CCountingWindow> m_pSecond;
 };
 
 QTEST_MAIN(CDockWindowTest)
