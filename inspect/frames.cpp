@@ -8,9 +8,11 @@
 
 namespace {
 
-constexpr U32 NUM_CORE_REGS = 16;
-constexpr U32 FIRST_VFP_REG = 256;  // D0 in the numbering of the debug information
-constexpr U32 NUM_REGS = FIRST_VFP_REG + 32;
+// S0 and D0 in the numbering of the debug information; compilers use both.
+constexpr U32 FIRST_SINGLE_REG = 64;
+constexpr U32 FIRST_DOUBLE_REG = 256;
+constexpr U32 NUM_VFP_REGS = 32;
+constexpr U32 NUM_REGS = FIRST_DOUBLE_REG + NUM_VFP_REGS;
 constexpr U32 STEP = 2;  // bytes, the shortest instruction
 
 struct FRAME_ROW {
@@ -26,13 +28,18 @@ bool IsUnchanged(const ELF_SYM_LOC& Loc, U32 Reg) {
   return Loc.Type == ELF_LOC_NONE || (Loc.Type == ELF_LOC_REG && (Loc.Reg == Reg || Loc.Reg >= ELF_REG_UNSPECIFIED));
 }
 
+std::string NameOf(U32 Reg) {
+  if (Reg >= FIRST_DOUBLE_REG) return "D" + std::to_string(Reg - FIRST_DOUBLE_REG);
+  const bool bSingle = Reg >= FIRST_SINGLE_REG && Reg < FIRST_SINGLE_REG + NUM_VFP_REGS;
+  return bSingle ? "S" + std::to_string(Reg - FIRST_SINGLE_REG) : "R" + std::to_string(Reg);
+}
+
 void Print(U32 Start, U32 End, const FRAME_ROW& Row) {
   std::printf("0x%08x\t0x%08x\t%s\t", Start, End, CfaText(Row.aRegs[ELF_CFI_SP]).c_str());
   const char* sSeparator = "";
   for (U32 i = 0; i < Row.NumRegs; ++i) {
     if (i == ELF_CFI_SP || IsUnchanged(Row.aRegs[i], i)) continue;
-    const std::string sName = i < NUM_CORE_REGS ? "R" + std::to_string(i) : "D" + std::to_string(i - FIRST_VFP_REG);
-    std::printf("%s%s=%s", sSeparator, sName.c_str(), ELF_GetLocationText(Row.aRegs[i]));
+    std::printf("%s%s=%s", sSeparator, NameOf(i).c_str(), ELF_GetLocationText(Row.aRegs[i]));
     sSeparator = " ";
   }
   std::printf("\n");

@@ -269,7 +269,7 @@ def _signed(text):
 
 def _rule(column, rule):
     register = _NAMES.get(column) or int(column[1:])
-    name = f"D{register - 256}" if register >= 256 else f"R{register}"
+    name = f"D{register - 256}" if register >= 256 else f"S{register - 64}" if 64 <= register < 96 else f"R{register}"
     if rule.startswith("c"):
         return register, f"{name}=[CFA{_signed(rule[1:])}]"
     if rule.startswith("v"):

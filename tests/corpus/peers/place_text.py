@@ -9,7 +9,7 @@ def _offset(base, number):
 # The text of a place by what its one operation looks like.
 _PLACES = [
     (r"DW_OP_addr 0x([0-9a-f]+)$", lambda address: f"0x{int(address, 16):08x}"),
-    (r"DW_OP_reg(?:x |)(\d+)", "R{}".format),
+    (r"DW_OP_reg(?:x |)(0x[0-9a-f]+|\d+)", lambda register: f"R{int(register, 0)}"),
     (r"DW_OP_breg(\d+) \w+([+-]\d+)", lambda register, number: _offset(f"[R{register}", int(number)) + "]"),
     (r"DW_OP_bregx \w+?(\d+) ?([+-]\d+)", lambda register, number: _offset(f"[R{register}", int(number)) + "]"),
     (r"DW_OP_fbreg ([+-]?\d+)", lambda number: _offset("[BP", int(number)) + "]"),
