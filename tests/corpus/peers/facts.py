@@ -114,7 +114,7 @@ def peer_globals(info):
         if info.holder(entry, "DW_AT_artificial"):
             continue
         places = info.places(entry)
-        if not places and any(entry is other for other in abstract):
+        if not info.holder(entry, "DW_AT_location") and any(entry is other for other in abstract):
             continue
         place = place_of(places[0][2]) if places else "-"
         found.add((info.qualified(entry), place, _size(info, entry), info.number(entry, "DW_AT_decl_line")))
