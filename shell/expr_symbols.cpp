@@ -15,6 +15,13 @@ bool IsOfKeyword(ELF_SYM_HANDLE Type, const QString& sKeyword) {
   return Tag == ELF_TAG_STRUCT || Tag == ELF_TAG_CLASS;
 }
 
+// A symbol of a thread has an offset where others have their address.
+bool HasAddr(ELF_SYM_HANDLE Symbol) {
+  const U32 Type = ELF_GetTag(Symbol);
+  const bool bKnown = Type == ELF_SYMBOL_NOTYPE || Type == ELF_SYMBOL_OBJECT || IsElfFuncSymbol(Symbol);
+  return bKnown && ELF_GetValue(Symbol) != 0;
+}
+
 // An alias has its address in the symbol table alone.
 U32 AddrOfSymbol(const QString& sName) {
   constexpr U32 BINDING_LOCAL = 0;
@@ -23,8 +30,7 @@ U32 AddrOfSymbol(const QString& sName) {
   for (U32 i = 0; i < ELF_GetNumSymbols(Db->pElf); ++i) {
     const ELF_SYM_HANDLE Sym = ELF_GetSymbolHandle(Db->pElf, i);
     const char* sOwn = ELF_GetName(Sym);
-    if (sOwn && Wanted == sOwn && ELF_GetBinding(Sym) != BINDING_LOCAL && ELF_GetValue(Sym) != 0)
-      return ElfSymbolAddr(Sym);
+    if (sOwn && Wanted == sOwn && ELF_GetBinding(Sym) != BINDING_LOCAL && HasAddr(Sym)) return ElfSymbolAddr(Sym);
   }
   return INVALID_ADDR;
 }

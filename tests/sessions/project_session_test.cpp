@@ -172,6 +172,8 @@ TEST_F(ProjectSession, OneNameOfSeveralThings) {
                                                    {"sizeof Size", 8},
                                                    {"sizeof (unsigned char)", 1},
                                                    {"sizeof (long long unsigned int)", 8},
+                                                   {"&task_number", -1},
+                                                   {"&task_state", -1},
                                                    {"sizeof ()", -1},
                                                    {"Tank::Level", -1}});
   Run.Expect(0, {"value as double: 1.25\n", "value as double: -2.5\n", "value as double: 1.84467440737096e+19\n",

@@ -95,6 +95,8 @@ def variable(symbol):
     fixed = gdb.SYMBOL_LOC_STATIC, gdb.SYMBOL_LOC_COMPUTED  # the latter with an offset to the address
     if not symbol or not symbol.is_variable or symbol.addr_class not in fixed or symbol.needs_frame:
         return
+    if "thread-local" in gdb.execute(f"info address {symbol.name}", to_string=True):
+        return
     address = symbol.value().address
     if symbol.type.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):  # that is what it refers to
         address = re.search(r"address (0x[0-9a-f]+)", gdb.execute(f"info address {symbol.name}", to_string=True))[1]

@@ -5,6 +5,7 @@ struct cfg {
 
 volatile int level = 2;
 extern volatile int same_level __attribute__((alias("level")));
+__thread int task_number = 1, task_state = 2;
 static volatile struct cfg counter = {1, 2, 22};
 
 __attribute__((noinline)) void init(void) {
