@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <functional>
@@ -282,13 +283,19 @@ TEST_F(DeviceSession, BurstOfStepsEndsInOneUpdate) {
   }
 }
 
+// The quietest of three seconds: a loaded machine adds time of the processor once in a while, an idle session that works
+// on does so in each.
 TEST_F(DeviceSession, IdleSessionCostsNothing) {
   ConnectHalted();
-  const std::clock_t Before = std::clock();  // of all threads
-  bool bOver = false;
-  QTimer::singleShot(2000, [&] { bOver = true; });
-  while (!bOver) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  EXPECT_LT(std::clock() - Before, CLOCKS_PER_SEC * 2 / 50);
+  std::clock_t Least = CLOCKS_PER_SEC;
+  for (int i = 0; i < 3; ++i) {
+    const std::clock_t Before = std::clock();  // of all threads
+    bool bOver = false;
+    QTimer::singleShot(1000, [&] { bOver = true; });
+    while (!bOver) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    Least = std::min(Least, std::clock() - Before);
+  }
+  EXPECT_LT(Least, CLOCKS_PER_SEC / 50);
 }
 
 TEST_F(DeviceSession, WaitingOnTheMainThread) {
