@@ -126,6 +126,9 @@ void MeasureQueries() {
   Measure("addresses of a line", Questions.aLocs, [](const CSrcLoc& Loc) { return ELFAPI_GetAddrsOfLoc(Loc).size(); });
   Measure("symbol by name", Questions.aNames,
           [](const QString& sName) { return ELFAPI_FindSymbol(sName, true, false, false, true); });
+  ELFAPI_SetCurrentPC(Questions.aAddrs.front());
+  Measure("symbol by name in scope", Questions.aNames,
+          [](const QString& sName) { return ELFAPI_FindSymbol(sName, true, true, false, true); });
 }
 
 // A program is read on a thread of its own and freed on another, while a third one asks.

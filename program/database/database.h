@@ -24,6 +24,8 @@ struct ELF_FILE;
 struct SCOPE {
   U32 CurrentPC = INVALID_ADDR;
   ELF_SYM_HANDLE CurrentFunc = 0;
+  ELF_SYM_LIST Origins;     // of the function: its abstract entries, which have the same variables and no code
+  ELF_SYM_HANDLE Unit = 0;  // that the function is of in the source
   ELF_SYM_LIST LocalVars;
   CNameIndex Names;
   CAddrIndex Addrs;
@@ -80,6 +82,8 @@ struct DATABASE {
   CNameIndex ElfIndex;
   std::optional<ELF_SYM_LIST> Enumerators;  // when first asked
   CNameIndex EnumeratorIndex;
+  std::optional<ELF_SYM_LIST> DataSymbols;  // ELF symbols of data that every unit may use, when first asked
+  CNameIndex DataIndex;
   CAddrIndex NamedAddrs;
   SCOPE Scope;
   SYMBOL_CACHES Caches;

@@ -2,8 +2,8 @@
 
 #include <QSet>
 
+#include "program/database/database.h"
 #include "program/database/elfapi_types.h"
-#include "program/database/scope.h"
 #include "program/elf/elf_dwarf_names.h"
 
 namespace {
@@ -26,5 +26,6 @@ ELF_SYM_LIST CollectEnumerators(const ELF_SYM_LIST& Types) {
 ELF_SYM_HANDLE ELFAPI_FindEnumerator(const QString& sName) {
   const CDatabaseLock Db;
   if (!Db->Enumerators) Db->Enumerators = CollectEnumerators(Db->Types);
-  return NearestOf(Db->EnumeratorIndex.Find(SYMBOL_NAME(sName), *Db->Enumerators), Db->Scope);
+  const ELF_SYM_LIST& Found = Db->EnumeratorIndex.Find(SYMBOL_NAME(sName), *Db->Enumerators);
+  return Db->EnumeratorIndex.Nearest(Found, Db->Scope);
 }

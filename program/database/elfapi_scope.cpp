@@ -1,6 +1,6 @@
 // The function at the current PC and its local variables.
 
-#include "program/database/database.h"
+#include "program/database/scope.h"
 #include "program/elf/elf.h"
 #include "program/elf/elf_types.h"
 
@@ -12,6 +12,8 @@ void ELFAPI_SetCurrentPC(U32 PC) {
   const ELF_SYM_HANDLE Func = ELFAPI_GetFuncAt(PC);
   if (Func == Scope.CurrentFunc) return;
   Scope.CurrentFunc = Func;
+  Scope.Origins = OriginsOf(Func);
+  Scope.Unit = ELF_GetCompUnit(Scope.Origins.isEmpty() ? Func : Scope.Origins.last());
   Scope.Names.Clear();
   Scope.LocalVars.clear();
   for (U32 i = 0; i < ELF_GetNumLocals(Func); ++i) Scope.LocalVars.append(ELF_GetLocal(Func, i));

@@ -21,7 +21,9 @@ void AppendFound(ELF_SYM_LIST& Result, CNameIndex& Index, const ELF_SYM_LIST& Sy
 
 // The first of what AppendFound appends, or the one that is meant in that scope.
 ELF_SYM_HANDLE OneOf(CNameIndex& Index, const ELF_SYM_LIST& Symbols, const SYMBOL_NAME& Wanted, const SCOPE* pScope) {
-  const auto Choose = [=](const ELF_SYM_LIST& Found) { return pScope ? NearestOf(Found, *pScope) : Found.value(0, 0); };
+  const auto Choose = [&Index, pScope](const ELF_SYM_LIST& Found) {
+    return pScope ? Index.Nearest(Found, *pScope) : Found.value(0, 0);
+  };
   const ELF_SYM_HANDLE Found = Choose(Index.Find(Wanted, Symbols));
   return Found != 0 || !Wanted.HasOwner() ? Found : Choose(Index.FindWhole(Wanted.sFull, Symbols));
 }
@@ -109,5 +111,5 @@ ELF_SYM_HANDLE ELFAPI_FindSymbol(const QString& sName, bool bNamed, bool bLocals
 
 ELF_SYM_HANDLE ELFAPI_GetNearest(const ELF_SYM_LIST& Symbols) {
   const CDatabaseLock Db;
-  return NearestOf(Symbols, Db->Scope);
+  return CNamesakes(Symbols).SeenFrom(Db->Scope);
 }

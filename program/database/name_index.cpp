@@ -117,6 +117,7 @@ void CNameIndex::Clear() {
   m_ByName.reset();
   m_ByTemplate.clear();
   m_ByOwner.clear();
+  m_Namesakes.clear();
 }
 
 void CNameIndex::Build(const ELF_SYM_LIST& Symbols) {
@@ -146,6 +147,13 @@ const ELF_SYM_LIST& CNameIndex::Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LI
   if (!m_ByName) Build(Symbols);
   const ELF_SYM_LIST& Found = FindIn(*m_ByName, Wanted.sName, Wanted.sOwner);
   return Found.isEmpty() ? FindIn(m_ByTemplate, Wanted.sName + TEMPLATE_MARK, Wanted.sOwner) : Found;
+}
+
+ELF_SYM_HANDLE CNameIndex::Nearest(const ELF_SYM_LIST& Found, const SCOPE& Scope) {
+  if (Found.size() < 2) return Found.value(0, 0);
+  auto it = m_Namesakes.constFind(Found.constData());
+  if (it == m_Namesakes.cend()) it = m_Namesakes.insert(Found.constData(), CNamesakes(Found));
+  return it->SeenFrom(Scope);
 }
 
 const ELF_SYM_LIST& CNameIndex::FindIn(const LISTS& Lists, const QString& sName, const QString& sOwner) {

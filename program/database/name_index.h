@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/elf_sym.h"
+#include "program/database/namesakes.h"
 
 // A user's name for a symbol, taken apart at its last "::" outside of template arguments. Blanks beside the marks of
 // template arguments do not count.
@@ -32,6 +33,8 @@ public:
   const ELF_SYM_LIST& Find(const SYMBOL_NAME& Wanted, const ELF_SYM_LIST& Symbols);
   // Symbols that the index has under the whole text.
   const ELF_SYM_LIST& FindWhole(const QString& sName, const ELF_SYM_LIST& Symbols);
+  // Of what one of these gave the one that is seen from there, see CNamesakes; 0 of none.
+  ELF_SYM_HANDLE Nearest(const ELF_SYM_LIST& Found, const SCOPE& Scope);
 
 private:
   using LISTS = QHash<QString, ELF_SYM_LIST>;
@@ -43,4 +46,5 @@ private:
   std::optional<LISTS> m_ByName;
   LISTS m_ByTemplate;               // "Pair" and "<" to all "Pair<...>"
   QHash<QString, LISTS> m_ByOwner;  // for names asked with an owner: symbols by every end of the owner's name
+  QHash<const ELF_SYM_HANDLE*, CNamesakes> m_Namesakes;  // by the place of the list, for names asked in a scope
 };
