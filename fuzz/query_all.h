@@ -61,6 +61,9 @@ private:
     if (ELF_GetArrayInfo(hSym, &Array) == 0) Sum += Array.TotalSize;
     U8 aConstant[16];
     Sum += ELF_GetConstValue(hSym, aConstant, sizeof aConstant);
+    I64 Value = 0;
+    bool bUnsigned = false;
+    Sum += ELF_GetEnumeratorValue(hSym, &Value, &bUnsigned) == 0 && bUnsigned;
     for (const U32 PC : {0u, ELF_GetRangeLow(ELF_GetContainingFunc(hSym), 0)}) {
       Text(ELF_GetLocationText(ELF_GetLocation(hSym, PC)));
     }

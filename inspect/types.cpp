@@ -52,9 +52,8 @@ void PrintMembers(ELF_SYM_HANDLE hType, const std::string& sOwner, I64 Base, U32
 
 void PrintEnumerator(ELF_SYM_HANDLE hMember, const std::string& sOwner) {
   I64 Value = 0;
-  ELF_GetAttrValue(hMember, ELF_ATTR_CONST_VALUE, &Value);
-  const ELF_SYM_HANDLE hEnum = ELF_GetParent(hMember);
-  const bool bUnsigned = ELF_GetType(hEnum, false) != 0 && !ELF_IsSigned(hEnum);
+  bool bUnsigned = false;
+  ELF_GetEnumeratorValue(hMember, &Value, &bUnsigned);
   const std::string sValue = bUnsigned ? std::to_string(static_cast<U64>(Value)) : std::to_string(Value);
   std::printf("enumerator\t%s%s\t\t\t%s\n", sOwner.c_str(), OwnName(hMember).c_str(), sValue.c_str());
 }

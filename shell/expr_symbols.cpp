@@ -1,10 +1,9 @@
 #include "shell/expr_symbols.h"
 
-#include "program/database/database.h"
+#include "program/database/elfapi.h"
 #include "program/database/elfapi_types.h"
-#include "program/elf/elf.h"
+#include "program/database/name_index.h"
 #include "program/elf/elf_dwarf_names.h"
-#include "program/elf/elf_types.h"
 
 namespace {
 
@@ -13,26 +12,6 @@ bool IsOfKeyword(ELF_SYM_HANDLE Type, const QString& sKeyword) {
   if (sKeyword == QLatin1String("enum")) return Tag == ELF_TAG_ENUM;
   if (sKeyword == QLatin1String("union")) return Tag == ELF_TAG_UNION;
   return Tag == ELF_TAG_STRUCT || Tag == ELF_TAG_CLASS;
-}
-
-// A symbol of a thread has an offset where others have their address.
-bool HasAddr(ELF_SYM_HANDLE Symbol) {
-  const U32 Type = ELF_GetTag(Symbol);
-  const bool bKnown = Type == ELF_SYMBOL_NOTYPE || Type == ELF_SYMBOL_OBJECT || IsElfFuncSymbol(Symbol);
-  return bKnown && ELF_GetValue(Symbol) != 0;
-}
-
-// An alias has its address in the symbol table alone.
-U32 AddrOfSymbol(const QString& sName) {
-  constexpr U32 BINDING_LOCAL = 0;
-  const CDatabaseLock Db;
-  const QByteArray Wanted = sName.toUtf8();
-  for (U32 i = 0; i < ELF_GetNumSymbols(Db->pElf); ++i) {
-    const ELF_SYM_HANDLE Sym = ELF_GetSymbolHandle(Db->pElf, i);
-    const char* sOwn = ELF_GetName(Sym);
-    if (sOwn && Wanted == sOwn && ELF_GetBinding(Sym) != BINDING_LOCAL && HasAddr(Sym)) return ElfSymbolAddr(Sym);
-  }
-  return INVALID_ADDR;
 }
 
 }  // namespace
@@ -73,15 +52,6 @@ bool IsReference(ELF_SYM_HANDLE Type) {
 }
 
 ELF_SYM_HANDLE TypeOfValue(ELF_SYM_HANDLE Sym) {
-  const CDatabaseLock Db;
-  const ELF_SYM_HANDLE Type = ELF_GetType(Sym, true);
-  return IsReference(Type) ? ELF_GetType(ELF_GetType(Type, false), true) : Type;
-}
-
-U32 AddrOf(ELF_SYM_HANDLE Sym) {
-  const U32 Addr = ELFAPI_GetAddr(Sym);
-  I64 IsExternal = 0;
-  const CDatabaseLock Db;
-  if (Addr != INVALID_ADDR || ELF_GetAttrValue(Sym, ELF_ATTR_EXTERNAL, &IsExternal) != 0 || !IsExternal) return Addr;
-  return AddrOfSymbol(ELFAPI_GetQualifiedName(Sym));
+  const ELF_SYM_HANDLE Type = ELFAPI_GetType(Sym);
+  return IsReference(Type) ? ELFAPI_GetType(ELFAPI_GetType(Type, false)) : Type;
 }

@@ -19,5 +19,3 @@ ELF_SYM_HANDLE FindOperand(const QString& sName);
 bool IsReference(ELF_SYM_HANDLE Type);
 // The type of a symbol's value, which is that of what a reference refers to.
 ELF_SYM_HANDLE TypeOfValue(ELF_SYM_HANDLE Sym);
-// Of a variable or function, an alias too, which has its address in the symbol table alone; else INVALID_ADDR.
-U32 AddrOf(ELF_SYM_HANDLE Sym);

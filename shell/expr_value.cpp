@@ -6,8 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/integer_bits.h"
 #include "device/device.h"
-#include "program/database/database.h"
 #include "program/database/elfapi_types.h"
 #include "program/elf/elf_dwarf_names.h"
 #include "script/api_stubs.h"
@@ -20,6 +20,7 @@ constexpr int RULE_LENGTH = 112;  // dashes
 const QLatin1String UNKNOWN_SYMBOL("unknown symbol");
 const QLatin1String NO_VALUE("the symbol has no value that can be read without the expression engine");
 const QLatin1String READ_ERROR("data readout error");
+const QLatin1String U64_TYPE("unsigned long long");
 
 EXPR_VALUE Failed(const QString& sError) {
   return {EXPR_FAILED, sError, 0, 0, {}, {}, {}};
@@ -36,8 +37,9 @@ EXPR_VALUE Number(I64 Value, U32 NumBytes, const QString& sType, const QString& 
           sPlace,         sType};
 }
 
-EXPR_VALUE UnsignedNumber(U64 Value) {
-  EXPR_VALUE Result = Number(static_cast<I64>(Value), sizeof(Value), QStringLiteral("unsigned long long"));
+EXPR_VALUE UnsignedNumber(U64 Value, U32 NumBytes, const QString& sType,
+                          const QString& sPlace = QStringLiteral("const")) {
+  EXPR_VALUE Result = Number(static_cast<I64>(Value), NumBytes, sType, sPlace);
   Result.Real = static_cast<double>(Value);
   return Result;
 }
@@ -51,17 +53,6 @@ bool IsName(const QString& sText) {
   static const QRegularExpression Form(
       QStringLiteral("^(::)?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?(::~?[A-Za-z_]\\w*( *<[\\w<>:,*& ]*>)?)*$"));
   return Form.match(sText).hasMatch();
-}
-
-I64 SignExtended(U64 Value, U32 NumBytes) {
-  const U32 Shift = 64 - 8 * NumBytes;
-  return static_cast<I64>(Value << Shift) >> Shift;
-}
-
-// The value of the lowest bytes.
-I64 IntegerOfBits(U64 Bits, U32 NumBytes, bool bSigned) {
-  if (NumBytes == 0 || NumBytes >= sizeof(Bits)) return static_cast<I64>(Bits);
-  return bSigned ? SignExtended(Bits, NumBytes) : static_cast<I64>(Bits & ((U64{1} << (8 * NumBytes)) - 1));
 }
 
 // What is no number or too big for one has no integer.
@@ -81,7 +72,7 @@ bool ReadTarget(U32 Addr, U32 NumBytes, U64* pValue) {
 
 // Where the value stands, INVALID_ADDR if nowhere. False if a reference cannot be read.
 bool FindPlace(ELF_SYM_HANDLE Sym, U32* pAddr) {
-  *pAddr = AddrOf(Sym);
+  *pAddr = ELFAPI_GetAddr(Sym);
   if (*pAddr == INVALID_ADDR || !IsReference(ELFAPI_GetType(Sym))) return true;
   U64 Target = 0;
   if (!ReadTarget(*pAddr, WORD_BYTES, &Target)) return false;
@@ -103,8 +94,11 @@ bool IsScalar(ELF_SYM_HANDLE Type) {
 EXPR_VALUE ValueOfBits(U64 Bits, ELF_SYM_HANDLE Sym, const QString& sPlace) {
   const ELF_SYM_HANDLE Type = TypeOfValue(Sym);
   const U32 NumBytes = ELFAPI_GetSize(Type);
-  EXPR_VALUE Value =
-      Number(IntegerOfBits(Bits, NumBytes, ELFAPI_IsSigned(Type)), NumBytes, ELFAPI_GetTypeName(Sym), sPlace);
+  const QString sType = ELFAPI_GetTypeName(Sym);
+  const bool bSigned = ELFAPI_IsSigned(Type);
+  const I64 Integer = IntegerOfBits(Bits, NumBytes, bSigned);
+  EXPR_VALUE Value = bSigned ? Number(Integer, NumBytes, sType, sPlace)
+                             : UnsignedNumber(static_cast<U64>(Integer), NumBytes, sType, sPlace);
   if (ELFAPI_GetBaseEncoding(Type) != ELF_DWARF_FLOAT) return Value;
   Value.Real = NumBytes == sizeof(float) ? std::bit_cast<float>(static_cast<U32>(Bits)) : std::bit_cast<double>(Bits);
   Value.Integer = IntegerOf(Value.Real);
@@ -117,29 +111,23 @@ bool ReadConst(ELF_SYM_HANDLE Sym, I64* pValue) {
   U64 Bits = 0;
   if (Bytes.isEmpty() || Bytes.size() > static_cast<qsizetype>(sizeof(Bits))) return false;
   std::memcpy(&Bits, Bytes.constData(), static_cast<size_t>(Bytes.size()));
-  *pValue = SignExtended(Bits, static_cast<U32>(Bytes.size()));
+  *pValue = IntegerOfBits(Bits, static_cast<U32>(Bytes.size()), true);
   return true;
 }
 
-// An enumeration without a type of its own has its values as they are written. Of the C types that can hold the value
-// it has the first.
+// Of the C types that can hold the value it has the first.
 EXPR_VALUE ValueOfEnumerator(ELF_SYM_HANDLE Sym) {
-  const CDatabaseLock Db;
   I64 Value = 0;
-  if (ELF_GetAttrValue(Sym, ELF_ATTR_CONST_VALUE, &Value) != 0) return Failed(NO_VALUE);
-  const ELF_SYM_HANDLE Enumeration = ELF_GetParent(Sym);
-  if (ELF_GetType(Enumeration, false) != 0) {
-    const bool bSigned = ELF_IsSigned(Enumeration);
-    Value = IntegerOfBits(static_cast<U64>(Value), ELF_GetSize(Enumeration), bSigned);
-    if (Value < 0 && !bSigned) return UnsignedNumber(static_cast<U64>(Value));
-  }
+  bool bUnsigned = false;
+  if (!ELFAPI_GetEnumeratorValue(Sym, Value, bUnsigned)) return Failed(NO_VALUE);
+  if (Value < 0 && bUnsigned) return UnsignedNumber(static_cast<U64>(Value), sizeof(Value), U64_TYPE);
   if (Value == static_cast<I32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("int"));
   if (Value == static_cast<U32>(Value)) return Number(Value, WORD_BYTES, QStringLiteral("uint"));
   return Number(Value, sizeof(Value), QStringLiteral("long long"));
 }
 
 EXPR_VALUE ValueOfSymbol(ELF_SYM_HANDLE Sym) {
-  if (ELFAPI_IsFunction(Sym)) return Address(AddrOf(Sym), QStringLiteral("void*"));
+  if (ELFAPI_IsFunction(Sym)) return Address(ELFAPI_GetAddr(Sym), QStringLiteral("void*"));
   if (ELFAPI_GetTag(Sym) == ELF_TAG_ENUMERATOR) return ValueOfEnumerator(Sym);
   I64 Const = 0;
   const bool bConst = ReadConst(Sym, &Const);
@@ -159,7 +147,7 @@ EXPR_VALUE AddressOf(ELF_SYM_HANDLE Sym) {
   if (!FindPlace(Sym, &Addr)) return Failed(READ_ERROR);
   QString sType = ELFAPI_GetTypeName(Sym);
   while (sType.endsWith(QLatin1Char('&'))) sType.chop(1);
-  return Address(Addr, sType + QLatin1Char('*'));
+  return Address(Addr, (sType.isEmpty() ? QStringLiteral("void") : sType) + QLatin1Char('*'));
 }
 
 // Of the types that the language has itself, 0 for any other text.
@@ -202,8 +190,7 @@ EXPR_VALUE Literal(const QString& sText) {
   static const QRegularExpression IsUnsigned(QStringLiteral("^\\d"));
   bool bOk = false;
   const U64 Value = sText.toULongLong(&bOk, 0);
-  if (bOk && IsUnsigned.match(sText).hasMatch())
-    return Number(static_cast<I64>(Value), 8, QStringLiteral("unsigned long long"));
+  if (bOk && IsUnsigned.match(sText).hasMatch()) return UnsignedNumber(Value, sizeof(Value), U64_TYPE);
   const I64 Negative = sText.toLongLong(&bOk, 0);
   if (bOk && sText.startsWith(QLatin1Char('-'))) return Number(Negative, 8, QStringLiteral("long long"));
   static const QRegularExpression Real(QStringLiteral("^-?\\d+\\.\\d*([eE][+-]?\\d+)?$"));

@@ -66,11 +66,35 @@ CSrcLoc LocFromAttrs(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym, U32 LineAttr, 
   return File == INVALID_FILE_ID ? CSrcLoc() : CSrcLoc{File, Line, AttrU32(Sym, ColumnAttr)};
 }
 
+// Without the symbols of threads, which have an offset where others have their address.
+ELF_SYM_LIST CollectDataSymbols(const ELF_FILE* pElf) {
+  constexpr U32 BINDING_LOCAL = 0;
+  ELF_SYM_LIST Symbols;
+  for (U32 i = 0; i < ELF_GetNumSymbols(pElf); ++i) {
+    const ELF_SYM_HANDLE Sym = ELF_GetSymbolHandle(pElf, i);
+    const U32 Type = ELF_GetTag(Sym);
+    const bool bData = Type == ELF_SYMBOL_NOTYPE || Type == ELF_SYMBOL_OBJECT;
+    if (bData && ELF_GetBinding(Sym) != BINDING_LOCAL && ELF_GetSectionIndex(Sym) > 0) Symbols.append(Sym);
+  }
+  return Symbols;
+}
+
+// An alias has its address in the symbol table alone.
+U32 AliasAddr(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym) {
+  I64 Value = 0;
+  const bool bConst = ELF_GetAttrValue(Sym, ELF_ATTR_CONST_VALUE, &Value) == 0;
+  const bool bExternal = ELF_GetAttrValue(Sym, ELF_ATTR_EXTERNAL, &Value) == 0 && Value != 0;
+  if (bConst || !bExternal || !ELFAPI_GetScopeName(Sym).isEmpty()) return INVALID_ADDR;
+  if (!Db->DataSymbols) Db->DataSymbols = CollectDataSymbols(Db->pElf);
+  const ELF_SYM_LIST& Found = Db->DataIndex.FindWhole(ELFAPI_GetName(Sym), *Db->DataSymbols);
+  return Found.isEmpty() ? INVALID_ADDR : ElfSymbolAddr(Found.first());
+}
+
 // Address of a variable that has a fixed one. One that the linker dropped stands at 0, where only few programs have
 // data.
 U32 VariableAddr(const CDatabaseLock& Db, ELF_SYM_HANDLE Sym) {
   const ELF_SYM_LOC Loc = ELF_GetLocation(Sym, 0);
-  if (Loc.Type != ELF_LOC_MEM) return INVALID_ADDR;
+  if (Loc.Type != ELF_LOC_MEM) return Loc.Type == ELF_LOC_NONE ? AliasAddr(Db, Sym) : INVALID_ADDR;
   const bool bDropped =
       ELF_RelocFromFile(Loc.Addr, 1, 0) == 0 && ELF_FindSymbolAt(Db->pElf, Loc.Addr, ELF_SYMBOL_OBJECT) < 0;
   return bDropped ? INVALID_ADDR : Loc.Addr;

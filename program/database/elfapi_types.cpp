@@ -129,6 +129,11 @@ QByteArray ELFAPI_GetConstValue(ELF_SYM_HANDLE Sym) {
   return QByteArray(reinterpret_cast<const char*>(aBytes), std::min(NumBytes, MAX_CONST_BYTES));
 }
 
+bool ELFAPI_GetEnumeratorValue(ELF_SYM_HANDLE Sym, I64& Value, bool& bUnsigned) {
+  const CDatabaseLock Db;
+  return ELF_GetEnumeratorValue(Sym, &Value, &bUnsigned) == 0;
+}
+
 ELF_SYM_LIST ELFAPI_GetMembers(ELF_SYM_HANDLE Sym) {
   const CDatabaseLock Db;
   return ListOf(Sym, ELF_GetNumMembers, ELF_GetMember);

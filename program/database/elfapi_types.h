@@ -19,9 +19,11 @@ U32 ELFAPI_GetBaseEncoding(ELF_SYM_HANDLE Sym);
 bool ELFAPI_IsStatic(ELF_SYM_HANDLE Sym);
 // False, and Info as it was, where the symbol's type is no array.
 bool ELFAPI_GetArrayInfo(ELF_SYM_HANDLE Sym, ELF_ARRAY_INFO& Info);
-// Bytes of a constant, see ELF_GetConstValue: 4 of a number, 8 where its type is larger, as many as there are of a block;
-// empty for no constant.
+// Bytes of a constant, see ELF_GetConstValue: 4 of a number, 8 where its type is larger, as many as there are of a
+// block; empty for no constant.
 QByteArray ELFAPI_GetConstValue(ELF_SYM_HANDLE Sym);
+// See ELF_GetEnumeratorValue; false, and the outputs as they were, for anything else.
+bool ELFAPI_GetEnumeratorValue(ELF_SYM_HANDLE Sym, I64& Value, bool& bUnsigned);
 // Enumerator of that name, with or without the enumeration ahead of it; of an enumeration that has a name or a typedef.
 // One that is no "enum class" stands in the scope around it, too. Of several the one that is meant at the current PC.
 ELF_SYM_HANDLE ELFAPI_FindEnumerator(const QString& sName);

@@ -43,6 +43,9 @@ U32 ELF_GetVirtuality(ELF_SYM_HANDLE hSym);
 // NumBytes at most. The number of bytes, 0 for no constant. Numbers are in host byte order, those in a block too; other
 // blocks in that of the file.
 U32 ELF_GetConstValue(ELF_SYM_HANDLE hSym, U8* pOut, U32 NumBytes);
+// Value of an enumerator with the size and sign of its enumeration, as it is written where that has no type. One
+// without sign is to be read as U64. 0, or -1 and unchanged outputs for anything else.
+int ELF_GetEnumeratorValue(ELF_SYM_HANDLE hSym, I64* pValue, bool* pbUnsigned);
 // The parameter "this" of a function.
 ELF_SYM_HANDLE ELF_GetObjectPointer(ELF_SYM_HANDLE hSym);
 

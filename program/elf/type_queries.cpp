@@ -1,6 +1,7 @@
 // Queries about the types and values of entries.
 #include <algorithm>
 
+#include "base/integer_bits.h"
 #include "program/elf/bit_field.h"
 #include "program/elf/collectors.h"
 #include "program/elf/die_lookup.h"
@@ -145,6 +146,20 @@ U32 ELF_GetConstValue(ELF_SYM_HANDLE hSym, U8* pOut, U32 NumBytes) {
     const U32 Size = std::min(static_cast<U32>(aBytes.size()), NumBytes);
     std::copy_n(aBytes.begin(), Size, pOut);
     return Size;
+  });
+}
+
+int ELF_GetEnumeratorValue(ELF_SYM_HANDLE hSym, I64* pValue, bool* pbUnsigned) {
+  return Ask(hSym, -1, [=](const DWARF_INFO& Info, U32 Entry) {
+    const CDieLookup Lookup(Info);
+    const std::optional<I64> Value = Lookup.Integer(Entry, DW_AT_const_value);
+    const U32 Enumeration = Info.Index.Get(Entry).Parent;
+    if (!Value || Info.Index.Get(Entry).Tag != DW_TAG_enumerator) return -1;
+    const bool bTyped = Lookup.Reference(Enumeration, DW_AT_type) != 0;
+    const bool bSigned = !bTyped || IsSignedEntry(Info, Enumeration);
+    *pValue = bTyped ? IntegerOfBits(static_cast<U64>(*Value), Lookup.TypeSize(Enumeration), bSigned) : *Value;
+    *pbUnsigned = !bSigned;
+    return 0;
   });
 }
 

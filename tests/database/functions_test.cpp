@@ -259,6 +259,7 @@ TEST_F(FunctionsTest, NamesOfSeveralUnitsFollowTheCurrentPC) {
       {AddrOf("main"), "level", 0x20000008, 4},      {AddrOf("main"), "::level", 0x20000008, 4},
       {AddrOf("second"), "counter", 0x2000000C, 12}, {AddrOf("first"), "init", 0x8000, 20},
       {AddrOf("main"), "init", 0x8038, 20},          {INVALID_ADDR, "level", 0x20000008, 4},
+      {INVALID_ADDR, "same_level", 0x20000008, 4},
   };
   for (const auto& [PC, sName, Addr, Size] : aVariables) {
     SCOPED_TRACE(testing::Message() << std::hex << PC << ' ' << sName);

@@ -130,6 +130,7 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
   const EXPR_CASES aCases = {
       {"0x10", 0x10},
       {"-2", 0xFFFFFFFE},
+      {"0xFFFFFFFFFFFFFFFF", 0xFFFFFFFF},
       {"2.75", 2},
       {"1.5e300", 0},
       {"COLOUR_NEGATIVE", 0xFFFFFFFD},
@@ -149,11 +150,11 @@ TEST_F(ProjectSession, ExpressionsOfOneOperandHaveValues) {
       {"", -1},
   };
   const SESSION_RESULT Run = RunExpressions(sElf, aCases);
-  Run.Expect(
-      0, {"(\"counter\"): Error evaluating expression. data readout error",
-          "(\"nobody\"): Error evaluating expression. unknown symbol", "(\"counter + 1\"): Error parsing expression",
-          "(\"counter * 2\"): Error parsing expression", "(\"nobody < 2\"): Error parsing expression",
-          "(\"sizeof (nobody, 2)\"): Error parsing expression", "value bytes: FD FF FF FF\n"});
+  Run.Expect(0, {"(\"counter\"): Error evaluating expression. data readout error",
+                 "(\"nobody\"): Error evaluating expression. unknown symbol",
+                 "(\"counter + 1\"): Error parsing expression", "(\"counter * 2\"): Error parsing expression",
+                 "(\"nobody < 2\"): Error parsing expression", "(\"sizeof (nobody, 2)\"): Error parsing expression",
+                 "value bytes: FD FF FF FF\n", "value as double: 1.84467440737096e+19\n"});
 }
 
 TEST_F(ProjectSession, OneNameOfSeveralThings) {
